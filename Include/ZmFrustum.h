@@ -1,0 +1,48 @@
+#pragma once
+
+#include "ZmMatrix.h"
+#include "ZmPlane.h"
+
+/// View pyramid with its six bounding planes, whose normals point out of it whichever
+/// handedness the three axes have.
+///
+/// Fields may be changed freely; call Update() afterwards.
+class ZmFrustum {
+public:
+    /// Indices into Planes.
+    enum { PLANE_LEFT, PLANE_RIGHT, PLANE_TOP, PLANE_BOTTOM, PLANE_NEAR, PLANE_FAR };
+
+    /// At the origin, looking along +Z with X to the right and Y up, half-sizes 1 at
+    /// distance 1, far distance 2.
+    ZM_API ZmFrustum();
+
+    /// `fov` is the full horizontal angle in radians; `aspectRatio` is height over width.
+    /// The axes are used as given and should be unit and orthogonal.
+    ZM_API ZmFrustum(const ZmVector& origin, const ZmVector& right, const ZmVector& up, const ZmVector& dir,
+                     float nearPlane, float farPlane, float fov, float aspectRatio);
+
+    /// Recomputes the ratio, the factors and the planes from the other fields.
+    ZM_API void Update();
+
+    /// Moves the frustum by m and calls Update(). A scaling matrix scales it: the lengths that
+    /// the axes gain go into the half-sizes and distances, and the axes are of unit length
+    /// afterwards. Shear cannot be represented; the axes are then no longer orthogonal.
+    ZM_API void Transform(const ZmMatrix& m);
+
+    /// The eight corners: left bottom, right bottom, right top, left top of the near
+    /// rectangle, then the same of the far one.
+    ZM_API void ComputeVertices(ZmVector* vertices) const;
+
+    ZmVector Origin;  ///< the eye
+    ZmVector Right;
+    ZmVector Up;
+    ZmVector Direction;
+    float HalfWidth;   ///< half-width of the view at NearDistance
+    float HalfHeight;  ///< half-height of the view at NearDistance
+    float NearDistance;
+    float FarDistance;
+    float FarNearRatio;  ///< FarDistance / NearDistance
+    float WidthFactor;   ///< -2 * HalfWidth * FarDistance
+    float HeightFactor;  ///< -2 * HalfHeight * FarDistance
+    ZmPlane Planes[6];   ///< left, right, top, bottom, near, far
+};

@@ -1,0 +1,8 @@
+#pragma once
+
+#include "ZmVector.h"
+
+struct ZmSphere {
+    ZmVector Center;
+    float Radius;
+};

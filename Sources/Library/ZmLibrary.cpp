@@ -1,0 +1,17 @@
+#include "Math/SineTable.h"
+#include "Platform/ProcessorState.h"
+#include "ZmFPU.h"
+
+namespace {
+
+/// The whole start-up, in its order. It runs when the library is loaded, ahead of every other
+/// initialiser of this module and of the modules that link it. What is not here needs no code: the
+/// constant vectors and the identity matrix are part of the image.
+__attribute__((constructor(101))) void OnLoad()
+{
+    zm::DetectProcessor();
+    ZmSetBaseFPUControlWord();
+    zm::BuildSineTable();
+}
+
+}  // namespace

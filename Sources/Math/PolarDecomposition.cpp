@@ -1,0 +1,204 @@
+#include "Math/PolarDecomposition.h"
+
+#include <math.h>
+
+namespace zm {
+namespace {
+
+const double kNegligible = 1e-15;  // a few roundings of double against the terms that were added
+const int kMaxSteps = 30;
+const int kMaxSweeps = 12;
+
+// Newton's error squares at each step: a step that moved the matrix by 1e-5 of its size left an error of 1e-10.
+const double kLastStep = 1e-5;
+
+void Cross(double (&res)[3], const double (&a)[3], const double (&b)[3])
+{
+    res[0] = a[1] * b[2] - a[2] * b[1];
+    res[1] = a[2] * b[0] - a[0] * b[2];
+    res[2] = a[0] * b[1] - a[1] * b[0];
+}
+
+double Dot(const double (&a)[3], const double (&b)[3])
+{
+    return a[0] * b[0] + a[1] * b[1] + a[2] * b[2];
+}
+
+/// Transposed adjugate: the inverse transpose times the determinant.
+Matrix3 Cofactors(const Matrix3& m)
+{
+    Matrix3 c;
+    Cross(c.m[0], m.m[1], m.m[2]);
+    Cross(c.m[1], m.m[2], m.m[0]);
+    Cross(c.m[2], m.m[0], m.m[1]);
+    return c;
+}
+
+double SquareNorm(const Matrix3& m)
+{
+    return Dot(m.m[0], m.m[0]) + Dot(m.m[1], m.m[1]) + Dot(m.m[2], m.m[2]);
+}
+
+Matrix3 WeightedSum(double ka, const Matrix3& a, double kb, const Matrix3& b)
+{
+    Matrix3 r;
+    for (int i = 0; i < 3; ++i) {
+        for (int j = 0; j < 3; ++j) {
+            r.m[i][j] = ka * a.m[i][j] + kb * b.m[i][j];
+        }
+    }
+    return r;
+}
+
+/// Whether the determinant is lost in the roundings of its terms.
+bool IsSingular(const Matrix3& m, double determinant)
+{
+    double magnitude = 0;
+    for (int j = 0; j < 3; ++j) {
+        const double a = m.m[1][(j + 1) % 3] * m.m[2][(j + 2) % 3], b = m.m[1][(j + 2) % 3] * m.m[2][(j + 1) % 3];
+        magnitude += fabs(m.m[0][j]) * (fabs(a) + fabs(b));
+    }
+    return fabs(determinant) <= kNegligible * magnitude;
+}
+
+const Matrix3 kUnit = {{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}};
+
+/// Two unit vectors that complete the unit vector `basis.m[0]` to a right-handed basis.
+void CompleteBasis(Matrix3& basis)
+{
+    const double(&v)[3] = basis.m[0];
+    const int smallest = fabs(v[0]) <= fabs(v[1]) && fabs(v[0]) <= fabs(v[2]) ? 0 : fabs(v[1]) <= fabs(v[2]) ? 1 : 2;
+    Cross(basis.m[1], v, kUnit.m[smallest]);
+    const double f = 1 / sqrt(Dot(basis.m[1], basis.m[1]));
+    for (double& component : basis.m[1]) {
+        component *= f;
+    }
+    Cross(basis.m[2], v, basis.m[1]);
+}
+
+/// A rotation that carries the one direction in which m = sigma * u * v^T stretches: u to v.
+Matrix3 RotationOfRankOne(const Matrix3& m)
+{
+    int longest = 0;
+    for (int i = 1; i < 3; ++i) {
+        longest = Dot(m.m[i], m.m[i]) > Dot(m.m[longest], m.m[longest]) ? i : longest;
+    }
+    const double rowLength = sqrt(Dot(m.m[longest], m.m[longest]));
+    Matrix3 from, to;
+    for (int j = 0; j < 3; ++j) {
+        to.m[0][j] = m.m[longest][j] / rowLength;
+    }
+    for (int i = 0; i < 3; ++i) {
+        from.m[0][i] = Dot(m.m[i], to.m[0]);
+    }
+    const double f = 1 / sqrt(Dot(from.m[0], from.m[0]));
+    for (double& component : from.m[0]) {
+        component *= f;
+    }
+    CompleteBasis(from);
+    CompleteBasis(to);
+    Matrix3 r;
+    for (int i = 0; i < 3; ++i) {
+        for (int j = 0; j < 3; ++j) {
+            r.m[i][j] = from.m[0][i] * to.m[0][j] + from.m[1][i] * to.m[1][j] + from.m[2][i] * to.m[2][j];
+        }
+    }
+    return r;
+}
+
+/// The orthogonal factor of a matrix that is not singular.
+Matrix3 NewtonPolar(Matrix3 x)
+{
+    double norm = SquareNorm(x);
+    for (int step = 0; step < kMaxSteps; ++step) {
+        const Matrix3 c = Cofactors(x);
+        const double det = Dot(x.m[0], c.m[0]);
+        const double gamma = sqrt(sqrt(SquareNorm(c) / norm) / fabs(det));
+        const Matrix3 next = WeightedSum(0.5 * gamma, x, 0.5 / (gamma * det), c);
+        const double moved = SquareNorm(WeightedSum(1, next, -1, x));
+        x = next;
+        norm = SquareNorm(x);
+        if (!(moved > kLastStep * kLastStep * norm)) {
+            break;
+        }
+    }
+    return x;
+}
+
+/// One Jacobi rotation in the plane of axes p and q, which clears s[p][q].
+void Rotate(Matrix3& s, Matrix3& axes, int p, int q)
+{
+    const double offDiagonal = s.m[p][q];
+    if (offDiagonal == 0) {
+        return;
+    }
+    const int r = 3 - p - q;
+    const double theta = (s.m[q][q] - s.m[p][p]) / (2 * offDiagonal);
+    const double tangent = copysign(1 / (fabs(theta) + sqrt(theta * theta + 1)), theta);
+    const double cosine = 1 / sqrt(tangent * tangent + 1), sine = tangent * cosine;
+    s.m[p][p] -= tangent * offDiagonal;
+    s.m[q][q] += tangent * offDiagonal;
+    s.m[p][q] = s.m[q][p] = 0;
+    const double rp = s.m[r][p], rq = s.m[r][q];
+    s.m[r][p] = s.m[p][r] = cosine * rp - sine * rq;
+    s.m[r][q] = s.m[q][r] = sine * rp + cosine * rq;
+    for (double(&row)[3] : axes.m) {
+        const double ap = row[p], aq = row[q];
+        row[p] = cosine * ap - sine * aq;
+        row[q] = sine * ap + cosine * aq;
+    }
+}
+
+}  // namespace
+
+PolarFactors DecomposePolar(const Matrix3& m)
+{
+    const double norm = SquareNorm(m);
+    if (norm == 0) {
+        return {kUnit, false};
+    }
+    const Matrix3 c = Cofactors(m);
+    const double det = Dot(m.m[0], c.m[0]);
+    if (!IsSingular(m, det)) {
+        return {NewtonPolar(m), det < 0};
+    }
+    const double cofactorNorm = SquareNorm(c);
+    if (cofactorNorm <= kNegligible * kNegligible * norm * norm) {
+        return {RotationOfRankOne(m), false};
+    }
+    // The cofactors of a matrix of rank two are one direction on each side, just the missing ones.
+    // Adding them leaves the other two alone and makes the determinant positive.
+    return {NewtonPolar(WeightedSum(1, m, sqrt(norm / cofactorNorm), c)), false};
+}
+
+Matrix3 StretchOf(const Matrix3& m, const Matrix3& rotation)
+{
+    Matrix3 s;
+    for (int i = 0; i < 3; ++i) {
+        for (int j = 0; j <= i; ++j) {
+            s.m[i][j] = s.m[j][i] = 0.5 * (Dot(m.m[i], rotation.m[j]) + Dot(m.m[j], rotation.m[i]));
+        }
+    }
+    return s;
+}
+
+SpectralFactors DecomposeSymmetric(const Matrix3& symmetric)
+{
+    Matrix3 s = symmetric;
+    SpectralFactors factors = {kUnit, {}};
+    for (int sweep = 0; sweep < kMaxSweeps; ++sweep) {
+        const double off = fabs(s.m[0][1]) + fabs(s.m[0][2]) + fabs(s.m[1][2]);
+        if (!(off > kNegligible * (fabs(s.m[0][0]) + fabs(s.m[1][1]) + fabs(s.m[2][2])))) {
+            break;
+        }
+        Rotate(s, factors.axes, 0, 1);
+        Rotate(s, factors.axes, 0, 2);
+        Rotate(s, factors.axes, 1, 2);
+    }
+    for (int i = 0; i < 3; ++i) {
+        factors.values[i] = s.m[i][i];
+    }
+    return factors;
+}
+
+}  // namespace zm

@@ -1,0 +1,239 @@
+#include "ZmDecomposition.h"
+
+#include "Math/PolarDecomposition.h"
+
+#include <math.h>
+
+using zm::Matrix3;
+
+namespace {
+
+Matrix3 Block(const ZmMatrix& m)
+{
+    Matrix3 r;
+    for (int i = 0; i < 3; ++i) {
+        for (int j = 0; j < 3; ++j) {
+            r.m[i][j] = m[i][j];
+        }
+    }
+    return r;
+}
+
+ZmQuaternion RotationOf(const Matrix3& r, double sign = 1)
+{
+    const auto row = [&](int i) {
+        return ZmVector(float(sign * r.m[i][0]), float(sign * r.m[i][1]), float(sign * r.m[i][2]));
+    };
+    return Zm3DQuaternionFromMatrix(ZmMatrix(row(0), row(1), row(2), {0, 0, 0}));
+}
+
+ZmVector Translation(const ZmMatrix& m)
+{
+    return {m[3][0], m[3][1], m[3][2]};
+}
+
+ZmVector Lerp(const ZmVector& a, const ZmVector& b, float t)
+{
+    return a + (b - a) * t;
+}
+
+void ScaleRows(ZmMatrix& m, const ZmVector& scale)
+{
+    for (int i = 0; i < 3; ++i) {
+        for (int j = 0; j < 3; ++j) {
+            m[i][j] *= scale[i];
+        }
+    }
+}
+
+void SetTranslation(ZmMatrix& m, const ZmVector& pos)
+{
+    m[3][0] = pos.x;
+    m[3][1] = pos.y;
+    m[3][2] = pos.z;
+}
+
+float& Component(ZmQuaternion& q, int i)
+{
+    return i == 0 ? q.x : i == 1 ? q.y : i == 2 ? q.z : q.w;
+}
+
+/// The rotation by the shortest way from axis `i` to the unit vector d, with d[i] >= 0.
+ZmQuaternion ShortestTurn(int i, const ZmVector& d)
+{
+    ZmVector axis(0, 0, 0);
+    axis[i] = 1;
+    const ZmVector normal = Cross(axis, d);
+    ZmQuaternion q(normal.x, normal.y, normal.z, 1 + d[i]);
+    q.Normalize();
+    return q;
+}
+
+/// With two equal stretches only the axis of the third counts: it goes to the nearest coordinate axis,
+/// on whose place the third stretch then stands.
+ZmQuaternion SnuggleOneAxis(const ZmQuaternion& q, ZmVector& k, int odd)
+{
+    ZmMatrix m;
+    q.ToMatrix(m);
+    ZmVector d(m[0][odd], m[1][odd], m[2][odd]);
+    int nearest = 0;
+    for (int i = 1; i < 3; ++i) {
+        nearest = fabsf(d[i]) > fabsf(d[nearest]) ? i : nearest;
+    }
+    if (d[nearest] < 0) {
+        d = -d;
+    }
+    const float oddStretch = k[odd], otherStretch = k[(odd + 1) % 3];
+    k = ZmVector(otherStretch, otherStretch, otherStretch);
+    k[nearest] = oddStretch;
+    return Zm3DQuaternionMultiply(Zm3DQuaternionConjugate(q), ShortestTurn(nearest, d));
+}
+
+/// The one of the 24 rotations of the cube that is nearest to q: a half turn (or none) about a
+/// coordinate axis, a quarter turn or half turn about a diagonal of a face, or a third of a turn about a
+/// diagonal of the cube, whichever has the largest scalar product with q.
+ZmQuaternion NearestCubeRotation(ZmQuaternion q)
+{
+    int first = 0, second = 1;
+    float all = 0;
+    for (int i = 0; i < 4; ++i) {
+        all += fabsf(Component(q, i)) * 0.5f;
+        first = fabsf(Component(q, i)) > fabsf(Component(q, first)) ? i : first;
+    }
+    second = first == 0 ? 1 : 0;
+    for (int i = 0; i < 4; ++i) {
+        second = i != first && fabsf(Component(q, i)) > fabsf(Component(q, second)) ? i : second;
+    }
+    const float kRootHalf = 0.70710678f;
+    const float one = fabsf(Component(q, first)), two = (one + fabsf(Component(q, second))) * kRootHalf;
+    ZmQuaternion res(0, 0, 0, 0);
+    if (all > one && all > two) {
+        for (int i = 0; i < 4; ++i) {
+            Component(res, i) = copysignf(0.5f, Component(q, i));
+        }
+    } else if (two > one) {
+        Component(res, first) = copysignf(kRootHalf, Component(q, first));
+        Component(res, second) = copysignf(kRootHalf, Component(q, second));
+    } else {
+        Component(res, first) = copysignf(1.0f, Component(q, first));
+    }
+    return res;
+}
+
+/// k in the order in which a rotation of the cube lets the axes follow.
+ZmVector Permuted(const ZmVector& k, const ZmQuaternion& cubeRotation)
+{
+    ZmMatrix m;
+    cubeRotation.ToMatrix(m);
+    ZmVector res;
+    for (int j = 0; j < 3; ++j) {
+        const int source = fabsf(m[0][j]) > 0.5f ? 0 : fabsf(m[1][j]) > 0.5f ? 1 : 2;
+        res[j] = k[source];
+    }
+    return res;
+}
+
+}  // namespace
+
+void Zm3DDecomposeMatrix(const ZmMatrix& m, ZmQuaternion& quat, ZmVector& pos, ZmVector& scale)
+{
+    // FromMatrix leaves the orthonormal rows in the copy.
+    ZmMatrix unit = m;
+    quat.FromMatrix(unit, 0, 0);
+    const auto along = [&](int i) { return unit[i][0] * m[i][0] + unit[i][1] * m[i][1] + unit[i][2] * m[i][2]; };
+    pos = Translation(m);
+    scale = ZmVector(along(0), along(1), along(2));
+}
+
+float Zm3DDecomposeMatrixTotal(const ZmMatrix& m, ZmQuaternion& quat, ZmVector& pos, ZmVector& scale,
+                               ZmQuaternion& uRot)
+{
+    return Zm3DDecomposeMatrixTotalPtr(m, &quat, &pos, &scale, &uRot);
+}
+
+float Zm3DDecomposeMatrixTotalPtr(const ZmMatrix& m, ZmQuaternion* quat, ZmVector* pos, ZmVector* scale,
+                                  ZmQuaternion* uRot)
+{
+    if (pos) {
+        *pos = Translation(m);
+    }
+    if (!quat && !scale && !uRot) {
+        return 1;
+    }
+    const Matrix3 block = Block(m);
+    const zm::PolarFactors polar = zm::DecomposePolar(block);
+    const float sign = polar.mirrored ? -1.0f : 1.0f;
+    if (quat) {
+        *quat = RotationOf(polar.rotation, sign);
+    }
+    if (scale || uRot) {
+        const zm::SpectralFactors spectral = zm::DecomposeSymmetric(zm::StretchOf(block, polar.rotation));
+        const double* const k = spectral.values;
+        // What rounding leaves below 0 is 0. (Comparisons that let non-numbers pass.)
+        ZmVector stretch(k[0] < 0 ? 0 : float(k[0]), k[1] < 0 ? 0 : float(k[1]), k[2] < 0 ? 0 : float(k[2]));
+        ZmQuaternion axes = RotationOf(spectral.axes);
+        axes.Multiply(Zm3DQuaternionSnuggle(&axes, &stretch));
+        if (scale) {
+            *scale = stretch;
+        }
+        if (uRot) {
+            *uRot = axes;
+        }
+    }
+    return sign;
+}
+
+ZmQuaternion Zm3DQuaternionSnuggle(ZmQuaternion* q, ZmVector* k)
+{
+    if (k->x == k->y && k->y == k->z) {
+        return Zm3DQuaternionConjugate(*q);
+    }
+    if (k->x == k->y || k->y == k->z || k->z == k->x) {
+        return SnuggleOneAxis(*q, *k, k->x == k->y ? 2 : k->y == k->z ? 0 : 1);
+    }
+    const ZmQuaternion p = NearestCubeRotation(Zm3DQuaternionConjugate(*q));
+    *k = Permuted(*k, p);
+    return p;
+}
+
+void ZmMatrix::RecomposeMatrix(const ZmVector* pos, const ZmVector* scale, const ZmQuaternion* quat)
+{
+    quat->ToMatrix(*this);
+    ScaleRows(*this, *scale);
+    SetTranslation(*this, *pos);
+}
+
+// The sign is left out on purpose: callers that need the reflection apply it themselves.
+void ZmMatrix::RecomposeMatrixEx(const ZmVector* pos, const ZmVector* scale, const ZmQuaternion* quat,
+                                 const ZmQuaternion* uRot, float)
+{
+    ZmMatrix rotation, axes, stretch = Identity();
+    quat->ToMatrix(rotation);
+    uRot->ToMatrix(axes);
+    const ZmVector& k = *scale;
+    for (int i = 0; i < 3; ++i) {
+        for (int j = 0; j < 3; ++j) {
+            stretch[i][j] = axes[i][0] * k.x * axes[j][0] + axes[i][1] * k.y * axes[j][1] + axes[i][2] * k.z * axes[j][2];
+        }
+    }
+    const ZmVector translation = *pos;  // read before this matrix is written, in case it is part of it
+    Zm3DMultiplyMatrix(*this, rotation, stretch);
+    SetTranslation(*this, translation);
+}
+
+void Zm3DInterpolateMatrix(float t, ZmMatrix& res, const ZmMatrix& a, const ZmMatrix& b)
+{
+    ZmQuaternion qa, qb;
+    ZmVector pa, pb, sa, sb;
+    Zm3DDecomposeMatrix(a, qa, pa, sa);
+    Zm3DDecomposeMatrix(b, qb, pb, sb);
+    ZmQuaternion q = Slerp(t, qa, qb);
+    q.Normalize();
+    const ZmVector pos = Lerp(pa, pb, t), scale = Lerp(sa, sb, t);
+    res.RecomposeMatrix(&pos, &scale, &q);
+}
+
+void Zm3DInterpolateMatrixNoScale(float t, ZmMatrix& res, const ZmMatrix& a, const ZmMatrix& b)
+{
+    Zm3DInterpolateMatrix(t, res, a, b);
+}

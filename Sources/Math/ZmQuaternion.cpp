@@ -1,0 +1,221 @@
+#include "ZmQuaternion.h"
+
+#include "Math/Lanes.h"
+#include "Math/Normalize.h"
+#include "Math/SinCos.h"
+#include "Platform/FeatureWord.h"
+
+#include <math.h>
+
+using namespace zm;
+
+namespace {
+
+const float kEpsilon = 1.1920929e-7f;  // 2^-23
+
+ZmQuaternion Scaled(const ZmQuaternion& q, float s)
+{
+    return {q.x * s, q.y * s, q.z * s, q.w * s};
+}
+
+ZmQuaternion WeightedSum(float ka, const ZmQuaternion& a, float kb, const ZmQuaternion& b)
+{
+    return {ka * a.x + kb * b.x, ka * a.y + kb * b.y, ka * a.z + kb * b.z, ka * a.w + kb * b.w};
+}
+
+// Each row is (1 - s(yy + zz), s(xy - wz), s(xz + wy)) or like it: a row of the identity plus
+// scale * (a + sign * b), where a and b are products of two components.
+template <class L>
+void QuaternionToMatrix(const ZmQuaternion& quat, float* m)
+{
+    const float s = 2.0f / ((quat.x * quat.x + quat.y * quat.y) + (quat.z * quat.z + quat.w * quat.w));
+    const L q = L::Load4(&quat);
+
+    const L a0 = q.template Pick<1, 0, 0>() * q.template Pick<1, 1, 2>();  // yy xy xz
+    const L b0 = q.template Pick<2, 3, 3>() * q.template Pick<2, 2, 1>();  // zz wz wy
+    const L a1 = q.template Pick<0, 0, 1>() * q.template Pick<1, 0, 2>();  // xy xx yz
+    const L b1 = q.template Pick<3, 2, 3>() * q.template Pick<2, 2, 0>();  // wz zz wx
+    const L a2 = q.template Pick<0, 1, 0>() * q.template Pick<2, 2, 0>();  // xz yz xx
+    const L b2 = q.template Pick<3, 3, 1>() * q.template Pick<1, 0, 1>();  // wy wx yy
+
+    const L row0 = L::Set(1, 0, 0, 0) + L::Set(-s, s, s, 0) * (a0 + L::Set(1, -1, 1, 0) * b0);
+    const L row1 = L::Set(0, 1, 0, 0) + L::Set(s, -s, s, 0) * (a1 + L::Set(1, 1, -1, 0) * b1);
+    const L row2 = L::Set(0, 0, 1, 0) + L::Set(s, s, -s, 0) * (a2 + L::Set(-1, 1, 1, 0) * b2);
+    row0.ClearW().Store4(m);
+    row1.ClearW().Store4(m + 4);
+    row2.ClearW().Store4(m + 8);
+    L::Set(0, 0, 0, 1).Store4(m + 12);
+}
+
+/// The 3x3 block of a matrix made orthonormal in place, and put back on demand.
+class OrthonormalBlock {
+public:
+    explicit OrthonormalBlock(ZmMatrix& m) : m_Matrix(m)
+    {
+        for (int i = 0; i < 3; ++i) {
+            m_Saved[i] = ZmVector(m[i][0], m[i][1], m[i][2]);
+        }
+        const ZmVector row0 = Normalized(m_Saved[0]), row1 = Normalized(m_Saved[1]);
+        Write(row0, row1, Cross(row0, row1));
+    }
+
+    void Restore() { Write(m_Saved[0], m_Saved[1], m_Saved[2]); }
+
+private:
+    void Write(const ZmVector& row0, const ZmVector& row1, const ZmVector& row2)
+    {
+        SseLanes::Load3(&row0).Store3(m_Matrix[0]);
+        SseLanes::Load3(&row1).Store3(m_Matrix[1]);
+        SseLanes::Load3(&row2).Store3(m_Matrix[2]);
+    }
+
+    ZmMatrix& m_Matrix;
+    ZmVector m_Saved[3];
+};
+
+ZmQuaternion FromRotationMatrix(const ZmMatrix& m)
+{
+    const float trace = m[0][0] + m[1][1] + m[2][2];
+    if (trace >= 0) {
+        const float r = sqrtf(trace + 1), f = 0.5f / r;
+        return {(m[2][1] - m[1][2]) * f, (m[0][2] - m[2][0]) * f, (m[1][0] - m[0][1]) * f, 0.5f * r};
+    }
+    // The largest of x, y and z first; ties keep the lower index.
+    int i = m[1][1] > m[0][0] ? 1 : 0;
+    if (m[2][2] > m[i][i]) {
+        i = 2;
+    }
+    const int j = (i + 1) % 3, k = (j + 1) % 3;
+    const float r = sqrtf(m[i][i] - (m[j][j] + m[k][k]) + 1), f = 0.5f / r;
+    float q[3];
+    q[i] = 0.5f * r;
+    q[j] = (m[i][j] + m[j][i]) * f;
+    q[k] = (m[k][i] + m[i][k]) * f;
+    return {q[0], q[1], q[2], (m[k][j] - m[j][k]) * f};
+}
+
+}  // namespace
+
+void ZmQuaternion::FromMatrix(const ZmMatrix& m, int matIsUnit, int restoreMat)
+{
+    if (matIsUnit) {
+        *this = FromRotationMatrix(m);
+        return;
+    }
+    // The caller's matrix is written although it comes as constant: Zm3DDecomposeMatrix and engine code
+    // rely on finding the orthonormal block there.
+    ZmMatrix& writable = const_cast<ZmMatrix&>(m);
+    OrthonormalBlock block(writable);
+    *this = FromRotationMatrix(writable);
+    if (restoreMat) {
+        block.Restore();
+    }
+}
+
+void ZmQuaternion::ToMatrix(ZmMatrix& m) const
+{
+    (UseSse() ? QuaternionToMatrix<SseLanes> : QuaternionToMatrix<ScalarLanes>)(*this, m[0]);
+}
+
+void ZmQuaternion::FromRotation(const ZmVector& axis, float angle)
+{
+    const SinCos half(angle * 0.5f);
+    const float s = float(half.sine);
+    *this = ZmQuaternion(s * axis.x, s * axis.y, s * axis.z, float(half.cosine));
+}
+
+void ZmQuaternion::ToRotation(ZmVector& axis, float& angle) const
+{
+    // 1 - w on purpose, not 1 - w * w: see the header (QuaternionTest, ToRotationDividesByTheRootOfOneMinusW).
+    const float f = 1.0f / sqrtf(1.0f - w);
+    angle = 2.0f * acosf(w);
+    axis = ZmVector(x * f, y * f, z * f);
+}
+
+void ZmQuaternion::FromEulerAngles(float eax, float eay, float eaz)
+{
+    ZmMatrix m;
+    Zm3DMatrixFromEulerAngles(m, eax, eay, eaz);
+    FromMatrix(m, 1, 1);
+}
+
+void ZmQuaternion::ToEulerAngles(float* eax, float* eay, float* eaz) const
+{
+    ZmMatrix m;
+    ToMatrix(m);
+    Zm3DMatrixToEulerAngles(m, eax, eay, eaz);
+}
+
+void ZmQuaternion::Multiply(const ZmQuaternion& q)
+{
+    *this = Zm3DQuaternionMultiply(*this, q);
+}
+
+void ZmQuaternion::Normalize()
+{
+    const float n = sqrtf(x * x + y * y + z * z + w * w);
+    *this = n == 0 ? ZmQuaternion() : Scaled(*this, 1.0f / n);
+}
+
+ZmQuaternion Zm3DQuaternionFromMatrix(const ZmMatrix& m)
+{
+    return FromRotationMatrix(m);
+}
+
+ZmQuaternion Zm3DQuaternionConjugate(const ZmQuaternion& q)
+{
+    return {-q.x, -q.y, -q.z, q.w};
+}
+
+ZmQuaternion Zm3DQuaternionMultiply(const ZmQuaternion& a, const ZmQuaternion& b)
+{
+    return {a.w * b.x + a.x * b.w + a.y * b.z - a.z * b.y, a.w * b.y + a.y * b.w + a.z * b.x - a.x * b.z,
+            a.w * b.z + a.z * b.w + a.x * b.y - a.y * b.x, a.w * b.w - a.x * b.x - a.y * b.y - a.z * b.z};
+}
+
+ZmQuaternion Zm3DQuaternionDivide(const ZmQuaternion& a, const ZmQuaternion& b)
+{
+    return Zm3DQuaternionMultiply(Zm3DQuaternionConjugate(b), a);
+}
+
+ZmQuaternion Ln(const ZmQuaternion& q)
+{
+    const float v = sqrtf(q.x * q.x + q.y * q.y + q.z * q.z);
+    const float f = v > 0 ? atan2f(v, q.w) / v : v;
+    return {f * q.x, f * q.y, f * q.z, 0};
+}
+
+ZmQuaternion Exp(const ZmQuaternion& q)
+{
+    const float theta = sqrtf(q.x * q.x + q.y * q.y + q.z * q.z);
+    const SinCos turn(theta);
+    const float f = theta <= kEpsilon ? 1.0f : float(turn.sine) / theta;
+    return {f * q.x, f * q.y, f * q.z, float(turn.cosine)};
+}
+
+ZmQuaternion LnDif(const ZmQuaternion& a, const ZmQuaternion& b)
+{
+    return Ln(Zm3DQuaternionDivide(b, a));
+}
+
+ZmQuaternion Slerp(float t, const ZmQuaternion& a, const ZmQuaternion& b)
+{
+    const float dot = (a.x * b.x + a.y * b.y) + (a.z * b.z + a.w * b.w);
+    const float c = fabsf(dot);
+    float ka = 1 - t, kb = t;
+    if (1 - c > 0.01f) {
+        // sin((1 - t) w) = sin w cos tw - cos w sin tw, with the sine of w from its cosine.
+        const double cosine = c, sine = sqrt(1 - cosine * cosine);
+        const SinCos part(t * double(acosf(c)));
+        const double ratio = part.sine / sine;
+        ka = float(part.cosine - cosine * ratio);
+        kb = float(ratio);
+    }
+    return WeightedSum(ka, a, dot < 0 ? -kb : kb, b);
+}
+
+ZmQuaternion Squad(float t, const ZmQuaternion& q1, const ZmQuaternion& s1, const ZmQuaternion& s2,
+                   const ZmQuaternion& q2)
+{
+    return Slerp(2 * t * (1 - t), Slerp(t, q1, q2), Slerp(t, s1, s2));
+}

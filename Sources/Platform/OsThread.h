@@ -1,0 +1,13 @@
+#pragma once
+
+namespace zm {
+
+/// Gives the calling thread the highest priority that the system grants it and returns what
+/// RestoreThreadPriority() needs to take that back. A refusal changes nothing.
+int RaiseThreadPriority();
+void RestoreThreadPriority(int previous);
+
+/// Sleeps for at least that long; signals do not cut it short.
+void SleepMilliseconds(unsigned milliseconds);
+
+}  // namespace zm

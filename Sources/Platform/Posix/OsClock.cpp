@@ -1,0 +1,19 @@
+#include "Platform/OsClock.h"
+
+#include <time.h>
+
+namespace zm {
+
+int64_t ReadCounter()
+{
+    timespec now;
+    clock_gettime(CLOCK_MONOTONIC, &now);
+    return int64_t(now.tv_sec) * 1000000000 + now.tv_nsec;
+}
+
+int64_t CounterFrequency()
+{
+    return 1000000000;
+}
+
+}  // namespace zm

@@ -1,0 +1,26 @@
+#include "Platform/OsThread.h"
+
+#include <windows.h>
+
+namespace zm {
+
+int RaiseThreadPriority()
+{
+    const int previous = GetThreadPriority(GetCurrentThread());
+    SetThreadPriority(GetCurrentThread(), THREAD_PRIORITY_TIME_CRITICAL);
+    return previous;
+}
+
+void RestoreThreadPriority(int previous)
+{
+    if (previous != THREAD_PRIORITY_ERROR_RETURN) {
+        SetThreadPriority(GetCurrentThread(), previous);
+    }
+}
+
+void SleepMilliseconds(unsigned milliseconds)
+{
+    Sleep(milliseconds);
+}
+
+}  // namespace zm

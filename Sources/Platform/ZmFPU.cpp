@@ -1,0 +1,29 @@
+#include "ZmFPU.h"
+
+namespace {
+
+const unsigned kExceptionMasks = 0x003F;
+const unsigned kPrecisionAndRounding = 0x0F00;  // both 0: 24 bits, to nearest
+
+}  // namespace
+
+unsigned short ZmGetFPUControlWord()
+{
+    unsigned short word;
+    asm volatile("fnstcw %0" : "=m"(word));
+    return word;
+}
+
+void ZmSetFPUControlWord(unsigned short word)
+{
+    asm volatile("fldcw %0" : : "m"(word));
+}
+
+void ZmSetBaseFPUControlWord()
+{
+    const unsigned word = ZmGetFPUControlWord();
+    const unsigned base = (word & ~kPrecisionAndRounding) | kExceptionMasks;
+    if (base != word) {
+        ZmSetFPUControlWord(static_cast<unsigned short>(base));
+    }
+}
