@@ -21,6 +21,13 @@ struct ScalarLanes {
     float f[4];
 
     static ScalarLanes Splat(float s) { return {{s, s, s, s}}; }
+    /// Float number `i` behind p, in all lanes.
+    static ScalarLanes SplatAt(const void* p, int i)
+    {
+        float s;
+        memcpy(&s, static_cast<const char*>(p) + 4 * i, 4);
+        return Splat(s);
+    }
     static ScalarLanes Set(float x, float y, float z, float w) { return {{x, y, z, w}}; }
     static ScalarLanes Load4(const void* p)
     {
@@ -101,6 +108,12 @@ struct SseLanes {
     static const int kCount = 4;
 
     static SseLanes Splat(float s) { return {_mm_set1_ps(s)}; }
+    static SseLanes SplatAt(const void* p, int i)
+    {
+        float s;
+        memcpy(&s, static_cast<const char*>(p) + 4 * i, 4);
+        return Splat(s);
+    }
     static SseLanes Set(float x, float y, float z, float w) { return {_mm_setr_ps(x, y, z, w)}; }
     static SseLanes Load4(const void* p) { return {_mm_loadu_ps(static_cast<const float*>(p))}; }
     static SseLanes Load3(const void* p)
@@ -139,115 +152,145 @@ struct SseLanes {
         return {_mm_shuffle_ps(v, v, _MM_SHUFFLE(3, k, j, i))};
     }
 
-    // --- As four points side by side ---
+    // --- As a third of four points that lie tight: x y z x, y z x y, z x y z ---
 
-    /// x, y and z of four points from 48 bytes.
-    static void LoadPoints(const char* p, SseLanes& x, SseLanes& y, SseLanes& z)
+    /// A matrix row's three elements as they meet the floats of register `part`.
+    static SseLanes Repeat(const float* row, int part)
     {
-        const __m128 a = Load4(p).v, b = Load4(p + 16).v, c = Load4(p + 32).v;
-        const __m128 xy = _mm_shuffle_ps(b, c, _MM_SHUFFLE(2, 1, 3, 2));
-        const __m128 yz = _mm_shuffle_ps(a, b, _MM_SHUFFLE(1, 0, 2, 1));
-        x.v = _mm_shuffle_ps(a, xy, _MM_SHUFFLE(2, 0, 3, 0));
-        y.v = _mm_shuffle_ps(yz, xy, _MM_SHUFFLE(3, 1, 2, 0));
-        z.v = _mm_shuffle_ps(yz, c, _MM_SHUFFLE(3, 0, 3, 1));
+        const SseLanes r = Load4(row);
+        return part == 0 ? r.Spread<0, 1, 2, 0>() : part == 1 ? r.Spread<1, 2, 0, 1>() : r.Spread<2, 0, 1, 2>();
     }
 
-    /// The inverse of LoadPoints. With `Stream` the stores bypass the caches and `p` must be a multiple
-    /// of 16.
-    template <bool Stream>
-    static void StorePoints(char* p, SseLanes x, SseLanes y, SseLanes z)
+    /// For each float of four points (48 bytes) the x, y and z of its point.
+    static void SpreadPoints(const char* p, SseLanes (&x)[3], SseLanes (&y)[3], SseLanes (&z)[3])
     {
-        const __m128 xy = _mm_shuffle_ps(x.v, y.v, _MM_SHUFFLE(2, 0, 2, 0));
-        const __m128 yz = _mm_shuffle_ps(y.v, z.v, _MM_SHUFFLE(3, 1, 3, 1));
-        const __m128 zx = _mm_shuffle_ps(z.v, x.v, _MM_SHUFFLE(3, 1, 2, 0));
-        Put<Stream>(p, _mm_shuffle_ps(xy, zx, _MM_SHUFFLE(2, 0, 2, 0)));
-        Put<Stream>(p + 16, _mm_shuffle_ps(yz, xy, _MM_SHUFFLE(3, 1, 2, 0)));
-        Put<Stream>(p + 32, _mm_shuffle_ps(zx, yz, _MM_SHUFFLE(3, 1, 3, 1)));
+        const SseLanes a = Load4(p), b = Load4(p + 16), c = Load4(p + 32);
+        // Where one register does not hold both points, a load in between does.
+        x[0] = a.Spread<0, 0, 0, 3>();
+        y[0] = Load4(p + 4).Spread<0, 0, 0, 3>();
+        z[0] = Load4(p + 8).Spread<0, 0, 0, 3>();
+        x[1].v = _mm_shuffle_ps(a.v, b.v, _MM_SHUFFLE(2, 2, 3, 3));
+        y[1] = b.Spread<0, 0, 3, 3>();
+        z[1].v = _mm_shuffle_ps(b.v, c.v, _MM_SHUFFLE(0, 0, 1, 1));
+        x[2] = Load4(p + 24).Spread<0, 3, 3, 3>();
+        y[2] = Load4(p + 28).Spread<0, 3, 3, 3>();
+        z[2] = c.Spread<0, 3, 3, 3>();
     }
 
-    template <bool Stream>
-    static void Put(char* p, __m128 r)
+    template <int i, int j, int k, int l>
+    SseLanes Spread() const
     {
-        if (Stream) {
-            _mm_stream_ps(reinterpret_cast<float*>(p), r);
+        return {_mm_shuffle_ps(v, v, _MM_SHUFFLE(l, k, j, i))};
+    }
+
+    /// With `stream` the store bypasses the caches and `p` must be a multiple of 16.
+    template <bool stream>
+    void Put(char* p) const
+    {
+        if (stream) {
+            _mm_stream_ps(reinterpret_cast<float*>(p), v);
         } else {
-            _mm_storeu_ps(reinterpret_cast<float*>(p), r);
+            Store4(p);
         }
     }
 };
 
-/// One point in plain floats: the reference of the wide forms, at any stride.
+/// One float: the reference of the wide forms. One point is three of it, at any stride.
 struct SingleLane {
     float v;
 
     static const int kCount = 1;
 
-    static SingleLane Splat(float s) { return {s}; }
     SingleLane operator+(SingleLane o) const { return {v + o.v}; }
     SingleLane operator-(SingleLane o) const { return {v - o.v}; }
     SingleLane operator*(SingleLane o) const { return {v * o.v}; }
 
-    static void LoadPoints(const char* p, SingleLane& x, SingleLane& y, SingleLane& z)
+    static SingleLane At(const char* p)
     {
-        memcpy(&x.v, p, 4);
-        memcpy(&y.v, p + 4, 4);
-        memcpy(&z.v, p + 8, 4);
+        SingleLane r;
+        memcpy(&r.v, p, 4);
+        return r;
     }
-    template <bool Stream>
-    static void StorePoints(char* p, SingleLane x, SingleLane y, SingleLane z)
+    static SingleLane Repeat(const float* row, int part) { return {row[part]}; }
+
+    static void SpreadPoints(const char* p, SingleLane (&x)[3], SingleLane (&y)[3], SingleLane (&z)[3])
     {
-        memcpy(p, &x.v, 4);
-        memcpy(p + 4, &y.v, 4);
-        memcpy(p + 8, &z.v, 4);
+        for (int part = 0; part < 3; ++part) {
+            x[part] = At(p);
+            y[part] = At(p + 4);
+            z[part] = At(p + 8);
+        }
+    }
+
+    template <bool stream>
+    void Put(char* p) const
+    {
+        memcpy(p, &v, 4);
     }
 };
 
 #ifdef __AVX2__
 
-/// Eight points side by side; four of them in each half of the registers, so that every shuffle stays
-/// within its half (shuffles across halves cost more than the split loads and stores).
+/// Eight lanes in one AVX register.
 struct Avx2Lanes {
     __m256 v;
 
     static const int kCount = 8;
 
-    static Avx2Lanes Splat(float s) { return {_mm256_set1_ps(s)}; }
+    static Avx2Lanes Load8(const char* p) { return {_mm256_loadu_ps(reinterpret_cast<const float*>(p))}; }
     Avx2Lanes operator+(Avx2Lanes o) const { return {_mm256_add_ps(v, o.v)}; }
     Avx2Lanes operator-(Avx2Lanes o) const { return {_mm256_sub_ps(v, o.v)}; }
     Avx2Lanes operator*(Avx2Lanes o) const { return {_mm256_mul_ps(v, o.v)}; }
 
-    static __m256 Halves(const char* low, const char* high)
+    // --- As a third of eight points that lie tight ---
+
+    static Avx2Lanes Repeat(const float* row, int part)
     {
-        return _mm256_insertf128_ps(_mm256_castps128_ps256(_mm_loadu_ps(reinterpret_cast<const float*>(low))),
-                                    _mm_loadu_ps(reinterpret_cast<const float*>(high)), 1);
+        const Avx2Lanes r = {_mm256_broadcast_ps(reinterpret_cast<const __m128*>(row))};
+        return part == 0   ? r.Spread<0, 1, 2, 0, 1, 2, 0, 1>()
+               : part == 1 ? r.Spread<2, 0, 1, 2, 0, 1, 2, 0>()
+                           : r.Spread<1, 2, 0, 1, 2, 0, 1, 2>();
     }
 
-    static void LoadPoints(const char* p, Avx2Lanes& x, Avx2Lanes& y, Avx2Lanes& z)
+    /// For each float of eight points (96 bytes) the x, y and z of its point. One permutation of a whole
+    /// register each; floats that stand in the neighbour are first blended into a place that is not
+    /// needed. (Staying within the halves of the registers needs split loads and stores, which cost more.)
+    static void SpreadPoints(const char* p, Avx2Lanes (&x)[3], Avx2Lanes (&y)[3], Avx2Lanes (&z)[3])
     {
-        const __m256 a = Halves(p, p + 48), b = Halves(p + 16, p + 64), c = Halves(p + 32, p + 80);
-        const __m256 xy = _mm256_shuffle_ps(b, c, _MM_SHUFFLE(2, 1, 3, 2));
-        const __m256 yz = _mm256_shuffle_ps(a, b, _MM_SHUFFLE(1, 0, 2, 1));
-        x.v = _mm256_shuffle_ps(a, xy, _MM_SHUFFLE(2, 0, 3, 0));
-        y.v = _mm256_shuffle_ps(yz, xy, _MM_SHUFFLE(3, 1, 2, 0));
-        z.v = _mm256_shuffle_ps(yz, c, _MM_SHUFFLE(3, 0, 3, 1));
+        const Avx2Lanes a = Load8(p), b = Load8(p + 32), c = Load8(p + 64);
+        x[0] = a.Spread<0, 0, 0, 3, 3, 3, 6, 6>();
+        y[0] = a.Spread<1, 1, 1, 4, 4, 4, 7, 7>();
+        z[0] = a.From<0x01>(b).Spread<2, 2, 2, 5, 5, 5, 0, 0>();
+        x[1] = b.From<0x40>(a).Spread<6, 1, 1, 1, 4, 4, 4, 7>();
+        y[1] = b.From<0x80>(a).From<0x01>(c).Spread<7, 2, 2, 2, 5, 5, 5, 0>();
+        z[1] = b.From<0x02>(c).Spread<0, 3, 3, 3, 6, 6, 6, 1>();
+        x[2] = c.From<0x80>(b).Spread<7, 7, 2, 2, 2, 5, 5, 5>();
+        y[2] = c.Spread<0, 0, 3, 3, 3, 6, 6, 6>();
+        z[2] = c.Spread<1, 1, 4, 4, 4, 7, 7, 7>();
     }
 
-    template <bool Stream>
-    static void StorePoints(char* p, Avx2Lanes x, Avx2Lanes y, Avx2Lanes z)
+    template <int a, int b, int c, int d, int e, int f, int g, int h>
+    Avx2Lanes Spread() const
     {
-        const __m256 xy = _mm256_shuffle_ps(x.v, y.v, _MM_SHUFFLE(2, 0, 2, 0));
-        const __m256 yz = _mm256_shuffle_ps(y.v, z.v, _MM_SHUFFLE(3, 1, 3, 1));
-        const __m256 zx = _mm256_shuffle_ps(z.v, x.v, _MM_SHUFFLE(3, 1, 2, 0));
-        PutHalves<Stream>(p, p + 48, _mm256_shuffle_ps(xy, zx, _MM_SHUFFLE(2, 0, 2, 0)));
-        PutHalves<Stream>(p + 16, p + 64, _mm256_shuffle_ps(yz, xy, _MM_SHUFFLE(3, 1, 2, 0)));
-        PutHalves<Stream>(p + 32, p + 80, _mm256_shuffle_ps(zx, yz, _MM_SHUFFLE(3, 1, 3, 1)));
+        return {_mm256_permutevar8x32_ps(v, _mm256_setr_epi32(a, b, c, d, e, f, g, h))};
     }
 
-    template <bool Stream>
-    static void PutHalves(char* low, char* high, __m256 r)
+    /// This register with the lanes of `mask` taken from another.
+    template <int mask>
+    Avx2Lanes From(Avx2Lanes other) const
     {
-        SseLanes::Put<Stream>(low, _mm256_castps256_ps128(r));
-        SseLanes::Put<Stream>(high, _mm256_extractf128_ps(r, 1));
+        return {_mm256_blend_ps(v, other.v, mask)};
+    }
+
+    /// With `stream` the store bypasses the caches and `p` must be a multiple of 32.
+    template <bool stream>
+    void Put(char* p) const
+    {
+        if (stream) {
+            _mm256_stream_ps(reinterpret_cast<float*>(p), v);
+        } else {
+            _mm256_storeu_ps(reinterpret_cast<float*>(p), v);
+        }
     }
 };
 

@@ -23,11 +23,15 @@ inline bool Overlap(const void* a, ptrdiff_t aBytes, const void* b, ptrdiff_t bB
     return uintptr_t(a) < uintptr_t(b) + uintptr_t(bBytes) && uintptr_t(b) < uintptr_t(a) + uintptr_t(aBytes);
 }
 
-/// How many elements of 12 bytes come before the first that starts at a multiple of 16: each brings
-/// the address 4 bytes closer to it.
-inline ptrdiff_t ElementsToAlignment(const void* p)
+/// How many elements of 12 bytes come before the first that starts at a multiple of `alignment`, 16 or
+/// 32, from a multiple of 4 on.
+inline ptrdiff_t ElementsToAlignment(const char* p, uintptr_t alignment)
 {
-    return ptrdiff_t(uintptr_t(p) % 16 / 4);
+    ptrdiff_t elements = 0;
+    for (; uintptr_t(p) % alignment != 0; p += 12) {
+        ++elements;
+    }
+    return elements;
 }
 
 }  // namespace

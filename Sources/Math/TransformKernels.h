@@ -38,32 +38,8 @@ struct RowMatrix {
     template <Kind kind>
     L Apply(const void* p) const
     {
-        float v[3];
-        memcpy(v, p, sizeof v);
-        const L x = L::Splat(v[0]), y = L::Splat(v[1]), z = L::Splat(v[2]);
+        const L x = L::SplatAt(p, 0), y = L::SplatAt(p, 1), z = L::SplatAt(p, 2);
         return kind == kPoint ? Blend(x, row0, y, row1, z, row2, row3) : Blend(x, row0, y, row1, z, row2);
-    }
-};
-
-/// A matrix with one register an element, for several vectors at a time.
-template <class L>
-struct ElementMatrix {
-    L e[4][3];
-
-    explicit ElementMatrix(const float* m)
-    {
-        for (int i = 0; i < 4; ++i) {
-            for (int j = 0; j < 3; ++j) {
-                e[i][j] = L::Splat(m[4 * i + j]);
-            }
-        }
-    }
-
-    template <Kind kind>
-    L Apply(L x, L y, L z, int j) const
-    {
-        return kind == kPoint ? Blend(x, e[0][j], y, e[1][j], z, e[2][j], e[3][j])
-                              : Blend(x, e[0][j], y, e[1][j], z, e[2][j]);
     }
 };
 
@@ -74,20 +50,50 @@ inline void Advance(Span& span, ptrdiff_t n)
     span.count -= n;
 }
 
-/// As many whole groups of L::kCount elements as there are; `span` keeps the rest. Groups of more
-/// than one lie tight, 12 bytes an element.
-template <class L, Kind kind, bool Stream = false>
-inline void TransformGroups(Span& span, const float* m)
-{
-    const ElementMatrix<L> matrix(m);
-    for (; span.count >= L::kCount; Advance(span, L::kCount)) {
-        L x, y, z;
-        L::LoadPoints(span.in, x, y, z);
-        L::template StorePoints<Stream>(span.out, matrix.template Apply<kind>(x, y, z, 0),
-                                        matrix.template Apply<kind>(x, y, z, 1),
-                                        matrix.template Apply<kind>(x, y, z, 2));
+/// L::kCount vectors of 12 bytes each, which lie tight and are worked on as they lie: in three
+/// registers, with the matrix elements that meet their floats in as many.
+template <class L, Kind kind>
+struct GroupTransform {
+    L rows[4][3];
+
+    explicit GroupTransform(const float* m)
+    {
+        for (int i = 0; i < 4; ++i) {
+            for (int part = 0; part < 3; ++part) {
+                rows[i][part] = L::Repeat(m + 4 * i, part);
+            }
+        }
     }
-}
+
+    void Apply(const char* in, L (&res)[3]) const
+    {
+        L x[3], y[3], z[3];
+        L::SpreadPoints(in, x, y, z);
+        for (int r = 0; r < 3; ++r) {
+            res[r] = kind == kPoint ? Blend(x[r], rows[0][r], y[r], rows[1][r], z[r], rows[2][r], rows[3][r])
+                                    : Blend(x[r], rows[0][r], y[r], rows[1][r], z[r], rows[2][r]);
+        }
+    }
+
+    template <bool stream>
+    static void Put(char* out, const L (&res)[3])
+    {
+        for (int r = 0; r < 3; ++r) {
+            res[r].template Put<stream>(out + r * L::kCount * 4);
+        }
+    }
+
+    /// As many whole groups as there are.
+    template <bool stream>
+    void Run(Span span) const
+    {
+        for (; span.count >= L::kCount; Advance(span, L::kCount)) {
+            L res[3];
+            Apply(span.in, res);
+            Put<stream>(span.out, res);
+        }
+    }
+};
 
 /// Streaming is for results that lie tight and are not their own source.
 inline bool WorthStreaming(const Span& span)
@@ -96,21 +102,42 @@ inline bool WorthStreaming(const Span& span)
     return WorthStreaming(span.out, outBytes) && !Overlap(span.out, outBytes, span.in, span.inStride * span.count);
 }
 
+/// One vector after the other in plain floats, at any strides.
+template <Kind kind>
+inline void TransformSingly(const Span& span, const float* m)
+{
+    GroupTransform<SingleLane, kind>(m).template Run<false>(span);
+}
+
 /// Tight arrays, 12 bytes an element on both sides.
+///
+/// The first and the last group are computed ahead and written at the end, over results of the loop
+/// that are the same. So the loop can start where its stores hit whole registers (stores across cache
+/// lines cost more) and end where it likes, in place too.
 template <class L, Kind kind>
 inline void TransformTight(Span span, const float* m)
 {
+    if (span.count < 2 * L::kCount) {
+        TransformSingly<kind>(span, m);
+        return;
+    }
+    const GroupTransform<L, kind> transform(m);
+    const ptrdiff_t beforeLast = 12 * (span.count - L::kCount);
+    char* const out = span.out;
+    L first[3], last[3];
+    transform.Apply(span.in, first);
+    transform.Apply(span.in + beforeLast, last);
+    if (uintptr_t(span.out) % 4 == 0) {
+        Advance(span, ElementsToAlignment(span.out, L::kCount * 4));
+    }
     if (WorthStreaming(span)) {
-        Span head = span;
-        head.count = ElementsToAlignment(span.out);
-        Advance(span, head.count);
-        TransformGroups<SingleLane, kind>(head, m);
-        TransformGroups<L, kind, true>(span, m);
+        transform.template Run<true>(span);
         _mm_sfence();
     } else {
-        TransformGroups<L, kind>(span, m);
+        transform.template Run<false>(span);
     }
-    TransformGroups<SingleLane, kind>(span, m);
+    transform.template Put<false>(out, first);
+    transform.template Put<false>(out + beforeLast, last);
 }
 
 /// Three-component results at any strides, a vector a register.

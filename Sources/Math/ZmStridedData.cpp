@@ -122,7 +122,7 @@ void FillPatterns(char* dst, size_t bytes, const char* pattern)
     }
     for (; bytes >= kPatternBytes; bytes -= kPatternBytes, dst += kPatternBytes) {
         for (int i = 0; i < 6; ++i) {
-            SseLanes::Put<stream>(dst + 16 * i, parts[i].v);
+            parts[i].Put<stream>(dst + 16 * i);
         }
     }
 }
@@ -166,9 +166,9 @@ size_t PackTriples(const Copy& c)
                      p2 = SseLanes::Load4(src + 2 * c.srcStride).v, p3 = SseLanes::Load4(src + 3 * c.srcStride).v;
         const __m128 z0x1 = _mm_shuffle_ps(p0, p1, _MM_SHUFFLE(0, 0, 2, 2));
         const __m128 z2x3 = _mm_shuffle_ps(p2, p3, _MM_SHUFFLE(0, 0, 2, 2));
-        SseLanes::Put<stream>(dst, _mm_shuffle_ps(p0, z0x1, _MM_SHUFFLE(2, 0, 1, 0)));
-        SseLanes::Put<stream>(dst + 16, _mm_shuffle_ps(p1, p2, _MM_SHUFFLE(1, 0, 2, 1)));
-        SseLanes::Put<stream>(dst + 32, _mm_shuffle_ps(z2x3, p3, _MM_SHUFFLE(2, 1, 2, 0)));
+        SseLanes{_mm_shuffle_ps(p0, z0x1, _MM_SHUFFLE(2, 0, 1, 0))}.Put<stream>(dst);
+        SseLanes{_mm_shuffle_ps(p1, p2, _MM_SHUFFLE(1, 0, 2, 1))}.Put<stream>(dst + 16);
+        SseLanes{_mm_shuffle_ps(z2x3, p3, _MM_SHUFFLE(2, 1, 2, 0))}.Put<stream>(dst + 32);
     }
     return done;
 }
@@ -185,7 +185,7 @@ void CopyToTightTriples(Copy c)
 {
     if (WorthStreaming(c.dst, ptrdiff_t(12 * c.count))) {
         Copy head = c;
-        head.count = size_t(ElementsToAlignment(c.dst));
+        head.count = size_t(ElementsToAlignment(c.dst, 16));
         CopyElements<12>(head);
         c = Rest(c, head.count);
         c = Rest(c, PackTriples<true>(c));

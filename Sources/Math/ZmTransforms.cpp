@@ -40,7 +40,12 @@ void TransformFull4(ZmVector4* res, const ZmMatrix& m, const ZmVector4* v)
 template <Kind kind>
 void TransformScalar(Span span, const float* m)
 {
-    TransformGroups<SingleLane, kind>(span, m);
+    if (IsTight(span)) {
+        // The same loop with strides that the compiler knows.
+        TransformSingly<kind>({span.out, 12, span.in, 12, span.count}, m);
+    } else {
+        TransformSingly<kind>(span, m);
+    }
 }
 
 template <Kind kind>

@@ -18,34 +18,94 @@ inline void Transform(const Span& span, const float* m)
 
 /// A matrix with each row in both halves, for two vectors at a time.
 struct PairMatrix {
-    __m256 row[4];
+    Avx2Lanes row[4];
 
     explicit PairMatrix(const float* m)
     {
         for (int i = 0; i < 4; ++i) {
-            row[i] = _mm256_broadcast_ps(reinterpret_cast<const __m128*>(m + 4 * i));
+            row[i].v = _mm256_broadcast_ps(reinterpret_cast<const __m128*>(m + 4 * i));
         }
     }
 
-    /// The points at `a` and `b`, of which 16 bytes are read.
-    __m256 Apply(const char* a, const char* b) const
+    Avx2Lanes Apply(Avx2Lanes x, Avx2Lanes y, Avx2Lanes z) const
     {
-        const __m256 v = Avx2Lanes::Halves(a, b);
-        const Avx2Lanes x = {_mm256_shuffle_ps(v, v, 0x00)}, y = {_mm256_shuffle_ps(v, v, 0x55)},
-                        z = {_mm256_shuffle_ps(v, v, 0xAA)};
-        return Blend(x, {row[0]}, y, {row[1]}, z, {row[2]}, {row[3]}).v;
+        return Blend(x, row[0], y, row[1], z, row[2], row[3]);
     }
 };
 
-/// Results of 16 bytes that lie tight. Each step reads 16 bytes of two elements, so the last element
-/// stays for the caller.
-template <bool Stream>
-inline void TransformPairs4(Span& span, const float* m)
+// Two neighbouring vectors as x, y and z, each in all lanes of its half. More than their own bytes is
+// read: 32 bytes from the first on, or 16 of each.
+
+inline void SplatHalves(__m256 v, Avx2Lanes& x, Avx2Lanes& y, Avx2Lanes& z)
+{
+    x.v = _mm256_shuffle_ps(v, v, _MM_SHUFFLE(0, 0, 0, 0));
+    y.v = _mm256_shuffle_ps(v, v, _MM_SHUFFLE(1, 1, 1, 1));
+    z.v = _mm256_shuffle_ps(v, v, _MM_SHUFFLE(2, 2, 2, 2));
+}
+
+template <ptrdiff_t stride>
+struct Pairs {
+    static const int kAtOnce = 2;
+
+    static void Load(const char* p, ptrdiff_t anyStride, Avx2Lanes& x, Avx2Lanes& y, Avx2Lanes& z)
+    {
+        const __m256 first = _mm256_castps128_ps256(SseLanes::Load4(p).v);
+        SplatHalves(_mm256_insertf128_ps(first, SseLanes::Load4(p + anyStride).v, 1), x, y, z);
+    }
+};
+
+template <>
+struct Pairs<12> {
+    static const int kAtOnce = 2;
+
+    static void Load(const char* p, ptrdiff_t, Avx2Lanes& x, Avx2Lanes& y, Avx2Lanes& z)
+    {
+        const Avx2Lanes v = Avx2Lanes::Load8(p);
+        x = v.Spread<0, 0, 0, 0, 3, 3, 3, 3>();
+        y = v.Spread<1, 1, 1, 1, 4, 4, 4, 4>();
+        z = v.Spread<2, 2, 2, 2, 5, 5, 5, 5>();
+    }
+};
+
+template <>
+struct Pairs<16> {
+    static const int kAtOnce = 4;
+
+    static void Load(const char* p, ptrdiff_t, Avx2Lanes& x, Avx2Lanes& y, Avx2Lanes& z)
+    {
+        SplatHalves(Avx2Lanes::Load8(p).v, x, y, z);
+        // Loads and blends have room where the shuffles are crowded.
+        x.v = _mm256_blend_ps(SplatFloat(p), SplatFloat(p + 16), 0xF0);
+    }
+
+    static __m256 SplatFloat(const char* p) { return _mm256_set1_ps(SingleLane::At(p).v); }
+};
+
+/// Some pairs a step, which reads up to 8 bytes of the element behind its own: the last elements stay for
+/// the caller.
+template <ptrdiff_t stride, bool stream>
+inline Span TransformPairs4(Span span, const float* m)
 {
     const PairMatrix matrix(m);
-    for (; span.count > 2; Advance(span, 2)) {
-        Avx2Lanes::PutHalves<Stream>(span.out, span.out + 16, matrix.Apply(span.in, span.in + span.inStride));
+    const int n = Pairs<stride>::kAtOnce;
+    for (; span.count > 2 * n; Advance(span, 2 * n)) {
+        Avx2Lanes x[n], y[n], z[n];
+        for (int i = 0; i < n; ++i) {
+            Pairs<stride>::Load(span.in + 2 * i * span.inStride, span.inStride, x[i], y[i], z[i]);
+        }
+        for (int i = 0; i < n; ++i) {
+            matrix.Apply(x[i], y[i], z[i]).template Put<stream>(span.out + i * 32);
+        }
     }
+    return span;
+}
+
+template <bool stream>
+inline Span TransformTight4(const Span& span, const float* m)
+{
+    return span.inStride == 12   ? TransformPairs4<12, stream>(span, m)
+           : span.inStride == 16 ? TransformPairs4<16, stream>(span, m)
+                                 : TransformPairs4<0, stream>(span, m);
 }
 
 }  // namespace
@@ -65,11 +125,15 @@ void RotateVectors(Span span, const float* m)
 void TransformPoints4(Span span, const float* m)
 {
     if (span.outStride == 16 && span.inStride >= 12) {
-        if (WorthStreaming(span) && uintptr_t(span.out) % 16 == 0) {
-            TransformPairs4<true>(span, m);
+        if (uintptr_t(span.out) % 32 == 16 && span.count > 0) {
+            TransformRows4<SseLanes>({span.out, 16, span.in, span.inStride, 1}, m);
+            Advance(span, 1);
+        }
+        if (WorthStreaming(span) && uintptr_t(span.out) % 32 == 0) {
+            span = TransformTight4<true>(span, m);
             _mm_sfence();
         } else {
-            TransformPairs4<false>(span, m);
+            span = TransformTight4<false>(span, m);
         }
     }
     TransformRows4<SseLanes>(span, m);
