@@ -1,0 +1,65 @@
+#pragma once
+
+#include "Harness.h"
+#include "Operands.h"
+
+// The loops around everything that is measured. The unnamed namespace is meant: each
+// file has its own copy, compiled with its own flags.
+namespace bench {
+namespace {
+
+/// `Op(result, operands, i)` for each of the single operations.
+template <class Result, class Op>
+inline void Each(const Work& w, Op op)
+{
+    Result* dst = static_cast<Result*>(w.dst);
+    const Operands& in = *static_cast<const Operands*>(w.src);
+    const int count = w.count;  // a copy: results are written through pointers
+    for (int i = 0; i < count; ++i) {
+        op(dst[i], in, i);
+    }
+}
+
+/// Element i of an array of operands as a type of the contender's own.
+template <class T>
+inline const T& As(const void* operands, int i)
+{
+    return static_cast<const T*>(operands)[i];
+}
+
+/// A value at the start of an element of `Bytes` bytes.
+template <class T, int Bytes, bool Padded = (sizeof(T) < Bytes)>
+struct Slot {
+    T value;
+};
+template <class T, int Bytes>
+struct Slot<T, Bytes, true> {
+    T value;
+    char rest[Bytes - sizeof(T)];
+};
+
+/// dst[i] = op(src[i]) with strides that the compiler knows.
+template <class Out, class In, class Op>
+inline void Transform(const Work& w, Op op)
+{
+    Out* dst = static_cast<Out*>(w.dst);
+    const In* src = static_cast<const In*>(w.src);
+    const int count = w.count;
+    for (int i = 0; i < count; ++i) {
+        dst[i].value = op(src[i].value);
+    }
+}
+
+/// The same over one array: the compiler need not reckon with two that overlap.
+template <class Element, class Op>
+inline void TransformInPlace(const Work& w, Op op)
+{
+    Element* data = static_cast<Element*>(w.dst);
+    const int count = w.count;
+    for (int i = 0; i < count; ++i) {
+        data[i].value = op(data[i].value);
+    }
+}
+
+}  // namespace
+}  // namespace bench

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "Harness.h"
+
+// Our side of each family: its tasks, and how the library does them. Peers are in Peers/
+// and listed by the build file. A new family is a file like Points.cpp, three lines
+// here and in Registry.cpp.
+namespace bench {
+
+extern const Tasks kPointTasks;
+extern const Contender kPoints;
+extern const Contender kScalarPoints;
+
+extern const Tasks kArrayTasks;
+extern const Contender kArrays;
+
+extern const Tasks kSingleTasks;
+extern const Contender kSingles;
+
+}  // namespace bench

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "Operands.h"
+
+#include <stddef.h>
+
+// Everything that tasks read and write: made on first use, the same in every run,
+// aligned to 64 bytes. A larger request may move what an earlier one returned.
+namespace bench {
+
+/// At least `bytes` bytes of random floats from -1 to 1. Each fourth is 1: so 16-byte
+/// elements are points with w = 1.
+const float* RandomFloats(size_t bytes);
+
+/// Memory for the results, zero at first, then whatever the last task left.
+void* ResultMemory(size_t bytes);
+
+/// 0 to count - 1 in random order.
+const int* ShuffledIndices(int count);
+
+const Operands& RandomOperands();
+
+/// A rotation about a point near the origin, as a matrix of ours. Applied to its own results
+/// for ever it neither grows nor shrinks them.
+const float* TurningMatrix();
+
+}  // namespace bench

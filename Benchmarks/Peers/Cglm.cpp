@@ -1,0 +1,158 @@
+// cglm, inline functions. They take their inputs without const and do not change them.
+
+#include "../Each.h"
+#include "Parts.h"
+
+#include <cglm/cglm.h>
+
+namespace bench {
+namespace {
+
+// Operands as cglm's types. No template: these types' alignment does not survive as an argument.
+inline mat4& Mat4(const void* operands, int i)
+{
+    return static_cast<mat4*>(const_cast<void*>(operands))[i];
+}
+inline versor& Quat(const void* operands, int i)
+{
+    return static_cast<versor*>(const_cast<void*>(operands))[i];
+}
+inline vec3& Vec3(const void* operands, int i)
+{
+    return static_cast<vec3*>(const_cast<void*>(operands))[i];
+}
+
+struct alignas(32) Matrix {
+    mat4 m;
+};
+struct alignas(16) Quaternion {
+    versor q;
+};
+
+template <int DstBytes, int SrcBytes, bool Point>
+void Transforms(const Work& w)
+{
+    mat4 m;
+    glm_mat4_copy(Mat4(w.extra, 0), m);
+    const char* src = static_cast<const char*>(w.src);
+    char* dst = static_cast<char*>(w.dst);
+    const int count = w.count;
+    for (int i = 0; i < count; ++i, src += SrcBytes, dst += DstBytes) {
+        glm_mat4_mulv3(m, Vec3(src, 0), Point ? 1.0f : 0.0f, *reinterpret_cast<vec3*>(dst));
+    }
+}
+
+template <int SrcBytes>
+void Points4(const Work& w)
+{
+    mat4 m;
+    glm_mat4_copy(Mat4(w.extra, 0), m);
+    const char* src = static_cast<const char*>(w.src);
+    char* dst = static_cast<char*>(w.dst);
+    const int count = w.count;
+    for (int i = 0; i < count; ++i, src += SrcBytes, dst += 16) {
+        vec4 v;
+        glm_vec4(Vec3(src, 0), 1.0f, v);
+        glm_mat4_mulv(m, v, *reinterpret_cast<vec4*>(dst));
+    }
+}
+
+template <class Op>
+inline void EachMatrix(const Work& w, Op op)
+{
+    Each<Matrix>(w, [=](Matrix& res, const Operands& in, int i) { op(res.m, in, i); });
+}
+
+template <class Op>
+inline void EachQuaternion(const Work& w, Op op)
+{
+    Each<Quaternion>(w, [=](Quaternion& res, const Operands& in, int i) { op(res.q, in, i); });
+}
+
+void Product(const Work& w)
+{
+    EachMatrix(w,
+               [](mat4& res, const Operands& in, int i) { glm_mat4_mul(Mat4(in.a, i), Mat4(in.b, i), res); });
+}
+
+void AffineProduct(const Work& w)
+{
+    EachMatrix(w, [](mat4& res, const Operands& in, int i) { glm_mul(Mat4(in.a, i), Mat4(in.b, i), res); });
+}
+
+void Inverse(const Work& w)
+{
+    EachMatrix(w, [](mat4& res, const Operands& in, int i) { glm_mat4_inv(Mat4(in.a, i), res); });
+}
+
+void Determinant(const Work& w)
+{
+    Each<float>(w, [](float& res, const Operands& in, int i) {
+        mat3 block;
+        glm_mat4_pick3(Mat4(in.a, i), block);
+        res = glm_mat3_det(block);
+    });
+}
+
+void Transpose(const Work& w)
+{
+    EachMatrix(w, [](mat4& res, const Operands& in, int i) { glm_mat4_transpose_to(Mat4(in.a, i), res); });
+}
+
+void FromEuler(const Work& w)
+{
+    EachMatrix(w, [](mat4& res, const Operands& in, int i) { glm_euler_zyx(Vec3(in.euler, i), res); });
+}
+
+void FromAxisAngle(const Work& w)
+{
+    EachMatrix(w, [](mat4& res, const Operands& in, int i) {
+        glm_rotate_make(res, in.axisAngle[i][3], Vec3(in.axisAngle[i], 0));
+    });
+}
+
+void FromMatrix(const Work& w)
+{
+    EachQuaternion(w,
+                   [](versor& res, const Operands& in, int i) { glm_mat4_quat(Mat4(in.rotation, i), res); });
+}
+
+void ToMatrix(const Work& w)
+{
+    EachMatrix(w, [](mat4& res, const Operands& in, int i) { glm_quat_mat4(Quat(in.p, i), res); });
+}
+
+void Slerp(const Work& w)
+{
+    EachQuaternion(w, [](versor& res, const Operands& in, int i) {
+        glm_quat_slerp(Quat(in.p, i), Quat(in.q, i), in.t[i], res);
+    });
+}
+
+constexpr Entry kEntries[] = {
+    {"Points/12to12", Transforms<12, 12, true>},
+    {"Points/12to12-in-place", Transforms<12, 12, true>},
+    {"Points/32to32", Transforms<32, 32, true>},
+    {"Points/12to16", Points4<12>},
+    {"Points/16to16", Points4<16>},
+    {"Rotates/12to12", Transforms<12, 12, false>},
+    {"Rotates/12to12-in-place", Transforms<12, 12, false>},
+    {"Rotates/32to32", Transforms<32, 32, false>},
+    {"Matrices/product", Product},
+    {"Matrices/affine-product", AffineProduct},
+    {"Matrices/affine-inverse", Inverse},
+    {"Matrices/determinant", Determinant},
+    {"Matrices/transpose", Transpose},
+    {"Matrices/from-euler", FromEuler},
+    {"Matrices/from-axis-angle", FromAxisAngle, "", TransposeBlock},
+    {"Quaternions/from-matrix", FromMatrix, "", Conjugate},
+    {"Quaternions/to-matrix", ToMatrix, "", TransposeBlock},
+    {"Quaternions/slerp", Slerp},
+};
+
+}  // namespace
+
+extern const Contender kCglm;
+constexpr Contender kCglm{"cglm", Role::Peer, kEntries};
+
+}  // namespace bench

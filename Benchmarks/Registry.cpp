@@ -1,0 +1,123 @@
+#include "Registry.h"
+
+#include "Families.h"
+#include "Inputs.h"
+#include "Peers.h"
+
+#include "ZmProcessor.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <iterator>
+
+namespace bench {
+
+// Peers.h is made by the build file: X(Glm) X(Eigen) ..., what it has found.
+#define ZM_DECLARE_PEER(name) extern const Contender k##name;
+ZM_BENCHMARK_PEERS(ZM_DECLARE_PEER)
+
+namespace {
+
+const Tasks* const kTasks[] = {&kPointTasks, &kArrayTasks, &kSingleTasks};
+
+#define ZM_LIST_PEER(name) &k##name,
+const Contender* const kContenders[] = {&kPoints, &kScalarPoints, &kArrays, &kSingles,
+                                        ZM_BENCHMARK_PEERS(ZM_LIST_PEER)};
+
+bool MachineHasAvx2()
+{
+    return __builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma");
+}
+
+bool CanRun(const Contender& contender)
+{
+    static const bool avx2 = MachineHasAvx2();
+    return contender.role != Role::Peer || avx2;
+}
+
+void AddMeasurements(std::vector<Measurement>& res, const Task& task)
+{
+    for (int size = 0; size < 3 && task.counts[size] != 0; ++size) {
+        for (const Contender* contender : kContenders) {
+            for (const Entry& entry : *contender) {
+                if (CanRun(*contender) && std::strcmp(entry.task, task.name) == 0) {
+                    res.push_back({&task, contender, &entry, size});
+                }
+            }
+        }
+    }
+}
+
+void CheckEntries()
+{
+    for (const Contender* contender : kContenders) {
+        for (const Entry& entry : *contender) {
+            const auto named = [&](const Task& task) { return std::strcmp(entry.task, task.name) == 0; };
+            if (std::none_of(std::begin(kTasks), std::end(kTasks), [&](const Tasks* tasks) {
+                    return std::any_of(tasks->begin(), tasks->end(), named);
+                })) {
+                std::fprintf(stderr, "%s has an entry for %s, which is no task\n", contender->name,
+                             entry.task);
+                std::exit(1);
+            }
+        }
+    }
+}
+
+}  // namespace
+
+std::string Measurement::Who() const
+{
+    return *entry->variant ? std::string(contender->name) + " " + entry->variant : contender->name;
+}
+
+std::string Measurement::Name() const
+{
+    std::string who = Who();
+    std::replace(who.begin(), who.end(), ' ', '-');
+    return std::string(task->name) + "/" + std::to_string(Count()) + "/" + who;
+}
+
+const std::vector<Measurement>& Measurements()
+{
+    static const std::vector<Measurement> all = [] {
+        CheckEntries();
+        if (!MachineHasAvx2()) {
+            std::fprintf(stderr, "This processor lacks AVX2 or FMA: most peers are left out\n");
+        }
+        std::vector<Measurement> res;
+        for (const Tasks* tasks : kTasks) {
+            for (const Task& task : *tasks) {
+                AddMeasurements(res, task);
+            }
+        }
+        return res;
+    }();
+    return all;
+}
+
+ChosenPath::ChosenPath(Role role)
+    : m_Removed(role == Role::OursScalar ? GetProcessorFeatures() & ZMPROCESSOR_FEATURE_SSE : 0)
+{
+    ModifyProcessorFeatures(0, m_Removed);
+}
+
+ChosenPath::~ChosenPath()
+{
+    ModifyProcessorFeatures(m_Removed, 0);
+}
+
+Work Prepare(const Task& task, int count)
+{
+    Work w{};
+    w.count = count;
+    w.dstStride = task.dstStride;
+    w.srcStride = task.srcStride;
+    w.dst = ResultMemory(size_t(count) * size_t(task.dstStride));
+    task.prepare(w);
+    return w;
+}
+
+}  // namespace bench

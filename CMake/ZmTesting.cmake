@@ -1,0 +1,61 @@
+# Test programs and checks. ZMMATH_VARIANT is put before the names of all
+# tests, so that one ctest run can hold several variants.
+include(GoogleTest)
+
+set(ZMMATH_TEST_FILTER "" CACHE STRING "GoogleTest filter for all test programs")
+set(ZMMATH_TEST_ENVIRONMENT "" CACHE STRING "Environment of all tests")
+
+set(ZM_TEST_PREFIX "")
+if(ZMMATH_VARIANT)
+    set(ZM_TEST_PREFIX "${ZMMATH_VARIANT}/")
+endif()
+set(ZM_TEST_PROPERTIES LABELS "${ZMMATH_VARIANT}" TIMEOUT 300 SKIP_RETURN_CODE 77)
+
+add_library(ZmGoogleTest STATIC EXCLUDE_FROM_ALL
+    "${ZMMATH_GOOGLETEST_DIR}/src/gtest-all.cc"
+    "${ZMMATH_GOOGLETEST_DIR}/src/gtest_main.cc")
+target_compile_features(ZmGoogleTest PUBLIC cxx_std_17)
+target_include_directories(ZmGoogleTest
+    SYSTEM PUBLIC "${ZMMATH_GOOGLETEST_DIR}/include"
+    PRIVATE "${ZMMATH_GOOGLETEST_DIR}")
+target_link_libraries(ZmGoogleTest PUBLIC Threads::Threads)
+
+if(WIN32 AND CMAKE_CROSSCOMPILING)
+    include("${CMAKE_CURRENT_LIST_DIR}/ZmWine.cmake")
+endif()
+
+# zm_add_test(<program> LIBRARY <target> SOURCES <file>...)
+# A GoogleTest program. Each case is a ctest entry; under an emulator, where
+# every start costs, the program is one.
+function(zm_add_test program)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "LIBRARY" "SOURCES")
+    add_executable(${program} ${arg_SOURCES})
+    set_target_properties(${program} PROPERTIES CXX_EXTENSIONS OFF)
+    target_include_directories(${program} PRIVATE "${PROJECT_SOURCE_DIR}/Tests")
+    target_link_libraries(${program} PRIVATE ${arg_LIBRARY} ZmGoogleTest ZmWarnings ZmFloatingPoint)
+    set(filter "*")
+    if(ZMMATH_TEST_FILTER)
+        set(filter "${ZMMATH_TEST_FILTER}")
+    endif()
+    if(CMAKE_CROSSCOMPILING)
+        set(test ${ZM_TEST_PREFIX}${program})
+        add_test(NAME ${test} COMMAND ${program} --gtest_brief=1 "--gtest_filter=${filter}")
+        set_tests_properties(${test} PROPERTIES ${ZM_TEST_PROPERTIES}
+            ENVIRONMENT "${ZMMATH_TEST_ENVIRONMENT}"
+            FIXTURES_REQUIRED "${ZM_TEST_PREFIX}Emulator")
+    else()
+        gtest_discover_tests(${program}
+            TEST_PREFIX "${ZM_TEST_PREFIX}"
+            TEST_FILTER "${filter}"
+            DISCOVERY_TIMEOUT 60
+            PROPERTIES ${ZM_TEST_PROPERTIES} ENVIRONMENT "${ZMMATH_TEST_ENVIRONMENT}")
+    endif()
+endfunction()
+
+# zm_add_check(<name> <command> [argument...])
+# Any other command as a test: it passes with exit code 0.
+function(zm_add_check name)
+    set(test ${ZM_TEST_PREFIX}Check.${name})
+    add_test(NAME ${test} COMMAND ${ARGN} COMMAND_EXPAND_LISTS)
+    set_tests_properties(${test} PROPERTIES ${ZM_TEST_PROPERTIES})
+endfunction()

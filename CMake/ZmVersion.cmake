@@ -1,0 +1,15 @@
+# Reads the version from the public header, the only place that states it.
+set(ZMMATH_VERSION "")
+foreach(part MAJOR MINOR PATCH)
+    file(STRINGS "${CMAKE_CURRENT_LIST_DIR}/../Include/ZmVersion.h" line
+        REGEX "^#define ZMMATH_VERSION_${part} +[0-9]+$")
+    string(REGEX MATCH "[0-9]+$" number "${line}")
+    if(number STREQUAL "")
+        message(FATAL_ERROR "Include/ZmVersion.h does not define ZMMATH_VERSION_${part}")
+    endif()
+    list(APPEND ZMMATH_VERSION ${number})
+endforeach()
+list(JOIN ZMMATH_VERSION "." ZMMATH_VERSION)
+# A changed version must reach CMake without a manual configure.
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS
+    "${CMAKE_CURRENT_LIST_DIR}/../Include/ZmVersion.h")

@@ -1,0 +1,84 @@
+#include "Bake.h"
+
+#include "DepthMap.h"
+#include "Noise.h"
+#include "View.h"
+
+#include <cmath>
+
+namespace {
+
+const int kMapSize = 160;
+const float kGoldenAngle = 2.39996323f;
+
+// Evenly spread over the sphere: equal steps in height, turned by the golden angle.
+ZmVector SphereDirection(int index, int count)
+{
+    const float y = 1 - (2 * float(index) + 1) / float(count);
+    const float radius = std::sqrt(1 - y * y), angle = kGoldenAngle * float(index);
+    return {radius * std::cos(angle), y, radius * std::sin(angle)};
+}
+
+// Fewer looks at large meshes: the bake must not take longer than the picture.
+int DirectionCount(const Mesh& mesh)
+{
+    return mesh.TriangleCount() > 100000 ? 48 : 256;
+}
+
+void LookFrom(const Mesh& mesh, const ZmVector& lightDirection, DepthMap& map)
+{
+    const ZmMatrix view = LookAlong(lightDirection);
+    ZmBbox box;
+    box.TransformFrom(mesh.Box, view);
+    const ZmVector margin(0.02f, 0.02f, 0.02f);
+    map.Begin(kMapSize, view, {box.Max + margin, box.Min - margin});
+    map.Draw(mesh, ZmMatrix::Identity());
+}
+
+// Light from below comes from the ground; close to the feet the mesh itself shades that.
+float GroundBrightness(const ZmVector& from, const ZmVector& towards)
+{
+    const float t = from.y / std::max(-towards.y, 0.01f);
+    const ZmVector hit = from + towards * t;
+    return SmoothStep(0.15f, 0.9f, std::sqrt(hit.x * hit.x + hit.z * hit.z));
+}
+
+void AddLight(Mesh& mesh, const ZmVector& towards, const DepthMap& map, std::vector<float>& totals)
+{
+    const float bias = 0.012f / map.DepthRange();
+    for (size_t i = 0; i < mesh.Vertices.size(); ++i) {
+        Vertex& vertex = mesh.Vertices[i];
+        const float weight = Dot(vertex.Normal, towards);
+        if (weight <= 0)
+            continue;
+        totals[i] += weight;
+        const ZmVector p = map.ToMap(vertex.Position + vertex.Normal * 0.01f);
+        if (p.z - bias > map.Nearest(p.x, p.y))
+            continue;
+        if (towards.y > 0)
+            vertex.Sky += weight;
+        else
+            vertex.Ground += weight * GroundBrightness(vertex.Position, towards);
+    }
+}
+
+}  // namespace
+
+void BakeAmbientLight(Mesh& mesh)
+{
+    std::vector<float> totals(mesh.Vertices.size(), 1e-6f);
+    for (Vertex& vertex : mesh.Vertices)
+        vertex.Sky = vertex.Ground = 0;
+
+    DepthMap map;
+    const int count = DirectionCount(mesh);
+    for (int i = 0; i < count; ++i) {
+        const ZmVector towards = SphereDirection(i, count);
+        LookFrom(mesh, -towards, map);
+        AddLight(mesh, towards, map, totals);
+    }
+    for (size_t i = 0; i < mesh.Vertices.size(); ++i) {
+        mesh.Vertices[i].Sky /= totals[i];
+        mesh.Vertices[i].Ground /= totals[i];
+    }
+}

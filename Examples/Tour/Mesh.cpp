@@ -1,0 +1,120 @@
+#include "Mesh.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+bool FitToUnitSize(Mesh& mesh)
+{
+    ComputeBox(mesh);
+    const ZmBbox box = mesh.Box;
+    const ZmVector size = box.Max - box.Min;
+    const float largest = std::max({size.x, size.y, size.z});
+    if (!(largest > 1e-30f && largest < 1e30f))
+        return false;
+    const ZmVector foot(0.5f * (box.Min.x + box.Max.x), box.Min.y, 0.5f * (box.Min.z + box.Max.z));
+    for (Vertex& vertex : mesh.Vertices)
+        vertex.Position = (vertex.Position - foot) * (1.0f / largest);
+    return true;
+}
+
+uint64_t Edge(uint32_t from, uint32_t to)
+{
+    return uint64_t(from) << 32 | to;
+}
+
+// Closed when each directed edge appears once and has its opposite.
+bool IsClosed(const Mesh& mesh)
+{
+    std::vector<uint64_t> edges;
+    edges.reserve(mesh.Indices.size());
+    for (size_t i = 0; i < mesh.Indices.size(); i += 3)
+        for (size_t k = 0; k < 3; ++k)
+            edges.push_back(Edge(mesh.Indices[i + k], mesh.Indices[i + (k + 1) % 3]));
+    std::sort(edges.begin(), edges.end());
+    if (std::adjacent_find(edges.begin(), edges.end()) != edges.end())
+        return false;
+    return std::all_of(edges.begin(), edges.end(), [&](uint64_t edge) {
+        return std::binary_search(edges.begin(), edges.end(), Edge(uint32_t(edge), uint32_t(edge >> 32)));
+    });
+}
+
+float SignedVolume(const Mesh& mesh)
+{
+    float volume = 0;
+    for (size_t i = 0; i < mesh.Indices.size(); i += 3) {
+        const ZmVector& a = mesh.Vertices[mesh.Indices[i]].Position;
+        const ZmVector& b = mesh.Vertices[mesh.Indices[i + 1]].Position;
+        const ZmVector& c = mesh.Vertices[mesh.Indices[i + 2]].Position;
+        volume += Dot(a, Cross(b, c)) / 6;
+    }
+    return volume;
+}
+
+void TurnInsideOut(Mesh& mesh)
+{
+    for (size_t i = 0; i < mesh.Indices.size(); i += 3)
+        std::swap(mesh.Indices[i + 1], mesh.Indices[i + 2]);
+}
+
+// The vector product grows with the triangle, so its sum is weighted by area.
+void ComputeNormals(Mesh& mesh)
+{
+    for (Vertex& vertex : mesh.Vertices)
+        vertex.Normal = ZmVector::axis0();
+    for (size_t i = 0; i < mesh.Indices.size(); i += 3) {
+        Vertex* corner[3];
+        for (size_t k = 0; k < 3; ++k)
+            corner[k] = &mesh.Vertices[mesh.Indices[i + k]];
+        const ZmVector normal =
+            Cross(corner[1]->Position - corner[0]->Position, corner[2]->Position - corner[0]->Position);
+        for (Vertex* vertex : corner)
+            vertex->Normal += normal;
+    }
+    for (Vertex& vertex : mesh.Vertices)
+        vertex.Normal = Unit(vertex.Normal);
+}
+
+}  // namespace
+
+bool PrepareMesh(Mesh& mesh)
+{
+    if (mesh.Vertices.empty() || mesh.Indices.empty() || !FitToUnitSize(mesh))
+        return false;
+    mesh.Closed = IsClosed(mesh);
+    if (mesh.Closed && SignedVolume(mesh) < 0)
+        TurnInsideOut(mesh);
+    ComputeNormals(mesh);
+    ComputeBox(mesh);
+    return true;
+}
+
+void ComputeBox(Mesh& mesh)
+{
+    ZmBbox& box = mesh.Box;
+    box.Max = box.Min = mesh.Vertices.front().Position;
+    for (const Vertex& vertex : mesh.Vertices) {
+        for (int axis = 0; axis < 3; ++axis) {
+            box.Max[axis] = std::max(box.Max[axis], vertex.Position[axis]);
+            box.Min[axis] = std::min(box.Min[axis], vertex.Position[axis]);
+        }
+    }
+}
+
+// The bulk functions only read their sources; their record has one pointer for both uses.
+ZmStridedData Positions(const Mesh& mesh)
+{
+    return {const_cast<ZmVector*>(&mesh.Vertices.front().Position), sizeof(Vertex)};
+}
+
+ZmStridedData Normals(const Mesh& mesh)
+{
+    return {const_cast<ZmVector*>(&mesh.Vertices.front().Normal), sizeof(Vertex)};
+}
+
+ZmVector Unit(const ZmVector& v, const ZmVector& fallback)
+{
+    const float length = Length(v);
+    return length > 1e-18f ? v * (1 / length) : fallback;
+}

@@ -1,0 +1,60 @@
+#include "Options.h"
+
+#include <cstdio>
+
+namespace {
+
+const int kMinSize = 64;
+const int kMaxSize = 8192;
+
+bool ParseSize(const std::string& text, Options& options)
+{
+    int used = 0;
+    const int found = std::sscanf(text.c_str(), "%5dx%5d%n", &options.Width, &options.Height, &used);
+    const auto fits = [](int size) { return size >= kMinSize && size <= kMaxSize; };
+    return found == 2 && used == int(text.size()) && fits(options.Width) && fits(options.Height);
+}
+
+}  // namespace
+
+bool ParseOptions(int argc, char** argv, Options& options, std::string& error)
+{
+    for (int i = 1; i < argc; ++i) {
+        const std::string argument = argv[i];
+        const bool takesValue = argument == "--output" || argument == "--size";
+        if (takesValue && i + 1 == argc) {
+            error = argument + " needs a value";
+        } else if (argument == "--help" || argument == "-h") {
+            options.Help = true;
+        } else if (argument == "--output") {
+            options.OutputFolder = argv[++i];
+        } else if (argument == "--size") {
+            if (!ParseSize(argv[++i], options))
+                error = std::string("--size takes WIDTHxHEIGHT, each from 64 to 8192, not ") + argv[i];
+        } else if (argument.empty() || argument[0] == '-') {
+            error = "unknown option '" + argument + "'";
+        } else if (!options.MeshPath.empty()) {
+            error = "more than one mesh given: " + options.MeshPath + " and " + argument;
+        } else {
+            options.MeshPath = argument;
+        }
+        if (!error.empty())
+            return false;
+    }
+    if (options.MeshPath.empty())
+        options.MeshPath = ZMTOUR_DEFAULT_MESH;
+    return true;
+}
+
+const char* Usage()
+{
+    return "Usage: ZmTour [mesh.obj] [--output folder] [--size WxH]\n"
+           "\n"
+           "Draws a meadow with many copies of a mesh, using ZmMath for all of its geometry,\n"
+           "writes tour.png and prints a short report.\n"
+           "\n"
+           "  mesh.obj         any Wavefront OBJ file; without it, the bunny of the examples\n"
+           "  --output folder  where tour.png goes, created if missing (default: here)\n"
+           "  --size WxH       size of the picture in pixels (default: 1280x720)\n"
+           "  --help           this text\n";
+}

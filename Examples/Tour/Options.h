@@ -1,0 +1,18 @@
+#pragma once
+
+#include <string>
+
+/// What the command line asks for.
+struct Options {
+    std::string MeshPath;
+    std::string OutputFolder = ".";
+    int Width = 1280;
+    int Height = 720;
+    bool Help = false;
+};
+
+/// False with a message in `error` when the command line makes no sense.
+bool ParseOptions(int argc, char** argv, Options& options, std::string& error);
+
+/// What --help prints.
+const char* Usage();

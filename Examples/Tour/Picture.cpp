@@ -1,0 +1,151 @@
+#include "Picture.h"
+
+#include "Noise.h"
+#include "Png.h"
+#include "Raster.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+const int kSamples = 3;  // a side: nine in each pixel
+const int kStripRows = 32;
+
+// Some rows of the picture at the resolution of the samples.
+class Strip {
+public:
+    Strip(int width, int height) : m_Width(width * kSamples), m_Height(height * kSamples) {}
+
+    void Begin(int firstRow, int endRow);
+    void Draw(const VisibleModel& visible, const ZmMatrix& worldToClip);
+    void Resolve(const Scene& scene, const Shading& shading, Picture& picture) const;
+
+private:
+    ZmVector PixelLight(const Scene& scene, const Shading& shading, int x, int y) const;
+    ZmVector Ray(const ZmFrustum& camera, int x, int y) const;
+
+    int m_Width, m_Height;  // of the whole picture, in samples
+    int m_Top = 0, m_Bottom = 0;
+    std::vector<Surface> m_Surfaces;
+    TransformedMesh m_Scratch;
+};
+
+void Strip::Begin(int firstRow, int endRow)
+{
+    m_Top = firstRow * kSamples;
+    m_Bottom = endRow * kSamples;
+    m_Surfaces.assign(size_t(m_Width) * size_t(m_Bottom - m_Top), Surface{});
+}
+
+void Strip::Draw(const VisibleModel& visible, const ZmMatrix& worldToClip)
+{
+    const Model& model = *visible.Shown;
+    ZmMatrix modelToClip;
+    Zm3DMultiplyMatrix4(modelToClip, worldToClip, model.World);
+    m_Scratch.ToClipSpace(*model.Shape, modelToClip);
+    m_Scratch.TurnNormals(*model.Shape, model.World);
+
+    const RasterTarget target = {m_Width, m_Height, {0, m_Top, m_Width, m_Bottom}};
+    DrawMesh(*model.Shape, m_Scratch, model.HasTwoSides(), target, [&](const Sample& sample) {
+        Surface& surface = m_Surfaces[size_t(sample.Y - m_Top) * size_t(m_Width) + size_t(sample.X)];
+        if (sample.InverseW <= surface.InverseDistance)
+            return;
+        surface = {sample.InverseW, ZmVector::axis0(), 0, 0, &model};
+        for (int i = 0; i < 3; ++i) {
+            const Corner& corner = sample.Corners[i];
+            surface.Normal += corner.Normal * sample.Weights[i];
+            surface.Sky += corner.Sky * sample.Weights[i];
+            surface.Ground += corner.Ground * sample.Weights[i];
+        }
+    });
+}
+
+ZmVector Strip::Ray(const ZmFrustum& camera, int x, int y) const
+{
+    const float u = 2 * (float(x) + 0.5f) / float(m_Width) - 1, v = 1 - 2 * (float(y) + 0.5f) / float(m_Height);
+    const ZmVector offset = camera.Right * (u * camera.HalfWidth) + camera.Up * (v * camera.HalfHeight);
+    return camera.Direction + offset * (1 / camera.NearDistance);
+}
+
+// Squeezes light of any strength below 1, as film does: more contrast in the middle,
+// less in the lights.
+ZmVector Develop(const ZmVector& light)
+{
+    const float contrast = 1.28f, middle = 0.42f, white = 4.0f;
+    const auto curve = [&](float c) {
+        const float e = 1.12f * middle * std::pow(c / middle, contrast);
+        return std::min(1.0f, e * (1 + e / (white * white)) / (1 + e));
+    };
+    return {curve(light.x), curve(light.y), curve(light.z)};
+}
+
+float ToScreen(float linear)
+{
+    return linear <= 0.0031308f ? 12.92f * linear : 1.055f * std::pow(linear, 1 / 2.4f) - 0.055f;
+}
+
+// Averages what an eye would average: developed, but still linear light.
+ZmVector Strip::PixelLight(const Scene& scene, const Shading& shading, int x, int y) const
+{
+    ZmVector sum = ZmVector::axis0();
+    for (int j = 0; j < kSamples; ++j) {
+        for (int i = 0; i < kSamples; ++i) {
+            const int sx = x * kSamples + i, sy = y * kSamples + j;
+            const Surface& surface = m_Surfaces[size_t(sy - m_Top) * size_t(m_Width) + size_t(sx)];
+            sum += Develop(shading.Light(surface, Ray(scene.Camera, sx, sy), Hash(sx, sy)));
+        }
+    }
+    return sum * (1.0f / (kSamples * kSamples));
+}
+
+void Strip::Resolve(const Scene& scene, const Shading& shading, Picture& picture) const
+{
+    for (int y = m_Top / kSamples; y < m_Bottom / kSamples; ++y) {
+        for (int x = 0; x < picture.Width; ++x) {
+            const ZmVector light = PixelLight(scene, shading, x, y);
+            // Noise as large as a step of 8 bits hides the steps in a smooth sky.
+            const float noise = (Hash(x, ~y) - 0.5f) / 255;
+            const auto channel = [&](float c) { return std::clamp(ToScreen(c) + noise, 0.0f, 1.0f); };
+            const ZmColor color(channel(light.x), channel(light.y), channel(light.z));
+            picture.Pixels[size_t(y) * size_t(picture.Width) + size_t(x)] = RGBAFTOCOLOR(&color);
+        }
+    }
+}
+
+}  // namespace
+
+Picture DrawPicture(const Scene& scene, const std::vector<VisibleModel>& visible, const ZmMatrix& worldToClip,
+                    const Shading& shading, int width, int height, DrawCounts& counts)
+{
+    Picture picture = {width, height, std::vector<uint32_t>(size_t(width) * size_t(height))};
+    for (const VisibleModel& model : visible)
+        counts.Triangles += model.Shown->Shape->TriangleCount();
+
+    Strip strip(width, height);
+    for (int row = 0; row < height; row += kStripRows) {
+        const int endRow = std::min(row + kStripRows, height);
+        strip.Begin(row, endRow);
+        for (const VisibleModel& model : visible) {
+            if (model.FirstRow >= endRow || model.EndRow <= row)
+                continue;
+            strip.Draw(model, worldToClip);
+            counts.Vertices += model.Shown->Shape->Vertices.size();
+        }
+        strip.Resolve(scene, shading, picture);
+    }
+    return picture;
+}
+
+bool SavePicture(const Picture& picture, const std::string& path, std::string& error)
+{
+    std::vector<unsigned char> rgb;
+    rgb.reserve(picture.Pixels.size() * 3);
+    for (const uint32_t pixel : picture.Pixels)
+        for (const int shift : {16, 8, 0})
+            rgb.push_back((unsigned char)(pixel >> shift));
+    if (WritePng(path.c_str(), picture.Width, picture.Height, rgb.data()))
+        return true;
+    error = path + ": cannot be written";
+    return false;
+}

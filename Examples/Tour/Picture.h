@@ -1,0 +1,26 @@
+#pragma once
+
+#include "Scene.h"
+#include "Shading.h"
+
+#include <string>
+
+/// A finished picture, packed as RGBAFTOCOLOR does.
+struct Picture {
+    int Width = 0, Height = 0;
+    std::vector<uint32_t> Pixels;
+};
+
+/// Work done for a picture.
+struct DrawCounts {
+    size_t Vertices = 0;   ///< transformed; a model counts once for each strip that it touches
+    size_t Triangles = 0;  ///< of all visible models
+};
+
+/// Draws the visible models in strips from top to bottom, each with several samples a
+/// pixel: transforms, rasterises, lights and averages them.
+Picture DrawPicture(const Scene& scene, const std::vector<VisibleModel>& visible, const ZmMatrix& worldToClip,
+                    const Shading& shading, int width, int height, DrawCounts& counts);
+
+/// False with a message in `error` when the file cannot be written.
+bool SavePicture(const Picture& picture, const std::string& path, std::string& error);

@@ -1,0 +1,150 @@
+#pragma once
+
+#include "Transform.h"
+
+#include <algorithm>
+#include <cmath>
+
+/// One corner of a triangle in clip space, with what is interpolated over it.
+struct Corner {
+    ZmVector4 Position;
+    ZmVector Normal;
+    float Sky;
+    float Ground;
+};
+
+/// Where a triangle covers the middle of a sample.
+struct Sample {
+    int X, Y;
+    float Depth;       ///< z / w
+    float InverseW;    ///< 1 / w
+    float Weights[3];  ///< of the corners, perspective included; they sum up to 1
+    const Corner* Corners;
+};
+
+/// A grid of samples, and the part of it that is drawn: right and bottom are outside.
+struct RasterTarget {
+    int Width, Height;
+    RKRECT Window;
+};
+
+/// Cuts a triangle off at the sides in `flags`. Writes up to nine corners of the
+/// convex rest and returns their number; less than 3 is nothing.
+int ClipTriangle(const Corner triangle[3], uint32_t flags, Corner rest[9]);
+
+/// Corners on the grid, in 1/256 of a sample, so that edges are computed without any
+/// rounding: neighbours leave no gap and share no sample.
+class GridTriangle {
+public:
+    enum : int {
+        kUnit = 256
+    };
+
+    GridTriangle(const Corner corners[3], const RasterTarget& target);
+
+    /// Twice the area, positive when the front is seen.
+    int64_t Area() const { return m_Area; }
+    void Flip();
+
+    /// Calls plot(sample) for each covered sample. Area() must be positive.
+    template <class Plot>
+    void Fill(const Corner corners[3], const RKRECT& window, Plot&& plot) const;
+
+private:
+    // Twice the area of edge and sample point, and its change from sample to sample.
+    struct EdgeFunction {
+        int64_t Value, StepX, StepY;
+        int64_t Bias;  // samples exactly on an edge belong to the triangle right of or below it
+    };
+    EdgeFunction MakeEdge(int from, int to, int startX, int startY) const;
+
+    int64_t m_X[3], m_Y[3];
+    int64_t m_Area;
+};
+
+template <class Plot>
+void GridTriangle::Fill(const Corner corners[3], const RKRECT& window, Plot&& plot) const
+{
+    const auto middleAfter = [](int64_t v) { return int((v + kUnit / 2 - 1) >> 8); };
+    const int left = std::max(window.left, middleAfter(std::min({m_X[0], m_X[1], m_X[2]})));
+    const int top = std::max(window.top, middleAfter(std::min({m_Y[0], m_Y[1], m_Y[2]})));
+    const int right = std::min(window.right, middleAfter(std::max({m_X[0], m_X[1], m_X[2]})) + 1);
+    const int bottom = std::min(window.bottom, middleAfter(std::max({m_Y[0], m_Y[1], m_Y[2]})) + 1);
+
+    EdgeFunction edges[3] = {MakeEdge(1, 2, left, top), MakeEdge(2, 0, left, top), MakeEdge(0, 1, left, top)};
+    float inverseW[3], depth[3];
+    for (int i = 0; i < 3; ++i) {
+        inverseW[i] = 1 / corners[i].Position.w;
+        depth[i] = corners[i].Position.z * inverseW[i];
+    }
+    const float inverseArea = 1 / float(m_Area);
+
+    Sample sample;
+    sample.Corners = corners;
+    for (sample.Y = top; sample.Y < bottom; ++sample.Y) {
+        int64_t e0 = edges[0].Value, e1 = edges[1].Value, e2 = edges[2].Value;
+        for (sample.X = left; sample.X < right; ++sample.X) {
+            if (((e0 + edges[0].Bias) | (e1 + edges[1].Bias) | (e2 + edges[2].Bias)) >= 0) {
+                const float w0 = float(e0) * inverseArea, w1 = float(e1) * inverseArea, w2 = float(e2) * inverseArea;
+                sample.Depth = w0 * depth[0] + w1 * depth[1] + w2 * depth[2];
+                sample.InverseW = w0 * inverseW[0] + w1 * inverseW[1] + w2 * inverseW[2];
+                const float w = 1 / sample.InverseW;
+                sample.Weights[0] = w0 * inverseW[0] * w;
+                sample.Weights[1] = w1 * inverseW[1] * w;
+                sample.Weights[2] = w2 * inverseW[2] * w;
+                plot(sample);
+            }
+            e0 += edges[0].StepX;
+            e1 += edges[1].StepX;
+            e2 += edges[2].StepX;
+        }
+        for (EdgeFunction& edge : edges)
+            edge.Value += edge.StepY;
+    }
+}
+
+/// Draws a triangle that lies wholly in clip space.
+template <class Plot>
+void FillTriangle(Corner (&corners)[3], bool bothSides, const RasterTarget& target, Plot&& plot)
+{
+    GridTriangle triangle(corners, target);
+    if (triangle.Area() < 0 && bothSides) {
+        std::swap(corners[1], corners[2]);
+        triangle.Flip();
+        for (Corner& corner : corners)
+            corner.Normal = -corner.Normal;
+    }
+    if (triangle.Area() > 0)
+        triangle.Fill(corners, target.Window, plot);
+}
+
+/// Draws all triangles of a mesh whose vertices have been transformed. `bothSides`
+/// draws backs too, with their normals turned round.
+template <class Plot>
+void DrawMesh(const Mesh& mesh, const TransformedMesh& transformed, bool bothSides, const RasterTarget& target,
+              Plot&& plot)
+{
+    for (size_t i = 0; i < mesh.Indices.size(); i += 3) {
+        Corner corners[3];
+        uint32_t andFlags = ZMCLIP_ALL, orFlags = 0;
+        for (size_t k = 0; k < 3; ++k) {
+            const uint32_t v = mesh.Indices[i + k];
+            andFlags &= transformed.Flags[v];
+            orFlags |= transformed.Flags[v];
+            const ZmVector normal = transformed.Normals.empty() ? ZmVector::axis0() : transformed.Normals[v];
+            corners[k] = {transformed.Clip[v], normal, mesh.Vertices[v].Sky, mesh.Vertices[v].Ground};
+        }
+        if (andFlags != 0)
+            continue;
+        if (orFlags == 0) {
+            FillTriangle(corners, bothSides, target, plot);
+            continue;
+        }
+        Corner rest[9];
+        const int count = ClipTriangle(corners, orFlags, rest);
+        for (int k = 2; k < count; ++k) {
+            Corner piece[3] = {rest[0], rest[k - 1], rest[k]};
+            FillTriangle(piece, bothSides, target, plot);
+        }
+    }
+}

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "Mesh.h"
+
+#include <deque>
+#include <vector>
+
+/// What a model is made of.
+enum class Material {
+    Ground,
+    Grass,
+    Flower,
+    Statue
+};
+
+/// A mesh in its place.
+struct Model {
+    const Mesh* Shape;
+    Material Made;
+    ZmMatrix World;
+    ZmBbox Box;      ///< in the world
+    ZmVector Color;  ///< share of red, green and blue light that it gives back
+
+    bool IsLeaf() const { return Made == Material::Grass || Made == Material::Flower; }
+    bool HasTwoSides() const { return IsLeaf() || (Made == Material::Statue && !Shape->Closed); }
+};
+
+struct Sun {
+    ZmVector Towards;  ///< unit vector from the ground to the sun
+    ZmVector Color;
+};
+
+/// Everything that is in the picture. Meshes stay at their addresses.
+struct Scene {
+    ZmFrustum Camera;
+    Sun Light;
+    std::deque<Mesh> Meshes;
+    std::vector<Model> Models;
+
+    void Add(const Mesh& shape, Material made, const ZmMatrix& world, const ZmVector& color);
+};
+
+/// A model that may be seen, and the rows of the picture that it can touch.
+struct VisibleModel {
+    const Model* Shown;
+    float Distance;
+    int FirstRow, EndRow;
+};
+
+/// The models whose world boxes are not wholly outside the view, nearest first.
+std::vector<VisibleModel> CullModels(const Scene& scene, const ZmMatrix& worldToClip, int width, int height);

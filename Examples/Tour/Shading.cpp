@@ -1,0 +1,145 @@
+#include "Shading.h"
+
+#include "Noise.h"
+#include "Terrain.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+const ZmVector kZenith(0.11f, 0.33f, 0.92f);
+const ZmVector kHorizon(0.80f, 0.86f, 0.95f);
+const ZmVector kSunGlow(1.9f, 1.15f, 0.45f);
+const ZmVector kSkyOnSurfaces(0.36f, 0.50f, 0.82f);
+const ZmVector kGroundOnSurfaces(0.36f, 0.40f, 0.16f);
+// A little darker than the sky behind, so that the farthest hills still show.
+const ZmVector kHazeOnSurfaces(0.70f, 0.82f, 0.95f);
+const float kHazeLength = 260;
+
+ZmVector Mix(const ZmVector& a, const ZmVector& b, float t)
+{
+    return a + (b - a) * t;
+}
+
+ZmVector Times(const ZmVector& a, const ZmVector& b)
+{
+    return {a.x * b.x, a.y * b.y, a.z * b.z};
+}
+
+float Square(float x)
+{
+    return x * x;
+}
+
+ZmVector GrassColor(const ZmVector& p)
+{
+    const float broad = Turbulence(0.07f * p.x, 0.07f * p.z, 3);
+    const float patchy = Noise(0.9f * p.x, 0.9f * p.z);
+    const ZmVector color = Mix({0.10f, 0.19f, 0.035f}, {0.27f, 0.29f, 0.07f}, SmoothStep(0.3f, 0.75f, broad));
+    return color * (0.68f + 0.36f * patchy);
+}
+
+ZmVector GroundColor(const ZmVector& p)
+{
+    const float rough = 0.3f * (Noise(0.9f * p.x, 0.9f * p.z) - 0.5f);
+    const float fromPath = PathDistance(p.x, p.z) + rough;
+    if (fromPath > 1.1f)
+        return GrassColor(p);
+    // Gravel that fades before it is too fine for the samples.
+    const float gravel = 0.5f + (Turbulence(14 * p.x, 14 * p.z, 3) - 0.5f) * (1 - SmoothStep(8, 22, p.z));
+    const float broad = Turbulence(1.3f * p.x, 1.3f * p.z, 3);
+    const ZmVector earth = Mix({0.24f, 0.16f, 0.09f}, {0.46f, 0.34f, 0.21f}, 0.55f * broad + 0.45f * gravel);
+    const float path = (1 - SmoothStep(0.5f, 1.1f, fromPath)) * (1 - SmoothStep(120, 170, p.z));
+    return Mix(GrassColor(p), earth, path);
+}
+
+// 1 where single blades of grass are seen, 0 where they blend.
+float Closeness(float distance)
+{
+    return 1 - SmoothStep(6, 40, distance);
+}
+
+}  // namespace
+
+ZmVector Shading::Haze(const ZmVector& direction) const
+{
+    const float towardsSun = std::max(0.0f, Dot(direction, m_Scene.Light.Towards));
+    const float broad = Square(towardsSun) * towardsSun, narrow = Square(Square(Square(broad)));
+    return kHorizon + kSunGlow * (0.17f * broad + 0.5f * narrow);
+}
+
+ZmVector Shading::SkyLight(const ZmVector& direction) const
+{
+    const float height = std::max(0.0f, direction.y);
+    ZmVector sky = Mix(Haze(direction), kZenith, 1 - std::exp(-5.5f * height));
+    // Clouds on a plane high above, softer towards the horizon.
+    const float scale = 1.0f / (height + 0.12f);
+    const float cover = Turbulence(1.1f * direction.x * scale + 4, 2.0f * direction.z * scale, 5);
+    const float cloud = SmoothStep(0.50f, 0.80f, cover) * SmoothStep(0.02f, 0.2f, height);
+    return Mix(sky, ZmVector(1.5f, 1.42f, 1.36f) + kSunGlow * 0.2f, 0.85f * cloud);
+}
+
+ZmVector Shading::Color(const Hit& hit)
+{
+    switch (hit.Of.Shown->Made) {
+    case Material::Ground: return GroundColor(hit.Point);
+    case Material::Grass:
+        // Blades differ close by; far away only their average is left.
+        return GrassColor(hit.Point) * (1 + Closeness(hit.Distance) * (1.1f * hit.Of.Ground - 0.35f));
+    default: return hit.Of.Shown->Color;
+    }
+}
+
+float Shading::Sunlight(const Hit& hit, float turn) const
+{
+    const ZmVector& towards = m_Scene.Light.Towards;
+    const bool statue = hit.Of.Shown->Made == Material::Statue;
+    // Soft stuff: the light reaches round the edge a little.
+    const float wrap = statue ? 0.08f : 0.0f;
+    const float facing = (Dot(hit.Normal, towards) + wrap) / (1 + wrap);
+    if (facing <= 0)
+        return 0;
+    float light = facing * m_Shadows.Sunlight(hit.Point, hit.Normal, hit.Distance, turn);
+    if (hit.Of.Shown->IsLeaf()) {
+        // Roots are dark, and leaves glow when the sun is behind them.
+        const float behind = std::max(0.0f, -Dot(hit.ToEye, towards));
+        light *= (1 - Closeness(hit.Distance) * (1 - hit.Of.Sky)) * (1 + 1.6f * behind * behind);
+    }
+    return light;
+}
+
+ZmVector Shading::AmbientLight(const Hit& hit) const
+{
+    const float open = m_Contact.OpenSky(hit.Point, hit.Normal, hit.Of.Shown);
+    const ZmVector fromSky = kSkyOnSurfaces * (open * hit.Of.Sky);
+    if (hit.Of.Shown->Made != Material::Statue)
+        return fromSky;
+    return fromSky + kGroundOnSurfaces * ((0.4f + 0.6f * open) * hit.Of.Ground);
+}
+
+ZmVector Shading::SurfaceLight(const Hit& hit, float turn) const
+{
+    const ZmVector color = Color(hit), sun = m_Scene.Light.Color * Sunlight(hit, turn);
+    const ZmVector light = Times(color, sun + AmbientLight(hit));
+    if (hit.Of.Shown->Made != Material::Statue)
+        return light;
+    // A sheen at grazing angles, as velvet has.
+    const float rim = Square(Square(1 - std::max(0.0f, Dot(hit.Normal, hit.ToEye))));
+    const ZmVector sheen = kSkyOnSurfaces * (0.6f * hit.Of.Sky) + sun;
+    return light + Times(Mix(color, ZmVector::axis1(), 0.4f), sheen) * (0.7f * rim);
+}
+
+ZmVector Shading::Light(const Surface& surface, const ZmVector& ray, float turn) const
+{
+    const ZmVector direction = Unit(ray);
+    if (surface.InverseDistance <= 0)
+        return SkyLight(direction);
+
+    const float distance = 1 / surface.InverseDistance;
+    Hit hit = {surface, m_Scene.Camera.Origin + ray * distance, Unit(surface.Normal), -direction, distance};
+    if (surface.Shown->IsLeaf() && hit.Normal.y < 0)
+        hit.Normal = -hit.Normal;  // thin enough to be lit from above on both sides
+    const float haze = 1 - std::exp(-std::max(0.0f, distance - 6) / kHazeLength);
+    return Mix(SurfaceLight(hit, turn), Times(Haze(direction), kHazeOnSurfaces), haze);
+}

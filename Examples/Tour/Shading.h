@@ -1,0 +1,41 @@
+#pragma once
+
+#include "ContactShade.h"
+#include "Scene.h"
+#include "Shadows.h"
+
+/// What the rasteriser leaves of the nearest surface at a sample.
+struct Surface {
+    float InverseDistance;  ///< 1 / distance along the camera's direction; 0 where only sky is
+    ZmVector Normal;        ///< of any length
+    float Sky, Ground;      ///< as in Vertex
+    const Model* Shown;
+};
+
+/// Turns surfaces into light: red, green and blue, linear, without upper bound.
+class Shading {
+public:
+    explicit Shading(const Scene& scene) : m_Scene(scene), m_Shadows(scene), m_Contact(scene) {}
+
+    /// Light along `ray` from the camera. `ray` reaches 1 along the camera's direction;
+    /// `turn`, 0 to 1, varies from sample to sample.
+    ZmVector Light(const Surface& surface, const ZmVector& ray, float turn) const;
+
+private:
+    // A surface and where it is hit.
+    struct Hit {
+        const Surface& Of;
+        ZmVector Point, Normal, ToEye;
+        float Distance;  // along the camera's direction
+    };
+    ZmVector Haze(const ZmVector& direction) const;
+    ZmVector SkyLight(const ZmVector& direction) const;
+    static ZmVector Color(const Hit& hit);
+    float Sunlight(const Hit& hit, float turn) const;
+    ZmVector AmbientLight(const Hit& hit) const;
+    ZmVector SurfaceLight(const Hit& hit, float turn) const;
+
+    const Scene& m_Scene;
+    Shadows m_Shadows;
+    ContactShade m_Contact;
+};

@@ -1,0 +1,103 @@
+// The tour: a mesh is loaded, copied over a meadow, culled, transformed, lit, drawn
+// and written as a PNG file. The stages follow each other in RunTour().
+
+#include "Bake.h"
+#include "Meadow.h"
+#include "ObjReader.h"
+#include "Options.h"
+#include "Picture.h"
+#include "Report.h"
+#include "View.h"
+
+#include <cstdio>
+#include <exception>
+#include <filesystem>
+#include <system_error>
+
+namespace {
+
+bool LoadStatue(const std::string& path, Mesh& mesh, std::string& error)
+{
+    if (!ReadObj(path, mesh, error))
+        return false;
+    if (!PrepareMesh(mesh)) {
+        error = path + ": the mesh has no size";
+        return false;
+    }
+    BakeAmbientLight(mesh);
+    return true;
+}
+
+bool MakeFolder(const std::string& folder, std::string& error)
+{
+    std::error_code code;
+    std::filesystem::create_directories(folder, code);
+    if (std::filesystem::is_directory(folder, code))
+        return true;
+    error = folder + ": is not a folder and cannot become one";
+    return false;
+}
+
+// Milliseconds since the last call.
+float Lap(ZmTimeProfiler& clock)
+{
+    const float time = clock.Current();
+    clock.Reset();
+    return time;
+}
+
+bool RunTour(const Options& options, std::string& error)
+{
+    ZmTimeProfiler clock;
+    StageTimes times{};
+    clock.Reset();
+    Mesh statue;
+    if (!MakeFolder(options.OutputFolder, error) || !LoadStatue(options.MeshPath, statue, error))
+        return false;
+    times.Load = Lap(clock);
+
+    Scene scene;
+    BuildMeadow(scene, statue, float(options.Height) / float(options.Width));
+    const ZmMatrix worldToClip = PerspectiveView(scene.Camera);
+    const std::vector<VisibleModel> visible = CullModels(scene, worldToClip, options.Width, options.Height);
+    times.Build = Lap(clock);
+
+    const Shading shading(scene);
+    times.Shadows = Lap(clock);
+
+    DrawCounts counts;
+    const Picture picture = DrawPicture(scene, visible, worldToClip, shading, options.Width, options.Height, counts);
+    times.Draw = Lap(clock);
+
+    const std::string path = (std::filesystem::path(options.OutputFolder) / "tour.png").string();
+    if (!SavePicture(picture, path, error))
+        return false;
+    times.Save = Lap(clock);
+
+    PrintReport(statue, scene, visible.size(), picture, counts, times, path);
+    return true;
+}
+
+}  // namespace
+
+int main(int argc, char** argv)
+{
+    Options options;
+    std::string error;
+    if (!ParseOptions(argc, argv, options, error)) {
+        std::fprintf(stderr, "ZmTour: %s\n\n%s", error.c_str(), Usage());
+        return 2;
+    }
+    if (options.Help) {
+        std::fputs(Usage(), stdout);
+        return 0;
+    }
+    try {
+        if (RunTour(options, error))
+            return 0;
+    } catch (const std::exception& exception) {
+        error = exception.what();
+    }
+    std::fprintf(stderr, "ZmTour: %s\n", error.c_str());
+    return 1;
+}

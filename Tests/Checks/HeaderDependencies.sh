@@ -1,0 +1,29 @@
+#!/bin/bash
+# HeaderDependencies.sh <compiler> <include folder> <header>...
+#
+# Public headers are cheap: beyond each other they may include the C headers
+# of this list, which have no C++ wrapper, and what those include themselves.
+set -euo pipefail
+allowed='float.h limits.h stdarg.h stddef.h stdint.h stdio.h string.h'
+
+compiler=$1
+include=$2
+shift 2
+
+included() {
+    "$compiler" -std=c++17 -I"$include" -x c++ -M - | tr -d '\\' | tr -s ' ' '\n' |
+        grep '^/' | xargs -n1 realpath -s | sort -u
+}
+
+cheap=$(for header in $allowed; do echo "#include <$header>"; done | included)
+failed=0
+for header in "$@"; do
+    expensive=$(echo "#include \"$header\"" | included |
+        grep -v "^$(realpath -s "$include")/" | grep -vxF "$cheap" || true)
+    if [ -n "$expensive" ]; then
+        echo "$header includes more than small C headers:"
+        printf '    %s\n' $expensive
+        failed=1
+    fi
+done
+exit $failed

@@ -1,0 +1,84 @@
+#!/bin/bash
+# Layers.sh <project folder>
+#
+# Each folder of Sources/ includes only folders below it, and the operating
+# system is seen in Platform/Posix and Platform/Win32 alone.
+set -euo pipefail
+cd "$1"
+
+declare -A below=(
+    [Platform]=''
+    [Foundations]='Platform'
+    [Math]='Platform'
+    [Threads]='Platform Foundations'
+    [Logging]='Platform Foundations Files'
+    [Files]='Platform Foundations Logging'
+    [Queries]='Platform Math'
+    [Imaging]='Platform Foundations Math'
+    [Configuration]='Platform Foundations Logging Files'
+    [Library]='Platform Foundations Math Threads Logging Files Queries Imaging Configuration'
+)
+os_headers='<(windows|win[a-z0-9]+|shlobj|io|direct|process|conio|unistd|pthread|sched|semaphore|dlfcn|fcntl|dirent|poll|pwd|glob|syslog|termios|ucontext|link|elf|execinfo|(sys|linux|asm|arpa|netinet|net)/[a-z_./]+)\.h>'
+os_macros='\b(_WIN32|_WIN64|WIN32|_MSC_VER|__MINGW(32|64)__|__linux__|__linux|linux|__unix__|__unix|__APPLE__|__GLIBC__)\b'
+
+failed=0
+fail() {
+    echo "$*"
+    failed=1
+}
+
+declare -A folder_of
+for source in Sources/*/*.cpp; do
+    folder_of[$(basename "$source" .cpp).h]=$(basename "$(dirname "$source")")
+done
+# Classes whose members are all inline have no source file.
+folder_of[ZmOBB.h]=Math
+folder_of[ZmSphere.h]=Math
+
+check() { # <file> <folder> <included folder> <included name>
+    if [ "$3" != "$2" ] && [[ " ${below[$2]} " != *" $3 "* ]]; then
+        fail "$1: $2 must not include $4 of $3"
+    fi
+}
+
+while IFS= read -r file; do
+    case $file in
+        Sources/*)
+            folder=${file#Sources/}
+            folder=${folder%%/*}
+            ;;
+        *) folder=${folder_of[$(basename "$file")]-} ;;
+    esac
+    [ -n "$folder" ] || continue
+    if [ -z "${below[$folder]+known}" ]; then
+        fail "$file: say in Tests/Checks/Layers.sh what $folder may include"
+        continue
+    fi
+    while IFS= read -r name; do
+        case $name in
+            ZmApi.h | ZmVersion.h) ;;
+            ZmMath.h) fail "$file: include the headers that are needed instead of ZmMath.h" ;;
+            */*) check "$file" "$folder" "${name%%/*}" "$name" ;;
+            *)
+                if [ ! -e "Include/$name" ]; then
+                    fail "$file: write \"Folder/$name\" for an internal header"
+                elif [ -n "${folder_of[$name]-}" ]; then
+                    check "$file" "$folder" "${folder_of[$name]}" "$name"
+                fi
+                ;;
+        esac
+    done < <(sed -nE 's/^[[:space:]]*#[[:space:]]*include[[:space:]]*"([^"]+)".*/\1/p' "$file")
+done < <(find Sources Include -name '*.h' -o -name '*.cpp' | sort)
+
+folders=
+for folder in Include Sources Tests Examples Benchmarks Fuzz Tools; do
+    [ ! -d "$folder" ] || folders+=" $folder"
+done
+leaks=$(grep -rnE --include='*.h' --include='*.cpp' \
+    "^[[:space:]]*#[[:space:]]*(include[[:space:]]*$os_headers|(if|ifdef|ifndef|elif)\b.*$os_macros)" $folders |
+    grep -vE '^[^:]*/(Posix|Win32)/' | grep -v '^Include/ZmApi\.h:' || true)
+if [ -n "$leaks" ]; then
+    fail "The operating system is named outside the Posix and Win32 folders:
+$leaks"
+fi
+exit $failed

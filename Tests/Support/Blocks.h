@@ -1,0 +1,58 @@
+#pragma once
+
+#include "Support/Random.h"
+
+#include <string.h>
+
+#include <vector>
+
+/// Raw memory under strided arrays. It ends with its last byte, so that a sanitizer sees a read beyond.
+using Block = std::vector<unsigned char>;
+
+/// Bytes that `count` elements at a stride span.
+inline size_t SpanOf(int count, size_t stride, size_t elementBytes)
+{
+    return count < 1 ? 0 : size_t(count - 1) * stride + elementBytes;
+}
+
+inline Block RandomBytes(Random& random, size_t bytes)
+{
+    Block block(bytes);
+    for (unsigned char& byte : block) {
+        byte = static_cast<unsigned char>(random.Bits());
+    }
+    return block;
+}
+
+/// Random elements of `floats` floats, the first at `offset`; random bytes between them.
+inline Block RandomArray(Random& random, int count, size_t stride, size_t offset, size_t floats)
+{
+    Block block = RandomBytes(random, offset + SpanOf(count, stride, 4 * floats));
+    for (int i = 0; i < count; ++i) {
+        for (size_t j = 0; j < floats; ++j) {
+            const float value = random.Float(-100, 100);
+            memcpy(&block[offset + size_t(i) * stride + 4 * j], &value, 4);
+        }
+    }
+    return block;
+}
+
+/// Bytes before and behind the results, which nothing may touch.
+const size_t kMargin = 64;
+
+/// Where two blocks of one size differ first, or -1.
+inline long FirstDifference(const Block& a, const Block& b)
+{
+    for (size_t i = 0; i < a.size(); ++i) {
+        if (a[i] != b[i]) {
+            return long(i);
+        }
+    }
+    return -1;
+}
+
+template <class T>
+bool SameBits(const T& a, const T& b)
+{
+    return memcmp(&a, &b, sizeof(T)) == 0;
+}
