@@ -21,8 +21,8 @@ ZM_API void Zm3DDecomposeMatrix(const ZmMatrix& m, ZmQuaternion& quat, ZmVector&
 ///
 /// Higham's polar decomposition with norm scaling, then Jacobi rotations, in the
 /// arrangement of K. Shoemake and T. Duff, "Matrix Animation and Polar
-/// Decomposition", Graphics Interface 1992. The iterations run in double and end
-/// at a relative change of 1e-8, after 30 steps or 12 sweeps at most.
+/// Decomposition", Graphics Interface 1992. The iterations run in double and end when
+/// less than a float can tell is left, after 30 steps or 12 sweeps at most.
 ZM_API float Zm3DDecomposeMatrixTotal(const ZmMatrix& m, ZmQuaternion& quat, ZmVector& pos, ZmVector& scale,
                                       ZmQuaternion& uRot);
 

@@ -10,7 +10,14 @@
 class ZmFrustum {
 public:
     /// Indices into Planes.
-    enum { PLANE_LEFT, PLANE_RIGHT, PLANE_TOP, PLANE_BOTTOM, PLANE_NEAR, PLANE_FAR };
+    enum {
+        PLANE_LEFT,
+        PLANE_RIGHT,
+        PLANE_TOP,
+        PLANE_BOTTOM,
+        PLANE_NEAR,
+        PLANE_FAR
+    };
 
     /// At the origin, looking along +Z with X to the right and Y up, half-sizes 1 at
     /// distance 1, far distance 2.

@@ -21,7 +21,10 @@ public:
 
     /// The affine matrix whose axes are carried to x, y and z and the origin to `translation`.
     constexpr ZmMatrix(const ZmVector& x, const ZmVector& y, const ZmVector& z, const ZmVector& translation)
-        : m_Rows{{x.x, x.y, x.z, 0}, {y.x, y.y, y.z, 0}, {z.x, z.y, z.z, 0}, {translation.x, translation.y, translation.z, 1}}
+        : m_Rows{{x.x, x.y, x.z, 0},
+                 {y.x, y.y, y.z, 0},
+                 {z.x, z.y, z.z, 0},
+                 {translation.x, translation.y, translation.z, 1}}
     {
     }
 
@@ -65,14 +68,16 @@ ZM_API void Zm3DMultiplyMatrixVector(ZmVector* res, const ZmMatrix& m, const ZmV
 /// The same for `count` vectors; `stride`, in bytes, is that of both arrays and may be negative.
 ZM_API void Zm3DMultiplyMatrixVectorMany(ZmVector* res, const ZmMatrix& m, const ZmVector* v, int count, int stride);
 /// The same with a stride for each array.
-ZM_API void Zm3DMultiplyMatrixVectorStrided(const ZmStridedData* res, const ZmStridedData* src, const ZmMatrix& m, int count);
+ZM_API void Zm3DMultiplyMatrixVectorStrided(const ZmStridedData* res, const ZmStridedData* src, const ZmMatrix& m,
+                                            int count);
 
 /// Full product of four components.
 ZM_API void Zm3DMultiplyMatrixVector4(ZmVector4* res, const ZmMatrix& m, const ZmVector4* v);
 /// Full product with w = 1; projection matrices give the divisor in res->w.
 ZM_API void Zm3DMultiplyMatrixVector4(ZmVector4* res, const ZmMatrix& m, const ZmVector* v);
 /// The same for `count` vectors: three-component sources, four-component results.
-ZM_API void Zm3DMultiplyMatrixVector4Strided(const ZmStridedData* res, const ZmStridedData* src, const ZmMatrix& m, int count);
+ZM_API void Zm3DMultiplyMatrixVector4Strided(const ZmStridedData* res, const ZmStridedData* src, const ZmMatrix& m,
+                                             int count);
 
 /// res = v * M by the linear part only; res may be v.
 ZM_API void Zm3DRotateVector(ZmVector* res, const ZmMatrix& m, const ZmVector* v);

@@ -43,8 +43,8 @@ ZM_API int ZmIndexedCopy(const ZmStridedData& dst, const ZmStridedData& src, uns
 ZM_API void InterpolateFloatArray(void* res, const void* a, const void* b, float t, int count);
 
 /// The same over three-component vectors; a and b share the source stride.
-ZM_API void InterpolateVectorArray(void* res, const void* a, const void* b, float t, int count,
-                                   unsigned long resStride, unsigned long srcStride);
+ZM_API void InterpolateVectorArray(void* res, const void* a, const void* b, float t, int count, unsigned long resStride,
+                                   unsigned long srcStride);
 
 /// res[i] = src[i] * v, component by component, for 3, 2 and 4 components.
 ZM_API void MultiplyVectorArray(void* res, const void* src, const ZmVector& v, int count, unsigned long resStride,

@@ -45,17 +45,38 @@ struct ZmVector {
     ZmVector& operator*=(float s) { return *this = ZmVector(x * s, y * s, z * s); }
 };
 
-constexpr ZmVector operator+(const ZmVector& a, const ZmVector& b) { return {a.x + b.x, a.y + b.y, a.z + b.z}; }
-constexpr ZmVector operator-(const ZmVector& a, const ZmVector& b) { return {a.x - b.x, a.y - b.y, a.z - b.z}; }
-constexpr ZmVector operator*(const ZmVector& v, float s) { return {v.x * s, v.y * s, v.z * s}; }
-constexpr ZmVector operator*(float s, const ZmVector& v) { return v * s; }
+constexpr ZmVector operator+(const ZmVector& a, const ZmVector& b)
+{
+    return {a.x + b.x, a.y + b.y, a.z + b.z};
+}
+constexpr ZmVector operator-(const ZmVector& a, const ZmVector& b)
+{
+    return {a.x - b.x, a.y - b.y, a.z - b.z};
+}
+constexpr ZmVector operator*(const ZmVector& v, float s)
+{
+    return {v.x * s, v.y * s, v.z * s};
+}
+constexpr ZmVector operator*(float s, const ZmVector& v)
+{
+    return v * s;
+}
 
 /// Exact comparison of the components; see ZmMatrix::Compare for tolerances.
-constexpr bool operator==(const ZmVector& a, const ZmVector& b) { return a.x == b.x && a.y == b.y && a.z == b.z; }
-constexpr bool operator!=(const ZmVector& a, const ZmVector& b) { return !(a == b); }
+constexpr bool operator==(const ZmVector& a, const ZmVector& b)
+{
+    return a.x == b.x && a.y == b.y && a.z == b.z;
+}
+constexpr bool operator!=(const ZmVector& a, const ZmVector& b)
+{
+    return !(a == b);
+}
 
 /// Scalar product, summed from x to z.
-constexpr float Dot(const ZmVector& a, const ZmVector& b) { return a.x * b.x + a.y * b.y + a.z * b.z; }
+constexpr float Dot(const ZmVector& a, const ZmVector& b)
+{
+    return a.x * b.x + a.y * b.y + a.z * b.z;
+}
 
 /// Vector product: axisX x axisY = axisZ.
 constexpr ZmVector Cross(const ZmVector& a, const ZmVector& b)
@@ -64,7 +85,10 @@ constexpr ZmVector Cross(const ZmVector& a, const ZmVector& b)
 }
 
 /// Squared length; the length itself is Length().
-constexpr float SquareLength(const ZmVector& v) { return Dot(v, v); }
+constexpr float SquareLength(const ZmVector& v)
+{
+    return Dot(v, v);
+}
 ZM_API float Length(const ZmVector& v);
 
 /// Four-component vector, for homogeneous coordinates and colours. 16 bytes;

@@ -33,19 +33,19 @@ Corner Cut(const Corner& inner, const Corner& outer, uint32_t side)
             Mix(inner.Ground, outer.Ground, t)};
 }
 
-int ClipBySide(Corner* rest, const Corner* polygon, int count, uint32_t side)
+int ClipBySide(Corner* res, const Corner* polygon, int count, uint32_t side)
 {
-    int restCount = 0;
+    int resCount = 0;
     for (int i = 0; i < count; ++i) {
         const Corner &current = polygon[i], &next = polygon[(i + 1) % count];
         const bool currentInside = Inside(current.Position, side) >= 0;
         const bool nextInside = Inside(next.Position, side) >= 0;
         if (currentInside)
-            rest[restCount++] = current;
+            res[resCount++] = current;
         if (currentInside != nextInside)
-            rest[restCount++] = currentInside ? Cut(current, next, side) : Cut(next, current, side);
+            res[resCount++] = currentInside ? Cut(current, next, side) : Cut(next, current, side);
     }
-    return restCount;
+    return resCount;
 }
 
 // Samples count from the upper left; clip space has Y up. The clamp only undoes
@@ -58,16 +58,16 @@ int64_t ToGrid(float position, int size)
 
 }  // namespace
 
-int ClipTriangle(const Corner triangle[3], uint32_t flags, Corner rest[9])
+int ClipTriangle(Corner res[kMostCorners], const Corner triangle[3], uint32_t flags)
 {
-    Corner smaller[9];
+    Corner whole[kMostCorners];
     int count = 3;
-    std::copy(triangle, triangle + 3, rest);
+    std::copy(triangle, triangle + 3, res);
     for (uint32_t side = ZMCLIP_LEFT; side <= ZMCLIP_BACK && count >= 3; side <<= 1) {
         if ((flags & side) == 0)
             continue;
-        count = ClipBySide(smaller, rest, count, side);
-        std::copy(smaller, smaller + count, rest);
+        std::copy(res, res + count, whole);
+        count = ClipBySide(res, whole, count, side);
     }
     return count;
 }

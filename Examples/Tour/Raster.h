@@ -28,9 +28,13 @@ struct RasterTarget {
     RKRECT Window;
 };
 
-/// Cuts a triangle off at the sides in `flags`. Writes up to nine corners of the
-/// convex rest and returns their number; less than 3 is nothing.
-int ClipTriangle(const Corner triangle[3], uint32_t flags, Corner rest[9]);
+/// Nine would do, were it not for rounding: a thin triangle can come to zigzag along a
+/// side, and each of the six sides can then make half as many corners again.
+const int kMostCorners = 28;
+
+/// Cuts a triangle off at the sides in `flags`. Writes the corners of the rest, a fan,
+/// and returns their number; less than 3 is nothing.
+int ClipTriangle(Corner res[kMostCorners], const Corner triangle[3], uint32_t flags);
 
 /// Corners on the grid, in 1/256 of a sample, so that edges are computed without any
 /// rounding: neighbours leave no gap and share no sample.
@@ -140,8 +144,8 @@ void DrawMesh(const Mesh& mesh, const TransformedMesh& transformed, bool bothSid
             FillTriangle(corners, bothSides, target, plot);
             continue;
         }
-        Corner rest[9];
-        const int count = ClipTriangle(corners, orFlags, rest);
+        Corner rest[kMostCorners];
+        const int count = ClipTriangle(rest, corners, orFlags);
         for (int k = 2; k < count; ++k) {
             Corner piece[3] = {rest[0], rest[k - 1], rest[k]};
             FillTriangle(piece, bothSides, target, plot);

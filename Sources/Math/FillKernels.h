@@ -4,15 +4,14 @@
 
 namespace zm {
 
-/// Bytes after which every filling pattern repeats: a multiple of the element sizes 4, 8, 12, 16, 24,
-/// 32 and 48 as well as of the registers that store it.
-const size_t kPatternBytes = 96;
+/// Bytes of a pattern that is filled in: a multiple of the element sizes 4, 8, 12, 16, 24 and 48.
+const size_t kPatternBytes = 48;
 
 namespace avx2 {
 
-/// Repeats `pattern`, of kPatternBytes, over as many whole patterns as fit into `bytes` from `dst` on.
-/// With `stream`, dst is a multiple of 16 and the stores bypass the caches.
-void FillPatterns(char* dst, size_t bytes, const char* pattern, bool stream);
+/// Repeats `pattern` over `bytes` bytes, a multiple of twice the pattern. Ordinary stores: bypassing the
+/// caches gains nothing for a fill, however long.
+void FillPatterns(char* dst, size_t bytes, const char* pattern);
 
 }  // namespace avx2
 }  // namespace zm

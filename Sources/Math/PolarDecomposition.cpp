@@ -9,8 +9,12 @@ const double kNegligible = 1e-15;  // a few roundings of double against the term
 const int kMaxSteps = 30;
 const int kMaxSweeps = 12;
 
-// Newton's error squares at each step: a step that moved the matrix by 1e-5 of its size left an error of 1e-10.
-const double kLastStep = 1e-5;
+const double kDiagonal = 1e-10;        // errors of the stretches are the square of what is left beside the diagonal
+const double kNoRotation = 1e-16;      // turns by less than double can tell
+const double kNearlyOrthogonal = 0.2;  // from here on scaling gains nothing
+
+// The square norm exceeds 3 by at most six times the error that is left. A float resolves 6e-8.
+const double kConverged = 3e-9;
 
 void Cross(double (&res)[3], const double (&a)[3], const double (&b)[3])
 {
@@ -107,45 +111,66 @@ Matrix3 RotationOfRankOne(const Matrix3& m)
 }
 
 /// The orthogonal factor of a matrix that is not singular.
-Matrix3 NewtonPolar(Matrix3 x)
+///
+/// After a step no singular value is below 1, so the square norm tells by how much the largest exceeds it
+/// and with that how near the end is. Scaling is for the way there: it asks for two square roots.
+Matrix3 NewtonPolar(Matrix3 x, double norm)
 {
-    double norm = SquareNorm(x);
+    if (!(norm > 1e-40 && norm < 1e40)) {
+        // Keeps the products below within the range of double.
+        x = WeightedSum(1 / sqrt(norm), x, 0, x);
+        norm = SquareNorm(x);
+    }
     for (int step = 0; step < kMaxSteps; ++step) {
         const Matrix3 c = Cofactors(x);
         const double det = Dot(x.m[0], c.m[0]);
-        const double gamma = sqrt(sqrt(SquareNorm(c) / norm) / fabs(det));
-        const Matrix3 next = WeightedSum(0.5 * gamma, x, 0.5 / (gamma * det), c);
-        const double moved = SquareNorm(WeightedSum(1, next, -1, x));
-        x = next;
+        double gamma = 1;
+        if (!(fabs(norm - 3) < kNearlyOrthogonal)) {
+            gamma = sqrt(sqrt(SquareNorm(c) / (norm * (det * det))));
+        }
+        x = WeightedSum(0.5 * gamma, x, 0.5 / (gamma * det), c);
         norm = SquareNorm(x);
-        if (!(moved > kLastStep * kLastStep * norm)) {
+        if (!(norm - 3 > kConverged)) {
             break;
         }
     }
     return x;
 }
 
-/// One Jacobi rotation in the plane of axes p and q, which clears s[p][q].
-void Rotate(Matrix3& s, Matrix3& axes, int p, int q)
+/// The rotation that makes a symmetric 2x2 block diagonal, by the smaller of the two angles.
+struct JacobiAngle {
+    double tangent, cosine, sine;
+
+    /// `half` is half the difference of the diagonal elements, `off` the one beside them, not 0.
+    JacobiAngle(double half, double off)
+    {
+        const double h = fabs(half) + sqrt(half * half + off * off), signedOff = half < 0 ? -off : off;
+        tangent = signedOff / h;
+        const double f = 1 / sqrt(h * h + off * off);
+        cosine = h * f;
+        sine = signedOff * f;
+    }
+};
+
+/// One Jacobi rotation in the plane of axes p and q, which clears s[p][q]; r is the third axis.
+template <int p, int q, int r>
+inline void Rotate(Matrix3& s, Matrix3& axes)
 {
-    const double offDiagonal = s.m[p][q];
-    if (offDiagonal == 0) {
+    const double off = s.m[p][q];
+    if (fabs(off) <= kNoRotation * (fabs(s.m[p][p]) + fabs(s.m[q][q]))) {
         return;
     }
-    const int r = 3 - p - q;
-    const double theta = (s.m[q][q] - s.m[p][p]) / (2 * offDiagonal);
-    const double tangent = copysign(1 / (fabs(theta) + sqrt(theta * theta + 1)), theta);
-    const double cosine = 1 / sqrt(tangent * tangent + 1), sine = tangent * cosine;
-    s.m[p][p] -= tangent * offDiagonal;
-    s.m[q][q] += tangent * offDiagonal;
+    const JacobiAngle a(0.5 * (s.m[q][q] - s.m[p][p]), off);
+    s.m[p][p] -= a.tangent * off;
+    s.m[q][q] += a.tangent * off;
     s.m[p][q] = s.m[q][p] = 0;
     const double rp = s.m[r][p], rq = s.m[r][q];
-    s.m[r][p] = s.m[p][r] = cosine * rp - sine * rq;
-    s.m[r][q] = s.m[q][r] = sine * rp + cosine * rq;
+    s.m[r][p] = s.m[p][r] = a.cosine * rp - a.sine * rq;
+    s.m[r][q] = s.m[q][r] = a.sine * rp + a.cosine * rq;
     for (double(&row)[3] : axes.m) {
         const double ap = row[p], aq = row[q];
-        row[p] = cosine * ap - sine * aq;
-        row[q] = sine * ap + cosine * aq;
+        row[p] = a.cosine * ap - a.sine * aq;
+        row[q] = a.sine * ap + a.cosine * aq;
     }
 }
 
@@ -160,7 +185,7 @@ PolarFactors DecomposePolar(const Matrix3& m)
     const Matrix3 c = Cofactors(m);
     const double det = Dot(m.m[0], c.m[0]);
     if (!IsSingular(m, det)) {
-        return {NewtonPolar(m), det < 0};
+        return {NewtonPolar(m, norm), det < 0};
     }
     const double cofactorNorm = SquareNorm(c);
     if (cofactorNorm <= kNegligible * kNegligible * norm * norm) {
@@ -168,7 +193,8 @@ PolarFactors DecomposePolar(const Matrix3& m)
     }
     // The cofactors of a matrix of rank two are one direction on each side, just the missing ones.
     // Adding them leaves the other two alone and makes the determinant positive.
-    return {NewtonPolar(WeightedSum(1, m, sqrt(norm / cofactorNorm), c)), false};
+    const Matrix3 completed = WeightedSum(1, m, sqrt(norm / cofactorNorm), c);
+    return {NewtonPolar(completed, SquareNorm(completed)), false};
 }
 
 Matrix3 StretchOf(const Matrix3& m, const Matrix3& rotation)
@@ -188,12 +214,12 @@ SpectralFactors DecomposeSymmetric(const Matrix3& symmetric)
     SpectralFactors factors = {kUnit, {}};
     for (int sweep = 0; sweep < kMaxSweeps; ++sweep) {
         const double off = fabs(s.m[0][1]) + fabs(s.m[0][2]) + fabs(s.m[1][2]);
-        if (!(off > kNegligible * (fabs(s.m[0][0]) + fabs(s.m[1][1]) + fabs(s.m[2][2])))) {
+        if (!(off > kDiagonal * (fabs(s.m[0][0]) + fabs(s.m[1][1]) + fabs(s.m[2][2])))) {
             break;
         }
-        Rotate(s, factors.axes, 0, 1);
-        Rotate(s, factors.axes, 0, 2);
-        Rotate(s, factors.axes, 1, 2);
+        Rotate<0, 1, 2>(s, factors.axes);
+        Rotate<0, 2, 1>(s, factors.axes);
+        Rotate<1, 2, 0>(s, factors.axes);
     }
     for (int i = 0; i < 3; ++i) {
         factors.values[i] = s.m[i][i];

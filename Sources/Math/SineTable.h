@@ -2,7 +2,7 @@
 
 namespace zm {
 
-const int kSineUnits = 16384;              ///< to the turn
+const int kSineUnits = 16384;  ///< to the turn
 const int kSineQuarter = kSineUnits / 4;
 
 /// One turn and, behind it, a copy of the first quarter: the cosine of angle i (0 to kSineUnits - 1)

@@ -9,7 +9,7 @@ namespace {
 // Stores that bypass the caches save reading the destination before it is overwritten, but cost a
 // multiple when the data would have stayed in a cache or is the source itself.
 
-const ptrdiff_t kStreamingBytes = 24 << 20;  // more than a last-level cache leaves to one array
+const ptrdiff_t kStreamingBytes = 32 << 20;  // more than a last-level cache leaves to one array
 
 /// Whether `bytes` tight bytes of results from `out` on are worth streaming. They must start at a
 /// multiple of 4, so that some 4-byte word of them starts at a multiple of 16.

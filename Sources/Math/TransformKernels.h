@@ -23,7 +23,10 @@ inline L Blend(L x, L row0, L y, L row1, L z, L row2, L row3)
     return (x * row0 + y * row1) + (z * row2 + row3);
 }
 
-enum Kind { kRotate, kPoint };
+enum Kind {
+    kRotate,
+    kPoint
+};
 
 /// A matrix with one register a row, for vectors one at a time.
 template <class L>
@@ -140,23 +143,28 @@ inline void TransformTight(Span span, const float* m)
     transform.template Put<false>(out + beforeLast, last);
 }
 
-/// Three-component results at any strides, a vector a register.
-template <class L, Kind kind>
+/// Results of kComponents floats at any strides, a vector a register, four vectors a step (one jump a vector
+/// would cost a third of the work).
+template <class L, Kind kind, int kComponents>
 inline void TransformRows(Span span, const float* m)
 {
     const RowMatrix<L> matrix(m);
-    for (; span.count > 0; Advance(span, 1)) {
-        matrix.template Apply<kind>(span.in).Store3(span.out);
+    const auto transform = [&](ptrdiff_t i) {
+        const L res = matrix.template Apply<kind>(span.in + i * span.inStride);
+        if (kComponents == 3) {
+            res.Store3(span.out + i * span.outStride);
+        } else {
+            res.Store4(span.out + i * span.outStride);
+        }
+    };
+    for (; span.count >= 4; Advance(span, 4)) {
+        transform(0);
+        transform(1);
+        transform(2);
+        transform(3);
     }
-}
-
-/// Four-component results at any strides.
-template <class L>
-inline void TransformRows4(Span span, const float* m)
-{
-    const RowMatrix<L> matrix(m);
     for (; span.count > 0; Advance(span, 1)) {
-        matrix.template Apply<kPoint>(span.in).Store4(span.out);
+        transform(0);
     }
 }
 

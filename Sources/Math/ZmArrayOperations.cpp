@@ -103,8 +103,8 @@ void InterpolateVectors(const Arrays& arrays, const char* b, float t)
 
 void InterpolateTight(void* res, const void* a, const void* b, float t, ptrdiff_t count)
 {
-    (UseSse() ? InterpolateFloats<SseLanes> : InterpolateFloats<ScalarLanes>)(
-        static_cast<char*>(res), static_cast<const char*>(a), static_cast<const char*>(b), t, count);
+    Dispatch(InterpolateFloats<SseLanes>, InterpolateFloats<ScalarLanes>, static_cast<char*>(res),
+             static_cast<const char*>(a), static_cast<const char*>(b), t, count);
 }
 
 }  // namespace
@@ -120,8 +120,8 @@ void InterpolateVectorArray(void* res, const void* a, const void* b, float t, in
     if (resStride == 12 && srcStride == 12) {
         InterpolateTight(res, a, b, t, ptrdiff_t(count) * 3);
     } else {
-        (UseSse() ? InterpolateVectors<SseLanes> : InterpolateVectors<ScalarLanes>)(
-            MakeArrays(res, a, count, resStride, srcStride), static_cast<const char*>(b), t);
+        Dispatch(InterpolateVectors<SseLanes>, InterpolateVectors<ScalarLanes>,
+                 MakeArrays(res, a, count, resStride, srcStride), static_cast<const char*>(b), t);
     }
 }
 

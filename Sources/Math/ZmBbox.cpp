@@ -1,6 +1,7 @@
 #include "ZmBbox.h"
 
 #include "Math/Lanes.h"
+#include "Math/MatrixFloats.h"
 #include "Platform/FeatureWord.h"
 
 using namespace zm;
@@ -43,8 +44,8 @@ void WriteSideFlags(const ZmBbox& box, const SideTable& table, int count, const 
 void ClassifyOnAxes(const ZmBbox& box, unsigned axes, int count, const unsigned char* vertices,
                     unsigned long strideBytes, unsigned long* flags)
 {
-    (UseSse() ? WriteSideFlags<SseLanes> : WriteSideFlags<ScalarLanes>)(box, SideTable(axes), count, vertices,
-                                                                        strideBytes, flags);
+    Dispatch(WriteSideFlags<SseLanes>, WriteSideFlags<ScalarLanes>, box, SideTable(axes), count, vertices, strideBytes,
+             flags);
 }
 
 // Each axis of the old box adds the smaller and the larger of its two images to the new corners: the same
@@ -166,7 +167,7 @@ void ZmBbox::TransformTo(ZmVector* corners, const ZmMatrix& m) const
 
 void ZmBbox::TransformFrom(const ZmBbox& box, const ZmMatrix& m)
 {
-    (UseSse() ? BoxAround<SseLanes> : BoxAround<ScalarLanes>)(*this, box, m[0]);
+    Dispatch(BoxAround<SseLanes>, BoxAround<ScalarLanes>, *this, box, Floats(m));
 }
 
 int ZmBbox::Classify(const ZmBbox& box, const ZmVector& pt) const

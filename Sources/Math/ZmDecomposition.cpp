@@ -1,6 +1,7 @@
 #include "ZmDecomposition.h"
 
 #include "Math/PolarDecomposition.h"
+#include "Math/QuaternionRules.h"
 
 #include <math.h>
 
@@ -24,12 +25,12 @@ ZmQuaternion RotationOf(const Matrix3& r, double sign = 1)
     const auto row = [&](int i) {
         return ZmVector(float(sign * r.m[i][0]), float(sign * r.m[i][1]), float(sign * r.m[i][2]));
     };
-    return Zm3DQuaternionFromMatrix(ZmMatrix(row(0), row(1), row(2), {0, 0, 0}));
+    return zm::QuaternionFromRows({row(0), row(1), row(2)});
 }
 
-ZmVector Translation(const ZmMatrix& m)
+ZmVector Row(const ZmMatrix& m, int i)
 {
-    return {m[3][0], m[3][1], m[3][2]};
+    return {m[i][0], m[i][1], m[i][2]};
 }
 
 ZmVector Lerp(const ZmVector& a, const ZmVector& b, float t)
@@ -137,12 +138,10 @@ ZmVector Permuted(const ZmVector& k, const ZmQuaternion& cubeRotation)
 
 void Zm3DDecomposeMatrix(const ZmMatrix& m, ZmQuaternion& quat, ZmVector& pos, ZmVector& scale)
 {
-    // FromMatrix leaves the orthonormal rows in the copy.
-    ZmMatrix unit = m;
-    quat.FromMatrix(unit, 0, 0);
-    const auto along = [&](int i) { return unit[i][0] * m[i][0] + unit[i][1] * m[i][1] + unit[i][2] * m[i][2]; };
-    pos = Translation(m);
-    scale = ZmVector(along(0), along(1), along(2));
+    const zm::RotationRows rows = {Row(m, 0), Row(m, 1), Row(m, 2)}, unit = zm::OrthonormalRows(rows);
+    pos = Row(m, 3);
+    quat = zm::QuaternionFromRows(unit);
+    scale = ZmVector(Dot(unit.row0, rows.row0), Dot(unit.row1, rows.row1), Dot(unit.row2, rows.row2));
 }
 
 float Zm3DDecomposeMatrixTotal(const ZmMatrix& m, ZmQuaternion& quat, ZmVector& pos, ZmVector& scale,
@@ -155,7 +154,7 @@ float Zm3DDecomposeMatrixTotalPtr(const ZmMatrix& m, ZmQuaternion* quat, ZmVecto
                                   ZmQuaternion* uRot)
 {
     if (pos) {
-        *pos = Translation(m);
+        *pos = Row(m, 3);
     }
     if (!quat && !scale && !uRot) {
         return 1;
@@ -213,7 +212,8 @@ void ZmMatrix::RecomposeMatrixEx(const ZmVector* pos, const ZmVector* scale, con
     const ZmVector& k = *scale;
     for (int i = 0; i < 3; ++i) {
         for (int j = 0; j < 3; ++j) {
-            stretch[i][j] = axes[i][0] * k.x * axes[j][0] + axes[i][1] * k.y * axes[j][1] + axes[i][2] * k.z * axes[j][2];
+            stretch[i][j] =
+                axes[i][0] * k.x * axes[j][0] + axes[i][1] * k.y * axes[j][1] + axes[i][2] * k.z * axes[j][2];
         }
     }
     const ZmVector translation = *pos;  // read before this matrix is written, in case it is part of it

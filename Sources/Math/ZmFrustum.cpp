@@ -28,30 +28,16 @@ float TakeLength(ZmVector& axis)
 }  // namespace
 
 ZmFrustum::ZmFrustum()
-    : Origin(0, 0, 0),
-      Right(1, 0, 0),
-      Up(0, 1, 0),
-      Direction(0, 0, 1),
-      HalfWidth(1),
-      HalfHeight(1),
-      NearDistance(1),
-      FarDistance(2),
-      Planes{}
+    : Origin(0, 0, 0), Right(1, 0, 0), Up(0, 1, 0), Direction(0, 0, 1), HalfWidth(1), HalfHeight(1), NearDistance(1),
+      FarDistance(2), Planes{}
 {
     Update();
 }
 
 ZmFrustum::ZmFrustum(const ZmVector& origin, const ZmVector& right, const ZmVector& up, const ZmVector& dir,
                      float nearPlane, float farPlane, float fov, float aspectRatio)
-    : Origin(origin),
-      Right(right),
-      Up(up),
-      Direction(dir),
-      HalfWidth(tanf(fov * 0.5f) * nearPlane),
-      HalfHeight(HalfWidth * aspectRatio),
-      NearDistance(nearPlane),
-      FarDistance(farPlane),
-      Planes{}
+    : Origin(origin), Right(right), Up(up), Direction(dir), HalfWidth(tanf(fov * 0.5f) * nearPlane),
+      HalfHeight(HalfWidth * aspectRatio), NearDistance(nearPlane), FarDistance(farPlane), Planes{}
 {
     Update();
 }

@@ -1,7 +1,8 @@
 #include "ZmQuaternion.h"
 
 #include "Math/Lanes.h"
-#include "Math/Normalize.h"
+#include "Math/MatrixFloats.h"
+#include "Math/QuaternionRules.h"
 #include "Math/SinCos.h"
 #include "Platform/FeatureWord.h"
 
@@ -47,74 +48,37 @@ void QuaternionToMatrix(const ZmQuaternion& quat, float* m)
     L::Set(0, 0, 0, 1).Store4(m + 12);
 }
 
-/// The 3x3 block of a matrix made orthonormal in place, and put back on demand.
-class OrthonormalBlock {
-public:
-    explicit OrthonormalBlock(ZmMatrix& m) : m_Matrix(m)
-    {
-        for (int i = 0; i < 3; ++i) {
-            m_Saved[i] = ZmVector(m[i][0], m[i][1], m[i][2]);
-        }
-        const ZmVector row0 = Normalized(m_Saved[0]), row1 = Normalized(m_Saved[1]);
-        Write(row0, row1, Cross(row0, row1));
-    }
-
-    void Restore() { Write(m_Saved[0], m_Saved[1], m_Saved[2]); }
-
-private:
-    void Write(const ZmVector& row0, const ZmVector& row1, const ZmVector& row2)
-    {
-        SseLanes::Load3(&row0).Store3(m_Matrix[0]);
-        SseLanes::Load3(&row1).Store3(m_Matrix[1]);
-        SseLanes::Load3(&row2).Store3(m_Matrix[2]);
-    }
-
-    ZmMatrix& m_Matrix;
-    ZmVector m_Saved[3];
-};
-
-ZmQuaternion FromRotationMatrix(const ZmMatrix& m)
+RotationRows ReadRows(const ZmMatrix& m)
 {
-    const float trace = m[0][0] + m[1][1] + m[2][2];
-    if (trace >= 0) {
-        const float r = sqrtf(trace + 1), f = 0.5f / r;
-        return {(m[2][1] - m[1][2]) * f, (m[0][2] - m[2][0]) * f, (m[1][0] - m[0][1]) * f, 0.5f * r};
-    }
-    // The largest of x, y and z first; ties keep the lower index.
-    int i = m[1][1] > m[0][0] ? 1 : 0;
-    if (m[2][2] > m[i][i]) {
-        i = 2;
-    }
-    const int j = (i + 1) % 3, k = (j + 1) % 3;
-    const float r = sqrtf(m[i][i] - (m[j][j] + m[k][k]) + 1), f = 0.5f / r;
-    float q[3];
-    q[i] = 0.5f * r;
-    q[j] = (m[i][j] + m[j][i]) * f;
-    q[k] = (m[k][i] + m[i][k]) * f;
-    return {q[0], q[1], q[2], (m[k][j] - m[j][k]) * f};
+    return {{m[0][0], m[0][1], m[0][2]}, {m[1][0], m[1][1], m[1][2]}, {m[2][0], m[2][1], m[2][2]}};
+}
+
+void WriteRows(ZmMatrix& m, const RotationRows& rows)
+{
+    SseLanes::Load3(&rows.row0).Store3(m[0]);
+    SseLanes::Load3(&rows.row1).Store3(m[1]);
+    SseLanes::Load3(&rows.row2).Store3(m[2]);
 }
 
 }  // namespace
 
 void ZmQuaternion::FromMatrix(const ZmMatrix& m, int matIsUnit, int restoreMat)
 {
+    const RotationRows rows = ReadRows(m);
     if (matIsUnit) {
-        *this = FromRotationMatrix(m);
+        *this = QuaternionFromRows(rows);
         return;
     }
-    // The caller's matrix is written although it comes as constant: Zm3DDecomposeMatrix and engine code
-    // rely on finding the orthonormal block there.
-    ZmMatrix& writable = const_cast<ZmMatrix&>(m);
-    OrthonormalBlock block(writable);
-    *this = FromRotationMatrix(writable);
-    if (restoreMat) {
-        block.Restore();
-    }
+    // The caller's matrix is written although it comes as constant: engine code relies on finding the
+    // orthonormal block there.
+    const RotationRows unit = OrthonormalRows(rows);
+    WriteRows(const_cast<ZmMatrix&>(m), restoreMat ? rows : unit);
+    *this = QuaternionFromRows(unit);
 }
 
 void ZmQuaternion::ToMatrix(ZmMatrix& m) const
 {
-    (UseSse() ? QuaternionToMatrix<SseLanes> : QuaternionToMatrix<ScalarLanes>)(*this, m[0]);
+    Dispatch(QuaternionToMatrix<SseLanes>, QuaternionToMatrix<ScalarLanes>, *this, Floats(m));
 }
 
 void ZmQuaternion::FromRotation(const ZmVector& axis, float angle)
@@ -159,7 +123,7 @@ void ZmQuaternion::Normalize()
 
 ZmQuaternion Zm3DQuaternionFromMatrix(const ZmMatrix& m)
 {
-    return FromRotationMatrix(m);
+    return QuaternionFromRows(ReadRows(m));
 }
 
 ZmQuaternion Zm3DQuaternionConjugate(const ZmQuaternion& q)
@@ -204,9 +168,9 @@ ZmQuaternion Slerp(float t, const ZmQuaternion& a, const ZmQuaternion& b)
     const float c = fabsf(dot);
     float ka = 1 - t, kb = t;
     if (1 - c > 0.01f) {
-        // sin((1 - t) w) = sin w cos tw - cos w sin tw, with the sine of w from its cosine.
-        const double cosine = c, sine = sqrt(1 - cosine * cosine);
-        const SinCos part(t * double(acosf(c)));
+        // sin((1 - t) w) = sin w cos tw - cos w sin tw, and both w and its sine from its cosine.
+        const double cosine = c, root = sqrt(1 - cosine), sine = root * sqrt(1 + cosine);
+        const SinCos part(t * AcosFromRoot(cosine, root));
         const double ratio = part.sine / sine;
         ka = float(part.cosine - cosine * ratio);
         kb = float(ratio);

@@ -22,45 +22,61 @@ struct Copy {
     size_t count;
 };
 
+/// Calls f(i) for i below count, four at a time: one jump an element would cost more than the move.
+template <class F>
+inline void ForEach(size_t count, F f)
+{
+    size_t i = 0;
+    for (; i + 4 <= count; i += 4) {
+        f(i);
+        f(i + 1);
+        f(i + 2);
+        f(i + 3);
+    }
+    for (; i < count; ++i) {
+        f(i);
+    }
+}
+
 template <size_t kSize>
 void FillElements(const Copy& c)
 {
     char value[kSize];
     memcpy(value, c.src, kSize);
-    char* dst = c.dst;
-    for (size_t i = 0; i < c.count; ++i, dst += c.dstStride) {
-        memcpy(dst, value, kSize);
-    }
+    char* const dst = c.dst;
+    const size_t stride = c.dstStride;
+    ForEach(c.count, [&, dst, stride](size_t i) { memcpy(dst + i * stride, value, kSize); });
 }
 
 template <size_t kSize>
 void CopyElements(const Copy& c)
 {
-    char* dst = c.dst;
-    const char* src = c.src;
-    for (size_t i = 0; i < c.count; ++i, dst += c.dstStride, src += c.srcStride) {
-        memcpy(dst, src, kSize);
-    }
+    const Copy copy = c;  // by value: writing through char pointers must not make it be read again
+    ForEach(copy.count,
+            [copy](size_t i) { memcpy(copy.dst + i * copy.dstStride, copy.src + i * copy.srcStride, kSize); });
 }
 
 // From memory a gather waits for each element unless its line is asked for well ahead.
 const size_t kPrefetchAhead = 32;
-const size_t kPrefetchBytes = 1 << 20;  // sources up to here stay in a second-level cache
+const size_t kPrefetchBytes = 2 << 20;  // sources up to here stay in a second-level cache
 
 template <size_t kSize, class Index>
 void GatherElements(const Copy& c, const Index* indices)
 {
-    char* dst = c.dst;
-    const auto source = [&](size_t k) { return c.src + ptrdiff_t(indices[k]) * ptrdiff_t(c.srcStride); };
-    const size_t ahead = c.srcStride * c.count > kPrefetchBytes && c.count > kPrefetchAhead ? kPrefetchAhead : c.count;
-    size_t k = 0;
-    for (; k < c.count - ahead; ++k, dst += c.dstStride) {
-        _mm_prefetch(source(k + ahead), _MM_HINT_T0);
-        memcpy(dst, source(k), kSize);
-    }
-    for (; k < c.count; ++k, dst += c.dstStride) {
-        memcpy(dst, source(k), kSize);
-    }
+    const Copy copy = c;
+    const auto source = [copy, indices](size_t k) {
+        return copy.src + ptrdiff_t(indices[k]) * ptrdiff_t(copy.srcStride);
+    };
+    const bool far = copy.srcStride * copy.count > kPrefetchBytes;
+    const size_t prefetched = far && copy.count > kPrefetchAhead ? copy.count - kPrefetchAhead : 0;
+    ForEach(prefetched, [copy, source](size_t k) {
+        _mm_prefetch(source(k + kPrefetchAhead), _MM_HINT_T0);
+        memcpy(copy.dst + k * copy.dstStride, source(k), kSize);
+    });
+    ForEach(copy.count - prefetched, [copy, source, prefetched](size_t i) {
+        const size_t k = prefetched + i;
+        memcpy(copy.dst + k * copy.dstStride, source(k), kSize);
+    });
 }
 
 // --- The same for any size ----------------------------------------------------------
@@ -113,44 +129,42 @@ void CopyAny(const Copy& c)
 
 // --- Tight destinations ---------------------------------------------------------------
 
-template <bool stream>
 void FillPatterns(char* dst, size_t bytes, const char* pattern)
 {
-    SseLanes parts[6];
-    for (int i = 0; i < 6; ++i) {
-        parts[i] = SseLanes::Load4(pattern + 16 * i);
-    }
-    for (; bytes >= kPatternBytes; bytes -= kPatternBytes, dst += kPatternBytes) {
-        for (int i = 0; i < 6; ++i) {
-            parts[i].Put<stream>(dst + 16 * i);
-        }
+    const SseLanes a = SseLanes::Load4(pattern), b = SseLanes::Load4(pattern + 16), c = SseLanes::Load4(pattern + 32);
+    for (char* const end = dst + bytes; dst != end; dst += 2 * kPatternBytes) {
+        a.Store4(dst);
+        b.Store4(dst + 16);
+        c.Store4(dst + 32);
+        a.Store4(dst + 48);
+        b.Store4(dst + 64);
+        c.Store4(dst + 80);
     }
 }
 
-const size_t kWorthPattern = 512;  // shorter runs are over before the pattern is laid out
+const size_t kFillAlignment = 32;
+const size_t kWorthPattern = 256;  // shorter runs are over before the pattern is laid out
 
 // A tight array of elements whose size divides the pattern's, as one run of bytes.
 void FillTight(char* dst, size_t bytes, const char* value, size_t size)
 {
-    // Twice the pattern: streaming starts inside it, at the first multiple of 16.
-    char pattern[2 * kPatternBytes];
-    for (size_t i = 0; i < sizeof pattern; i += size) {
-        memcpy(pattern + i, value, size);
+    // Longer than the pattern by what comes before the first whole register, so that the pattern can start
+    // anywhere in an element.
+    char words[kPatternBytes + kFillAlignment];
+    for (size_t i = 0, from = 0; i < sizeof words; i += 4) {
+        memcpy(words + i, value + from, 4);
+        from = from + 4 == size ? 0 : from + 4;
     }
-    const bool stream = WorthStreaming(dst, ptrdiff_t(bytes));
-    const size_t head = stream ? (16 - uintptr_t(dst) % 16) % 16 : 0;
-    memcpy(dst, pattern, head);
-    const size_t rest = bytes - head;
-    if (UseAvx2()) {
-        avx2::FillPatterns(dst + head, rest, pattern + head, stream);
-    } else {
-        (stream ? FillPatterns<true> : FillPatterns<false>)(dst + head, rest, pattern + head);
-    }
-    const size_t tail = rest % kPatternBytes;
-    memcpy(dst + bytes - tail, pattern + head, tail);
-    if (stream) {
-        _mm_sfence();
-    }
+    const size_t head =
+        uintptr_t(dst) % 4 == 0 ? (kFillAlignment - uintptr_t(dst) % kFillAlignment) % kFillAlignment : 0;
+    memcpy(dst, words, head);
+    const char* const pattern = words + head;
+    const size_t tail = (bytes - head) % (2 * kPatternBytes), body = bytes - head - tail;
+    (UseAvx2() ? avx2::FillPatterns : FillPatterns)(dst + head, body, pattern);
+    char* const rest = dst + head + body;
+    const size_t first = tail < kPatternBytes ? tail : kPatternBytes;
+    memcpy(rest, pattern, first);
+    memcpy(rest + first, pattern, tail - first);
 }
 
 // Twelve bytes each from wider elements: four of them fill three registers. Sixteen bytes of each are
@@ -158,19 +172,21 @@ void FillTight(char* dst, size_t bytes, const char* value, size_t size)
 template <bool stream>
 size_t PackTriples(const Copy& c)
 {
-    char* dst = c.dst;
-    const char* src = c.src;
-    size_t done = 0;
-    for (; done + 4 < c.count; done += 4, src += 4 * c.srcStride, dst += 48) {
-        const __m128 p0 = SseLanes::Load4(src).v, p1 = SseLanes::Load4(src + c.srcStride).v,
-                     p2 = SseLanes::Load4(src + 2 * c.srcStride).v, p3 = SseLanes::Load4(src + 3 * c.srcStride).v;
+    const size_t groups = c.count > 0 ? (c.count - 1) / 4 : 0, stride = c.srcStride;
+    char* const dst = c.dst;
+    const char* const src = c.src;
+    ForEach(groups, [dst, src, stride](size_t i) {
+        const char* const from = src + 4 * i * stride;
+        char* const to = dst + 48 * i;
+        const __m128 p0 = SseLanes::Load4(from).v, p1 = SseLanes::Load4(from + stride).v,
+                     p2 = SseLanes::Load4(from + 2 * stride).v, p3 = SseLanes::Load4(from + 3 * stride).v;
         const __m128 z0x1 = _mm_shuffle_ps(p0, p1, _MM_SHUFFLE(0, 0, 2, 2));
         const __m128 z2x3 = _mm_shuffle_ps(p2, p3, _MM_SHUFFLE(0, 0, 2, 2));
-        SseLanes{_mm_shuffle_ps(p0, z0x1, _MM_SHUFFLE(2, 0, 1, 0))}.Put<stream>(dst);
-        SseLanes{_mm_shuffle_ps(p1, p2, _MM_SHUFFLE(1, 0, 2, 1))}.Put<stream>(dst + 16);
-        SseLanes{_mm_shuffle_ps(z2x3, p3, _MM_SHUFFLE(2, 1, 2, 0))}.Put<stream>(dst + 32);
-    }
-    return done;
+        SseLanes{_mm_shuffle_ps(p0, z0x1, _MM_SHUFFLE(2, 0, 1, 0))}.Put<stream>(to);
+        SseLanes{_mm_shuffle_ps(p1, p2, _MM_SHUFFLE(1, 0, 2, 1))}.Put<stream>(to + 16);
+        SseLanes{_mm_shuffle_ps(z2x3, p3, _MM_SHUFFLE(2, 1, 2, 0))}.Put<stream>(to + 32);
+    });
+    return 4 * groups;
 }
 
 Copy Rest(Copy c, size_t done)
@@ -202,14 +218,13 @@ bool IsElementSize(unsigned long size)
 }
 
 template <class Index>
-int IndexedCopy(const ZmStridedData& dst, const ZmStridedData& src, unsigned long size, const Index* indices,
-                int count)
+int IndexedCopy(const ZmStridedData& dst, const ZmStridedData& src, unsigned long size, const Index* indices, int count)
 {
     if (!dst.Ptr || !src.Ptr || !indices || !IsElementSize(size) || count < 1) {
         return 0;
     }
-    const Copy c = {static_cast<char*>(dst.Ptr), dst.Stride, static_cast<const char*>(src.Ptr), src.Stride,
-                    size, size_t(count)};
+    const Copy c = {
+        static_cast<char*>(dst.Ptr), dst.Stride, static_cast<const char*>(src.Ptr), src.Stride, size, size_t(count)};
     if (HasFixedSize(c)) {
         RunGather(c, indices, FixedSizes());
         return 1;
@@ -265,14 +280,13 @@ int ZmCopyStructure(int count, const ZmStridedData& dst, unsigned long size, con
     return ZmCopyStructure(count, dst.Ptr, dst.Stride, size, src.Ptr, src.Stride);
 }
 
-int ZmIndexedCopy(const ZmStridedData& dst, const ZmStridedData& src, unsigned long size, const int* indices,
-                  int count)
+int ZmIndexedCopy(const ZmStridedData& dst, const ZmStridedData& src, unsigned long size, const int* indices, int count)
 {
     return IndexedCopy(dst, src, size, indices, count);
 }
 
-int ZmIndexedCopy(const ZmStridedData& dst, const ZmStridedData& src, unsigned long size,
-                  const unsigned short* indices, int count)
+int ZmIndexedCopy(const ZmStridedData& dst, const ZmStridedData& src, unsigned long size, const unsigned short* indices,
+                  int count)
 {
     return IndexedCopy(dst, src, size, indices, count);
 }

@@ -1,39 +1,23 @@
 #include "Math/FillKernels.h"
-
-#include <immintrin.h>
+#include "Math/Lanes.h"
 
 // Compiled for AVX2. Nothing but the kernel at the end may be visible outside this file.
 
 namespace zm {
-namespace {
-
-template <bool stream>
-inline void Fill(char* dst, size_t bytes, const char* pattern)
-{
-    __m256 parts[3];
-    for (int i = 0; i < 3; ++i) {
-        parts[i] = _mm256_loadu_ps(reinterpret_cast<const float*>(pattern + 32 * i));
-    }
-    for (; bytes >= kPatternBytes; bytes -= kPatternBytes, dst += kPatternBytes) {
-        for (int i = 0; i < 3; ++i) {
-            float* const p = reinterpret_cast<float*>(dst + 32 * i);
-            if (stream) {
-                _mm_stream_ps(p, _mm256_castps256_ps128(parts[i]));
-                _mm_stream_ps(p + 4, _mm256_extractf128_ps(parts[i], 1));
-            } else {
-                _mm256_storeu_ps(p, parts[i]);
-            }
-        }
-    }
-}
-
-}  // namespace
-
 namespace avx2 {
 
-void FillPatterns(char* dst, size_t bytes, const char* pattern, bool stream)
+void FillPatterns(char* dst, size_t bytes, const char* pattern)
 {
-    (stream ? Fill<true> : Fill<false>)(dst, bytes, pattern);
+    const __m128 a = SseLanes::Load4(pattern).v, b = SseLanes::Load4(pattern + 16).v,
+                 c = SseLanes::Load4(pattern + 32).v;
+    const Avx2Lanes ab = {_mm256_insertf128_ps(_mm256_castps128_ps256(a), b, 1)},
+                    ca = {_mm256_insertf128_ps(_mm256_castps128_ps256(c), a, 1)},
+                    bc = {_mm256_insertf128_ps(_mm256_castps128_ps256(b), c, 1)};
+    for (char* const end = dst + bytes; dst != end; dst += 2 * kPatternBytes) {
+        ab.Put<false>(dst);
+        ca.Put<false>(dst + 32);
+        bc.Put<false>(dst + 64);
+    }
 }
 
 }  // namespace avx2

@@ -1,3 +1,4 @@
+#include "Math/MatrixFloats.h"
 #include "Math/TransformKernels.h"
 #include "Platform/FeatureWord.h"
 #include "ZmMatrix.h"
@@ -20,19 +21,19 @@ Span MakeSpan(ZmVector* res, const ZmVector* src, int count, int stride)
 template <class L, Kind kind>
 void TransformOne(ZmVector* res, const ZmMatrix& m, const ZmVector* v)
 {
-    RowMatrix<L>(m[0]).template Apply<kind>(v).Store3(res);
+    RowMatrix<L>(Floats(m)).template Apply<kind>(v).Store3(res);
 }
 
 template <class L>
 void TransformOne4(ZmVector4* res, const ZmMatrix& m, const ZmVector* v)
 {
-    RowMatrix<L>(m[0]).template Apply<kPoint>(v).Store4(res);
+    RowMatrix<L>(Floats(m)).template Apply<kPoint>(v).Store4(res);
 }
 
 template <class L>
 void TransformFull4(ZmVector4* res, const ZmMatrix& m, const ZmVector4* v)
 {
-    const RowMatrix<L> rows(m[0]);
+    const RowMatrix<L> rows(Floats(m));
     const L x = L::Splat(v->x), y = L::Splat(v->y), z = L::Splat(v->z), w = L::Splat(v->w);
     ((x * rows.row0 + y * rows.row1) + (z * rows.row2 + w * rows.row3)).Store4(res);
 }
@@ -54,18 +55,18 @@ void TransformSse(Span span, const float* m)
     if (IsTight(span)) {
         TransformTight<SseLanes, kind>(span, m);
     } else {
-        TransformRows<SseLanes, kind>(span, m);
+        TransformRows<SseLanes, kind, 3>(span, m);
     }
 }
 
 void TransformPoints(const Span& span, const ZmMatrix& m)
 {
-    (UseAvx2() ? avx2::TransformPoints : UseSse() ? TransformSse<kPoint> : TransformScalar<kPoint>)(span, m[0]);
+    DispatchWide(avx2::TransformPoints, TransformSse<kPoint>, TransformScalar<kPoint>, span, Floats(m));
 }
 
 void RotateVectors(const Span& span, const ZmMatrix& m)
 {
-    (UseAvx2() ? avx2::RotateVectors : UseSse() ? TransformSse<kRotate> : TransformScalar<kRotate>)(span, m[0]);
+    DispatchWide(avx2::RotateVectors, TransformSse<kRotate>, TransformScalar<kRotate>, span, Floats(m));
 }
 
 }  // namespace
@@ -75,7 +76,7 @@ using namespace zm;
 
 void Zm3DMultiplyMatrixVector(ZmVector* res, const ZmMatrix& m, const ZmVector* v)
 {
-    (UseSse() ? TransformOne<SseLanes, kPoint> : TransformOne<ScalarLanes, kPoint>)(res, m, v);
+    Dispatch(TransformOne<SseLanes, kPoint>, TransformOne<ScalarLanes, kPoint>, res, m, v);
 }
 
 void Zm3DMultiplyMatrixVectorMany(ZmVector* res, const ZmMatrix& m, const ZmVector* v, int count, int stride)
@@ -90,24 +91,23 @@ void Zm3DMultiplyMatrixVectorStrided(const ZmStridedData* res, const ZmStridedDa
 
 void Zm3DMultiplyMatrixVector4(ZmVector4* res, const ZmMatrix& m, const ZmVector4* v)
 {
-    (UseSse() ? TransformFull4<SseLanes> : TransformFull4<ScalarLanes>)(res, m, v);
+    Dispatch(TransformFull4<SseLanes>, TransformFull4<ScalarLanes>, res, m, v);
 }
 
 void Zm3DMultiplyMatrixVector4(ZmVector4* res, const ZmMatrix& m, const ZmVector* v)
 {
-    (UseSse() ? TransformOne4<SseLanes> : TransformOne4<ScalarLanes>)(res, m, v);
+    Dispatch(TransformOne4<SseLanes>, TransformOne4<ScalarLanes>, res, m, v);
 }
 
 void Zm3DMultiplyMatrixVector4Strided(const ZmStridedData* res, const ZmStridedData* src, const ZmMatrix& m, int count)
 {
-    (UseAvx2()  ? avx2::TransformPoints4
-     : UseSse() ? TransformRows4<SseLanes>
-                : TransformRows4<ScalarLanes>)(MakeSpan(*res, *src, count), m[0]);
+    DispatchWide(avx2::TransformPoints4, TransformRows<SseLanes, kPoint, 4>, TransformRows<ScalarLanes, kPoint, 4>,
+                 MakeSpan(*res, *src, count), Floats(m));
 }
 
 void Zm3DRotateVector(ZmVector* res, const ZmMatrix& m, const ZmVector* v)
 {
-    (UseSse() ? TransformOne<SseLanes, kRotate> : TransformOne<ScalarLanes, kRotate>)(res, m, v);
+    Dispatch(TransformOne<SseLanes, kRotate>, TransformOne<ScalarLanes, kRotate>, res, m, v);
 }
 
 void Zm3DRotateVectorMany(ZmVector* res, const ZmMatrix& m, const ZmVector* v, int count, int stride)

@@ -12,7 +12,7 @@ inline void Transform(const Span& span, const float* m)
     if (IsTight(span)) {
         TransformTight<Avx2Lanes, kind>(span, m);
     } else {
-        TransformRows<SseLanes, kind>(span, m);
+        TransformRows<SseLanes, kind, 3>(span, m);
     }
 }
 
@@ -126,7 +126,7 @@ void TransformPoints4(Span span, const float* m)
 {
     if (span.outStride == 16 && span.inStride >= 12) {
         if (uintptr_t(span.out) % 32 == 16 && span.count > 0) {
-            TransformRows4<SseLanes>({span.out, 16, span.in, span.inStride, 1}, m);
+            TransformRows<SseLanes, kPoint, 4>({span.out, 16, span.in, span.inStride, 1}, m);
             Advance(span, 1);
         }
         if (WorthStreaming(span) && uintptr_t(span.out) % 32 == 0) {
@@ -136,7 +136,7 @@ void TransformPoints4(Span span, const float* m)
             span = TransformTight4<false>(span, m);
         }
     }
-    TransformRows4<SseLanes>(span, m);
+    TransformRows<SseLanes, kPoint, 4>(span, m);
 }
 
 }  // namespace avx2

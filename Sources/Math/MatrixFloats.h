@@ -1,0 +1,18 @@
+#pragma once
+
+#include "ZmMatrix.h"
+
+namespace zm {
+
+/// The sixteen floats of a matrix, row by row, as the kernels take them.
+inline float* Floats(ZmMatrix& m)
+{
+    return reinterpret_cast<float*>(&m);
+}
+
+inline const float* Floats(const ZmMatrix& m)
+{
+    return reinterpret_cast<const float*>(&m);
+}
+
+}  // namespace zm

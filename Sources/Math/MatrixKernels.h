@@ -1,0 +1,116 @@
+#pragma once
+
+#include "Math/Lanes.h"
+#include "Math/SinCos.h"
+
+// Whole matrices, over lanes that hold one row or two. Matrices are sixteen floats, row by row. All of
+// the factors is read before the result is written, so that the result may be one of them.
+
+namespace zm {
+namespace {
+
+/// res = a * b in the sense of Zm3DMultiplyMatrix4: rows of b, blended from the rows of a.
+template <class L>
+inline void FullProduct(float* res, const float* a, const float* b)
+{
+    const L a0 = L::Row(a), a1 = L::Row(a + 4), a2 = L::Row(a + 8), a3 = L::Row(a + 12);
+    const int parts = 16 / L::kCount;
+    L rows[parts];
+    for (int i = 0; i < parts; ++i) {
+        const L v = L::Load(b + i * L::kCount);
+        rows[i] = (v.template SplatInRows<0>() * a0 + v.template SplatInRows<1>() * a1) +
+                  (v.template SplatInRows<2>() * a2 + v.template SplatInRows<3>() * a3);
+    }
+    for (int i = 0; i < parts; ++i) {
+        rows[i].Store(res + i * L::kCount);
+    }
+}
+
+/// The same for fourth columns of (0, 0, 0, 1), which are not read. Rows without translation add a
+/// zero, so that the sums are the same whether a register holds one row or two.
+template <class L>
+inline void AffineProduct(float* res, const float* a, const float* b)
+{
+    const L a0 = L::Row(a), a1 = L::Row(a + 4), a2 = L::Row(a + 8);
+    const int parts = 16 / L::kCount;
+    L rows[parts];
+    for (int i = 0; i < parts; ++i) {
+        const L v = L::Load(b + i * L::kCount);
+        rows[i] = (v.template SplatInRows<0>() * a0 + v.template SplatInRows<1>() * a1) +
+                  (v.template SplatInRows<2>() * a2 + L::LastRow(a + 12, i));
+    }
+    for (int i = 0; i < parts; ++i) {
+        rows[i].WithAffineColumn(i).Store(res + i * L::kCount);
+    }
+}
+
+inline SseLanes Yzx(SseLanes r)
+{
+    return r.Pick<1, 2, 0>();
+}
+
+inline SseLanes Zxy(SseLanes r)
+{
+    return r.Pick<2, 0, 1>();
+}
+
+/// Affine inverse: the adjugate over the determinant. The determinant is summed in double, together
+/// with the magnitude of its terms: when nothing is left of it against them, nothing is written.
+inline void AffineInverse(float* res, const float* m)
+{
+    const SseLanes r0 = SseLanes::Load4(m).ClearW(), r1 = SseLanes::Load4(m + 4), r2 = SseLanes::Load4(m + 8);
+    const SseLanes yzx0 = Yzx(r0), yzx1 = Yzx(r1), yzx2 = Yzx(r2), zxy0 = Zxy(r0), zxy1 = Zxy(r1), zxy2 = Zxy(r2);
+
+    const DoubleLanes first(r0), plus = first * (DoubleLanes(yzx1) * DoubleLanes(zxy2)),
+                                 minus = first * (DoubleLanes(zxy1) * DoubleLanes(yzx2));
+    const float det = float((plus - minus).Sum());
+    const double magnitude = (plus.Abs() + minus.Abs()).Sum();
+    if (det == 0 || (det < 0 ? -double(det) : double(det)) < 1e-15 * magnitude) {
+        return;
+    }
+
+    // The columns of the adjugate are the vector products of the rows.
+    const SseLanes divisor = SseLanes::Splat(det);
+    const SseLanes column0 = (yzx1 * zxy2 - zxy1 * yzx2) / divisor, column1 = (yzx2 * zxy0 - zxy2 * yzx0) / divisor,
+                   column2 = ((yzx0 * zxy1 - zxy0 * yzx1) / divisor).ClearW();
+    const __m128 xy = _mm_unpacklo_ps(column0.v, column1.v), z = _mm_unpackhi_ps(column0.v, column1.v);
+    const SseLanes row0 = {_mm_shuffle_ps(xy, column2.v, _MM_SHUFFLE(3, 0, 1, 0))},
+                   row1 = {_mm_shuffle_ps(xy, column2.v, _MM_SHUFFLE(3, 1, 3, 2))},
+                   row2 = {_mm_shuffle_ps(z, column2.v, _MM_SHUFFLE(3, 2, 1, 0))};
+    const SseLanes origin = SseLanes::Load4(m + 12);
+    const SseLanes moved =
+        (origin.SplatInRows<0>() * row0 + origin.SplatInRows<1>() * row1) + origin.SplatInRows<2>() * row2;
+    row0.Store4(res);
+    row1.Store4(res + 4);
+    row2.Store4(res + 8);
+    (SseLanes::Splat(0) - moved).WithW1().Store4(res + 12);
+}
+
+/// Euler angles X, Y, Z (the fourth lane is not used) to a rotation. Angles next to nothing count as 0, so
+/// that a matrix built from rounding errors is exactly the identity.
+inline void FromEulerAngles(float* res, SseLanes angles)
+{
+    const SinCosLanes<DoubleLanes> turns{DoubleLanes(angles)};
+    const __m128 size = _mm_andnot_ps(_mm_set1_ps(-0.0f), angles.v), none = _mm_cmple_ps(size, _mm_set1_ps(1e-8f));
+    float s[4], c[4];
+    SseLanes{_mm_andnot_ps(none, turns.sine.ToFloats().v)}.Store4(s);
+    SseLanes{_mm_or_ps(_mm_andnot_ps(none, turns.cosine.ToFloats().v), _mm_and_ps(none, _mm_set1_ps(1)))}.Store4(c);
+
+    const float sasb = s[0] * s[1], casb = c[0] * s[1];
+    SseLanes::Set(c[2] * c[1], s[2] * c[1], -s[1], 0).Store4(res);
+    SseLanes::Set(c[2] * sasb - s[2] * c[0], s[2] * sasb + c[0] * c[2], s[0] * c[1], 0).Store4(res + 4);
+    SseLanes::Set(c[2] * casb + s[2] * s[0], s[2] * casb - s[0] * c[2], c[1] * c[0], 0).Store4(res + 8);
+    SseLanes::Set(0, 0, 0, 1).Store4(res + 12);
+}
+
+}  // namespace
+
+namespace avx2 {
+
+void FullProduct(float* res, const float* a, const float* b);
+void AffineProduct(float* res, const float* a, const float* b);
+void AffineInverse(float* res, const float* m);
+void FromEulerAngles(float* res, float eax, float eay, float eaz);
+
+}  // namespace avx2
+}  // namespace zm
