@@ -65,7 +65,7 @@ inline void AffineInverse(float* res, const float* m)
                                  minus = first * (DoubleLanes(zxy1) * DoubleLanes(yzx2));
     const float det = float((plus - minus).Sum());
     const double magnitude = (plus.Abs() + minus.Abs()).Sum();
-    if (det == 0 || (det < 0 ? -double(det) : double(det)) < 1e-15 * magnitude) {
+    if (det == 0 || __builtin_fabs(double(det)) < 1e-15 * magnitude) {
         return;
     }
 

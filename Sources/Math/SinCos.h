@@ -17,7 +17,7 @@ __attribute__((cold, noinline)) double LibraryCosine(double x)
     return ::cos(x);
 }
 
-/// Sines and cosines of the angles in some lanes of double: within 2^-36 of the true values for
+/// Sines and cosines of the angles in some lanes of double: within 2^-34 of the true values for
 /// arguments up to 10^5, so that rounding them to float gives the nearest float but for rare near-ties.
 /// Made of + - * only, so results are the same bits on every platform; beyond 10^5 the C library
 /// answers.
