@@ -1,6 +1,8 @@
 #include "Math/PolarDecomposition.h"
 
 #include <math.h>
+#include <stdint.h>
+#include <string.h>
 
 namespace zm {
 namespace {
@@ -10,6 +12,7 @@ const int kMaxSteps = 30;
 const int kMaxSweeps = 12;
 
 const double kDiagonal = 1e-10;        // errors of the stretches are the square of what is left beside the diagonal
+const double kSmallTurn = 1e-3;        // below, series end before double can tell
 const double kNoRotation = 1e-16;      // turns by less than double can tell
 const double kNearlyOrthogonal = 0.2;  // from here on scaling gains nothing
 
@@ -110,10 +113,30 @@ Matrix3 RotationOfRankOne(const Matrix3& m)
     return r;
 }
 
+int64_t Bits(double x)
+{
+    int64_t bits;
+    memcpy(&bits, &x, sizeof bits);
+    return bits;
+}
+
+/// The fourth root of cofactorNorm / (norm * det^2), to 6 percent: the factor that brings a matrix and the
+/// transpose of its inverse to the same norm. Newton's iteration ends at the same matrix whichever positive
+/// factor it is given, so two square roots and a division are saved: the bits of a double are its binary
+/// logarithm, roughly.
+double ScaleFactor(double cofactorNorm, double norm, double det)
+{
+    const int64_t one = Bits(1);
+    const int64_t bits = (Bits(cofactorNorm) >> 2) - (Bits(norm) >> 2) - (Bits(fabs(det)) >> 1) + one + (one >> 1);
+    double factor;
+    memcpy(&factor, &bits, sizeof factor);
+    return factor;
+}
+
 /// The orthogonal factor of a matrix that is not singular.
 ///
 /// After a step no singular value is below 1, so the square norm tells by how much the largest exceeds it
-/// and with that how near the end is. Scaling is for the way there: it asks for two square roots.
+/// and with that how near the end is.
 Matrix3 NewtonPolar(Matrix3 x, double norm)
 {
     if (!(norm > 1e-40 && norm < 1e40)) {
@@ -124,10 +147,7 @@ Matrix3 NewtonPolar(Matrix3 x, double norm)
     for (int step = 0; step < kMaxSteps; ++step) {
         const Matrix3 c = Cofactors(x);
         const double det = Dot(x.m[0], c.m[0]);
-        double gamma = 1;
-        if (!(fabs(norm - 3) < kNearlyOrthogonal)) {
-            gamma = sqrt(sqrt(SquareNorm(c) / (norm * (det * det))));
-        }
+        const double gamma = fabs(norm - 3) < kNearlyOrthogonal ? 1 : ScaleFactor(SquareNorm(c), norm, det);
         x = WeightedSum(0.5 * gamma, x, 0.5 / (gamma * det), c);
         norm = SquareNorm(x);
         if (!(norm - 3 > kConverged)) {
@@ -144,6 +164,14 @@ struct JacobiAngle {
     /// `half` is half the difference of the diagonal elements, `off` the one beside them, not 0.
     JacobiAngle(double half, double off)
     {
+        if (fabs(off) < kSmallTurn * fabs(half)) {
+            const double y = off / half, y2 = y * y;
+            tangent = y * (0.5 - y2 * 0.125);
+            const double t2 = tangent * tangent;
+            cosine = 1 - t2 * (0.5 - t2 * 0.375);
+            sine = tangent * cosine;
+            return;
+        }
         const double h = fabs(half) + sqrt(half * half + off * off), signedOff = half < 0 ? -off : off;
         tangent = signedOff / h;
         const double f = 1 / sqrt(h * h + off * off);
