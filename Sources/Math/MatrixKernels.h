@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Math/Lanes.h"
+#include "Math/DoubleLanes.h"
 #include "Math/SinCos.h"
 
 // Whole matrices, over lanes that hold one row or two. Matrices are sixteen floats, row by row. All of

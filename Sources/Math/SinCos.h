@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Math/Lanes.h"
+#include "Math/DoubleLanes.h"
 
 #include <math.h>
 

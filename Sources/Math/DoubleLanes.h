@@ -1,0 +1,156 @@
+#pragma once
+
+#include "Math/Lanes.h"
+
+// Doubles side by side, for what single precision would lose. The rules of Lanes.h hold here too.
+
+namespace zm {
+namespace {
+
+/// One double.
+struct SingleDouble {
+    __m128d v;
+
+    SingleDouble() = default;
+    SingleDouble(__m128d r) : v(r) {}
+    static SingleDouble Splat(double s) { return _mm_set_sd(s); }
+    double First() const { return _mm_cvtsd_f64(v); }
+
+    SingleDouble operator+(SingleDouble o) const { return _mm_add_sd(v, o.v); }
+    SingleDouble operator-(SingleDouble o) const { return _mm_sub_sd(v, o.v); }
+    SingleDouble operator*(SingleDouble o) const { return _mm_mul_sd(v, o.v); }
+    SingleDouble operator^(SingleDouble o) const { return _mm_xor_pd(v, o.v); }
+    SingleDouble operator&(SingleDouble o) const { return _mm_and_pd(v, o.v); }
+    /// Whether all magnitudes are below a limit.
+    bool AllBelow(double limit) const { return First() < limit && First() > -limit; }
+    SingleDouble Map(double (*f)(double)) const { return Splat(f(First())); }
+
+    // --- The lanes' bits as whole numbers ---
+
+    SingleDouble PlusOneBit() const { return Bits(_mm_add_epi64(_mm_castpd_si128(v), _mm_set_epi32(0, 0, 0, 1))); }
+    /// All ones where bit 0 is set.
+    SingleDouble MaskOfBit0() const
+    {
+        const __m128i bit = _mm_and_si128(_mm_castpd_si128(v), _mm_set_epi32(0, 0, 0, 1));
+        return Bits(_mm_sub_epi64(_mm_setzero_si128(), bit));
+    }
+    /// A sign where bit 1 is set.
+    SingleDouble SignOfBit1() const { return Bits(_mm_slli_epi64(_mm_castpd_si128(v), 62)) & Splat(-0.0); }
+
+private:
+    static SingleDouble Bits(__m128i r) { return _mm_castsi128_pd(r); }
+};
+
+/// Two doubles.
+struct DoublePair {
+    __m128d v;
+
+    DoublePair() = default;
+    DoublePair(__m128d r) : v(r) {}
+    static DoublePair Splat(double s) { return _mm_set1_pd(s); }
+    double First() const { return _mm_cvtsd_f64(v); }
+    double Second() const { return _mm_cvtsd_f64(_mm_unpackhi_pd(v, v)); }
+
+    DoublePair operator+(DoublePair o) const { return _mm_add_pd(v, o.v); }
+    DoublePair operator-(DoublePair o) const { return _mm_sub_pd(v, o.v); }
+    DoublePair operator*(DoublePair o) const { return _mm_mul_pd(v, o.v); }
+    DoublePair operator^(DoublePair o) const { return _mm_xor_pd(v, o.v); }
+    DoublePair operator&(DoublePair o) const { return _mm_and_pd(v, o.v); }
+    DoublePair Abs() const { return _mm_andnot_pd(_mm_set1_pd(-0.0), v); }
+    bool AllBelow(double limit) const { return _mm_movemask_pd(_mm_cmplt_pd(Abs().v, _mm_set1_pd(limit))) == 3; }
+    DoublePair Map(double (*f)(double)) const { return _mm_setr_pd(f(First()), f(Second())); }
+
+    DoublePair PlusOneBit() const { return Bits(_mm_add_epi64(_mm_castpd_si128(v), _mm_set_epi32(0, 1, 0, 1))); }
+    DoublePair MaskOfBit0() const
+    {
+        const __m128i bit = _mm_and_si128(_mm_castpd_si128(v), _mm_set_epi32(0, 1, 0, 1));
+        return Bits(_mm_sub_epi64(_mm_setzero_si128(), bit));
+    }
+    DoublePair SignOfBit1() const { return Bits(_mm_slli_epi64(_mm_castpd_si128(v), 62)) & Splat(-0.0); }
+
+private:
+    static DoublePair Bits(__m128i r) { return _mm_castsi128_pd(r); }
+};
+
+#ifdef __AVX2__
+
+/// Four doubles.
+struct DoubleLanes {
+    __m256d v;
+
+    DoubleLanes() = default;
+    DoubleLanes(__m256d r) : v(r) {}
+    explicit DoubleLanes(SseLanes r) : v(_mm256_cvtps_pd(r.v)) {}
+    static DoubleLanes Splat(double s) { return _mm256_set1_pd(s); }
+
+    DoubleLanes operator+(DoubleLanes o) const { return _mm256_add_pd(v, o.v); }
+    DoubleLanes operator-(DoubleLanes o) const { return _mm256_sub_pd(v, o.v); }
+    DoubleLanes operator*(DoubleLanes o) const { return _mm256_mul_pd(v, o.v); }
+    DoubleLanes operator^(DoubleLanes o) const { return _mm256_xor_pd(v, o.v); }
+    DoubleLanes operator&(DoubleLanes o) const { return _mm256_and_pd(v, o.v); }
+    DoubleLanes Abs() const { return _mm256_andnot_pd(_mm256_set1_pd(-0.0), v); }
+    bool AllBelow(double limit) const
+    {
+        return _mm256_movemask_pd(_mm256_cmp_pd(Abs().v, _mm256_set1_pd(limit), _CMP_LT_OQ)) == 15;
+    }
+    DoubleLanes Map(double (*f)(double)) const
+    {
+        double lanes[4];
+        _mm256_storeu_pd(lanes, v);
+        return _mm256_setr_pd(f(lanes[0]), f(lanes[1]), f(lanes[2]), f(lanes[3]));
+    }
+    SseLanes ToFloats() const { return {_mm256_cvtpd_ps(v)}; }
+    /// Lanes 0 and 2 plus lanes 1 and 3.
+    double Sum() const
+    {
+        const __m128d halves = _mm_add_pd(_mm256_castpd256_pd128(v), _mm256_extractf128_pd(v, 1));
+        return _mm_cvtsd_f64(_mm_add_sd(halves, _mm_unpackhi_pd(halves, halves)));
+    }
+
+    DoubleLanes PlusOneBit() const { return Bits(_mm256_add_epi64(_mm256_castpd_si256(v), _mm256_set1_epi64x(1))); }
+    DoubleLanes MaskOfBit0() const
+    {
+        const __m256i bit = _mm256_and_si256(_mm256_castpd_si256(v), _mm256_set1_epi64x(1));
+        return Bits(_mm256_sub_epi64(_mm256_setzero_si256(), bit));
+    }
+    DoubleLanes SignOfBit1() const { return Bits(_mm256_slli_epi64(_mm256_castpd_si256(v), 62)) & Splat(-0.0); }
+
+private:
+    static DoubleLanes Bits(__m256i r) { return _mm256_castsi256_pd(r); }
+};
+
+#else
+
+/// Four doubles.
+struct DoubleLanes {
+    DoublePair low, high;
+
+    DoubleLanes() = default;
+    DoubleLanes(DoublePair l, DoublePair h) : low(l), high(h) {}
+    explicit DoubleLanes(SseLanes r) : low(_mm_cvtps_pd(r.v)), high(_mm_cvtps_pd(_mm_movehl_ps(r.v, r.v))) {}
+    static DoubleLanes Splat(double s) { return {DoublePair::Splat(s), DoublePair::Splat(s)}; }
+
+    DoubleLanes operator+(DoubleLanes o) const { return {low + o.low, high + o.high}; }
+    DoubleLanes operator-(DoubleLanes o) const { return {low - o.low, high - o.high}; }
+    DoubleLanes operator*(DoubleLanes o) const { return {low * o.low, high * o.high}; }
+    DoubleLanes operator^(DoubleLanes o) const { return {low ^ o.low, high ^ o.high}; }
+    DoubleLanes operator&(DoubleLanes o) const { return {low & o.low, high & o.high}; }
+    DoubleLanes Abs() const { return {low.Abs(), high.Abs()}; }
+    bool AllBelow(double limit) const { return low.AllBelow(limit) && high.AllBelow(limit); }
+    DoubleLanes Map(double (*f)(double)) const { return {low.Map(f), high.Map(f)}; }
+    SseLanes ToFloats() const { return {_mm_movelh_ps(_mm_cvtpd_ps(low.v), _mm_cvtpd_ps(high.v))}; }
+    double Sum() const
+    {
+        const DoublePair halves = low + high;
+        return halves.First() + halves.Second();
+    }
+
+    DoubleLanes PlusOneBit() const { return {low.PlusOneBit(), high.PlusOneBit()}; }
+    DoubleLanes MaskOfBit0() const { return {low.MaskOfBit0(), high.MaskOfBit0()}; }
+    DoubleLanes SignOfBit1() const { return {low.SignOfBit1(), high.SignOfBit1()}; }
+};
+
+#endif
+
+}  // namespace
+}  // namespace zm
