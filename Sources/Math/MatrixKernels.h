@@ -58,7 +58,8 @@ inline SseLanes Zxy(SseLanes r)
 /// with the magnitude of its terms: when nothing is left of it against them, nothing is written.
 inline void AffineInverse(float* res, const float* m)
 {
-    const SseLanes r0 = SseLanes::Load4(m).ClearW(), r1 = SseLanes::Load4(m + 4), r2 = SseLanes::Load4(m + 8);
+    const SseLanes r0 = SseLanes::Load4(m).ClearW(), r1 = SseLanes::Load4(m + 4).ClearW(),
+                   r2 = SseLanes::Load4(m + 8).ClearW();
     const SseLanes yzx0 = Yzx(r0), yzx1 = Yzx(r1), yzx2 = Yzx(r2), zxy0 = Zxy(r0), zxy1 = Zxy(r1), zxy2 = Zxy(r2);
 
     const DoubleLanes first(r0), plus = first * (DoubleLanes(yzx1) * DoubleLanes(zxy2)),

@@ -13,7 +13,7 @@ const int kMaxSweeps = 12;
 
 const double kDiagonal = 1e-10;        // errors of the stretches are the square of what is left beside the diagonal
 const double kSmallTurn = 1e-3;        // below, series end before double can tell
-const double kNoRotation = 1e-16;      // turns by less than double can tell
+const double kNoise = 1e-17;           // of the whole, what stands beside the diagonal by rounding alone
 const double kNearlyOrthogonal = 0.2;  // from here on scaling gains nothing
 
 // The square norm exceeds 3 by at most six times the error that is left. A float resolves 6e-8.
@@ -180,13 +180,15 @@ struct JacobiAngle {
     }
 };
 
-/// One Jacobi rotation in the plane of axes p and q, which clears s[p][q]; r is the third axis.
+/// One Jacobi rotation in the plane of axes p and q, which clears s[p][q]; r is the third axis. Returns false
+/// when there was nothing to clear: judged by the two stretches concerned, since a large third one says
+/// nothing about small ones, and by `noise`, the rounding errors of the whole.
 template <int p, int q, int r>
-inline void Rotate(Matrix3& s, Matrix3& axes)
+inline bool Rotate(Matrix3& s, Matrix3& axes, double noise)
 {
     const double off = s.m[p][q];
-    if (fabs(off) <= kNoRotation * (fabs(s.m[p][p]) + fabs(s.m[q][q]))) {
-        return;
+    if (!(off * off > kDiagonal * kDiagonal * fabs(s.m[p][p] * s.m[q][q]) && fabs(off) > noise)) {
+        return false;
     }
     const JacobiAngle a(0.5 * (s.m[q][q] - s.m[p][p]), off);
     s.m[p][p] -= a.tangent * off;
@@ -200,6 +202,7 @@ inline void Rotate(Matrix3& s, Matrix3& axes)
         row[p] = a.cosine * ap - a.sine * aq;
         row[q] = a.sine * ap + a.cosine * aq;
     }
+    return true;
 }
 
 }  // namespace
@@ -240,14 +243,14 @@ SpectralFactors DecomposeSymmetric(const Matrix3& symmetric)
 {
     Matrix3 s = symmetric;
     SpectralFactors factors = {kUnit, {}};
+    const double noise = kNoise * (fabs(s.m[0][0]) + fabs(s.m[1][1]) + fabs(s.m[2][2]));
     for (int sweep = 0; sweep < kMaxSweeps; ++sweep) {
-        const double off = fabs(s.m[0][1]) + fabs(s.m[0][2]) + fabs(s.m[1][2]);
-        if (!(off > kDiagonal * (fabs(s.m[0][0]) + fabs(s.m[1][1]) + fabs(s.m[2][2])))) {
+        const bool xy = Rotate<0, 1, 2>(s, factors.axes, noise);
+        const bool xz = Rotate<0, 2, 1>(s, factors.axes, noise);
+        const bool yz = Rotate<1, 2, 0>(s, factors.axes, noise);
+        if (!xy && !xz && !yz) {
             break;
         }
-        Rotate<0, 1, 2>(s, factors.axes);
-        Rotate<0, 2, 1>(s, factors.axes);
-        Rotate<1, 2, 0>(s, factors.axes);
     }
     for (int i = 0; i < 3; ++i) {
         factors.values[i] = s.m[i][i];

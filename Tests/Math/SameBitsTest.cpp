@@ -127,7 +127,8 @@ void Quaternions(Random& random, Checksum& sum)
         b.ToMatrix(m);
         sum.Add(m);
         for (const ZmQuaternion& q : {turn, scaled, Zm3DQuaternionFromMatrix(m), Zm3DQuaternionMultiply(a, b),
-                                      Zm3DQuaternionDivide(a, b), Exp(a), Slerp(0.3f, a, a)}) {
+                                      Zm3DQuaternionDivide(a, b), Exp(a), Slerp(0.3f, a, a), Slerp(0.3f, a, b),
+                                      Squad(0.6f, a, turn, turn, b)}) {
             sum.Add(q);
         }
     }
@@ -177,9 +178,13 @@ void NormalizedAxes(Random& random, Checksum& sum)
         ZmQuaternion quat;
         ZmVector pos, scale;
         Zm3DDecomposeMatrix(m, quat, pos, scale);
-        m.RecomposeMatrix(&pos, &scale, &quat);
+        unit = random.UnitVector();
+        ZmMatrix other, between;
+        other.RecomposeMatrix(&unit, &scale, &quat);
+        Zm3DInterpolateMatrix(0.4f, between, m, other);
         sum.Add(quat);
-        sum.Add(m);
+        sum.Add(other);
+        sum.Add(between);
     }
 }
 

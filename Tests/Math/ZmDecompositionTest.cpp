@@ -92,7 +92,7 @@ double LargestOf(const ZmMatrix& m)
     return largest;
 }
 
-const double kFactorRounding = 40 * kRounding;  // two quaternions of floats, through whose squares the block comes back
+const double kFactorRounding = 16 * kRounding;  // two quaternions of floats, through whose squares the block comes back
 
 /// That the parts are a rotation, a stretch without negative factors, and together m, or its block negated.
 void ExpectPolarParts(const ZmMatrix& m, const Parts& parts)
@@ -200,6 +200,24 @@ TEST(DecompositionTest, BadlyScaledRotationsKeepTheirFactors)
     }
 }
 
+TEST(DecompositionTest, ALargeAxisDoesNotHideWhatTheSmallOnesDo)
+{
+    for (const float large : {1.0f, 1e3f, 1e6f}) {
+        SCOPED_TRACE(large);
+        // Stretches of 2e-6 and 4e-6 along the diagonals of the plane of Y and Z.
+        const ZmMatrix m = Block3(large, 0, 0, 0, 3e-6f, 1e-6f, 0, 1e-6f, 3e-6f);
+        const Parts parts(m);
+        float found[3] = {parts.scale.x, parts.scale.y, parts.scale.z};
+        std::sort(found, found + 3);
+        EXPECT_NEAR(found[0], 2e-6, 2e-6 * kFactorRounding);
+        EXPECT_NEAR(found[1], 4e-6, 4e-6 * kFactorRounding);
+        EXPECT_NEAR(found[2], large, large * kFactorRounding);
+        ZmMatrix again;
+        again.RecomposeMatrixEx(&parts.pos, &parts.scale, &parts.quat, &parts.uRot, parts.sign);
+        EXPECT_NEAR(again[1][2], 1e-6, 1e-6 * kFactorRounding);
+    }
+}
+
 TEST(DecompositionTest, MixedMagnitudesComeBack)
 {
     Random random(6);
@@ -234,7 +252,7 @@ double MagnitudeOfW(const ZmQuaternion& a, const ZmQuaternion& b)
 double BestWOverTheCube(const ZmQuaternion& q)
 {
     double best = 0;
-    for (int code = 1; code < 81; ++code) {  // all components of -1, 0 and 1; those with three zeroless ones are none
+    for (int code = 0; code < 81; ++code) {  // components of -1, 0 and 1: one, two or four of them stand for a rotation of the cube
         ZmQuaternion p(float(code % 3 - 1), float(code / 3 % 3 - 1), float(code / 9 % 3 - 1), float(code / 27 - 1));
         const float components = p.x * p.x + p.y * p.y + p.z * p.z + p.w * p.w;
         p.Normalize();

@@ -194,6 +194,23 @@ TEST(TransformTest, ArraysEqualTheSingleFormsAndKeepEveryOtherByte)
     });
 }
 
+TEST(TransformTest, TightArraysMayStartAtAnyAddress)
+{
+    OnEachPath([] {
+        Random random(11);
+        const ZmMatrix m = random.Matrix();
+        for (const Form& form : kForms) {
+            SCOPED_TRACE(form.name);
+            for (size_t offset = 0; offset < 32; ++offset) {
+                const Shape shape = {"tight", unsigned(form.resBytes), 12, offset, offset / 2};
+                for (const int count : {8, 17, 37, 64}) {
+                    ExpectSinglesOfTheArray(random, form, shape, m, count);
+                }
+            }
+        }
+    });
+}
+
 TEST(TransformTest, ArraysMayBeTransformedInPlace)
 {
     OnEachPath([] {

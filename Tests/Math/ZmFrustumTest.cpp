@@ -1,0 +1,114 @@
+#include "Support/Paths.h"
+#include "Support/Random.h"
+#include "Support/Reference.h"
+
+namespace {
+
+TEST(FrustumTest, TheDefaultLooksAlongZ)
+{
+    const ZmFrustum f;
+    EXPECT_EQ(f.Origin, ZmVector(0, 0, 0));
+    EXPECT_EQ(f.Right, ZmVector(1, 0, 0));
+    EXPECT_EQ(f.Up, ZmVector(0, 1, 0));
+    EXPECT_EQ(f.Direction, ZmVector(0, 0, 1));
+    EXPECT_TRUE(f.HalfWidth == 1 && f.HalfHeight == 1 && f.NearDistance == 1 && f.FarDistance == 2);
+    EXPECT_TRUE(f.FarNearRatio == 2 && f.WidthFactor == -4 && f.HeightFactor == -4);
+    EXPECT_TRUE(f.Planes[4].Normal == ZmVector(0, 0, -1) && f.Planes[4].D == 1);
+    EXPECT_TRUE(f.Planes[5].Normal == ZmVector(0, 0, 1) && f.Planes[5].D == -2);
+}
+
+TEST(FrustumTest, TheAngleIsTheWholeHorizontalOne)
+{
+    const ZmFrustum f({1, 2, 3}, {0, 1, 0}, {0, 0, 1}, {1, 0, 0}, 0.5f, 10, 1.2f, 0.75f);
+    EXPECT_NEAR(f.HalfWidth, sin(0.6) / cos(0.6) * 0.5, 2 * kRounding);
+    EXPECT_NEAR(f.HalfHeight, 0.75 * f.HalfWidth, kRounding);
+    EXPECT_EQ(f.FarNearRatio, 20);
+    EXPECT_NEAR(f.WidthFactor, -20.0 * f.HalfWidth, 16 * kRounding);
+    EXPECT_NEAR(f.HeightFactor, -20.0 * f.HalfHeight, 16 * kRounding);
+}
+
+/// Looking anywhere; `handedness` -1 mirrors the right axis.
+ZmFrustum RandomFrustum(Random& random, float handedness)
+{
+    ZmMatrix axes;
+    random.Rotation().ToMatrix(axes);
+    const ZmVector origin = random.Vector();
+    const float near = random.Float(0.5f, 2), fov = random.Float(0.5f, 2), aspect = random.Float(0.5f, 1.5f);
+    return {origin, Row(axes, 0) * handedness, Row(axes, 1), Row(axes, 2), near, near * 5, fov, aspect};
+}
+
+TEST(FrustumTest, CornersGoRoundTheNearRectangleAndThenTheFarOne)
+{
+    Random random(1);
+    for (int round = 0; round < 20; ++round) {
+        const ZmFrustum f = RandomFrustum(random, 1);
+        const float x[] = {-1, 1, 1, -1}, y[] = {-1, -1, 1, 1};
+        ZmVector corners[8];
+        f.ComputeVertices(corners);
+        for (int i = 0; i < 8; ++i) {
+            const float ratio = i < 4 ? 1 : 5;
+            const ZmVector fromEye = corners[i] - f.Origin;
+            EXPECT_NEAR(Dot(fromEye, f.Direction), f.NearDistance * ratio, 1e-4);
+            EXPECT_NEAR(Dot(fromEye, f.Right), x[i % 4] * f.HalfWidth * ratio, 1e-4);
+            EXPECT_NEAR(Dot(fromEye, f.Up), y[i % 4] * f.HalfHeight * ratio, 1e-4);
+        }
+    }
+}
+
+TEST(FrustumTest, PlanesHoldTheirCornersAndPointOutwardsInEitherHandedness)
+{
+    // The corners on the left, right, top, bottom, near and far plane, a bit each.
+    const unsigned onPlane[6] = {0x99, 0x66, 0xCC, 0x33, 0x0F, 0xF0};
+    Random random(2);
+    for (int round = 0; round < 40; ++round) {
+        const ZmFrustum f = RandomFrustum(random, round % 2 ? 1.0f : -1.0f);
+        ZmVector corners[8];
+        f.ComputeVertices(corners);
+        for (int p = 0; p < 6; ++p) {
+            EXPECT_NEAR(Length(f.Planes[p].Normal), 1, 4 * kRounding);
+            for (int i = 0; i < 8; ++i) {
+                const float distance = Dot(f.Planes[p].Normal, corners[i]) + f.Planes[p].D;
+                if (onPlane[p] >> i & 1) {
+                    EXPECT_NEAR(distance, 0, 2e-5) << "plane " << p << " corner " << i;
+                } else {
+                    EXPECT_LT(distance, -0.1f) << "plane " << p << " corner " << i;
+                }
+            }
+        }
+    }
+}
+
+/// That transforming the frustum moves its corners as m does.
+void ExpectTransformedCorners(ZmFrustum f, const ZmMatrix& m)
+{
+    ZmVector before[8], after[8];
+    f.ComputeVertices(before);
+    f.Transform(m);
+    f.ComputeVertices(after);
+    for (int i = 0; i < 8; ++i) {
+        ExpectNear(after[i], Vector4d(before[i], 1) * Matrix44d(m), 2e-4);
+    }
+    for (const ZmVector& axis : {f.Right, f.Up, f.Direction}) {
+        EXPECT_NEAR(Length(axis), 1, 4 * kRounding);
+    }
+    EXPECT_NEAR(f.FarNearRatio, f.FarDistance / f.NearDistance, 1e-5);
+    EXPECT_NEAR(Dot(f.Planes[5].Normal, after[6]) + f.Planes[5].D, 0, 1e-3);
+}
+
+TEST(FrustumTest, TransformMovesTurnsAndScalesTheCorners)
+{
+    OnEachPath([] {
+        Random random(3);
+        for (const float scale : {1.0f, 0.25f, 3.0f, -2.0f}) {
+            const ZmFrustum f = RandomFrustum(random, 1);
+            const ZmVector pos = random.Vector(), uniform(scale, scale, scale);
+            const ZmQuaternion turn = random.Rotation();
+            ZmMatrix m;
+            m.RecomposeMatrix(&pos, &uniform, &turn);
+            ExpectTransformedCorners(f, m);
+        }
+        ExpectTransformedCorners(ZmFrustum(), ZmMatrix({2, 0, 0}, {0, 0.5f, 0}, {0, 0, 3}, {1, 2, 3}));
+    });
+}
+
+}  // namespace

@@ -1,0 +1,45 @@
+#include "Support/Random.h"
+#include "Support/Reference.h"
+
+namespace {
+
+TEST(PlaneTest, ANormalIsTakenAsItIs)
+{
+    ZmPlane plane;
+    plane.Create({0, 3, 4}, {1, 2, -5});
+    EXPECT_EQ(plane.Normal, ZmVector(0, 3, 4));
+    EXPECT_EQ(plane.D, 14);
+}
+
+TEST(PlaneTest, TheOrderOfThreePointsChoosesTheSide)
+{
+    ZmPlane plane;
+    plane.Create({0, 0, 0}, {1, 0, 0}, {0, 1, 0});
+    EXPECT_EQ(plane.Normal, ZmVector(0, 0, 1));
+    EXPECT_EQ(plane.D, 0);
+    plane.Create({0, 0, 0}, {0, 1, 0}, {1, 0, 0});
+    EXPECT_EQ(plane.Normal, ZmVector(0, 0, -1));
+}
+
+TEST(PlaneTest, ThreePointsLieOnTheirUnitPlane)
+{
+    Random random(1);
+    for (int round = 0; round < 100; ++round) {
+        const ZmVector a = random.Vector(), b = random.Vector(), c = random.Vector();
+        ZmPlane plane;
+        plane.Create(a, b, c);
+        EXPECT_NEAR(Length(plane.Normal), 1, 4 * kRounding);
+        for (const ZmVector& p : {a, b, c}) {
+            EXPECT_NEAR(Dot(plane.Normal, p) + plane.D, 0, 1e-4);
+        }
+    }
+}
+
+TEST(PlaneTest, PointsOnOneLineGiveNonNumbers)
+{
+    ZmPlane plane;
+    plane.Create({0, 0, 0}, {1, 1, 1}, {2, 2, 2});
+    EXPECT_TRUE(isnan(plane.Normal.x) && isnan(plane.D));
+}
+
+}  // namespace

@@ -1,0 +1,12 @@
+#include "ZmFPU.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+TEST(FPUTest, LoadingTheLibrarySetsTheBaseMode)
+{
+    EXPECT_EQ(ZmGetFPUControlWord() & 0x0F3F, 0x003F);
+}
+
+}  // namespace
