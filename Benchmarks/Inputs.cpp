@@ -53,10 +53,7 @@ struct Block {
 
 class Generator {
 public:
-    double Uniform(double low, double high)
-    {
-        return std::uniform_real_distribution<double>(low, high)(m_Engine);
-    }
+    double Uniform(double low, double high) { return std::uniform_real_distribution<double>(low, high)(m_Engine); }
 
     Rotation UnitQuaternion()
     {

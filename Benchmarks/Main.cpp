@@ -37,8 +37,8 @@ void Register()
 /// Our defaults first, so that the user's options override them; plain words become the filter.
 std::vector<std::string> Options(int argc, char** argv, bool& allPeers)
 {
-    std::vector<std::string> res = {argv[0], "--benchmark_enable_random_interleaving=true",
-                                    "--benchmark_repetitions=9", "--benchmark_min_time=0.02"};
+    std::vector<std::string> res = {argv[0], "--benchmark_enable_random_interleaving=true", "--benchmark_repetitions=9",
+                                    "--benchmark_min_time=0.02"};
     std::string filter;
     for (int i = 1; i < argc; ++i) {
         if (std::strcmp(argv[i], "--peers") == 0) {

@@ -55,11 +55,9 @@ void CheckEntries()
     for (const Contender* contender : kContenders) {
         for (const Entry& entry : *contender) {
             const auto named = [&](const Task& task) { return std::strcmp(entry.task, task.name) == 0; };
-            if (std::none_of(std::begin(kTasks), std::end(kTasks), [&](const Tasks* tasks) {
-                    return std::any_of(tasks->begin(), tasks->end(), named);
-                })) {
-                std::fprintf(stderr, "%s has an entry for %s, which is no task\n", contender->name,
-                             entry.task);
+            if (std::none_of(std::begin(kTasks), std::end(kTasks),
+                             [&](const Tasks* tasks) { return std::any_of(tasks->begin(), tasks->end(), named); })) {
+                std::fprintf(stderr, "%s has an entry for %s, which is no task\n", contender->name, entry.task);
                 std::exit(1);
             }
         }

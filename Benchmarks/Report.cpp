@@ -20,16 +20,15 @@ void Report::ReportRuns(const std::vector<Run>& runs)
     for (const Run& run : runs) {
         if (run.run_type == Run::RT_Iteration && !run.error_occurred) {
             // Processor time: the machine may have other things to do.
-            m_Times[run.run_name.function_name].push_back(run.cpu_accumulated_time * 1e9 /
-                                                          double(run.iterations));
+            m_Times[run.run_name.function_name].push_back(run.cpu_accumulated_time * 1e9 / double(run.iterations));
         }
     }
 }
 
 void Report::Finalize()
 {
-    std::printf("\n%-26s %8s %-14s %9s  %-28s %9s %6s %5s\n", "case", "N", "", "ns", "best peer", "ns",
-                "ratio", "goal");
+    std::printf("\n%-26s %8s %-14s %9s  %-28s %9s %6s %5s\n", "case", "N", "", "ns", "best peer", "ns", "ratio",
+                "goal");
     Group group;
     for (const Measurement& m : Measurements()) {
         if (!group.empty() && (group.front()->task != m.task || group.front()->size != m.size)) {
@@ -57,8 +56,7 @@ const Measurement* Report::Best(const Group& group, Role role) const
 {
     const Measurement* best = nullptr;
     for (const Measurement* m : group) {
-        if (m->contender->role == role && !m->entry->aside && Median(*m) > 0 &&
-            (!best || Median(*m) < Median(*best))) {
+        if (m->contender->role == role && !m->entry->aside && Median(*m) > 0 && (!best || Median(*m) < Median(*best))) {
             best = m;
         }
     }

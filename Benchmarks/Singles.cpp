@@ -22,8 +22,7 @@ void Prepare(Work& w)
 /// q and -q are the same rotation: the one with its largest component positive.
 void OneSign(float* q)
 {
-    const float* largest =
-        std::max_element(q, q + 4, [](float l, float r) { return std::fabs(l) < std::fabs(r); });
+    const float* largest = std::max_element(q, q + 4, [](float l, float r) { return std::fabs(l) < std::fabs(r); });
     if (*largest < 0) {
         std::transform(q, q + 4, q, [](float f) { return -f; });
     }
@@ -98,27 +97,23 @@ void Product(const Work& w)
 
 void AffineProduct(const Work& w)
 {
-    Each<ZmMatrix>(w, [](ZmMatrix& res, const Operands& in, int i) {
-        Zm3DMultiplyMatrix(res, Matrix(in.a, i), Matrix(in.b, i));
-    });
+    Each<ZmMatrix>(
+        w, [](ZmMatrix& res, const Operands& in, int i) { Zm3DMultiplyMatrix(res, Matrix(in.a, i), Matrix(in.b, i)); });
 }
 
 void AffineInverse(const Work& w)
 {
-    Each<ZmMatrix>(w,
-                   [](ZmMatrix& res, const Operands& in, int i) { Zm3DInverseMatrix(res, Matrix(in.a, i)); });
+    Each<ZmMatrix>(w, [](ZmMatrix& res, const Operands& in, int i) { Zm3DInverseMatrix(res, Matrix(in.a, i)); });
 }
 
 void Determinant(const Work& w)
 {
-    Each<float>(w,
-                [](float& res, const Operands& in, int i) { res = Zm3DMatrixDeterminant(Matrix(in.a, i)); });
+    Each<float>(w, [](float& res, const Operands& in, int i) { res = Zm3DMatrixDeterminant(Matrix(in.a, i)); });
 }
 
 void Transpose(const Work& w)
 {
-    Each<ZmMatrix>(
-        w, [](ZmMatrix& res, const Operands& in, int i) { Zm3DTransposeMatrix(res, Matrix(in.a, i)); });
+    Each<ZmMatrix>(w, [](ZmMatrix& res, const Operands& in, int i) { Zm3DTransposeMatrix(res, Matrix(in.a, i)); });
 }
 
 void FromEuler(const Work& w)

@@ -54,8 +54,7 @@ void Verify(const Measurement& m, const std::vector<float>& ours)
         if (!Agree(&ours[at], &theirs[at], floats, m.task->tolerance)) {
             std::fprintf(stderr, "%s: element %d differs from ZmMath's\n", m.Name().c_str(), element);
             for (int i = 0; i < floats; ++i) {
-                std::fprintf(stderr, "%12g %12g\n", double(ours[at + size_t(i)]),
-                             double(theirs[at + size_t(i)]));
+                std::fprintf(stderr, "%12g %12g\n", double(ours[at + size_t(i)]), double(theirs[at + size_t(i)]));
             }
             std::exit(1);
         }

@@ -37,8 +37,7 @@ template <int Bytes>
 void Points(const Work& w)
 {
     const btTransform m = TransformOf(w);
-    Transform<Vertex<Bytes>, Vertex<Bytes>>(
-        w, [=](const Packed& v) { return Pack(m * btVector3(v.x, v.y, v.z)); });
+    Transform<Vertex<Bytes>, Vertex<Bytes>>(w, [=](const Packed& v) { return Pack(m * btVector3(v.x, v.y, v.z)); });
 }
 
 void PointsInPlace(const Work& w)
@@ -51,8 +50,7 @@ template <int Bytes>
 void Rotates(const Work& w)
 {
     const btMatrix3x3 m = TransformOf(w).getBasis();
-    Transform<Vertex<Bytes>, Vertex<Bytes>>(
-        w, [=](const Packed& v) { return Pack(m * btVector3(v.x, v.y, v.z)); });
+    Transform<Vertex<Bytes>, Vertex<Bytes>>(w, [=](const Packed& v) { return Pack(m * btVector3(v.x, v.y, v.z)); });
 }
 
 void RotatesInPlace(const Work& w)
@@ -79,9 +77,8 @@ void AffineInverse(const Work& w)
 
 void Determinant(const Work& w)
 {
-    Each<float>(w, [](float& res, const Operands& in, int i) {
-        res = As<btTransform>(in.a, i).getBasis().determinant();
-    });
+    Each<float>(w,
+                [](float& res, const Operands& in, int i) { res = As<btTransform>(in.a, i).getBasis().determinant(); });
 }
 
 void FromEuler(const Work& w)
@@ -181,8 +178,8 @@ void PolarBySvd(const Work& w)
     });
 }
 
-inline void StoreFull(FullParts& res, const btQuaternion& turn, const btVector3& origin,
-                      const btVector3& scale, const btQuaternion& axes)
+inline void StoreFull(FullParts& res, const btQuaternion& turn, const btVector3& origin, const btVector3& scale,
+                      const btQuaternion& axes)
 {
     CopyFloats(res.quat, turn, 4);
     CopyFloats(res.pos, origin, 3);

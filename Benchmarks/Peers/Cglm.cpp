@@ -71,8 +71,7 @@ inline void EachQuaternion(const Work& w, Op op)
 
 void Product(const Work& w)
 {
-    EachMatrix(w,
-               [](mat4& res, const Operands& in, int i) { glm_mat4_mul(Mat4(in.a, i), Mat4(in.b, i), res); });
+    EachMatrix(w, [](mat4& res, const Operands& in, int i) { glm_mat4_mul(Mat4(in.a, i), Mat4(in.b, i), res); });
 }
 
 void AffineProduct(const Work& w)
@@ -113,8 +112,7 @@ void FromAxisAngle(const Work& w)
 
 void FromMatrix(const Work& w)
 {
-    EachQuaternion(w,
-                   [](versor& res, const Operands& in, int i) { glm_mat4_quat(Mat4(in.rotation, i), res); });
+    EachQuaternion(w, [](versor& res, const Operands& in, int i) { glm_mat4_quat(Mat4(in.rotation, i), res); });
 }
 
 void ToMatrix(const Work& w)
@@ -124,9 +122,8 @@ void ToMatrix(const Work& w)
 
 void Slerp(const Work& w)
 {
-    EachQuaternion(w, [](versor& res, const Operands& in, int i) {
-        glm_quat_slerp(Quat(in.p, i), Quat(in.q, i), in.t[i], res);
-    });
+    EachQuaternion(
+        w, [](versor& res, const Operands& in, int i) { glm_quat_slerp(Quat(in.p, i), Quat(in.q, i), in.t[i], res); });
 }
 
 constexpr Entry kEntries[] = {

@@ -93,22 +93,19 @@ void Product(const Work& w)
 
 void AffineProduct(const Work& w)
 {
-    Each<Affine3f>(w, [](Affine3f& res, const Operands& in, int i) {
-        res = As<Affine3f>(in.a, i) * As<Affine3f>(in.b, i);
-    });
+    Each<Affine3f>(
+        w, [](Affine3f& res, const Operands& in, int i) { res = As<Affine3f>(in.a, i) * As<Affine3f>(in.b, i); });
 }
 
 void AffineInverse(const Work& w)
 {
-    Each<Affine3f>(w, [](Affine3f& res, const Operands& in, int i) {
-        res = As<Affine3f>(in.a, i).inverse(Eigen::Affine);
-    });
+    Each<Affine3f>(
+        w, [](Affine3f& res, const Operands& in, int i) { res = As<Affine3f>(in.a, i).inverse(Eigen::Affine); });
 }
 
 void Inverse(const Work& w)
 {
-    Each<Matrix4f>(w,
-                   [](Matrix4f& res, const Operands& in, int i) { res = As<Matrix4f>(in.a, i).inverse(); });
+    Each<Matrix4f>(w, [](Matrix4f& res, const Operands& in, int i) { res = As<Matrix4f>(in.a, i).inverse(); });
 }
 
 void Determinant(const Work& w)
@@ -120,8 +117,7 @@ void Determinant(const Work& w)
 
 void Transpose(const Work& w)
 {
-    Each<Matrix4f>(w,
-                   [](Matrix4f& res, const Operands& in, int i) { res = As<Matrix4f>(in.a, i).transpose(); });
+    Each<Matrix4f>(w, [](Matrix4f& res, const Operands& in, int i) { res = As<Matrix4f>(in.a, i).transpose(); });
 }
 
 void FromEuler(const Work& w)
@@ -142,8 +138,8 @@ void FromAxisAngle(const Work& w)
 
 void FromMatrix(const Work& w)
 {
-    Each<Quaternionf>(
-        w, [](Quaternionf& res, const Operands& in, int i) { res = As<Affine3f>(in.rotation, i).linear(); });
+    Each<Quaternionf>(w,
+                      [](Quaternionf& res, const Operands& in, int i) { res = As<Affine3f>(in.rotation, i).linear(); });
 }
 
 void ToMatrix(const Work& w)
@@ -163,8 +159,7 @@ struct TakenApart {
     Quaternionf rotation;
 
     explicit TakenApart(const Affine3f& m)
-        : scale(m.linear().colwise().norm()),
-          rotation(Matrix3f(m.linear() * scale.cwiseInverse().asDiagonal()))
+        : scale(m.linear().colwise().norm()), rotation(Matrix3f(m.linear() * scale.cwiseInverse().asDiagonal()))
     {
     }
 };

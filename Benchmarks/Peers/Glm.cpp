@@ -59,15 +59,13 @@ template <int Bytes>
 void AlignedPoints4(const Work& w)
 {
     const aligned_mat4 m = As<aligned_mat4>(w.extra, 0);
-    Transform<Slot<aligned_vec4, 16>, Vertex<Bytes>>(w,
-                                                     [=](const vec3& v) { return m * aligned_vec4(v, 1); });
+    Transform<Slot<aligned_vec4, 16>, Vertex<Bytes>>(w, [=](const vec3& v) { return m * aligned_vec4(v, 1); });
 }
 
 void FourToFour(const Work& w)
 {
     const aligned_mat4 m = As<aligned_mat4>(w.extra, 0);
-    Transform<Slot<aligned_vec4, 16>, Slot<aligned_vec4, 16>>(w,
-                                                              [=](const aligned_vec4& v) { return m * v; });
+    Transform<Slot<aligned_vec4, 16>, Slot<aligned_vec4, 16>>(w, [=](const aligned_vec4& v) { return m * v; });
 }
 
 template <int Bytes>
@@ -86,15 +84,13 @@ void RotatesInPlace(const Work& w)
 template <class Matrix>
 void Product(const Work& w)
 {
-    Each<Matrix>(
-        w, [](Matrix& res, const Operands& in, int i) { res = As<Matrix>(in.a, i) * As<Matrix>(in.b, i); });
+    Each<Matrix>(w, [](Matrix& res, const Operands& in, int i) { res = As<Matrix>(in.a, i) * As<Matrix>(in.b, i); });
 }
 
 template <class Matrix>
 void AffineInverse(const Work& w)
 {
-    Each<Matrix>(
-        w, [](Matrix& res, const Operands& in, int i) { res = glm::affineInverse(As<Matrix>(in.a, i)); });
+    Each<Matrix>(w, [](Matrix& res, const Operands& in, int i) { res = glm::affineInverse(As<Matrix>(in.a, i)); });
 }
 
 template <class Matrix>
@@ -105,15 +101,13 @@ void Inverse(const Work& w)
 
 void Determinant(const Work& w)
 {
-    Each<float>(
-        w, [](float& res, const Operands& in, int i) { res = glm::determinant(mat3(As<mat4>(in.a, i))); });
+    Each<float>(w, [](float& res, const Operands& in, int i) { res = glm::determinant(mat3(As<mat4>(in.a, i))); });
 }
 
 template <class Matrix>
 void Transpose(const Work& w)
 {
-    Each<Matrix>(w,
-                 [](Matrix& res, const Operands& in, int i) { res = glm::transpose(As<Matrix>(in.a, i)); });
+    Each<Matrix>(w, [](Matrix& res, const Operands& in, int i) { res = glm::transpose(As<Matrix>(in.a, i)); });
 }
 
 void FromEuler(const Work& w)
@@ -146,8 +140,7 @@ void AngleAxisCast(const Work& w)
 
 void FromMatrix(const Work& w)
 {
-    Each<quat>(w,
-               [](quat& res, const Operands& in, int i) { res = glm::quat_cast(As<mat4>(in.rotation, i)); });
+    Each<quat>(w, [](quat& res, const Operands& in, int i) { res = glm::quat_cast(As<mat4>(in.rotation, i)); });
 }
 
 void ToMatrix(const Work& w)

@@ -24,8 +24,7 @@ using Vertex4 = Slot<Vector4, 16>;
 
 inline Vector3 Rotated(const Matrix& a, const Vector3& v)
 {
-    return {v.x * a.m[0][0] + v.y * a.m[1][0] + v.z * a.m[2][0],
-            v.x * a.m[0][1] + v.y * a.m[1][1] + v.z * a.m[2][1],
+    return {v.x * a.m[0][0] + v.y * a.m[1][0] + v.z * a.m[2][0], v.x * a.m[0][1] + v.y * a.m[1][1] + v.z * a.m[2][1],
             v.x * a.m[0][2] + v.y * a.m[1][2] + v.z * a.m[2][2]};
 }
 

@@ -6,8 +6,7 @@
 
 TEST(ZmVersion, TextJoinsTheThreeNumbers)
 {
-    const std::string expected = std::to_string(ZMMATH_VERSION_MAJOR) + "." +
-                                 std::to_string(ZMMATH_VERSION_MINOR) + "." +
-                                 std::to_string(ZMMATH_VERSION_PATCH);
+    const std::string expected = std::to_string(ZMMATH_VERSION_MAJOR) + "." + std::to_string(ZMMATH_VERSION_MINOR) +
+                                 "." + std::to_string(ZMMATH_VERSION_PATCH);
     EXPECT_EQ(expected, ZMMATH_VERSION_STRING);
 }

@@ -9,7 +9,8 @@ namespace {
 const int kCount = 100;
 
 /// Transforms again and again; counts results that are not the expected bytes.
-void TransformUntil(const std::atomic<bool>& stop, const ZmMatrix& m, Block src, const Block& expected, int& wrong, int& done)
+void TransformUntil(const std::atomic<bool>& stop, const ZmMatrix& m, Block src, const Block& expected, int& wrong,
+                    int& done)
 {
     Block res(expected.size());
     const ZmStridedData from(src.data(), 12), to(res.data(), 12);

@@ -1,7 +1,7 @@
 #include "Math/PolarDecomposition.h"
 
-#include "Support/Reference.h"
 #include "Support/Random.h"
+#include "Support/Reference.h"
 
 #include <algorithm>
 

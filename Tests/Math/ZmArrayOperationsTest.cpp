@@ -42,27 +42,33 @@ const Operation kOperations[] = {
     {"InterpolateVectorArray", 3,
      [](void* res, const void* a, const void* b, const Operands& o, int n, unsigned long r, unsigned long s) {
          InterpolateVectorArray(res, a, b, o.t, n, r, s);
-     }, Interpolated},
+     },
+     Interpolated},
     {"MultiplyVectorArray", 3,
      [](void* res, const void* a, const void*, const Operands& o, int n, unsigned long r, unsigned long s) {
          MultiplyVectorArray(res, a, First3(o.mul), n, r, s);
-     }, Multiplied},
+     },
+     Multiplied},
     {"MultiplyVector2Array", 2,
      [](void* res, const void* a, const void*, const Operands& o, int n, unsigned long r, unsigned long s) {
          MultiplyVector2Array(res, a, {o.mul.x, o.mul.y}, n, r, s);
-     }, Multiplied},
+     },
+     Multiplied},
     {"MultiplyVector4Array", 4,
      [](void* res, const void* a, const void*, const Operands& o, int n, unsigned long r, unsigned long s) {
          MultiplyVector4Array(res, a, o.mul, n, r, s);
-     }, Multiplied},
+     },
+     Multiplied},
     {"MultiplyAddVectorArray", 3,
      [](void* res, const void* a, const void*, const Operands& o, int n, unsigned long r, unsigned long s) {
          MultiplyAddVectorArray(res, a, First3(o.mul), First3(o.add), n, r, s);
-     }, MultipliedAndAdded},
+     },
+     MultipliedAndAdded},
     {"MultiplyAddVector4Array", 4,
      [](void* res, const void* a, const void*, const Operands& o, int n, unsigned long r, unsigned long s) {
          MultiplyAddVector4Array(res, a, o.mul, o.add, n, r, s);
-     }, MultipliedAndAdded},
+     },
+     MultipliedAndAdded},
 };
 
 Operands RandomOperands(Random& random)
@@ -78,8 +84,8 @@ float FloatAt(const Block& block, size_t at)
 }
 
 /// `res` with what the operation gives written over its elements.
-Block Expected(Block res, size_t resOffset, unsigned long resStride, const Block& a, const Block& b, unsigned long srcStride,
-               const Operation& operation, const Operands& o, int count)
+Block Expected(Block res, size_t resOffset, unsigned long resStride, const Block& a, const Block& b,
+               unsigned long srcStride, const Operation& operation, const Operands& o, int count)
 {
     for (int i = 0; i < count; ++i) {
         for (int j = 0; j < operation.components; ++j) {
@@ -106,8 +112,8 @@ TEST(ArrayOperationsTest, OperationsEqualTheirFormulaAndKeepEveryOtherByte)
                         Block res = RandomBytes(random, kMargin + SpanOf(count, resStride, tight) + kMargin);
                         const Block expected = Expected(res, kMargin, resStride, a, b, srcStride, operation, o, count);
                         operation.run(&res[kMargin], a.data(), b.data(), o, count, resStride, srcStride);
-                        ASSERT_EQ(FirstDifference(res, expected), -1)
-                            << operation.name << ", strides " << resStride << " and " << srcStride << ", count " << count;
+                        ASSERT_EQ(FirstDifference(res, expected), -1) << operation.name << ", strides " << resStride
+                                                                      << " and " << srcStride << ", count " << count;
                     }
                 }
             }
@@ -123,10 +129,12 @@ TEST(ArrayOperationsTest, TheResultMayBeASource)
             const unsigned long tight = 4ul * unsigned(operation.components);
             for (const unsigned long stride : {tight, tight + 12}) {
                 const Operands o = RandomOperands(random);
-                const Block a = RandomArray(random, 9, stride, 0, tight / 4), b = RandomArray(random, 9, stride, 0, tight / 4);
+                const Block a = RandomArray(random, 9, stride, 0, tight / 4),
+                            b = RandomArray(random, 9, stride, 0, tight / 4);
                 Block toA = a, toB = b;
                 operation.run(toA.data(), toA.data(), b.data(), o, 9, stride, stride);
-                EXPECT_EQ(FirstDifference(toA, Expected(a, 0, stride, a, b, stride, operation, o, 9)), -1) << operation.name;
+                EXPECT_EQ(FirstDifference(toA, Expected(a, 0, stride, a, b, stride, operation, o, 9)), -1)
+                    << operation.name;
                 if (operation.expected == Interpolated) {
                     operation.run(toB.data(), a.data(), toB.data(), o, 9, stride, stride);
                     EXPECT_EQ(FirstDifference(toB, Expected(b, 0, stride, a, b, stride, operation, o, 9)), -1);

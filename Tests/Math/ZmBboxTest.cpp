@@ -179,7 +179,8 @@ TEST(BboxTest, ClassifyVerticesMarksTheSidesAtAnyStride)
                 unsigned long flags[65], one[3][65];
                 flags[count] = one[0][count] = one[1][count] = one[2][count] = 0xABCD;
                 for (int i = 0; i < count; ++i) {  // 1 and 2 themselves are among them
-                    const ZmVector v = {float(random.Int(1, 5)) / 2, float(random.Int(1, 5)) / 2, float(random.Int(1, 5)) / 2};
+                    const ZmVector v = {float(random.Int(1, 5)) / 2, float(random.Int(1, 5)) / 2,
+                                        float(random.Int(1, 5)) / 2};
                     memcpy(&block[size_t(i) * stride], &v, 12);
                 }
                 kThis.ClassifyVertices(count, block.data(), stride, flags);
@@ -267,8 +268,8 @@ TEST(BboxTest, BoxesProjectToTheScreenAndClippedSidesToItsEdges)
             EXPECT_EQ(seen.visible, row.visible);
             EXPECT_EQ(unsigned(seen.all), row.all);
             EXPECT_EQ(unsigned(seen.any), row.any);
-            EXPECT_TRUE(Equal(seen.extents, row.extents))
-                << seen.extents.left << ' ' << seen.extents.top << ' ' << seen.extents.right << ' ' << seen.extents.bottom;
+            EXPECT_TRUE(Equal(seen.extents, row.extents)) << seen.extents.left << ' ' << seen.extents.top << ' '
+                                                          << seen.extents.right << ' ' << seen.extents.bottom;
         }
     });
 }
@@ -296,7 +297,8 @@ std::vector<Vector4d> ClipCorners(const ZmMatrix& m, const ZmBbox& box)
 {
     std::vector<Vector4d> corners;
     for (int i = 0; i < 8; ++i) {
-        const Vector4d corner(i & 1 ? box.Max.x : box.Min.x, i & 2 ? box.Max.y : box.Min.y, i & 4 ? box.Max.z : box.Min.z, 1);
+        const Vector4d corner(i & 1 ? box.Max.x : box.Min.x, i & 2 ? box.Max.y : box.Min.y,
+                              i & 4 ? box.Max.z : box.Min.z, 1);
         corners.push_back(corner * Matrix44d(m));
     }
     return corners;

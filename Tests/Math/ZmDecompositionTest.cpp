@@ -106,7 +106,8 @@ void ExpectPolarParts(const ZmMatrix& m, const Parts& parts)
     EXPECT_EQ(parts.pos, Row(m, 3));
     const Matrix44d block = Stretch(parts.scale, RotationOf(parts.uRot)) * RotationOf(parts.quat);
     for (int i = 0; i < 9; ++i) {
-        EXPECT_NEAR(parts.sign * block[i / 3][i % 3], m[i / 3][i % 3], kFactorRounding * LargestOf(m)) << i / 3 << i % 3;
+        EXPECT_NEAR(parts.sign * block[i / 3][i % 3], m[i / 3][i % 3], kFactorRounding * LargestOf(m))
+            << i / 3 << i % 3;
     }
 }
 
@@ -252,7 +253,8 @@ double MagnitudeOfW(const ZmQuaternion& a, const ZmQuaternion& b)
 double BestWOverTheCube(const ZmQuaternion& q)
 {
     double best = 0;
-    for (int code = 0; code < 81; ++code) {  // components of -1, 0 and 1: one, two or four of them stand for a rotation of the cube
+    for (int code = 0; code < 81;
+         ++code) {  // components of -1, 0 and 1: one, two or four of them stand for a rotation of the cube
         ZmQuaternion p(float(code % 3 - 1), float(code / 3 % 3 - 1), float(code / 9 % 3 - 1), float(code / 27 - 1));
         const float components = p.x * p.x + p.y * p.y + p.z * p.z + p.w * p.w;
         p.Normalize();
@@ -263,7 +265,8 @@ double BestWOverTheCube(const ZmQuaternion& q)
     return best;
 }
 
-void ExpectSameStretch(const ZmVector& k, const ZmQuaternion& u, const ZmVector& expectedK, const ZmQuaternion& expectedU)
+void ExpectSameStretch(const ZmVector& k, const ZmQuaternion& u, const ZmVector& expectedK,
+                       const ZmQuaternion& expectedU)
 {
     const Matrix44d got = Stretch(k, RotationOf(u)), expected = Stretch(expectedK, RotationOf(expectedU));
     for (int i = 0; i < 9; ++i) {
@@ -275,8 +278,8 @@ const struct {
     const char* name;
     ZmVector k;
 } kStretches[] = {
-    {"all different", {1, 2, 3}},       {"one is zero", {0, 5, 4}},        {"x and y equal", {2, 2, 7}},
-    {"y and z equal", {2, 7, 7}},       {"z and x equal", {7, 2, 7}},      {"all equal", {3, 3, 3}},
+    {"all different", {1, 2, 3}},      {"one is zero", {0, 5, 4}},   {"x and y equal", {2, 2, 7}},
+    {"y and z equal", {2, 7, 7}},      {"z and x equal", {7, 2, 7}}, {"all equal", {3, 3, 3}},
     {"nearly equal", {2, 2.0001f, 5}},
 };
 
@@ -309,7 +312,8 @@ TEST(DecompositionTest, EqualStretchesLeaveNoNeedlessRotation)
         // No further turn about the third axis, in front of a turn from the cube, makes it smaller.
         for (int degree = 0; degree < 360; ++degree) {
             const float half = float(degree) * 0.0087266463f;
-            EXPECT_GE(fabs(turned.w), BestWOverTheCube(Zm3DQuaternionMultiply(q, {0, sinf(half), 0, cosf(half)})) - 8 * kRounding);
+            EXPECT_GE(fabs(turned.w),
+                      BestWOverTheCube(Zm3DQuaternionMultiply(q, {0, sinf(half), 0, cosf(half)})) - 8 * kRounding);
         }
     }
 }

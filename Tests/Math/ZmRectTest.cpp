@@ -51,8 +51,8 @@ const struct {
     RKPOINT pt;
     int inside;
 } kPoints[] = {
-    {"middle", {0, 0}, 1},          {"left top corner", {-3, -2}, 1}, {"right bottom corner", {4, 5}, 1},
-    {"left of it", {-4, 0}, 0},     {"right of it", {5, 0}, 0},       {"above it", {0, -3}, 0},
+    {"middle", {0, 0}, 1},      {"left top corner", {-3, -2}, 1}, {"right bottom corner", {4, 5}, 1},
+    {"left of it", {-4, 0}, 0}, {"right of it", {5, 0}, 0},       {"above it", {0, -3}, 0},
     {"below it", {0, 6}, 0},
 };
 

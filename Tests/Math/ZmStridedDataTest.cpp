@@ -12,16 +12,11 @@ const struct {
     unsigned long dstStride, size, srcStride;
     int filled, copied;
 } kArguments[] = {
-    {"all right", 3, true, true, 16, 8, 16, 1, 1},
-    {"no destination", 3, false, true, 16, 8, 16, 0, 0},
-    {"no source", 3, true, false, 16, 8, 16, 0, 0},
-    {"count 0", 0, true, true, 16, 8, 16, 0, 0},
-    {"negative count", -1, true, true, 16, 8, 16, 0, 0},
-    {"no destination stride", 3, true, true, 0, 8, 16, 0, 0},
-    {"no source stride", 3, true, true, 16, 8, 0, 1, 0},
-    {"size 0", 3, true, true, 16, 0, 16, 0, 0},
-    {"size 6", 3, true, true, 16, 6, 16, 0, 0},
-    {"size 4", 3, true, true, 16, 4, 16, 1, 1},
+    {"all right", 3, true, true, 16, 8, 16, 1, 1},       {"no destination", 3, false, true, 16, 8, 16, 0, 0},
+    {"no source", 3, true, false, 16, 8, 16, 0, 0},      {"count 0", 0, true, true, 16, 8, 16, 0, 0},
+    {"negative count", -1, true, true, 16, 8, 16, 0, 0}, {"no destination stride", 3, true, true, 0, 8, 16, 0, 0},
+    {"no source stride", 3, true, true, 16, 8, 0, 1, 0}, {"size 0", 3, true, true, 16, 0, 16, 0, 0},
+    {"size 6", 3, true, true, 16, 6, 16, 0, 0},          {"size 4", 3, true, true, 16, 4, 16, 1, 1},
 };
 
 TEST(StridedDataTest, BadArgumentsGiveZeroAndWriteNothing)
@@ -31,8 +26,10 @@ TEST(StridedDataTest, BadArgumentsGiveZeroAndWriteNothing)
         const Block before(64, 0x55);
         Block src(64, 0xAA), filled = before, copied = before;
         void* const value = row.src ? src.data() : nullptr;
-        EXPECT_EQ(ZmFillStructure(row.count, row.dst ? filled.data() : nullptr, row.dstStride, row.size, value), row.filled);
-        EXPECT_EQ(ZmCopyStructure(row.count, row.dst ? copied.data() : nullptr, row.dstStride, row.size, value, row.srcStride),
+        EXPECT_EQ(ZmFillStructure(row.count, row.dst ? filled.data() : nullptr, row.dstStride, row.size, value),
+                  row.filled);
+        EXPECT_EQ(ZmCopyStructure(row.count, row.dst ? copied.data() : nullptr, row.dstStride, row.size, value,
+                                  row.srcStride),
                   row.copied);
         EXPECT_EQ(filled != before, row.filled == 1);
         EXPECT_EQ(copied != before, row.copied == 1);
@@ -58,7 +55,8 @@ struct Shape {
 };
 
 const Shape kShapes[] = {
-    {0, 0, 0, 0}, {0, 0, 4, 8}, {0, 0, 3, 5}, {4, 4, 0, 0}, {20, 0, 4, 0}, {0, 20, 4, 0}, {0, 4, 12, 1}, {3, 1, 1, 2}, {1, 25, 0, 7},
+    {0, 0, 0, 0},  {0, 0, 4, 8},  {0, 0, 3, 5}, {4, 4, 0, 0},  {20, 0, 4, 0},
+    {0, 20, 4, 0}, {0, 4, 12, 1}, {3, 1, 1, 2}, {1, 25, 0, 7},
 };
 
 const int kCounts[] = {1, 2, 3, 4, 5, 8, 13, 45, 130};
@@ -232,7 +230,8 @@ TEST(StridedDataTest, LargeFillsRepeatTheValueToTheLastByte)
                 EXPECT_EQ(ZmFillStructure(count, start, size, size, value.data()), 1);
                 // The first element is right, and every other equals the one before it.
                 EXPECT_EQ(memcmp(start, value.data(), size), 0);
-                EXPECT_EQ(memcmp(start + size, start, size_t(count - 1) * size), 0) << "size " << size << " at " << offset;
+                EXPECT_EQ(memcmp(start + size, start, size_t(count - 1) * size), 0)
+                    << "size " << size << " at " << offset;
                 EXPECT_EQ(start[count * int(size)], 0x5A);
             });
         }

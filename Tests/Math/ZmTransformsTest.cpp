@@ -247,8 +247,10 @@ TEST(TransformTest, NegativeStridesWalkBackwards)
             Zm3DRotateVectorMany(reinterpret_cast<ZmVector*>(&rotated[last]), m, v, count, stride);
             const unsigned forwards = unsigned(-stride);
             const Shape shape = {"", forwards, forwards, 0, 0};
-            EXPECT_EQ(FirstDifference(points, Expected(Block(src.size()), src, kForms[0], shape, m, count)), -1) << stride;
-            EXPECT_EQ(FirstDifference(rotated, Expected(Block(src.size()), src, kForms[2], shape, m, count)), -1) << stride;
+            EXPECT_EQ(FirstDifference(points, Expected(Block(src.size()), src, kForms[0], shape, m, count)), -1)
+                << stride;
+            EXPECT_EQ(FirstDifference(rotated, Expected(Block(src.size()), src, kForms[2], shape, m, count)), -1)
+                << stride;
         }
     });
 }
@@ -310,7 +312,7 @@ TEST(TransformTest, LargeFourComponentArraysEqualTheSingleFormsAtAnyStart)
     const Shape shape = {"", 16, 12, 0, 0};
     const Block expected = Expected(Block(size_t(count) * 16), src, kForms[4], shape, m, count);
     Block block(expected.size() + 64);
-    for (const size_t offset : {0, 4}) {
+    for (const size_t offset : {0, 16, 4}) {
         OnEachPath([&] {
             unsigned char* const start = StartOf(block, offset);
             const ZmStridedData to(start, 16);

@@ -64,8 +64,10 @@ const struct {
 TEST(ProcessorIdentificationTest, TheSignatureChoosesTypeAndName)
 {
     for (const auto& row : kProcessors) {
-        SCOPED_TRACE(testing::Message() << "family " << row.family << " model " << row.model << " 3DNow " << row.has3DNow);
-        CpuidLeaves leaves = Leaves(row.has3DNow ? "AuthenticAMD" : "GenuineIntel", row.family, row.model, row.features);
+        SCOPED_TRACE(testing::Message() << "family " << row.family << " model " << row.model << " 3DNow "
+                                        << row.has3DNow);
+        CpuidLeaves leaves =
+            Leaves(row.has3DNow ? "AuthenticAMD" : "GenuineIntel", row.family, row.model, row.features);
         leaves.extended0.eax = 0x80000001u;
         leaves.extended1.edx = k3DNow;  // which another vendor's processor has no use for
         const ProcessorIdentity id = IdentifyProcessor(leaves);
@@ -129,12 +131,12 @@ TEST(ProcessorIdentificationTest, WithoutCpuidNothingIsKnown)
 // --- Clock ------------------------------------------------------------------------------------
 
 const int kSnapping[][2] = {
-    {68, 66},     {77, 75},     {92, 90},     {102, 100},   {123, 120},   {136, 133},   {153, 150},   {169, 166},
-    {183, 180},   {203, 200},   {227, 225},   {236, 233},   {255, 250},   {270, 266},   {280, 275},   {286, 285},
-    {303, 300},   {328, 325},   {336, 333},   {351, 350},   {367, 366},   {376, 375},   {405, 400},   {430, 425},
-    {455, 450},   {480, 475},   {505, 500},   {555, 550},   {605, 600},   {655, 650},   {705, 700},   {736, 733},
-    {755, 750},   {770, 766},   {805, 800},   {836, 833},   {855, 850},   {870, 866},   {905, 900},   {936, 933},
-    {955, 950},   {970, 966},   {1008, 1000}, {1115, 1100}, {1215, 1200}, {1315, 1300}, {1415, 1400}, {1515, 1500},
+    {68, 66},   {77, 75},   {92, 90},     {102, 100},   {123, 120},   {136, 133},   {153, 150},   {169, 166},
+    {183, 180}, {203, 200}, {227, 225},   {236, 233},   {255, 250},   {270, 266},   {280, 275},   {286, 285},
+    {303, 300}, {328, 325}, {336, 333},   {351, 350},   {367, 366},   {376, 375},   {405, 400},   {430, 425},
+    {455, 450}, {480, 475}, {505, 500},   {555, 550},   {605, 600},   {655, 650},   {705, 700},   {736, 733},
+    {755, 750}, {770, 766}, {805, 800},   {836, 833},   {855, 850},   {870, 866},   {905, 900},   {936, 933},
+    {955, 950}, {970, 966}, {1008, 1000}, {1115, 1100}, {1215, 1200}, {1315, 1300}, {1415, 1400}, {1515, 1500},
 };
 
 TEST(ProcessorIdentificationTest, ClocksSnapToTheirNominalValue)

@@ -1,10 +1,8 @@
-#include "Platform/OsFault.h"
 #include "Platform/ProcessorState.h"
 #include "ZmProcessor.h"
 #include "ZmTimeProfiler.h"
 
 #include <gtest/gtest.h>
-#include <signal.h>
 #include <sys/prctl.h>
 
 #include <string>
@@ -33,16 +31,6 @@ TEST(ClockSwitchedOffTest, DetectionGoesOnWithoutATimeStampCounter)
     profiler.Reset();
     EXPECT_EQ(profiler.Current(), 0);
     zm::DetectProcessor();
-}
-
-TEST(ClockSwitchedOffTest, TheHandlersOfTheHostComeBack)
-{
-    struct sigaction before = {}, mine = {}, after = {};
-    mine.sa_handler = SIG_IGN;
-    sigaction(SIGSEGV, &mine, &before);
-    zm::RunCatchingFaults([](void*) { asm volatile("ud2"); }, nullptr);
-    sigaction(SIGSEGV, &before, &after);
-    EXPECT_EQ(after.sa_handler, SIG_IGN);
 }
 
 }  // namespace
