@@ -15,12 +15,11 @@ struct ZmQuaternion {
 
     /// This = the rotation of m's 3x3 block.
     /// `matIsUnit` 1: the block is orthonormal and is taken as it is.
-    /// `matIsUnit` 0: its rows are made orthonormal first IN THE CALLER'S MATRIX,
-    /// const or not (rows 0 and 1 normalised with ZmVector::Normalize, row 2 their
-    /// vector product); `restoreMat` non-zero puts the nine elements back
-    /// afterwards, 0 leaves them. A matrix that is really constant must not be
-    /// passed so, and two threads must not convert one matrix at once. A zero row
-    /// gives non-numbers.
+    /// `matIsUnit` 0: its rows are made orthonormal first (rows 0 and 1 normalised with
+    /// ZmVector::Normalize, row 2 their vector product). `restoreMat` non-zero leaves the matrix as it
+    /// was; 0 leaves the orthonormal block IN THE CALLER'S MATRIX, const or not: a matrix that is really
+    /// constant, such as ZmMatrix::Identity(), must not be passed so, and two threads must not convert one
+    /// matrix at once. A zero row gives non-numbers.
     ZM_API void FromMatrix(const ZmMatrix& m, int matIsUnit, int restoreMat);
 
     /// Writes the rotation matrix, any length but zero giving a pure rotation

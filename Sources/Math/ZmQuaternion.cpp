@@ -69,10 +69,12 @@ void ZmQuaternion::FromMatrix(const ZmMatrix& m, int matIsUnit, int restoreMat)
         *this = QuaternionFromRows(rows);
         return;
     }
-    // The caller's matrix is written although it comes as constant: engine code relies on finding the
-    // orthonormal block there.
     const RotationRows unit = OrthonormalRows(rows);
-    WriteRows(const_cast<ZmMatrix&>(m), restoreMat ? rows : unit);
+    if (!restoreMat) {
+        // The caller's matrix is written although it comes as constant: engine code relies on finding the
+        // orthonormal block there.
+        WriteRows(const_cast<ZmMatrix&>(m), unit);
+    }
     *this = QuaternionFromRows(unit);
 }
 
