@@ -24,14 +24,11 @@ inline bool Overlap(const void* a, ptrdiff_t aBytes, const void* b, ptrdiff_t bB
 }
 
 /// How many elements of 12 bytes come before the first that starts at a multiple of `alignment`, 16 or
-/// 32, from a multiple of 4 on.
+/// 32, from a multiple of 4 on: the n for which words + 3n is a multiple of 4 or 8, where -1/3 is 5.
 inline ptrdiff_t ElementsToAlignment(const char* p, uintptr_t alignment)
 {
-    ptrdiff_t elements = 0;
-    for (; uintptr_t(p) % alignment != 0; p += 12) {
-        ++elements;
-    }
-    return elements;
+    const uintptr_t words = uintptr_t(p) / 4;
+    return ptrdiff_t(5 * words & (alignment / 4 - 1));
 }
 
 }  // namespace
