@@ -15,4 +15,10 @@ inline const float* Floats(const ZmMatrix& m)
     return reinterpret_cast<const float*>(&m);
 }
 
+/// The first three elements of row i.
+inline ZmVector Row(const ZmMatrix& m, int i)
+{
+    return {m[i][0], m[i][1], m[i][2]};
+}
+
 }  // namespace zm

@@ -1,11 +1,13 @@
 #include "ZmDecomposition.h"
 
+#include "Math/MatrixFloats.h"
 #include "Math/PolarDecomposition.h"
 #include "Math/QuaternionRules.h"
 
 #include <math.h>
 
 using zm::Matrix3;
+using zm::Row;
 
 namespace {
 
@@ -26,11 +28,6 @@ ZmQuaternion RotationOf(const Matrix3& r, double sign = 1)
         return ZmVector(float(sign * r.m[i][0]), float(sign * r.m[i][1]), float(sign * r.m[i][2]));
     };
     return zm::QuaternionFromRows({row(0), row(1), row(2)});
-}
-
-ZmVector Row(const ZmMatrix& m, int i)
-{
-    return {m[i][0], m[i][1], m[i][2]};
 }
 
 ZmVector Lerp(const ZmVector& a, const ZmVector& b, float t)

@@ -15,11 +15,6 @@ const ZmMatrix kIdentity({1, 0, 0}, {0, 1, 0}, {0, 0, 1}, {0, 0, 0});
 
 const float kEpsilon = 1.1920929e-7f;  // 2^-23
 
-ZmVector Row(const ZmMatrix& m, int i)
-{
-    return {m[i][0], m[i][1], m[i][2]};
-}
-
 // Writes row i with a fourth column of 0, or 1 in row 3.
 void SetRow(ZmMatrix& m, int i, const ZmVector& v)
 {

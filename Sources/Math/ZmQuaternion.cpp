@@ -50,7 +50,7 @@ void QuaternionToMatrix(const ZmQuaternion& quat, float* m)
 
 RotationRows ReadRows(const ZmMatrix& m)
 {
-    return {{m[0][0], m[0][1], m[0][2]}, {m[1][0], m[1][1], m[1][2]}, {m[2][0], m[2][1], m[2][2]}};
+    return {Row(m, 0), Row(m, 1), Row(m, 2)};
 }
 
 void WriteRows(ZmMatrix& m, const RotationRows& rows)
