@@ -1,16 +1,13 @@
 #include "Math/PolarDecomposition.h"
 
-#include "Support/Random.h"
+#include "Support/Paths.h"
 #include "Support/Reference.h"
-
-#include <algorithm>
 
 using namespace zm;
 
 namespace {
 
-// The factors are rounded to float afterwards, which costs 6e-8.
-const double kFactorError = 1e-8;
+const double kFactorError = 1e-8;  // the factors are rounded to float afterwards, which costs 6e-8
 
 Matrix44d Widened(const Matrix3& m)
 {
@@ -21,58 +18,49 @@ Matrix44d Widened(const Matrix3& m)
     return r;
 }
 
-/// That every element of a and b is the same but for kFactorError of `size`.
-void ExpectEqual(const Matrix44d& a, const Matrix44d& b, double size = 1)
+void ExpectEqual(const Matrix44d& a, const Matrix44d& b, double tolerance)
 {
     for (int i = 0; i < 9; ++i) {
-        EXPECT_NEAR(a[i / 3][i % 3], b[i / 3][i % 3], kFactorError * size) << i;
+        EXPECT_NEAR(a[i / 3][i % 3].value, b[i / 3][i % 3].value, tolerance) << i;
     }
 }
 
-Matrix3 RandomBlock(Random& random, int smallestPower, int largestPower)
+/// Magnitudes from 1e-6 to 1e6, and the largest of them.
+Matrix3 RandomBlock(Random& random, double& largest)
 {
+    const double scales[] = {1e-6, 1e-3, 1, 1, 1e3, 1e6};
+    const int range = random.Int(0, 2);
     Matrix3 m;
-    for (int i = 0; i < 9; ++i) {
-        double scale = 1;
-        for (int power = random.Int(smallestPower, largestPower); power != 0; power += power < 0 ? 1 : -1) {
-            scale *= power < 0 ? 0.1 : 10;
+    largest = 0;
+    for (double(&row)[3] : m.m) {
+        for (double& element : row) {
+            element = random.Float(1) * scales[random.Int(2 - range, 3 + range)];
+            largest = fmax(largest, fabs(element));
         }
-        m.m[i / 3][i % 3] = random.Float(-1, 1) * scale;
     }
     return m;
 }
 
-double LargestOf(const Matrix3& m)
-{
-    double largest = 0;
-    for (int i = 0; i < 9; ++i) {
-        largest = std::max(largest, fabs(m.m[i / 3][i % 3]));
-    }
-    return largest;
-}
-
 TEST(PolarDecompositionTest, TheRotationIsOrthogonalAndTheStretchBringsTheMatrixBack)
 {
-    Random random(1);
-    for (int round = 0; round < 1000; ++round) {
-        SCOPED_TRACE(round);
-        const Matrix3 m = round % 2 ? RandomBlock(random, -6, 6) : RandomBlock(random, 0, 0);
+    OnEachPath(500, [](Random& random) {
+        double largest;
+        const Matrix3 m = RandomBlock(random, largest);
         const PolarFactors factors = DecomposePolar(m);
         const Matrix44d q = Widened(factors.rotation), s = Widened(StretchOf(m, factors.rotation));
-        ExpectEqual(q * q.Transposed(), Matrix44d());
-        EXPECT_EQ(factors.mirrored, Determinant3(q) < 0);
-        EXPECT_EQ(factors.mirrored, Determinant3(Widened(m)) < 0);
-        ExpectEqual(s * q, Widened(m), LargestOf(m));
+        ExpectEqual(q * q.Transposed(), Matrix44d(), kFactorError);
+        EXPECT_EQ(factors.mirrored, Determinant3(q).value < 0);
+        EXPECT_EQ(factors.mirrored, Determinant3(Widened(m)).value < 0);
+        ExpectEqual(s * q, Widened(m), kFactorError * largest);
         ExpectEqual(s, s.Transposed(), 0);
-    }
+    });
 }
 
 TEST(PolarDecompositionTest, SymmetricMatricesAreTheirAxesAndValues)
 {
-    Random random(2);
-    for (int round = 0; round < 1000; ++round) {
-        SCOPED_TRACE(round);
-        Matrix3 s = round % 2 ? RandomBlock(random, -6, 6) : RandomBlock(random, 0, 0);
+    OnEachPath(500, [](Random& random) {
+        double largest;
+        Matrix3 s = RandomBlock(random, largest);
         for (int i = 0; i < 9; ++i) {
             s.m[i / 3][i % 3] = s.m[i % 3][i / 3];
         }
@@ -82,10 +70,10 @@ TEST(PolarDecompositionTest, SymmetricMatricesAreTheirAxesAndValues)
         for (int i = 0; i < 3; ++i) {
             values[i][i] = factors.values[i];
         }
-        ExpectEqual(axes * axes.Transposed(), Matrix44d());
-        EXPECT_GT(Determinant3(axes), 0);
-        ExpectEqual(axes * values * axes.Transposed(), Widened(s), LargestOf(s));
-    }
+        ExpectEqual(axes * axes.Transposed(), Matrix44d(), kFactorError);
+        EXPECT_GT(Determinant3(axes).value, 0);
+        ExpectEqual(axes * values * axes.Transposed(), Widened(s), kFactorError * largest);
+    });
 }
 
 }  // namespace

@@ -10,16 +10,18 @@ namespace {
 /// FNV-1a.
 class Checksum {
 public:
-    void Add(const void* bytes, size_t count)
+    void Add(const Block& bytes)
     {
-        for (size_t i = 0; i < count; ++i) {
-            m_Value = (m_Value ^ static_cast<const unsigned char*>(bytes)[i]) * 0x100000001B3u;
+        for (const unsigned char byte : bytes) {
+            m_Value = (m_Value ^ byte) * 0x100000001B3u;
         }
     }
-    template <class T>
-    void Add(const T& value)
+    template <class... T>
+    void Add(const T&... values)
     {
-        Add(&value, sizeof value);
+        (Add(Block(reinterpret_cast<const unsigned char*>(&values),
+                   reinterpret_cast<const unsigned char*>(&values + 1))),
+         ...);
     }
     uint64_t Value() const { return m_Value; }
 
@@ -27,271 +29,174 @@ private:
     uint64_t m_Value = 0xCBF29CE484222325u;
 };
 
-const int kRounds = 50;
-
 void Transforms(Random& random, Checksum& sum)
 {
     const ZmMatrix m = random.Matrix();
-    for (int i = 0; i < kRounds; ++i) {
-        const ZmVector4 v = random.Vector4();
-        const ZmVector point(v.x, v.y, v.z);
-        ZmVector transformed, rotated;
-        ZmVector4 fromFour, fromThree;
-        Zm3DMultiplyMatrixVector(&transformed, m, &point);
-        Zm3DRotateVector(&rotated, m, &point);
-        Zm3DMultiplyMatrixVector4(&fromFour, m, &v);
-        Zm3DMultiplyMatrixVector4(&fromThree, m, &point);
-        sum.Add(transformed);
-        sum.Add(rotated);
-        sum.Add(fromFour);
-        sum.Add(fromThree);
-    }
+    const ZmVector4 v = random.Vector4();
+    const ZmVector point(v.x, v.y, v.z);
+    ZmVector transformed, rotated;
+    ZmVector4 fromFour, fromThree;
+    Zm3DMultiplyMatrixVector(&transformed, m, &point);
+    Zm3DRotateVector(&rotated, m, &point);
+    Zm3DMultiplyMatrixVector4(&fromFour, m, &v);
+    Zm3DMultiplyMatrixVector4(&fromThree, m, &point);
+    sum.Add(transformed, rotated, fromFour, fromThree);
 }
 
 void TransformedArrays(Random& random, Checksum& sum)
 {
     const ZmMatrix m = random.Matrix();
-    for (const unsigned stride : {12u, 16u, 17u, 32u}) {
-        const int count = random.Int(1, 70);
-        Block src = RandomArray(random, count, stride, 0, 3);
-        Block res(size_t(count) * 32);
-        const ZmStridedData from(src.data(), stride), to(res.data(), stride), quads(res.data(), 16);
-        Zm3DMultiplyMatrixVectorStrided(&to, &from, m, count);
-        sum.Add(res.data(), res.size());
-        Zm3DRotateVectorStrided(&to, &from, m, count);
-        sum.Add(res.data(), res.size());
-        Zm3DMultiplyMatrixVector4Strided(&quads, &from, m, count);
-        sum.Add(res.data(), res.size());
-    }
+    const unsigned strides[] = {12, 16, 17, 32}, stride = strides[random.Int(0, 3)];
+    const int count = random.Int(1, 70);
+    Block src = RandomArray(random, count, stride, 0, 3), res(size_t(count) * 32);
+    const ZmStridedData from(src.data(), stride), to(res.data(), stride), quads(res.data(), 16);
+    Zm3DMultiplyMatrixVectorStrided(&to, &from, m, count);
+    sum.Add(res);
+    Zm3DRotateVectorStrided(&to, &from, m, count);
+    sum.Add(res);
+    Zm3DMultiplyMatrixVector4Strided(&quads, &from, m, count);
+    sum.Add(res);
 }
 
-void Products(Random& random, Checksum& sum)
+void Matrices(Random& random, Checksum& sum)
 {
-    for (int i = 0; i < kRounds; ++i) {
-        const ZmMatrix a = random.Matrix(), b = random.Matrix();
-        ZmMatrix affine, full;
-        Zm3DMultiplyMatrix(affine, a, b);
-        Zm3DMultiplyMatrix4(full, a, b);
-        sum.Add(affine);
-        sum.Add(full);
-    }
+    const ZmMatrix a = random.Matrix(), b = random.Affine();
+    ZmMatrix affine, full, inverse = a, transposed;
+    Zm3DMultiplyMatrix(affine, a, b);
+    Zm3DMultiplyMatrix4(full, a, b);
+    Zm3DInverseMatrix(inverse, b);
+    Zm3DTransposeMatrix(transposed, a);
+    ZmVector point;
+    ZmInverseProject(b, {random.Float(1), 2}, 3, &point);
+    sum.Add(affine, full, inverse, transposed, point, Zm3DMatrixDeterminant(a));
 }
 
-void Inverses(Random& random, Checksum& sum)
+void Angles(Random& random, Checksum& sum)
 {
-    for (int i = 0; i < kRounds; ++i) {
-        const ZmMatrix m = random.Affine();
-        ZmMatrix inverse = ZmMatrix::Identity(), transposed;
-        Zm3DInverseMatrix(inverse, m);
-        Zm3DTransposeMatrix(transposed, m);
-        sum.Add(inverse);
-        sum.Add(transposed);
-        sum.Add(Zm3DMatrixDeterminant(m));
-        const ZmVector v = random.Vector();
-        ZmVector point;
-        ZmInverseProject(m, {v.x, v.y}, v.z, &point);
-        sum.Add(point);
-    }
-}
-
-void EulerAngles(Random& random, Checksum& sum)
-{
-    for (int i = 0; i < kRounds; ++i) {
-        const ZmVector angles = random.Vector(i < 25 ? 4.0f : 90000.0f);
-        ZmMatrix m;
-        ZmQuaternion q;
-        Zm3DMatrixFromEulerAngles(m, angles.x, angles.y, angles.z);
-        q.FromEulerAngles(angles.x, angles.y, angles.z);
-        sum.Add(m);
-        sum.Add(q);
-    }
-}
-
-void TurnsAboutAxes(Random& random, Checksum& sum)
-{
-    for (int i = 0; i < kRounds; ++i) {
-        const ZmVector v = random.Vector(), axis = random.Vector();
-        sum.Add(Rotate(v, axis, random.Float(-7, 7)));
-    }
+    const ZmVector angles = random.Vector(random.Int(0, 1) ? 4.0f : 90000.0f), axis = random.Vector();
+    ZmMatrix m;
+    ZmQuaternion euler, turn;
+    Zm3DMatrixFromEulerAngles(m, angles.x, angles.y, angles.z);
+    euler.FromEulerAngles(angles.x, angles.y, angles.z);
+    turn.FromRotation(axis, angles.x);
+    sum.Add(m, euler, turn, Rotate(angles, axis, angles.y));
 }
 
 void Quaternions(Random& random, Checksum& sum)
 {
-    for (int i = 0; i < kRounds; ++i) {
-        const ZmQuaternion a = random.Rotation(), b = random.Rotation();
-        const ZmVector axis = random.UnitVector();
-        ZmQuaternion turn, scaled(a.x * 3, a.y * 3, a.z * 3, a.w * 3);
-        turn.FromRotation(axis, random.Float(-7, 7));
-        scaled.Normalize();
-        ZmMatrix m;
-        b.ToMatrix(m);
-        sum.Add(m);
-        for (const ZmQuaternion& q :
-             {turn, scaled, Zm3DQuaternionFromMatrix(m), Zm3DQuaternionMultiply(a, b), Zm3DQuaternionDivide(a, b),
-              Exp(a), Slerp(0.3f, a, a), Slerp(0.3f, a, b), Squad(0.6f, a, turn, turn, b)}) {
-            sum.Add(q);
-        }
-    }
-}
-
-/// A 3x3 block of one of several kinds: plain, badly scaled, of rank two, of rank one.
-ZmMatrix BlockOfKind(Random& random, int kind)
-{
-    const ZmVector x = random.Vector(), y = random.Vector(), z = random.Vector(), translation = random.Vector();
-    switch (kind) {
-    case 1: return {x * 1e-6f, y, z * 1e6f, translation};
-    case 2: return {x, y, x, translation};
-    case 3: return {x, x * 2.0f, x * -4.0f, translation};
-    default: return {x, y, z, translation};
-    }
+    const ZmQuaternion a = random.Rotation(), b = random.Rotation();
+    ZmQuaternion scaled(a.x * 3, a.y * 3, a.z * 3, a.w * 3);
+    scaled.Normalize();
+    ZmMatrix m;
+    b.ToMatrix(m);
+    sum.Add(m, scaled, Zm3DQuaternionFromMatrix(m), Zm3DQuaternionMultiply(a, b), Zm3DQuaternionDivide(a, b), Exp(a));
+    sum.Add(Slerp(0.3f, a, scaled), Slerp(0.3f, a, b), Squad(0.6f, a, b, scaled, b));
 }
 
 void TotalDecompositions(Random& random, Checksum& sum)
 {
-    for (int i = 0; i < kRounds; ++i) {
-        const ZmMatrix m = BlockOfKind(random, i % 4);
+    const ZmVector x = random.Vector(), y = random.Vector(), z = random.Vector();
+    const ZmMatrix blocks[] = {{x, y, z, x}, {x * 1e-6f, y, z * 1e6f, y}, {x, y, x, z}, {x, x * 2.0f, x * -4.0f, y}};
+    for (const ZmMatrix& m : blocks) {  // plain, badly scaled, of rank two, of rank one
         ZmQuaternion quat, uRot;
         ZmVector pos, scale;
         const float sign = Zm3DDecomposeMatrixTotal(m, quat, pos, scale, uRot);
         ZmMatrix again;
         again.RecomposeMatrixEx(&pos, &scale, &quat, &uRot, sign);
-        sum.Add(sign);
-        sum.Add(quat);
-        sum.Add(uRot);
-        sum.Add(scale);
-        sum.Add(again);
+        sum.Add(sign, quat, uRot, scale, again);
     }
 }
 
 /// Built on ZmVector::Normalize, whose vector path is approximate.
-void NormalizedAxes(Random& random, Checksum& sum)
+void Normalized(Random& random, Checksum& sum)
 {
-    for (int i = 0; i < kRounds; ++i) {
-        const ZmVector axis = random.UnitVector(), origin = random.Vector();
-        ZmVector unit = origin;
-        unit.Normalize();
-        sum.Add(unit);
-        ZmMatrix m;
-        Zm3DMatrixFromRotationAndOrigin(m, axis, origin, random.Float(-7, 7));
-        sum.Add(m);
-        m = random.Affine();
-        ZmQuaternion quat;
-        ZmVector pos, scale;
-        Zm3DDecomposeMatrix(m, quat, pos, scale);
-        unit = random.UnitVector();
-        ZmMatrix other, between;
-        other.RecomposeMatrix(&unit, &scale, &quat);
-        Zm3DInterpolateMatrix(0.4f, between, m, other);
-        sum.Add(quat);
-        sum.Add(other);
-        sum.Add(between);
-    }
-}
-
-ZmBbox RandomBox(Random& random)
-{
-    const ZmVector a = random.Vector(), size = random.Vector(3);
-    return {a + ZmVector(fabsf(size.x), fabsf(size.y), fabsf(size.z)), a};
+    const ZmVector axis = random.Vector(), origin = random.Vector();
+    ZmVector unit = origin, pos, scale;
+    unit.Normalize();
+    ZmMatrix rotation, quick, between, m = random.Affine();
+    Zm3DMatrixFromRotationAndOrigin(rotation, axis, origin, random.Float(7));
+    ZmQuaternion quat;
+    Zm3DDecomposeMatrix(m, quat, pos, scale);
+    quick.RecomposeMatrix(&pos, &scale, &quat);
+    Zm3DInterpolateMatrix(0.4f, between, m, rotation);
+    sum.Add(unit, rotation, quat, quick, between);
 }
 
 void Boxes(Random& random, Checksum& sum)
 {
+    const ZmVector min = random.Vector(), size = {random.Float(0, 3), random.Float(0, 3), random.Float(0, 3)};
+    const ZmBbox box = {min + size, min};
+    const ZmMatrix m = random.Matrix(1);
     const ZmRect screen(0, 0, 640, 480);
-    for (int i = 0; i < kRounds; ++i) {
-        const ZmBbox box = RandomBox(random);
-        const ZmMatrix m = random.Matrix(1);
-        ZmBbox around;
-        around.TransformFrom(box, m);
-        ZmVector corners[8];
-        box.TransformTo(corners, m);
-        ZmRect extents(0, 0, 0, 0);
-        ZMCLIP_FLAGS all, any;
-        sum.Add(ZmTransformBox2D(m, box, &screen, &extents, all, any));
-        float nearest = 0, farthest = 0;
-        ZmProjectBoxZExtents(m, box, nearest, farthest);
-        unsigned long flags[8];
-        box.ClassifyVertices(8, reinterpret_cast<const unsigned char*>(corners), 12, flags);
-        for (const unsigned long word : flags) {
-            sum.Add(uint32_t(word));
-        }
-        sum.Add(around);
-        sum.Add(corners);
-        sum.Add(extents);
-        sum.Add(all);
-        sum.Add(any);
-        sum.Add(nearest);
-        sum.Add(farthest);
+    ZmBbox around;
+    around.TransformFrom(box, m);
+    ZmVector corners[8];
+    box.TransformTo(corners, m);
+    ZmRect extents(0, 0, 0, 0);
+    ZMCLIP_FLAGS all, any;
+    const int visible = ZmTransformBox2D(m, box, &screen, &extents, all, any);
+    float nearest = 0, farthest = 0;
+    ZmProjectBoxZExtents(m, box, nearest, farthest);
+    unsigned long flags[8];
+    box.ClassifyVertices(8, reinterpret_cast<const unsigned char*>(corners), 12, flags);
+    for (const unsigned long word : flags) {
+        sum.Add(uint32_t(word));
     }
+    sum.Add(around, corners, visible, extents, all, any, nearest, farthest);
 }
 
 void PlanesRaysRectanglesAndFrustums(Random& random, Checksum& sum)
 {
-    for (int i = 0; i < kRounds; ++i) {
-        const ZmMatrix m = random.Affine(2);
-        const ZmVector a = random.Vector(), b = random.Vector(), c = random.Vector();
-        ZmPlane plane;
-        plane.Create(a, b, c);
-        sum.Add(plane);
-        ZmRay ray = {a, b};
-        ray.Transform(ray, m);
-        sum.Add(ray);
-        ZmRect rect(a.x, a.y, b.x, b.y);
-        rect.Transform(ZmRect(0, 0, 640, 480), ZmRect(-1, -2, 3, 5));
-        sum.Add(rect);
-        rect.TransformToHomogeneous(ZmRect(10, 20, 110, 90));
-        sum.Add(rect);
-        ZmFrustum frustum;
-        frustum.Transform(m);
-        sum.Add(frustum);
-        ZmVector corners[8];
-        frustum.ComputeVertices(corners);
-        sum.Add(corners);
-    }
+    const ZmMatrix m = random.Affine(2);
+    const ZmVector a = random.Vector(), b = random.Vector(), c = random.Vector();
+    ZmPlane plane;
+    plane.Create(a, b, c);
+    ZmRay ray = {a, b};
+    ray.Transform(ray, m);
+    ZmRect rect(a.x, a.y, b.x, b.y);
+    rect.Transform(ZmRect(0, 0, 640, 480), ZmRect(-1, -2, 3, 5));
+    rect.TransformToHomogeneous(ZmRect(10, 20, 110, 90));
+    ZmFrustum frustum;
+    frustum.Transform(m);
+    ZmVector corners[8];
+    frustum.ComputeVertices(corners);
+    sum.Add(plane, ray, rect, frustum, corners);
 }
 
 void ArrayArithmetic(Random& random, Checksum& sum)
 {
     const ZmVector4 mul = random.Vector4(), add = random.Vector4();
     const ZmVector mul3(mul.x, mul.y, mul.z), add3(add.x, add.y, add.z);
-    for (const unsigned stride : {16u, 19u, 28u}) {
-        const int count = random.Int(1, 50);
-        const Block a = RandomArray(random, count, stride, 0, 4), b = RandomArray(random, count, stride, 0, 4);
-        const auto add4 = [&](auto operation) {
-            Block res(a.size());
-            operation(res.data());
-            sum.Add(res.data(), res.size());
-        };
-        add4([&](void* res) { InterpolateFloatArray(res, a.data(), b.data(), 0.3f, 3); });
-        add4([&](void* res) { InterpolateVectorArray(res, a.data(), b.data(), 0.7f, count, stride, stride); });
-        add4([&](void* res) { MultiplyVectorArray(res, a.data(), mul3, count, stride, stride); });
-        add4([&](void* res) { MultiplyVector2Array(res, a.data(), {mul.x, mul.y}, count, stride, stride); });
-        add4([&](void* res) { MultiplyVector4Array(res, a.data(), mul, count, stride, stride); });
-        add4([&](void* res) { MultiplyAddVectorArray(res, a.data(), mul3, add3, count, stride, stride); });
-        add4([&](void* res) { MultiplyAddVector4Array(res, a.data(), mul, add, count, stride, stride); });
+    const int count = random.Int(1, 50);
+    const unsigned stride = unsigned(random.Int(16, 32));
+    const Block a = RandomArray(random, count, stride, 0, 4), b = RandomArray(random, count, stride, 0, 4);
+    Block results[7] = {a, a, a, a, a, a, a};
+    InterpolateFloatArray(results[0].data(), a.data(), b.data(), 0.3f, 4);
+    InterpolateVectorArray(results[1].data(), a.data(), b.data(), 0.7f, count, stride, stride);
+    MultiplyVectorArray(results[2].data(), a.data(), mul3, count, stride, stride);
+    MultiplyVector2Array(results[3].data(), a.data(), {mul.x, mul.y}, count, stride, stride);
+    MultiplyVector4Array(results[4].data(), a.data(), mul, count, stride, stride);
+    MultiplyAddVectorArray(results[5].data(), a.data(), mul3, add3, count, stride, stride);
+    MultiplyAddVector4Array(results[6].data(), a.data(), mul, add, count, stride, stride);
+    for (const Block& result : results) {
+        sum.Add(result);
     }
 }
 
 void Colors(Random& random, Checksum& sum)
 {
-    for (int i = 0; i < kRounds; ++i) {
-        const ZmColor color = {random.Float(0, 1.2f), random.Float(0, 1.2f), random.Float(0, 1.2f),
-                               random.Float(0, 1.2f)};
-        sum.Add(RGBAFTOCOLOR(color.r, color.g, color.b, color.a));
-        sum.Add(RGBAFTOCOLOR(&color));
-    }
+    const ZmColor c = {random.Float(0, 1.2f), random.Float(0, 1.2f), random.Float(0, 1.2f), random.Float(0, 1.2f)};
+    sum.Add(RGBAFTOCOLOR(c.r, c.g, c.b, c.a), RGBAFTOCOLOR(&c));
 }
 
 void SineTable(Random& random, Checksum& sum)
 {
-    for (int angle = 0; angle < 16384; ++angle) {
+    ZmVector v;
+    v = ZmCompressedVector{short(random.Int(-32768, 32767)), short(random.Int(-32768, 32767))};
+    for (int angle = random.Int(0, 39); angle < 16384; angle += 40) {
         sum.Add(Tsin(angle));
     }
-    for (int i = 0; i < kRounds; ++i) {
-        ZmVector v;
-        v = ZmCompressedVector{short(random.Int(-32768, 32767)), short(random.Int(-32768, 32767))};
-        sum.Add(v);
-        sum.Add(radToAngle(random.Float(-20, 20)));
-    }
+    sum.Add(v, radToAngle(random.Float(20)));
 }
 
 const struct Family {
@@ -300,38 +205,38 @@ const struct Family {
     bool scalarOnly;
     uint64_t checksum;  // of the results for seed 0
 } kFamilies[] = {
-    {"transforms", Transforms, false, 0x4B5B46E0DBE65C81},
-    {"transformed arrays", TransformedArrays, false, 0x540C69CC5280337B},
-    {"products", Products, false, 0x5a6ff8f9a2ae0864},
-    {"inverses", Inverses, false, 0x31199CBB3BB1E98A},
-    {"Euler angles", EulerAngles, false, 0xDFFFBE123595CB1B},
-    {"turns about axes", TurnsAboutAxes, false, 0xCB8A99C131C2476D},
-    {"quaternions", Quaternions, false, 0xec2d9012f1920b3f},
-    {"total decompositions", TotalDecompositions, false, 0xfec8db9cd787a505},
-    {"normalized axes", NormalizedAxes, true, 0x6526cbdf32a58c0c},
-    {"boxes", Boxes, false, 0x0E34C8DA2E8235C6},
-    {"planes, rays, rectangles, frustums", PlanesRaysRectanglesAndFrustums, false, 0x3F2566A9B7E62A05},
-    {"array arithmetic", ArrayArithmetic, false, 0x66AF0C388F743460},
-    {"colors", Colors, false, 0xA2A1A982D6755F81},
-    {"sine table", SineTable, false, 0x5130EACDC9A404F6},
+    {"transforms", Transforms, false, 0x954048F37102E927},
+    {"transformed arrays", TransformedArrays, false, 0x037B06597390B4D6},
+    {"matrices", Matrices, false, 0x02AA7429302D5C56},
+    {"angles", Angles, false, 0x8121AF832065293A},
+    {"quaternions", Quaternions, false, 0x5C12806A7483AD9D},
+    {"total decompositions", TotalDecompositions, false, 0x76395947B90A3233},
+    {"normalized", Normalized, true, 0xC455B01231C63759},
+    {"boxes", Boxes, false, 0x8D96041104FA88A8},
+    {"planes, rays, rectangles, frustums", PlanesRaysRectanglesAndFrustums, false, 0xE858484A39544C2F},
+    {"array arithmetic", ArrayArithmetic, false, 0x3ED41BF6FED29688},
+    {"colors", Colors, false, 0x71334AA7E0417937},
+    {"sine table", SineTable, false, 0x9127808C2B79EF7C},
 };
 
 uint64_t ChecksumOf(const Family& family, uint64_t seed)
 {
     Random random(seed);
     Checksum sum;
-    family.run(random, sum);
+    for (int round = 0; round < 40; ++round) {
+        family.run(random, sum);
+    }
     return sum.Value();
 }
 
 TEST(SameBitsTest, EveryPathGivesTheSameBits)
 {
     for (const Family& family : kFamilies) {
-        SCOPED_TRACE(family.name);
         for (uint64_t seed = 1; seed <= 20 && !family.scalarOnly; ++seed) {
             const PathGuard scalar(AllPaths().front());
             const uint64_t expected = ChecksumOf(family, seed);
-            OnEachPath([&] { EXPECT_EQ(ChecksumOf(family, seed), expected) << "seed " << seed; });
+            OnEachPath(
+                1, [&](Random&) { EXPECT_EQ(ChecksumOf(family, seed), expected) << family.name << ", seed " << seed; });
         }
     }
 }

@@ -3,25 +3,15 @@
 
 namespace {
 
-/// The operations, each with the float that component `i` of a result must be. All round as one would by
-/// hand, operation by operation, so that the comparison is exact.
 struct Operands {
     ZmVector4 mul, add;
     float t;
+
+    ZmVector Mul3() const { return {mul.x, mul.y, mul.z}; }
+    ZmVector Add3() const { return {add.x, add.y, add.z}; }
 };
 
-struct Operation {
-    const char* name;
-    int components;
-    void (*run)(void* res, const void* a, const void* b, const Operands& o, int count, unsigned long resStride,
-                unsigned long srcStride);
-    float (*expected)(float a, float b, const Operands& o, int i);
-};
-
-ZmVector First3(const ZmVector4& v)
-{
-    return {v.x, v.y, v.z};
-}
+// What component i of a result must be. All round operation by operation, so that comparisons are exact.
 
 float Interpolated(float a, float b, const Operands& o, int)
 {
@@ -38,131 +28,111 @@ float MultipliedAndAdded(float a, float, const Operands& o, int i)
     return a * (&o.mul.x)[i] + (&o.add.x)[i];
 }
 
-const Operation kOperations[] = {
-    {"InterpolateVectorArray", 3,
-     [](void* res, const void* a, const void* b, const Operands& o, int n, unsigned long r, unsigned long s) {
+using Bytes = unsigned long;
+
+const struct Operation {
+    const char* name;
+    int components;
+    float (*component)(float a, float b, const Operands& o, int i);
+    void (*run)(void* res, const void* a, const void* b, const Operands& o, int n, Bytes resStride, Bytes srcStride);
+} kOperations[] = {
+    {"InterpolateVectorArray", 3, Interpolated,
+     [](void* res, const void* a, const void* b, const Operands& o, int n, Bytes r, Bytes s) {
          InterpolateVectorArray(res, a, b, o.t, n, r, s);
-     },
-     Interpolated},
-    {"MultiplyVectorArray", 3,
-     [](void* res, const void* a, const void*, const Operands& o, int n, unsigned long r, unsigned long s) {
-         MultiplyVectorArray(res, a, First3(o.mul), n, r, s);
-     },
-     Multiplied},
-    {"MultiplyVector2Array", 2,
-     [](void* res, const void* a, const void*, const Operands& o, int n, unsigned long r, unsigned long s) {
+     }},
+    {"InterpolateFloatArray", 1, Interpolated,
+     [](void* res, const void* a, const void* b, const Operands& o, int n, Bytes, Bytes) {
+         InterpolateFloatArray(res, a, b, o.t, n);
+     }},
+    {"MultiplyVectorArray", 3, Multiplied,
+     [](void* res, const void* a, const void*, const Operands& o, int n, Bytes r, Bytes s) {
+         MultiplyVectorArray(res, a, o.Mul3(), n, r, s);
+     }},
+    {"MultiplyVector2Array", 2, Multiplied,
+     [](void* res, const void* a, const void*, const Operands& o, int n, Bytes r, Bytes s) {
          MultiplyVector2Array(res, a, {o.mul.x, o.mul.y}, n, r, s);
-     },
-     Multiplied},
-    {"MultiplyVector4Array", 4,
-     [](void* res, const void* a, const void*, const Operands& o, int n, unsigned long r, unsigned long s) {
+     }},
+    {"MultiplyVector4Array", 4, Multiplied,
+     [](void* res, const void* a, const void*, const Operands& o, int n, Bytes r, Bytes s) {
          MultiplyVector4Array(res, a, o.mul, n, r, s);
-     },
-     Multiplied},
-    {"MultiplyAddVectorArray", 3,
-     [](void* res, const void* a, const void*, const Operands& o, int n, unsigned long r, unsigned long s) {
-         MultiplyAddVectorArray(res, a, First3(o.mul), First3(o.add), n, r, s);
-     },
-     MultipliedAndAdded},
-    {"MultiplyAddVector4Array", 4,
-     [](void* res, const void* a, const void*, const Operands& o, int n, unsigned long r, unsigned long s) {
+     }},
+    {"MultiplyAddVectorArray", 3, MultipliedAndAdded,
+     [](void* res, const void* a, const void*, const Operands& o, int n, Bytes r, Bytes s) {
+         MultiplyAddVectorArray(res, a, o.Mul3(), o.Add3(), n, r, s);
+     }},
+    {"MultiplyAddVector4Array", 4, MultipliedAndAdded,
+     [](void* res, const void* a, const void*, const Operands& o, int n, Bytes r, Bytes s) {
          MultiplyAddVector4Array(res, a, o.mul, o.add, n, r, s);
-     },
-     MultipliedAndAdded},
+     }},
 };
 
-Operands RandomOperands(Random& random)
-{
-    return {random.Vector4(), random.Vector4(), random.Float(-1, 2)};
-}
-
-float FloatAt(const Block& block, size_t at)
-{
-    float value;
-    memcpy(&value, &block[at], 4);
-    return value;
-}
-
-/// `res` with what the operation gives written over its elements.
-Block Expected(Block res, size_t resOffset, unsigned long resStride, const Block& a, const Block& b,
-               unsigned long srcStride, const Operation& operation, const Operands& o, int count)
+/// `res` with what the operation gives written over its elements, the first at `offset`.
+Block Expected(Block res, size_t offset, Bytes resStride, const Block& a, const Block& b, Bytes srcStride,
+               const Operation& operation, const Operands& o, int count)
 {
     for (int i = 0; i < count; ++i) {
         for (int j = 0; j < operation.components; ++j) {
-            const size_t from = size_t(i) * srcStride + size_t(j) * 4;
-            const float value = operation.expected(FloatAt(a, from), FloatAt(b, from), o, j);
-            memcpy(&res[resOffset + size_t(i) * resStride + size_t(j) * 4], &value, 4);
+            float fromA, fromB;
+            memcpy(&fromA, &a[size_t(i) * srcStride + size_t(j) * 4], 4);
+            memcpy(&fromB, &b[size_t(i) * srcStride + size_t(j) * 4], 4);
+            const float value = operation.component(fromA, fromB, o, j);
+            memcpy(&res[offset + size_t(i) * resStride + size_t(j) * 4], &value, 4);
         }
     }
     return res;
 }
 
-TEST(ArrayOperationsTest, OperationsEqualTheirFormulaAndKeepEveryOtherByte)
+/// Runs check(operation, operands, resStride, srcStride) over operations and strides.
+template <class Check>
+void OnAllOperations(Random& random, Check check)
 {
-    OnEachPath([] {
-        Random random(1);
-        for (const Operation& operation : kOperations) {
-            const unsigned long tight = 4ul * unsigned(operation.components);
-            for (const unsigned long resStride : {tight, tight + 4, tight + 17}) {
-                for (const unsigned long srcStride : {tight, tight + 1, tight + 16}) {
-                    for (int count = -1; count <= 20; ++count) {
-                        const Operands o = RandomOperands(random);
-                        const Block a = RandomArray(random, count, srcStride, 0, tight / 4);
-                        const Block b = RandomArray(random, count, srcStride, 0, tight / 4);
-                        Block res = RandomBytes(random, kMargin + SpanOf(count, resStride, tight) + kMargin);
-                        const Block expected = Expected(res, kMargin, resStride, a, b, srcStride, operation, o, count);
-                        operation.run(&res[kMargin], a.data(), b.data(), o, count, resStride, srcStride);
-                        ASSERT_EQ(FirstDifference(res, expected), -1) << operation.name << ", strides " << resStride
-                                                                      << " and " << srcStride << ", count " << count;
-                    }
+    for (const Operation& operation : kOperations) {
+        SCOPED_TRACE(operation.name);
+        const Bytes tight = Bytes(operation.components) * 4;
+        for (const Bytes resGap : {0, 4, 17}) {
+            for (const Bytes srcGap : {0, 1, 4, 16}) {
+                if (tight > 4 || resGap + srcGap == 0) {
+                    check(operation, Operands{random.Vector4(), random.Vector4(), random.Float(2)}, tight + resGap,
+                          tight + srcGap);
                 }
             }
         }
+    }
+}
+
+TEST(ArrayOperationsTest, OperationsEqualTheirFormulaAndKeepEveryOtherByte)
+{
+    OnEachPath(1, [](Random& random) {
+        OnAllOperations(random, [&](const Operation& operation, const Operands& o, Bytes resStride, Bytes srcStride) {
+            const size_t floats = size_t(operation.components);
+            for (int count = -1; count <= 20; ++count) {
+                const size_t offset = kMargin + size_t(random.Int(0, 15));
+                const Block a = RandomArray(random, count, srcStride, 0, floats),
+                            b = RandomArray(random, count, srcStride, 0, floats);
+                Block res = RandomBytes(random, offset + SpanOf(count, resStride, 4 * floats) + kMargin);
+                const Block expected = Expected(res, offset, resStride, a, b, srcStride, operation, o, count);
+                operation.run(&res[offset], a.data(), b.data(), o, count, resStride, srcStride);
+                EXPECT_EQ(FirstDifference(res, expected), -1)
+                    << "strides " << resStride << " " << srcStride << ", count " << count;
+            }
+        });
     });
 }
 
 TEST(ArrayOperationsTest, TheResultMayBeASource)
 {
-    OnEachPath([] {
-        Random random(2);
-        for (const Operation& operation : kOperations) {
-            const unsigned long tight = 4ul * unsigned(operation.components);
-            for (const unsigned long stride : {tight, tight + 12}) {
-                const Operands o = RandomOperands(random);
-                const Block a = RandomArray(random, 9, stride, 0, tight / 4),
-                            b = RandomArray(random, 9, stride, 0, tight / 4);
-                Block toA = a, toB = b;
-                operation.run(toA.data(), toA.data(), b.data(), o, 9, stride, stride);
-                EXPECT_EQ(FirstDifference(toA, Expected(a, 0, stride, a, b, stride, operation, o, 9)), -1)
-                    << operation.name;
-                if (operation.expected == Interpolated) {
-                    operation.run(toB.data(), a.data(), toB.data(), o, 9, stride, stride);
-                    EXPECT_EQ(FirstDifference(toB, Expected(b, 0, stride, a, b, stride, operation, o, 9)), -1);
-                }
+    OnEachPath(1, [](Random& random) {
+        OnAllOperations(random, [&](const Operation& operation, const Operands& o, Bytes, Bytes stride) {
+            const size_t floats = size_t(operation.components);
+            const Block a = RandomArray(random, 9, stride, 0, floats), b = RandomArray(random, 9, stride, 0, floats);
+            Block toA = a, toB = b;
+            operation.run(toA.data(), toA.data(), b.data(), o, 9, stride, stride);
+            EXPECT_EQ(FirstDifference(toA, Expected(a, 0, stride, a, b, stride, operation, o, 9)), -1);
+            if (operation.component == Interpolated) {
+                operation.run(toB.data(), a.data(), toB.data(), o, 9, stride, stride);
+                EXPECT_EQ(FirstDifference(toB, Expected(b, 0, stride, a, b, stride, operation, o, 9)), -1);
             }
-        }
-    });
-}
-
-TEST(ArrayOperationsTest, FloatsInterpolateAtAnyCountAndAddress)
-{
-    OnEachPath([] {
-        Random random(3);
-        for (int count = -1; count <= 40; ++count) {
-            for (const size_t offset : {0, 4, 1}) {
-                const Block a = RandomArray(random, count, 4, offset, 1), b = RandomArray(random, count, 4, offset, 1);
-                const float t = random.Float(-1, 2);
-                Block res = RandomBytes(random, offset + SpanOf(count, 4, 4) + kMargin);
-                Block expected = res;
-                for (int i = 0; i < count; ++i) {
-                    const float from = FloatAt(a, offset + size_t(i) * 4), to = FloatAt(b, offset + size_t(i) * 4);
-                    const float value = from + (to - from) * t;
-                    memcpy(&expected[offset + size_t(i) * 4], &value, 4);
-                }
-                InterpolateFloatArray(&res[offset], a.data() + offset, b.data() + offset, t, count);
-                EXPECT_EQ(FirstDifference(res, expected), -1) << "count " << count << ", offset " << offset;
-            }
-        }
+        });
     });
 }
 

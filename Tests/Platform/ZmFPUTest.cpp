@@ -24,9 +24,8 @@ const struct {
     {"64 bits", 0x037F, 0x007F},
     {"already there", 0x007F, 0x007F},
     {"rounding down", 0x047F, 0x007F},
-    {"rounding towards zero, 64 bits", 0x0F7F, 0x007F},
     {"one exception open", 0x007B, 0x007F},
-    {"all exceptions open", 0x0040, 0x007F},
+    {"all exceptions open, towards zero", 0x0F40, 0x007F},
 };
 
 TEST(FPUTest, TheBaseModeIsTwentyFourBitsMaskedAndToNearest)

@@ -9,6 +9,9 @@
 /// Raw memory under strided arrays. It ends with its last byte, so that a sanitizer sees a read beyond.
 using Block = std::vector<unsigned char>;
 
+/// Bytes before and behind the results, which nothing may touch.
+const size_t kMargin = 64;
+
 /// Bytes that `count` elements at a stride span.
 inline size_t SpanOf(int count, size_t stride, size_t elementBytes)
 {
@@ -24,21 +27,16 @@ inline Block RandomBytes(Random& random, size_t bytes)
     return block;
 }
 
-/// Random elements of `floats` floats, the first at `offset`; random bytes between them.
+/// Elements of random floats, the first at `offset`, with random bytes between them.
 inline Block RandomArray(Random& random, int count, size_t stride, size_t offset, size_t floats)
 {
     Block block = RandomBytes(random, offset + SpanOf(count, stride, 4 * floats));
-    for (int i = 0; i < count; ++i) {
-        for (size_t j = 0; j < floats; ++j) {
-            const float value = random.Float(-100, 100);
-            memcpy(&block[offset + size_t(i) * stride + 4 * j], &value, 4);
-        }
+    for (size_t i = 0; i < floats * size_t(count < 0 ? 0 : count); ++i) {
+        const float value = random.Float(100);
+        memcpy(&block[offset + i / floats * stride + i % floats * 4], &value, 4);
     }
     return block;
 }
-
-/// Bytes before and behind the results, which nothing may touch.
-const size_t kMargin = 64;
 
 /// Where two blocks of one size differ first, or -1.
 inline long FirstDifference(const Block& a, const Block& b)
@@ -49,6 +47,12 @@ inline long FirstDifference(const Block& a, const Block& b)
         }
     }
     return -1;
+}
+
+/// Where in a block its large array starts: `offset` bytes behind a multiple of 32.
+inline unsigned char* AlignedStart(Block& block, size_t offset)
+{
+    return block.data() + (32 - uintptr_t(block.data()) % 32) % 32 + offset;
 }
 
 template <class T>

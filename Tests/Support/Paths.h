@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ZmProcessor.h"
+#include "Support/Random.h"
 
 #include <gtest/gtest.h>
 
@@ -9,12 +9,11 @@
 /// A way through the library's dispatch.
 struct Path {
     const char* name;
-    bool sse;
-    bool avx2;
+    bool sse, avx2;
 };
 
 /// The paths that this program can choose on this processor. Through the shared library there are two,
-/// and the vector path is the widest one that the processor has; the program of internals has them all.
+/// and the vector path is the widest that the processor has; the program of internals has them all.
 const std::vector<Path>& AllPaths();
 
 /// Takes a path while it lives and restores the one before.
@@ -41,12 +40,16 @@ inline void ChooseVectorPath(bool sse)
     ModifyProcessorFeatures(sse ? bit : 0, sse ? 0 : bit);
 }
 
+/// Runs test(random) so many times on each path, with the same random inputs.
 template <class Test>
-void OnEachPath(Test test)
+void OnEachPath(int rounds, Test test)
 {
     for (const Path& path : AllPaths()) {
-        SCOPED_TRACE(path.name);
         const PathGuard guard(path);
-        test();
+        Random random(1);
+        for (int round = 0; round < rounds; ++round) {
+            SCOPED_TRACE(testing::Message() << path.name << ", round " << round);
+            test(random);
+        }
     }
 }

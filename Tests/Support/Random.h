@@ -19,60 +19,39 @@ public:
         return uint32_t((z ^ z >> 31) >> 32);
     }
 
-    /// From low to high, high excluded but for rounding.
-    float Float(float low, float high) { return low + (high - low) * (float(Bits() >> 8) * 0x1p-24f); }
-
     /// From low to high, both included.
     int Int(int low, int high) { return low + int(Bits() % uint32_t(high - low + 1)); }
 
-    ZmVector Vector(float range = 10) { return {Float(-range, range), Float(-range, range), Float(-range, range)}; }
+    float Float(float low, float high) { return low + (high - low) * (float(Bits() >> 8) * 0x1p-24f); }
+    float Float(float range) { return Float(-range, range); }
+    ZmVector Vector(float range = 10) { return {Float(range), Float(range), Float(range)}; }
+    ZmVector4 Vector4(float range = 10) { return {Float(range), Float(range), Float(range), Float(range)}; }
 
-    ZmVector4 Vector4(float range = 10)
-    {
-        return {Float(-range, range), Float(-range, range), Float(-range, range), Float(-range, range)};
-    }
-
+    /// Unit vectors and unit quaternions.
     ZmVector UnitVector()
     {
-        for (;;) {
-            const ZmVector v = Vector(1);
-            const float square = SquareLength(v);
-            if (square > 0.01f && square <= 1) {
-                return v * (1 / sqrtf(square));
-            }
-        }
+        const ZmQuaternion q = UnitOf({Float(1), Float(1), Float(1), 0});
+        return {q.x, q.y, q.z};
     }
+    ZmQuaternion Rotation() { return UnitOf({Float(1), Float(1), Float(1), Float(1)}); }
 
-    /// A unit quaternion.
-    ZmQuaternion Rotation()
-    {
-        for (;;) {
-            const ZmVector4 v = Vector4(1);
-            const float square = v.x * v.x + v.y * v.y + v.z * v.z + v.w * v.w;
-            if (square > 0.01f && square <= 1) {
-                const float f = 1 / sqrtf(square);
-                return {v.x * f, v.y * f, v.z * f, v.w * f};
-            }
-        }
-    }
-
-    /// Sixteen free elements.
+    /// Sixteen free elements, or twelve and a fourth column of (0, 0, 0, 1).
     ZmMatrix Matrix(float range = 10)
     {
         ZmMatrix m;
         for (int i = 0; i < 16; ++i) {
-            m[i / 4][i % 4] = Float(-range, range);
+            m[i / 4][i % 4] = Float(range);
         }
         return m;
     }
-
-    /// The same with a fourth column of (0, 0, 0, 1).
-    ZmMatrix Affine(float range = 10)
-    {
-        const ZmVector x = Vector(range), y = Vector(range), z = Vector(range), translation = Vector(range);
-        return {x, y, z, translation};
-    }
+    ZmMatrix Affine(float range = 10) { return {Vector(range), Vector(range), Vector(range), Vector(range)}; }
 
 private:
+    static ZmQuaternion UnitOf(const ZmQuaternion& q)
+    {
+        const float square = q.x * q.x + q.y * q.y + q.z * q.z + q.w * q.w, f = 1 / sqrtf(square);
+        return square < 1e-6f ? ZmQuaternion(1, 0, 0, 0) : ZmQuaternion(q.x * f, q.y * f, q.z * f, q.w * f);
+    }
+
     uint64_t m_State;
 };
