@@ -140,7 +140,8 @@ ZM_API void Zm3DMatrixFromEulerAngles(ZmMatrix& res, float eax, float eay, float
 ZM_API void Zm3DMatrixToEulerAngles(const ZmMatrix& m, float* eax, float* eay, float* eaz);
 
 /// The camera-space point at depth `z` whose projection through `m`, divided by
-/// its depth, is `p`. It is exact for projections with m[0][1] = 0 and
-/// m[0][0] = m[1][1]: y is divided by m[0][0], and callers rely on that. A
-/// degenerate projection gives infinities.
+/// its depth, is `p`. It is exact for the usual projections, centred and with square
+/// pixels: diagonal but for depth, with m[0][0] = m[1][1]. Elsewhere callers rely on the
+/// formula as it is: y is divided by m[0][0], and offsets of the centre keep their sign.
+/// A degenerate projection gives infinities.
 ZM_API void ZmInverseProject(const ZmMatrix& m, const Zm2DVector& p, float z, ZmVector* res);
