@@ -46,7 +46,9 @@ struct ZmBbox {
     ZM_API int Classify(const ZmBbox& box, const ZmVector& pt) const;
 
     /// Writes one word a vertex: the OR of the ZMCLIP_FLAGS sides on which the vertex lies
-    /// outside this box, 0 inside it. Vertices start `strideBytes` apart at any alignment.
+    /// outside this box, 0 inside it. Vertices are three floats each and start `strideBytes`
+    /// apart at any alignment; only their own 12 bytes are read. `flags` is a tight array of
+    /// `count` words. Neither pointer may be null.
     /// A non-number is outside of nothing. A count below 1 writes nothing. Both paths of
     /// the SSE feature bit give the same flags.
     ZM_API void ClassifyVertices(int count, const unsigned char* vertices, unsigned long strideBytes,

@@ -37,6 +37,7 @@ ZM_API char* GetProcessorDescription();
 /// system does not support SSE. Vector paths are chosen by it at every call.
 ZM_API unsigned long GetProcessorFeatures();
 
+/// The family found at load; ZMPROCESSOR_UNKNOWN where CPUID does not tell.
 ZM_API ProcessorsType GetProcessorType();
 
 /// Clock in MHz, snapped to a nominal value up to 1500; 0 where it cannot be measured.

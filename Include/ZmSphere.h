@@ -2,6 +2,7 @@
 
 #include "ZmVector.h"
 
+/// All points within Radius of Center; Radius is not negative.
 struct ZmSphere {
     ZmVector Center;
     float Radius;

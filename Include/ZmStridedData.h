@@ -35,7 +35,8 @@ ZM_API int ZmIndexedCopy(const ZmStridedData& dst, const ZmStridedData& src, uns
 ZM_API int ZmIndexedCopy(const ZmStridedData& dst, const ZmStridedData& src, unsigned long size,
                          const unsigned short* indices, int count);
 
-// Arithmetic over arrays of float components. Strides are in bytes; `res` may be a
+// Arithmetic over arrays of float components. Strides are in bytes, elements need no
+// alignment, and no other bytes are touched. No pointer may be null. `res` may be a
 // source with the same stride, other overlaps are not supported. A count below 1 does
 // nothing. No static storage: any thread.
 

@@ -28,13 +28,12 @@ enum Kind {
     kPoint
 };
 
-/// A matrix with one register a row, for vectors one at a time.
+/// A matrix with one register a row, for vectors one at a time, or two in registers of two rows.
 template <class L>
 struct RowMatrix {
     L row0, row1, row2, row3;
 
-    explicit RowMatrix(const float* m)
-        : row0(L::Load4(m)), row1(L::Load4(m + 4)), row2(L::Load4(m + 8)), row3(L::Load4(m + 12))
+    explicit RowMatrix(const float* m) : row0(L::Row(m)), row1(L::Row(m + 4)), row2(L::Row(m + 8)), row3(L::Row(m + 12))
     {
     }
 

@@ -82,11 +82,7 @@ void InterpolateFloats(char* res, const char* a, const char* b, float t, ptrdiff
         Interpolated(L::Load4(a), L::Load4(b), weight).Store4(res);
     }
     for (; count > 0; --count, res += 4, a += 4, b += 4) {
-        float from, to;
-        memcpy(&from, a, 4);
-        memcpy(&to, b, 4);
-        const float value = Interpolated(SingleLane{from}, SingleLane{to}, SingleLane{t}).v;
-        memcpy(res, &value, 4);
+        Interpolated(SingleLane::At(a), SingleLane::At(b), SingleLane{t}).Put<false>(res);
     }
 }
 

@@ -92,13 +92,13 @@ ZmQuaternion SnuggleOneAxis(const ZmQuaternion& q, ZmVector& k, int odd)
 /// diagonal of the cube, whichever has the largest scalar product with q.
 ZmQuaternion NearestCubeRotation(ZmQuaternion q)
 {
-    int first = 0, second = 1;
+    int first = 0;
     float all = 0;
     for (int i = 0; i < 4; ++i) {
         all += fabsf(Component(q, i)) * 0.5f;
         first = fabsf(Component(q, i)) > fabsf(Component(q, first)) ? i : first;
     }
-    second = first == 0 ? 1 : 0;
+    int second = first == 0 ? 1 : 0;
     for (int i = 0; i < 4; ++i) {
         second = i != first && fabsf(Component(q, i)) > fabsf(Component(q, second)) ? i : second;
     }

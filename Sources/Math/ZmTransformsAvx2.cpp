@@ -16,31 +16,14 @@ inline void Transform(const Span& span, const float* m)
     }
 }
 
-/// A matrix with each row in both halves, for two vectors at a time.
-struct PairMatrix {
-    Avx2Lanes row[4];
-
-    explicit PairMatrix(const float* m)
-    {
-        for (int i = 0; i < 4; ++i) {
-            row[i].v = _mm256_broadcast_ps(reinterpret_cast<const __m128*>(m + 4 * i));
-        }
-    }
-
-    Avx2Lanes Apply(Avx2Lanes x, Avx2Lanes y, Avx2Lanes z) const
-    {
-        return Blend(x, row[0], y, row[1], z, row[2], row[3]);
-    }
-};
-
 // Two neighbouring vectors as x, y and z, each in all lanes of its half. More than their own bytes is
 // read: 32 bytes from the first on, or 16 of each.
 
-inline void SplatHalves(__m256 v, Avx2Lanes& x, Avx2Lanes& y, Avx2Lanes& z)
+inline void SplatHalves(Avx2Lanes v, Avx2Lanes& x, Avx2Lanes& y, Avx2Lanes& z)
 {
-    x.v = _mm256_shuffle_ps(v, v, _MM_SHUFFLE(0, 0, 0, 0));
-    y.v = _mm256_shuffle_ps(v, v, _MM_SHUFFLE(1, 1, 1, 1));
-    z.v = _mm256_shuffle_ps(v, v, _MM_SHUFFLE(2, 2, 2, 2));
+    x = v.SplatInRows<0>();
+    y = v.SplatInRows<1>();
+    z = v.SplatInRows<2>();
 }
 
 template <ptrdiff_t stride>
@@ -50,7 +33,7 @@ struct Pairs {
     static void Load(const char* p, ptrdiff_t anyStride, Avx2Lanes& x, Avx2Lanes& y, Avx2Lanes& z)
     {
         const __m256 first = _mm256_castps128_ps256(SseLanes::Load4(p).v);
-        SplatHalves(_mm256_insertf128_ps(first, SseLanes::Load4(p + anyStride).v, 1), x, y, z);
+        SplatHalves({_mm256_insertf128_ps(first, SseLanes::Load4(p + anyStride).v, 1)}, x, y, z);
     }
 };
 
@@ -73,7 +56,7 @@ struct Pairs<16> {
 
     static void Load(const char* p, ptrdiff_t, Avx2Lanes& x, Avx2Lanes& y, Avx2Lanes& z)
     {
-        SplatHalves(Avx2Lanes::Load8(p).v, x, y, z);
+        SplatHalves(Avx2Lanes::Load8(p), x, y, z);
         // Loads and blends have room where the shuffles are crowded.
         x.v = _mm256_blend_ps(SplatFloat(p), SplatFloat(p + 16), 0xF0);
     }
@@ -86,7 +69,7 @@ struct Pairs<16> {
 template <ptrdiff_t stride, bool stream>
 inline Span TransformPairs4(Span span, const float* m)
 {
-    const PairMatrix matrix(m);
+    const RowMatrix<Avx2Lanes> matrix(m);
     const int n = Pairs<stride>::kAtOnce;
     for (; span.count > 2 * n; Advance(span, 2 * n)) {
         Avx2Lanes x[n], y[n], z[n];
@@ -94,7 +77,8 @@ inline Span TransformPairs4(Span span, const float* m)
             Pairs<stride>::Load(span.in + 2 * i * span.inStride, span.inStride, x[i], y[i], z[i]);
         }
         for (int i = 0; i < n; ++i) {
-            matrix.Apply(x[i], y[i], z[i]).template Put<stream>(span.out + i * 32);
+            Blend(x[i], matrix.row0, y[i], matrix.row1, z[i], matrix.row2, matrix.row3)
+                .template Put<stream>(span.out + i * 32);
         }
     }
     return span;
