@@ -13,3 +13,13 @@
 #else
 #define ZM_API __attribute__((visibility("default")))
 #endif
+
+/// A member function whose parameter number `format` is a printf() format and whose arguments begin at number
+/// `arguments`; the object itself is number 1.
+#if defined(__MINGW32__) && !defined(__clang__)
+#define ZM_PRINTF(format, arguments) __attribute__((__format__(gnu_printf, format, arguments)))
+#elif defined(__GNUC__)
+#define ZM_PRINTF(format, arguments) __attribute__((__format__(printf, format, arguments)))
+#else
+#define ZM_PRINTF(format, arguments)
+#endif

@@ -3,12 +3,22 @@
 /// Everything at once. Costs little to include: no header of the library pulls in more than
 /// small C headers.
 
+#include "XArray.h"
+#include "XFixedSizeAllocator.h"
+#include "XGUID.h"
+#include "XHashFun.h"
+#include "XHashTable.h"
+#include "XString.h"
+#include "XStringTokenizer.h"
+#include "ZmAligned.h"
+#include "ZmAllocator.h"
 #include "ZmBbox.h"
 #include "ZmColor.h"
 #include "ZmDecomposition.h"
 #include "ZmFPU.h"
 #include "ZmFrustum.h"
 #include "ZmMatrix.h"
+#include "ZmMutex.h"
 #include "ZmOBB.h"
 #include "ZmPlane.h"
 #include "ZmProcessor.h"

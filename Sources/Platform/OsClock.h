@@ -1,6 +1,7 @@
 #pragma once
 
 #include <stdint.h>
+#include <time.h>
 
 namespace zm {
 
@@ -9,5 +10,8 @@ int64_t ReadCounter();
 
 /// Ticks of that counter in a second; above 0 and the same at every call.
 int64_t CounterFrequency();
+
+/// The local time of a calendar time in seconds; false where the system cannot convert that time.
+bool LocalTime(int64_t seconds, tm& parts);
 
 }  // namespace zm

@@ -34,6 +34,9 @@ done
 # Classes whose members are all inline have no source file.
 folder_of[ZmOBB.h]=Math
 folder_of[ZmSphere.h]=Math
+for header in XArray XGUID XHashFun XHashTable XInterop; do
+    folder_of[$header.h]=Foundations
+done
 
 check() { # <file> <folder> <included folder> <included name>
     if [ "$3" != "$2" ] && [[ " ${below[$2]} " != *" $3 "* ]]; then

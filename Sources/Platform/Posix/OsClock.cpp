@@ -1,7 +1,5 @@
 #include "Platform/OsClock.h"
 
-#include <time.h>
-
 namespace zm {
 
 int64_t ReadCounter()
@@ -14,6 +12,12 @@ int64_t ReadCounter()
 int64_t CounterFrequency()
 {
     return 1000000000;
+}
+
+bool LocalTime(int64_t seconds, tm& parts)
+{
+    const time_t time = time_t(seconds);
+    return time == seconds && localtime_r(&time, &parts) != nullptr;
 }
 
 }  // namespace zm

@@ -18,4 +18,10 @@ int64_t CounterFrequency()
     return perSecond.QuadPart;
 }
 
+bool LocalTime(int64_t seconds, tm& parts)
+{
+    const __time64_t time = seconds;
+    return _localtime64_s(&parts, &time) == 0;
+}
+
 }  // namespace zm

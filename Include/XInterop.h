@@ -1,0 +1,93 @@
+#pragma once
+
+/// Strings and containers beside those of the standard library: std::string_view, output streams, range-based for
+/// and std::hash. ZmMath.h does not include this header, for what it pulls in.
+
+#include "XHashTable.h"
+#include "XString.h"
+
+#include <functional>
+#include <ostream>
+#include <string_view>
+
+/// The text of a string, for as long as the string stays as it is.
+inline std::string_view XView(const XBaseString& string)
+{
+    return {string.Text(), string.Length()};
+}
+
+/// A string with all characters of a view, NULs included; empty for more than XBaseString::kMaxLength.
+inline XString XFromView(std::string_view view)
+{
+    XString string;
+    if (!view.empty()) {
+        string.Create(view.data(), view.size() > size_t(XBaseString::kMaxLength) ? -1 : int(view.size()));
+    }
+    return string;
+}
+
+/// Writes all characters of the string, in the stream's width and fill.
+inline std::ostream& operator<<(std::ostream& stream, const XBaseString& string)
+{
+    return stream << XView(string);
+}
+
+/// for (char c : string)
+inline const char* begin(const XBaseString& string)
+{
+    return string.Text();
+}
+inline const char* end(const XBaseString& string)
+{
+    return string.Text() + string.Length();
+}
+
+/// for (T& item : array)
+template <class T>
+T* begin(XArray<T>& array)
+{
+    return array.Begin();
+}
+template <class T>
+T* end(XArray<T>& array)
+{
+    return array.End();
+}
+template <class T>
+const T* begin(const XArray<T>& array)
+{
+    return array.Begin();
+}
+template <class T>
+const T* end(const XArray<T>& array)
+{
+    return array.End();
+}
+
+/// for (auto& item : table), with item.key and item.value
+template <class T, class K, class H, class E>
+typename XHashTable<T, K, H, E>::Iterator begin(XHashTable<T, K, H, E>& table)
+{
+    return table.Begin();
+}
+template <class T, class K, class H, class E>
+typename XHashTable<T, K, H, E>::Iterator end(XHashTable<T, K, H, E>& table)
+{
+    return table.End();
+}
+template <class T, class K, class H, class E>
+typename XHashTable<T, K, H, E>::ConstIterator begin(const XHashTable<T, K, H, E>& table)
+{
+    return table.Begin();
+}
+template <class T, class K, class H, class E>
+typename XHashTable<T, K, H, E>::ConstIterator end(const XHashTable<T, K, H, E>& table)
+{
+    return table.End();
+}
+
+/// Strings as keys of the standard library's containers.
+template <>
+struct std::hash<XString> {
+    size_t operator()(const XString& string) const noexcept { return std::hash<std::string_view>()(XView(string)); }
+};

@@ -1,0 +1,23 @@
+#pragma once
+
+namespace zm {
+
+// Of the C library's default locale, whichever locale the program has chosen; bytes above 127 are neither
+// letters nor white space.
+
+inline char ToLower(char c)
+{
+    return c >= 'A' && c <= 'Z' ? char(c + ('a' - 'A')) : c;
+}
+
+inline char ToUpper(char c)
+{
+    return c >= 'a' && c <= 'z' ? char(c - ('a' - 'A')) : c;
+}
+
+inline bool IsSpace(char c)
+{
+    return c == ' ' || (c >= '\t' && c <= '\r');
+}
+
+}  // namespace zm

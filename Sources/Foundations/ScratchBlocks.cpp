@@ -1,0 +1,102 @@
+#include "Foundations/ScratchBlocks.h"
+
+#include "ZmAligned.h"
+
+#include <limits.h>
+#include <new>
+#include <utility>
+
+namespace zm {
+
+ScratchBlocks::~ScratchBlocks()
+{
+    FreeUnused();
+    for (const Node& node : m_Used) {
+        ZmDeleteAligned(node.value().block);
+    }
+}
+
+void* ScratchBlocks::Take(uint32_t size)
+{
+    if (size == 0 || size > INT_MAX) {
+        return nullptr;
+    }
+    Node node;
+    const Entries::iterator fit = m_Free.lower_bound({size, UINT64_MAX, nullptr});
+    if (fit != m_Free.end()) {
+        node = m_Free.extract(fit);
+    } else if (!m_Free.empty()) {
+        node = EnlargeLargest(size);
+    } else {
+        node = NewNode(size);
+    }
+    if (node.empty()) {
+        return nullptr;
+    }
+    void* block = node.value().block;
+    m_Used.push_back(std::move(node));
+    return block;
+}
+
+ScratchBlocks::Node ScratchBlocks::NewNode(uint32_t size)
+{
+    void* block = ZmNewAligned(int(size), kAlignment);
+    if (block == nullptr) {
+        return Node();
+    }
+    try {
+        m_Used.reserve(m_Used.size() + 1 > m_Used.capacity() ? 2 * m_Used.size() + 2 : 0);
+        Entries made;
+        made.insert({size, 0, block});
+        m_TotalSize += size;
+        return made.extract(made.begin());
+    } catch (const std::bad_alloc&) {
+        ZmDeleteAligned(block);
+        return Node();
+    }
+}
+
+// The old block goes first, so that both never take memory at once.
+ScratchBlocks::Node ScratchBlocks::EnlargeLargest(uint32_t size)
+{
+    Node node = m_Free.extract(std::prev(m_Free.end()));
+    Free(node.value().block, node.value().size);
+    node.value().size = size;
+    node.value().block = ZmNewAligned(int(size), kAlignment);
+    if (node.value().block == nullptr) {
+        return Node();
+    }
+    m_TotalSize += size;
+    return node;
+}
+
+bool ScratchBlocks::GiveBack(void* block)
+{
+    // From the back: what was taken last is mostly given back first.
+    for (auto used = m_Used.end(); used != m_Used.begin();) {
+        --used;
+        if (used->value().block == block) {
+            used->value().turn = ++m_Turn;
+            m_Free.insert(std::move(*used));
+            m_Used.erase(used);
+            return true;
+        }
+    }
+    return false;
+}
+
+void ScratchBlocks::FreeUnused()
+{
+    for (const Entry& entry : m_Free) {
+        Free(entry.block, entry.size);
+    }
+    m_Free.clear();
+}
+
+void ScratchBlocks::Free(void* block, uint32_t size)
+{
+    ZmDeleteAligned(block);
+    m_TotalSize -= size;
+}
+
+}  // namespace zm

@@ -1,0 +1,291 @@
+#include "ZmAllocator.h"
+
+#include "Foundations/AllocatorReport.h"
+#include "Foundations/ScratchBlocks.h"
+#include "Platform/OsFiles.h"
+#include "Platform/OsHeap.h"
+#include "ZmAligned.h"
+#include "ZmMutex.h"
+
+#include <algorithm>
+#include <atomic>
+#include <memory>
+#include <stdlib.h>
+
+namespace {
+
+/// Set when the allocator is destroyed, for destructors that run after it.
+std::atomic<bool> g_Destroyed{false};
+
+bool IsDestroyed()
+{
+    return g_Destroyed.load(std::memory_order_relaxed);
+}
+
+constexpr unsigned kPoolGrain = 4, kPoolCount = 256;
+constexpr unsigned kLargestPoolBlock = (kPoolCount - 1) * kPoolGrain;
+constexpr int kPoolPageSize = 4096;
+
+unsigned PoolOf(unsigned size)
+{
+    return (size + kPoolGrain - 1) / kPoolGrain;
+}
+
+}  // namespace
+
+struct ZmAllocator::Parts {
+    ZmMutex mutex;
+
+    /// How deep the thread that holds the mutex stands in this allocator. The global allocation operators may be
+    /// the engine's and call AllocateMemory(): then the inner call is not counted.
+    int depth = 0;
+
+    zm::ScratchBlocks scratch;
+    XArray<XString*> strings;
+    std::unique_ptr<XFixedSizeAllocator> pools[kPoolCount];
+};
+
+namespace {
+
+/// Holds the mutex and stands one deeper in the allocator while it lives.
+class Inside {
+public:
+    Inside(ZmMutex& mutex, int& depth) : m_Holder(mutex), m_Depth(depth) { ++m_Depth; }
+    ~Inside() { --m_Depth; }
+    Inside(const Inside&) = delete;
+    Inside& operator=(const Inside&) = delete;
+
+private:
+    ZmMutexHolder m_Holder;
+    int& m_Depth;
+};
+
+int32_t WrappingSum(int32_t a, uint32_t b)
+{
+    return int32_t(uint32_t(a) + b);
+}
+
+void CountString(ZmAllocator::Stats& stats, size_t bytes)
+{
+    stats.StringCount += 1;
+    stats.StringBytes += bytes;
+    stats.TotalStringCount += 1;
+    stats.TotalStringBytes += bytes;
+    stats.PeakStringCount = std::max(stats.PeakStringCount, stats.StringCount);
+    stats.PeakStringBytes = std::max(stats.PeakStringBytes, stats.StringBytes);
+}
+
+}  // namespace
+
+ZmAllocator::ZmAllocator() : m_Parts(new Parts)
+{
+    constexpr int kFirstStrings = 4;
+    m_Parts->strings.Reserve(kFirstStrings);
+}
+
+ZmAllocator::~ZmAllocator()
+{
+    for (XString** string = m_Parts->strings.Begin(); string != m_Parts->strings.End(); ++string) {
+        delete *string;
+    }
+    g_Destroyed.store(true, std::memory_order_relaxed);
+    delete m_Parts;
+}
+
+ZmAllocator& ZmAllocator::Instance()
+{
+    static ZmAllocator allocator;
+    return allocator;
+}
+
+void* ZmAllocator::Allocate(unsigned int size)
+{
+    return zm::NewBlock(size);
+}
+
+void ZmAllocator::Release(void* block)
+{
+    zm::DeleteBlock(block);
+}
+
+char* ZmAllocator::AllocateString(unsigned int size)
+{
+    char* string = static_cast<char*>(malloc(size));
+    if (string != nullptr && !IsDestroyed()) {
+        const size_t bytes = zm::HeapBlockSize(string);
+        ZmMutexHolder lock(m_Parts->mutex);
+        CountString(m_Stats, bytes);
+    }
+    return string;
+}
+
+char* ZmAllocator::AllocateString(const char* text)
+{
+    const size_t length = text != nullptr ? strlen(text) : 0;
+    if (text == nullptr || length >= UINT_MAX) {
+        return nullptr;
+    }
+    char* string = AllocateString(unsigned(length + 1));
+    return string != nullptr ? static_cast<char*>(memcpy(string, text, length + 1)) : nullptr;
+}
+
+void ZmAllocator::ReleaseString(char* string)
+{
+    if (string != nullptr && !IsDestroyed()) {
+        const size_t bytes = zm::HeapBlockSize(string);
+        ZmMutexHolder lock(m_Parts->mutex);
+        m_Stats.StringCount -= 1;
+        m_Stats.StringBytes -= bytes;
+    }
+    free(string);
+}
+
+void* ZmAllocator::AllocateMemory(unsigned int size)
+{
+    if (!IsDestroyed()) {
+        ZmMutexHolder lock(m_Parts->mutex);
+        if (m_Parts->depth == 0) {
+            m_Stats.CurrentBytes = WrappingSum(m_Stats.CurrentBytes, size);
+            m_Stats.TotalBytes = WrappingSum(m_Stats.TotalBytes, size);
+            m_Stats.PeakBytes = std::max(m_Stats.PeakBytes, m_Stats.CurrentBytes);
+            m_Stats.MemoryCount += 1;
+        }
+    }
+    return malloc(size);
+}
+
+void ZmAllocator::ReleaseMemory(void* block)
+{
+    if (!IsDestroyed()) {
+        ZmMutexHolder lock(m_Parts->mutex);
+        if (m_Parts->depth == 0) {
+            // Only clamped, never reduced by what is freed: callers know the figure so.
+            m_Stats.CurrentBytes = std::max(m_Stats.CurrentBytes, 0);
+        }
+    }
+    free(block);
+}
+
+void* ZmAllocator::AllocateScratch(unsigned int size)
+{
+    if (IsDestroyed()) {
+        return ZmNewAligned(size > INT_MAX ? -1 : int(size), zm::ScratchBlocks::kAlignment);
+    }
+    Inside inside(m_Parts->mutex, m_Parts->depth);
+    return m_Parts->scratch.Take(size);
+}
+
+void ZmAllocator::ReleaseScratch(void* block)
+{
+    if (block != nullptr && !IsDestroyed()) {
+        Inside inside(m_Parts->mutex, m_Parts->depth);
+        m_Parts->scratch.GiveBack(block);
+    }
+}
+
+unsigned int ZmAllocator::GetAllocatedScratchMemory()
+{
+    if (IsDestroyed()) {
+        return 0;
+    }
+    ZmMutexHolder lock(m_Parts->mutex);
+    return unsigned(std::min(m_Parts->scratch.TotalSize(), uint64_t(UINT_MAX)));
+}
+
+int ZmAllocator::GetAllocatedScratchCount()
+{
+    if (IsDestroyed()) {
+        return 0;
+    }
+    ZmMutexHolder lock(m_Parts->mutex);
+    return m_Parts->scratch.Count();
+}
+
+void ZmAllocator::ReleaseUnusedScratch()
+{
+    if (!IsDestroyed()) {
+        Inside inside(m_Parts->mutex, m_Parts->depth);
+        m_Parts->scratch.FreeUnused();
+    }
+}
+
+XString* ZmAllocator::AllocateScratchString()
+{
+    if (!IsDestroyed()) {
+        ZmMutexHolder lock(m_Parts->mutex);
+        XArray<XString*>& strings = m_Parts->strings;
+        if (!strings.IsEmpty()) {
+            XString* string = strings.Back();
+            strings.PopBack();
+            return string;
+        }
+    }
+    return new (std::nothrow) XString;
+}
+
+void ZmAllocator::ReleaseScratchString(XString* string)
+{
+    if (string == nullptr) {
+        return;
+    }
+    if (!IsDestroyed()) {
+        ZmMutexHolder lock(m_Parts->mutex);
+        if (m_Parts->strings.PushBack(string)) {
+            return;
+        }
+    }
+    delete string;
+}
+
+void* ZmAllocator::AllocatePool(unsigned int size)
+{
+    if (size == 0 || size > kLargestPoolBlock) {
+        return nullptr;
+    }
+    if (IsDestroyed()) {
+        return malloc(size);
+    }
+    ZmMutexHolder lock(m_Parts->mutex);
+    std::unique_ptr<XFixedSizeAllocator>& pool = m_Parts->pools[PoolOf(size)];
+    if (pool == nullptr) {
+        pool.reset(new (std::nothrow) XFixedSizeAllocator(int(PoolOf(size) * kPoolGrain), kPoolPageSize));
+    }
+    return pool != nullptr ? pool->Allocate() : nullptr;
+}
+
+void ZmAllocator::ReleasePool(unsigned int size, void* block)
+{
+    if (block == nullptr || size == 0 || size > kLargestPoolBlock || IsDestroyed()) {
+        return;
+    }
+    ZmMutexHolder lock(m_Parts->mutex);
+    if (XFixedSizeAllocator* pool = m_Parts->pools[PoolOf(size)].get()) {
+        pool->Free(block);
+    }
+}
+
+void ZmAllocator::DumpStats(const char* fileName)
+{
+    zm::AllocatorFigures figures;
+    if (!IsDestroyed()) {
+        ZmMutexHolder lock(m_Parts->mutex);
+        for (const std::unique_ptr<XFixedSizeAllocator>& pool : m_Parts->pools) {
+            if (pool != nullptr) {
+                figures.pools.PushBack({pool->GetBlockSize(), pool->GetChunkCount(), pool->GetChunksTotalSize(),
+                                        pool->GetChunksOccupation()});
+            }
+        }
+        figures.scratchBytes = m_Parts->scratch.TotalSize();
+        figures.scratchCount = m_Parts->scratch.Count();
+        figures.stats = m_Stats;
+    }
+    const std::string report = zm::AllocatorReport(figures);
+    FILE* file = fileName != nullptr ? zm::OpenFile(fileName, "w") : stdout;
+    if (file != nullptr) {
+        fputs(report.c_str(), file);
+        fflush(file);
+        if (file != stdout) {
+            fclose(file);
+        }
+    }
+}

@@ -1,0 +1,11 @@
+#pragma once
+
+#include <stddef.h>
+
+namespace zm {
+
+/// Bytes that the C heap holds for a block of malloc(): at least what was asked for, the same at
+/// each call. 0 for null.
+size_t HeapBlockSize(void* block);
+
+}  // namespace zm

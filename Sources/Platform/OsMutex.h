@@ -1,0 +1,12 @@
+#pragma once
+
+namespace zm {
+
+/// A recursive lock of the operating system, in a block of its own; null without memory for it.
+void* NewLock();
+/// Frees the lock, which nobody holds; null does nothing.
+void DeleteLock(void* lock);
+void EnterLock(void* lock);
+void LeaveLock(void* lock);
+
+}  // namespace zm
