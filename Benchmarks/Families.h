@@ -14,6 +14,9 @@ extern const Contender kScalarPoints;
 extern const Tasks kArrayTasks;
 extern const Contender kArrays;
 
+extern const Tasks kFoundationTasks;
+extern const Contender kFoundations;
+
 extern const Tasks kSingleTasks;
 extern const Contender kSingles;
 

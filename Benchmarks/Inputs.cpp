@@ -1,12 +1,15 @@
 #include "Inputs.h"
 
 #include <cmath>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <map>
 #include <memory>
 #include <new>
 #include <random>
+#include <set>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -201,6 +204,34 @@ const int* ShuffledIndices(int count)
         }
     }
     return indices.data();
+}
+
+const char* const* PathNames(int count)
+{
+    struct Made {
+        std::set<std::string> names;
+        std::vector<const char*> texts;
+    };
+    static std::map<int, Made> all;
+    Made& made = all[count];
+    std::mt19937 random{20030712};
+    const auto word = [&random](const std::vector<const char*>& words) { return words[random() % words.size()]; };
+    while (int(made.texts.size()) < count) {
+        std::string name;
+        for (auto folders = random() % 3; folders > 0; --folders) {
+            name += word({"models", "textures", "sounds", "city", "forest", "interior", "actors", "shared", "level1"});
+            name += '/';
+        }
+        name += word({"wall", "door", "Tree", "rock", "window", "lamp", "water_surface", "NPC", "bridge", "roof"});
+        char number[16];
+        std::snprintf(number, sizeof number, "_%04u", unsigned(random() % 100000));
+        name += number;
+        name += word({".bmp", ".mesh", ".wav", ".txt", ".png"});
+        if (name.size() >= 8 && name.size() <= 40 && made.names.insert(name).second) {
+            made.texts.push_back(made.names.find(name)->c_str());
+        }
+    }
+    return made.texts.data();
 }
 
 const Operands& RandomOperands()

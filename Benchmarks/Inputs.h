@@ -18,6 +18,9 @@ void* ResultMemory(size_t bytes);
 /// 0 to count - 1 in random order.
 const int* ShuffledIndices(int count);
 
+/// `count` different path-like names of 8 to 40 characters, such as "models/city/door_0417.mesh".
+const char* const* PathNames(int count);
+
 const Operands& RandomOperands();
 
 /// A rotation about a point near the origin, as a matrix of ours. Applied to its own results

@@ -20,10 +20,10 @@ ZM_BENCHMARK_PEERS(ZM_DECLARE_PEER)
 
 namespace {
 
-const Tasks* const kTasks[] = {&kPointTasks, &kArrayTasks, &kSingleTasks};
+const Tasks* const kTasks[] = {&kPointTasks, &kArrayTasks, &kSingleTasks, &kFoundationTasks};
 
 #define ZM_LIST_PEER(name) &k##name,
-const Contender* const kContenders[] = {&kPoints, &kScalarPoints, &kArrays, &kSingles,
+const Contender* const kContenders[] = {&kPoints, &kScalarPoints, &kArrays, &kSingles, &kFoundations,
                                         ZM_BENCHMARK_PEERS(ZM_LIST_PEER)};
 
 bool MachineHasAvx2()

@@ -75,6 +75,8 @@ public:
 protected:
     ZM_API static const char s_Empty[1];
 
+    ZM_API static void Release(const XBaseString& record);
+
     char* m_Buffer = nullptr;
     uint16_t m_Length = 0;
     uint16_t m_Allocated = 0;
@@ -133,7 +135,7 @@ public:
     ~XString()
     {
         if (m_Buffer != nullptr) {
-            Release();
+            Release(*this);
         }
     }
 
@@ -230,13 +232,12 @@ private:
         return sum;
     }
 
-    ZM_API void Release();
     void Forget() { static_cast<XBaseString&>(*this) = XBaseString(); }
     void Install(char* block, size_t size);
     void InstallCopy(const char* text, size_t count);
     void SetLength(size_t length);
     void Empty();
-    char* EnsureCapacity(size_t count);
+    XBaseString EnsureCapacity(size_t count);
     XString& Assign(const char* text, size_t count);
     XString& AssignTime(int64_t time, const char* format);
     XString& Append(const char* text, size_t count);

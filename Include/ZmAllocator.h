@@ -14,7 +14,7 @@
 class ZmAllocator {
 public:
     /// Counters. They are of the moment: a thread that reads one while others allocate may see it change. Bytes of
-    /// strings are what the C heap holds for them, which is a little more than what was asked for.
+    /// strings are those that XString asked for and, for blocks of AllocateString(), those that the C heap holds.
     struct Stats {
         int32_t CurrentBytes = 0;  ///< of AllocateMemory(); see ReleaseMemory()
         int32_t PeakBytes = 0;     ///< the most that CurrentBytes has been
@@ -75,13 +75,14 @@ public:
     ZM_API void* AllocatePool(unsigned int size);
     ZM_API void ReleasePool(unsigned int size, void* block);
 
-    const Stats& GetGlobalStats() const { return m_Stats; }
+    ZM_API const Stats& GetGlobalStats() const;
 
     /// Writes the statistics as a text to the named file, replacing it, or to the standard output for null. Does
     /// nothing if the file cannot be opened.
     ///
-    /// "Shared Strings" is always 0 and "UnShared Strings" the number of strings, as each owns its text. There are
-    /// no allocators of pages; what the report says of them is 0. "Current" is CurrentBytes, and in brackets the
+    /// "Shared Strings" is always 0 and "UnShared Strings" the number of strings, as each owns its text. The
+    /// small allocator is the one that short strings come from, in pages of 64 KB; a "free" allocator of larger pages
+    /// does not exist, and what the report says of it is 0. "Current" is CurrentBytes, and in brackets the
     /// number of AllocateMemory() calls and their mean size.
     ZM_API void DumpStats(const char* fileName);
 
@@ -94,6 +95,5 @@ private:
     ZmAllocator();
     ~ZmAllocator();
 
-    Stats m_Stats;
     Parts* m_Parts;
 };

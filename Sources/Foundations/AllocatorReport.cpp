@@ -67,12 +67,12 @@ void PrintPools(Lines& lines, const XArray<AllocatorFigures::Pool>& pools)
     lines.Print(" Pools : %d Kb in %d pools\n", Kilobytes(bytes), pools.Size());
 }
 
-void PrintPages(Lines& lines)
+void PrintPages(Lines& lines, const TextPages& pages)
 {
     lines.Title("|                   SMALL SIZE POOLS                     |\n");
-    lines.Print("  Small Allocator\t : %10d Pages\n", 0);
-    lines.Print("    Occupation\t\t : %10d ko\n", 0);
-    lines.Print("    Unoccupied\t\t : %10d ko\n", 0);
+    lines.Print("  Small Allocator\t : %10d Pages\n", Figure(pages.count));
+    lines.Print("    Occupation\t\t : %10d ko\n", Kilobytes(pages.bytesInUse));
+    lines.Print("    Unoccupied\t\t : %10d ko\n", Kilobytes(pages.bytesFree));
     lines.Title("|                   FREE SIZE POOLS                     |\n");
     lines.Print("  Free Allocator\t : %10d Pages\n", 0);
     lines.Print("+-- Occupation\t : %10d ko\n", 0);
@@ -100,7 +100,7 @@ std::string AllocatorReport(const AllocatorFigures& figures)
     PrintStrings(lines, figures.stats);
     lines.Title("|                        M E M O R Y                     |  \n");
     PrintPools(lines, figures.pools);
-    PrintPages(lines);
+    PrintPages(lines, figures.textPages);
     lines.Title("|                   SCRATCHS\t\t\t                    |\n");
     lines.Print(" Total Scratch memory  %d Kb in %d pools \n", Kilobytes(figures.scratchBytes), figures.scratchCount);
     PrintSummary(lines, figures.stats);

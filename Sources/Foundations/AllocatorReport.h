@@ -1,7 +1,7 @@
 #pragma once
 
-#include "XFixedSizeAllocator.h"
-#include "ZmAllocator.h"
+#include "Foundations/StringStorage.h"
+#include "XArray.h"
 
 #include <string>
 
@@ -17,6 +17,7 @@ struct AllocatorFigures {
     };
 
     ZmAllocator::Stats stats;
+    TextPages textPages = {};
     XArray<Pool> pools;
     uint64_t scratchBytes = 0;
     int scratchCount = 0;

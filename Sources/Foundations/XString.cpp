@@ -1,8 +1,8 @@
 #include "XString.h"
 
 #include "Foundations/Characters.h"
+#include "Foundations/StringStorage.h"
 #include "Platform/OsClock.h"
-#include "ZmAllocator.h"
 
 #include <algorithm>
 #include <stdarg.h>
@@ -12,16 +12,6 @@
 namespace {
 
 constexpr int kFormatBuffer = 512;
-
-char* NewText(size_t size)
-{
-    return ZmAllocator::Instance().AllocateString(unsigned(size));
-}
-
-void DeleteText(char* text)
-{
-    ZmAllocator::Instance().ReleaseString(text);
-}
 
 // Whether a text lies in a block, and so changes when that does.
 bool LiesIn(const char* text, const char* block, size_t size)
@@ -52,7 +42,7 @@ XString::XString(const char* text, int length)
 XString::XString(int size)
 {
     if (size > 0 && size <= kMaxLength + 1) {
-        char* zeros = NewText(size_t(size));
+        char* zeros = zm::NewText(size_t(size));
         memset(zeros, 0, size_t(size));
         Install(zeros, size_t(size));
         m_Length = uint16_t(size - 1);  // not 0, although the text is empty: callers fill it in
@@ -68,9 +58,9 @@ XString::XString(const XBaseString& src)
 
 XString::XString(const XString& src) : XString(static_cast<const XBaseString&>(src)) {}
 
-void XString::Release()
+void XBaseString::Release(const XBaseString& record)
 {
-    DeleteText(m_Buffer);
+    zm::DeleteText(record.m_Buffer, record.m_Allocated);
 }
 
 void XString::Install(char* block, size_t size)
@@ -81,7 +71,7 @@ void XString::Install(char* block, size_t size)
 
 void XString::InstallCopy(const char* text, size_t count)
 {
-    Install(NewText(count + 1), count + 1);
+    Install(zm::NewText(count + 1), count + 1);
     memcpy(m_Buffer, text, count);
     SetLength(count);
 }
@@ -93,15 +83,15 @@ void XString::SetLength(size_t length)
 }
 
 // Room for `count` characters, at most kMaxLength, in a block of exactly that size if there is less. Returns the
-// old block, for the caller to delete when he has read his arguments, which may lie in it; or null.
-char* XString::EnsureCapacity(size_t count)
+// old record, for the caller to release when he has read his arguments, which may lie in it.
+XBaseString XString::EnsureCapacity(size_t count)
 {
     if (count + 1 <= m_Allocated) {
-        return nullptr;
+        return XBaseString();
     }
-    char* old = m_Buffer;
-    Install(NewText(count + 1), count + 1);
-    memcpy(m_Buffer, old != nullptr ? old : s_Empty, m_Length);
+    const XBaseString old = *this;
+    Install(zm::NewText(count + 1), count + 1);
+    memcpy(m_Buffer, old.Text(), m_Length);
     m_Buffer[m_Length] = 0;
     return old;
 }
@@ -113,10 +103,10 @@ XString& XString::Assign(const char* text, size_t count)
         return *this;
     }
     m_Length = 0;
-    char* old = EnsureCapacity(count);
+    const XBaseString old = EnsureCapacity(count);
     memmove(m_Buffer, text, count);
     SetLength(count);
-    DeleteText(old);
+    Release(old);
     return *this;
 }
 
@@ -145,14 +135,14 @@ XString& XString::Create(const char* text, int length)
         return *this;
     }
     const size_t count = size_t(length);
-    char* old = EnsureCapacity(count);
+    const XBaseString old = EnsureCapacity(count);
     if (text != nullptr) {
         memmove(m_Buffer, text, count);
     } else {
         memset(m_Buffer, 0, count);
     }
     SetLength(count);
-    DeleteText(old);
+    Release(old);
     return *this;
 }
 
@@ -195,10 +185,10 @@ XString& XString::Append(const char* text, size_t count)
     if (count > size_t(kMaxLength) || length > size_t(kMaxLength)) {
         return *this;
     }
-    char* old = EnsureCapacity(length);
+    const XBaseString old = EnsureCapacity(length);
     memmove(m_Buffer + m_Length, text, count);
     SetLength(length);
-    DeleteText(old);
+    Release(old);
     return *this;
 }
 
@@ -375,7 +365,7 @@ int XString::Rebuild(const XBaseString& from, const XBaseString& to)
     if (length > kMaxLength) {
         return 0;
     }
-    char* block = NewText(size_t(length) + 1);
+    char* block = zm::NewText(size_t(length) + 1);
     char* write = block;
     const char* read = m_Buffer;
     for (const char* at; (at = NextOccurrence(read, end, from)) != nullptr; read = at + from.Length()) {
@@ -383,7 +373,7 @@ int XString::Rebuild(const XBaseString& from, const XBaseString& to)
         write = std::copy_n(to.Text(), to.Length(), write);
     }
     memcpy(write, read, size_t(end - read));
-    DeleteText(m_Buffer);
+    Release(*this);
     Install(block, size_t(length) + 1);
     SetLength(size_t(length));
     return count;
@@ -393,10 +383,10 @@ void XString::Reserve(uint16_t size)
 {
     const size_t bytes = size_t(size) + 1;
     if (bytes > m_Allocated) {
-        char* block = NewText(bytes);
+        char* block = zm::NewText(bytes);
         memcpy(block, Text(), m_Length);
         block[m_Length] = 0;
-        DeleteText(m_Buffer);
+        Release(*this);
         Install(block, bytes);
     }
 }

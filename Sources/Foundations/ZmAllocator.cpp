@@ -2,8 +2,9 @@
 
 #include "Foundations/AllocatorReport.h"
 #include "Foundations/ScratchBlocks.h"
+#include "Foundations/StringStorage.h"
 #include "Platform/OsFiles.h"
-#include "Platform/OsHeap.h"
+#include "XFixedSizeAllocator.h"
 #include "ZmAligned.h"
 #include "ZmMutex.h"
 
@@ -65,16 +66,6 @@ int32_t WrappingSum(int32_t a, uint32_t b)
     return int32_t(uint32_t(a) + b);
 }
 
-void CountString(ZmAllocator::Stats& stats, size_t bytes)
-{
-    stats.StringCount += 1;
-    stats.StringBytes += bytes;
-    stats.TotalStringCount += 1;
-    stats.TotalStringBytes += bytes;
-    stats.PeakStringCount = std::max(stats.PeakStringCount, stats.StringCount);
-    stats.PeakStringBytes = std::max(stats.PeakStringBytes, stats.StringBytes);
-}
-
 }  // namespace
 
 ZmAllocator::ZmAllocator() : m_Parts(new Parts)
@@ -110,13 +101,7 @@ void ZmAllocator::Release(void* block)
 
 char* ZmAllocator::AllocateString(unsigned int size)
 {
-    char* string = static_cast<char*>(malloc(size));
-    if (string != nullptr && !IsDestroyed()) {
-        const size_t bytes = zm::HeapBlockSize(string);
-        ZmMutexHolder lock(m_Parts->mutex);
-        CountString(m_Stats, bytes);
-    }
-    return string;
+    return zm::NewHeapText(size);
 }
 
 char* ZmAllocator::AllocateString(const char* text)
@@ -131,13 +116,7 @@ char* ZmAllocator::AllocateString(const char* text)
 
 void ZmAllocator::ReleaseString(char* string)
 {
-    if (string != nullptr && !IsDestroyed()) {
-        const size_t bytes = zm::HeapBlockSize(string);
-        ZmMutexHolder lock(m_Parts->mutex);
-        m_Stats.StringCount -= 1;
-        m_Stats.StringBytes -= bytes;
-    }
-    free(string);
+    zm::DeleteHeapText(string);
 }
 
 void* ZmAllocator::AllocateMemory(unsigned int size)
@@ -145,10 +124,10 @@ void* ZmAllocator::AllocateMemory(unsigned int size)
     if (!IsDestroyed()) {
         ZmMutexHolder lock(m_Parts->mutex);
         if (m_Parts->depth == 0) {
-            m_Stats.CurrentBytes = WrappingSum(m_Stats.CurrentBytes, size);
-            m_Stats.TotalBytes = WrappingSum(m_Stats.TotalBytes, size);
-            m_Stats.PeakBytes = std::max(m_Stats.PeakBytes, m_Stats.CurrentBytes);
-            m_Stats.MemoryCount += 1;
+            zm::g_Stats.CurrentBytes = WrappingSum(zm::g_Stats.CurrentBytes, size);
+            zm::g_Stats.TotalBytes = WrappingSum(zm::g_Stats.TotalBytes, size);
+            zm::g_Stats.PeakBytes = std::max(zm::g_Stats.PeakBytes, zm::g_Stats.CurrentBytes);
+            zm::g_Stats.MemoryCount += 1;
         }
     }
     return malloc(size);
@@ -160,7 +139,7 @@ void ZmAllocator::ReleaseMemory(void* block)
         ZmMutexHolder lock(m_Parts->mutex);
         if (m_Parts->depth == 0) {
             // Only clamped, never reduced by what is freed: callers know the figure so.
-            m_Stats.CurrentBytes = std::max(m_Stats.CurrentBytes, 0);
+            zm::g_Stats.CurrentBytes = std::max(zm::g_Stats.CurrentBytes, 0);
         }
     }
     free(block);
@@ -264,6 +243,11 @@ void ZmAllocator::ReleasePool(unsigned int size, void* block)
     }
 }
 
+const ZmAllocator::Stats& ZmAllocator::GetGlobalStats() const
+{
+    return zm::g_Stats;
+}
+
 void ZmAllocator::DumpStats(const char* fileName)
 {
     zm::AllocatorFigures figures;
@@ -277,8 +261,12 @@ void ZmAllocator::DumpStats(const char* fileName)
         }
         figures.scratchBytes = m_Parts->scratch.TotalSize();
         figures.scratchCount = m_Parts->scratch.Count();
-        figures.stats = m_Stats;
+        figures.stats.CurrentBytes = zm::g_Stats.CurrentBytes;
+        figures.stats.PeakBytes = zm::g_Stats.PeakBytes;
+        figures.stats.TotalBytes = zm::g_Stats.TotalBytes;
+        figures.stats.MemoryCount = zm::g_Stats.MemoryCount;
     }
+    figures.textPages = zm::CopyStringStats(figures.stats);
     const std::string report = zm::AllocatorReport(figures);
     FILE* file = fileName != nullptr ? zm::OpenFile(fileName, "w") : stdout;
     if (file != nullptr) {

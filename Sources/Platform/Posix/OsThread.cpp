@@ -1,7 +1,9 @@
 #include "Platform/OsThread.h"
 
 #include <errno.h>
+#include <sched.h>
 #include <sys/resource.h>
+#include <sys/single_threaded.h>
 #include <time.h>
 
 namespace zm {
@@ -20,6 +22,16 @@ int RaiseThreadPriority()
 void RestoreThreadPriority(int previous)
 {
     setpriority(PRIO_PROCESS, 0, previous);
+}
+
+bool IsOnlyThread()
+{
+    return __libc_single_threaded != 0;
+}
+
+void YieldThread()
+{
+    sched_yield();
 }
 
 void SleepMilliseconds(unsigned milliseconds)

@@ -18,6 +18,16 @@ void RestoreThreadPriority(int previous)
     }
 }
 
+bool IsOnlyThread()
+{
+    return false;  // the system does not tell
+}
+
+void YieldThread()
+{
+    SwitchToThread();
+}
+
 void SleepMilliseconds(unsigned milliseconds)
 {
     Sleep(milliseconds);

@@ -1,0 +1,65 @@
+#pragma once
+
+#include <stddef.h>
+#include <stdint.h>
+
+namespace zm {
+
+/// Blocks of up to 128 bytes, cut from pages of 64 KB and kept in one list for each sixteen bytes of size. Pages go
+/// back to the heap only all together. For one thread at a time; constant-initialised, and never destroyed.
+class SmallBlocks {
+public:
+    static constexpr size_t kLargest = 128;
+
+    /// A block of 1 to kLargest bytes, aligned to 16; null without memory.
+    void* Take(size_t size)
+    {
+        Block*& first = m_Free[ClassOf(size)];
+        Block* block = first;
+        if (block == nullptr) {
+            return CutFromPage(BytesOf(size));
+        }
+        first = block->next;
+        m_BytesInUse += BytesOf(size);
+        return block;
+    }
+
+    /// `size` is what the block was taken with.
+    void GiveBack(void* memory, size_t size)
+    {
+        Block* block = static_cast<Block*>(memory);
+        Block*& first = m_Free[ClassOf(size)];
+        block->next = first;
+        first = block;
+        m_BytesInUse -= BytesOf(size);
+    }
+
+    /// Frees the pages, if no block is in use.
+    void FreePages();
+
+    size_t PageCount() const { return m_PageCount; }
+    size_t BytesInPages() const { return m_PageCount * kPageBytes; }
+    size_t BytesInUse() const { return m_BytesInUse; }
+
+private:
+    struct Block {
+        Block* next;
+    };
+
+    static constexpr size_t kGrain = 16, kPageBytes = 65536;
+
+    static constexpr size_t ClassOf(size_t size) { return (size - 1) / kGrain; }
+    static constexpr size_t BytesOf(size_t size) { return (size + kGrain - 1) / kGrain * kGrain; }
+
+    void* CutFromPage(size_t bytes);
+    bool AddPage();
+
+    Block* m_Free[kLargest / kGrain] = {};
+    Block* m_Pages = nullptr;
+    char* m_Rest = nullptr;  ///< the newest page from here to m_RestEnd was never used
+    char* m_RestEnd = nullptr;
+    size_t m_PageCount = 0;
+    size_t m_BytesInUse = 0;
+};
+
+}  // namespace zm

@@ -1,0 +1,145 @@
+#include "Foundations/StringStorage.h"
+
+#include "Foundations/SmallBlocks.h"
+#include "Platform/OsHeap.h"
+#include "Platform/OsThread.h"
+
+#include <algorithm>
+#include <atomic>
+#include <stdlib.h>
+
+namespace zm {
+
+ZmAllocator::Stats g_Stats;
+
+namespace {
+
+#if defined(__SANITIZE_ADDRESS__)
+constexpr size_t kLargestInPages = 0;  // the sanitizer must see each string for itself
+#else
+constexpr size_t kLargestInPages = SmallBlocks::kLargest;
+#endif
+
+SmallBlocks g_Small;
+std::atomic<bool> g_Taken{false};
+
+/// Holds pages and counters while it lives: for a few instructions, so waiting threads spin. A process with one
+/// thread is spared the locked instruction, which would cost as much as all the rest.
+class Holder {
+public:
+    Holder() : m_Locks(!IsOnlyThread())
+    {
+        while (m_Locks && g_Taken.exchange(true, std::memory_order_acquire)) {
+            YieldThread();
+        }
+    }
+    ~Holder()
+    {
+        if (m_Locks) {
+            g_Taken.store(false, std::memory_order_release);
+        }
+    }
+    Holder(const Holder&) = delete;
+    Holder& operator=(const Holder&) = delete;
+
+private:
+    bool m_Locks;
+};
+
+void CountNew(size_t bytes)
+{
+    ZmAllocator::Stats& stats = g_Stats;
+    stats.StringCount += 1;
+    stats.StringBytes += bytes;
+    stats.TotalStringCount += 1;
+    stats.TotalStringBytes += bytes;
+    stats.PeakStringCount = std::max(stats.PeakStringCount, stats.StringCount);
+    stats.PeakStringBytes = std::max(stats.PeakStringBytes, stats.StringBytes);
+}
+
+void CountDelete(size_t bytes)
+{
+    g_Stats.StringCount -= 1;
+    g_Stats.StringBytes -= bytes;
+}
+
+char* NewCountedHeapText(size_t size, bool countHeapSize)
+{
+    char* text = static_cast<char*>(malloc(size));
+    if (text != nullptr) {
+        const size_t bytes = countHeapSize ? HeapBlockSize(text) : size;
+        Holder holder;
+        CountNew(bytes);
+    }
+    return text;
+}
+
+void DeleteCountedHeapText(char* text, size_t bytes)
+{
+    {
+        Holder holder;
+        CountDelete(bytes);
+    }
+    free(text);
+}
+
+}  // namespace
+
+char* NewText(size_t size)
+{
+    if (size > kLargestInPages) {
+        return NewCountedHeapText(size, false);
+    }
+    Holder holder;
+    void* text = g_Small.Take(size);
+    if (text != nullptr) {
+        CountNew(size);
+    }
+    return static_cast<char*>(text);
+}
+
+void DeleteText(char* text, size_t size)
+{
+    if (text == nullptr) {
+        return;
+    }
+    if (size > kLargestInPages) {
+        DeleteCountedHeapText(text, size);
+        return;
+    }
+    Holder holder;
+    CountDelete(size);
+    g_Small.GiveBack(text, size);
+}
+
+char* NewHeapText(size_t size)
+{
+    return NewCountedHeapText(size, true);
+}
+
+void DeleteHeapText(char* text)
+{
+    if (text != nullptr) {
+        DeleteCountedHeapText(text, HeapBlockSize(text));
+    }
+}
+
+TextPages CopyStringStats(ZmAllocator::Stats& res)
+{
+    Holder holder;
+    res.StringCount = g_Stats.StringCount;
+    res.PeakStringCount = g_Stats.PeakStringCount;
+    res.TotalStringCount = g_Stats.TotalStringCount;
+    res.StringBytes = g_Stats.StringBytes;
+    res.PeakStringBytes = g_Stats.PeakStringBytes;
+    res.TotalStringBytes = g_Stats.TotalStringBytes;
+    return {g_Small.PageCount(), g_Small.BytesInUse(), g_Small.BytesInPages() - g_Small.BytesInUse()};
+}
+
+void FreeTextPages()
+{
+    Holder holder;
+    g_Small.FreePages();
+}
+
+}  // namespace zm

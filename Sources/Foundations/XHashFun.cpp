@@ -1,0 +1,116 @@
+#include "XHashFun.h"
+
+#include <emmintrin.h>
+
+namespace zm {
+
+namespace {
+
+constexpr size_t kBlock = 16;
+
+constexpr uint32_t PowerOf5(unsigned exponent)
+{
+    uint32_t power = 1;
+    for (; exponent > 0; --exponent) {
+        power *= 5;
+    }
+    return power;
+}
+
+constexpr uint32_t kPowersOf5[kBlock] = {
+    PowerOf5(0), PowerOf5(1), PowerOf5(2),  PowerOf5(3),  PowerOf5(4),  PowerOf5(5),  PowerOf5(6),  PowerOf5(7),
+    PowerOf5(8), PowerOf5(9), PowerOf5(10), PowerOf5(11), PowerOf5(12), PowerOf5(13), PowerOf5(14), PowerOf5(15)};
+
+template <class Word>
+Word Load(const char* bytes)
+{
+    Word word;
+    memcpy(&word, bytes, sizeof(word));
+    return word;
+}
+
+// The last `count` bytes of a register, the others 0.
+__m128i MaskOfLast(size_t count)
+{
+    static constexpr unsigned char kMasks[2 * kBlock] = {0,   0,   0,   0,   0,   0,   0,   0,   0,   0,   0,
+                                                         0,   0,   0,   0,   0,   255, 255, 255, 255, 255, 255,
+                                                         255, 255, 255, 255, 255, 255, 255, 255, 255, 255};
+    return _mm_loadu_si128(reinterpret_cast<const __m128i*>(kMasks + count));
+}
+
+// b0 5^15 + b1 5^14 + ... + b15. Four bytes at a time, whose weights fit in 16 bits, then the four sums.
+uint32_t Polynomial(__m128i bytes)
+{
+    const __m128i weights = _mm_set_epi16(1, 5, 25, 125, 1, 5, 25, 125);
+    const __m128i low = _mm_madd_epi16(_mm_srai_epi16(_mm_unpacklo_epi8(bytes, bytes), 8), weights);
+    const __m128i high = _mm_madd_epi16(_mm_srai_epi16(_mm_unpackhi_epi8(bytes, bytes), 8), weights);
+    const __m128i even = _mm_unpacklo_epi64(_mm_shuffle_epi32(low, _MM_SHUFFLE(3, 1, 2, 0)),
+                                            _mm_shuffle_epi32(high, _MM_SHUFFLE(3, 1, 2, 0)));
+    const __m128i odd = _mm_unpackhi_epi64(_mm_shuffle_epi32(low, _MM_SHUFFLE(3, 1, 2, 0)),
+                                           _mm_shuffle_epi32(high, _MM_SHUFFLE(3, 1, 2, 0)));
+    const __m128i quads = _mm_add_epi32(even, odd);
+    const __m128i sums =
+        _mm_add_epi64(_mm_mul_epu32(quads, _mm_set_epi32(0, int(PowerOf5(4)), 0, int(PowerOf5(12)))),
+                      _mm_mul_epu32(_mm_srli_epi64(quads, 32), _mm_set_epi32(0, 1, 0, int(PowerOf5(8)))));
+    return uint32_t(_mm_cvtsi128_si32(_mm_add_epi32(sums, _mm_unpackhi_epi64(sums, sums))));
+}
+
+// 0 to 7 bytes as the last bytes of a word, after zeros.
+uint64_t LoadFew(const char* bytes, size_t count)
+{
+    if (count >= 4) {
+        const uint64_t high = Load<uint32_t>(bytes + count - 4);
+        return high << 32 | uint64_t(Load<uint32_t>(bytes)) << 8 * (8 - count);
+    }
+    uint64_t word = 0;
+    for (size_t i = 0; i < count; ++i) {
+        word = word >> 8 | uint64_t(uint8_t(bytes[i])) << 56;
+    }
+    return word;
+}
+
+constexpr uint64_t Mix(uint64_t low, uint64_t high)
+{
+    return (low * 0x9E3779B97F4A7C15 ^ high) * 0xD1B54A32D192ED03;
+}
+
+uint64_t Combine(uint32_t hash, uint64_t tag)
+{
+    return (tag & 0xFFFFFFFF00000000) | hash;
+}
+
+// Zeros in front of a text do not change its hash.
+uint64_t HashShort(const char* text, size_t length)
+{
+    uint64_t low = 0, high;
+    if (length > 8) {
+        low = Load<uint64_t>(text) << 8 * (kBlock - length);
+        high = Load<uint64_t>(text + length - 8);
+    } else {
+        high = length == 8 ? Load<uint64_t>(text) : LoadFew(text, length);
+    }
+    return Combine(Polynomial(_mm_set_epi64x(int64_t(high), int64_t(low))), Mix(low, high));
+}
+
+}  // namespace
+
+uint64_t HashText(const char* text, size_t length)
+{
+    if (length < kBlock) {
+        return HashShort(text, length);
+    }
+    uint32_t hash = 0;
+    uint64_t tag = 0;
+    const char* const end = text + length;
+    for (; size_t(end - text) >= kBlock; text += kBlock) {
+        hash = hash * (kPowersOf5[15] * 5) + Polynomial(_mm_loadu_si128(reinterpret_cast<const __m128i*>(text)));
+        tag = Mix(tag ^ Load<uint64_t>(text), Load<uint64_t>(text + 8));
+    }
+    const size_t rest = size_t(end - text);
+    const char* const last = end - kBlock;
+    const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(last));
+    hash = hash * kPowersOf5[rest] + Polynomial(_mm_and_si128(bytes, MaskOfLast(rest)));
+    return Combine(hash, Mix(tag ^ Load<uint64_t>(last), Load<uint64_t>(last + 8)));
+}
+
+}  // namespace zm
