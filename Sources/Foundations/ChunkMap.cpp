@@ -1,5 +1,7 @@
 #include "Foundations/ChunkMap.h"
 
+#include <utility>
+
 namespace zm {
 
 ChunkMap::ChunkMap(size_t chunkBytes) : m_ChunkBytes(chunkBytes), m_GranuleShift(0)
@@ -9,18 +11,17 @@ ChunkMap::ChunkMap(size_t chunkBytes) : m_ChunkBytes(chunkBytes), m_GranuleShift
     }
 }
 
-// At most half of the slots are taken, so that what is absent is soon known to be.
+// Called for each chunk in turn. At most half of the slots are taken, so that what is absent is soon known to be.
 bool ChunkMap::Reserve(int chunks)
 {
     constexpr int kSlotsPerChunk = 4, kMaxChunks = 1 << 28;
-    const int words = chunks / 64 + 1;
-    if (chunks > kMaxChunks || !m_FreeBits.Reserve(words)) {
+    if (chunks > kMaxChunks || (m_Data.Capacity() < chunks && !m_Data.Reserve(2 * chunks))) {
         return false;
     }
-    while (m_FreeBits.Size() < words) {
-        m_FreeBits.PushBack(0);
+    if (m_FreeBits.Size() <= chunks / 64 && !m_FreeBits.PushBack(0)) {
+        return false;
     }
-    return m_Slots.Size() >= kSlotsPerChunk * chunks || Resize(2 * kSlotsPerChunk * chunks);
+    return m_Slots.Size() >= kSlotsPerChunk * chunks || Resize(kSlotsPerChunk * chunks);
 }
 
 bool ChunkMap::Resize(int slots)
@@ -30,46 +31,49 @@ bool ChunkMap::Resize(int slots)
         size *= 2;
         ++bits;
     }
-    XArray<Slot> old;
-    if (!old.Reserve(size)) {
+    XArray<int> fresh;
+    if (!fresh.Reserve(size)) {
         return false;
     }
-    old.Swap(m_Slots);
     for (int i = 0; i < size; ++i) {
-        m_Slots.PushBack({nullptr, 0, 0});
+        fresh.PushBack(kEmpty);
     }
+    m_Slots.Swap(fresh);
     m_Mask = size_t(size) - 1;
     m_HashShift = 64 - bits;
-    for (const Slot* slot = old.Begin(); slot != old.End(); ++slot) {
-        if (slot->data != nullptr) {
-            Insert(*slot);
-        }
+    for (int chunk = 0; chunk < m_Data.Size(); ++chunk) {
+        InsertChunk(chunk);
     }
     return true;
 }
 
-void ChunkMap::Insert(const Slot& slot)
+void ChunkMap::Insert(int entry)
 {
-    size_t i = HomeOf(slot);
-    while (m_Slots.Begin()[i].data != nullptr) {
+    size_t i = HomeOf(GranuleOf(entry));
+    while (m_Slots.Begin()[i] != kEmpty) {
         i = Next(i);
     }
-    m_Slots.Begin()[i] = slot;
+    m_Slots.Begin()[i] = entry;
 }
 
-void ChunkMap::Add(const char* data, int chunk)
+void ChunkMap::InsertChunk(int chunk)
 {
-    Insert({data, chunk, 0});
-    if (HasSecondGranule(data)) {
-        Insert({data, chunk, 1});
+    Insert(2 * chunk);
+    if (HasSecondGranule(chunk)) {
+        Insert(2 * chunk + 1);
     }
 }
 
-size_t ChunkMap::SlotOf(const char* data, int second) const
+void ChunkMap::Add(const char* data)
 {
-    const Slot* slots = m_Slots.Begin();
-    size_t i = HomeOf({data, 0, second});
-    while (slots[i].data != data || slots[i].second != second) {
+    m_Data.PushBack(reinterpret_cast<uintptr_t>(data));
+    InsertChunk(m_Data.Size() - 1);
+}
+
+size_t ChunkMap::SlotOf(int entry) const
+{
+    size_t i = HomeOf(GranuleOf(entry));
+    while (m_Slots.Begin()[i] != entry) {
         i = Next(i);
     }
     return i;
@@ -77,33 +81,44 @@ size_t ChunkMap::SlotOf(const char* data, int second) const
 
 // Linear probing without tombstones: later slots of the run move into the gap where their home allows it
 // (Knuth, The Art of Computer Programming 3, 6.4, algorithm R).
-void ChunkMap::Erase(size_t gap)
+void ChunkMap::Erase(int entry)
 {
-    Slot* slots = m_Slots.Begin();
-    for (size_t i = Next(gap); slots[i].data != nullptr; i = Next(i)) {
-        const size_t fromHome = (i - HomeOf(slots[i])) & m_Mask, fromGap = (i - gap) & m_Mask;
+    int* slots = m_Slots.Begin();
+    size_t gap = SlotOf(entry);
+    for (size_t i = Next(gap); slots[i] != kEmpty; i = Next(i)) {
+        const size_t fromHome = (i - HomeOf(GranuleOf(slots[i]))) & m_Mask, fromGap = (i - gap) & m_Mask;
         if (fromHome >= fromGap) {
             slots[gap] = slots[i];
             gap = i;
         }
     }
-    slots[gap].data = nullptr;
+    slots[gap] = kEmpty;
 }
 
-void ChunkMap::Remove(const char* data)
+void ChunkMap::RemoveLast()
 {
-    Erase(SlotOf(data, 0));
-    if (HasSecondGranule(data)) {
-        Erase(SlotOf(data, 1));
+    const int last = m_Data.Size() - 1;
+    SetFree(last, false);
+    Erase(2 * last);
+    if (HasSecondGranule(last)) {
+        Erase(2 * last + 1);
     }
+    m_Data.PopBack();
 }
 
-void ChunkMap::Renumber(const char* data, int chunk)
+void ChunkMap::Swap(int a, int b)
 {
-    m_Slots.Begin()[SlotOf(data, 0)].chunk = chunk;
-    if (HasSecondGranule(data)) {
-        m_Slots.Begin()[SlotOf(data, 1)].chunk = chunk;
+    for (const int part : {0, 1}) {
+        const bool aHas = part == 0 || HasSecondGranule(a), bHas = part == 0 || HasSecondGranule(b);
+        const size_t slotOfA = aHas ? SlotOf(2 * a + part) : 0, slotOfB = bHas ? SlotOf(2 * b + part) : 0;
+        if (aHas) {
+            m_Slots.Begin()[slotOfA] = 2 * b + part;
+        }
+        if (bHas) {
+            m_Slots.Begin()[slotOfB] = 2 * a + part;
+        }
     }
+    std::swap(m_Data[a], m_Data[b]);
 }
 
 int ChunkMap::FirstFree()

@@ -10,18 +10,19 @@ namespace zm {
 /// the chunks. Chunks are numbered from 0 and all have the same size.
 ///
 /// An open hash table over granules of memory, at least as large as a chunk: a chunk touches one granule or two,
-/// and stands in the table under each.
+/// and stands in the table under each. Slots hold only numbers, so that the table of thousands of chunks stays in the
+/// processor's first cache.
 class ChunkMap {
 public:
     explicit ChunkMap(size_t chunkBytes);
 
-    /// Makes room for that many chunks; false without memory.
+    /// Makes room for that many chunks, one more than there are; false without memory.
     bool Reserve(int chunks);
 
-    /// There is room for it.
-    void Add(const char* data, int chunk);
-    void Remove(const char* data);
-    void Renumber(const char* data, int chunk);
+    /// The chunk after the last one; there is room for it.
+    void Add(const char* data);
+    void RemoveLast();
+    void Swap(int a, int b);
 
     /// The chunk that the address lies in, or -1.
     int Find(const void* address) const
@@ -29,13 +30,13 @@ public:
         if (m_Slots.IsEmpty()) {
             return -1;
         }
-        const uintptr_t wanted = reinterpret_cast<uintptr_t>(address);
-        const Slot* slots = m_Slots.Begin();
+        const uintptr_t wanted = reinterpret_cast<uintptr_t>(address), *const data = m_Data.Begin();
+        const int* slots = m_Slots.Begin();
         size_t i = HomeOf(wanted >> m_GranuleShift);
-        while (slots[i].data != nullptr && wanted - reinterpret_cast<uintptr_t>(slots[i].data) >= m_ChunkBytes) {
+        while (slots[i] != kEmpty && wanted - data[ChunkOf(slots[i])] >= m_ChunkBytes) {
             i = Next(i);
         }
-        return slots[i].data != nullptr ? slots[i].chunk : -1;
+        return ChunkOf(slots[i]);
     }
 
     void SetFree(int chunk, bool hasFreeBlocks)
@@ -52,31 +53,33 @@ public:
     int FirstFree();
 
 private:
-    struct Slot {
-        const char* data;  ///< null in an empty slot
-        int chunk;
-        int second;  ///< 1 under the second of a chunk's granules
-    };
+    // An entry is twice the number of a chunk, plus 1 for the second of its granules. -1 is chunk -1, too.
+    static constexpr int kEmpty = -1;
+    static constexpr int ChunkOf(int entry) { return entry >> 1; }
 
-    uintptr_t GranuleOf(const char* address) const { return reinterpret_cast<uintptr_t>(address) >> m_GranuleShift; }
+    bool HasSecondGranule(int chunk) const { return GranuleOf(2 * chunk) != GranuleOf(2 * chunk + 1); }
+    uintptr_t GranuleOf(int entry) const
+    {
+        return (m_Data[ChunkOf(entry)] + ((entry & 1) != 0 ? m_ChunkBytes - 1 : 0)) >> m_GranuleShift;
+    }
     size_t HomeOf(uintptr_t granule) const
     {
         return size_t(uint64_t(granule) * 0x9E3779B97F4A7C15u >> m_HashShift) & m_Mask;
     }
-    size_t HomeOf(const Slot& slot) const { return HomeOf(GranuleOf(slot.data) + uintptr_t(slot.second)); }
     size_t Next(size_t slot) const { return (slot + 1) & m_Mask; }
-    bool HasSecondGranule(const char* data) const { return GranuleOf(data) != GranuleOf(data + m_ChunkBytes - 1); }
 
-    void Insert(const Slot& slot);
-    size_t SlotOf(const char* data, int second) const;
-    void Erase(size_t slot);
+    void Insert(int entry);
+    void InsertChunk(int chunk);
+    size_t SlotOf(int entry) const;
+    void Erase(int entry);
     bool Resize(int slots);
 
     size_t m_ChunkBytes;
     int m_GranuleShift;
     int m_HashShift = 63;
     size_t m_Mask = 0;
-    XArray<Slot> m_Slots;
+    XArray<int> m_Slots;       ///< entries
+    XArray<uintptr_t> m_Data;  ///< addresses of the chunks
     XArray<uint64_t> m_FreeBits;
     int m_FirstFreeWord = 0;  ///< words before this one are 0
 };

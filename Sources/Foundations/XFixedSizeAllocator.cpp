@@ -73,7 +73,7 @@ bool XFixedSizeAllocator::AddChunk()
         zm::DeleteBlock(data);
         return false;
     }
-    m_Map->Add(data, chunk);
+    m_Map->Add(data);
     m_Map->SetFree(chunk, true);
     m_AllocationChunk = m_ReleaseChunk = chunk;
     return true;
@@ -154,8 +154,7 @@ void XFixedSizeAllocator::RemoveLastChunk()
 {
     const int last = m_Chunks.Size() - 1;
     char* data = m_Chunks[last].Data;
-    m_Map->SetFree(last, false);
-    m_Map->Remove(data);
+    m_Map->RemoveLast();
     zm::DeleteBlock(data);
     m_Chunks.PopBack();
 }
@@ -164,8 +163,8 @@ void XFixedSizeAllocator::SwapChunks(int a, int b)
 {
     if (a != b) {
         std::swap(m_Chunks[a], m_Chunks[b]);
+        m_Map->Swap(a, b);
         for (const int chunk : {a, b}) {
-            m_Map->Renumber(m_Chunks[chunk].Data, chunk);
             m_Map->SetFree(chunk, m_Chunks[chunk].FreeCount != 0);
         }
     }

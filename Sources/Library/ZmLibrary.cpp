@@ -1,3 +1,4 @@
+#include "Foundations/StringStorage.h"
 #include "Math/SineTable.h"
 #include "Platform/ProcessorState.h"
 #include "ZmFPU.h"
@@ -12,6 +13,12 @@ __attribute__((constructor(101))) void OnLoad()
     zm::DetectProcessor();
     ZmSetBaseFPUControlWord();
     zm::BuildSineTable();
+}
+
+/// After every destructor of this module. Modules that use strings are unloaded before.
+__attribute__((destructor(101))) void OnUnload()
+{
+    zm::FreeTextPages();
 }
 
 }  // namespace
