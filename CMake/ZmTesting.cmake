@@ -6,10 +6,11 @@ set(ZMMATH_TEST_FILTER "" CACHE STRING "GoogleTest filter for all test programs"
 set(ZMMATH_TEST_ENVIRONMENT "" CACHE STRING "Environment of all tests")
 
 set(ZM_TEST_PREFIX "")
+set(ZM_TEST_PROPERTIES TIMEOUT 300 SKIP_RETURN_CODE 77)
 if(ZMMATH_VARIANT)
     set(ZM_TEST_PREFIX "${ZMMATH_VARIANT}/")
+    list(APPEND ZM_TEST_PROPERTIES LABELS "${ZMMATH_VARIANT}")
 endif()
-set(ZM_TEST_PROPERTIES LABELS "${ZMMATH_VARIANT}" TIMEOUT 300 SKIP_RETURN_CODE 77)
 
 add_library(ZmGoogleTest STATIC EXCLUDE_FROM_ALL
     "${ZMMATH_GOOGLETEST_DIR}/src/gtest-all.cc"
@@ -58,4 +59,19 @@ function(zm_add_check name)
     set(test ${ZM_TEST_PREFIX}Check.${name})
     add_test(NAME ${test} COMMAND ${ARGN} COMMAND_EXPAND_LISTS)
     set_tests_properties(${test} PROPERTIES ${ZM_TEST_PROPERTIES})
+endfunction()
+
+# zm_add_program(<name> LIBRARY <target> SOURCES <file>... [ARGUMENTS <argument>...])
+# A program of its own as a test: it passes with exit code 0.
+function(zm_add_program name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "LIBRARY" "SOURCES;ARGUMENTS")
+    add_executable(Zm${name}Test ${arg_SOURCES})
+    set_target_properties(Zm${name}Test PROPERTIES CXX_EXTENSIONS OFF)
+    target_link_libraries(Zm${name}Test PRIVATE ${arg_LIBRARY} ZmWarnings ZmFloatingPoint)
+    zm_add_check(${name} Zm${name}Test ${arg_ARGUMENTS})
+    set_tests_properties(${ZM_TEST_PREFIX}Check.${name} PROPERTIES ENVIRONMENT "${ZMMATH_TEST_ENVIRONMENT}")
+    if(CMAKE_CROSSCOMPILING)
+        set_tests_properties(${ZM_TEST_PREFIX}Check.${name} PROPERTIES
+            FIXTURES_REQUIRED "${ZM_TEST_PREFIX}Emulator")
+    endif()
 endfunction()

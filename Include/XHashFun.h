@@ -7,7 +7,7 @@ namespace zm {
 
 /// Low half: h = h * 5 + byte over all bytes, as signed characters, in 32 bits. High half: a second, unrelated hash,
 /// which tells texts apart whose first is the same.
-ZM_API uint64_t HashText(const char* text, size_t length);
+ZM_API uint64_t HashText(const char* text, unsigned int length);
 
 }  // namespace zm
 

@@ -18,7 +18,7 @@ namespace zm {
 
 /// Memory for the items of a container, from the global allocation operators; null where there is
 /// none. All modules take it here, so that one may fill what another one frees. Any thread.
-ZM_API void* NewBlock(size_t bytes);
+ZM_API void* NewBlock(unsigned long long bytes);
 
 /// Frees a block of NewBlock(); null does nothing.
 ZM_API void DeleteBlock(void* block);

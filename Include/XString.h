@@ -211,7 +211,7 @@ public:
     /// `from` occurs nowhere. If the result would be longer than kMaxLength, does nothing and returns 0.
     ZM_API int Replace(const XBaseString& from, const XBaseString& to);
 
-    /// Room for `size` characters, if there is less. The text stays.
+    /// Room for `size` characters, at most kMaxLength, if there is less. The text stays.
     ZM_API void Reserve(uint16_t size);
 
     void Swap(XString& other) noexcept

@@ -94,7 +94,7 @@ uint64_t HashShort(const char* text, size_t length)
 
 }  // namespace
 
-uint64_t HashText(const char* text, size_t length)
+uint64_t HashText(const char* text, unsigned int length)
 {
     if (length < kBlock) {
         return HashShort(text, length);

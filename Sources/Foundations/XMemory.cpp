@@ -1,10 +1,12 @@
 #include "XMemory.h"
 
+#include <stdint.h>
+
 namespace zm {
 
-void* NewBlock(size_t bytes)
+void* NewBlock(unsigned long long bytes)
 {
-    return ::operator new(bytes, std::nothrow);
+    return bytes <= PTRDIFF_MAX ? ::operator new(size_t(bytes), std::nothrow) : nullptr;
 }
 
 void DeleteBlock(void* block)

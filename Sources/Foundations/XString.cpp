@@ -66,7 +66,7 @@ void XBaseString::Release(const XBaseString& record)
 void XString::Install(char* block, size_t size)
 {
     m_Buffer = block;
-    m_Allocated = uint16_t(std::min(size, size_t(UINT16_MAX)));
+    m_Allocated = uint16_t(size);
 }
 
 void XString::InstallCopy(const char* text, size_t count)
@@ -381,7 +381,7 @@ int XString::Rebuild(const XBaseString& from, const XBaseString& to)
 
 void XString::Reserve(uint16_t size)
 {
-    const size_t bytes = size_t(size) + 1;
+    const size_t bytes = std::min(size_t(size), size_t(kMaxLength)) + 1;  // a longer text there is not
     if (bytes > m_Allocated) {
         char* block = zm::NewText(bytes);
         memcpy(block, Text(), m_Length);

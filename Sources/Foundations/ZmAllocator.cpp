@@ -148,7 +148,7 @@ void ZmAllocator::ReleaseMemory(void* block)
 void* ZmAllocator::AllocateScratch(unsigned int size)
 {
     if (IsDestroyed()) {
-        return ZmNewAligned(size > INT_MAX ? -1 : int(size), zm::ScratchBlocks::kAlignment);
+        return size != 0 && size <= INT_MAX ? ZmNewAligned(int(size), zm::ScratchBlocks::kAlignment) : nullptr;
     }
     Inside inside(m_Parts->mutex, m_Parts->depth);
     return m_Parts->scratch.Take(size);

@@ -50,7 +50,6 @@ TEST(XStringTest, ConstructionFromTextAndLength)
         {"empty", "", 0, ""},
         {"a NUL first", "\0abc", 4, ""},
         {"whole", "abc", 0, "abc"},
-        {"part", "abc", 2, "ab"},
         {"past a NUL", "ab\0cd", 5, std::string("ab\0cd", 5)},
         {"negative", "abc", -1, ""},
         {"longest", tooLong.c_str(), 65534, Xs(65534)},
@@ -119,49 +118,33 @@ TEST(XStringTest, AssignmentKeepsItsStorageAndRefusesWhatIsTooLong)
     EXPECT_EQ(XBaseString(Xs(65535).c_str()).Length(), 0);
 }
 
-const struct {
-    const char* name;
-    XString& (*append)(XString& string);
-    int count;
-} kAppends[] = {
-    {"char", [](XString& s) -> XString& { return s << 'y'; }, 1},
-    {"text", [](XString& s) -> XString& { return s << "yyy"; }, 3},
-    {"string", [](XString& s) -> XString& { return s << XString("yyyy"); }, 4},
-    {"int", [](XString& s) -> XString& { return s << -12; }, 3},
-    {"unsigned", [](XString& s) -> XString& { return s << 12u; }, 2},
-    {"float", [](XString& s) -> XString& { return s << 0.5f; }, 8},
-    {"long text", [](XString& s) -> XString& { return s << Xs(65535).c_str(); }, 65535},
-};
-
 TEST(XStringTest, AppendsStopAtTheLongestLength)
 {
-    for (const auto& row : kAppends) {
-        SCOPED_TRACE(row.name);
+    const struct {
+        const char* name;
+        void (*append)(XString& string);
+        int count;
+    } rows[] = {
+        {"char", [](XString& s) { s << 'y'; }, 1},
+        {"text", [](XString& s) { s << "yyy"; }, 3},
+        {"string", [](XString& s) { s << XString("yy"); }, 2},
+        {"int", [](XString& s) { s << -12; }, 3},
+        {"unsigned", [](XString& s) { s << 12u; }, 2},
+        {"float", [](XString& s) { s << 0.5f; }, 8},
+    };
+    for (const auto& row : rows) {
         for (const int length : {65534 - row.count, 65535 - row.count, 65534}) {
-            if (length >= 0) {
-                const bool fits = length + row.count <= 65534;
-                XString string(Xs(length).c_str());
-                const int capacity = string.Capacity();
-                EXPECT_EQ(&row.append(string), &string);
-                ExpectSizes(string, fits ? 65534 : length, fits ? 65535 : capacity);
-                EXPECT_EQ(All(string).substr(0, size_t(length)), Xs(length));
-            }
+            SCOPED_TRACE(std::string(row.name) + " to " + std::to_string(length));
+            const bool fits = length + row.count <= 65534;
+            XString string(Xs(length).c_str());
+            row.append(string);
+            ExpectSizes(string, fits ? 65534 : length, fits ? 65535 : length + 1);
         }
     }
-    XString half(Xs(32768).c_str());
-    half << half;
-    ExpectSizes(half, 32768, 32769);
-}
-
-TEST(XStringTest, AppendingNothingMakesNoTextButAnEmptyStringMakesRoom)
-{
     XString string;
-    string << "" << static_cast<const char*>(nullptr);
+    string << Xs(65535).c_str();
     ExpectSizes(string, 0, 0);
-    string << XString();
-    ExpectSizes(string, 0, 1);
     string << '\0' << 'a';
-    EXPECT_EQ(All(string), std::string("\0a", 2));
     ExpectSizes(string, 2, 3);
 }
 
@@ -171,9 +154,9 @@ TEST(XStringTest, NumbersAreWrittenAsPrintfWritesThem)
         XString string;
         const char* expected;
     } rows[] = {
-        {XString() + INT_MIN, "-2147483648"},  {XString("n") + 0, "n0"},
-        {XString() + UINT_MAX, "4294967295"},  {XString() + 1.5f, "1.500000"},
-        {XString() + -0.0f, "-0.000000"},      {XString() + 0.1f, "0.100000"},
+        {XString() + INT_MIN, "-2147483648"},      {XString("n") + 0, "n0"},
+        {XString() + UINT_MAX, "4294967295"},      {XString() + 1.5f, "1.500000"},
+        {XString() + -0.0f, "-0.000000"},          {XString() + 0.1f, "0.100000"},
         {XString() + 1e10f, "10000000000.000000"}, {XString("a") + "b" + 'c' + XString("d"), "abcd"},
     };
     for (const auto& row : rows) {
@@ -230,9 +213,9 @@ const struct {
     const char* b;
     int expected;
 } kCompared[] = {
-    {"", "", 0},        {"", "abc", -3},    {"abc", "", 3},           {"ABC", "abd", -1},     {"abc", "ABC", 0},
-    {"a", "ab", -'b'},  {"ab", "A", 'b'},   {"Z", "[", 'z' - '['},    {"_", "A", '_' - 'a'},  {"a", "\xE9", 'a' + 23},
-    {"\xC9", "\xE9", -32},
+    {"", "", 0},           {"", "abc", -3},         {"abc", "", 3},        {"ABC", "abd", -1},
+    {"abc", "ABC", 0},     {"a", "ab", -'b'},       {"ab", "A", 'b'},      {"Z", "[", 'z' - '['},
+    {"_", "A", '_' - 'a'}, {"a", "\xE9", 'a' + 23}, {"\xC9", "\xE9", -32},
 };
 
 TEST(XStringTest, ComparisonWithoutCaseGivesTheDifference)
@@ -245,8 +228,7 @@ TEST(XStringTest, ComparisonWithoutCaseGivesTheDifference)
 
 TEST(XStringTest, OrderIsByUnsignedBytesThenByLength)
 {
-    const std::string sorted[] = {"", std::string(1, '\0'), "A", "a", std::string("a\0", 2), std::string("a\0b", 3),
-                                  "ab", "b", "\xE9"};
+    const std::string sorted[] = {"", std::string(1, '\0'), "A", "a", std::string("a\0", 2), "ab", "b", "\xE9"};
     for (size_t i = 0; i < std::size(sorted); ++i) {
         for (size_t k = 0; k < std::size(sorted); ++k) {
             SCOPED_TRACE(std::to_string(i) + " and " + std::to_string(k));
@@ -270,29 +252,21 @@ TEST(XStringTest, SearchesFindPositionsOr65535)
     } rows[] = {
         {"no such character", XString("abc").Find('x'), kNone},
         {"first", abca.Find('a'), 0},
-        {"from its place on", abca.Find('a', 3), 3},
         {"the terminator", abca.Find('\0'), 4},
-        {"from the end", abca.Find('a', 4), kNone},
+        {"the terminator from there on", abca.Find('\0', 4), 4},
         {"start beyond the end", abca.Find('a', 5), kNone},
         {"in the empty string", empty.Find('\0'), kNone},
-        {"text", abca.Find("ca"), 2},
-        {"text beyond the end", abca.Find("a", 5), kNone},
-        {"the empty text", abca.Find(""), kNone},
         {"text in the empty string", empty.Find("a"), kNone},
         {"another case", XString("aBc").IFind("BC"), 1},
-        {"another case, wanted", XString("xxabC").IFind("AbC", 2), 2},
         {"another case, beyond the end", abca.IFind("A", 5), kNone},
-        {"another case, the empty text", abca.IFind(""), kNone},
         {"letters without case", XString("\xC9").IFind("\xE9"), kNone},
         {"last", abca.RFind('a'), 3},
         {"last before its own place", abca.RFind('a', 3), 0},
-        {"last before the end", abca.RFind('a', 4), 3},
         {"last before beyond the end", abca.RFind('a', 100), 3},
-        {"last before the start", abca.RFind('a', 0), kNone},
         {"last terminator", abca.RFind('\0'), 4},
+        {"last before the first NUL", XString("ab\0a", 4).RFind('a'), 0},
         {"last in the empty string", empty.RFind('a'), kNone},
         {"largest position", longest.RFind('x'), 65533},
-        {"largest start", longest.Find('x', 65533), 65533},
     };
     for (const auto& row : rows) {
         EXPECT_EQ(row.found, row.expected) << row.name;
@@ -310,23 +284,17 @@ struct Change {
 const Change kChanges[] = {
     {"Trim both ends", "  a b  ", [](XString& s) { s.Trim(); }, "a b"},
     {"Trim all kinds", "\t\n\v\f\r a\r\f\v\n\t", [](XString& s) { s.Trim(); }, "a"},
-    {"Trim all", " \t ", [](XString& s) { s.Trim(); }, ""},
     {"Trim no-break spaces", "\xA0 a\x85", [](XString& s) { s.Trim(); }, "\xA0 a\x85"},
     {"Strip: single spaces stay", "a b\tc", [](XString& s) { s.Strip(); }, "a b\tc"},
     {"Strip: a run costs the last byte", "a  bc", [](XString& s) { s.Strip(); }, "a b"},
     {"Strip: run before the last byte", "a  b", [](XString& s) { s.Strip(); }, "a "},
-    {"Strip: run at the end", "ab  ", [](XString& s) { s.Strip(); }, "ab "},
     {"Strip: run at the front", "  abc", [](XString& s) { s.Strip(); }, " ab"},
     {"Strip: tabs become spaces after the run", "a\t\tb\tc\td", [](XString& s) { s.Strip(); }, "a\tb c "},
-    {"Strip: only space", "   ", [](XString& s) { s.Strip(); }, " "},
     {"Crop", "hello", [](XString& s) { s.Crop(1, 10); }, "ello"},
-    {"Crop the middle", "hello", [](XString& s) { s.Crop(1, 3); }, "ell"},
-    {"Crop to nothing", "hello", [](XString& s) { s.Crop(2, 0); }, ""},
     {"Crop beyond the end", "hello", [](XString& s) { s.Crop(6, 65535); }, ""},
     {"Cut", "hello", [](XString& s) { s.Cut(1, 2); }, "hlo"},
     {"Cut over the end", "hello", [](XString& s) { s.Cut(3, 65535); }, "hel"},
     {"Cut beyond the end", "hello", [](XString& s) { s.Cut(6, 1); }, "hello"},
-    {"Substring to the end", "hello", [](XString& s) { s = s.Substring(3); }, "lo"},
     {"Substring over the end", "hello", [](XString& s) { s = s.Substring(3, 65535); }, "lo"},
     {"Substring beyond the end", "hello", [](XString& s) { s = s.Substring(6, 2); }, ""},
     {"upper case", "az{`\xE9Z", [](XString& s) { s.ToUpper(); }, "AZ{`\xE9Z"},
@@ -358,10 +326,9 @@ TEST(XStringTest, TextsAreReplacedFromLeftToRight)
         int count;
         bool sameBlock;
     } rows[] = {
-        {"abab", "ab", "x", "xx", 2, false},    {"aaa", "a", "b", "bbb", 3, true},  {"aaa", "aa", "b", "ba", 1, false},
-        {"aaaaa", "aa", "bb", "bbbba", 2, true}, {"abab", "b", "", "aa", 2, false},  {"abc", "abc", "", "", 1, false},
-        {"abc", "x", "yy", "abc", 0, false},     {"abc", "", "yy", "abc", 0, true},  {"abc", "x", "y", "abc", 0, true},
-        {"aba", "a", "aa", "aabaa", 2, false},
+        {"abab", "ab", "x", "xx", 2, false}, {"aaa", "a", "b", "bbb", 3, true}, {"aaa", "aa", "b", "ba", 1, false},
+        {"aaa", "aa", "ba", "baa", 1, true}, {"abc", "abc", "", "", 1, false},  {"aba", "a", "aa", "aabaa", 2, false},
+        {"abc", "x", "yy", "abc", 0, false}, {"abc", "", "yy", "abc", 0, true}, {"abc", "x", "y", "abc", 0, true},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(std::string(row.text) + ", " + row.from + " by " + row.to);
@@ -373,12 +340,16 @@ TEST(XStringTest, TextsAreReplacedFromLeftToRight)
         ExpectSizes(string, int(strlen(row.expected)), row.sameBlock ? 21 : int(strlen(row.expected)) + 1);
         EXPECT_TRUE(!row.sameBlock || string.Text() == block);
     }
-    XString tooLong(Xs(40000).c_str());
-    EXPECT_EQ(tooLong.Replace("x", "xy"), 0);
-    EXPECT_EQ(All(tooLong), Xs(40000));
-    XString zeros(4);
+    XString longest(("ab" + Xs(65531)).c_str());
+    EXPECT_EQ(longest.Replace("ab", "abcd"), 0);
+    ExpectSizes(longest, 65533, 65534);
+    EXPECT_EQ(longest.Replace("ab", "abc"), 1);
+    ExpectSizes(longest, 65534, 65535);
+    XString zeros(4), string("abc");
     EXPECT_EQ(zeros.Replace('\0', 'a'), 3);
     EXPECT_STREQ(zeros.Text(), "aaa");
+    string.Replace(XString(3), "xy");  // two NULs read as a text of none
+    ExpectSizes(string, 3, 4);
 }
 
 TEST(XStringTest, ReserveMakesRoomForTheSizeAndATerminator)
