@@ -4,10 +4,14 @@
 /// small C headers.
 
 #include "ZmBbox.h"
+#include "ZmBestFitBBox.h"
 #include "ZmColor.h"
 #include "ZmDecomposition.h"
+#include "ZmDistance.h"
+#include "ZmEigenMatrix.h"
 #include "ZmFPU.h"
 #include "ZmFrustum.h"
+#include "ZmIntersect.h"
 #include "ZmMatrix.h"
 #include "ZmOBB.h"
 #include "ZmPlane.h"

@@ -34,6 +34,8 @@ done
 # Classes whose members are all inline have no source file.
 folder_of[ZmOBB.h]=Math
 folder_of[ZmSphere.h]=Math
+# One with a source file for each family of its functions.
+folder_of[ZmIntersect.h]=Queries
 
 check() { # <file> <folder> <included folder> <included name>
     if [ "$3" != "$2" ] && [[ " ${below[$2]} " != *" $3 "* ]]; then
