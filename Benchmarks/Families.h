@@ -17,4 +17,7 @@ extern const Contender kArrays;
 extern const Tasks kSingleTasks;
 extern const Contender kSingles;
 
+extern const Tasks kQueryTasks;
+extern const Contender kQueries;
+
 }  // namespace bench

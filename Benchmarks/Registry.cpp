@@ -20,11 +20,11 @@ ZM_BENCHMARK_PEERS(ZM_DECLARE_PEER)
 
 namespace {
 
-const Tasks* const kTasks[] = {&kPointTasks, &kArrayTasks, &kSingleTasks};
+const Tasks* const kTasks[] = {&kPointTasks, &kArrayTasks, &kSingleTasks, &kQueryTasks};
 
 #define ZM_LIST_PEER(name) &k##name,
-const Contender* const kContenders[] = {&kPoints, &kScalarPoints, &kArrays, &kSingles,
-                                        ZM_BENCHMARK_PEERS(ZM_LIST_PEER)};
+const Contender* const kContenders[] = {&kPoints,  &kScalarPoints, &kArrays,
+                                        &kSingles, &kQueries,      ZM_BENCHMARK_PEERS(ZM_LIST_PEER)};
 
 bool MachineHasAvx2()
 {

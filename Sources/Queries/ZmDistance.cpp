@@ -1,107 +1,117 @@
 #include "ZmDistance.h"
 
+#include "Math/DoubleLanes.h"
+#include "Queries/SixFloats.h"
 #include "Queries/Tolerances.h"
 
 using namespace zm;
 
 namespace {
 
-/// Vectors in double: differences and products of floats lose nothing there.
-struct DoubleVector {
-    double x, y, z;
+// Everything in double, where differences and products of floats lose nothing, and without branches: which bound a
+// closest point comes to lie on cannot be predicted. Single numbers stand in the first place of a pair; what stands in
+// the second then has no meaning.
+using Pair = DoublePair;
 
-    DoubleVector(double vx, double vy, double vz) : x(vx), y(vy), z(vz) {}
-    DoubleVector(const ZmVector& v) : x(v.x), y(v.y), z(v.z) {}
+/// A vector of three as x and y, and z.
+struct DoubleVector {
+    Pair xy, z;
+
+    DoubleVector(Pair first, Pair last) : xy(first), z(last) {}
+    explicit DoubleVector(SseLanes v) : xy(_mm_cvtps_pd(v.v)), z(_mm_cvtps_pd(_mm_movehl_ps(v.v, v.v))) {}
+
+    DoubleVector operator-(const DoubleVector& o) const { return {xy - o.xy, z - o.z}; }
+    DoubleVector operator+(const DoubleVector& o) const { return {xy + o.xy, z + o.z}; }
+    DoubleVector operator*(Pair s) const { return {xy * Pair::Firsts(s, s), z * s}; }
+    friend Pair Dot(const DoubleVector& a, const DoubleVector& b)
+    {
+        const Pair products = a.xy * b.xy;
+        return (products + products.Swapped()) + a.z * b.z;
+    }
 };
 
-inline DoubleVector operator-(const DoubleVector& a, const DoubleVector& b)
-{
-    return {a.x - b.x, a.y - b.y, a.z - b.z};
-}
+/// The products of two vectors with a third and a fourth one.
+struct VectorPair {
+    Pair x, y, z;
 
-inline DoubleVector operator+(const DoubleVector& a, const DoubleVector& b)
-{
-    return {a.x + b.x, a.y + b.y, a.z + b.z};
-}
-
-inline DoubleVector operator*(const DoubleVector& v, double s)
-{
-    return {v.x * s, v.y * s, v.z * s};
-}
-
-inline double Dot(const DoubleVector& a, const DoubleVector& b)
-{
-    return a.x * b.x + a.y * b.y + a.z * b.z;
-}
+    VectorPair(const DoubleVector& a, const DoubleVector& b)
+        : x(Pair::Firsts(a.xy, b.xy)), y(Pair::Seconds(a.xy, b.xy)), z(Pair::Firsts(a.z, b.z))
+    {
+    }
+    friend Pair Dot(const VectorPair& a, const VectorPair& b) { return (a.x * b.x + a.y * b.y) + a.z * b.z; }
+};
 
 /// The nearest parameter that the object has.
 template <Reach reach>
-inline double Clamp(double t)
+inline Pair Clamp(Pair t)
 {
-    const double fromStart = reach == Reach::Line || t > 0 ? t : 0;
-    return reach == Reach::Segment && fromStart > 1 ? 1 : fromStart;
+    if (reach != Reach::Line) {
+        t = Pair::Max(t, Pair::Splat(0));
+    }
+    return reach == Reach::Segment ? Pair::Min(t, Pair::Splat(1)) : t;
 }
 
-inline void Store(float* res, double value)
+inline void Store(float* res, Pair value)
 {
     if (res) {
-        *res = float(value);
+        *res = float(value.First());
     }
 }
 
 /// Squared sine of the angle below which directions made of floats are parallel for all that one can tell.
 const double kParallelSquare = 0x1p-44;
 
+/// The largest determinant with which two objects count as parallel.
 template <Reach reach0, Reach reach1>
-inline bool AreParallel(double determinant, double scale)
+inline Pair ParallelLimit(Pair scale)
 {
-    if (reach0 == Reach::Line && reach1 == Reach::Line) {
-        return determinant < kEpsilon * (scale < 1 ? scale : 1) || determinant <= kParallelSquare * scale;
+    const Pair limit = scale * Pair::Splat(kParallelSquare);
+    if (reach0 != Reach::Line || reach1 != Reach::Line) {
+        return limit;
     }
-    return determinant <= kParallelSquare * scale;
+    return Pair::Max(Pair::Min(scale, Pair::Splat(1)) * Pair::Splat(kEpsilon), limit);
 }
 
-/// The squared distance of two objects is s (a00 s + 2 a01 t + 2 b0) + t (a11 t + 2 b1) + c, a convex function: where
-/// its minimum lies outside the range of one parameter, the minimum of the range lies on that edge. So it
-/// takes three steps: the best t, clamped, the best s for it, clamped, and, where that moved s, the best t again.
+/// The squared distance of two objects is |offset + s d0 - t d1|^2, convex in s and t: where its minimum lies outside
+/// the range of one parameter, the minimum within the range lies on that edge. So it takes three steps: the best t,
+/// clamped; the best s for it, clamped; and, where that moved s, the best t again.
 template <Reach reach0, Reach reach1>
 inline float SquareDistance(const ZmRay& object0, const ZmRay& object1, float* t0, float* t1)
 {
-    const DoubleVector d0 = object0.Direction, d1 = object1.Direction;
-    const DoubleVector between = DoubleVector(object0.Origin) - DoubleVector(object1.Origin);
-    const double a00 = Dot(d0, d0), a01 = -Dot(d0, d1), a11 = Dot(d1, d1);
-    const double b0 = Dot(between, d0), b1 = -Dot(between, d1);
-    const double scale = a00 * a11, determinant = scale - a01 * a01;
-    const double inverse0 = a00 > 0 ? 1 / a00 : 0, inverse1 = a11 > 0 ? 1 / a11 : 0;
+    const SixFloats<SseLanes> floats0(&object0), floats1(&object1);
+    const DoubleVector d0(floats0.second), d1(floats1.second);
+    const DoubleVector offset = DoubleVector(floats0.first) - DoubleVector(floats1.first);
+    const VectorPair directions(d0, d1);
+    const Pair squares = Dot(directions, directions), along = Dot(directions, VectorPair(offset, offset));
+    const Pair both = Dot(d0, d1), scale = squares * squares.Swapped(), determinant = scale - both * both;
+    // 0 for a direction without length.
+    const Pair inverses = Pair::Splat(1) / squares & Pair::Less(Pair::Splat(0), squares);
 
-    double t = (a01 * b0 - a00 * b1) / determinant;
-    if (AreParallel<reach0, reach1>(determinant, scale)) {
-        t = a00 > 0 ? 0 : -b1 * inverse1;
-    }
-    t = Clamp<reach1>(t);
-    const double wanted = -(b0 + a01 * t) * inverse0, s = Clamp<reach0>(wanted);
-    t = s == wanted ? t : Clamp<reach1>(-(b1 + a01 * s) * inverse1);
+    const Pair crossing = (squares * along.Swapped() - both * along) / determinant;
+    // Parallel: the start of the second, or its foot when the first is a point.
+    const Pair start = (along * inverses).Swapped() & Pair::Equal(squares, Pair::Splat(0));
+    const Pair slanted = Pair::Less(ParallelLimit<reach0, reach1>(scale), determinant);
+    const Pair t = Clamp<reach1>(Pair::Select(slanted, crossing, start));
+    const Pair foot = (both * t - along) * inverses, s = Clamp<reach0>(foot);
+    const Pair again = Clamp<reach1>((along.Swapped() + both * s) * inverses.Swapped());
+    const Pair settled = Pair::Select(Pair::Equal(s, foot), t, again);
 
-    const DoubleVector apart = between + d0 * s - d1 * t;
+    const DoubleVector apart = offset + d0 * s - d1 * settled;
     Store(t0, s);
-    Store(t1, t);
-    return float(Dot(apart, apart));
+    Store(t1, settled);
+    return float(Dot(apart, apart).First());
 }
 
 template <Reach reach>
 inline float SquareDistance(const ZmVector& point, const ZmRay& object, float* res)
 {
-    const DoubleVector direction = object.Direction, offset = DoubleVector(point) - DoubleVector(object.Origin);
-    const double along = Dot(offset, direction), square = Dot(direction, direction);
-    double t = along / square;
-    if (reach != Reach::Line && along <= 0) {
-        t = 0;
-    } else if (reach == Reach::Segment && along >= square) {
-        t = 1;
-    }
+    const SixFloats<SseLanes> floats(&object);
+    const DoubleVector direction(floats.second);
+    const DoubleVector offset = DoubleVector(SseLanes::Load3(&point)) - DoubleVector(floats.first);
+    const Pair t = Clamp<reach>(Dot(offset, direction) / Dot(direction, direction));
     const DoubleVector apart = offset - direction * t;
     Store(res, t);
-    return float(Dot(apart, apart));
+    return float(Dot(apart, apart).First());
 }
 
 }  // namespace
