@@ -306,9 +306,31 @@ struct Avx2Lanes {
     static const int kCount = 8;
 
     static Avx2Lanes Load8(const char* p) { return {_mm256_loadu_ps(reinterpret_cast<const float*>(p))}; }
+    static Avx2Lanes Splat(float s) { return {_mm256_set1_ps(s)}; }
+    static Avx2Lanes Halves(SseLanes low, SseLanes high)
+    {
+        return {_mm256_insertf128_ps(_mm256_castps128_ps256(low.v), high.v, 1)};
+    }
     Avx2Lanes operator+(Avx2Lanes o) const { return {_mm256_add_ps(v, o.v)}; }
     Avx2Lanes operator-(Avx2Lanes o) const { return {_mm256_sub_ps(v, o.v)}; }
     Avx2Lanes operator*(Avx2Lanes o) const { return {_mm256_mul_ps(v, o.v)}; }
+    static Avx2Lanes Min(Avx2Lanes a, Avx2Lanes b) { return {_mm256_min_ps(a.v, b.v)}; }
+    static Avx2Lanes Max(Avx2Lanes a, Avx2Lanes b) { return {_mm256_max_ps(a.v, b.v)}; }
+    /// Shuffle and transpose within each half.
+    template <int i, int j, int k, int l>
+    static Avx2Lanes Shuffle(Avx2Lanes a, Avx2Lanes b)
+    {
+        return {_mm256_shuffle_ps(a.v, b.v, _MM_SHUFFLE(l, k, j, i))};
+    }
+    static void Transpose(Avx2Lanes& a, Avx2Lanes& b, Avx2Lanes& c, Avx2Lanes& d)
+    {
+        const Avx2Lanes ab = {_mm256_unpacklo_ps(a.v, b.v)}, cd = {_mm256_unpacklo_ps(c.v, d.v)};
+        const Avx2Lanes abHigh = {_mm256_unpackhi_ps(a.v, b.v)}, cdHigh = {_mm256_unpackhi_ps(c.v, d.v)};
+        a = Shuffle<0, 1, 0, 1>(ab, cd);
+        b = Shuffle<2, 3, 2, 3>(ab, cd);
+        c = Shuffle<0, 1, 0, 1>(abHigh, cdHigh);
+        d = Shuffle<2, 3, 2, 3>(abHigh, cdHigh);
+    }
 
     // --- As two rows of a matrix, `pair` 0 or 1 ---
 

@@ -12,7 +12,7 @@ void SumUp(CloudSums& res, const PointCloud& cloud)
 
 void FindExtents(CloudExtents& res, const PointCloud& cloud, const ZmVector* axes)
 {
-    zm::FindExtents<SseLanes>(res, cloud, axes);
+    zm::FindExtents<Avx2Lanes>(res, cloud, axes);
 }
 
 }  // namespace avx2

@@ -3,8 +3,8 @@
 #include "Math/DoubleLanes.h"
 #include "Queries/PointCloud.h"
 
-// What runs over all points, four at a time. The order of the sums is that of four lanes on every path, which gives
-// the same bits; smallest and largest values have no order.
+// What runs over all points, a group at a time. The sums have four lanes on every path, and so the same bits; smallest
+// and largest values have no order.
 
 namespace zm {
 namespace {
@@ -33,77 +33,111 @@ struct ScalarDoubles {
     double Sum() const { return (d[0] + d[2]) + (d[1] + d[3]); }
 };
 
-/// Four points, component by component.
+// What a kernel loads at p for the first four points of a group, and `next` bytes on for the other four of a group of
+// eight.
 template <class L>
-struct FourPoints {
+inline L LoadFour(const unsigned char* p, size_t)
+{
+    return L::Load4(p);
+}
+template <class L>
+inline L LoadThree(const unsigned char* p, size_t)
+{
+    return L::Load3(p);
+}
+#ifdef __AVX2__
+template <>
+inline Avx2Lanes LoadFour<Avx2Lanes>(const unsigned char* p, size_t next)
+{
+    return Avx2Lanes::Halves(SseLanes::Load4(p), SseLanes::Load4(p + next));
+}
+template <>
+inline Avx2Lanes LoadThree<Avx2Lanes>(const unsigned char* p, size_t next)
+{
+    return Avx2Lanes::Halves(SseLanes::Load3(p), SseLanes::Load3(p + next));
+}
+#endif
+
+/// As many points as there are lanes, component by component.
+template <class L>
+struct Group {
     L x, y, z;
 
-    /// From 48 bytes.
-    static FourPoints Tight(const unsigned char* p)
+    /// From points of 12 bytes.
+    static Group Tight(const unsigned char* p)
     {
-        const L a = L::Load4(p), b = L::Load4(p + 16), c = L::Load4(p + 32);
-        // a: x0 y0 z0 x1, b: y1 z1 x2 y2, c: z2 x3 y3 z3.
+        // x0 y0 z0 x1, y1 z1 x2 y2, z2 x3 y3 z3.
+        const L a = LoadFour<L>(p, 48), b = LoadFour<L>(p + 16, 48), c = LoadFour<L>(p + 32, 48);
         const L xy = L::template Shuffle<2, 3, 1, 2>(b, c);  // x2 y2 x3 y3
         const L yz = L::template Shuffle<1, 2, 0, 1>(a, b);  // y0 z0 y1 z1
         return {L::template Shuffle<0, 3, 0, 2>(a, xy), L::template Shuffle<0, 2, 1, 3>(yz, xy),
                 L::template Shuffle<1, 3, 0, 3>(yz, c)};
     }
-    static FourPoints Apart(const unsigned char* p, size_t stride)
+    static Group Apart(const unsigned char* p, size_t stride)
     {
-        L a = L::Load3(p), b = L::Load3(p + stride), c = L::Load3(p + 2 * stride), d = L::Load3(p + 3 * stride);
+        const size_t next = 4 * stride;
+        L a = LoadThree<L>(p, next), b = LoadThree<L>(p + stride, next);
+        L c = LoadThree<L>(p + 2 * stride, next), d = LoadThree<L>(p + 3 * stride, next);
         L::Transpose(a, b, c, d);
         return {a, b, c};
     }
 };
 
-/// Calls take(four points) until all points have been taken. The last four are filled up with the first point,
-/// which adds nothing to what is measured from it.
+/// Calls take(group) until all points have been taken. The last group is filled up with the first point, which adds
+/// nothing to what is measured from it.
 template <class L, class Take>
-inline void ForEachFour(const PointCloud& cloud, Take&& take)
+inline void ForEachGroup(const PointCloud& cloud, Take&& take)
 {
+    const int points = L::kCount;
     const unsigned char* p = cloud.points;
     const size_t stride = cloud.stride;
     int left = cloud.count;
     if (stride == 12) {
-        for (; left >= 4; left -= 4, p += 48) {
-            take(FourPoints<L>::Tight(p));
+        for (; left >= points; left -= points, p += 12 * points) {
+            take(Group<L>::Tight(p));
         }
     } else {
-        for (; left >= 4; left -= 4, p += 4 * stride) {
-            take(FourPoints<L>::Apart(p, stride));
+        for (; left >= points; left -= points, p += points * stride) {
+            take(Group<L>::Apart(p, stride));
         }
     }
     if (left > 0) {
-        unsigned char last[48];
-        for (int i = 0; i < 4; ++i) {
+        unsigned char last[12 * points];
+        for (int i = 0; i < points; ++i) {
             memcpy(last + 12 * i, i < left ? p + size_t(i) * stride : cloud.points, 12);
         }
-        take(FourPoints<L>::Tight(last));
+        take(Group<L>::Tight(last));
     }
 }
+
+/// Running sums in the order of CloudSums, four lanes each.
+template <class D>
+struct LaneSums {
+    D of[9] = {D::Splat(0), D::Splat(0), D::Splat(0), D::Splat(0), D::Splat(0),
+               D::Splat(0), D::Splat(0), D::Splat(0), D::Splat(0)};
+
+    void Add(D x, D y, D z)
+    {
+        const D terms[9] = {x, y, z, x * x, y * y, z * z, x * y, x * z, y * z};
+        for (int i = 0; i < 9; ++i) {
+            of[i] = of[i] + terms[i];
+        }
+    }
+};
 
 template <class L, class D>
 inline void SumUp(CloudSums& res, const PointCloud& cloud)
 {
     const ZmVector first = FirstPoint(cloud);
-    const D x0 = D::Splat(first.x), y0 = D::Splat(first.y), z0 = D::Splat(first.z), zero = D::Splat(0);
-    D sx = zero, sy = zero, sz = zero, sxx = zero, syy = zero, szz = zero, sxy = zero, sxz = zero, syz = zero;
-    ForEachFour<L>(cloud, [&](const FourPoints<L>& p) {
-        const D x = D(p.x) - x0, y = D(p.y) - y0, z = D(p.z) - z0;
-        sx = sx + x;
-        sy = sy + y;
-        sz = sz + z;
-        sxx = sxx + x * x;
-        syy = syy + y * y;
-        szz = szz + z * z;
-        sxy = sxy + x * y;
-        sxz = sxz + x * z;
-        syz = syz + y * z;
-    });
-    res = {{sx.Sum(), sy.Sum(), sz.Sum(), sxx.Sum(), syy.Sum(), szz.Sum(), sxy.Sum(), sxz.Sum(), syz.Sum()}};
+    const D x0 = D::Splat(first.x), y0 = D::Splat(first.y), z0 = D::Splat(first.z);
+    LaneSums<D> sums;
+    ForEachGroup<L>(cloud, [&](const Group<L>& p) { sums.Add(D(p.x) - x0, D(p.y) - y0, D(p.z) - z0); });
+    for (int i = 0; i < 9; ++i) {
+        res.of[i] = sums.of[i].Sum();
+    }
 }
 
-/// Smallest and largest of the lanes that it has been given, 0 included.
+/// Smallest and largest of what it has been given, 0 included.
 template <class L>
 struct Range {
     L min, max;
@@ -115,19 +149,24 @@ struct Range {
     }
     float Smallest() const
     {
-        float lanes[4];
-        min.Store4(lanes);
-        return Least(Least(lanes[0], lanes[1]), Least(lanes[2], lanes[3]));
+        return Fold(min, [](float a, float b) { return a < b ? a : b; });
     }
     float Largest() const
     {
-        float lanes[4];
-        max.Store4(lanes);
-        return -Least(Least(-lanes[0], -lanes[1]), Least(-lanes[2], -lanes[3]));
+        return Fold(max, [](float a, float b) { return a > b ? a : b; });
     }
 
 private:
-    static float Least(float a, float b) { return a < b ? a : b; }
+    template <class Choose>
+    static float Fold(L v, Choose choose)
+    {
+        float lanes[L::kCount], res = 0;
+        memcpy(lanes, &v, sizeof lanes);
+        for (const float lane : lanes) {
+            res = choose(lane, res);
+        }
+        return res;
+    }
 };
 
 template <class L>
@@ -142,7 +181,7 @@ inline void FindExtents(CloudExtents& res, const PointCloud& cloud, const ZmVect
         az[i] = L::Splat(axes[i].z);
     }
     Range<L> along0 = {zero, zero}, along1 = along0, along2 = along0;
-    ForEachFour<L>(cloud, [&](const FourPoints<L>& p) {
+    ForEachGroup<L>(cloud, [&](const Group<L>& p) {
         const L x = p.x - x0, y = p.y - y0, z = p.z - z0;
         along0.Include((x * ax[0] + y * ay[0]) + z * az[0]);
         along1.Include((x * ax[1] + y * ay[1]) + z * az[1]);
