@@ -30,7 +30,7 @@ struct DoubleVector {
     }
 };
 
-/// The products of two vectors with a third and a fourth one.
+/// Two vectors side by side.
 struct VectorPair {
     Pair x, y, z;
 
@@ -38,7 +38,15 @@ struct VectorPair {
         : x(Pair::Firsts(a.xy, b.xy)), y(Pair::Seconds(a.xy, b.xy)), z(Pair::Firsts(a.z, b.z))
     {
     }
+    VectorPair(Pair vx, Pair vy, Pair vz) : x(vx), y(vy), z(vz) {}
+
+    /// The first vector twice.
+    VectorPair First() const { return {Pair::Firsts(x, x), Pair::Firsts(y, y), Pair::Firsts(z, z)}; }
     friend Pair Dot(const VectorPair& a, const VectorPair& b) { return (a.x * b.x + a.y * b.y) + a.z * b.z; }
+    friend VectorPair Cross(const VectorPair& a, const VectorPair& b)
+    {
+        return {a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x};
+    }
 };
 
 /// The nearest parameter that the object has.
@@ -58,15 +66,19 @@ inline void Store(float* res, Pair value)
     }
 }
 
-/// Squared sine of the angle below which directions made of floats are parallel for all that one can tell.
+/// Squared sine of the angle up to which two objects without an end count as parallel: rounding the directions to
+/// floats leaves as much, and would send the closest points very far away.
 const double kParallelSquare = 0x1p-44;
 
-/// The largest determinant with which two objects count as parallel.
+/// The largest square of the directions' vector product with which two objects count as parallel.
 template <Reach reach0, Reach reach1>
-inline Pair ParallelLimit(Pair scale)
+inline Pair ParallelLimit(Pair squares)
 {
-    const Pair limit = scale * Pair::Splat(kParallelSquare);
-    if (reach0 != Reach::Line || reach1 != Reach::Line) {
+    if (reach0 == Reach::Segment || reach1 == Reach::Segment) {
+        return Pair::Splat(0);
+    }
+    const Pair scale = squares * squares.Swapped(), limit = scale * Pair::Splat(kParallelSquare);
+    if (reach0 == Reach::Ray || reach1 == Reach::Ray) {
         return limit;
     }
     return Pair::Max(Pair::Min(scale, Pair::Splat(1)) * Pair::Splat(kEpsilon), limit);
@@ -83,14 +95,17 @@ inline float SquareDistance(const ZmRay& object0, const ZmRay& object1, float* t
     const DoubleVector offset = DoubleVector(floats0.first) - DoubleVector(floats1.first);
     const VectorPair directions(d0, d1);
     const Pair squares = Dot(directions, directions), along = Dot(directions, VectorPair(offset, offset));
-    const Pair both = Dot(d0, d1), scale = squares * squares.Swapped(), determinant = scale - both * both;
+    const Pair both = Dot(d0, d1);
     // 0 for a direction without length.
     const Pair inverses = Pair::Splat(1) / squares & Pair::Less(Pair::Splat(0), squares);
 
-    const Pair crossing = (squares * along.Swapped() - both * along) / determinant;
+    // Where the lines come closest, by vector products with the first direction: unlike the scalar ones they keep their
+    // digits however small the angle is.
+    const VectorPair around = Cross(VectorPair(d0, d0), VectorPair(d1, offset)), normal = around.First();
+    const Pair products = Dot(normal, around), crossing = products.Swapped() / products;
     // Parallel: the start of the second, or its foot when the first is a point.
     const Pair start = (along * inverses).Swapped() & Pair::Equal(squares, Pair::Splat(0));
-    const Pair slanted = Pair::Less(ParallelLimit<reach0, reach1>(scale), determinant);
+    const Pair slanted = Pair::Less(ParallelLimit<reach0, reach1>(squares), products);
     const Pair t = Clamp<reach1>(Pair::Select(slanted, crossing, start));
     const Pair foot = (both * t - along) * inverses, s = Clamp<reach0>(foot);
     const Pair again = Clamp<reach1>((along.Swapped() + both * s) * inverses.Swapped());
