@@ -107,7 +107,8 @@ const PairKind kKinds[] = {
      [](Random& random, ZmRay& a, ZmRay& b) {
          const float sizeA = Scale(random), sizeB = Scale(random);
          a = {random.Vector(sizeA), random.UnitVector() * sizeA};
-         b = {a.Origin + a.Direction * random.Float(-0.5f, 1.5f) + random.Vector(sizeB), random.UnitVector() * sizeB};
+         const ZmVector beside = a.Origin + a.Direction * random.Float(-0.5f, 1.5f);
+         b = {beside + random.Vector(sizeB), random.UnitVector() * sizeB};
      },
      0},
     {"parallel",

@@ -54,7 +54,8 @@ TEST(ZmIntersectFaceTest, AFaceTestIsItsPlaneTestThenThePointTest)
     for (int round = 0; round < 3000; ++round) {
         const Triangle t = RandomTriangle(random, 2);
         const ZmVector origin = random.Vector(3), target = t.a * 0.4f + t.b * 0.3f + t.c * 0.3f + random.Vector(1);
-        const ZmRay ray = {origin, random.Int(0, 9) ? (target - origin) * random.Float(-1, 2) : t.b - t.a};
+        const float length = random.Float(-1, 2);
+        const ZmRay ray = {origin, random.Int(0, 9) ? (target - origin) * length : t.b - t.a};
         ZmPlane plane;
         plane.Create(t.Normal(), t.a);
         for (int i = 0; i < 5; ++i) {

@@ -11,8 +11,12 @@ TEST(ZmIntersectLineBoxTest, BooleanFormsAgreeWithProjections)
     OnEachPath(4000, [&](Random& random) {
         const ZmBbox box = RandomBox(random, 2, 5);
         const ZmVector origin = random.Vector(4);
-        ZmRay ray = {origin, (random.Vector(4) - origin) * random.Float(0.5f, 1)};
-        ray.Direction[random.Int(0, 8) % 3] *= random.Int(0, 2) ? 1.0f : 0.0f;  // many parallel to a face
+        const float length = random.Float(0.5f, 2);
+        ZmRay ray = {origin, (random.Vector(3) - origin) * length};
+        const int axis = random.Int(0, 8);
+        if (axis < 3) {  // many parallel to a face
+            ray.Direction[axis] = 0;
+        }
         const Double3 start = ray.Origin, direction = ray.Direction, end = start + direction;
         const Double3 beyond = direction * (kFar / sqrt(Dot(direction, direction)));
         const Hull hull = Hull::Box(box);
