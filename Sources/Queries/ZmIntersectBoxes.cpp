@@ -22,14 +22,17 @@ template <class L>
 struct AxisColumns {
     L x, y, z;
 
-    explicit AxisColumns(const ZmOBB& obb)
+    /// Each axis is loaded with the float behind it.
+    explicit AxisColumns(const ZmOBB& obb) : x(Load(obb, 0)), y(Load(obb, 1)), z(Load(obb, 2))
     {
-        const char* record = reinterpret_cast<const char*>(&obb);
-        x = L::Load4(record + offsetof(ZmOBB, Axis[0]));
-        y = L::Load4(record + offsetof(ZmOBB, Axis[1]));
-        z = L::Load4(record + offsetof(ZmOBB, Axis[2]));  // each with the float behind it
         L unused = z;
         L::Transpose(x, y, z, unused);
+    }
+
+private:
+    static L Load(const ZmOBB& obb, size_t axis)
+    {
+        return L::Load4(reinterpret_cast<const char*>(&obb) + offsetof(ZmOBB, Axis) + axis * sizeof(ZmVector));
     }
 };
 
