@@ -215,6 +215,17 @@ TEST(ZmIntersectFaceTest, TrianglesThatTouchOrLieInOnePlane)
     }
 }
 
+TEST(ZmIntersectFaceTest, ASharedCornerAlwaysTouches)
+{
+    Random random(10);
+    for (int round = 0; round < 2000; ++round) {
+        // Near corners among far ones: sums of both lose the near one's digits.
+        const ZmVector shared = random.Vector(1);
+        const Triangle a = {shared, random.Vector(100), random.Vector(100)};
+        EXPECT_EQ(Meet(a, {shared, random.Vector(100), random.Vector(100)}), 1);
+    }
+}
+
 TEST(ZmIntersectFaceTest, DegenerateTrianglesOfOnePlaneCountAsSegments)
 {
     const Triangle base = {{0, 0, 0}, {4, 0, 0}, {0, 4, 0}};
