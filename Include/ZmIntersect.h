@@ -58,9 +58,9 @@ public:
     /// The same for a segment. One that lies wholly inside crosses no face and gives 0.
     ZM_API static int SegmentBox(const ZmRay& segment, const ZmBbox& box, ZmVector& inPoint, ZmVector* outPoint,
                                  ZmVector* inNormal, ZmVector* outNormal);
-    /// 1 or 0. Every comparison of parameters is one of absolute values: inPoint is the crossing nearest to
-    /// the origin, outPoint the farthest, in either direction, and a line whose origin lies inside
-    /// or beside the box can be judged by the sizes of t alone. Callers rely on it.
+    /// 1 or 0. Every comparison of parameters is one of absolute values: inPoint is the crossing nearest to the origin,
+    /// outPoint the farthest, in either direction. Sizes alone also decide between 1 and 0, so that some lines through
+    /// the box give 0 and some past it 1. Callers rely on it; the form without points is exact.
     ZM_API static int LineBox(const ZmRay& line, const ZmBbox& box, ZmVector& inPoint, ZmVector* outPoint,
                               ZmVector* inNormal, ZmVector* outNormal);
 

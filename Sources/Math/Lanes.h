@@ -200,10 +200,7 @@ struct SseLanes {
         return {_mm_shuffle_ps(a.v, b.v, _MM_SHUFFLE(l, k, j, i))};
     }
     /// Four registers as the rows of a square, turned into its columns.
-    static void Transpose(SseLanes& a, SseLanes& b, SseLanes& c, SseLanes& d)
-    {
-        _MM_TRANSPOSE4_PS(a.v, b.v, c.v, d.v);
-    }
+    static void Transpose(SseLanes& a, SseLanes& b, SseLanes& c, SseLanes& d) { _MM_TRANSPOSE4_PS(a.v, b.v, c.v, d.v); }
 
     // --- As one row of a matrix ---
 
