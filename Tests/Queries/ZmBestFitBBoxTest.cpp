@@ -129,7 +129,7 @@ TEST(ZmBestFitBBoxTest, AnyStrideReadsItsPointsAndNothingElse)
         const int count = random.Int(1, 30);
         const Cloud cloud = MakeCloud(random, {3, 2, 1}, {5, 6, 7}, count - 1);
         const ZmMatrix tight = Fit(cloud);
-        for (const size_t stride : {13, 16, 32, 40}) {
+        for (const unsigned long stride : {13ul, 16ul, 32ul, 40ul}) {
             const size_t offset = size_t(random.Int(0, 3));
             Block block = RandomBytes(random, offset + SpanOf(int(cloud.size()), stride, 12));
             for (size_t i = 0; i < cloud.size(); ++i) {
