@@ -20,4 +20,7 @@ extern const Contender kFoundations;
 extern const Tasks kSingleTasks;
 extern const Contender kSingles;
 
+extern const Tasks kQueryTasks;
+extern const Contender kQueries;
+
 }  // namespace bench

@@ -40,7 +40,7 @@ struct Entry {
     const char* variant = "";  ///< added to the contender's name where it has several ways
     /// Converts a result from the contender's conventions to ours. Not timed.
     void (*decode)(float* result) = nullptr;
-    /// Shown among the peers and never the best: it delivers less (digits, say).
+    /// Shown among the peers and never the best: it delivers less (digits, say), or the goal is not set against it.
     bool aside = false;
 };
 

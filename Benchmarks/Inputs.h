@@ -23,6 +23,10 @@ const char* const* PathNames(int count);
 
 const Operands& RandomOperands();
 
+/// Pairs for the queries, their count of passes set back to 0.
+struct QueryInputs;
+QueryInputs& RandomQueries();
+
 /// A rotation about a point near the origin, as a matrix of ours. Applied to its own results
 /// for ever it neither grows nor shrinks them.
 const float* TurningMatrix();

@@ -20,10 +20,11 @@ ZM_BENCHMARK_PEERS(ZM_DECLARE_PEER)
 
 namespace {
 
-const Tasks* const kTasks[] = {&kPointTasks, &kArrayTasks, &kSingleTasks, &kFoundationTasks};
+const Tasks* const kTasks[] = {&kPointTasks, &kArrayTasks, &kSingleTasks, &kQueryTasks, &kFoundationTasks};
 
 #define ZM_LIST_PEER(name) &k##name,
-const Contender* const kContenders[] = {&kPoints, &kScalarPoints, &kArrays, &kSingles, &kFoundations,
+const Contender* const kContenders[] = {&kPoints,  &kScalarPoints, &kArrays,
+                                        &kSingles, &kQueries,      &kFoundations,
                                         ZM_BENCHMARK_PEERS(ZM_LIST_PEER)};
 
 bool MachineHasAvx2()

@@ -3,8 +3,10 @@
 // only taken apart, our rows serve as its rows.
 
 #include "../Each.h"
+#include "../QueryInputs.h"
 #include "Parts.h"
 
+#include <LinearMath/btAabbUtil2.h>
 #include <LinearMath/btImplicitQRSVD.h>
 #include <LinearMath/btPolarDecomposition.h>
 #include <LinearMath/btTransform.h>
@@ -230,6 +232,26 @@ void FromTransform(float* matrix)
     TransposeBlock(matrix);
 }
 
+void BoxBox(const Work& w)
+{
+    EachPair(w, [](const QueryInputs& in, int i, int j) {
+        const auto* a = &As<btVector3>(in.wideBoxes[i], 0);
+        const auto* b = &As<btVector3>(in.wideOthers[j], 0);
+        return TestAabbAgainstAabb2(a[0], a[1], b[0], b[1]);
+    });
+}
+
+void RayBox(const Work& w)
+{
+    EachPair(w, [](const QueryInputs& in, int i, int j) {
+        const float* ray = in.rays[i];
+        const btVector3 inverse(1 / ray[3], 1 / ray[4], 1 / ray[5]);
+        const unsigned signs[3] = {inverse.x() < 0, inverse.y() < 0, inverse.z() < 0};
+        btScalar t;
+        return btRayAabb2({ray[0], ray[1], ray[2]}, inverse, signs, &As<btVector3>(in.wideBoxes[j], 0), t, 0, 1e30f);
+    });
+}
+
 constexpr Entry kEntries[] = {
     {"Points/12to12", Points<12>},
     {"Points/12to12-in-place", PointsInPlace},
@@ -251,6 +273,8 @@ constexpr Entry kEntries[] = {
     {"Decompose/polar", PolarBySvd, "SVD", nullptr, true},
     {"Decompose/total", Total},
     {"Decompose/total", TotalBySvd, "SVD", nullptr, true},
+    {"Queries/box-box", BoxBox},
+    {"Queries/ray-box", RayBox},
 };
 
 }  // namespace

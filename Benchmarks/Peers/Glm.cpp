@@ -3,6 +3,7 @@
 #define GLM_FORCE_INTRINSICS
 #define GLM_ENABLE_EXPERIMENTAL
 #include "../Each.h"
+#include "../QueryInputs.h"
 #include "Parts.h"
 
 #include <glm/glm.hpp>
@@ -12,6 +13,7 @@
 #include <glm/gtc/type_aligned.hpp>
 #include <glm/gtc/type_ptr.hpp>
 #include <glm/gtx/euler_angles.hpp>
+#include <glm/gtx/intersect.hpp>
 #include <glm/gtx/matrix_interpolation.hpp>
 
 namespace bench {
@@ -190,6 +192,17 @@ void Interpolate(const Work& w)
     });
 }
 
+void RayTriangle(const Work& w)
+{
+    EachPair(w, [](const QueryInputs& in, int i, int j) {
+        const vec3* ray = &As<vec3>(in.faceRays[i], 0);
+        const vec3* triangle = &As<vec3>(in.triangles[j], 0);
+        glm::vec2 weights;
+        float t;
+        return glm::intersectRayTriangle(ray[0], ray[1], triangle[0], triangle[1], triangle[2], weights, t) && t >= 0;
+    });
+}
+
 constexpr Entry kEntries[] = {
     {"Points/12to12", Points<12>},
     {"Points/12to12-in-place", PointsInPlace},
@@ -223,6 +236,7 @@ constexpr Entry kEntries[] = {
     {"Quaternions/to-matrix", ToMatrix, "", TransposeBlock},
     {"Quaternions/slerp", Slerp},
     {"Decompose/quick", Quick, "", Conjugate},
+    {"Queries/ray-triangle", RayTriangle},
 };
 
 }  // namespace

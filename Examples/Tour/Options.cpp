@@ -15,13 +15,21 @@ bool ParseSize(const std::string& text, Options& options)
     return found == 2 && used == int(text.size()) && fits(options.Width) && fits(options.Height);
 }
 
+bool ParseMouse(const std::string& text, Options& options)
+{
+    int used = 0;
+    const int found = std::sscanf(text.c_str(), "%7f,%7f%n", &options.MouseX, &options.MouseY, &used);
+    const auto fits = [](float part) { return part >= 0 && part <= 1; };
+    return found == 2 && used == int(text.size()) && fits(options.MouseX) && fits(options.MouseY);
+}
+
 }  // namespace
 
 bool ParseOptions(int argc, char** argv, Options& options, std::string& error)
 {
     for (int i = 1; i < argc; ++i) {
         const std::string argument = argv[i];
-        const bool takesValue = argument == "--output" || argument == "--size";
+        const bool takesValue = argument == "--output" || argument == "--size" || argument == "--mouse";
         if (takesValue && i + 1 == argc) {
             error = argument + " needs a value";
         } else if (argument == "--help" || argument == "-h") {
@@ -31,6 +39,9 @@ bool ParseOptions(int argc, char** argv, Options& options, std::string& error)
         } else if (argument == "--size") {
             if (!ParseSize(argv[++i], options))
                 error = std::string("--size takes WIDTHxHEIGHT, each from 64 to 8192, not ") + argv[i];
+        } else if (argument == "--mouse") {
+            if (!ParseMouse(argv[++i], options))
+                error = std::string("--mouse takes X,Y, each from 0 to 1, not ") + argv[i];
         } else if (argument.empty() || argument[0] == '-') {
             error = "unknown option '" + argument + "'";
         } else if (!options.MeshPath.empty()) {
@@ -56,5 +67,6 @@ const char* Usage()
            "  mesh.obj         any Wavefront OBJ file; without it, the bunny of the examples\n"
            "  --output folder  where tour.png goes, created if missing (default: here)\n"
            "  --size WxH       size of the picture in pixels (default: 1280x720)\n"
+           "  --mouse X,Y      the point to pick at, in parts of width and height (default: 0.258,0.81)\n"
            "  --help           this text\n";
 }

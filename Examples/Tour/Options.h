@@ -8,6 +8,7 @@ struct Options {
     std::string OutputFolder = ".";
     int Width = 1280;
     int Height = 720;
+    float MouseX = 0.258f, MouseY = 0.81f;  ///< parts of the width and the height
     bool Help = false;
 };
 

@@ -3,6 +3,7 @@
 #include "Noise.h"
 #include "Png.h"
 #include "Raster.h"
+#include "View.h"
 
 #include <algorithm>
 #include <cmath>
@@ -23,7 +24,6 @@ public:
 
 private:
     ZmVector PixelLight(const Scene& scene, const Shading& shading, int x, int y) const;
-    ZmVector Ray(const ZmFrustum& camera, int x, int y) const;
 
     int m_Width, m_Height;  // of the whole picture, in samples
     int m_Top = 0, m_Bottom = 0;
@@ -61,13 +61,6 @@ void Strip::Draw(const VisibleModel& visible, const ZmMatrix& worldToClip)
     });
 }
 
-ZmVector Strip::Ray(const ZmFrustum& camera, int x, int y) const
-{
-    const float u = 2 * (float(x) + 0.5f) / float(m_Width) - 1, v = 1 - 2 * (float(y) + 0.5f) / float(m_Height);
-    const ZmVector offset = camera.Right * (u * camera.HalfWidth) + camera.Up * (v * camera.HalfHeight);
-    return camera.Direction + offset * (1 / camera.NearDistance);
-}
-
 // Squeezes light of any strength below 1, as film does: more contrast in the middle,
 // less in the lights.
 ZmVector Develop(const ZmVector& light)
@@ -93,7 +86,8 @@ ZmVector Strip::PixelLight(const Scene& scene, const Shading& shading, int x, in
         for (int i = 0; i < kSamples; ++i) {
             const int sx = x * kSamples + i, sy = y * kSamples + j;
             const Surface& surface = m_Surfaces[size_t(sy - m_Top) * size_t(m_Width) + size_t(sx)];
-            sum += Develop(shading.Light(surface, Ray(scene.Camera, sx, sy), Hash(sx, sy)));
+            const ZmRay ray = RayThrough(scene.Camera, float(sx), float(sy), m_Width, m_Height);
+            sum += Develop(shading.Light(surface, ray.Direction, Hash(sx, sy)));
         }
     }
     return sum * (1.0f / (kSamples * kSamples));
@@ -108,7 +102,10 @@ void Strip::Resolve(const Scene& scene, const Shading& shading, Picture& picture
             const float noise = (Hash(x, ~y) - 0.5f) / 255;
             const auto channel = [&](float c) { return std::clamp(ToScreen(c) + noise, 0.0f, 1.0f); };
             const ZmColor color(channel(light.x), channel(light.y), channel(light.z));
-            picture.Pixels[size_t(y) * size_t(picture.Width) + size_t(x)] = RGBAFTOCOLOR(&color);
+            const size_t at = size_t(y) * size_t(picture.Width) + size_t(x);
+            picture.Pixels[at] = RGBAFTOCOLOR(&color);
+            const int middle = kSamples / 2, sx = x * kSamples + middle, sy = y * kSamples + middle;
+            picture.Nearness[at] = m_Surfaces[size_t(sy - m_Top) * size_t(m_Width) + size_t(sx)].InverseDistance;
         }
     }
 }
@@ -118,7 +115,8 @@ void Strip::Resolve(const Scene& scene, const Shading& shading, Picture& picture
 Picture DrawPicture(const Scene& scene, const std::vector<VisibleModel>& visible, const ZmMatrix& worldToClip,
                     const Shading& shading, int width, int height, DrawCounts& counts)
 {
-    Picture picture = {width, height, std::vector<uint32_t>(size_t(width) * size_t(height))};
+    const size_t pixels = size_t(width) * size_t(height);
+    Picture picture = {width, height, std::vector<uint32_t>(pixels), std::vector<float>(pixels)};
     for (const VisibleModel& model : visible)
         counts.Triangles += model.Shown->Shape->TriangleCount();
 

@@ -9,6 +9,7 @@
 struct Picture {
     int Width = 0, Height = 0;
     std::vector<uint32_t> Pixels;
+    std::vector<float> Nearness;  ///< 1 / distance along the camera's direction, in the middle of the pixel
 };
 
 /// Work done for a picture.

@@ -77,7 +77,8 @@ void PrintTransformSpeed(const Mesh& statue, const ZmMatrix& matrix)
 }  // namespace
 
 void PrintReport(const Mesh& statue, const Scene& scene, size_t visibleModels, const Picture& picture,
-                 const DrawCounts& counts, const StageTimes& times, const std::string& path)
+                 const DrawCounts& counts, const PickedTriangle& picked, const StageTimes& times,
+                 const std::string& path)
 {
     const size_t tested = scene.Models.size();
     const auto isStatue = [](const Model& model) { return model.Made == Material::Statue; };
@@ -87,8 +88,15 @@ void PrintReport(const Mesh& statue, const Scene& scene, size_t visibleModels, c
                 copies);
     std::printf("Boxes       %zu tested, %zu culled\n", tested, tested - visibleModels);
     std::printf("Drawn       %zu triangles, %zu vertices transformed\n", counts.Triangles, counts.Vertices);
-    std::printf("Time        load %.0f ms, scene %.0f ms, shadows %.0f ms, picture %.0f ms, file %.0f ms\n",
-                double(times.Load), double(times.Build), double(times.Shadows), double(times.Draw), double(times.Save));
+    if (picked.Of)
+        std::printf("Picked      triangle %zu of %zu, %.2f units away\n", picked.Triangle,
+                    picked.Of->Shape->TriangleCount(), double(picked.Distance));
+    else
+        std::printf("Picked      nothing but sky\n");
+    std::printf("Time        load %.0f ms, scene %.0f ms, shadows %.0f ms, picture %.0f ms, picking %.1f ms, lines "
+                "%.1f ms, file %.0f ms\n",
+                double(times.Load), double(times.Build), double(times.Shadows), double(times.Draw), double(times.Pick),
+                double(times.Overlay), double(times.Save));
     PrintTransformSpeed(statue, PerspectiveView(scene.Camera));
     std::printf("Picture     %dx%d, %s\n", picture.Width, picture.Height, path.c_str());
 }

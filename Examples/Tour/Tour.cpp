@@ -5,6 +5,7 @@
 #include "Meadow.h"
 #include "ObjReader.h"
 #include "Options.h"
+#include "Overlay.h"
 #include "Picture.h"
 #include "Report.h"
 #include "View.h"
@@ -66,15 +67,22 @@ bool RunTour(const Options& options, std::string& error)
     times.Shadows = Lap(clock);
 
     DrawCounts counts;
-    const Picture picture = DrawPicture(scene, visible, worldToClip, shading, options.Width, options.Height, counts);
+    Picture picture = DrawPicture(scene, visible, worldToClip, shading, options.Width, options.Height, counts);
     times.Draw = Lap(clock);
+
+    const ZmRay mouse = RayThrough(scene.Camera, options.MouseX * float(options.Width),
+                                   options.MouseY * float(options.Height), options.Width, options.Height);
+    const PickedTriangle picked = Pick(visible, mouse);
+    times.Pick = Lap(clock);
+    DrawOverlay(picture, scene, worldToClip, mouse, picked);
+    times.Overlay = Lap(clock);
 
     const std::string path = (std::filesystem::path(options.OutputFolder) / "tour.png").string();
     if (!SavePicture(picture, path, error))
         return false;
     times.Save = Lap(clock);
 
-    PrintReport(statue, scene, visible.size(), picture, counts, times, path);
+    PrintReport(statue, scene, visible.size(), picture, counts, picked, times, path);
     return true;
 }
 

@@ -46,3 +46,10 @@ ZmMatrix OrthographicProjection(const ZmBbox& box)
     projection[3][2] = -box.Min.z / size.z;
     return projection;
 }
+
+ZmRay RayThrough(const ZmFrustum& camera, float x, float y, int width, int height)
+{
+    const float u = 2 * (x + 0.5f) / float(width) - 1, v = 1 - 2 * (y + 0.5f) / float(height);
+    const ZmVector offset = camera.Right * (u * camera.HalfWidth) + camera.Up * (v * camera.HalfHeight);
+    return {camera.Origin, camera.Direction + offset * (1 / camera.NearDistance)};
+}

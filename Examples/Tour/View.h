@@ -11,3 +11,6 @@ ZmMatrix LookAlong(const ZmVector& direction);
 
 /// After LookAlong(): the inside of `box` to clip space, without perspective.
 ZmMatrix OrthographicProjection(const ZmBbox& box);
+
+/// From the eye through the middle of a sample; the direction reaches 1 along the camera's.
+ZmRay RayThrough(const ZmFrustum& camera, float x, float y, int width, int height);

@@ -54,10 +54,26 @@ struct DoublePair {
     DoublePair operator+(DoublePair o) const { return _mm_add_pd(v, o.v); }
     DoublePair operator-(DoublePair o) const { return _mm_sub_pd(v, o.v); }
     DoublePair operator*(DoublePair o) const { return _mm_mul_pd(v, o.v); }
+    DoublePair operator/(DoublePair o) const { return _mm_div_pd(v, o.v); }
     DoublePair operator^(DoublePair o) const { return _mm_xor_pd(v, o.v); }
     DoublePair operator&(DoublePair o) const { return _mm_and_pd(v, o.v); }
     DoublePair Abs() const { return _mm_andnot_pd(_mm_set1_pd(-0.0), v); }
     bool AllBelow(double limit) const { return _mm_movemask_pd(_mm_cmplt_pd(Abs().v, _mm_set1_pd(limit))) == 3; }
+    /// As SseLanes::Min and Max: the second operand where a non-number is met.
+    static DoublePair Min(DoublePair a, DoublePair b) { return _mm_min_pd(a.v, b.v); }
+    static DoublePair Max(DoublePair a, DoublePair b) { return _mm_max_pd(a.v, b.v); }
+    /// Masks of ones where true.
+    static DoublePair Less(DoublePair a, DoublePair b) { return _mm_cmplt_pd(a.v, b.v); }
+    static DoublePair Equal(DoublePair a, DoublePair b) { return _mm_cmpeq_pd(a.v, b.v); }
+    /// a where the mask is set, else b.
+    static DoublePair Select(DoublePair mask, DoublePair a, DoublePair b)
+    {
+        return _mm_or_pd(_mm_and_pd(mask.v, a.v), _mm_andnot_pd(mask.v, b.v));
+    }
+    /// The first of two pairs, and the second.
+    static DoublePair Firsts(DoublePair a, DoublePair b) { return _mm_unpacklo_pd(a.v, b.v); }
+    static DoublePair Seconds(DoublePair a, DoublePair b) { return _mm_unpackhi_pd(a.v, b.v); }
+    DoublePair Swapped() const { return _mm_shuffle_pd(v, v, 1); }
     DoublePair Map(double (*f)(double)) const { return _mm_setr_pd(f(First()), f(Second())); }
 
     DoublePair PlusOneBit() const { return Bits(_mm_add_epi64(_mm_castpd_si128(v), _mm_set_epi32(0, 1, 0, 1))); }

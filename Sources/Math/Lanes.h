@@ -1,6 +1,7 @@
 #pragma once
 
 #include <emmintrin.h>
+#include <math.h>
 #include <stddef.h>
 #include <string.h>
 #ifdef __AVX2__
@@ -92,6 +93,12 @@ struct ScalarLanes {
         return unsigned(a.f[0] < b.f[0]) | unsigned(a.f[1] < b.f[1]) << 1 | unsigned(a.f[2] < b.f[2]) << 2 |
                unsigned(a.f[3] < b.f[3]) << 3;
     }
+    static unsigned LessEqualMask(ScalarLanes a, ScalarLanes b)
+    {
+        return unsigned(a.f[0] <= b.f[0]) | unsigned(a.f[1] <= b.f[1]) << 1 | unsigned(a.f[2] <= b.f[2]) << 2 |
+               unsigned(a.f[3] <= b.f[3]) << 3;
+    }
+    ScalarLanes Abs() const { return {{fabsf(f[0]), fabsf(f[1]), fabsf(f[2]), fabsf(f[3])}}; }
 
     ScalarLanes ClearW() const { return {{f[0], f[1], f[2], 0.0f}}; }
     ScalarLanes WithW1() const { return {{f[0], f[1], f[2], 1.0f}}; }
@@ -113,6 +120,26 @@ struct ScalarLanes {
     ScalarLanes Pick() const
     {
         return {{f[i], f[j], f[k], f[3]}};
+    }
+    template <int i, int j, int k, int l>
+    ScalarLanes Spread() const
+    {
+        return {{f[i], f[j], f[k], f[l]}};
+    }
+
+    /// Lanes i and j of a, then k and l of b.
+    template <int i, int j, int k, int l>
+    static ScalarLanes Shuffle(ScalarLanes a, ScalarLanes b)
+    {
+        return {{a.f[i], a.f[j], b.f[k], b.f[l]}};
+    }
+    static void Transpose(ScalarLanes& a, ScalarLanes& b, ScalarLanes& c, ScalarLanes& d)
+    {
+        const ScalarLanes rows[4] = {a, b, c, d};
+        ScalarLanes* const columns[4] = {&a, &b, &c, &d};
+        for (int i = 0; i < 16; ++i) {
+            columns[i % 4]->f[i / 4] = rows[i / 4].f[i % 4];
+        }
     }
 };
 
@@ -154,6 +181,8 @@ struct SseLanes {
     static SseLanes Min(SseLanes a, SseLanes b) { return {_mm_min_ps(a.v, b.v)}; }
     static SseLanes Max(SseLanes a, SseLanes b) { return {_mm_max_ps(a.v, b.v)}; }
     static unsigned LessMask(SseLanes a, SseLanes b) { return unsigned(_mm_movemask_ps(_mm_cmplt_ps(a.v, b.v))); }
+    static unsigned LessEqualMask(SseLanes a, SseLanes b) { return unsigned(_mm_movemask_ps(_mm_cmple_ps(a.v, b.v))); }
+    SseLanes Abs() const { return {_mm_andnot_ps(_mm_set1_ps(-0.0f), v)}; }
 
     SseLanes ClearW() const { return {_mm_and_ps(v, _mm_castsi128_ps(_mm_setr_epi32(-1, -1, -1, 0)))}; }
     SseLanes WithW1() const { return {_mm_or_ps(ClearW().v, _mm_setr_ps(0, 0, 0, 1))}; }
@@ -164,6 +193,14 @@ struct SseLanes {
     {
         return {_mm_shuffle_ps(v, v, _MM_SHUFFLE(3, k, j, i))};
     }
+
+    template <int i, int j, int k, int l>
+    static SseLanes Shuffle(SseLanes a, SseLanes b)
+    {
+        return {_mm_shuffle_ps(a.v, b.v, _MM_SHUFFLE(l, k, j, i))};
+    }
+    /// Four registers as the rows of a square, turned into its columns.
+    static void Transpose(SseLanes& a, SseLanes& b, SseLanes& c, SseLanes& d) { _MM_TRANSPOSE4_PS(a.v, b.v, c.v, d.v); }
 
     // --- As one row of a matrix ---
 
@@ -266,9 +303,31 @@ struct Avx2Lanes {
     static const int kCount = 8;
 
     static Avx2Lanes Load8(const char* p) { return {_mm256_loadu_ps(reinterpret_cast<const float*>(p))}; }
+    static Avx2Lanes Splat(float s) { return {_mm256_set1_ps(s)}; }
+    static Avx2Lanes Halves(SseLanes low, SseLanes high)
+    {
+        return {_mm256_insertf128_ps(_mm256_castps128_ps256(low.v), high.v, 1)};
+    }
     Avx2Lanes operator+(Avx2Lanes o) const { return {_mm256_add_ps(v, o.v)}; }
     Avx2Lanes operator-(Avx2Lanes o) const { return {_mm256_sub_ps(v, o.v)}; }
     Avx2Lanes operator*(Avx2Lanes o) const { return {_mm256_mul_ps(v, o.v)}; }
+    static Avx2Lanes Min(Avx2Lanes a, Avx2Lanes b) { return {_mm256_min_ps(a.v, b.v)}; }
+    static Avx2Lanes Max(Avx2Lanes a, Avx2Lanes b) { return {_mm256_max_ps(a.v, b.v)}; }
+    /// Shuffle and transpose within each half.
+    template <int i, int j, int k, int l>
+    static Avx2Lanes Shuffle(Avx2Lanes a, Avx2Lanes b)
+    {
+        return {_mm256_shuffle_ps(a.v, b.v, _MM_SHUFFLE(l, k, j, i))};
+    }
+    static void Transpose(Avx2Lanes& a, Avx2Lanes& b, Avx2Lanes& c, Avx2Lanes& d)
+    {
+        const Avx2Lanes ab = {_mm256_unpacklo_ps(a.v, b.v)}, cd = {_mm256_unpacklo_ps(c.v, d.v)};
+        const Avx2Lanes abHigh = {_mm256_unpackhi_ps(a.v, b.v)}, cdHigh = {_mm256_unpackhi_ps(c.v, d.v)};
+        a = Shuffle<0, 1, 0, 1>(ab, cd);
+        b = Shuffle<2, 3, 2, 3>(ab, cd);
+        c = Shuffle<0, 1, 0, 1>(abHigh, cdHigh);
+        d = Shuffle<2, 3, 2, 3>(abHigh, cdHigh);
+    }
 
     // --- As two rows of a matrix, `pair` 0 or 1 ---
 

@@ -37,6 +37,8 @@ folder_of[ZmSphere.h]=Math
 for header in XArray XGUID XHashFun XHashTable XInterop; do
     folder_of[$header.h]=Foundations
 done
+# One with a source file for each family of its functions.
+folder_of[ZmIntersect.h]=Queries
 
 check() { # <file> <folder> <included folder> <included name>
     if [ "$3" != "$2" ] && [[ " ${below[$2]} " != *" $3 "* ]]; then

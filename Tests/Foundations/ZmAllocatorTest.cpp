@@ -382,7 +382,7 @@ bool UseStrings(char mark, int length)
 TEST(ZmAllocatorThreadTest, ThreadsNeverShareWhatTheyAllocate)
 {
     const ZmAllocator::Stats before = Allocator().GetGlobalStats();
-    constexpr int kThreads = 4, kRounds = 1000;
+    constexpr int kThreads = 4, kRounds = 2000;
     std::atomic<int> mixed{0};
     std::vector<std::thread> threads;
     for (int thread = 0; thread < kThreads; ++thread) {
@@ -390,7 +390,7 @@ TEST(ZmAllocatorThreadTest, ThreadsNeverShareWhatTheyAllocate)
             Random random{uint64_t(thread)};
             for (int i = 0; i < kRounds; ++i) {
                 for (const Kind& kind : kKinds) {
-                    mixed += UseABlock(kind, char('a' + thread), unsigned(random.Int(1, 1020)));
+                    mixed += UseABlock(kind, char('a' + thread), unsigned(random.Int(1, 32)));
                 }
                 mixed += UseStrings(char('a' + thread), random.Int(0, 8));
             }

@@ -199,6 +199,59 @@ void SineTable(Random& random, Checksum& sum)
     sum.Add(v, radToAngle(random.Float(20)));
 }
 
+void Intersections(Random& random, Checksum& sum)
+{
+    const ZmVector corner = random.Vector(2), size = {random.Float(0, 3), random.Float(0, 3), random.Float(0, 3)};
+    const ZmBbox box = {corner + size, corner}, other = {size, -size};
+    const ZmRay ray = {random.Vector(4), random.Vector(4)};
+    const ZmVector a = random.Vector(3), b = random.Vector(3), c = random.Vector(3), normal = Cross(b - a, c - a);
+    const ZmMatrix m = random.Affine(2);
+    const ZmOBB turned = {a, {{0.6f, 0.8f, 0}, {-0.8f, 0.6f, 0}, {0, 0, 1}}, {size.x, size.y, size.z}};
+    const ZmOBB upright = {b, {{0, 0.8f, 0.6f}, {0, -0.6f, 0.8f}, {1, 0, 0}}, {1, 2, 3}};
+    const ZmSphere sphere = {a, size.x}, ball = {b, size.y};
+    const ZmFrustum frustum;
+    ZmVector points[4] = {}, normals[2] = {};
+    float t[4] = {};
+    int axes[2] = {};
+    const int ofRay = ZmIntersect::RayBox(ray, box, points[0], &points[1], &normals[0], &normals[1]);
+    const int ofLine = ZmIntersect::LineBox(ray, box, points[2], &points[3], nullptr, nullptr);
+    sum.Add(ofRay, ofLine, points, normals, ZmIntersect::RayBox(ray, box), ZmIntersect::SegmentBox(ray, box),
+            ZmIntersect::LineBox(ray, box));
+    sum.Add(
+        ZmIntersect::LineFace(ray, a, b, c, normal, points[0], t[0], axes[0], axes[1]), points, t, axes,
+        ZmIntersect::FaceFace(a, b, c, normal, ray.Origin, corner, size, Cross(corner - ray.Origin, size - corner)));
+    sum.Add(ZmIntersect::RaySphere(ray, sphere, &points[2], &points[3]), points,
+            ZmIntersect::SphereSphere(sphere, c, ball, corner, &t[2], &t[3]), t, ZmIntersect::SphereAABB(sphere, box));
+    sum.Add(ZmIntersect::AABBAABB(box, other), ZmIntersect::AABBOBB(box, turned), ZmIntersect::OBBOBB(turned, upright),
+            ZmIntersect::AABBFace(box, a, b, c, normal), ZmIntersect::FrustumBox(frustum, box, m),
+            ZmIntersect::FrustumAABB(frustum, box), ZmIntersect::FrustumOBB(frustum, box, m));
+}
+
+void Distances(Random& random, Checksum& sum)
+{
+    const ZmRay a = {random.Vector(2), random.Vector(2)}, b = {random.Vector(2), random.Vector(2)};
+    float s[6] = {}, t[6] = {};
+    sum.Add(
+        ZmDistance::LineLineSquareDistance(a, b, &s[0], &t[0]), ZmDistance::LineRaySquareDistance(a, b, &s[1], &t[1]),
+        ZmDistance::LineSegmentSquareDistance(a, b, &s[2], &t[2]), ZmDistance::RayRaySquareDistance(a, b, &s[3], &t[3]),
+        ZmDistance::RaySegmentSquareDistance(a, b, &s[4], &t[4]),
+        ZmDistance::SegmentSegmentSquareDistance(a, b, &s[5], &t[5]), s, t);
+    sum.Add(ZmDistance::PointLineSquareDistance(a.Origin, b, &s[0]),
+            ZmDistance::PointSegmentSquareDistance(a.Origin, b, &s[1]), s);
+}
+
+void FittedBoxes(Random& random, Checksum& sum)
+{
+    const int count = random.Int(1, 70);
+    const unsigned stride = random.Int(0, 1) ? 12 : 20;
+    const Block points = RandomArray(random, count, stride, 0, 3);
+    ZmEigenMatrix eigen;
+    eigen.Covariance(points.data(), stride, count);
+    ZmMatrix box;
+    const int fitted = ZmComputeBestFitBBox(points.data(), stride, count, box, 1);
+    sum.Add(eigen.Matrix, fitted, box);
+}
+
 const struct Family {
     const char* name;
     void (*run)(Random&, Checksum&);
@@ -217,6 +270,9 @@ const struct Family {
     {"array arithmetic", ArrayArithmetic, false, 0x3ED41BF6FED29688},
     {"colors", Colors, false, 0x71334AA7E0417937},
     {"sine table", SineTable, false, 0x9127808C2B79EF7C},
+    {"intersections", Intersections, false, 0x19366B1A09D497E0},
+    {"distances", Distances, false, 0x3A2C9FBFE9629852},
+    {"fitted boxes", FittedBoxes, false, 0xB880CB3899AE0065},
 };
 
 uint64_t ChecksumOf(const Family& family, uint64_t seed)

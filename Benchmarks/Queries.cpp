@@ -1,0 +1,145 @@
+// Intersections, distances and the best-fit box, over pairs whose answers nothing can predict.
+
+#include "Each.h"
+#include "Families.h"
+#include "Inputs.h"
+#include "QueryInputs.h"
+
+#include "ZmBestFitBBox.h"
+#include "ZmDistance.h"
+#include "ZmIntersect.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+
+namespace bench {
+namespace {
+
+void Prepare(Work& w)
+{
+    w.src = &RandomQueries();
+}
+
+constexpr Task kTasks[] = {
+    {"Queries/box-box", 4, 0, Prepare, {kPairs}, {0.40}},
+    {"Queries/sphere-box", 4, 0, Prepare, {kPairs}, {0.15}},
+    {"Queries/ray-box", 4, 0, Prepare, {kPairs}, {0.25}},
+    {"Queries/ray-triangle", 4, 0, Prepare, {kPairs}, {0.75}},
+    {"Queries/oriented-boxes", 4, 0, Prepare, {kPairs}, {0.80}},
+    {"Queries/frustum-planes-box", 4, 0, Prepare, {kPairs}, {1.00}},
+    {"Queries/frustum-box", 4, 0, Prepare, {kPairs}, {}},
+    {"Queries/segment-segment", 4, 0, Prepare, {kPairs}, {0.55}, 1e-3},
+    {"Queries/best-fit-box", 4, 0, Prepare, {kCloudPoints}, {0.35}, 1e-3},
+};
+
+template <class T>
+const T& Record(const float* floats)
+{
+    return *reinterpret_cast<const T*>(floats);
+}
+
+void BoxBox(const Work& w)
+{
+    EachPair(w, [](const QueryInputs& in, int i, int j) {
+        return ZmIntersect::AABBAABB(Record<ZmBbox>(in.boxes[i]), Record<ZmBbox>(in.otherBoxes[j]));
+    });
+}
+
+void SphereBox(const Work& w)
+{
+    EachPair(w, [](const QueryInputs& in, int i, int j) {
+        return ZmIntersect::SphereAABB(Record<ZmSphere>(in.spheres[i]), Record<ZmBbox>(in.boxes[j]));
+    });
+}
+
+void RayBox(const Work& w)
+{
+    EachPair(w, [](const QueryInputs& in, int i, int j) {
+        return ZmIntersect::RayBox(Record<ZmRay>(in.rays[i]), Record<ZmBbox>(in.boxes[j]));
+    });
+}
+
+void RayTriangle(const Work& w)
+{
+    ZmVector point(0, 0, 0);
+    float t = 0;
+    EachPair(w, [&](const QueryInputs& in, int i, int j) {
+        const ZmVector* triangle = &Record<ZmVector>(in.triangles[j]);
+        return ZmIntersect::RayFace(Record<ZmRay>(in.faceRays[i]), triangle[0], triangle[1], triangle[2], triangle[3],
+                                    point, t) != 0;
+    });
+}
+
+void OrientedBoxes(const Work& w)
+{
+    EachPair(w, [](const QueryInputs& in, int i, int j) {
+        return ZmIntersect::OBBOBB(Record<ZmOBB>(in.oriented[i]), Record<ZmOBB>(in.otherOriented[j]));
+    });
+}
+
+ZmFrustum FrustumOf(const QueryInputs& in)
+{
+    ZmFrustum frustum(Record<ZmVector>(in.origin), Record<ZmVector>(in.right), Record<ZmVector>(in.up),
+                      Record<ZmVector>(in.direction), 1, 20, 1, 1);
+    frustum.HalfWidth = frustum.HalfHeight = 1;
+    frustum.Update();
+    return frustum;
+}
+
+void FrustumPlanesBox(const Work& w)
+{
+    const ZmFrustum frustum = FrustumOf(*static_cast<const QueryInputs*>(w.src));
+    EachPair(w, [&](const QueryInputs& in, int i, int j) {
+        return ZmIntersect::FrustumBox(frustum, Record<ZmBbox>(in.frustumBoxes[j]), Record<ZmMatrix>(in.matrices[i]));
+    });
+}
+
+void FrustumOriented(const Work& w)
+{
+    const ZmFrustum frustum = FrustumOf(*static_cast<const QueryInputs*>(w.src));
+    EachPair(w, [&](const QueryInputs& in, int i, int j) {
+        return ZmIntersect::FrustumOBB(frustum, Record<ZmBbox>(in.frustumBoxes[j]), Record<ZmMatrix>(in.matrices[i]));
+    });
+}
+
+void SegmentSegment(const Work& w)
+{
+    EachPair(w, [](const QueryInputs& in, int i, int j) {
+        float s, t;
+        return ZmDistance::SegmentSegmentSquareDistance(Record<ZmRay>(in.segments[i]),
+                                                        Record<ZmRay>(in.otherSegments[j]), &s, &t);
+    });
+}
+
+/// The half-sizes in order, as far as the results reach; the axes have no order that all agree in.
+void BestFitBox(const Work& w)
+{
+    const QueryInputs& in = *static_cast<const QueryInputs*>(w.src);
+    ZmMatrix box;
+    ZmComputeBestFitBBox(reinterpret_cast<const unsigned char*>(in.cloud), 12, w.count, box, 0);
+    float* sizes = static_cast<float*>(w.dst);
+    for (int i = 0; i < 3; ++i) {
+        sizes[i] = Length(ZmVector(box[i][0], box[i][1], box[i][2]));
+    }
+    std::sort(sizes, sizes + 3);
+}
+
+constexpr Entry kEntries[] = {
+    {"Queries/box-box", BoxBox},
+    {"Queries/sphere-box", SphereBox},
+    {"Queries/ray-box", RayBox},
+    {"Queries/ray-triangle", RayTriangle},
+    {"Queries/oriented-boxes", OrientedBoxes},
+    {"Queries/frustum-planes-box", FrustumPlanesBox},
+    {"Queries/frustum-box", FrustumOriented},
+    {"Queries/segment-segment", SegmentSegment},
+    {"Queries/best-fit-box", BestFitBox},
+};
+
+}  // namespace
+
+constexpr Tasks kQueryTasks{kTasks};
+constexpr Contender kQueries{"ZmMath", Role::Ours, kEntries};
+
+}  // namespace bench

@@ -1,0 +1,134 @@
+#include "Overlay.h"
+
+#include "View.h"
+#include "Wire.h"
+
+namespace {
+
+const float kBoxReach = 30;   // boxes farther away are left out of the picture itself
+const float kMapReach = 110;  // where the frustum ends on the map, behind the last copy
+const ZmBbox kCube = {{1, 1, 1}, {-1, -1, -1}};
+
+const ZmColor kBoxColor(1, 1, 1, 0.5f), kPickedColor(1, 0.85f, 0.1f, 1);
+const ZmColor kWithin(0.45f, 1, 0.45f, 0.8f), kWithout(1, 0.4f, 0.3f, 0.8f), kFrustumColor(1, 1, 1, 0.9f);
+
+// Takes the cube from -1 to 1 onto the best-fit box of a model.
+ZmMatrix FittedBox(const ZmMatrix& fit, const Model& model)
+{
+    ZmMatrix placed;
+    Zm3DMultiplyMatrix(placed, model.World, fit);
+    return placed;
+}
+
+ZmMatrix FitOf(const Mesh& mesh)
+{
+    const ZmStridedData positions = Positions(mesh);
+    ZmMatrix fit;
+    ZmComputeBestFitBBox(static_cast<const unsigned char*>(positions.Ptr), positions.Stride, int(mesh.Vertices.size()),
+                         fit, 0);
+    return fit;
+}
+
+void DrawBox(Wire& wire, const ZmMatrix& box, const ZmColor& color)
+{
+    ZmVector corners[8];
+    kCube.TransformTo(corners, box);
+    wire.Box(corners, color);
+}
+
+// Calls draw(model, box) for each copy of the mesh.
+template <class Draw>
+void ForEachStatue(const Scene& scene, Draw&& draw)
+{
+    const Mesh* fitted = nullptr;
+    ZmMatrix fit = ZmMatrix::Identity();
+    for (const Model& model : scene.Models) {
+        if (model.Made != Material::Statue)
+            continue;
+        if (model.Shape != fitted) {
+            fitted = model.Shape;
+            fit = FitOf(*fitted);
+        }
+        draw(model, FittedBox(fit, model));
+    }
+}
+
+void DrawFrustum(Wire& wire, ZmFrustum frustum)
+{
+    frustum.FarDistance = kMapReach;
+    frustum.Update();
+    ZmVector v[8];
+    frustum.ComputeVertices(v);  // two rectangles, each in turn
+    wire.Box({v[0], v[1], v[3], v[2], v[4], v[5], v[7], v[6]}, kFrustumColor);
+}
+
+void DrawPicked(Wire& wire, const PickedTriangle& picked)
+{
+    for (int i = 0; i < 3; ++i)
+        wire.Line(picked.Corners[i], picked.Corners[(i + 1) % 3], kPickedColor);
+}
+
+// Four ticks around the mouse point, which leave the point itself free.
+void DrawCrosshair(Wire& wire, const ZmFrustum& camera, const ZmRay& mouse)
+{
+    const ZmVector point = mouse.Origin + mouse.Direction, right = camera.Right, up = camera.Up;
+    for (const ZmVector& way : {right, -right, up, -up})
+        wire.Line(point + way * 0.012f, point + way * 0.035f, kPickedColor);
+}
+
+void DrawOverPicture(Picture& picture, const Scene& scene, const ZmMatrix& worldToClip, const ZmRay& mouse,
+                     const PickedTriangle& picked)
+{
+    Wire wire(picture, {0, 0, picture.Width, picture.Height}, worldToClip, true);
+    ForEachStatue(scene, [&](const Model& model, const ZmMatrix& box) {
+        const ZmVector middle(box[3][0], box[3][1], box[3][2]);
+        if (&model == picked.Of)
+            DrawBox(wire, box, kPickedColor);
+        else if (Length(middle - scene.Camera.Origin) < kBoxReach)
+            DrawBox(wire, box, kBoxColor);
+    });
+    if (picked.Of)
+        DrawPicked(wire, picked);
+    Wire front(picture, {0, 0, picture.Width, picture.Height}, worldToClip, false);
+    DrawCrosshair(front, scene.Camera, mouse);
+}
+
+void Darken(Picture& picture, const RKRECT& window)
+{
+    for (int y = window.top; y < window.bottom; ++y)
+        for (int x = window.left; x < window.right; ++x)
+            Blend(picture.Pixels[size_t(y) * size_t(picture.Width) + size_t(x)], ZmColor(0.02f, 0.03f, 0.05f, 0.72f));
+}
+
+// High up beside the meadow, looking down across it.
+ZmMatrix MapView(const RKRECT& window)
+{
+    const float aspectRatio = float(window.bottom - window.top) / float(window.right - window.left);
+    ZmMatrix turn;
+    Zm3DMatrixFromEulerAngles(turn, 0.81f, 0, 0);
+    const ZmFrustum view({0, 120, -60}, Rotate(turn, ZmVector::axisX()), Rotate(turn, ZmVector::axisY()),
+                         Rotate(turn, ZmVector::axisZ()), 1, 500, 1.05f, aspectRatio);
+    return PerspectiveView(view);
+}
+
+void DrawMap(Picture& picture, const Scene& scene, const ZmRay& mouse, const PickedTriangle& picked)
+{
+    const int width = picture.Width * 3 / 10, height = picture.Height * 3 / 10, margin = picture.Width / 80;
+    const RKRECT window = {picture.Width - width - margin, margin, picture.Width - margin, margin + height};
+    Darken(picture, window);
+    Wire wire(picture, window, MapView(window), false);
+    ForEachStatue(scene, [&](const Model&, const ZmMatrix& box) {
+        DrawBox(wire, box, ZmIntersect::FrustumOBB(scene.Camera, kCube, box) ? kWithin : kWithout);
+    });
+    DrawFrustum(wire, scene.Camera);
+    wire.Line(mouse.Origin, picked.Of ? picked.Point : mouse.Origin + mouse.Direction * kMapReach, kPickedColor);
+}
+
+}  // namespace
+
+void DrawOverlay(Picture& picture, const Scene& scene, const ZmMatrix& worldToClip, const ZmRay& mouse,
+                 const PickedTriangle& picked)
+{
+    DrawOverPicture(picture, scene, worldToClip, mouse, picked);
+    DrawMap(picture, scene, mouse, picked);
+}

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "ZmRay.h"
+
+/// Squared Euclidean distances between lines, rays, segments and points.
+///
+/// A ZmRay is read as what the function's name says: a line (Origin + t * Direction, any t), a ray (t >= 0) or
+/// a segment (0 <= t <= 1, so Direction is end minus start). Directions need not be of unit length. The
+/// pointers get the parameters of the closest points, the first object's first; a null pointer is not written.
+///
+/// Computed in double throughout, so that neither nearly parallel directions nor lengths that are thousands
+/// of times apart cost digits: the distance is that of the parameters before they are rounded to float.
+/// Where several pairs are closest, one of them is given. Any thread; the same bits on every path
+/// and platform.
+///
+/// Between two linear objects a zero direction stands for a point, with the parameter 0. In the three forms
+/// for points it gives a non-number, unless the object is a ray or a segment, where it is a point too.
+class ZmDistance {
+public:
+    /// Lines count as parallel when |Direction0 x Direction1|^2 is below 2^-23 or, for directions short enough,
+    /// below 2^-23 times |Direction0|^2 * |Direction1|^2. Then *t1 = 0 and *t0 is the foot of the second line's
+    /// origin on the first line, although lines that are not quite parallel come closer somewhere far away.
+    ZM_API static float LineLineSquareDistance(const ZmRay& line0, const ZmRay& line1, float* t0, float* t1);
+
+    // The others give the smallest distance for nearly parallel pairs too. Where directions are parallel as far as
+    // floats can tell, the second parameter is 0 if that belongs to a closest pair.
+
+    ZM_API static float LineRaySquareDistance(const ZmRay& line, const ZmRay& ray, float* t0, float* t1);
+    ZM_API static float LineSegmentSquareDistance(const ZmRay& line, const ZmRay& segment, float* t0, float* t1);
+    ZM_API static float RayRaySquareDistance(const ZmRay& ray0, const ZmRay& ray1, float* t0, float* t1);
+    ZM_API static float RaySegmentSquareDistance(const ZmRay& ray, const ZmRay& segment, float* t0, float* t1);
+    ZM_API static float SegmentSegmentSquareDistance(const ZmRay& segment0, const ZmRay& segment1, float* t0,
+                                                     float* t1);
+
+    ZM_API static float PointLineSquareDistance(const ZmVector& point, const ZmRay& line, float* t);
+    ZM_API static float PointRaySquareDistance(const ZmVector& point, const ZmRay& ray, float* t);
+    ZM_API static float PointSegmentSquareDistance(const ZmVector& point, const ZmRay& segment, float* t);
+};

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "Math/Lanes.h"
+
+namespace zm {
+namespace {
+
+/// A record of two vectors, a box or a ray, in two registers. Reads its 24 bytes and nothing more; what
+/// stands in the fourth lanes has no meaning.
+template <class L>
+struct SixFloats {
+    L first, second;
+
+    explicit SixFloats(const void* record)
+        : first(L::Load4(record)), second(L::Load4(static_cast<const char*>(record) + 8).template Spread<1, 2, 3, 0>())
+    {
+    }
+};
+
+/// The lanes of a vector.
+const unsigned kThreeLanes = 7;
+
+}  // namespace
+}  // namespace zm

@@ -1,0 +1,52 @@
+#include "ZmBestFitBBox.h"
+
+#include "Queries/PointCloud.h"
+#include "ZmEigenMatrix.h"
+
+#include <math.h>
+
+using namespace zm;
+
+namespace {
+
+/// Beyond this a box is taken for the outcome of a decomposition that went wrong.
+const float kLargest = 1e6f;
+
+/// False for non-numbers too.
+bool IsStable(const ZmMatrix& m)
+{
+    for (int i = 0; i < 12; ++i) {
+        if (!(fabsf(m[i / 3][i % 3]) <= kLargest)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+}  // namespace
+
+int ZmComputeBestFitBBox(const unsigned char* points, unsigned long stride, int count, ZmMatrix& result,
+                         float additionalBorder)
+{
+    if (count <= 0 || !points) {
+        result = ZmMatrix::Identity();
+        return 0;
+    }
+    ZmEigenMatrix eigen;
+    eigen.Covariance(points, stride, count);
+    eigen.EigenStuff3();
+    ZmVector axes[3];
+    for (int i = 0; i < 3; ++i) {
+        axes[i] = {eigen.Matrix[0][i], eigen.Matrix[1][i], eigen.Matrix[2][i]};
+    }
+
+    const PointCloud cloud = {points, stride, count};
+    const CloudExtents extents = ExtentsOf(cloud, axes);
+    ZmVector center = FirstPoint(cloud);
+    for (int i = 0; i < 3; ++i) {
+        center += axes[i] * ((extents.min[i] + extents.max[i]) * 0.5f);
+        axes[i] *= (extents.max[i] - extents.min[i]) * 0.5f + additionalBorder;
+    }
+    result = ZmMatrix(axes[0], axes[1], axes[2], center);
+    return IsStable(result);
+}

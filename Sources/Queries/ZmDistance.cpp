@@ -1,0 +1,177 @@
+#include "ZmDistance.h"
+
+#include "Math/DoubleLanes.h"
+#include "Queries/SixFloats.h"
+#include "Queries/Tolerances.h"
+
+using namespace zm;
+
+namespace {
+
+// Everything in double, where differences and products of floats lose nothing, and without branches: which bound a
+// closest point comes to lie on cannot be predicted. Single numbers stand in the first place of a pair; what stands in
+// the second then has no meaning.
+using Pair = DoublePair;
+
+/// A vector of three as x and y, and z.
+struct DoubleVector {
+    Pair xy, z;
+
+    DoubleVector(Pair first, Pair last) : xy(first), z(last) {}
+    explicit DoubleVector(SseLanes v) : xy(_mm_cvtps_pd(v.v)), z(_mm_cvtps_pd(_mm_movehl_ps(v.v, v.v))) {}
+
+    DoubleVector operator-(const DoubleVector& o) const { return {xy - o.xy, z - o.z}; }
+    DoubleVector operator+(const DoubleVector& o) const { return {xy + o.xy, z + o.z}; }
+    DoubleVector operator*(Pair s) const { return {xy * Pair::Firsts(s, s), z * s}; }
+    friend Pair Dot(const DoubleVector& a, const DoubleVector& b)
+    {
+        const Pair products = a.xy * b.xy;
+        return (products + products.Swapped()) + a.z * b.z;
+    }
+};
+
+/// Two vectors side by side.
+struct VectorPair {
+    Pair x, y, z;
+
+    VectorPair(const DoubleVector& a, const DoubleVector& b)
+        : x(Pair::Firsts(a.xy, b.xy)), y(Pair::Seconds(a.xy, b.xy)), z(Pair::Firsts(a.z, b.z))
+    {
+    }
+    VectorPair(Pair vx, Pair vy, Pair vz) : x(vx), y(vy), z(vz) {}
+
+    /// The first vector twice.
+    VectorPair First() const { return {Pair::Firsts(x, x), Pair::Firsts(y, y), Pair::Firsts(z, z)}; }
+    friend Pair Dot(const VectorPair& a, const VectorPair& b) { return (a.x * b.x + a.y * b.y) + a.z * b.z; }
+    friend VectorPair Cross(const VectorPair& a, const VectorPair& b)
+    {
+        return {a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x};
+    }
+};
+
+/// The nearest parameter that the object has.
+template <Reach reach>
+inline Pair Clamp(Pair t)
+{
+    if (reach != Reach::Line) {
+        t = Pair::Max(t, Pair::Splat(0));
+    }
+    return reach == Reach::Segment ? Pair::Min(t, Pair::Splat(1)) : t;
+}
+
+inline void Store(float* res, Pair value)
+{
+    if (res) {
+        *res = float(value.First());
+    }
+}
+
+/// Squared sine of the angle up to which two objects without an end count as parallel: rounding the directions to
+/// floats leaves as much, and would send the closest points very far away.
+const double kParallelSquare = 0x1p-44;
+
+/// The largest square of the directions' vector product with which two objects count as parallel.
+template <Reach reach0, Reach reach1>
+inline Pair ParallelLimit(Pair squares)
+{
+    if (reach0 == Reach::Segment || reach1 == Reach::Segment) {
+        return Pair::Splat(0);
+    }
+    const Pair scale = squares * squares.Swapped(), limit = scale * Pair::Splat(kParallelSquare);
+    if (reach0 == Reach::Ray || reach1 == Reach::Ray) {
+        return limit;
+    }
+    return Pair::Max(Pair::Min(scale, Pair::Splat(1)) * Pair::Splat(kEpsilon), limit);
+}
+
+/// The squared distance of two objects is |offset + s d0 - t d1|^2, convex in s and t: where its minimum lies outside
+/// the range of one parameter, the minimum within the range lies on that edge. So it takes three steps: the best t,
+/// clamped; the best s for it, clamped; and, where that moved s, the best t again.
+template <Reach reach0, Reach reach1>
+inline float SquareDistance(const ZmRay& object0, const ZmRay& object1, float* t0, float* t1)
+{
+    const SixFloats<SseLanes> floats0(&object0), floats1(&object1);
+    const DoubleVector d0(floats0.second), d1(floats1.second);
+    const DoubleVector offset = DoubleVector(floats0.first) - DoubleVector(floats1.first);
+    const VectorPair directions(d0, d1);
+    const Pair squares = Dot(directions, directions), along = Dot(directions, VectorPair(offset, offset));
+    const Pair both = Dot(d0, d1);
+    // 0 for a direction without length.
+    const Pair inverses = Pair::Splat(1) / squares & Pair::Less(Pair::Splat(0), squares);
+
+    // Where the lines come closest, by vector products with the first direction: unlike the scalar ones they keep their
+    // digits however small the angle is.
+    const VectorPair around = Cross(VectorPair(d0, d0), VectorPair(d1, offset)), normal = around.First();
+    const Pair products = Dot(normal, around), crossing = products.Swapped() / products;
+    // Parallel: the start of the second, or its foot when the first is a point.
+    const Pair start = (along * inverses).Swapped() & Pair::Equal(squares, Pair::Splat(0));
+    const Pair slanted = Pair::Less(ParallelLimit<reach0, reach1>(squares), products);
+    const Pair t = Clamp<reach1>(Pair::Select(slanted, crossing, start));
+    const Pair foot = (both * t - along) * inverses, s = Clamp<reach0>(foot);
+    const Pair again = Clamp<reach1>((along.Swapped() + both * s) * inverses.Swapped());
+    const Pair settled = Pair::Select(Pair::Equal(s, foot), t, again);
+
+    const DoubleVector apart = offset + d0 * s - d1 * settled;
+    Store(t0, s);
+    Store(t1, settled);
+    return float(Dot(apart, apart).First());
+}
+
+template <Reach reach>
+inline float SquareDistance(const ZmVector& point, const ZmRay& object, float* res)
+{
+    const SixFloats<SseLanes> floats(&object);
+    const DoubleVector direction(floats.second);
+    const DoubleVector offset = DoubleVector(SseLanes::Load3(&point)) - DoubleVector(floats.first);
+    const Pair t = Clamp<reach>(Dot(offset, direction) / Dot(direction, direction));
+    const DoubleVector apart = offset - direction * t;
+    Store(res, t);
+    return float(Dot(apart, apart).First());
+}
+
+}  // namespace
+
+float ZmDistance::LineLineSquareDistance(const ZmRay& line0, const ZmRay& line1, float* t0, float* t1)
+{
+    return SquareDistance<Reach::Line, Reach::Line>(line0, line1, t0, t1);
+}
+
+float ZmDistance::LineRaySquareDistance(const ZmRay& line, const ZmRay& ray, float* t0, float* t1)
+{
+    return SquareDistance<Reach::Line, Reach::Ray>(line, ray, t0, t1);
+}
+
+float ZmDistance::LineSegmentSquareDistance(const ZmRay& line, const ZmRay& segment, float* t0, float* t1)
+{
+    return SquareDistance<Reach::Line, Reach::Segment>(line, segment, t0, t1);
+}
+
+float ZmDistance::RayRaySquareDistance(const ZmRay& ray0, const ZmRay& ray1, float* t0, float* t1)
+{
+    return SquareDistance<Reach::Ray, Reach::Ray>(ray0, ray1, t0, t1);
+}
+
+float ZmDistance::RaySegmentSquareDistance(const ZmRay& ray, const ZmRay& segment, float* t0, float* t1)
+{
+    return SquareDistance<Reach::Ray, Reach::Segment>(ray, segment, t0, t1);
+}
+
+float ZmDistance::SegmentSegmentSquareDistance(const ZmRay& segment0, const ZmRay& segment1, float* t0, float* t1)
+{
+    return SquareDistance<Reach::Segment, Reach::Segment>(segment0, segment1, t0, t1);
+}
+
+float ZmDistance::PointLineSquareDistance(const ZmVector& point, const ZmRay& line, float* t)
+{
+    return SquareDistance<Reach::Line>(point, line, t);
+}
+
+float ZmDistance::PointRaySquareDistance(const ZmVector& point, const ZmRay& ray, float* t)
+{
+    return SquareDistance<Reach::Ray>(point, ray, t);
+}
+
+float ZmDistance::PointSegmentSquareDistance(const ZmVector& point, const ZmRay& segment, float* t)
+{
+    return SquareDistance<Reach::Segment>(point, segment, t);
+}

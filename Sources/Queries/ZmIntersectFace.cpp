@@ -1,0 +1,101 @@
+#include "Queries/FaceCrossing.h"
+#include "ZmIntersect.h"
+
+using namespace zm;
+
+namespace {
+
+/// The forms that do not tell the axes.
+template <Reach reach>
+int CrossFace(const ZmRay& ray, const ZmVector& pt0, const ZmVector& pt1, const ZmVector& pt2, const ZmVector& normal,
+              ZmVector& point, float& dist)
+{
+    int i1 = 0, i2 = 0;
+    return zm::CrossFace<reach, Facing::Any>(ray, pt0, pt1, pt2, normal, point, dist, i1, i2);
+}
+
+/// Component 0, 1 or, for every other number, 2.
+float Component(const ZmVector& v, int axis)
+{
+    return axis == 0 ? v.x : axis == 1 ? v.y : v.z;
+}
+
+}  // namespace
+
+int ZmIntersect::PointInFace(const ZmVector& point, const ZmVector& pt0, const ZmVector& pt1, const ZmVector& pt2,
+                             const ZmVector& normal, int& i1, int& i2)
+{
+    const KeptAxes kept(normal);
+    i1 = kept.i1;
+    i2 = kept.i2;
+    return PointInTriangle(point, pt0, pt1, pt2, kept);
+}
+
+int ZmIntersect::RayFace(const ZmRay& ray, const ZmVector& pt0, const ZmVector& pt1, const ZmVector& pt2,
+                         const ZmVector& normal, ZmVector& point, float& dist)
+{
+    return CrossFace<Reach::Ray>(ray, pt0, pt1, pt2, normal, point, dist);
+}
+
+int ZmIntersect::RayFace(const ZmRay& ray, const ZmVector& pt0, const ZmVector& pt1, const ZmVector& pt2,
+                         const ZmVector& normal, ZmVector& point, float& dist, int& i1, int& i2)
+{
+    return zm::CrossFace<Reach::Ray, Facing::Any>(ray, pt0, pt1, pt2, normal, point, dist, i1, i2);
+}
+
+int ZmIntersect::RayFaceCulled(const ZmRay& ray, const ZmVector& pt0, const ZmVector& pt1, const ZmVector& pt2,
+                               const ZmVector& normal, ZmVector& point, float& dist, int& i1, int& i2)
+{
+    return zm::CrossFace<Reach::Ray, Facing::Front>(ray, pt0, pt1, pt2, normal, point, dist, i1, i2);
+}
+
+int ZmIntersect::SegmentFace(const ZmRay& segment, const ZmVector& pt0, const ZmVector& pt1, const ZmVector& pt2,
+                             const ZmVector& normal, ZmVector& point, float& dist)
+{
+    return CrossFace<Reach::Segment>(segment, pt0, pt1, pt2, normal, point, dist);
+}
+
+int ZmIntersect::SegmentFace(const ZmRay& segment, const ZmVector& pt0, const ZmVector& pt1, const ZmVector& pt2,
+                             const ZmVector& normal, ZmVector& point, float& dist, int& i1, int& i2)
+{
+    return zm::CrossFace<Reach::Segment, Facing::Any>(segment, pt0, pt1, pt2, normal, point, dist, i1, i2);
+}
+
+int ZmIntersect::SegmentFaceCulled(const ZmRay& segment, const ZmVector& pt0, const ZmVector& pt1, const ZmVector& pt2,
+                                   const ZmVector& normal, ZmVector& point, float& dist, int& i1, int& i2)
+{
+    return zm::CrossFace<Reach::Segment, Facing::Front>(segment, pt0, pt1, pt2, normal, point, dist, i1, i2);
+}
+
+int ZmIntersect::LineFace(const ZmRay& line, const ZmVector& pt0, const ZmVector& pt1, const ZmVector& pt2,
+                          const ZmVector& normal, ZmVector& point, float& dist)
+{
+    return CrossFace<Reach::Line>(line, pt0, pt1, pt2, normal, point, dist);
+}
+
+int ZmIntersect::LineFace(const ZmRay& line, const ZmVector& pt0, const ZmVector& pt1, const ZmVector& pt2,
+                          const ZmVector& normal, ZmVector& point, float& dist, int& i1, int& i2)
+{
+    return zm::CrossFace<Reach::Line, Facing::Any>(line, pt0, pt1, pt2, normal, point, dist, i1, i2);
+}
+
+void ZmIntersect::GetPointCoefficients(const ZmVector& point, const ZmVector& pt0, const ZmVector& pt1,
+                                       const ZmVector& pt2, const int& i1, const int& i2, float& c0, float& c1,
+                                       float& c2)
+{
+    // u0 = c1 * u1 + c2 * u2, v0 = c1 * v1 + c2 * v2.
+    const ZmVector offset = point - pt0, edge1 = pt1 - pt0, edge2 = pt2 - pt0;
+    const float u0 = Component(offset, i1), u1 = Component(edge1, i1), u2 = Component(edge2, i1);
+    const float v0 = Component(offset, i2), v1 = Component(edge1, i2), v2 = Component(edge2, i2);
+    float weight1, weight2;
+    if (u1 == 0) {
+        weight2 = u0 / u2;
+        weight1 = (v0 - weight2 * v2) / v1;
+    } else {
+        weight2 = (v0 * u1 - u0 * v1) / (v2 * u1 - u2 * v1);
+        weight1 = (u0 - weight2 * u2) / u1;
+    }
+    c0 = 1 - (weight1 + weight2);
+    c1 = weight1;
+    c2 = weight2;
+}

@@ -1,0 +1,174 @@
+#include "Platform/FeatureWord.h"
+#include "Queries/SixFloats.h"
+#include "Queries/Tolerances.h"
+#include "ZmIntersect.h"
+
+using namespace zm;
+
+// Rays, segments and lines through axis-aligned boxes: the slab test, which finds the points, and the
+// separating axes, which only decide.
+
+namespace {
+
+/// One end of the part of a line that lies within all slabs so far.
+struct SlabEnd {
+    float t;
+    int axis;
+    float sign;
+
+    ZmVector Point(const ZmRay& ray) const { return ray.Origin + ray.Direction * t; }
+    ZmVector Normal() const
+    {
+        ZmVector normal(0, 0, 0);
+        normal[axis] = sign;
+        return normal;
+    }
+};
+
+struct SlabSpan {
+    SlabEnd in = {-1e30f, 0, 0}, out = {1e30f, 0, 0};
+};
+
+/// What of a parameter is compared. Lines compare sizes: for them near and far are meant from the origin,
+/// in both directions. Required.
+template <Reach reach>
+float Rank(float t)
+{
+    return reach == Reach::Line ? fabsf(t) : t;
+}
+
+/// Narrows the span to the slab of one axis, between t1 and t2. The first slab of a line sets both ends
+/// outright, since no size exceeds that of the span at the start.
+template <Reach reach>
+void Narrow(SlabSpan& span, float t1, float t2, int axis, float direction, bool first)
+{
+    const bool swapped = Rank<reach>(t1) > Rank<reach>(t2), set = reach == Reach::Line && first;
+    const float nearer = swapped ? t2 : t1, farther = swapped ? t1 : t2;
+    // Against the direction of travel at both ends: callers know the normal of the exit so.
+    const float sign = direction < 0 ? 1.0f : -1.0f;
+    if (set || Rank<reach>(nearer) > Rank<reach>(span.in.t)) {
+        span.in = {nearer, axis, sign};
+    }
+    if (set || Rank<reach>(farther) < Rank<reach>(span.out.t)) {
+        span.out = {farther, axis, sign};
+    }
+}
+
+/// False when the line runs beside the box, parallel to a slab.
+template <Reach reach>
+bool ClipToSlabs(SlabSpan& span, const ZmRay& ray, const ZmBbox& box)
+{
+    bool first = true;
+    for (int i = 0; i < 3; ++i) {
+        const float origin = ray.Origin[i], direction = ray.Direction[i];
+        if (fabsf(direction) < kEpsilon) {
+            if (origin < box.Min[i] || origin > box.Max[i]) {
+                return false;
+            }
+            continue;
+        }
+        const float inverse = 1 / direction;
+        Narrow<reach>(span, (box.Min[i] - origin) * inverse, (box.Max[i] - origin) * inverse, i, direction, first);
+        first = false;
+    }
+    return true;
+}
+
+/// Whether nothing of the span is left within the object. The ends only ever move towards each other, so one look
+/// at the end finds what a look after each slab would.
+template <Reach reach>
+bool Misses(const SlabSpan& span)
+{
+    const float in = span.in.t, out = span.out.t;
+    if (Rank<reach>(in) > Rank<reach>(out) || (reach != Reach::Line && out < kEpsilon)) {
+        return true;
+    }
+    // A segment that lies wholly inside crosses no face.
+    return reach == Reach::Segment && (in > kOnePlus || (in < kEpsilon && out > kOnePlus));
+}
+
+template <Reach reach>
+int CrossBox(const ZmRay& ray, const ZmBbox& box, ZmVector& inPoint, ZmVector* outPoint, ZmVector* inNormal,
+             ZmVector* outNormal)
+{
+    SlabSpan span;
+    if (!ClipToSlabs<reach>(span, ray, box) || Misses<reach>(span)) {
+        return 0;
+    }
+    const ZmVector exit = span.out.Point(ray);
+    inPoint = span.in.Point(ray);
+    if (outPoint) {
+        *outPoint = exit;
+    }
+    if (inNormal) {
+        *inNormal = span.in.Normal();
+    }
+    if (outNormal) {
+        *outNormal = span.out.Normal();
+    }
+    return reach != Reach::Line && span.in.t <= kEpsilon ? -1 : 1;
+}
+
+/// Separating axes: those of the box and their vector products with the direction.
+template <class L, Reach reach>
+int OverlapsBox(const ZmRay& ray, const ZmBbox& box)
+{
+    const SixFloats<L> corners(&box), line(&ray);
+    const L half = L::Splat(0.5f), size = (corners.first - corners.second) * half;
+    L direction = line.second, origin = line.first;
+    if (reach == Reach::Segment) {
+        direction = direction * half;
+        origin = origin + direction;
+    }
+    const L offset = origin - (corners.first + corners.second) * half;
+    const L offsetAway = offset.Abs(), reachAway = direction.Abs();
+
+    // Component x of each product: y z - z y; the others in turn.
+    const L product = direction.template Pick<1, 2, 0>() * offset.template Pick<2, 0, 1>() -
+                      direction.template Pick<2, 0, 1>() * offset.template Pick<1, 2, 0>();
+    const L radius = reachAway.template Pick<1, 2, 0>() * size.template Pick<2, 0, 1>() +
+                     reachAway.template Pick<2, 0, 1>() * size.template Pick<1, 2, 0>();
+    unsigned apart = L::LessMask(radius, product.Abs());
+    if (reach == Reach::Ray) {
+        apart |= L::LessMask(size, offsetAway) & L::LessEqualMask(L::Splat(0), offset * direction);
+    } else if (reach == Reach::Segment) {
+        apart |= L::LessMask(size + reachAway, offsetAway);
+    }
+    return (apart & kThreeLanes) == 0;
+}
+
+}  // namespace
+
+int ZmIntersect::RayBox(const ZmRay& ray, const ZmBbox& box, ZmVector& inPoint, ZmVector* outPoint, ZmVector* inNormal,
+                        ZmVector* outNormal)
+{
+    return CrossBox<Reach::Ray>(ray, box, inPoint, outPoint, inNormal, outNormal);
+}
+
+int ZmIntersect::SegmentBox(const ZmRay& segment, const ZmBbox& box, ZmVector& inPoint, ZmVector* outPoint,
+                            ZmVector* inNormal, ZmVector* outNormal)
+{
+    return CrossBox<Reach::Segment>(segment, box, inPoint, outPoint, inNormal, outNormal);
+}
+
+int ZmIntersect::LineBox(const ZmRay& line, const ZmBbox& box, ZmVector& inPoint, ZmVector* outPoint,
+                         ZmVector* inNormal, ZmVector* outNormal)
+{
+    return CrossBox<Reach::Line>(line, box, inPoint, outPoint, inNormal, outNormal);
+}
+
+int ZmIntersect::RayBox(const ZmRay& ray, const ZmBbox& box)
+{
+    return UseSse() ? OverlapsBox<SseLanes, Reach::Ray>(ray, box) : OverlapsBox<ScalarLanes, Reach::Ray>(ray, box);
+}
+
+int ZmIntersect::SegmentBox(const ZmRay& segment, const ZmBbox& box)
+{
+    return UseSse() ? OverlapsBox<SseLanes, Reach::Segment>(segment, box)
+                    : OverlapsBox<ScalarLanes, Reach::Segment>(segment, box);
+}
+
+int ZmIntersect::LineBox(const ZmRay& line, const ZmBbox& box)
+{
+    return UseSse() ? OverlapsBox<SseLanes, Reach::Line>(line, box) : OverlapsBox<ScalarLanes, Reach::Line>(line, box);
+}

@@ -1,0 +1,84 @@
+#include "Queries/BoxShape.h"
+#include "Queries/PlaneCrossing.h"
+#include "ZmIntersect.h"
+
+using namespace zm;
+
+namespace {
+
+template <Reach reach, Facing facing>
+int MeetsPlane(const ZmRay& ray, const ZmPlane& plane, ZmVector& point, float& dist)
+{
+    const PlaneCrossing crossing = CrossPlane<reach, facing>(ray, plane);
+    crossing.Store(point, dist);
+    return crossing.inside;
+}
+
+float SignedDistance(const ZmPlane& plane, const ZmVector& p)
+{
+    return Dot(plane.Normal, p) + plane.D;
+}
+
+}  // namespace
+
+int ZmIntersect::RayPlane(const ZmRay& ray, const ZmPlane& plane, ZmVector& point, float& dist)
+{
+    return MeetsPlane<Reach::Ray, Facing::Any>(ray, plane, point, dist);
+}
+
+int ZmIntersect::RayPlaneCulled(const ZmRay& ray, const ZmPlane& plane, ZmVector& point, float& dist)
+{
+    return MeetsPlane<Reach::Ray, Facing::Front>(ray, plane, point, dist);
+}
+
+int ZmIntersect::SegmentPlane(const ZmRay& segment, const ZmPlane& plane, ZmVector& point, float& dist)
+{
+    return MeetsPlane<Reach::Segment, Facing::Any>(segment, plane, point, dist);
+}
+
+int ZmIntersect::SegmentPlaneCulled(const ZmRay& segment, const ZmPlane& plane, ZmVector& point, float& dist)
+{
+    return MeetsPlane<Reach::Segment, Facing::Front>(segment, plane, point, dist);
+}
+
+int ZmIntersect::LinePlane(const ZmRay& line, const ZmPlane& plane, ZmVector& point, float& dist)
+{
+    return MeetsPlane<Reach::Line, Facing::Any>(line, plane, point, dist);
+}
+
+int ZmIntersect::BoxPlane(const ZmBbox& box, const ZmPlane& plane)
+{
+    const Diagonal along(box, plane.Normal);
+    return !(SignedDistance(plane, along.first) > 0) && !(SignedDistance(plane, along.last) < 0);
+}
+
+int ZmIntersect::BoxPlane(const ZmBbox& box, const ZmMatrix& matrix, const ZmPlane& plane)
+{
+    const PlacedBox placed(box, matrix);
+    float radius = 0;
+    for (int i = 0; i < 3; ++i) {
+        radius += fabsf(Dot(plane.Normal, placed.axis[i] * placed.half[i]));
+    }
+    return fabsf(SignedDistance(plane, placed.center)) <= radius;
+}
+
+int ZmIntersect::Planes(const ZmPlane& plane1, const ZmPlane& plane2, const ZmPlane& plane3, ZmVector& point)
+{
+    const ZmMatrix normals(plane1.Normal, plane2.Normal, plane3.Normal, ZmVector(0, 0, 0));
+    const float determinant = Zm3DMatrixDeterminant(normals);
+    if (determinant == 0) {
+        return 0;
+    }
+    // Cramer's rule.
+    const float inverse = 1 / determinant;
+    ZmVector common;
+    for (int column = 0; column < 3; ++column) {
+        ZmMatrix replaced = normals;
+        replaced[0][column] = -plane1.D;
+        replaced[1][column] = -plane2.D;
+        replaced[2][column] = -plane3.D;
+        common[column] = Zm3DMatrixDeterminant(replaced) * inverse;
+    }
+    point = common;
+    return 1;
+}
