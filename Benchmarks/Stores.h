@@ -12,6 +12,25 @@ namespace {
 
 constexpr int kBlockSize = 64;
 
+/// A map of the standard library's kind, with strings as keys.
+template <class Map>
+struct MapTable {
+    typedef typename Map::key_type Key;
+
+    static Key MakeKey(const char* text) { return text; }
+    void Insert(const Key& key, int value) { m_Map.emplace(key, value); }
+    int Find(const Key& key) const { return m_Map.find(key)->second; }
+    template <class Use>
+    void Each(Use use) const
+    {
+        for (const auto& item : m_Map) {
+            use(item.second);
+        }
+    }
+
+    Map m_Map;
+};
+
 template <class Table>
 using Keys = std::vector<typename Table::Key>;
 

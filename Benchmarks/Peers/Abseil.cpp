@@ -7,22 +7,7 @@
 namespace bench {
 namespace {
 
-struct Table {
-    typedef std::string Key;
-
-    static Key MakeKey(const char* text) { return text; }
-    void Insert(const Key& key, int value) { m_Map.emplace(key, value); }
-    int Find(const Key& key) const { return m_Map.find(key)->second; }
-    template <class Use>
-    void Each(Use use) const
-    {
-        for (const auto& item : m_Map) {
-            use(item.second);
-        }
-    }
-
-    absl::flat_hash_map<std::string, int> m_Map;
-};
+typedef MapTable<absl::flat_hash_map<std::string, int>> Table;
 
 constexpr Entry kEntries[] = {
     {"Table/Insert", InsertAll<Table>},
