@@ -29,8 +29,8 @@ public:
     /// has a free block. Null without memory.
     ZM_API void* Allocate();
 
-    /// Takes back a block. Null, and pointers that are not blocks of a chunk, are ignored; a block must not be
-    /// freed twice.
+    /// Takes back a block. Null, and pointers that are not blocks of a chunk or were never handed out, are ignored; a
+    /// block must not be freed twice.
     ZM_API void Free(void* block);
 
     /// Frees all chunks, with the blocks that are still in use.

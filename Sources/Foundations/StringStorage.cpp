@@ -14,7 +14,12 @@ ZmAllocator::Stats g_Stats;
 
 namespace {
 
-#if defined(__SANITIZE_ADDRESS__)
+#if defined(__has_feature)
+#define ZM_HAS_FEATURE(feature) __has_feature(feature)
+#else
+#define ZM_HAS_FEATURE(feature) 0
+#endif
+#if defined(__SANITIZE_ADDRESS__) || ZM_HAS_FEATURE(address_sanitizer)
 constexpr size_t kLargestInPages = 0;  // the sanitizer must see each string for itself
 #else
 constexpr size_t kLargestInPages = SmallBlocks::kLargest;

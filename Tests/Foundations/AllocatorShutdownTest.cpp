@@ -32,7 +32,8 @@ void UseStrings(XString& own)
     Require(text != nullptr && strcmp(text, "text") == 0, "string storage can be asked for");
     allocator.ReleaseString(text);
     XString* scratch = allocator.AllocateScratchString();
-    Require(scratch != nullptr && scratch->IsEmpty(), "scratch strings are new ones");
+    Require(scratch != nullptr && *scratch == (g_AllocatorIsGoneFirst ? "" : "free, with storage"),
+            "scratch strings are new ones, or while it lives the one given back");
     *scratch = "scratch";
     allocator.ReleaseScratchString(scratch);
 }
