@@ -20,10 +20,10 @@ ZM_BENCHMARK_PEERS(ZM_DECLARE_PEER)
 
 namespace {
 
-const Tasks* const kTasks[] = {&kPointTasks, &kArrayTasks, &kSingleTasks, &kFoundationTasks};
+const Tasks* const kTasks[] = {&kPointTasks, &kArrayTasks, &kSingleTasks, &kFoundationTasks, &kFileTasks};
 
 #define ZM_LIST_PEER(name) &k##name,
-const Contender* const kContenders[] = {&kPoints, &kScalarPoints, &kArrays, &kSingles, &kFoundations,
+const Contender* const kContenders[] = {&kPoints, &kScalarPoints, &kArrays, &kSingles, &kFoundations, &kFiles,
                                         ZM_BENCHMARK_PEERS(ZM_LIST_PEER)};
 
 bool MachineHasAvx2()

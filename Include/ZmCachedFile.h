@@ -46,9 +46,9 @@ public:
     unsigned int GetCacheSize() const { return m_CacheSize; }
 
 private:
-    bool Holds(uint64_t position) const;
     void Fill();
     void FillFrom(unsigned int position);
+    unsigned int ReadBeyond(char* buffer, unsigned int size);
     unsigned int ReadUncached(void* buffer, unsigned int size);
     void ReadAcross(char* buffer, unsigned int size, unsigned int block);
     void ReadCached(char* buffer, unsigned int size);

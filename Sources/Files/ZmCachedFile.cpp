@@ -21,6 +21,20 @@ char* NewCache(unsigned int size)
     return cache;
 }
 
+// memcpy() with the sizes of numbers and vectors taken first, two overlapping moves each.
+void CopyShort(char* res, const char* src, unsigned int size)
+{
+    if (size >= 8 && size <= 16) {
+        uint64_t first, last;
+        memcpy(&first, src, 8);
+        memcpy(&last, src + size - 8, 8);
+        memcpy(res, &first, 8);
+        memcpy(res + size - 8, &last, 8);
+    } else {
+        memcpy(res, src, size);
+    }
+}
+
 void WarnNotCached(int line, const char* operation)
 {
     zm::Warn(line, "ZmCachedFile", "%s : Not Cached", operation);
@@ -61,6 +75,7 @@ int ZmCachedFile::Open(const char* name, OpenMode mode)
 
 int ZmCachedFile::Close()
 {
+    m_CacheStart = kNoBlock;
     return ZmFile::Close();
 }
 
@@ -83,26 +98,37 @@ unsigned int ZmCachedFile::Write(const void* buffer, unsigned int size)
     return written;
 }
 
+// Most reads are short and within the block: for them this is all there is.
 unsigned int ZmCachedFile::Read(void* buffer, unsigned int size)
+{
+    const unsigned int offset = m_Position - m_CacheStart;
+    if (m_CacheStart != kNoBlock && offset < m_CacheSize && size <= m_CacheSize - offset) {
+        CopyShort(static_cast<char*>(buffer), m_Cache + offset, size);
+        m_Position += size;
+        return size;
+    }
+    return ReadBeyond(static_cast<char*>(buffer), size);
+}
+
+unsigned int ZmCachedFile::ReadBeyond(char* buffer, unsigned int size)
 {
     if (!IsOpen()) {
         return 0;
     }
-    char* out = static_cast<char*>(buffer);
-    const uint64_t position = m_Position, start = m_CacheStart;
-    if (m_CacheStart == kNoBlock || position < start || position >= start + m_CacheSize) {
-        if (m_Cache == nullptr) {
-            return ReadUncached(buffer, size);
-        }
+    if (m_Cache == nullptr) {
+        return ReadUncached(buffer, size);
+    }
+    const bool hit = m_CacheStart != kNoBlock && m_Position - m_CacheStart < m_CacheSize;
+    if (!hit) {
         const unsigned int block = m_Position / m_CacheSize * m_CacheSize;
-        if (position + size >= uint64_t(block) + m_CacheSize) {
-            ReadAcross(out, size, block);
+        if (uint64_t(m_Position) + size >= uint64_t(block) + m_CacheSize) {
+            ReadAcross(buffer, size, block);
             return size;
         }
         m_CacheStart = block;
         FillFrom(block);
     }
-    ReadCached(out, size);
+    ReadCached(buffer, size);
     return size;
 }
 

@@ -11,6 +11,7 @@ struct ZmFile::OpenedFile {
     FILE* stream;  ///< null when one of them has closed it
     bool dropsReturns;
     int owners;
+    char buffer[32768];  ///< the C library's own is so small that it splits writes of this size
 };
 
 namespace {
@@ -113,11 +114,15 @@ int ZmFile::Open(const char* name, OpenMode mode)
         return 0;
     }
     const bool text = strchr(modeString, 'b') == nullptr;
-    m_File = new (std::nothrow) OpenedFile{stream, text && !zm::kTextModesDropReturns, 1};
+    m_File = new (std::nothrow) OpenedFile;
     if (m_File == nullptr) {
         fclose(stream);
         return 0;
     }
+    m_File->stream = stream;
+    m_File->dropsReturns = text && !zm::kTextModesDropReturns;
+    m_File->owners = 1;
+    setvbuf(stream, m_File->buffer, _IOFBF, sizeof(m_File->buffer));
     return ferror(stream) == 0;
 }
 
