@@ -36,15 +36,15 @@ int Whence(ZmStream::SeekMode mode)
     return mode == ZmStream::END ? SEEK_END : mode == ZmStream::CURRENT ? SEEK_CUR : SEEK_SET;
 }
 
-// What fgets() read of a file with CR LF, as it reads where the C library drops the CR. A piece that ends between the
-// two takes the LF in.
-void DropReturn(char* text, FILE* stream)
+// What fgets() read of a file with CR LF, as it reads where the C library drops the CR. A piece that fills the buffer
+// and ends between the two takes the LF in; a shorter one that ends with a CR ends there by a NUL or by the file's end.
+void DropReturn(char* text, unsigned int size, FILE* stream)
 {
     const size_t length = strlen(text);
     if (length >= 2 && text[length - 1] == '\n' && text[length - 2] == '\r') {
         text[length - 2] = '\n';
         text[length - 1] = 0;
-    } else if (length >= 1 && text[length - 1] == '\r') {
+    } else if (length >= 1 && length == size - 1 && text[length - 1] == '\r') {
         const int next = getc(stream);
         if (next == '\n') {
             text[length - 1] = '\n';
@@ -194,7 +194,7 @@ int ZmFile::GetString(char* buffer, unsigned int size)
         return 0;
     }
     if (m_File->dropsReturns && size > 1) {
-        DropReturn(buffer, stream);
+        DropReturn(buffer, size, stream);
     }
     return 1;
 }
