@@ -12,6 +12,7 @@
 #include <sys/stat.h>
 #include <sys/statvfs.h>
 #include <unistd.h>
+#include <vector>
 
 namespace zm {
 
@@ -29,34 +30,106 @@ bool IsDotName(const char* name)
     return strcmp(name, ".") == 0 || strcmp(name, "..") == 0;
 }
 
-// Removes an entry of an open folder. A folder's contents are removed through the folder itself, not by path, so that
-// nobody can put a link in its place meanwhile; links are removed and never followed.
-bool RemoveEntry(int parent, const char* name);
+/// Removes a folder with its contents: each through its own folder and not by path, so that nobody can put a link in
+/// its place meanwhile. Links are removed and never followed. One folder is open at a time, however deep the tree.
+class TreeRemoval {
+public:
+    ~TreeRemoval() { Close(); }
 
-bool RemoveContents(int folder)
+    bool Run(const char* path)
+    {
+        bool done = Enter(AT_FDCWD, path);
+        while (!m_Levels.empty()) {
+            std::vector<std::string>& rest = m_Levels.back().rest;
+            if (rest.empty()) {
+                done = Leave() && done;
+            } else {
+                const std::string name = rest.back();
+                rest.pop_back();
+                done = Enter(m_Folder, name.c_str()) && done;
+            }
+        }
+        return done;
+    }
+
+private:
+    struct Level {
+        std::string name;
+        dev_t device;
+        ino_t node;
+        std::vector<std::string> rest;  ///< what is still to be removed: folders, and what cannot be
+    };
+
+    bool Enter(int parent, const char* name);
+    bool Leave();
+    bool ReturnToLastLevel();
+    bool RemoveFiles(std::vector<std::string>& rest) const;
+    void Close()
+    {
+        if (m_Folder >= 0) {
+            close(m_Folder);
+            m_Folder = -1;
+        }
+    }
+
+    int m_Folder = -1;  ///< that of the last level
+    std::vector<Level> m_Levels;
+};
+
+bool TreeRemoval::Enter(int parent, const char* name)
 {
-    DIR* entries = fdopendir(folder);
-    if (entries == nullptr) {
-        close(folder);
+    const int folder = openat(parent, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+    struct stat status;
+    if (folder < 0 || fstat(folder, &status) != 0) {
         return false;
     }
-    bool done = true;
+    Close();
+    m_Folder = folder;
+    m_Levels.push_back({name, status.st_dev, status.st_ino, {}});
+    return RemoveFiles(m_Levels.back().rest);
+}
+
+bool TreeRemoval::Leave()
+{
+    const std::string name = m_Levels.back().name;
+    m_Levels.pop_back();
+    if (m_Levels.empty()) {
+        return unlinkat(AT_FDCWD, name.c_str(), AT_REMOVEDIR) == 0;
+    }
+    if (!ReturnToLastLevel()) {
+        m_Levels.clear();  // somebody has moved the folder elsewhere
+        return false;
+    }
+    return unlinkat(m_Folder, name.c_str(), AT_REMOVEDIR) == 0;
+}
+
+bool TreeRemoval::ReturnToLastLevel()
+{
+    const int parent = openat(m_Folder, "..", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    Close();
+    m_Folder = parent;
+    struct stat status;
+    return parent >= 0 && fstat(parent, &status) == 0 && status.st_dev == m_Levels.back().device &&
+           status.st_ino == m_Levels.back().node;
+}
+
+bool TreeRemoval::RemoveFiles(std::vector<std::string>& rest) const
+{
+    const int folder = fcntl(m_Folder, F_DUPFD_CLOEXEC, 0);
+    DIR* entries = folder >= 0 ? fdopendir(folder) : nullptr;
+    if (entries == nullptr) {
+        if (folder >= 0) {
+            close(folder);
+        }
+        return false;
+    }
     while (const dirent* entry = readdir(entries)) {
-        if (!IsDotName(entry->d_name)) {
-            done = RemoveEntry(folder, entry->d_name) && done;
+        if (!IsDotName(entry->d_name) && unlinkat(m_Folder, entry->d_name, 0) != 0) {
+            rest.push_back(entry->d_name);
         }
     }
     closedir(entries);
-    return done;
-}
-
-bool RemoveEntry(int parent, const char* name)
-{
-    if (unlinkat(parent, name, 0) == 0) {
-        return true;
-    }
-    const int folder = openat(parent, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
-    return folder >= 0 && RemoveContents(folder) && unlinkat(parent, name, AT_REMOVEDIR) == 0;
+    return true;
 }
 
 }  // namespace
@@ -110,7 +183,7 @@ bool DeleteTree(const char* path)
     while (native.size() > 1 && native.back() == '/') {
         native.pop_back();
     }
-    return !native.empty() && RemoveEntry(AT_FDCWD, native.c_str());
+    return !native.empty() && (unlink(native.c_str()) == 0 || TreeRemoval().Run(native.c_str()));
 }
 
 bool FreeSpace(const char* path, uint64_t& bytes)
