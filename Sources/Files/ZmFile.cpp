@@ -8,8 +8,31 @@
 
 /// What the copies of a ZmFile share.
 struct ZmFile::OpenedFile {
+    enum Direction {
+        NONE,
+        READING,
+        WRITING
+    };
+
+    /// The stream of a file, which is about to be read or written; null if it is closed. Between the two the C library
+    /// asks for a seek.
+    static FILE* Turn(OpenedFile* file, Direction direction)
+    {
+        if (file == nullptr || file->stream == nullptr) {
+            return nullptr;
+        }
+        if (file->direction != direction) {
+            if (file->direction != NONE) {
+                zm::SeekFile(file->stream, 0, SEEK_CUR);
+            }
+            file->direction = direction;
+        }
+        return file->stream;
+    }
+
     FILE* stream;  ///< null when one of them has closed it
     bool dropsReturns;
+    Direction direction;
     int owners;
     char buffer[32768];  ///< the C library's own is so small that it splits writes of this size
 };
@@ -121,6 +144,7 @@ int ZmFile::Open(const char* name, OpenMode mode)
     }
     m_File->stream = stream;
     m_File->dropsReturns = text && !zm::kTextModesDropReturns;
+    m_File->direction = OpenedFile::NONE;
     m_File->owners = 1;
     setvbuf(stream, m_File->buffer, _IOFBF, sizeof(m_File->buffer));
     return ferror(stream) == 0;
@@ -177,19 +201,19 @@ void ZmFile::SeekTo(unsigned int position)
 
 unsigned int ZmFile::Read(void* buffer, unsigned int size)
 {
-    FILE* stream = Stream();
+    FILE* stream = OpenedFile::Turn(m_File, OpenedFile::READING);
     return stream != nullptr && fread(buffer, size, 1, stream) == 1 ? size : 0;
 }
 
 unsigned int ZmFile::Write(const void* buffer, unsigned int size)
 {
-    FILE* stream = Stream();
+    FILE* stream = OpenedFile::Turn(m_File, OpenedFile::WRITING);
     return stream != nullptr && fwrite(buffer, size, 1, stream) == 1 ? size : 0;
 }
 
 int ZmFile::GetString(char* buffer, unsigned int size)
 {
-    FILE* stream = Stream();
+    FILE* stream = OpenedFile::Turn(m_File, OpenedFile::READING);
     if (stream == nullptr || size == 0 || fgets(buffer, int(std::min(size, unsigned(INT32_MAX))), stream) == nullptr) {
         return 0;
     }
@@ -201,7 +225,7 @@ int ZmFile::GetString(char* buffer, unsigned int size)
 
 unsigned int ZmFile::Printf(const char* format, ...)
 {
-    FILE* stream = Stream();
+    FILE* stream = OpenedFile::Turn(m_File, OpenedFile::WRITING);
     if (stream == nullptr) {
         return unsigned(EOF);
     }
@@ -226,7 +250,7 @@ int ZmFile::EndOfFile()
 
 unsigned int ZmFile::Scanf(const char* format, ...)
 {
-    FILE* stream = Stream();
+    FILE* stream = OpenedFile::Turn(m_File, OpenedFile::READING);
     if (stream == nullptr) {
         return 0;
     }
@@ -239,7 +263,7 @@ unsigned int ZmFile::Scanf(const char* format, ...)
 
 unsigned int ZmFile::ReadItems(void* buffer, unsigned int size, unsigned int count)
 {
-    FILE* stream = Stream();
+    FILE* stream = OpenedFile::Turn(m_File, OpenedFile::READING);
     return stream != nullptr ? unsigned(fread(buffer, size, count, stream)) : 0;
 }
 
