@@ -4,6 +4,15 @@
 
 #include <string>
 
+namespace {
+
+bool IsSeparator(char c)
+{
+    return c == '\\' || c == '/';
+}
+
+}  // namespace
+
 int ZmFileExist(const char* path)
 {
     return path != nullptr && zm::FileMode(path) != 0;
@@ -42,7 +51,8 @@ int ZmCreateFileTree(const char* path)
     }
     std::string folder = path;
     for (size_t i = kAfterDrive; i < folder.size(); ++i) {
-        if (folder[i] != '/' && folder[i] != '\\') {
+        // Of two separators the first counts: the system may not know a folder by a name that ends with one.
+        if (!IsSeparator(folder[i]) || IsSeparator(folder[i - 1])) {
             continue;
         }
         folder[i] = 0;
