@@ -161,6 +161,10 @@ public:
     ConstIterator Begin() const { return ConstAt(m_Items.Begin()); }
     ConstIterator End() const { return ConstAt(m_Items.End()); }
 
+    /// The item at a position of the order, from 0 to Size() - 1.
+    Item& ItemAt(int position) { return m_Items[position]; }
+    const Item& ItemAt(int position) const { return m_Items[position]; }
+
     /// The key's item, or End().
     Iterator Find(const LookUpKey& key)
     {

@@ -241,6 +241,8 @@ private:
     XString& Assign(const char* text, size_t count);
     XString& AssignTime(int64_t time, const char* format);
     XString& Append(const char* text, size_t count);
+    template <class Number>
+    XString& AppendNumber(Number value);
     XString& AppendFormat(const char* format, ...) ZM_PRINTF(2, 3);
     int Overwrite(const XBaseString& from, const XBaseString& to);
     int Rebuild(const XBaseString& from, const XBaseString& to);

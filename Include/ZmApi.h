@@ -23,3 +23,12 @@
 #else
 #define ZM_PRINTF(format, arguments)
 #endif
+
+/// The same for scanf() formats.
+#if defined(__MINGW32__) && !defined(__clang__)
+#define ZM_SCANF(format, arguments) __attribute__((__format__(gnu_scanf, format, arguments)))
+#elif defined(__GNUC__)
+#define ZM_SCANF(format, arguments) __attribute__((__format__(scanf, format, arguments)))
+#else
+#define ZM_SCANF(format, arguments)
+#endif

@@ -5,6 +5,7 @@
 #include "Platform/OsClock.h"
 
 #include <algorithm>
+#include <charconv>
 #include <stdarg.h>
 #include <stdio.h>
 #include <time.h>
@@ -209,12 +210,12 @@ XString& XString::operator<<(char character)
 
 XString& XString::operator<<(int value)
 {
-    return AppendFormat("%d", value);
+    return AppendNumber(value);
 }
 
 XString& XString::operator<<(unsigned int value)
 {
-    return AppendFormat("%u", value);
+    return AppendNumber(value);
 }
 
 XString& XString::operator<<(float value)
@@ -225,6 +226,15 @@ XString& XString::operator<<(float value)
 XString& XString::operator<<(const void* pointer)
 {
     return AppendFormat("%p", pointer);
+}
+
+// As "%d" and "%u" write it, several times as fast.
+template <class Number>
+XString& XString::AppendNumber(Number value)
+{
+    char text[16];
+    const std::to_chars_result end = std::to_chars(text, text + sizeof(text), value);
+    return Append(text, size_t(end.ptr - text));
 }
 
 // One value, whose text is short.

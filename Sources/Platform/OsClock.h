@@ -11,6 +11,9 @@ int64_t ReadCounter();
 /// Ticks of that counter in a second; above 0 and the same at every call.
 int64_t CounterFrequency();
 
+/// Milliseconds since 1970 in universal time; the user may set that clock.
+int64_t ReadWallClock();
+
 /// The local time of a calendar time in seconds; false where the system cannot convert that time.
 bool LocalTime(int64_t seconds, tm& parts);
 

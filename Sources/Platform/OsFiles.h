@@ -1,10 +1,82 @@
 #pragma once
 
+#include <stdint.h>
 #include <stdio.h>
+#include <string>
 
 namespace zm {
 
-/// fopen() for paths of either platform: both separators are understood. Null if it fails.
+// Files and folders by paths of either platform: both separators are understood. Paths are never null. Functions that
+// give a bool tell whether it was done.
+
+/// fopen(). Null if it fails.
 FILE* OpenFile(const char* path, const char* mode);
+
+/// Whether text modes turn CR LF into LF when they read.
+extern const bool kTextModesDropReturns;
+
+/// As ftell() and fseek(), for large files too; -1 if the position is unknown.
+int64_t TellFile(FILE* file);
+bool SeekFile(FILE* file, int64_t offset, int whence);
+
+/// The mode word of stat(); 0 if there is nothing of that name.
+unsigned FileMode(const char* path);
+
+/// Renames. Fails where the new name exists and the platform's rename() does not replace it.
+bool RenamePath(const char* from, const char* to);
+bool DeleteFilePath(const char* path);
+bool MakeDirectory(const char* path);
+/// An empty one only.
+bool RemoveDirectory(const char* path);
+/// A folder with all that is in it; what a link points to stays. Also a single file. False if anything remains.
+bool DeleteTree(const char* path);
+
+/// Bytes that the caller may still write in that folder; false if the system does not tell.
+bool FreeSpace(const char* path, uint64_t& bytes);
+
+/// Where temporary files go, ending with a separator. Empty if the system does not tell.
+std::string TemporaryPath();
+
+/// Whether the names "a" and "A" are one file.
+extern const bool kFileNamesIgnoreCase;
+
+/// A walk over the entries of one folder, in the system's order and without "." and "..".
+class DirectorySearch {
+public:
+    DirectorySearch() = default;
+    ~DirectorySearch() { Close(); }
+    DirectorySearch(const DirectorySearch&) = delete;
+    DirectorySearch& operator=(const DirectorySearch&) = delete;
+
+    /// Begins with that folder. One that cannot be read has no entries.
+    void Open(const char* directory);
+    /// Goes to the next entry; false at the end.
+    bool Next();
+    void Close();
+
+    const std::string& Name() const { return m_Name; }
+    bool IsDirectory() const { return m_IsDirectory; }  ///< links to folders, too
+    bool IsLink() const { return m_IsLink; }
+
+private:
+    void* m_Search = nullptr;
+    std::string m_Name;
+    bool m_IsDirectory = false;
+    bool m_IsLink = false;
+};
+
+/// A file's bytes in memory, to be read.
+struct MappedFile {
+    enum Result { MAPPED, NOT_OPENED, NOT_MAPPABLE, NOT_VIEWED };
+
+    void* file = nullptr;     ///< the system's handles, null for none
+    void* mapping = nullptr;
+    void* base = nullptr;
+    uint64_t size = 0;
+};
+
+/// Fills a fresh record; on failure nothing is left open.
+MappedFile::Result MapFile(const char* path, MappedFile& res);
+void UnmapFile(MappedFile& file);
 
 }  // namespace zm

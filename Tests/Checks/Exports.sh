@@ -20,7 +20,8 @@ exported() {
         *)
             "$objdump" -T "$library" | awk '/^[0-9a-f]+ / && !/\*UND\*/ { print $NF }'
             ;;
-    esac | c++filt | sort -u
+    # The names of types come with their typeinfo; DLLs keep them to themselves.
+    esac | c++filt | grep -v '^typeinfo name for ' | sort -u
 }
 
 if [ "${4-}" = --update ]; then

@@ -1,15 +1,279 @@
+// Large files in 32-bit programs, too.
+#define _FILE_OFFSET_BITS 64
+
 #include "Platform/OsFiles.h"
 
 #include <algorithm>
-#include <string>
+#include <dirent.h>
+#include <fcntl.h>
+#include <stdlib.h>
+#include <string.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <sys/statvfs.h>
+#include <unistd.h>
+#include <vector>
 
 namespace zm {
 
-FILE* OpenFile(const char* path, const char* mode)
+namespace {
+
+std::string Native(const char* path)
 {
     std::string native = path;
     std::replace(native.begin(), native.end(), '\\', '/');
-    return fopen(native.c_str(), mode);
+    return native;
+}
+
+bool IsDotName(const char* name)
+{
+    return strcmp(name, ".") == 0 || strcmp(name, "..") == 0;
+}
+
+/// Removes a folder with its contents: each through its own folder and not by path, so that nobody can put a link in
+/// its place meanwhile. Links are removed and never followed. One folder is open at a time, however deep the tree.
+class TreeRemoval {
+public:
+    ~TreeRemoval() { Close(); }
+
+    bool Run(const char* path)
+    {
+        bool done = Enter(AT_FDCWD, path);
+        while (!m_Levels.empty()) {
+            std::vector<std::string>& rest = m_Levels.back().rest;
+            if (rest.empty()) {
+                done = Leave() && done;
+            } else {
+                const std::string name = rest.back();
+                rest.pop_back();
+                done = Enter(m_Folder, name.c_str()) && done;
+            }
+        }
+        return done;
+    }
+
+private:
+    struct Level {
+        std::string name;
+        dev_t device;
+        ino_t node;
+        std::vector<std::string> rest;  ///< what is still to be removed: folders, and what cannot be
+    };
+
+    bool Enter(int parent, const char* name);
+    bool Leave();
+    bool ReturnToLastLevel();
+    bool RemoveFiles(std::vector<std::string>& rest) const;
+    void Close()
+    {
+        if (m_Folder >= 0) {
+            close(m_Folder);
+            m_Folder = -1;
+        }
+    }
+
+    int m_Folder = -1;  ///< that of the last level
+    std::vector<Level> m_Levels;
+};
+
+bool TreeRemoval::Enter(int parent, const char* name)
+{
+    const int folder = openat(parent, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+    struct stat status;
+    if (folder < 0 || fstat(folder, &status) != 0) {
+        return false;
+    }
+    Close();
+    m_Folder = folder;
+    m_Levels.push_back({name, status.st_dev, status.st_ino, {}});
+    return RemoveFiles(m_Levels.back().rest);
+}
+
+bool TreeRemoval::Leave()
+{
+    const std::string name = m_Levels.back().name;
+    m_Levels.pop_back();
+    if (m_Levels.empty()) {
+        return unlinkat(AT_FDCWD, name.c_str(), AT_REMOVEDIR) == 0;
+    }
+    if (!ReturnToLastLevel()) {
+        m_Levels.clear();  // somebody has moved the folder elsewhere
+        return false;
+    }
+    return unlinkat(m_Folder, name.c_str(), AT_REMOVEDIR) == 0;
+}
+
+bool TreeRemoval::ReturnToLastLevel()
+{
+    const int parent = openat(m_Folder, "..", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    Close();
+    m_Folder = parent;
+    struct stat status;
+    return parent >= 0 && fstat(parent, &status) == 0 && status.st_dev == m_Levels.back().device &&
+           status.st_ino == m_Levels.back().node;
+}
+
+bool TreeRemoval::RemoveFiles(std::vector<std::string>& rest) const
+{
+    const int folder = fcntl(m_Folder, F_DUPFD_CLOEXEC, 0);
+    DIR* entries = folder >= 0 ? fdopendir(folder) : nullptr;
+    if (entries == nullptr) {
+        if (folder >= 0) {
+            close(folder);
+        }
+        return false;
+    }
+    while (const dirent* entry = readdir(entries)) {
+        if (!IsDotName(entry->d_name) && unlinkat(m_Folder, entry->d_name, 0) != 0) {
+            rest.push_back(entry->d_name);
+        }
+    }
+    closedir(entries);
+    return true;
+}
+
+}  // namespace
+
+FILE* OpenFile(const char* path, const char* mode)
+{
+    return fopen(Native(path).c_str(), mode);
+}
+
+const bool kTextModesDropReturns = false;
+
+int64_t TellFile(FILE* file)
+{
+    return ftello(file);
+}
+
+bool SeekFile(FILE* file, int64_t offset, int whence)
+{
+    return fseeko(file, offset, whence) == 0;
+}
+
+unsigned FileMode(const char* path)
+{
+    struct stat status;
+    return stat(Native(path).c_str(), &status) == 0 ? status.st_mode : 0;
+}
+
+bool RenamePath(const char* from, const char* to)
+{
+    return rename(Native(from).c_str(), Native(to).c_str()) == 0;
+}
+
+bool DeleteFilePath(const char* path)
+{
+    return unlink(Native(path).c_str()) == 0;
+}
+
+bool MakeDirectory(const char* path)
+{
+    return mkdir(Native(path).c_str(), 0777) == 0;
+}
+
+bool RemoveDirectory(const char* path)
+{
+    return rmdir(Native(path).c_str()) == 0;
+}
+
+bool DeleteTree(const char* path)
+{
+    std::string native = Native(path);
+    while (native.size() > 1 && native.back() == '/') {
+        native.pop_back();
+    }
+    return !native.empty() && (unlink(native.c_str()) == 0 || TreeRemoval().Run(native.c_str()));
+}
+
+bool FreeSpace(const char* path, uint64_t& bytes)
+{
+    struct statvfs status;
+    if (statvfs(Native(path).c_str(), &status) != 0) {
+        return false;
+    }
+    bytes = uint64_t(status.f_bavail) * status.f_frsize;
+    return true;
+}
+
+std::string TemporaryPath()
+{
+    const char* path = getenv("TMPDIR");
+    std::string res = path != nullptr && *path != 0 ? path : "/tmp";
+    if (res.back() != '/') {
+        res += '/';
+    }
+    return res;
+}
+
+const bool kFileNamesIgnoreCase = false;
+
+void DirectorySearch::Open(const char* directory)
+{
+    Close();
+    m_Search = opendir(*directory != 0 ? Native(directory).c_str() : "/");
+}
+
+bool DirectorySearch::Next()
+{
+    DIR* folder = static_cast<DIR*>(m_Search);
+    const dirent* entry = nullptr;
+    do {
+        entry = folder != nullptr ? readdir(folder) : nullptr;
+    } while (entry != nullptr && IsDotName(entry->d_name));
+    if (entry == nullptr) {
+        return false;
+    }
+    m_Name = entry->d_name;
+    m_IsDirectory = entry->d_type == DT_DIR;
+    m_IsLink = entry->d_type == DT_LNK;
+    if (entry->d_type == DT_UNKNOWN || m_IsLink) {
+        struct stat status;
+        m_IsDirectory = fstatat(dirfd(folder), entry->d_name, &status, 0) == 0 && S_ISDIR(status.st_mode);
+        m_IsLink = m_IsLink || (fstatat(dirfd(folder), entry->d_name, &status, AT_SYMLINK_NOFOLLOW) == 0 &&
+                                S_ISLNK(status.st_mode));
+    }
+    return true;
+}
+
+void DirectorySearch::Close()
+{
+    if (m_Search != nullptr) {
+        closedir(static_cast<DIR*>(m_Search));
+        m_Search = nullptr;
+    }
+}
+
+MappedFile::Result MapFile(const char* path, MappedFile& res)
+{
+    const int file = open(Native(path).c_str(), O_RDONLY | O_CLOEXEC);
+    struct stat status;
+    if (file < 0 || fstat(file, &status) != 0 || !S_ISREG(status.st_mode)) {
+        if (file >= 0) {
+            close(file);
+        }
+        return MappedFile::NOT_OPENED;
+    }
+    // The mapping keeps the file; nothing else has to.
+    MappedFile::Result result = MappedFile::NOT_MAPPABLE;
+    if (status.st_size > 0 && uint64_t(status.st_size) <= SIZE_MAX) {
+        void* base = mmap(nullptr, size_t(status.st_size), PROT_READ, MAP_PRIVATE, file, 0);
+        result = base != MAP_FAILED ? MappedFile::MAPPED : MappedFile::NOT_VIEWED;
+        if (result == MappedFile::MAPPED) {
+            res.base = base;
+            res.size = uint64_t(status.st_size);
+        }
+    }
+    close(file);
+    return result;
+}
+
+void UnmapFile(MappedFile& file)
+{
+    if (file.base != nullptr) {
+        munmap(file.base, size_t(file.size));
+    }
+    file = MappedFile();
 }
 
 }  // namespace zm

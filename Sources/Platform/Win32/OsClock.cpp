@@ -18,6 +18,14 @@ int64_t CounterFrequency()
     return perSecond.QuadPart;
 }
 
+int64_t ReadWallClock()
+{
+    constexpr int64_t k1970 = 116444736000000000;  // in the system's units of 100 ns since 1601
+    FILETIME now;
+    GetSystemTimeAsFileTime(&now);
+    return ((int64_t(now.dwHighDateTime) << 32 | now.dwLowDateTime) - k1970) / 10000;
+}
+
 bool LocalTime(int64_t seconds, tm& parts)
 {
     const __time64_t time = seconds;

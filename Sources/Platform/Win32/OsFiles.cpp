@@ -1,10 +1,203 @@
 #include "Platform/OsFiles.h"
 
+#include <direct.h>
+#include <io.h>
+#include <string.h>
+#include <sys/stat.h>
+#include <windows.h>
+
+// The header of the system has macros of these names.
+#undef RemoveDirectory
+
 namespace zm {
+
+namespace {
+
+constexpr DWORD kNoAttributes = INVALID_FILE_ATTRIBUTES;
+
+std::string Joined(const std::string& directory, const char* name)
+{
+    return directory + '\\' + name;
+}
+
+bool RemoveTree(const std::string& path)
+{
+    const DWORD attributes = GetFileAttributesA(path.c_str());
+    if (attributes == kNoAttributes) {
+        return false;
+    }
+    if ((attributes & FILE_ATTRIBUTE_READONLY) != 0) {
+        SetFileAttributesA(path.c_str(), attributes & ~DWORD(FILE_ATTRIBUTE_READONLY));
+    }
+    if ((attributes & FILE_ATTRIBUTE_DIRECTORY) == 0) {
+        return DeleteFileA(path.c_str()) != 0;
+    }
+    bool done = true;
+    if ((attributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0) {  // links are removed and never followed
+        DirectorySearch search;
+        for (search.Open(path.c_str()); search.Next();) {
+            done = RemoveTree(Joined(path, search.Name().c_str())) && done;
+        }
+    }
+    return done && RemoveDirectoryA(path.c_str()) != 0;
+}
+
+}  // namespace
 
 FILE* OpenFile(const char* path, const char* mode)
 {
     return fopen(path, mode);
+}
+
+const bool kTextModesDropReturns = true;
+
+int64_t TellFile(FILE* file)
+{
+    return _ftelli64(file);
+}
+
+bool SeekFile(FILE* file, int64_t offset, int whence)
+{
+    return _fseeki64(file, offset, whence) == 0;
+}
+
+unsigned FileMode(const char* path)
+{
+    struct _stat64 status;
+    return _stat64(path, &status) == 0 ? status.st_mode : 0;
+}
+
+bool RenamePath(const char* from, const char* to)
+{
+    return rename(from, to) == 0;
+}
+
+bool DeleteFilePath(const char* path)
+{
+    return DeleteFileA(path) != 0;
+}
+
+bool MakeDirectory(const char* path)
+{
+    return _mkdir(path) == 0;
+}
+
+bool RemoveDirectory(const char* path)
+{
+    return RemoveDirectoryA(path) != 0;
+}
+
+bool DeleteTree(const char* path)
+{
+    std::string native = path;
+    while (native.size() > 1 && (native.back() == '/' || native.back() == '\\') && native[native.size() - 2] != ':') {
+        native.pop_back();
+    }
+    return !native.empty() && RemoveTree(native);
+}
+
+bool FreeSpace(const char* path, uint64_t& bytes)
+{
+    ULARGE_INTEGER available;
+    if (GetDiskFreeSpaceExA(path, &available, nullptr, nullptr) == 0) {
+        return false;
+    }
+    bytes = available.QuadPart;
+    return true;
+}
+
+std::string TemporaryPath()
+{
+    char path[512];
+    const DWORD length = GetTempPathA(sizeof(path), path);
+    return length < sizeof(path) ? std::string(path, length) : std::string();
+}
+
+namespace {
+
+struct Search {
+    HANDLE handle;
+    WIN32_FIND_DATAA entry;
+    bool first;
+};
+
+}  // namespace
+
+const bool kFileNamesIgnoreCase = true;
+
+void DirectorySearch::Open(const char* directory)
+{
+    Close();
+    Search* search = new Search;
+    search->first = true;
+    search->handle = FindFirstFileA(Joined(directory, "*").c_str(), &search->entry);
+    m_Search = search;
+}
+
+bool DirectorySearch::Next()
+{
+    Search* search = static_cast<Search*>(m_Search);
+    do {
+        const bool found = search != nullptr && search->handle != INVALID_HANDLE_VALUE &&
+                           (search->first || FindNextFileA(search->handle, &search->entry) != 0);
+        if (!found) {
+            return false;
+        }
+        search->first = false;
+        m_Name = search->entry.cFileName;
+    } while (m_Name == "." || m_Name == "..");
+    m_IsDirectory = (search->entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+    m_IsLink = (search->entry.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
+    return true;
+}
+
+void DirectorySearch::Close()
+{
+    if (Search* search = static_cast<Search*>(m_Search)) {
+        if (search->handle != INVALID_HANDLE_VALUE) {
+            FindClose(search->handle);
+        }
+        delete search;
+        m_Search = nullptr;
+    }
+}
+
+MappedFile::Result MapFile(const char* path, MappedFile& res)
+{
+    const HANDLE file = CreateFileA(path, GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
+    if (file == INVALID_HANDLE_VALUE) {
+        return MappedFile::NOT_OPENED;
+    }
+    LARGE_INTEGER size;
+    MappedFile::Result result = MappedFile::NOT_MAPPABLE;
+    // An empty file cannot be mapped; CreateFileMapping refuses it.
+    if (GetFileSizeEx(file, &size) != 0) {
+        const HANDLE mapping = CreateFileMappingA(file, nullptr, PAGE_READONLY, 0, 0, nullptr);
+        if (mapping != nullptr) {
+            void* base = MapViewOfFile(mapping, FILE_MAP_READ, 0, 0, 0);
+            if (base != nullptr) {
+                res.file = file;
+                res.mapping = mapping;
+                res.base = base;
+                res.size = uint64_t(size.QuadPart);
+                return MappedFile::MAPPED;
+            }
+            result = MappedFile::NOT_VIEWED;
+            CloseHandle(mapping);
+        }
+    }
+    CloseHandle(file);
+    return result;
+}
+
+void UnmapFile(MappedFile& file)
+{
+    if (file.base != nullptr) {
+        UnmapViewOfFile(file.base);
+        CloseHandle(file.mapping);
+        CloseHandle(file.file);
+    }
+    file = MappedFile();
 }
 
 }  // namespace zm

@@ -1,0 +1,75 @@
+#include "TestFiles.h"
+
+#include <filesystem>
+#include <fstream>
+#include <random>
+#include <stdexcept>
+#include <vector>
+
+namespace bench {
+namespace {
+
+class Folder {
+public:
+    Folder() : m_Path(std::filesystem::temp_directory_path() / ("bench-" + std::to_string(std::random_device()())))
+    {
+        std::filesystem::create_directories(m_Path);
+    }
+    ~Folder()
+    {
+        std::error_code ignored;
+        std::filesystem::remove_all(m_Path, ignored);
+    }
+    Folder(const Folder&) = delete;
+    Folder& operator=(const Folder&) = delete;
+
+    std::string Path() const { return m_Path.string(); }
+
+private:
+    std::filesystem::path m_Path;
+};
+
+}  // namespace
+
+const std::string& TestFolder()
+{
+    static const Folder folder;
+    static const std::string path = folder.Path();
+    return path;
+}
+
+const std::string& LargeFile()
+{
+    static const std::string path = [] {
+        const std::string name = TestFolder() + "/large";
+        std::ofstream file(name, std::ios::binary);
+        std::vector<char> block(kBlock);
+        for (int i = 0; i < kLargeFile / kBlock; ++i) {
+            for (size_t k = 0; k < block.size(); k += 16) {
+                block[k] = char(i * 7 + int(k) / 16);
+            }
+            file.write(block.data(), kBlock);
+        }
+        if (!file) {
+            throw std::runtime_error("no room for " + name);
+        }
+        return name;
+    }();
+    return path;
+}
+
+const std::string& ManyFiles()
+{
+    static const std::string path = [] {
+        const std::string name = TestFolder() + "/many";
+        for (int i = 0; i < kFileCount; ++i) {
+            const std::string folder = name + "/folder" + std::to_string(i / 100);
+            std::filesystem::create_directories(folder);
+            std::ofstream(folder + "/file" + std::to_string(i) + ".txt");
+        }
+        return name;
+    }();
+    return path;
+}
+
+}  // namespace bench

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string>
+
+// What the benchmarks of files work on: made on first use, removed at the end.
+namespace bench {
+
+constexpr int kBlock = 32768;
+constexpr int kLargeFile = 256 << 20;
+constexpr int kFileCount = 10000;
+
+/// A new folder among the temporary files.
+const std::string& TestFolder();
+
+/// A file of kLargeFile bytes.
+const std::string& LargeFile();
+
+/// A folder with kFileCount files in a hundred subfolders.
+const std::string& ManyFiles();
+
+}  // namespace bench

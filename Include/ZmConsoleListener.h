@@ -1,0 +1,27 @@
+#pragma once
+
+#include "ZmLogListener.h"
+
+/// Writes lines to a console window of its own, made by the first line; on POSIX systems, to the standard output. The
+/// title is the listener's name, in the DATED form with the date.
+class ZM_API ZmConsoleListener : public ZmLogListener {
+public:
+    static const XGUID m_Guid;
+
+    static ZmLogListener* ListenerFactory(const char* name);
+
+    ~ZmConsoleListener() override;
+    const XGUID& GetGuid() const override;
+    void Output(int module, int level, int line, const char* file, const char* text) override;
+
+    /// Makes the console, if there is none, and sets the size of its buffer in characters. Whether that was done;
+    /// always 0 on POSIX systems.
+    int SetSize(int width, int height);
+
+private:
+    explicit ZmConsoleListener(const char* name);
+
+    void MakeConsole();
+
+    void* m_Console = nullptr;
+};

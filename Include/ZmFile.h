@@ -1,0 +1,81 @@
+#pragma once
+
+#include "ZmStream.h"
+
+#include <stdarg.h>
+#include <stdint.h>
+#include <stdio.h>
+
+/// A stream over a buffered file of the C library. Paths may use both separators on every platform.
+///
+/// A closed file refuses everything: it reads, writes, seeks and formats nothing (0; Flush and Printf give EOF), its
+/// position and size are 0, and its end is reached.
+class ZM_API ZmFile : public ZmStream {
+public:
+    /// An access, plus TEXT. Every other value opens as READONLY does. WRITEONLY makes an empty file; READWRITE needs a
+    /// file; both APPEND forms write at the end and make the file if there is none.
+    ///
+    /// Text files end their lines as the platform does. Where that is LF, GetString() still reads files with CR LF as
+    /// they read elsewhere.
+    enum OpenMode {
+        READONLY = 1,
+        WRITEONLY = 2,
+        READWRITE = 3,
+        APPEND = 4,
+        APPENDREAD = 5,
+        TEXT = 8
+    };
+
+    ZmFile();
+
+    /// Both objects share one open file from then on: when one closes it or is destroyed, it is closed for both.
+    ZmFile(const ZmFile& src);
+    ZmFile& operator=(const ZmFile& src);
+
+    unsigned int Position() override;
+    /// Moves to the end and back.
+    unsigned int Size() override;
+    /// 0 for a closed file and after an error of reading or writing.
+    int IsValid() override;
+    /// END: the offset is added to the size. Unknown modes are taken as START.
+    int Seek(int offset, SeekMode mode) override;
+    /// All or nothing: `size`, or 0 if not all bytes could be read (those that could are in the buffer) or written.
+    unsigned int Read(void* buffer, unsigned int size) override;
+    unsigned int Write(const void* buffer, unsigned int size) override;
+
+    /// Closes the file.
+    virtual ~ZmFile();
+
+    /// Closes what is open, and opens the named file: 1, or 0 if that fails. Null is an empty name.
+    virtual int Open(const char* name, OpenMode mode);
+    /// 1, also for a closed file; 0 if buffered data could not be written. The file is closed in any case.
+    virtual int Close();
+    /// A line with its line feed, or as much of it as `size` - 1 characters hold, terminated. 1; 0 at the end.
+    virtual int GetString(char* buffer, unsigned int size);
+    /// As fprintf() and fscanf(), with their results.
+    virtual unsigned int Printf(const char* format, ...) ZM_PRINTF(2, 3);
+    /// **0 when all data was written**, as fflush() returns.
+    virtual unsigned int Flush();
+    /// Whether a reading has met the end.
+    virtual int EndOfFile();
+    virtual unsigned int Scanf(const char* format, ...) ZM_SCANF(2, 3);
+    /// Whole items of `size` bytes that were read, of `count`.
+    virtual unsigned int ReadItems(void* buffer, unsigned int size, unsigned int count);
+
+    /// The mode word of stat(): type and permissions; 0 for null, for an empty name, and where there is no such file.
+    static unsigned int GetFileMode(const char* name);
+
+protected:
+    bool IsOpen() const { return Stream() != nullptr; }
+    /// As Seek() from the start, for positions of 2 GiB and more, too.
+    void SeekTo(unsigned int position);
+
+private:
+    struct OpenedFile;
+
+    FILE* Stream() const;
+    void Share(const ZmFile& src);
+    void Forget();
+
+    OpenedFile* m_File = nullptr;
+};

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "ZmLogListener.h"
+
+/// Passes lines to the debugger; on POSIX systems, to the system log.
+class ZM_API ZmOutputDebugListener : public ZmLogListener {
+public:
+    static const XGUID m_Guid;
+
+    static ZmLogListener* ListenerFactory(const char* name);
+
+    ~ZmOutputDebugListener() override;
+    const XGUID& GetGuid() const override;
+    void Output(int module, int level, int line, const char* file, const char* text) override;
+
+private:
+    explicit ZmOutputDebugListener(const char* name);
+};

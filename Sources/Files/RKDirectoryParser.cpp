@@ -1,0 +1,110 @@
+#include "RKDirectoryParser.h"
+
+#include "Files/WildcardPattern.h"
+#include "Platform/OsFiles.h"
+
+#include <string>
+#include <vector>
+
+/// The folders between the first one and the one that is being read, with what is still to come of each.
+struct RKDirectoryParser::Walk {
+    struct Subfolder {
+        std::string name;
+        bool isLink;
+    };
+    struct Level {
+        std::string directory;
+        bool listsFolders;
+        bool isRead = false;
+        std::vector<Subfolder> subfolders = {};
+        size_t nextSubfolder = 0;
+    };
+
+    zm::DirectorySearch search;  ///< in the last level, until that is read
+    bool recursive = false;
+    std::vector<Level> levels;
+    std::string result;
+
+    void Begin(const char* directory, bool intoSubfolders, bool listsFolders)
+    {
+        recursive = intoSubfolders;
+        levels.clear();
+        Enter(directory, listsFolders);
+    }
+
+    void Enter(const std::string& directory, bool listsFolders)
+    {
+        search.Open(directory.c_str());
+        levels.push_back({directory, listsFolders});
+    }
+
+    bool NextOfFolder(const char* pattern);
+    bool NextOfSubfolders();
+};
+
+// Reads on in the last folder to the next result, and remembers its subfolders on the way.
+bool RKDirectoryParser::Walk::NextOfFolder(const char* pattern)
+{
+    Level& level = levels.back();
+    while (!level.isRead && search.Next()) {
+        if (search.IsDirectory() && recursive) {
+            level.subfolders.push_back({search.Name(), search.IsLink()});
+        } else if ((!search.IsDirectory() || level.listsFolders) &&
+                   zm::MatchesPattern(search.Name().c_str(), pattern)) {
+            result = level.directory + '\\' + search.Name();
+            return true;
+        }
+    }
+    level.isRead = true;
+    return false;
+}
+
+// Enters the next subfolder of the last folder, or leaves that. Whether the subfolder is a result itself.
+bool RKDirectoryParser::Walk::NextOfSubfolders()
+{
+    Level& level = levels.back();
+    if (level.nextSubfolder == level.subfolders.size()) {
+        levels.pop_back();
+        return false;
+    }
+    const bool isFirst = level.nextSubfolder == 0, isResult = level.listsFolders;
+    const Subfolder& subfolder = level.subfolders[level.nextSubfolder++];
+    result = level.directory + '\\' + subfolder.name;
+    if (!subfolder.isLink) {
+        // The first one does not list the folders in it; callers rely on the results as they are.
+        Enter(result, isResult && !isFirst);
+    }
+    return isResult;
+}
+
+RKDirectoryParser::RKDirectoryParser(const char* dir, const char* pattern, int recursive, int listDirectories)
+    : m_Walk(new Walk)
+{
+    Reset(dir, pattern, recursive, listDirectories);
+}
+
+RKDirectoryParser::~RKDirectoryParser()
+{
+    delete m_Walk;
+}
+
+void RKDirectoryParser::Reset(const char* dir, const char* pattern, int recursive, int listDirectories)
+{
+    if (dir != nullptr) {
+        m_Directory = dir;
+    }
+    if (pattern != nullptr) {
+        m_Pattern = pattern;
+    }
+    m_Walk->Begin(m_Directory.Text(), recursive != 0, listDirectories != 0);
+}
+
+const char* RKDirectoryParser::GetNextFile()
+{
+    while (!m_Walk->levels.empty()) {
+        if (m_Walk->NextOfFolder(m_Pattern.Text()) || m_Walk->NextOfSubfolders()) {
+            return m_Walk->result.c_str();
+        }
+    }
+    return nullptr;
+}

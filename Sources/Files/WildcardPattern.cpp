@@ -1,0 +1,44 @@
+#include "Files/WildcardPattern.h"
+
+#include "Foundations/Characters.h"
+#include "Platform/OsFiles.h"
+
+#include <string.h>
+
+namespace zm {
+
+bool MatchesPattern(const char* name, const char* pattern)
+{
+    return MatchesPattern(name, pattern, kFileNamesIgnoreCase);
+}
+
+// When a character does not fit, the last '*' takes one more and all after it is tried again: earlier ones need not be,
+// as they could only take what the last one can.
+bool MatchesPattern(const char* name, const char* pattern, bool ignoreCase)
+{
+    if (strcmp(pattern, "*.*") == 0) {
+        return true;
+    }
+    const char *afterStar = nullptr, *taken = nullptr;
+    while (*name != 0) {
+        const bool same = *pattern == *name || (ignoreCase && ToLower(*pattern) == ToLower(*name));
+        if (*pattern == '*') {
+            afterStar = ++pattern;
+            taken = name;
+        } else if (*pattern != 0 && (*pattern == '?' || same)) {
+            ++pattern;
+            ++name;
+        } else if (afterStar != nullptr) {
+            pattern = afterStar;
+            name = ++taken;
+        } else {
+            return false;
+        }
+    }
+    while (*pattern == '*') {
+        ++pattern;
+    }
+    return *pattern == 0;
+}
+
+}  // namespace zm

@@ -1,0 +1,216 @@
+#include "ZmCachedFile.h"
+
+#include "Logging/LibraryLog.h"
+#include "ZmAligned.h"
+
+#include <algorithm>
+#include <string.h>
+
+namespace {
+
+constexpr unsigned int kNoBlock = 0xFFFFFFFF;
+constexpr int kAlignment = 64;
+
+// Zeros: a block that reaches past the end of a file is not filled whole, and old heap must not show through.
+char* NewCache(unsigned int size)
+{
+    char* cache = size <= unsigned(INT32_MAX) ? static_cast<char*>(ZmNewAligned(int(size), kAlignment)) : nullptr;
+    if (cache != nullptr) {
+        memset(cache, 0, size);
+    }
+    return cache;
+}
+
+// memcpy() with the sizes of numbers and vectors taken first, two overlapping moves each.
+void CopyShort(char* res, const char* src, unsigned int size)
+{
+    if (size >= 8 && size <= 16) {
+        uint64_t first, last;
+        memcpy(&first, src, 8);
+        memcpy(&last, src + size - 8, 8);
+        memcpy(res, &first, 8);
+        memcpy(res + size - 8, &last, 8);
+    } else {
+        memcpy(res, src, size);
+    }
+}
+
+void WarnNotCached(int line, const char* operation)
+{
+    zm::Warn(line, "ZmCachedFile", "%s : Not Cached", operation);
+}
+
+}  // namespace
+
+ZmCachedFile::ZmCachedFile(unsigned int cacheSize)
+    : m_CacheSize(cacheSize != 0 ? cacheSize : kDefaultCacheSize), m_Cache(NewCache(m_CacheSize)),
+      m_CacheStart(kNoBlock)
+{
+}
+
+ZmCachedFile::~ZmCachedFile()
+{
+    ZmDeleteAligned(m_Cache);
+}
+
+void ZmCachedFile::SetCacheSize(unsigned int size)
+{
+    if (size == 0 || size == m_CacheSize) {
+        return;
+    }
+    // The place of the block is kept on purpose: what is read from it until the next fill are zeros.
+    if (char* cache = NewCache(size)) {
+        ZmDeleteAligned(m_Cache);
+        m_Cache = cache;
+        m_CacheSize = size;
+    }
+}
+
+int ZmCachedFile::Open(const char* name, OpenMode mode)
+{
+    m_CacheStart = kNoBlock;
+    m_Position = 0;
+    return ZmFile::Open(name, mode);
+}
+
+int ZmCachedFile::Close()
+{
+    m_CacheStart = kNoBlock;
+    return ZmFile::Close();
+}
+
+unsigned int ZmCachedFile::Position()
+{
+    return m_Position;
+}
+
+int ZmCachedFile::Seek(int offset, SeekMode mode)
+{
+    const unsigned int from = mode == START ? 0 : mode == END ? Size() : m_Position;
+    m_Position = from + unsigned(offset);
+    return 1;
+}
+
+unsigned int ZmCachedFile::Write(const void* buffer, unsigned int size)
+{
+    const unsigned int written = ZmFile::Write(buffer, size);
+    m_Position += written;
+    return written;
+}
+
+// Most reads are short and within the block: for them this is all there is.
+unsigned int ZmCachedFile::Read(void* buffer, unsigned int size)
+{
+    const unsigned int offset = m_Position - m_CacheStart;
+    if (m_CacheStart != kNoBlock && offset < m_CacheSize && size <= m_CacheSize - offset) {
+        CopyShort(static_cast<char*>(buffer), m_Cache + offset, size);
+        m_Position += size;
+        return size;
+    }
+    return ReadBeyond(static_cast<char*>(buffer), size);
+}
+
+unsigned int ZmCachedFile::ReadBeyond(char* buffer, unsigned int size)
+{
+    if (!IsOpen()) {
+        return 0;
+    }
+    if (m_Cache == nullptr) {
+        return ReadUncached(buffer, size);
+    }
+    const bool hit = m_CacheStart != kNoBlock && m_Position - m_CacheStart < m_CacheSize;
+    if (!hit) {
+        const unsigned int block = m_Position / m_CacheSize * m_CacheSize;
+        if (uint64_t(m_Position) + size >= uint64_t(block) + m_CacheSize) {
+            ReadAcross(buffer, size, block);
+            return size;
+        }
+        m_CacheStart = block;
+        FillFrom(block);
+    }
+    ReadCached(buffer, size);
+    return size;
+}
+
+// The count of a fill is not looked at: what lies beyond the end of the file stays as it was.
+void ZmCachedFile::Fill()
+{
+    ZmFile::Read(m_Cache, m_CacheSize);
+}
+
+// In a sequence of reads the file stands where it should, and seeking would cost a call of the system.
+void ZmCachedFile::FillFrom(unsigned int position)
+{
+    if (EndOfFile() || ZmFile::Position() != position) {
+        SeekTo(position);
+    }
+    Fill();
+}
+
+// Without memory for a block.
+unsigned int ZmCachedFile::ReadUncached(void* buffer, unsigned int size)
+{
+    SeekTo(m_Position);
+    const unsigned int read = ZmFile::Read(buffer, size);
+    m_Position += read;
+    return read;
+}
+
+// Reads from a block that is not in memory to its end and beyond. The block where the read ends stays in memory.
+void ZmCachedFile::ReadAcross(char* out, unsigned int size, unsigned int block)
+{
+    const uint64_t end = uint64_t(m_Position) + size, lastBlock = end / m_CacheSize * m_CacheSize;
+    const unsigned int skipped = m_Position - block;
+    FillFrom(block);
+    out = std::copy(m_Cache + skipped, m_Cache + m_CacheSize, out);
+    for (uint64_t whole = uint64_t(block) + m_CacheSize; whole < lastBlock; whole += m_CacheSize) {
+        Fill();
+        out = std::copy_n(m_Cache, m_CacheSize, out);
+    }
+    m_CacheStart = unsigned(lastBlock);
+    Fill();
+    memcpy(out, m_Cache, size_t(end - lastBlock));
+    m_Position += size;
+}
+
+void ZmCachedFile::ReadCached(char* out, unsigned int size)
+{
+    const unsigned int offset = m_Position - m_CacheStart, cached = std::min(size, m_CacheSize - offset);
+    memcpy(out, m_Cache + offset, cached);
+    if (size > cached) {
+        // From here on the position has counted the cached bytes twice (see the header): no mistake to be mended.
+        Seek(int(m_CacheStart + m_CacheSize), START);
+        ReadOn(out + cached, size - cached);
+    }
+    m_Position += size;
+}
+
+// The blocks after the one in memory, behind which the file stands since it was filled.
+void ZmCachedFile::ReadOn(char* out, unsigned int size)
+{
+    for (; size >= m_CacheSize; size -= m_CacheSize) {
+        Fill();
+        out = std::copy_n(m_Cache, m_CacheSize, out);
+    }
+    m_CacheStart = ZmFile::Position();
+    Fill();
+    memcpy(out, m_Cache, size);
+}
+
+int ZmCachedFile::GetString(char* buffer, unsigned int size)
+{
+    WarnNotCached(201, "GetString");
+    return ZmFile::GetString(buffer, size);
+}
+
+unsigned int ZmCachedFile::Flush()
+{
+    WarnNotCached(208, "Flush");
+    return ZmFile::Flush();
+}
+
+unsigned int ZmCachedFile::ReadItems(void* buffer, unsigned int size, unsigned int count)
+{
+    WarnNotCached(215, "ReadItems");
+    return ZmFile::ReadItems(buffer, size, count);
+}

@@ -1,0 +1,273 @@
+#include "ZmFile.h"
+
+#include "Platform/OsFiles.h"
+
+#include <algorithm>
+#include <new>
+#include <string.h>
+
+/// What the copies of a ZmFile share.
+struct ZmFile::OpenedFile {
+    enum Direction {
+        NONE,
+        READING,
+        WRITING
+    };
+
+    /// The stream of a file, which is about to be read or written; null if it is closed. Between the two the C library
+    /// asks for a seek.
+    static FILE* Turn(OpenedFile* file, Direction direction)
+    {
+        if (file == nullptr || file->stream == nullptr) {
+            return nullptr;
+        }
+        if (file->direction != direction) {
+            if (file->direction != NONE) {
+                zm::SeekFile(file->stream, 0, SEEK_CUR);
+            }
+            file->direction = direction;
+        }
+        return file->stream;
+    }
+
+    FILE* stream;  ///< null when one of them has closed it
+    bool dropsReturns;
+    Direction direction;
+    int owners;
+    char buffer[32768];  ///< the C library's own is so small that it splits writes of this size
+};
+
+namespace {
+
+unsigned int To32Bits(int64_t value)
+{
+    return unsigned(std::clamp(value, int64_t(0), int64_t(UINT32_MAX)));
+}
+
+const char* ModeString(int mode)
+{
+    constexpr int kAccess = 7;
+    static const char* const kBinary[] = {"rb", "rb", "wb", "r+b", "ab", "a+b"};
+    static const char* const kText[] = {"rb", "r", "w", "r+", "a", "a+"};
+    const int access = mode & kAccess;
+    const bool known = mode == (mode & (kAccess | ZmFile::TEXT)) && access <= ZmFile::APPENDREAD;
+    return !known ? "rb" : (mode & ZmFile::TEXT) != 0 ? kText[access] : kBinary[access];
+}
+
+int Whence(ZmStream::SeekMode mode)
+{
+    return mode == ZmStream::END ? SEEK_END : mode == ZmStream::CURRENT ? SEEK_CUR : SEEK_SET;
+}
+
+// What fgets() read of a file with CR LF, as it reads where the C library drops the CR. A piece that fills the buffer
+// and ends between the two takes the LF in; a shorter one that ends with a CR ends there by a NUL or by the file's end.
+void DropReturn(char* text, unsigned int size, FILE* stream)
+{
+    const size_t length = strlen(text);
+    if (length >= 2 && text[length - 1] == '\n' && text[length - 2] == '\r') {
+        text[length - 2] = '\n';
+        text[length - 1] = 0;
+    } else if (length >= 1 && length == size - 1 && text[length - 1] == '\r') {
+        const int next = getc(stream);
+        if (next == '\n') {
+            text[length - 1] = '\n';
+        } else {
+            ungetc(next, stream);
+        }
+    }
+}
+
+}  // namespace
+
+ZmFile::ZmFile() = default;
+
+ZmFile::ZmFile(const ZmFile& src) : ZmStream(src)
+{
+    Share(src);
+}
+
+ZmFile& ZmFile::operator=(const ZmFile& src)
+{
+    if (this != &src) {
+        Forget();
+        Share(src);
+    }
+    return *this;
+}
+
+ZmFile::~ZmFile()
+{
+    ZmFile::Close();
+}
+
+FILE* ZmFile::Stream() const
+{
+    return m_File != nullptr ? m_File->stream : nullptr;
+}
+
+void ZmFile::Share(const ZmFile& src)
+{
+    m_File = src.m_File;
+    if (m_File != nullptr) {
+        m_File->owners += 1;
+    }
+}
+
+// The last one to let go of a file closes it.
+void ZmFile::Forget()
+{
+    if (m_File != nullptr && --m_File->owners == 0) {
+        if (m_File->stream != nullptr) {
+            fclose(m_File->stream);
+        }
+        delete m_File;
+    }
+    m_File = nullptr;
+}
+
+int ZmFile::Open(const char* name, OpenMode mode)
+{
+    if (Stream() != nullptr) {
+        Close();
+    }
+    Forget();
+    const char* modeString = ModeString(mode);
+    FILE* stream = zm::OpenFile(name != nullptr ? name : "", modeString);
+    if (stream == nullptr) {
+        return 0;
+    }
+    const bool text = strchr(modeString, 'b') == nullptr;
+    m_File = new (std::nothrow) OpenedFile;
+    if (m_File == nullptr) {
+        fclose(stream);
+        return 0;
+    }
+    m_File->stream = stream;
+    m_File->dropsReturns = text && !zm::kTextModesDropReturns;
+    m_File->direction = OpenedFile::NONE;
+    m_File->owners = 1;
+    setvbuf(stream, m_File->buffer, _IOFBF, sizeof(m_File->buffer));
+    return ferror(stream) == 0;
+}
+
+int ZmFile::Close()
+{
+    int result = 1;
+    if (FILE* stream = Stream()) {
+        result = fclose(stream) == 0;
+        m_File->stream = nullptr;
+    }
+    Forget();
+    return result;
+}
+
+unsigned int ZmFile::Position()
+{
+    FILE* stream = Stream();
+    return stream != nullptr ? To32Bits(zm::TellFile(stream)) : 0;
+}
+
+unsigned int ZmFile::Size()
+{
+    FILE* stream = Stream();
+    if (stream == nullptr) {
+        return 0;
+    }
+    const int64_t position = zm::TellFile(stream);
+    zm::SeekFile(stream, 0, SEEK_END);
+    const int64_t size = zm::TellFile(stream);
+    zm::SeekFile(stream, position, SEEK_SET);
+    return To32Bits(size);
+}
+
+int ZmFile::IsValid()
+{
+    FILE* stream = Stream();
+    return stream != nullptr && ferror(stream) == 0;
+}
+
+int ZmFile::Seek(int offset, SeekMode mode)
+{
+    FILE* stream = Stream();
+    return stream != nullptr && zm::SeekFile(stream, offset, Whence(mode));
+}
+
+void ZmFile::SeekTo(unsigned int position)
+{
+    if (FILE* stream = Stream()) {
+        zm::SeekFile(stream, position, SEEK_SET);
+    }
+}
+
+unsigned int ZmFile::Read(void* buffer, unsigned int size)
+{
+    FILE* stream = OpenedFile::Turn(m_File, OpenedFile::READING);
+    return stream != nullptr && fread(buffer, size, 1, stream) == 1 ? size : 0;
+}
+
+unsigned int ZmFile::Write(const void* buffer, unsigned int size)
+{
+    FILE* stream = OpenedFile::Turn(m_File, OpenedFile::WRITING);
+    return stream != nullptr && fwrite(buffer, size, 1, stream) == 1 ? size : 0;
+}
+
+int ZmFile::GetString(char* buffer, unsigned int size)
+{
+    FILE* stream = OpenedFile::Turn(m_File, OpenedFile::READING);
+    if (stream == nullptr || size == 0 || fgets(buffer, int(std::min(size, unsigned(INT32_MAX))), stream) == nullptr) {
+        return 0;
+    }
+    if (m_File->dropsReturns && size > 1) {
+        DropReturn(buffer, size, stream);
+    }
+    return 1;
+}
+
+unsigned int ZmFile::Printf(const char* format, ...)
+{
+    FILE* stream = OpenedFile::Turn(m_File, OpenedFile::WRITING);
+    if (stream == nullptr) {
+        return unsigned(EOF);
+    }
+    va_list arguments;
+    va_start(arguments, format);
+    const int count = vfprintf(stream, format, arguments);
+    va_end(arguments);
+    return unsigned(count);
+}
+
+unsigned int ZmFile::Flush()
+{
+    FILE* stream = Stream();
+    return unsigned(stream != nullptr ? fflush(stream) : EOF);
+}
+
+int ZmFile::EndOfFile()
+{
+    FILE* stream = Stream();
+    return stream == nullptr || feof(stream) != 0;
+}
+
+unsigned int ZmFile::Scanf(const char* format, ...)
+{
+    FILE* stream = OpenedFile::Turn(m_File, OpenedFile::READING);
+    if (stream == nullptr) {
+        return 0;
+    }
+    va_list arguments;
+    va_start(arguments, format);
+    const int count = vfscanf(stream, format, arguments);
+    va_end(arguments);
+    return unsigned(count);
+}
+
+unsigned int ZmFile::ReadItems(void* buffer, unsigned int size, unsigned int count)
+{
+    FILE* stream = OpenedFile::Turn(m_File, OpenedFile::READING);
+    return stream != nullptr ? unsigned(fread(buffer, size, count, stream)) : 0;
+}
+
+unsigned int ZmFile::GetFileMode(const char* name)
+{
+    return name != nullptr && *name != 0 ? zm::FileMode(name) : 0;
+}

@@ -1,0 +1,78 @@
+#include "ZmFileSystem.h"
+
+#include "Platform/OsFiles.h"
+
+#include <string>
+
+namespace {
+
+bool IsSeparator(char c)
+{
+    return c == '\\' || c == '/';
+}
+
+}  // namespace
+
+int ZmFileExist(const char* path)
+{
+    return path != nullptr && zm::FileMode(path) != 0;
+}
+
+int ZmRenameFile(const char* oldPath, const char* newPath)
+{
+    return oldPath != nullptr && newPath != nullptr && zm::RenamePath(oldPath, newPath);
+}
+
+int ZmDeleteFile(const char* path)
+{
+    return path != nullptr && zm::DeleteFilePath(path);
+}
+
+int ZmMakeDirectory(const char* path)
+{
+    return path != nullptr && zm::MakeDirectory(path);
+}
+
+int ZmRemoveDirectory(const char* path)
+{
+    return path != nullptr && zm::RemoveDirectory(path);
+}
+
+int ZmDeleteDirectory(const char* path)
+{
+    return path != nullptr && zm::DeleteTree(path);
+}
+
+int ZmCreateFileTree(const char* path)
+{
+    constexpr size_t kAfterDrive = 3;
+    if (path == nullptr) {
+        return 0;
+    }
+    std::string folder = path;
+    for (size_t i = kAfterDrive; i < folder.size(); ++i) {
+        // Of two separators the first counts: the system may not know a folder by a name that ends with one.
+        if (!IsSeparator(folder[i]) || IsSeparator(folder[i - 1])) {
+            continue;
+        }
+        folder[i] = 0;
+        const char* prefix = folder.c_str();
+        // Looked for again after a failure: another process may have been faster.
+        if (zm::FileMode(prefix) == 0 && !zm::MakeDirectory(prefix) && zm::FileMode(prefix) == 0) {
+            return 0;
+        }
+        folder[i] = '\\';
+    }
+    return 1;
+}
+
+int ZmTestDiskSpace(const char* dir, unsigned long size)
+{
+    uint64_t available = 0;
+    return dir != nullptr && zm::FreeSpace(dir, available) && available >= size;
+}
+
+XString ZmGetTempPath()
+{
+    return XString(zm::TemporaryPath().c_str());
+}

@@ -1,0 +1,176 @@
+#include "ZmPath.h"
+
+#include "Foundations/Characters.h"
+
+#include <algorithm>
+#include <stdio.h>
+#include <string>
+
+namespace {
+
+constexpr unsigned long kFailure = 0xFFFFFFFF;
+constexpr char kFilePrefix[] = "file://";
+
+bool IsSeparator(char c)
+{
+    return c == '\\' || c == '/';
+}
+
+// Whether it fits, terminator included.
+template <size_t Size>
+bool CopyPart(char (&res)[Size], const char* begin, const char* end)
+{
+    const size_t length = size_t(end - begin);
+    if (length >= Size) {
+        return false;
+    }
+    *std::copy(begin, end, res) = 0;
+    return true;
+}
+
+template <size_t Size>
+void StorePath(char (&res)[Size], const std::string& path)
+{
+    if (!CopyPart(res, path.data(), path.data() + path.size())) {
+        res[0] = 0;
+    }
+}
+
+void AppendSeparator(std::string& path)
+{
+    if (!path.empty() && !IsSeparator(path.back())) {
+        path += '\\';
+    }
+}
+
+const char* OrEmpty(const char* text)
+{
+    return text != nullptr ? text : "";
+}
+
+bool IsEscaped(char c)
+{
+    return c != 0 && strchr(" \\+,;=@[]^{}", c) != nullptr;
+}
+
+bool BeginsWithFilePrefix(const char* text)
+{
+    const char* prefix = kFilePrefix;
+    while (*prefix != 0 && zm::ToLower(*text) == *prefix) {
+        ++text;
+        ++prefix;
+    }
+    return *prefix == 0;
+}
+
+unsigned long SetText(XString& out, const std::string& text)
+{
+    const bool fits = text.size() <= size_t(XString::kMaxLength);
+    out = fits ? text.c_str() : nullptr;
+    return fits ? 0 : kFailure;
+}
+
+}  // namespace
+
+RKPathSplitter::RKPathSplitter(const char* path)
+{
+    const char* text = OrEmpty(path);
+    const char *end = text + strlen(text), *dir = end - text >= 2 && text[1] == ':' ? text + 2 : text;
+    const char* name = end;
+    while (name != dir && !IsSeparator(name[-1])) {
+        --name;
+    }
+    const char* extension = end;
+    for (const char* c = name; c != end; ++c) {
+        extension = *c == '.' ? c : extension;
+    }
+    if (!CopyPart(m_Drive, text, dir) || !CopyPart(m_Dir, dir, name) || !CopyPart(m_Name, name, extension) ||
+        !CopyPart(m_Extension, extension, end)) {
+        m_Drive[0] = m_Dir[0] = m_Name[0] = m_Extension[0] = 0;
+    }
+}
+
+RKPathMaker::RKPathMaker(const char* drive, const char* dir, const char* name, const char* extension)
+{
+    std::string path;
+    if (*OrEmpty(drive) != 0) {
+        path = std::string(1, *drive) + ':';
+    }
+    if (*OrEmpty(dir) != 0) {
+        path += dir;
+        AppendSeparator(path);
+    }
+    path += OrEmpty(name);
+    if (*OrEmpty(extension) != 0) {
+        path += *extension == '.' ? "" : ".";
+        path += extension;
+    }
+    StorePath(m_Path, path);
+}
+
+int ZmMakePath(char* out, const char* dir, const char* file)
+{
+    constexpr size_t kMaxPath = 260;
+    std::string path = OrEmpty(dir);
+    AppendSeparator(path);
+    path += OrEmpty(file);
+    const bool fits = path.size() < kMaxPath;
+    strcpy(out, fits ? path.c_str() : "");
+    return fits;
+}
+
+void ZmAddDirectorySeparator(XString& path)
+{
+    path << '\\';
+}
+
+void ZmConvertPathToSystemPath(XString& path)
+{
+    const char drive = zm::ToLower(path[0]);
+    const bool hasDrive = path.Length() > 2 && drive >= 'a' && drive <= 'z' && path[1] == ':' && path[2] == '\\';
+    XString prefix(path.Substring(0, hasDrive ? 3 : 0)), rest;
+    rest.CreateTail(path, hasDrive ? 3 : 0);
+    rest.Replace(':', '\\');
+    rest.Replace('/', '\\');
+    path = hasDrive ? prefix + rest : rest;
+}
+
+unsigned long ZmEscapeURL(const char* in, XString& out)
+{
+    if (in == nullptr) {
+        out = nullptr;
+        return kFailure;
+    }
+    const char* end = in + strlen(in);
+    if (BeginsWithFilePrefix(in) || std::none_of(in, end, IsEscaped)) {
+        return SetText(out, in);
+    }
+    std::string url = strstr(in, "://") == nullptr ? kFilePrefix : "";
+    for (const char* c = in; c != end; ++c) {
+        if (*c == '\\') {
+            url += '/';
+        } else if (IsEscaped(*c)) {
+            char code[4];
+            snprintf(code, sizeof(code), "%%%02x", unsigned(static_cast<unsigned char>(*c)));
+            url += code;
+        } else {
+            url += *c;
+        }
+    }
+    return SetText(out, url);
+}
+
+void ZmUnEscapeUrl(XString& text)
+{
+    std::string plain;
+    const char *c = text.Text(), *end = c + text.Length();
+    for (; c != end; ++c) {
+        if (*c == '%' && end - c > 2) {
+            plain += std::to_string((c[1] - '0') * 10 + (c[2] - '0'));
+            c += 2;
+        } else {
+            plain += *c;
+        }
+    }
+    text.Create(plain.data(), int(std::min(plain.size(), size_t(XString::kMaxLength))));
+}

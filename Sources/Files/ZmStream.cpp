@@ -1,0 +1,32 @@
+#include "ZmStream.h"
+
+#include "ZmAllocator.h"
+
+#include <algorithm>
+#include <string.h>
+
+ZmStream::ZmStream() = default;
+ZmStream::ZmStream(const ZmStream&) = default;
+ZmStream& ZmStream::operator=(const ZmStream&) = default;
+ZmStream::~ZmStream() = default;
+
+unsigned int ZmStream::Copy(ZmStream& source, unsigned int size)
+{
+    constexpr unsigned int kStep = 32768;
+    const unsigned int total = size != 0 ? size : source.Size();
+    ZmAllocator& allocator = ZmAllocator::Instance();
+    void* buffer = allocator.AllocateScratch(kStep);
+    if (buffer == nullptr) {
+        return 0;
+    }
+    memset(buffer, 0, kStep);  // nothing that another user left in it may reach a file
+    unsigned int rest = total;
+    do {
+        const unsigned int step = std::min(rest, kStep);
+        source.Read(buffer, step);
+        Write(buffer, step);
+        rest -= step;
+    } while (rest > 0);
+    allocator.ReleaseScratch(buffer);
+    return total;
+}

@@ -1,0 +1,87 @@
+#include "ZmFileListener.h"
+
+#include "Logging/LogClock.h"
+#include "Platform/OsClock.h"
+#include "Platform/OsModule.h"
+#include "ZmFileSystem.h"
+
+#include <string>
+
+namespace {
+
+constexpr int kNoDay = -1;
+
+XString ProgramDirectory()
+{
+    const std::string path = zm::ModulePath(nullptr);
+    return XString(path.substr(0, path.find_last_of("\\/") + 1).c_str());
+}
+
+}  // namespace
+
+const XGUID ZmFileListener::m_Guid = {0x1FA732C0, 0x3BBE0666};
+
+ZmFileListener::ZmFileListener(const char* name)
+    : ZmLogListener(name), m_Day(kNoDay), m_Extension("log"), m_Directory(ProgramDirectory()), m_TodaySecond(INT64_MIN)
+{
+}
+
+ZmFileListener::~ZmFileListener() = default;
+
+ZmLogListener* ZmFileListener::ListenerFactory(const char* name)
+{
+    return new (std::nothrow) ZmFileListener(name);
+}
+
+const XGUID& ZmFileListener::GetGuid() const
+{
+    return m_Guid;
+}
+
+// The day of the year, computed once for all lines of a second; the date goes into file names.
+int ZmFileListener::Today()
+{
+    const int64_t second = zm::g_LogClock() / 1000;
+    if (second != m_TodaySecond) {
+        tm parts;
+        m_TodaySecond = second;
+        m_Today = zm::LocalTime(second, parts) ? parts.tm_yday : kNoDay;
+        if (m_Today == kNoDay || strftime(m_Date, sizeof(m_Date), "[%y %m %d]", &parts) == 0) {
+            m_Date[0] = 0;
+        }
+    }
+    return m_Today;
+}
+
+void ZmFileListener::OpenFile()
+{
+    const bool dated = (GetFlags() & DATED) != 0;
+    if (m_File.IsValid() && (!dated || m_Day == Today())) {
+        return;
+    }
+    m_File.Close();
+    m_Path = m_Directory;
+    m_Path << GetName();
+    if (dated) {
+        m_Day = Today();
+        m_Path << m_Date;
+    }
+    m_Path << "." << m_Extension;
+    ZmCreateFileTree(m_Path.Text());
+    // What this listener has begun, and could not go on with, is not lost to a second beginning.
+    const bool append = (GetFlags() & KEEP_FILE) != 0 || m_Path == m_BegunPath;
+    const int mode = (append ? ZmFile::APPEND : ZmFile::WRITEONLY) | ZmFile::TEXT;
+    if (m_File.Open(m_Path.Text(), ZmFile::OpenMode(mode))) {
+        m_BegunPath = m_Path;
+    }
+}
+
+void ZmFileListener::Output(int module, int level, int line, const char* file, const char* text)
+{
+    OpenFile();
+    const XString& complete = BuildLine(module, level, line, file, text);
+    const unsigned int length = unsigned(strlen(complete.Text()));
+    if (m_File.Write(complete.Text(), length) != length || m_File.Flush() != 0) {
+        m_File.Close();  // and try again with the next line
+    }
+}

@@ -1,0 +1,251 @@
+#include "ZmLog.h"
+
+#include "Logging/LibraryLog.h"
+#include "ZmConsoleListener.h"
+#include "ZmFileListener.h"
+#include "ZmOutputDebugListener.h"
+
+#include <algorithm>
+#include <atomic>
+#include <stdio.h>
+#include <stdlib.h>
+
+namespace {
+
+constexpr int kFirstBuffer = 256, kGrowsBelow = 9000;
+
+/// Set when the log is destroyed, for destructors that print after it.
+std::atomic<bool> g_Destroyed{false};
+
+bool IsDestroyed()
+{
+    return g_Destroyed.load(std::memory_order_relaxed);
+}
+
+}  // namespace
+
+namespace zm {
+
+int g_LibraryModule = -1;
+
+void Warn(int line, const char* file, const char* format, ...)
+{
+    char text[512];
+    va_list arguments;
+    va_start(arguments, format);
+    vsnprintf(text, sizeof(text), format, arguments);
+    va_end(arguments);
+    ZmLog::GetLog().SetInformationMT(g_LibraryModule, ZmLog::LEVEL_WARNING, line, file).PrintMT("%s", text);
+}
+
+}  // namespace zm
+
+ZmLog& ZmLog::GetLog()
+{
+    static ZmLog log;
+    return log;
+}
+
+ZmLog::ZmLog()
+    : m_BufferSize(kFirstBuffer), m_Buffer(static_cast<char*>(malloc(kFirstBuffer))), m_Module(0), m_Line(0),
+      m_Level(LEVEL_DEBUG)
+{
+    RegisterListenerFactory(ZmOutputDebugListener::m_Guid, ZmOutputDebugListener::ListenerFactory);
+    RegisterListenerFactory(ZmFileListener::m_Guid, ZmFileListener::ListenerFactory);
+    RegisterListenerFactory(ZmConsoleListener::m_Guid, ZmConsoleListener::ListenerFactory);
+}
+
+ZmLog::~ZmLog()
+{
+    g_Destroyed.store(true, std::memory_order_relaxed);
+    free(m_Buffer);
+    for (auto item = m_Listeners.Begin(); item != m_Listeners.End(); ++item) {
+        delete item->value;
+    }
+}
+
+const char* ZmLog::GetLevelDesc(Level level)
+{
+    switch (level) {
+    case LEVEL_DEBUG: return "DEBUG";
+    case LEVEL_TRACE: return "TRACE";
+    case LEVEL_ERROR: return "ERROR";
+    case LEVEL_WARNING: return "WARNING";
+    case LEVEL_INFO: return "INFO";
+    }
+    return "";
+}
+
+// The position of the name, or -1.
+int ZmLog::FindModule(const char* name) const
+{
+    const XString* found = std::find(m_Modules.Begin(), m_Modules.End(), XBaseString(name));
+    return found != m_Modules.End() ? int(found - m_Modules.Begin()) : -1;
+}
+
+int ZmLog::RegisterModule(const char* name)
+{
+    if (name == nullptr || *name == 0) {
+        return -1;
+    }
+    const int position = FindModule(name);
+    if (position >= 0) {
+        return position + 1;
+    }
+    return m_Modules.PushBack(XString(name)) ? m_Modules.Size() : -1;
+}
+
+int ZmLog::IsModule(const char* name) const
+{
+    // The position and not the id, although they are easily confused: callers add 1.
+    return name != nullptr && *name != 0 ? FindModule(name) : -1;
+}
+
+const char* ZmLog::GetModule(int id) const
+{
+    return id >= 1 && id <= m_Modules.Size() ? m_Modules[id - 1].Text() : nullptr;
+}
+
+int ZmLog::RegisterListenerFactory(const XGUID& type, ListenerFactory factory)
+{
+    return m_Factories.InsertUnique(type, factory);
+}
+
+ZmLogListener* ZmLog::RegisterListener(const XGUID& type, const char* name, int module)
+{
+    if (ZmLogListener* listener = GetListener(name)) {
+        if (listener->GetGuid() != type) {
+            return nullptr;
+        }
+        listener->AddModule(module);
+        return listener;
+    }
+    const ListenerFactory* factory = m_Factories.LookUp(type);
+    ZmLogListener* listener = factory != nullptr && *factory != nullptr ? (*factory)(name) : nullptr;
+    if (listener == nullptr) {
+        return nullptr;
+    }
+    listener->AddModule(module);
+    if (!m_Listeners.InsertUnique(name, listener)) {
+        delete listener;
+        return nullptr;
+    }
+    return listener;
+}
+
+int ZmLog::UnregisterListener(const char* name)
+{
+    if (ZmLogListener* listener = m_Listeners.Remove(name)) {
+        delete listener;
+        return 1;
+    }
+    return 0;
+}
+
+ZmLogListener* ZmLog::GetListener(const char* name)
+{
+    ZmLogListener** listener = m_Listeners.LookUp(name);
+    return listener != nullptr ? *listener : nullptr;
+}
+
+const ZmLogListener* ZmLog::GetListener(const char* name) const
+{
+    return const_cast<ZmLog*>(this)->GetListener(name);
+}
+
+ZmLog& ZmLog::SetInformation(int module, Level level, int line, const char* file)
+{
+    if (!IsDestroyed()) {
+        m_Module = module;
+        m_Level = level;
+        m_Line = line;
+        m_File = file;
+    }
+    return *this;
+}
+
+ZmLog& ZmLog::SetInformationMT(int module, Level level, int line, const char* file)
+{
+    m_Mutex.EnterMutex();
+    return SetInformation(module, level, line, file);
+}
+
+void ZmLog::Print(const char* format, ...)
+{
+    va_list arguments;
+    va_start(arguments, format);
+    VPrint(format, arguments);
+    va_end(arguments);
+}
+
+void ZmLog::PrintMT(const char* format, ...)
+{
+    va_list arguments;
+    va_start(arguments, format);
+    VPrint(format, arguments);
+    va_end(arguments);
+    m_Mutex.LeaveMutex();
+}
+
+void ZmLog::VPrint(const char* format, va_list arguments)
+{
+    if (!IsDestroyed() && !m_Listeners.IsEmpty()) {
+        Dispatch(Format(format, arguments));
+    }
+}
+
+// Cuts what does not fit in the largest buffer.
+const char* ZmLog::Format(const char* format, va_list arguments)
+{
+    if (m_Buffer == nullptr) {
+        m_Buffer = static_cast<char*>(malloc(size_t(m_BufferSize)));
+    }
+    va_list again;
+    va_copy(again, arguments);
+    const int length = m_Buffer != nullptr ? vsnprintf(m_Buffer, size_t(m_BufferSize), format, arguments) : -1;
+    if (length >= m_BufferSize && GrowBuffer(length + 1)) {
+        vsnprintf(m_Buffer, size_t(m_BufferSize), format, again);
+    }
+    va_end(again);
+    return length >= 0 ? m_Buffer : "";
+}
+
+bool ZmLog::GrowBuffer(int needed)
+{
+    int size = m_BufferSize;
+    while (size < needed && size < kGrowsBelow) {
+        size *= 2;
+    }
+    char* buffer = size != m_BufferSize ? static_cast<char*>(malloc(size_t(size))) : nullptr;
+    if (buffer == nullptr) {
+        return false;
+    }
+    free(m_Buffer);
+    m_Buffer = buffer;
+    m_BufferSize = size;
+    return true;
+}
+
+// Listeners may print in turn, register and unregister: what this message is made of is out of their reach meanwhile,
+// and put back for the next one.
+void ZmLog::Dispatch(const char* text)
+{
+    char* const buffer = m_Buffer;
+    const int bufferSize = m_BufferSize, module = m_Module, level = m_Level, line = m_Line;
+    XString file;
+    file.Swap(m_File);
+    m_Buffer = nullptr;
+    for (int i = 0; i < m_Listeners.Size(); ++i) {
+        ZmLogListener* listener = m_Listeners.ItemAt(i).value;
+        if (listener->IsModule(module) && (level & listener->GetLevel()) != 0) {
+            listener->Output(module, level, line, file.Text(), text);
+        }
+    }
+    free(m_Buffer);
+    m_Buffer = buffer;
+    m_BufferSize = bufferSize;
+    m_File.Swap(file);
+    m_Module = module;
+    m_Level = level;
+    m_Line = line;
+}

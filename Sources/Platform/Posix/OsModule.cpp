@@ -1,0 +1,38 @@
+#include "Platform/OsModule.h"
+
+#include <dlfcn.h>
+#include <link.h>
+#include <unistd.h>
+
+namespace zm {
+
+namespace {
+
+std::string ProgramPath()
+{
+    std::string path(256, 0);
+    for (;;) {
+        const ssize_t length = readlink("/proc/self/exe", &path[0], path.size());
+        if (length < 0) {
+            return std::string();
+        }
+        if (size_t(length) < path.size()) {
+            path.resize(size_t(length));
+            return path;
+        }
+        path.resize(2 * path.size());
+    }
+}
+
+}  // namespace
+
+std::string ModulePath(void* module)
+{
+    if (module == nullptr) {
+        return ProgramPath();
+    }
+    link_map* map = nullptr;
+    return dlinfo(module, RTLD_DI_LINKMAP, &map) == 0 && map->l_name != nullptr ? map->l_name : std::string();
+}
+
+}  // namespace zm

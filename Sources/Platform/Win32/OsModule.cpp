@@ -1,0 +1,24 @@
+#include "Platform/OsModule.h"
+
+#include <windows.h>
+
+namespace zm {
+
+std::string ModulePath(void* module)
+{
+    constexpr DWORD kLongestPath = 32768;
+    std::string path(MAX_PATH, 0);
+    for (;;) {
+        const DWORD length = GetModuleFileNameA(static_cast<HMODULE>(module), &path[0], DWORD(path.size()));
+        if (length < path.size()) {
+            path.resize(length);
+            return path;
+        }
+        if (path.size() >= kLongestPath) {
+            return std::string();
+        }
+        path.resize(2 * path.size());
+    }
+}
+
+}  // namespace zm

@@ -1,0 +1,19 @@
+#include "ZmModule.h"
+
+#include "Platform/OsModule.h"
+
+#include <string.h>
+
+unsigned int ZmGetModuleFileName(void* module, char* buffer, unsigned int size)
+{
+    if (buffer == nullptr || size == 0) {
+        return 0;
+    }
+    const std::string path = zm::ModulePath(module);
+    if (path.size() >= size) {
+        *buffer = 0;
+        return 0;
+    }
+    memcpy(buffer, path.c_str(), path.size() + 1);
+    return unsigned(path.size());
+}

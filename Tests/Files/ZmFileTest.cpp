@@ -1,0 +1,310 @@
+#include "ZmFile.h"
+
+#include "Support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <string.h>
+
+#include <vector>
+
+namespace {
+
+using Lines = std::vector<std::string>;
+
+/// Everything that can be seen of an opening mode: with the C library and with the class it must be the same.
+struct Traces {
+    bool opensMissing = false, opensExisting = false, reads = false, writes = false;
+    std::string missingBytes, existingBytes;
+};
+
+std::ostream& operator<<(std::ostream& stream, const Traces& t)
+{
+    return stream << t.opensMissing << t.opensExisting << t.reads << t.writes << " '" << t.missingBytes << "' '"
+                  << t.existingBytes << "'";
+}
+
+std::string Text(const Traces& traces)
+{
+    std::ostringstream stream;
+    stream << traces;
+    return stream.str();
+}
+
+Traces TracesOfMode(const TemporaryFolder& folder, const char* mode)
+{
+    const std::string missing = folder / "missing", existing = folder / "existing";
+    Traces traces;
+    char c;
+    if (FILE* file = fopen(missing.c_str(), mode)) {
+        traces.opensMissing = true;
+        fclose(file);
+    }
+    if (FILE* file = fopen(existing.c_str(), mode)) {
+        traces.opensExisting = true;
+        traces.reads = fread(&c, 1, 1, file) == 1;
+        fseek(file, 1, SEEK_SET);
+        traces.writes = fwrite("x\n", 2, 1, file) == 1;
+        fclose(file);
+    }
+    traces.missingBytes = BytesOf(missing);
+    traces.existingBytes = BytesOf(existing);
+    return traces;
+}
+
+Traces TracesOfMode(const TemporaryFolder& folder, int mode)
+{
+    const std::string missing = folder / "missing", existing = folder / "existing";
+    Traces traces;
+    char c;
+    ZmFile file;
+    traces.opensMissing = file.Open(missing.c_str(), ZmFile::OpenMode(mode)) == 1;
+    file.Close();
+    traces.opensExisting = file.Open(existing.c_str(), ZmFile::OpenMode(mode)) == 1;
+    traces.reads = file.Read(&c, 1) == 1;
+    file.Seek(1, ZmStream::START);
+    traces.writes = file.Write("x\n", 2) == 2;
+    file.Close();
+    traces.missingBytes = BytesOf(missing);
+    traces.existingBytes = BytesOf(existing);
+    return traces;
+}
+
+TEST(FileTest, ModesOpenAsTheirModeStringsDo)
+{
+    const char* const kModes[] = {"rb", "rb", "wb", "r+b", "ab", "a+b", "rb", "rb",
+                                  "rb", "r",  "w",  "r+",  "a",  "a+",  "rb", "rb"};
+    for (const int mode : {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 18, 26, 1 << 30, -1, -6}) {
+        SCOPED_TRACE(mode);
+        const TemporaryFolder mine, expected;
+        MakeFile(mine / "existing", "abcd");
+        MakeFile(expected / "existing", "abcd");
+        EXPECT_EQ(Text(TracesOfMode(mine, mode)),
+                  Text(TracesOfMode(expected, mode >= 0 && mode < 16 ? kModes[mode] : "rb")));
+    }
+}
+
+TEST(FileTest, ReadIsAllOrNothing)
+{
+    const TemporaryFolder folder;
+    MakeFile(folder / "file", std::string(100, 'a') + std::string(60, 'b'));
+    ZmFile file;
+    ASSERT_TRUE(file.Open((folder / "file").c_str(), ZmFile::READONLY));
+    std::string buffer(100, '-');
+    EXPECT_EQ(file.Read(&buffer[0], 0), 0u);
+    EXPECT_EQ(file.Read(&buffer[0], 100), 100u);
+    EXPECT_EQ(buffer, std::string(100, 'a'));
+    EXPECT_FALSE(file.EndOfFile());
+    EXPECT_EQ(file.Read(&buffer[0], 100), 0u);
+    EXPECT_EQ(buffer, std::string(60, 'b') + std::string(40, 'a'));
+    EXPECT_TRUE(file.EndOfFile());
+    EXPECT_EQ(file.IsValid(), 1) << "the end is no error";
+    file.Seek(97, ZmStream::START);
+    EXPECT_EQ(file.ReadItems(&buffer[0], 7, 10), 9u);
+    EXPECT_EQ(buffer, "aaa" + std::string(60, 'b') + std::string(37, 'a'));
+}
+
+const struct {
+    const char* name;
+    int offset, mode, result;
+    unsigned int position;
+} kSeeks[] = {
+    {"from the start", 7, ZmStream::START, 1, 7},
+    {"from the end, forwards", 10, ZmStream::END, 1, 110},
+    {"from the end, backwards", -10, ZmStream::END, 1, 90},
+    {"from the position", -20, ZmStream::CURRENT, 1, 30},
+    {"an unknown mode is the start", 20, 3, 1, 20},
+    {"before the start", -1, ZmStream::START, 0, 50},
+    {"before the start, from the end", -101, ZmStream::END, 0, 50},
+};
+
+TEST(FileTest, SeekMovesBySignsOfTheCLibrary)
+{
+    const TemporaryFolder folder;
+    MakeFile(folder / "file", std::string(100, 'a'));
+    ZmFile file;
+    ASSERT_TRUE(file.Open((folder / "file").c_str(), ZmFile::READONLY));
+    for (const auto& row : kSeeks) {
+        SCOPED_TRACE(row.name);
+        file.Seek(50, ZmStream::START);
+        EXPECT_EQ(file.Seek(row.offset, ZmStream::SeekMode(row.mode)), row.result);
+        EXPECT_EQ(file.Position(), row.position);
+        EXPECT_EQ(file.Size(), 100u);
+        EXPECT_EQ(file.Position(), row.position) << "Size() moved it";
+    }
+}
+
+TEST(FileTest, FlushGivesZeroWhenTheBytesAreThere)
+{
+    const TemporaryFolder folder;
+    ZmFile file;
+    ASSERT_TRUE(file.Open((folder / "file").c_str(), ZmFile::WRITEONLY));
+    EXPECT_EQ(file.Write("some bytes", 10), 10u);
+    EXPECT_EQ(file.Flush(), 0u);
+    EXPECT_EQ(BytesOf(folder / "file"), "some bytes");
+    EXPECT_EQ(file.Close(), 1);
+}
+
+TEST(FileTest, PrintfAndScanfGiveTheirCounts)
+{
+    const TemporaryFolder folder;
+    ZmFile file;
+    ASSERT_TRUE(file.Open((folder / "file").c_str(), ZmFile::WRITEONLY));
+    EXPECT_EQ(file.Printf("%d %s %.2f", 42, "word", 1.5), 12u);
+    ASSERT_TRUE(file.Open((folder / "file").c_str(), ZmFile::READONLY)) << "closes what is open";
+    int number = 0;
+    char word[8] = "";
+    float fraction = 0;
+    EXPECT_EQ(file.Scanf("%d %7s %f", &number, word, &fraction), 3u);
+    EXPECT_EQ(number, 42);
+    EXPECT_STREQ(word, "word");
+    EXPECT_EQ(fraction, 1.5f);
+    EXPECT_EQ(file.Scanf("%d", &number), unsigned(EOF));
+}
+
+// What a file reads as where the C library drops the CR before an LF, in the pieces of a buffer.
+Lines PiecesOf(const std::string& bytes, size_t bufferSize, bool dropsReturns)
+{
+    Lines pieces;
+    bool startsNew = true;
+    for (size_t i = 0; i < bytes.size(); ++i) {
+        if (dropsReturns && bytes.compare(i, 2, "\r\n") == 0) {
+            continue;
+        }
+        if (startsNew || pieces.back().size() == bufferSize - 1) {
+            pieces.push_back("");
+        }
+        pieces.back() += bytes[i];
+        startsNew = bytes[i] == '\n';
+    }
+    return pieces;
+}
+
+Lines ReadPieces(const std::string& path, int mode, unsigned int bufferSize)
+{
+    Lines pieces;
+    ZmFile file;
+    file.Open(path.c_str(), ZmFile::OpenMode(mode));
+    std::vector<char> buffer(bufferSize);  // of the heap, so that a sanitizer sees its end
+    while (pieces.size() < 1000 && file.GetString(buffer.data(), bufferSize)) {
+        pieces.push_back(buffer.data());
+    }
+    return pieces;
+}
+
+TEST(FileTest, GetStringReadsCrLfAsLfInTextModes)
+{
+    const TemporaryFolder folder;
+    for (const char* bytes : {"", "a", "\r\n", "\n\n\r\n\r\n", "a\r\nbc\r\ndef\r\nghij\r\nklmno\r\n",
+                              "abcdefgh\r\r\n\rxy\n", "\r\r\r\r\n", "no end\r", "mixed\nlines\r\nhere"}) {
+        MakeFile(folder / "file", bytes);
+        for (unsigned int size = 2; size <= 10; ++size) {
+            SCOPED_TRACE(testing::PrintToString(bytes) + " by " + std::to_string(size));
+            for (const int mode : {ZmFile::READONLY, ZmFile::READWRITE, ZmFile::APPENDREAD}) {
+                EXPECT_EQ(ReadPieces(folder / "file", mode | ZmFile::TEXT, size), PiecesOf(bytes, size, true));
+                EXPECT_EQ(ReadPieces(folder / "file", mode, size), PiecesOf(bytes, size, false));
+            }
+        }
+    }
+}
+
+TEST(FileTest, GetStringLosesNoLineBehindAReturnAndANul)
+{
+    const TemporaryFolder folder;
+    MakeFile(folder / "file", std::string("a\r\0b\n\nc\n", 8));
+    EXPECT_EQ(ReadPieces(folder / "file", ZmFile::READONLY | ZmFile::TEXT, 16), (Lines{"a\r", "\n", "c\n"}));
+}
+
+TEST(FileTest, ABufferWithoutRoomIsNotTouched)
+{
+    const TemporaryFolder folder;
+    MakeFile(folder / "file", "text");
+    ZmFile file;
+    ASSERT_TRUE(file.Open((folder / "file").c_str(), ZmFile::READONLY));
+    char c = '-';
+    EXPECT_EQ(file.GetString(&c, 0), 0);
+    EXPECT_EQ(c, '-');
+}
+
+void ExpectRefusal(ZmFile& file)
+{
+    char buffer[4] = "abc";
+    EXPECT_EQ(file.IsValid(), 0);
+    EXPECT_EQ(file.Position(), 0u);
+    EXPECT_EQ(file.Size(), 0u);
+    EXPECT_EQ(file.Seek(0, ZmStream::START), 0);
+    EXPECT_EQ(file.Read(buffer, 3), 0u);
+    EXPECT_EQ(file.ReadItems(buffer, 1, 3), 0u);
+    EXPECT_EQ(file.Write(buffer, 3), 0u);
+    EXPECT_EQ(file.GetString(buffer, 3), 0);
+    EXPECT_EQ(file.Printf("%d", 1), unsigned(EOF));
+    EXPECT_EQ(file.Scanf("%3s", buffer), 0u);
+    EXPECT_NE(file.Flush(), 0u);
+    EXPECT_TRUE(file.EndOfFile());
+    EXPECT_STREQ(buffer, "abc");
+    EXPECT_EQ(file.Close(), 1);
+}
+
+TEST(FileTest, AClosedFileRefusesEverything)
+{
+    const TemporaryFolder folder;
+    MakeFile(folder / "file", "text");
+    ZmFile file;
+    ExpectRefusal(file);
+    ASSERT_TRUE(file.Open((folder / "file").c_str(), ZmFile::READWRITE));
+    EXPECT_EQ(file.Close(), 1);
+    ExpectRefusal(file);
+    for (const std::string& name : {std::string(), folder / "missing", folder / std::string(5000, 'x')}) {
+        ASSERT_TRUE(file.Open((folder / "file").c_str(), ZmFile::READWRITE));
+        EXPECT_EQ(file.Open(name.c_str(), ZmFile::READONLY), 0) << "the open file is closed first";
+        ExpectRefusal(file);
+    }
+    EXPECT_EQ(file.Open(nullptr, ZmFile::WRITEONLY), 0);
+    EXPECT_EQ(BytesOf(folder / "file"), "text");
+}
+
+TEST(FileTest, CopiesShareOneFile)
+{
+    const TemporaryFolder folder;
+    ZmFile first, third;
+    ASSERT_TRUE(first.Open((folder / "file").c_str(), ZmFile::WRITEONLY));
+    {
+        ZmFile second(first);
+        EXPECT_EQ(second.Write("ab", 2), 2u);
+        third = second;
+        third = *&third;
+        EXPECT_EQ(first.Position(), 2u);
+        EXPECT_EQ(third.Write("cd", 2), 2u);
+    }
+    EXPECT_EQ(BytesOf(folder / "file"), "abcd") << "closed with the first copy that goes";
+    ExpectRefusal(first);
+    ExpectRefusal(third);
+    ASSERT_TRUE(first.Open((folder / "file").c_str(), ZmFile::READONLY)) << "and can be opened anew, for itself";
+    ExpectRefusal(third);
+    EXPECT_EQ(first.Size(), 4u);
+}
+
+TEST(FileTest, BothSeparatorsLeadToAFile)
+{
+    const TemporaryFolder folder;
+    std::filesystem::create_directory(folder / "sub");
+    MakeFile(folder / "sub/file", "text");
+    ZmFile file;
+    EXPECT_TRUE(file.Open((folder / "sub/file").c_str(), ZmFile::READONLY));
+    EXPECT_TRUE(file.Open(WithBackslashes(folder / "sub/file").c_str(), ZmFile::READONLY));
+    EXPECT_EQ(file.Size(), 4u);
+}
+
+TEST(FileTest, TheModeWordTellsFilesFromFolders)
+{
+    const unsigned int kTypes = 0170000, kFile = 0100000, kFolder = 0040000, kOwnerReads = 0400;
+    const TemporaryFolder folder;
+    MakeFile(folder / "file");
+    EXPECT_EQ(ZmFile::GetFileMode((folder / "file").c_str()) & (kTypes | kOwnerReads), kFile | kOwnerReads);
+    EXPECT_EQ(ZmFile::GetFileMode(folder.Path().c_str()) & kTypes, kFolder);
+    EXPECT_EQ(ZmFile::GetFileMode((folder / "missing").c_str()), 0u);
+    EXPECT_EQ(ZmFile::GetFileMode(""), 0u);
+    EXPECT_EQ(ZmFile::GetFileMode(nullptr), 0u);
+}
+
+}  // namespace

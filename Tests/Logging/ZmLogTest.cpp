@@ -1,0 +1,250 @@
+#include "ZmLog.h"
+
+#include "Support/HeardMessages.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+namespace {
+
+using Names = std::vector<std::string>;
+
+Names ListenersOf(const std::vector<HeardMessage>& messages)
+{
+    Names names;
+    for (const HeardMessage& message : messages) {
+        names.push_back(message.listener);
+    }
+    return names;
+}
+
+class LogTest : public testing::Test {
+protected:
+    void Print(int module, ZmLog::Level level, const char* text)
+    {
+        m_Log.SetInformation(module, level, 1, "file").Print("%s", text);
+    }
+
+    ZmLog& m_Log = ZmLog::GetLog();
+    const int m_A = m_Log.RegisterModule("log test A"), m_B = m_Log.RegisterModule("log test B");
+    HeardMessages m_Heard;
+};
+
+TEST_F(LogTest, ModulesAreNumberedAndPositionsAreOneLess)
+{
+    EXPECT_GT(m_A, 1);
+    EXPECT_EQ(m_B, m_A + 1);
+    EXPECT_EQ(m_Log.RegisterModule("log test A"), m_A);
+    EXPECT_EQ(m_Log.IsModule("log test B"), m_B - 1);
+    EXPECT_STREQ(m_Log.GetModule(m_B), "log test B");
+    for (const char* name : {"", "LOG TEST A", "log test"}) {
+        EXPECT_EQ(m_Log.IsModule(name), -1) << name;
+    }
+    EXPECT_EQ(m_Log.IsModule(nullptr), -1);
+    EXPECT_EQ(m_Log.RegisterModule(""), -1);
+    EXPECT_EQ(m_Log.RegisterModule(nullptr), -1);
+    for (const int id : {0, -1, INT32_MIN, 1000000, INT32_MAX}) {
+        EXPECT_EQ(m_Log.GetModule(id), nullptr) << id;
+    }
+}
+
+TEST_F(LogTest, LevelsHaveNames)
+{
+    const struct {
+        int level;
+        const char* name;
+    } kRows[] = {{1, "DEBUG"}, {2, "TRACE"}, {4, "ERROR"}, {8, "WARNING"}, {16, "INFO"},
+                 {0, ""},      {3, ""},      {32, ""},     {-1, ""}};
+    for (const auto& row : kRows) {
+        EXPECT_STREQ(ZmLog::GetLevelDesc(ZmLog::Level(row.level)), row.name) << row.level;
+    }
+}
+
+ZmLogListener* MakeNone(const char*)
+{
+    return nullptr;
+}
+
+TEST_F(LogTest, TheFirstFactoryOfATypeStays)
+{
+    const XGUID none = {0x4E4F4E45, 1};
+    m_Log.RegisterListenerFactory(none, MakeNone);
+    EXPECT_EQ(m_Log.RegisterListenerFactory(none, ZmFileListener::ListenerFactory), 0);
+    EXPECT_EQ(m_Log.RegisterListener(none, "none", m_A), nullptr);
+    EXPECT_EQ(m_Log.GetListener("none"), nullptr);
+    EXPECT_EQ(m_Log.RegisterListener({none.first, 2}, "none", m_A), nullptr) << "both words of a type count";
+    for (const XGUID& type : {ZmOutputDebugListener::m_Guid, ZmFileListener::m_Guid, ZmConsoleListener::m_Guid}) {
+        EXPECT_EQ(m_Log.RegisterListenerFactory(type, MakeNone), 0) << "built in";
+    }
+}
+
+TEST_F(LogTest, AListenerIsKnownByItsNameAndType)
+{
+    ZmLogListener* listener = m_Heard.Listen("one", m_A);
+    ASSERT_NE(listener, nullptr);
+    EXPECT_STREQ(listener->GetName().Text(), "one");
+    EXPECT_EQ(m_Log.GetListener("one"), listener);
+    EXPECT_EQ(const_cast<const ZmLog&>(m_Log).GetListener("one"), listener);
+    EXPECT_EQ(m_Log.GetListener("One"), nullptr);
+    EXPECT_EQ(m_Log.RegisterListener(ZmFileListener::m_Guid, "one", m_B), nullptr);
+    EXPECT_FALSE(listener->IsModule(m_B)) << "untouched";
+    EXPECT_EQ(m_Log.RegisterListener(HeardMessages::kType, "one", m_B), listener);
+    EXPECT_TRUE(listener->IsModule(m_A) && listener->IsModule(m_B));
+    EXPECT_EQ(m_Log.UnregisterListener("two"), 0);
+    EXPECT_EQ(m_Heard.m_Destroyed, 0);
+    EXPECT_EQ(m_Log.UnregisterListener("one"), 1);
+    EXPECT_EQ(m_Heard.m_Destroyed, 1);
+    EXPECT_EQ(m_Log.UnregisterListener("one"), 0);
+}
+
+TEST_F(LogTest, AListenerHearsItsModulesAtItsLevels)
+{
+    ZmLogListener* listener = m_Heard.Listen("one", m_A);
+    listener->AddModule(m_A);  // once more changes nothing
+    for (const int mask : {31, 4, 1 | 16, 0}) {
+        listener->SetLevel(mask);
+        for (const int level : {1, 2, 4, 8, 16}) {
+            SCOPED_TRACE(std::to_string(level) + " for " + std::to_string(mask));
+            Print(m_A, ZmLog::Level(level), "text");
+            EXPECT_EQ(m_Heard.Take().size(), (mask & level) != 0 ? 1u : 0u);
+            Print(m_B, ZmLog::Level(level), "text");
+            EXPECT_EQ(m_Heard.Take().size(), 0u);
+        }
+    }
+}
+
+TEST_F(LogTest, TheInformationComesWithTheMessageAndStays)
+{
+    m_Heard.Listen("one", m_A);
+    m_Log.SetInformation(m_A, ZmLog::LEVEL_ERROR, -7, "C:\\mesh").Print("%d%% of %s", 42, "it");
+    m_Log.Print("again");
+    m_Log.SetInformation(m_A, ZmLog::LEVEL_INFO, 0, nullptr).Print("%s", "");
+    const std::vector<HeardMessage> heard = m_Heard.Take();
+    ASSERT_EQ(heard.size(), 3u);
+    EXPECT_EQ(heard[0].text, "42% of it");
+    EXPECT_EQ(heard[1].text, "again");
+    for (int i = 0; i < 2; ++i) {
+        EXPECT_EQ(heard[size_t(i)].module, m_A);
+        EXPECT_EQ(heard[size_t(i)].level, 4);
+        EXPECT_EQ(heard[size_t(i)].line, -7);
+        EXPECT_EQ(heard[size_t(i)].file, "C:\\mesh");
+    }
+    EXPECT_EQ(heard[2].file, "");
+    EXPECT_EQ(heard[2].text, "");
+}
+
+TEST_F(LogTest, ListenersHearInTheOrderOfRegistrationAndTheLastFillsAGap)
+{
+    for (const char* name : {"1", "2", "3", "4", "5"}) {
+        m_Heard.Listen(name, m_A);
+    }
+    Print(m_A, ZmLog::LEVEL_INFO, "");
+    EXPECT_EQ(ListenersOf(m_Heard.Take()), (Names{"1", "2", "3", "4", "5"}));
+    m_Log.UnregisterListener("2");
+    Print(m_A, ZmLog::LEVEL_INFO, "");
+    EXPECT_EQ(ListenersOf(m_Heard.Take()), (Names{"1", "5", "3", "4"}));
+    m_Log.UnregisterListener("4");
+    m_Heard.Listen("2", m_A);
+    Print(m_A, ZmLog::LEVEL_INFO, "");
+    EXPECT_EQ(ListenersOf(m_Heard.Take()), (Names{"1", "5", "3", "2"}));
+}
+
+TEST_F(LogTest, TheBufferGrowsByDoublingAndLongMessagesAreCut)
+{
+    m_Heard.Listen("one", m_A);
+    const struct {
+        size_t length;
+        int buffer;
+    } kRows[] = {{255, 256},     {256, 512},     {300, 512},     {511, 512},       {3000, 4096},
+                 {4096, 8192},   {8191, 8192},   {10, 8192},     {8192, 16384},    {9000, 16384},
+                 {16383, 16384}, {16384, 16384}, {20000, 16384}, {1000000, 16384}, {10, 16384}};
+    for (const auto& row : kRows) {
+        SCOPED_TRACE(row.length);
+        std::string text(row.length, 0);
+        for (size_t i = 0; i < text.size(); ++i) {
+            text[i] = char('a' + i % 26);
+        }
+        const int before = m_Log.GetBufferSize();
+        m_Log.SetInformation(m_A, ZmLog::LEVEL_INFO, 1, "file").Print("%s", text.c_str());
+        EXPECT_EQ(m_Log.GetBufferSize(), std::max(before, row.buffer));
+        const std::vector<HeardMessage> heard = m_Heard.Take();
+        ASSERT_EQ(heard.size(), 1u);
+        EXPECT_EQ(heard[0].text, text.substr(0, 16383));
+    }
+}
+
+void PrintInTurn(const HeardMessage& message)
+{
+    if (message.listener == "1" && message.text.find("inner") == std::string::npos) {
+        const std::string longText(2000, '!');
+        ZmLog::GetLog()
+            .SetInformationMT(message.module, ZmLog::LEVEL_DEBUG, 2, "inner")
+            .PrintMT("inner%s", longText.c_str());
+    }
+}
+
+TEST_F(LogTest, AListenerThatPrintsDoesNotChangeTheMessageForTheOthers)
+{
+    m_Heard.Listen("1", m_A);
+    m_Heard.Listen("2", m_A);
+    m_Heard.m_Answer = PrintInTurn;
+    m_Log.SetInformationMT(m_A, ZmLog::LEVEL_ERROR, 1, "outer").PrintMT("outer %s", "text");
+    m_Log.Print("next");
+    const std::vector<HeardMessage> heard = m_Heard.Take();
+    EXPECT_EQ(ListenersOf(heard), (Names{"1", "1", "2", "2", "1", "1", "2", "2"}));
+    for (const HeardMessage& message : heard) {
+        const bool inner = message.text.size() > 1000;
+        EXPECT_EQ(message.text.substr(0, 5), inner ? "inner" : message.text == "next" ? "next" : "outer");
+        EXPECT_EQ(message.file, inner ? "inner" : "outer");
+        EXPECT_EQ(message.level, inner ? 1 : 4);
+        EXPECT_EQ(message.line, inner ? 2 : 1);
+    }
+}
+
+TEST_F(LogTest, AListenerMayRemoveOneThatComesLater)
+{
+    for (const char* name : {"1", "2", "3", "4"}) {
+        m_Heard.Listen(name, m_A);
+    }
+    m_Heard.m_Answer = [](const HeardMessage& message) {
+        if (message.listener == "1") {
+            ZmLog::GetLog().UnregisterListener("2");
+        }
+    };
+    Print(m_A, ZmLog::LEVEL_INFO, "");
+    EXPECT_EQ(ListenersOf(m_Heard.Take()), (Names{"1", "4", "3"}));
+}
+
+/// No listeners while this object lives; the library's are made anew afterwards.
+class NoListeners {
+public:
+    NoListeners()
+    {
+        ZmLog::GetLog().UnregisterListener("ZmMath");
+        ZmLog::GetLog().UnregisterListener("OUTPUTDEBUG LISTENER");
+    }
+    ~NoListeners()
+    {
+        ZmLog& log = ZmLog::GetLog();
+        log.RegisterListener(ZmFileListener::m_Guid, "ZmMath", 1)->SetTimeFormat(ZmLogListener::TIME_SHORT_MS);
+        log.RegisterListener(ZmOutputDebugListener::m_Guid, "OUTPUTDEBUG LISTENER", 1);
+    }
+};
+
+TEST_F(LogTest, WithoutListenersNothingHappensAndTheLockIsLeft)
+{
+    {
+        const NoListeners none;
+        const int before = m_Log.GetBufferSize();
+        const std::string text(size_t(before) * 2, 'x');
+        Print(1, ZmLog::LEVEL_INFO, text.c_str());
+        m_Log.SetInformationMT(1, ZmLog::LEVEL_INFO, 1, "file").PrintMT("%s", text.c_str());
+        EXPECT_EQ(m_Log.GetBufferSize(), before) << "not even formatted";
+    }
+    m_Heard.Listen("one", m_A);
+    Print(m_A, ZmLog::LEVEL_INFO, "text");
+    EXPECT_EQ(m_Heard.Take().size(), 1u);
+}
+
+}  // namespace

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <random>
+#include <string>
+
+/// A folder of its own for a test, empty at first and removed at the end with all that is in it.
+class TemporaryFolder {
+public:
+    TemporaryFolder()
+    {
+        std::random_device random;
+        do {
+            m_Path = std::filesystem::temp_directory_path() / ("ZmMath-" + std::to_string(random()));
+        } while (!std::filesystem::create_directory(m_Path));
+    }
+    ~TemporaryFolder()
+    {
+        std::error_code ignored;
+        std::filesystem::remove_all(m_Path, ignored);
+    }
+    TemporaryFolder(const TemporaryFolder&) = delete;
+    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+    /// With '/' between the parts, which every platform takes.
+    std::string Path() const { return m_Path.generic_string(); }
+    std::string operator/(const std::string& name) const { return Path() + '/' + name; }
+
+private:
+    std::filesystem::path m_Path;
+};
+
+/// A file's bytes, without any of the library's classes; none if it cannot be read.
+inline std::string BytesOf(const std::string& path)
+{
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+inline void MakeFile(const std::string& path, const std::string& bytes = "")
+{
+    std::ofstream(path, std::ios::binary) << bytes;
+}
+
+/// The same path with the other separator.
+inline std::string WithBackslashes(std::string path)
+{
+    for (char& c : path) {
+        c = c == '/' ? '\\' : c;
+    }
+    return path;
+}
