@@ -2,6 +2,7 @@
 // and written as a PNG file. The stages follow each other in RunTour().
 
 #include "Bake.h"
+#include "Log.h"
 #include "Meadow.h"
 #include "ObjReader.h"
 #include "Options.h"
@@ -53,15 +54,21 @@ bool RunTour(const Options& options, std::string& error)
     StageTimes times{};
     clock.Reset();
     Mesh statue;
-    if (!MakeFolder(options.OutputFolder, error) || !LoadStatue(options.MeshPath, statue, error))
+    if (!MakeFolder(options.OutputFolder, error))
+        return false;
+    StartLog(options.OutputFolder);
+    if (!LoadStatue(options.MeshPath, statue, error))
         return false;
     times.Load = Lap(clock);
+    Info(__LINE__).PrintMT("%s: %d vertices, loaded and baked in %.1f ms", options.MeshPath.c_str(),
+                           int(statue.Vertices.size()), double(times.Load));
 
     Scene scene;
     BuildMeadow(scene, statue, float(options.Height) / float(options.Width));
     const ZmMatrix worldToClip = PerspectiveView(scene.Camera);
     const std::vector<VisibleModel> visible = CullModels(scene, worldToClip, options.Width, options.Height);
     times.Build = Lap(clock);
+    Info(__LINE__).PrintMT("%d of the models are in view", int(visible.size()));
 
     const Shading shading(scene);
     times.Shadows = Lap(clock);
@@ -69,6 +76,7 @@ bool RunTour(const Options& options, std::string& error)
     DrawCounts counts;
     Picture picture = DrawPicture(scene, visible, worldToClip, shading, options.Width, options.Height, counts);
     times.Draw = Lap(clock);
+    Info(__LINE__).PrintMT("drawn in %.1f ms", double(times.Draw));
 
     const ZmRay mouse = RayThrough(scene.Camera, options.MouseX * float(options.Width),
                                    options.MouseY * float(options.Height), options.Width, options.Height);
@@ -81,6 +89,7 @@ bool RunTour(const Options& options, std::string& error)
     if (!SavePicture(picture, path, error))
         return false;
     times.Save = Lap(clock);
+    Info(__LINE__).PrintMT("%s: %d x %d pixels", path.c_str(), options.Width, options.Height);
 
     PrintReport(statue, scene, visible.size(), picture, counts, picked, times, path);
     return true;
@@ -106,6 +115,7 @@ int main(int argc, char** argv)
     } catch (const std::exception& exception) {
         error = exception.what();
     }
+    Error(__LINE__).PrintMT("%s", error.c_str());
     std::fprintf(stderr, "ZmTour: %s\n", error.c_str());
     return 1;
 }
