@@ -17,7 +17,7 @@ public:
     ///
     /// Text files end their lines as the platform does. Where that is LF, GetString() still reads files with CR LF as
     /// they read elsewhere.
-    enum OpenMode {
+    enum OpenMode : int {
         READONLY = 1,
         WRITEONLY = 2,
         READWRITE = 3,

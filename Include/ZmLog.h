@@ -21,7 +21,7 @@
 class ZmLog {
 public:
     /// What a message is; the levels that a listener hears are a sum of these.
-    enum Level {
+    enum Level : int {
         LEVEL_DEBUG = 1,
         LEVEL_TRACE = 2,
         LEVEL_ERROR = 4,

@@ -14,7 +14,7 @@
 class ZM_API ZmLogListener {
 public:
     /// The time in each line.
-    enum TimeFormat {
+    enum TimeFormat : int {
         TIME_NONE = 0,
         TIME_ELAPSED = 1,        ///< since the listener was made: "00h 01m 02s 345ms"
         TIME_EMPTY = 2,          ///< nothing, as before

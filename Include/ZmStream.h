@@ -6,7 +6,7 @@
 /// as 4294967295. A stream belongs to one thread at a time.
 class ZM_API ZmStream {
 public:
-    enum SeekMode {
+    enum SeekMode : int {
         START = 0,   ///< from the beginning
         END = 1,     ///< relative to the end; the sense of the offset differs, see ZmFile and ZmSubFile
         CURRENT = 2  ///< from the position

@@ -21,7 +21,8 @@ char* NewCache(unsigned int size)
     return cache;
 }
 
-// memcpy() with the sizes of numbers and vectors taken first, two overlapping moves each.
+// The sizes of numbers and vectors are taken first, two overlapping moves each. Unlike memcpy(), std::copy_n() takes
+// null for no bytes.
 void CopyShort(char* res, const char* src, unsigned int size)
 {
     if (size >= 8 && size <= 16) {
@@ -31,7 +32,7 @@ void CopyShort(char* res, const char* src, unsigned int size)
         memcpy(res, &first, 8);
         memcpy(res + size - 8, &last, 8);
     } else {
-        memcpy(res, src, size);
+        std::copy_n(src, size, res);
     }
 }
 
@@ -169,14 +170,14 @@ void ZmCachedFile::ReadAcross(char* out, unsigned int size, unsigned int block)
     }
     m_CacheStart = unsigned(lastBlock);
     Fill();
-    memcpy(out, m_Cache, size_t(end - lastBlock));
+    std::copy_n(m_Cache, size_t(end - lastBlock), out);
     m_Position += size;
 }
 
 void ZmCachedFile::ReadCached(char* out, unsigned int size)
 {
     const unsigned int offset = m_Position - m_CacheStart, cached = std::min(size, m_CacheSize - offset);
-    memcpy(out, m_Cache + offset, cached);
+    std::copy_n(m_Cache + offset, cached, out);
     if (size > cached) {
         // From here on the position has counted the cached bytes twice (see the header): no mistake to be mended.
         Seek(int(m_CacheStart + m_CacheSize), START);
@@ -194,7 +195,7 @@ void ZmCachedFile::ReadOn(char* out, unsigned int size)
     }
     m_CacheStart = ZmFile::Position();
     Fill();
-    memcpy(out, m_Cache, size);
+    std::copy_n(m_Cache, size, out);
 }
 
 int ZmCachedFile::GetString(char* buffer, unsigned int size)
