@@ -17,6 +17,9 @@ extern const Contender kArrays;
 extern const Tasks kFileTasks;
 extern const Contender kFiles;
 
+extern const Tasks kImagingTasks;
+extern const Contender kImaging;
+
 extern const Tasks kFoundationTasks;
 extern const Contender kFoundations;
 

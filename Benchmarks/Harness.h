@@ -27,7 +27,8 @@ struct Task {
     void (*prepare)(Work&);
     int counts[3];   ///< sizes to measure, 0 for none
     double goal[3];  ///< for each size: our time at most so much of the best peer's; 0 for none
-    /// Peers' results may differ by so much of the largest float of a result; 0 for exact copies.
+    /// Peers' results may differ by so much of the largest float of a result; 0 for the same bytes,
+    /// less where peers deliver something else and nothing is compared.
     double tolerance = 1e-4;
     /// Brings a result into the one form that all must agree in, where several are right.
     void (*canonical)(float* result) = nullptr;

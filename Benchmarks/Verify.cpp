@@ -34,6 +34,9 @@ std::vector<float> Results(const Measurement& m)
 
 bool Agree(const float* ours, const float* theirs, int floats, double tolerance)
 {
+    if (tolerance == 0) {
+        return std::memcmp(ours, theirs, size_t(floats) * sizeof(float)) == 0;
+    }
     double largest = 0;
     double difference = 0;
     for (int i = 0; i < floats; ++i) {
@@ -47,6 +50,9 @@ bool Agree(const float* ours, const float* theirs, int floats, double tolerance)
 
 void Verify(const Measurement& m, const std::vector<float>& ours)
 {
+    if (m.task->tolerance < 0) {
+        return;
+    }
     const std::vector<float> theirs = Results(m);
     const int floats = m.task->dstStride / int(sizeof(float));
     for (int element = 0; element < m.Count(); ++element) {

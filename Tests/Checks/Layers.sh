@@ -33,6 +33,7 @@ for source in Sources/*/*.cpp; do
 done
 # Classes whose members are all inline have no source file.
 folder_of[ZmOBB.h]=Math
+folder_of[ZmImageDescEx.h]=Imaging
 folder_of[ZmSphere.h]=Math
 for header in XArray XGUID XHashFun XHashTable XInterop; do
     folder_of[$header.h]=Foundations

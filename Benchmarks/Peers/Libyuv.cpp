@@ -1,0 +1,54 @@
+// Frames by libyuv; memcpy where it has no conversion.
+
+#include "../Pictures.h"
+
+#include <libyuv.h>
+#include <string.h>
+
+#include <vector>
+
+namespace bench {
+namespace {
+
+using Bytes = uint8_t;
+
+template <int (*Function)(const Bytes*, int, Bytes*, int, int, int)>
+void Convert(const Work& w)
+{
+    const int width = WidthOf(w);
+    Function(static_cast<const Bytes*>(w.src), width * w.srcStride / 4, static_cast<Bytes*>(w.dst),
+             width * w.dstStride / 4, width, HeightOf(w));
+}
+
+/// Premultiplies the source and then blends it.
+void AttenuateAndBlend(const Work& w)
+{
+    static std::vector<Bytes> premultiplied;
+    premultiplied.resize(size_t(w.count) * 16);
+    const int width = WidthOf(w), height = HeightOf(w), pitch = width * 4;
+    Bytes* const res = static_cast<Bytes*>(w.dst);
+    libyuv::ARGBAttenuate(static_cast<const Bytes*>(w.src), pitch, premultiplied.data(), pitch, width, height);
+    libyuv::ARGBBlend(premultiplied.data(), pitch, res, pitch, res, pitch, width, height);
+}
+
+void Copy(const Work& w)
+{
+    memcpy(w.dst, w.src, size_t(w.count) * size_t(w.dstStride));
+}
+
+constexpr Entry kEntries[] = {
+    {"Blit/8888to565", Convert<libyuv::ARGBToRGB565>},
+    {"Blit/565to8888", Convert<libyuv::RGB565ToARGB>},
+    {"Blit/ARGBtoABGR", Convert<libyuv::ARGBToABGR>},
+    {"Blit/24to32", Convert<libyuv::RGB24ToARGB>},
+    {"Blit/32to24", Convert<libyuv::ARGBToRGB24>},
+    {"Blit/4444to565", Copy, "memcpy"},
+    {"Blit/Alpha", AttenuateAndBlend},
+};
+
+}  // namespace
+
+extern const Contender kLibyuv;
+constexpr Contender kLibyuv{"libyuv", Role::Peer, kEntries};
+
+}  // namespace bench

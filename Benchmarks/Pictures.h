@@ -1,0 +1,23 @@
+#pragma once
+
+#include "Harness.h"
+
+// What the imaging tasks and their peers agree on. An element is four pixels, so that its bytes are whole floats in
+// all formats. The number of elements says the size; lines lie side by side.
+namespace bench {
+namespace {
+
+constexpr int kPhotoWidth = 640, kPhotoHeight = 427;
+
+inline int WidthOf(const Work& w)
+{
+    return w.count * 4 == kPhotoWidth * kPhotoHeight ? kPhotoWidth : w.count < 100000 ? 320 : 1920;
+}
+
+inline int HeightOf(const Work& w)
+{
+    return w.count * 4 / WidthOf(w);
+}
+
+}  // namespace
+}  // namespace bench

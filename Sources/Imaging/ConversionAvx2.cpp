@@ -1,0 +1,215 @@
+#include "Imaging/ConversionKernels.h"
+
+// Compiled for AVX2; nothing but ConvertPixels() may be visible outside this file.
+
+namespace zm {
+namespace {
+
+/// Whether only whole bytes change their places, and which goes where in a 32-bit pixel.
+bool ByteOrder(const Conversion& conversion, uint8_t (&order)[4])
+{
+    memset(order, 0x80, sizeof(order));
+    bool whole = !conversion.scaled;
+    for (int c = 0; c < 4; ++c) {
+        const ChannelMove& move = conversion.moves[c];
+        if (move.mask != 0) {
+            whole = whole && move.mask == 0xFF && (move.shift | move.place) % 8 == 0;
+            order[move.place / 8] = uint8_t(move.shift / 8);
+        }
+    }
+    return whole;
+}
+
+template <int From, int To>
+void MoveBytes(const Conversion& conversion, const uint8_t (&order)[4], const uint8_t* src, uint8_t* res, int count)
+{
+    uint8_t places[32];
+    for (int i = 0; i < 32; ++i) {
+        // Places outside of the pixel have the high bit set and stay so.
+        places[i] = uint8_t(order[i % 4] + (i / 4 % 4) * 4);
+    }
+    const Avx2Pixels move = Avx2Pixels::Load<4>(places), constant = Avx2Pixels::Splat(conversion.constant);
+    int i = 0;
+    for (; i + 8 <= count; i += 8) {
+        const Avx2Pixels pixels = Avx2Pixels::Load<From>(src + size_t(i) * From).Bytes(move) | constant;
+        pixels.Store<To>(res + size_t(i) * To);
+    }
+    ConvertRow<ScalarPixel, From, To, false>(conversion, src + size_t(i) * From, res + size_t(i) * To, count - i);
+}
+
+/// Two channels in the halves of 32 bits: where they come from, and how they are scaled in 16 bits.
+struct Halves {
+    uint8_t bytes[32];  ///< of each pixel, those of the word that holds the channel
+    uint16_t mask[2], align[2], bias[2], factor[2], place[2];
+};
+
+uint32_t Both(const uint16_t (&of)[2])
+{
+    return of[0] | uint32_t(of[1]) << 16;
+}
+
+/// Narrowing from 8 bits to m + 1: (value + bias) * factor >> 16 is the nearest number for every value.
+constexpr struct {
+    uint16_t bias, factor;
+} kNarrowByte[8] = {{131, 254}, {43, 768}, {18, 1801}, {9, 3840}, {4, 7971}, {2, 16192}, {1, 32640}, {0, 0}};
+
+/// Whether the channel can be scaled so: whole bytes to any width, and others to as many bits or more.
+bool SetHalf(Halves& res, int half, const Channel& from, const Channel& to)
+{
+    const int word = from.shift / 8;
+    const bool missing = from.bits == 0 || to.bits == 0, second = from.shift % 8 + from.bits > 8;
+    for (int pixel = 0; pixel < 8; ++pixel) {
+        uint8_t* const bytes = res.bytes + pixel * 4 + half * 2;
+        bytes[0] = uint8_t(missing ? 0x80 : pixel % 4 * 4 + word);
+        bytes[1] = uint8_t(missing || !second ? 0x80 : bytes[0] + 1);
+    }
+    res.mask[half] = uint16_t(((1u << from.bits) - 1) << from.shift % 8);
+    res.place[half] = uint16_t(1u << to.shift % 16);
+    res.align[half] = 1;
+    res.bias[half] = res.factor[half] = 0;
+    if (missing) {
+        return true;
+    }
+    if (from.bits == 8 && to.bits < 8) {
+        res.bias[half] = kNarrowByte[to.bits - 1].bias;
+        res.factor[half] = kNarrowByte[to.bits - 1].factor;
+        return from.shift % 8 == 0;
+    }
+    // The value moves to the highest bits, and its repetitions are a product.
+    int repeated = 1, bits = from.bits;
+    for (; bits < to.bits; bits += from.bits) {
+        repeated = repeated << from.bits | 1;
+    }
+    res.align[half] = uint16_t(1u << (16 - from.bits - from.shift % 8));
+    res.factor[half] = uint16_t(repeated << (from.bits - (bits - to.bits)));
+    return from.bits <= to.bits;
+}
+
+/// Red and blue, green and alpha.
+bool InHalves(const Conversion& c, Halves (&pairs)[2])
+{
+    const Channel *const from = c.from.channel, *const to = c.to.channel;
+    return SetHalf(pairs[0], 0, from[2], to[2]) && SetHalf(pairs[0], 1, from[0], to[0]) &&
+           SetHalf(pairs[1], 0, from[1], to[1]) && SetHalf(pairs[1], 1, from[kAlpha], to[kAlpha]);
+}
+
+struct HalvesMover {
+    explicit HalvesMover(const Halves& h)
+        : bytes(Avx2Pixels::Load<4>(h.bytes)), mask(Avx2Pixels::Splat(Both(h.mask))),
+          align(Avx2Pixels::Splat(Both(h.align))), bias(Avx2Pixels::Splat(Both(h.bias))),
+          factor(Avx2Pixels::Splat(Both(h.factor))), place(Avx2Pixels::Splat(Both(h.place)))
+    {
+    }
+
+    /// From channels of whole bytes.
+    Avx2Pixels Narrowed(Avx2Pixels pixel) const { return pixel.Bytes(bytes).HalvesPlus(bias).HalvesScaled(factor); }
+    Avx2Pixels Widened(Avx2Pixels pixel) const
+    {
+        return (pixel.Bytes(bytes) & mask).HalvesTimes(align).HalvesScaled(factor);
+    }
+
+    Avx2Pixels bytes, mask, align, bias, factor, place;
+};
+
+bool IsByte(const Channel& c)
+{
+    return c.bits == 0 || (c.bits == 8 && c.shift % 8 == 0);
+}
+
+bool HasBytes(const PixelLayout& layout)
+{
+    const Channel* const c = layout.channel;
+    return IsByte(c[0]) && IsByte(c[1]) && IsByte(c[2]) && IsByte(c[kAlpha]);
+}
+
+bool HasNoByte(const PixelLayout& layout)
+{
+    return layout.channel[0].bits < 8 && layout.channel[1].bits < 8 && layout.channel[2].bits < 8 &&
+           layout.channel[kAlpha].bits < 8;
+}
+
+/// From whole bytes to pixels of at most 16 bits, with channels of less than eight.
+template <int From, int To>
+void NarrowBytes(const Conversion& c, const Halves (&pairs)[2], const uint8_t* src, uint8_t* res, int count)
+{
+    const HalvesMover first(pairs[0]), second(pairs[1]);
+    const Avx2Pixels constant = Avx2Pixels::Splat(c.constant);
+    int i = 0;
+    for (; i + 8 <= count; i += 8, src += 8 * From, res += 8 * To) {
+        const Avx2Pixels pixel = Avx2Pixels::Load<From>(src);
+        const Avx2Pixels colour = first.Narrowed(pixel).HalvesJoined(first.place) |
+                                  second.Narrowed(pixel).HalvesJoined(second.place) | constant;
+        colour.Store<To>(res);
+    }
+    ConvertRow<ScalarPixel, From, To, true>(c, src, res, count - i);
+}
+
+/// To whole bytes from pixels of at most 16 bits.
+template <int From, int To>
+void WidenToBytes(const Conversion& c, const Halves (&pairs)[2], const uint8_t* src, uint8_t* res, int count)
+{
+    // Blue, green, red and alpha lie in this order, each where it is to go.
+    uint8_t order[32];
+    memset(order, 0x80, sizeof(order));
+    const int from[4] = {2, 1, 0, 3};
+    for (int pixel = 0; pixel < 8; ++pixel) {
+        for (int channel = 0; channel < 4; ++channel) {
+            if (c.to.channel[channel].bits != 0) {
+                order[pixel * 4 + c.to.channel[channel].shift / 8] = uint8_t(pixel % 4 * 4 + from[channel]);
+            }
+        }
+    }
+    const HalvesMover first(pairs[0]), second(pairs[1]);
+    const Avx2Pixels constant = Avx2Pixels::Splat(c.constant), places = Avx2Pixels::Load<4>(order);
+    int i = 0;
+    for (; i + 8 <= count; i += 8, src += 8 * From, res += 8 * To) {
+        const Avx2Pixels pixel = Avx2Pixels::Load<From>(src);
+        const Avx2Pixels colour = first.Widened(pixel) | second.Widened(pixel) << 8;
+        const Avx2Pixels placed = colour.Bytes(places) | constant;
+        placed.Store<To>(res);
+    }
+    ConvertRow<ScalarPixel, From, To, true>(c, src, res, count - i);
+}
+
+/// The conversions of one size of pixels to another that have a form of their own.
+bool ConvertInHalves(const Conversion& c, const uint8_t* src, uint8_t* res, int count)
+{
+    Halves pairs[2];
+    const int sizes = c.from.bytes * 10 + c.to.bytes;
+    const bool narrow = HasBytes(c.from) && c.to.bytes <= 2 && HasNoByte(c.to),
+               widen = HasBytes(c.to) && c.from.bytes <= 2;
+    if (!c.scaled || narrow == widen || !InHalves(c, pairs)) {
+        return false;
+    }
+    switch (sizes) {
+    case 42: NarrowBytes<4, 2>(c, pairs, src, res, count); return true;
+    case 32: NarrowBytes<3, 2>(c, pairs, src, res, count); return true;
+    case 41: NarrowBytes<4, 1>(c, pairs, src, res, count); return true;
+    case 24: WidenToBytes<2, 4>(c, pairs, src, res, count); return true;
+    case 23: WidenToBytes<2, 3>(c, pairs, src, res, count); return true;
+    default: return false;
+    }
+}
+
+}  // namespace
+
+namespace avx2 {
+
+void ConvertPixels(const Conversion& conversion, const uint8_t* src, uint8_t* res, int count)
+{
+    uint8_t order[4];
+    const int sizes = conversion.from.bytes * 10 + conversion.to.bytes;
+    const bool bytes = ByteOrder(conversion, order);
+    if (bytes && sizes == 44) {
+        MoveBytes<4, 4>(conversion, order, src, res, count);
+    } else if (bytes && sizes == 43) {
+        MoveBytes<4, 3>(conversion, order, src, res, count);
+    } else if (bytes && sizes == 34) {
+        MoveBytes<3, 4>(conversion, order, src, res, count);
+    } else if (!ConvertInHalves(conversion, src, res, count)) {
+        ConvertBy<Avx2Pixels>(conversion, src, res, count);
+    }
+}
+
+}  // namespace avx2
+}  // namespace zm

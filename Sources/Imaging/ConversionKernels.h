@@ -1,0 +1,93 @@
+#pragma once
+
+#include "Imaging/Conversion.h"
+#include "Imaging/PixelLanes.h"
+
+namespace zm {
+namespace {
+
+/// A channel's move in registers: what is written through bytes might be the conversion itself.
+template <class Pixels>
+struct Mover {
+    explicit Mover(const ChannelMove& m)
+        : shift(m.shift), drop(m.drop), place(m.place), mask(Pixels::Splat(m.mask)),
+          factor(Pixels::Splat(uint32_t(m.factor))), bias(Pixels::Splat(uint32_t(m.bias)))
+    {
+    }
+
+    template <bool Scaled>
+    Pixels Of(Pixels pixel) const
+    {
+        const Pixels value = pixel >> shift & mask;
+        if constexpr (Scaled) {
+            return value.ScaleAdd(factor, bias) >> drop << place;
+        } else {
+            return value << place;
+        }
+    }
+
+    int shift, drop, place;
+    Pixels mask, factor, bias;
+};
+
+/// Returns how many pixels it has done: whole registers.
+template <class Pixels, int From, int To, bool Scaled>
+inline int ConvertRegisters(const Conversion& conversion, const uint8_t* src, uint8_t* res, int count)
+{
+    const Mover<Pixels> red(conversion.moves[0]), green(conversion.moves[1]), blue(conversion.moves[2]),
+        alpha(conversion.moves[kAlpha]);
+    const Pixels constant = Pixels::Splat(conversion.constant);
+    int i = 0;
+    for (; i + Pixels::kCount <= count; i += Pixels::kCount, src += Pixels::kCount * From, res += Pixels::kCount * To) {
+        const Pixels pixel = Pixels::template Load<From>(src);
+        const Pixels colour = red.template Of<Scaled>(pixel) | green.template Of<Scaled>(pixel) |
+                              blue.template Of<Scaled>(pixel) | alpha.template Of<Scaled>(pixel) | constant;
+        colour.template Store<To>(res);
+    }
+    return i;
+}
+
+template <class Pixels, int From, int To, bool Scaled>
+inline void ConvertRow(const Conversion& conversion, const uint8_t* src, uint8_t* res, int count)
+{
+    const int done = ConvertRegisters<Pixels, From, To, Scaled>(conversion, src, res, count);
+    if constexpr (Pixels::kCount > 1) {
+        ConvertRegisters<ScalarPixel, From, To, Scaled>(conversion, src + size_t(done) * From, res + size_t(done) * To,
+                                                        count - done);
+    }
+}
+
+template <class Pixels, int From, int To>
+inline void ConvertSizes(const Conversion& conversion, const uint8_t* src, uint8_t* res, int count)
+{
+    if (conversion.scaled) {
+        ConvertRow<Pixels, From, To, true>(conversion, src, res, count);
+    } else {
+        ConvertRow<Pixels, From, To, false>(conversion, src, res, count);
+    }
+}
+
+template <class Pixels, int From>
+inline void ConvertFrom(const Conversion& conversion, const uint8_t* src, uint8_t* res, int count)
+{
+    switch (conversion.to.bytes) {
+    case 1: ConvertSizes<Pixels, From, 1>(conversion, src, res, count); break;
+    case 2: ConvertSizes<Pixels, From, 2>(conversion, src, res, count); break;
+    case 3: ConvertSizes<Pixels, From, 3>(conversion, src, res, count); break;
+    default: ConvertSizes<Pixels, From, 4>(conversion, src, res, count); break;
+    }
+}
+
+template <class Pixels>
+inline void ConvertBy(const Conversion& conversion, const uint8_t* src, uint8_t* res, int count)
+{
+    switch (conversion.from.bytes) {
+    case 1: ConvertFrom<Pixels, 1>(conversion, src, res, count); break;
+    case 2: ConvertFrom<Pixels, 2>(conversion, src, res, count); break;
+    case 3: ConvertFrom<Pixels, 3>(conversion, src, res, count); break;
+    default: ConvertFrom<Pixels, 4>(conversion, src, res, count); break;
+    }
+}
+
+}  // namespace
+}  // namespace zm

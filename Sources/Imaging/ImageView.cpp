@@ -1,0 +1,96 @@
+#include "Imaging/ImageView.h"
+
+#include "ZmPixelFormat.h"
+
+namespace zm {
+namespace {
+
+/// One run of at most 16 bits.
+bool ReadMask(Channel& res, uint32_t mask)
+{
+    res.shift = int(GetBitShift(mask));
+    res.bits = int(GetBitCount(mask));
+    return res.bits <= 16 && mask == ((1u << res.bits) - 1) << res.shift;
+}
+
+bool ReadLayout(PixelLayout& res, const ZmImageDescEx& desc)
+{
+    const uint32_t masks[4] = {desc.RedMask, desc.GreenMask, desc.BlueMask, desc.AlphaMask};
+    const uint32_t pixel = ~0u >> (32 - desc.BitsPerPixel);
+    uint32_t used = 0;
+    for (int c = 0; c < 4; ++c) {
+        if (!ReadMask(res.channel[c], masks[c]) || (masks[c] & (used | ~pixel)) != 0) {
+            return false;
+        }
+        used |= masks[c];
+    }
+    res.bytes = desc.BitsPerPixel / 8;
+    return used != 0;
+}
+
+bool ReadMasked(ImageView& res, const ZmImageDescEx& desc)
+{
+    const int bits = desc.BitsPerPixel;
+    res.kind = PixelKind::Masked;
+    res.bits = bits;
+    return (bits == 8 || bits == 16 || bits == 24 || bits == 32) && ReadLayout(res.layout, desc);
+}
+
+bool ReadIndexed(ImageView& res, const ZmImageDescEx& desc)
+{
+    res.kind = PixelKind::Indexed;
+    res.bits = desc.BitsPerPixel;
+    res.palette = desc.Palette;
+    res.entrySize = desc.PaletteEntrySize;
+    res.entries = desc.PaletteCount;
+    return (res.bits == 4 || res.bits == 8) && res.palette != nullptr && res.entrySize >= 3;
+}
+
+bool ReadPixels(ImageView& res, const ZmImageDescEx& desc)
+{
+    const uint32_t format = ZmImageDesc2PixelFormat(desc);
+    if (desc.PaletteCount != 0) {
+        return ReadIndexed(res, desc);
+    }
+    if (format < ZM_PF_DXT1 || format > ZM_PF_DXT5) {
+        return ReadMasked(res, desc);
+    }
+    res.kind = PixelKind::Compressed;
+    res.bits = 0;
+    res.format = format;
+    return true;
+}
+
+int64_t BytesOfLine(const ImageView& image)
+{
+    if (image.kind == PixelKind::Compressed) {
+        return (int64_t(image.width) + 3) / 4 * (image.format == ZM_PF_DXT1 ? 8 : 16);
+    }
+    return (int64_t(image.width) * image.bits + 7) / 8;
+}
+
+}  // namespace
+
+bool View(ImageView& res, const ZmImageDescEx& desc)
+{
+    if (desc.Pixels == nullptr || desc.Width <= 0 || desc.Height <= 0) {
+        return false;
+    }
+    res = {};
+    res.width = desc.Width;
+    res.height = desc.Height;
+    res.pixels = desc.Pixels;
+    res.pitch = desc.BytesPerLine;
+    const int64_t pitch = desc.BytesPerLine, distance = pitch < 0 ? -pitch : pitch;
+    return ReadPixels(res, desc) && distance >= BytesOfLine(res) && distance <= PTRDIFF_MAX / desc.Height;
+}
+
+ImageView UpsideDown(const ImageView& image)
+{
+    ImageView res = image;
+    res.pixels = image.Line(image.height - 1);
+    res.pitch = -image.pitch;
+    return res;
+}
+
+}  // namespace zm

@@ -1,0 +1,269 @@
+#include "ZmBlit.h"
+
+#include "Imaging/Compose.h"
+#include "Imaging/Conversion.h"
+#include "Imaging/Dxt.h"
+#include "Imaging/PaletteQuantizer.h"
+#include "XMemory.h"
+#include "ZmPixelFormat.h"
+#include "ZmQuantization.h"
+
+#include <limits.h>
+#include <string.h>
+
+#include <memory>
+
+namespace {
+
+using namespace zm;
+
+struct FreeBlock {
+    void operator()(uint8_t* block) const { DeleteBlock(block); }
+};
+using Block = std::unique_ptr<uint8_t, FreeBlock>;
+
+Block Allocate(int64_t bytes)
+{
+    return Block(static_cast<uint8_t*>(NewBlock(uint64_t(bytes))));
+}
+
+bool IsDense(const ImageView& image)
+{
+    return image.pitch == ptrdiff_t(image.width) * image.layout.bytes;
+}
+
+/// From images with masks.
+void CopyMasked(const ImageView& src, const ImageView& dst)
+{
+    const Conversion conversion = Convert(src.layout, dst.layout);
+    const int64_t count = int64_t(dst.width) * dst.height;
+    if (IsDense(src) && IsDense(dst) && count <= INT_MAX) {
+        ConvertPixels(conversion, src.pixels, dst.pixels, int(count));
+        return;
+    }
+    for (int y = 0; y < dst.height; ++y) {
+        ConvertPixels(conversion, src.Line(y), dst.Line(y), dst.width);
+    }
+}
+
+/// All that an index can be; opaque black beyond the colour map.
+void ReadPalette(uint32_t (&res)[256], const ImageView& image)
+{
+    for (int i = 0; i < 256; ++i) {
+        const uint8_t* const entry = image.palette + ptrdiff_t(i) * image.entrySize;
+        res[i] = 0xFF000000;
+        if (i < image.entries) {
+            const uint32_t alpha = image.entrySize >= 4 ? entry[3] : 255;
+            res[i] = alpha << 24 | uint32_t(entry[2] << 16 | entry[1] << 8 | entry[0]);
+        }
+    }
+}
+
+int IndexAt(const uint8_t* line, int x, int bits)
+{
+    return bits == 8 ? line[x] : line[x / 2] >> (x % 2 == 0 ? 4 : 0) & 15;
+}
+
+template <int Bytes>
+void LookUp(const ImageView& src, const ImageView& dst, const uint8_t* colours)
+{
+    for (int y = 0; y < dst.height; ++y) {
+        const uint8_t* const from = src.Line(y);
+        uint8_t* to = dst.Line(y);
+        for (int x = 0; x < dst.width; ++x, to += Bytes) {
+            memcpy(to, colours + IndexAt(from, x, src.bits) * Bytes, Bytes);
+        }
+    }
+}
+
+/// The colour map is converted, and then only copied.
+void CopyIndexed(const ImageView& src, const ImageView& dst)
+{
+    uint32_t palette[256];
+    uint8_t colours[256 * 4];
+    ReadPalette(palette, src);
+    ConvertPixels(Convert(kArgb, dst.layout), reinterpret_cast<const uint8_t*>(palette), colours, 256);
+    switch (dst.layout.bytes) {
+    case 1: LookUp<1>(src, dst, colours); break;
+    case 2: LookUp<2>(src, dst, colours); break;
+    case 3: LookUp<3>(src, dst, colours); break;
+    default: LookUp<4>(src, dst, colours); break;
+    }
+}
+
+int Least(int a, int b)
+{
+    return a < b ? a : b;
+}
+
+void CopyCompressed(const ImageView& src, const ImageView& dst)
+{
+    const Conversion conversion = Convert(kArgb, dst.layout);
+    const int bytes = dst.layout.bytes, blockBytes = src.format == ZM_PF_DXT1 ? 8 : 16;
+    for (int y = 0; y < dst.height; y += 4) {
+        const uint8_t* block = src.Line(y / 4);
+        for (int x = 0; x < dst.width; x += 4, block += blockBytes) {
+            uint32_t pixels[16];
+            uint8_t converted[16 * 4];
+            DecodeBlock(pixels, block, src.format);
+            ConvertPixels(conversion, reinterpret_cast<const uint8_t*>(pixels), converted, 16);
+            const int width = Least(4, dst.width - x), height = Least(4, dst.height - y);
+            for (int line = 0; line < height; ++line) {
+                memcpy(dst.Line(y + line) + ptrdiff_t(x) * bytes, converted + line * 4 * bytes,
+                       size_t(width) * size_t(bytes));
+            }
+        }
+    }
+}
+
+/// To an image with masks.
+void Copy(const ImageView& src, const ImageView& dst)
+{
+    switch (src.kind) {
+    case PixelKind::Masked: CopyMasked(src, dst); break;
+    case PixelKind::Indexed: CopyIndexed(src, dst); break;
+    case PixelKind::Compressed: CopyCompressed(src, dst); break;
+    }
+}
+
+/// An image with masks in a block of memory, line after line.
+ImageView Packed(uint8_t* block, int width, int height, const PixelLayout& layout)
+{
+    ImageView res = {};
+    res.width = width;
+    res.height = height;
+    res.pixels = block;
+    res.pitch = ptrdiff_t(width) * layout.bytes;
+    res.layout = layout;
+    return res;
+}
+
+void WritePalette(const ImageView& dst, const Palette& palette)
+{
+    for (int i = 0; i < kPaletteSize; ++i) {
+        uint8_t* const entry = dst.palette + ptrdiff_t(i) * dst.entrySize;
+        entry[0] = palette.colour[i][2];
+        entry[1] = palette.colour[i][1];
+        entry[2] = palette.colour[i][0];
+        if (dst.entrySize >= 4) {
+            entry[3] = 255;
+        }
+    }
+}
+
+bool Quantize(const ImageView& src, const ImageView& dst)
+{
+    if (src.kind != PixelKind::Masked || src.bits < 24 || dst.bits != 8 || dst.entries != kPaletteSize) {
+        return false;
+    }
+    // Red first: the order of the components decides between entries that are equally near.
+    const PixelLayout layout = {3, {{0, 8}, {8, 8}, {16, 8}, {0, 0}}};
+    const int64_t length = int64_t(src.width) * src.height * 3;
+    const Block block = Allocate(length);
+    if (block == nullptr) {
+        return false;
+    }
+    const ImageView picture = Packed(block.get(), src.width, src.height, layout);
+    Copy(src, picture);
+    Palette palette;
+    LearnPalette(palette, {block.get(), length}, GetQuantizationSamplingFactor());
+    WritePalette(dst, palette);
+    PaletteIndex index;
+    BuildPaletteIndex(index, palette);
+    for (int y = 0; y < dst.height; ++y) {
+        MapToPalette(index, picture.Line(y), dst.Line(y), dst.width);
+    }
+    return true;
+}
+
+bool Blit(const ImageView& src, const ImageView& dst)
+{
+    if (dst.kind == PixelKind::Indexed) {
+        return Quantize(src, dst);
+    }
+    Copy(src, dst);
+    return true;
+}
+
+/// Both views, when the images can be blitted.
+bool ViewPair(ImageView& from, ImageView& to, const ZmImageDescEx& src, const ZmImageDescEx& dst)
+{
+    return View(from, src) && View(to, dst) && from.width == to.width && from.height == to.height &&
+           to.kind != PixelKind::Compressed;
+}
+
+bool HasAlpha(const ImageView& image)
+{
+    return image.kind == PixelKind::Masked ? image.layout.channel[kAlpha].bits != 0
+                                           : image.kind == PixelKind::Compressed || image.entrySize >= 4;
+}
+
+bool IsArgb(const ImageView& image)
+{
+    return image.kind == PixelKind::Masked && memcmp(&image.layout, &kArgb, sizeof(kArgb)) == 0;
+}
+
+/// Some lines of an image, from one that begins a row of blocks.
+ImageView Band(const ImageView& image, int y, int height)
+{
+    ImageView res = image;
+    res.pixels = image.Line(image.kind == PixelKind::Compressed ? y / 4 : y);
+    res.height = Least(height, image.height - y);
+    return res;
+}
+
+/// The image itself where it is ARGB8888, else a copy of it in the block.
+ImageView AsArgb(const ImageView& image, uint8_t* block)
+{
+    if (IsArgb(image)) {
+        return image;
+    }
+    const ImageView copy = Packed(block, image.width, image.height, kArgb);
+    Copy(image, copy);
+    return copy;
+}
+
+bool Compose(const ImageView& src, const ImageView& dst)
+{
+    const int height = src.kind == PixelKind::Compressed ? 4 : 1;
+    const int64_t bytes = int64_t(src.width) * 4 * height;
+    const Block block = Allocate(2 * bytes);
+    if (block == nullptr) {
+        return false;
+    }
+    for (int y = 0; y < dst.height; y += height) {
+        const ImageView to = Band(dst, y, height);
+        const ImageView over = AsArgb(Band(src, y, height), block.get());
+        const ImageView under = AsArgb(to, block.get() + bytes);
+        for (int line = 0; line < to.height; ++line) {
+            ComposeOver(under.Line(line), over.Line(line), to.width);
+        }
+        if (!IsArgb(to)) {
+            Copy(under, to);
+        }
+    }
+    return true;
+}
+
+}  // namespace
+
+int ZmDoBlit(const ZmImageDescEx& src, const ZmImageDescEx& dst)
+{
+    ImageView from, to;
+    return ViewPair(from, to, src, dst) && Blit(from, to);
+}
+
+int ZmDoBlitUpsideDown(const ZmImageDescEx& src, const ZmImageDescEx& dst)
+{
+    ImageView from, to;
+    return ViewPair(from, to, src, dst) && Blit(from, UpsideDown(to));
+}
+
+int ZmDoAlphaBlit(const ZmImageDescEx& src, const ZmImageDescEx& dst)
+{
+    ImageView from, to;
+    if (!ViewPair(from, to, src, dst) || to.kind == PixelKind::Indexed) {
+        return 0;
+    }
+    return HasAlpha(from) ? Compose(from, to) : Blit(from, to);
+}

@@ -1,0 +1,404 @@
+#include "Imaging/TestImage.h"
+#include "Support/Paths.h"
+
+#include <limits.h>
+
+#include <algorithm>
+#include <functional>
+
+namespace {
+
+const uint32_t kWithMasks[] = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18, 24, 25, 26, 27};
+
+int DifferentPixels(const TestImage& src, const TestImage& dst)
+{
+    int res = 0;
+    for (int y = 0; y < src.desc.Height; ++y) {
+        for (int x = 0; x < src.desc.Width; ++x) {
+            res += dst.Get(x, y) != Converted(src.desc, src.Get(x, y), dst.desc);
+        }
+    }
+    return res;
+}
+
+TEST(BlitTest, EveryPairOfFormatsAgreesWithTheReference)
+{
+    OnEachPath(1, [](Random& random) {
+        for (const uint32_t from : kWithMasks) {
+            for (const uint32_t to : kWithMasks) {
+                SCOPED_TRACE(testing::Message() << from << " to " << to);
+                const int width = random.Int(1, 40), padding = random.Int(0, 7);
+                TestImage src(from, width, 3, padding, from % 3 == 0), dst(to, width, 3, 7 - padding, to % 3 == 1);
+                src.Fill(random);
+                ASSERT_EQ(ZmDoBlit(src.desc, dst.desc), 1);
+                EXPECT_EQ(DifferentPixels(src, dst), 0);
+                EXPECT_TRUE(dst.MarginsUntouched());
+            }
+        }
+    });
+}
+
+TEST(BlitTest, AllPixelsOf16BitsConvert)
+{
+    OnEachPath(1, [](Random&) {
+        for (const uint32_t from : {4u, 7u, 26u}) {
+            TestImage src(from, 256, 256);
+            for (int i = 0; i < 65536; ++i) {
+                src.Put(i % 256, i / 256, uint32_t(i));
+            }
+            for (const uint32_t to : {1u, 4u, 8u, 17u, 25u}) {
+                TestImage dst(to, 256, 256);
+                ASSERT_EQ(ZmDoBlit(src.desc, dst.desc), 1);
+                EXPECT_EQ(DifferentPixels(src, dst), 0) << from << " to " << to;
+            }
+        }
+    });
+}
+
+TEST(BlitTest, ChannelsOfAllWidthsConvert)
+{
+    OnEachPath(1, [](Random&) {
+        for (int from = 1; from <= 16; ++from) {
+            TestImage src(1, 1 << (from < 10 ? from : 10), 1);
+            ZmImageDescEx& desc = src.desc;
+            desc.RedMask = ((1u << from) - 1) << (32 - from);
+            desc.GreenMask = desc.BlueMask = desc.AlphaMask = 0;
+            for (int x = 0; x < desc.Width; ++x) {
+                src.Put(x, 0, uint32_t(x) << (32 - from) | uint32_t(x) << 21);
+            }
+            for (int to = 1; to <= 16; ++to) {
+                TestImage dst(1, desc.Width, 1);
+                dst.desc.RedMask = ((1u << to) - 1) << 3;
+                dst.desc.GreenMask = dst.desc.BlueMask = 0;
+                ASSERT_EQ(ZmDoBlit(desc, dst.desc), 1);
+                EXPECT_EQ(DifferentPixels(src, dst), 0) << from << " to " << to;
+            }
+        }
+    });
+}
+
+/// Channels of any width in any order and with gaps between them.
+void SetRandomMasks(ZmImageDescEx& desc, Random& random)
+{
+    uint32_t* const masks[] = {&desc.RedMask, &desc.GreenMask, &desc.BlueMask, &desc.AlphaMask};
+    const int turn = random.Int(0, 3), least = random.Int(0, 1) * 4;
+    int place = 0;
+    for (int i = 0; i < 4; ++i) {
+        const int gap = random.Int(0, 9) ? 0 : 1, left = desc.BitsPerPixel - place - gap;
+        const int bits = std::max(0, std::min({random.Int(least, 8), left}));
+        *masks[(i + turn) % 4] = bits ? ((1u << bits) - 1) << (place + gap) : 0;
+        place += bits ? gap + bits : 0;
+    }
+}
+
+TEST(BlitTest, AnyMasksConvert)
+{
+    OnEachPath(3000, [](Random& random) {
+        const uint32_t formats[] = {8, 4, 3, 1};
+        TestImage src(formats[random.Int(0, 3)], 19, 2), dst(formats[random.Int(0, 3)], 19, 2, random.Int(0, 1) * 4);
+        // Whole bytes, as the formats have them, take ways of their own.
+        const int keep = random.Int(0, 2);
+        if (keep != 0) {
+            SetRandomMasks(src.desc, random);
+        }
+        if (keep != 1) {
+            SetRandomMasks(dst.desc, random);
+        }
+        src.Fill(random);
+        const auto any = [](const ZmImageDescEx& d) { return d.RedMask | d.GreenMask | d.BlueMask | d.AlphaMask; };
+        ASSERT_EQ(ZmDoBlit(src.desc, dst.desc), any(src.desc) && any(dst.desc));
+        if (any(src.desc) && any(dst.desc)) {
+            ASSERT_EQ(DifferentPixels(src, dst), 0);
+        }
+        EXPECT_TRUE(dst.MarginsUntouched());
+    });
+}
+
+TEST(BlitTest, LinesAreReversedUpsideDown)
+{
+    OnEachPath(20, [](Random& random) {
+        const int width = random.Int(1, 30), height = random.Int(1, 9);
+        TestImage src(1, width, height), straight(4, width, height), reversed(4, width, height, 3, true);
+        src.Fill(random);
+        ASSERT_EQ(ZmDoBlit(src.desc, straight.desc), 1);
+        ASSERT_EQ(ZmDoBlitUpsideDown(src.desc, reversed.desc), 1);
+        for (int y = 0; y < height; ++y) {
+            EXPECT_EQ(memcmp(straight.Line(y), reversed.Line(height - 1 - y), size_t(width) * 2), 0);
+        }
+        EXPECT_TRUE(reversed.MarginsUntouched());
+    });
+}
+
+TEST(BlitTest, IndicesAreLookedUp)
+{
+    const struct {
+        uint32_t format;
+        int entries, entrySize;
+    } rows[] = {{28, 256, 3}, {28, 256, 4}, {29, 100, 6}, {30, 16, 4}, {31, 7, 3}, {28, 65535, 4}};
+    OnEachPath(1, [&](Random& random) {
+        for (const auto& row : rows) {
+            SCOPED_TRACE(testing::Message() << row.format << ", " << row.entries << " of " << row.entrySize);
+            TestImage src(row.format, 61, 4);
+            src.Fill(random);
+            src.SetPalette(row.entries, row.entrySize);
+            for (uint8_t& byte : src.palette) {
+                byte = uint8_t(random.Bits());
+            }
+            for (const uint32_t to : {1u, 4u, 8u, 14u}) {
+                TestImage argb(1, 1, 1), dst(to, 61, 4);
+                ASSERT_EQ(ZmDoBlit(src.desc, dst.desc), 1);
+                for (int i = 0; i < 61 * 4; ++i) {
+                    const int x = i % 61, y = i / 61;
+                    const int pair = src.Line(y)[row.format < 30 ? x : x / 2];
+                    const int index = row.format < 30 ? pair : x % 2 ? pair % 16 : pair / 16;
+                    uint8_t entry[4] = {0, 0, 0, 255};
+                    if (index < row.entries) {
+                        memcpy(entry, &src.palette[size_t(index * row.entrySize)], row.entrySize > 3 ? 4 : 3);
+                    }
+                    uint32_t colour;
+                    memcpy(&colour, entry, 4);
+                    ASSERT_EQ(dst.Get(x, y), Converted(argb.desc, colour, dst.desc)) << x << ", " << y;
+                }
+                EXPECT_TRUE(dst.MarginsUntouched());
+            }
+        }
+    });
+}
+
+/// One pixel of a block in doubles.
+uint32_t Decoded(const uint8_t* block, uint32_t format, int i)
+{
+    const uint8_t* const colours = block + (format == ZM_PF_DXT1 ? 0 : 8);
+    const int end[2] = {colours[0] + 256 * colours[1], colours[2] + 256 * colours[3]};
+    const int choice = colours[4 + i / 4] >> (i % 4 * 2) & 3;
+    const bool three = format == ZM_PF_DXT1 && end[0] <= end[1];
+    const double shares[2][4] = {{0, 1, 1 / 3.0, 2 / 3.0}, {0, 1, 0.5, 0}};
+    const double share = shares[three][choice];
+    double alpha = three && choice == 3 ? 0 : 255;
+    if (format == ZM_PF_DXT2 || format == ZM_PF_DXT3) {
+        alpha = (block[i / 2] >> (i % 2 * 4) & 15) * 17;
+    } else if (format >= ZM_PF_DXT4) {
+        uint64_t bits = 0;
+        memcpy(&bits, block, 8);
+        const int a = block[0], b = block[1], way = int(bits >> (16 + 3 * i) & 7);
+        const double steps = a > b ? 7 : 5;
+        alpha = way < 2 ? block[way] : way - 1 < steps ? a + (b - a) * (way - 1) / steps : (way == 7) * 255;
+    }
+    uint32_t res = uint32_t(floor(alpha + 0.5)) << 24;
+    const int shifts[3] = {11, 5, 0}, bits[3] = {5, 6, 5};
+    for (int c = 0; c < 3 && !(three && choice == 3); ++c) {
+        double ends[2];
+        for (int e = 0; e < 2; ++e) {
+            ends[e] = Rescaled(uint32_t(end[e] >> shifts[c]) & ((1u << bits[c]) - 1), bits[c], 8);
+        }
+        res |= uint32_t(floor(ends[0] + (ends[1] - ends[0]) * share + 0.5 + 1e-9)) << (16 - 8 * c);
+    }
+    return res;
+}
+
+TEST(BlitTest, CompressedBlocksAreDecodedAndCut)
+{
+    OnEachPath(12, [](Random& random) {
+        for (uint32_t format = ZM_PF_DXT1; format <= ZM_PF_DXT5; ++format) {
+            const int width = random.Int(1, 13), height = random.Int(1, 9);
+            SCOPED_TRACE(testing::Message() << format << ": " << width << " x " << height);
+            TestImage src(format, width, height, 3, random.Int(0, 1) == 1), argb(1, width, height),
+                rgb(4, width, height);
+            src.Fill(random);
+            ASSERT_EQ(ZmDoBlit(src.desc, argb.desc), 1);
+            ASSERT_EQ(ZmDoBlit(src.desc, rgb.desc), 1);
+            for (int i = 0; i < width * height; ++i) {
+                const int x = i % width, y = i / width;
+                const uint8_t* const block = src.Line(y / 4) + x / 4 * (format == ZM_PF_DXT1 ? 8 : 16);
+                ASSERT_EQ(argb.Get(x, y), Decoded(block, format, y % 4 * 4 + x % 4)) << x << ", " << y;
+            }
+            EXPECT_EQ(DifferentPixels(argb, rgb), 0);
+            EXPECT_TRUE(argb.MarginsUntouched() && rgb.MarginsUntouched());
+        }
+    });
+}
+
+struct SilentErrors {
+    SilentErrors() { testing::internal::CaptureStderr(); }
+    ~SilentErrors() { testing::internal::GetCapturedStderr(); }
+};
+
+void FillSoftly(TestImage& image)
+{
+    for (int i = 0; i < image.desc.Width * image.desc.Height; ++i) {
+        const int x = i % image.desc.Width, y = i / image.desc.Width;
+        image.Put(x, y, uint32_t((x * 5 & 255) << 16 | (y * 6 & 255) << 8 | ((x + y) * 3 & 255)));
+    }
+}
+
+TEST(BlitTest, PalettesAreMadeOfTrueColoursWhateverTheMasks)
+{
+    const SilentErrors silent;
+    SetQuantizationSamplingFactor(1);
+    TestImage rgb(3, 50, 40), first(28, 50, 40);
+    FillSoftly(rgb);
+    first.SetPalette(256, 3);
+    ASSERT_EQ(ZmDoBlit(rgb.desc, first.desc), 1);
+    int sum = 0;
+    for (int i = 0; i < 50 * 40; ++i) {
+        const uint32_t pixel = rgb.Get(i % 50, i / 50);
+        const uint8_t* const chosen = &first.palette[first.Line(i / 50)[i % 50] * 3u];
+        const auto distance = [&](const uint8_t* bgr) {
+            return abs(bgr[0] - int(pixel & 255)) + abs(bgr[1] - int(pixel >> 8 & 255)) +
+                   abs(bgr[2] - int(pixel >> 16));
+        };
+        int least = 1000;
+        for (int entry = 0; entry < 256; ++entry) {
+            least = std::min(least, distance(&first.palette[size_t(entry) * 3]));
+        }
+        ASSERT_EQ(distance(chosen), least) << i;
+        sum += least;
+    }
+    EXPECT_LT(sum, 50 * 40 * 24);
+    for (const uint32_t format : {1u, 11u, 12u, 14u}) {
+        TestImage other(format, 50, 40), indexed(29, 50, 40, 0, true);
+        ASSERT_EQ(ZmDoBlit(rgb.desc, other.desc), 1);
+        indexed.SetPalette(256, 5);
+        ASSERT_EQ(ZmDoBlitUpsideDown(other.desc, indexed.desc), 1);
+        for (size_t i = 0; i < 256; ++i) {
+            EXPECT_EQ(memcmp(&indexed.palette[i * 5], &first.palette[i * 3], 3), 0);
+            EXPECT_TRUE(indexed.palette[i * 5 + 3] == 255 && indexed.palette[i * 5 + 4] == 0xA5);
+        }
+        for (int y = 0; y < 40; ++y) {
+            EXPECT_EQ(memcmp(indexed.Line(39 - y), first.Line(y), 50), 0);
+        }
+        EXPECT_TRUE(indexed.MarginsUntouched());
+    }
+    SetQuantizationSamplingFactor(15);
+}
+
+TEST(BlitTest, TheSamplingFactorIsHandedOn)
+{
+    TestImage rgb(3, 10, 5), indexed(28, 10, 5);
+    FillSoftly(rgb);
+    indexed.SetPalette(256, 3);
+    const struct {
+        int factor;
+        const char* lastAlpha;
+    } rows[] = {{1, "0.19"}, {0, "0.19"}, {-3, "0.19"}, {51, "1.000000"}};
+    for (const auto& row : rows) {
+        SetQuantizationSamplingFactor(row.factor);
+        testing::internal::CaptureStderr();
+        EXPECT_EQ(ZmDoBlit(rgb.desc, indexed.desc), 1);
+        const std::string messages = testing::internal::GetCapturedStderr();
+        EXPECT_NE(messages.find(std::string("final alpha=") + row.lastAlpha), std::string::npos) << messages;
+    }
+    SetQuantizationSamplingFactor(15);
+}
+
+using Change = std::function<void(ZmImageDescEx& src, ZmImageDescEx& dst)>;
+const struct {
+    const char* name;
+    uint32_t to;
+    Change change;
+} kRefused[] = {
+    {"no source pixels", 4, [](auto& src, auto&) { src.Pixels = nullptr; }},
+    {"no destination pixels", 4, [](auto&, auto& dst) { dst.Pixels = nullptr; }},
+    {"no width", 4, [](auto& src, auto& dst) { src.Width = dst.Width = 0; }},
+    {"negative height", 4, [](auto& src, auto& dst) { src.Height = dst.Height = -1; }},
+    {"different widths", 4, [](auto&, auto& dst) { --dst.Width; }},
+    {"different heights", 4, [](auto& src, auto&) { --src.Height; }},
+    {"a pitch below the line", 4, [](auto& src, auto&) { src.BytesPerLine = 4 * 9 - 1; }},
+    {"a negative one", 4, [](auto&, auto& dst) { dst.BytesPerLine = -(2 * 9 - 1); }},
+    {"no pitch", 4, [](auto&, auto& dst) { dst.BytesPerLine = 0; }},
+    {"a width that overflows", 4, [](auto& src, auto& dst) { src.Width = dst.Width = INT_MAX; }},
+    {"overlapping masks", 4, [](auto& src, auto&) { src.GreenMask |= 1; }},
+    {"a mask with a gap", 4, [](auto&, auto& dst) { dst.RedMask = 0xA000; }},
+    {"a mask beyond the pixel", 4, [](auto&, auto& dst) { dst.AlphaMask = 0x10000; }},
+    {"a mask of 17 bits", 4, [](auto& src, auto&) { src.RedMask = 0x1FFFF00, src.GreenMask = src.AlphaMask = 0; }},
+    {"no masks", 4, [](auto&, auto& dst) { dst.RedMask = dst.GreenMask = dst.BlueMask = 0; }},
+    {"a strange depth", 4, [](auto& src, auto&) { src.BitsPerPixel = 31; }},
+    {"a depth of zero", 4, [](auto&, auto& dst) { dst.BitsPerPixel = 0; }},
+    {"a huge depth", 4, [](auto&, auto& dst) { dst.BitsPerPixel = 0x10010; }},
+    {"a compressed destination", 19, [](auto&, auto& dst) { dst.BytesPerLine = 100; }},
+    {"16 entries", 28, [](auto&, auto& dst) { dst.PaletteCount = 16; }},
+    {"257 entries", 28, [](auto&, auto& dst) { dst.PaletteCount = 257; }},
+    {"entries of two bytes", 28, [](auto&, auto& dst) { dst.PaletteEntrySize = 2; }},
+    {"no colour map", 28, [](auto&, auto& dst) { dst.Palette = nullptr; }},
+    {"indices of four bits", 30, [](auto&, auto&) {}},
+    {"a palette from 16 bits", 28, [](auto& src, auto&) { ZmPixelFormat2ImageDesc(ZM_PF_16_RGB565, src); }},
+    {"a palette from indices", 28,
+     [](auto& src, auto& dst) {
+         ZmPixelFormat2ImageDesc(ZM_PF_INDEXED8, src);
+         src.Palette = dst.Palette, src.PaletteCount = 256, src.PaletteEntrySize = 4;
+     }},
+};
+
+TEST(BlitTest, DescriptorsWithoutSenseGiveZeroAndNothingIsWritten)
+{
+    for (const auto& row : kRefused) {
+        for (auto* function : {ZmDoBlit, ZmDoBlitUpsideDown, ZmDoAlphaBlit}) {
+            SCOPED_TRACE(row.name);
+            TestImage src(1, 9, 5), dst(row.to, 9, 5);
+            if (row.to >= ZM_PF_INDEXED8) {
+                dst.SetPalette(256, 4);
+            }
+            const std::vector<uint8_t> palette = dst.palette;
+            row.change(src.desc, dst.desc);
+            EXPECT_EQ(function(src.desc, dst.desc), 0);
+            EXPECT_TRUE(dst.Untouched() && dst.palette == palette);
+        }
+    }
+    TestImage src(1, 9, 5), dst(28, 9, 5);
+    dst.SetPalette(256, 4);
+    EXPECT_EQ(ZmDoAlphaBlit(src.desc, dst.desc), 0);
+}
+
+uint32_t Composed(uint32_t over, uint32_t under)
+{
+    const double a = (over >> 24) / 255.0, b = (under >> 24) / 255.0 * (1 - a), sum = a + b;
+    if (sum == 0) {
+        return under;
+    }
+    uint32_t res = uint32_t(floor(sum * 255 + 0.5)) << 24;
+    for (int shift = 0; shift < 24; shift += 8) {
+        const double colour = ((over >> shift & 255) * a + (under >> shift & 255) * b) / sum;
+        res |= uint32_t(floor(colour + 0.5 + 1e-9)) << shift;
+    }
+    return res;
+}
+
+TEST(BlitTest, SourcesAreComposedByTheirAlpha)
+{
+    OnEachPath(1, [](Random& random) {
+        for (const uint32_t from : {1u, 7u, 11u}) {
+            for (const uint32_t to : {1u, 2u, 4u, 7u, 12u}) {
+                SCOPED_TRACE(testing::Message() << from << " onto " << to);
+                TestImage src(from, 67, 21, 1), dst(to, 67, 21, 2, true), before(to, 67, 21), argb(1, 1, 1);
+                src.Fill(random);
+                before.Fill(random);
+                for (int x = 0; x < 67; ++x) {
+                    // Opaque destinations have a way of their own; some lines are opaque from end to end.
+                    before.Put(x, 3, before.Get(x, 3) | before.desc.AlphaMask);
+                    before.Put(x, 20, before.Get(x, 20) | before.desc.AlphaMask);
+                    before.Put(x, 5, before.Get(x, 5) & ~before.desc.AlphaMask);
+                }
+                ASSERT_EQ(ZmDoBlit(before.desc, dst.desc), 1);
+                ASSERT_EQ(ZmDoAlphaBlit(src.desc, dst.desc), 1);
+                for (int i = 0; i < 67 * 21; ++i) {
+                    const int x = i % 67, y = i / 67;
+                    const uint32_t over = Converted(src.desc, src.Get(x, y), argb.desc);
+                    const uint32_t under = Converted(before.desc, before.Get(x, y), argb.desc);
+                    ASSERT_EQ(dst.Get(x, y), Converted(argb.desc, Composed(over, under), dst.desc)) << x << ", " << y;
+                }
+                EXPECT_TRUE(dst.MarginsUntouched());
+            }
+        }
+    });
+}
+
+TEST(BlitTest, SourcesWithoutAlphaAreCopied)
+{
+    Random random(3);
+    TestImage src(4, 20, 3), dst(10, 20, 3);
+    src.Fill(random);
+    EXPECT_EQ(ZmDoAlphaBlit(src.desc, dst.desc), 1);
+    EXPECT_EQ(DifferentPixels(src, dst), 0);
+}
+
+}  // namespace

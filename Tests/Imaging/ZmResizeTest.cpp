@@ -1,0 +1,162 @@
+#include "Imaging/TestImage.h"
+#include "Support/Paths.h"
+
+#include <limits.h>
+
+#include <algorithm>
+
+namespace {
+
+/// How much of source pixel `at` goes into pixel `i` of the result, in doubles.
+double Weight(int i, int at, int from, int to)
+{
+    const double scale = double(from) / to;
+    if (to < from) {
+        return std::max(0.0, std::min((i + 1) * scale, at + 1.0) - std::max(i * scale, double(at))) / scale;
+    }
+    const double place = std::min(std::max((i + 0.5) * scale - 0.5, 0.0), from - 1.0);
+    return std::max(0.0, 1 - fabs(place - at));
+}
+
+/// Every source pixel is asked for its share; nothing is separated.
+void Reference(double (&res)[4], const TestImage& src, int x, int y, int width, int height)
+{
+    double sum[4] = {};
+    for (int v = 0; v < src.desc.Height; ++v) {
+        for (int u = 0; u < src.desc.Width; ++u) {
+            const Fields pixel = FieldsOf(src.desc, src.Get(u, v));
+            const double alpha = pixel.bits[3] ? pixel.value[3] : 255;
+            const double share = Weight(x, u, src.desc.Width, width) * Weight(y, v, src.desc.Height, height);
+            for (int c = 0; c < 3; ++c) {
+                sum[c] += share * alpha * pixel.value[c];
+            }
+            sum[3] += share * alpha;
+        }
+    }
+    for (int c = 0; c < 3; ++c) {
+        res[c] = sum[3] > 0 ? sum[c] / sum[3] : 0;
+    }
+    res[3] = sum[3];
+}
+
+/// Rounded to nearest, give or take the last digits of single precision.
+constexpr double kRounding = 0.502;
+
+void ExpectResized(const TestImage& src, const TestImage& dst)
+{
+    double worst = 0;
+    for (int y = 0; y < dst.desc.Height; ++y) {
+        for (int x = 0; x < dst.desc.Width; ++x) {
+            double expected[4];
+            Reference(expected, src, x, y, dst.desc.Width, dst.desc.Height);
+            const Fields pixel = FieldsOf(dst.desc, dst.Get(x, y));
+            for (int c = 0; c < 4; ++c) {
+                worst = pixel.bits[c] ? std::max(worst, fabs(pixel.value[c] - expected[c])) : worst;
+            }
+        }
+    }
+    EXPECT_LE(worst, kRounding);
+    EXPECT_TRUE(dst.MarginsUntouched());
+}
+
+void FillWithHoles(TestImage& image, Random& random)
+{
+    image.Fill(random);
+    for (int i = 0; i < image.desc.Width * image.desc.Height; ++i) {
+        const int x = i % image.desc.Width, y = i / image.desc.Width;
+        const uint32_t alpha = image.desc.AlphaMask;
+        image.Put(x, y, random.Int(0, 2) ? image.Get(x, y) | alpha : image.Get(x, y) & ~alpha);
+    }
+}
+
+TEST(ResizeTest, AllSizesAgreeWithTheReference)
+{
+    const struct {
+        int width, height, newWidth, newHeight;
+    } rows[] = {{16, 12, 8, 6}, {16, 12, 7, 5},  {5, 7, 13, 9}, {9, 4, 4, 11},  {4, 9, 11, 4},
+                {1, 1, 5, 3},   {20, 17, 1, 1},  {2, 3, 3, 2},  {31, 1, 30, 1}, {30, 2, 31, 2},
+                {8, 8, 8, 4},   {3, 100, 4, 33}, {6, 6, 12, 12}};
+    OnEachPath(1, [&](Random& random) {
+        for (const auto& row : rows) {
+            for (const uint32_t format : {1u, 2u, 11u}) {
+                SCOPED_TRACE(testing::Message() << row.width << " x " << row.height << " to " << row.newWidth << " x "
+                                                << row.newHeight << ", format " << format);
+                TestImage src(format, row.width, row.height, 3, true), dst(format, row.newWidth, row.newHeight);
+                FillWithHoles(src, random);
+                ASSERT_EQ(ZmResizeImage32(src.desc, dst.desc), 1);
+                ExpectResized(src, dst);
+            }
+        }
+    });
+}
+
+TEST(ResizeTest, EqualSizesAreCopiedWithTheirTransparentColours)
+{
+    Random random(1);
+    TestImage src(1, 7, 5), dst(10, 7, 5), mip(10, 1, 1), pixel(1, 1, 1);
+    src.Fill(random);
+    pixel.Put(0, 0, 0x00123456);
+    EXPECT_EQ(ZmResizeImage32(src.desc, dst.desc), 1);
+    for (int i = 0; i < 35; ++i) {
+        EXPECT_EQ(dst.Get(i % 7, i / 7), Converted(src.desc, src.Get(i % 7, i / 7), dst.desc));
+    }
+    EXPECT_EQ(ZmGenerateMipMap(pixel.desc, mip.desc), 1);
+    EXPECT_EQ(mip.Get(0, 0), 0x00563412u);
+}
+
+TEST(ResizeTest, TransparentColoursDoNotBleed)
+{
+    TestImage src(1, 4, 4), half(1, 2, 2), twice(1, 8, 8);
+    for (int i = 0; i < 16; ++i) {
+        src.Put(i % 4, i / 4, i % 4 < 2 ? 0xFF204060 : 0x00FFFFFF);
+    }
+    src.Put(0, 0, 0x00FFFFFF);
+    ASSERT_EQ(ZmGenerateMipMap(src.desc, half.desc), 1);
+    ASSERT_EQ(ZmResizeImage32(src.desc, twice.desc), 1);
+    EXPECT_EQ(half.Get(0, 0), 0xBF204060u);
+    EXPECT_EQ(half.Get(1, 0), 0u);
+    EXPECT_EQ(twice.Get(4, 6) & 0xFFFFFF, 0x204060u);
+}
+
+TEST(ResizeTest, LevelsGoDownToOnePixelWithoutAShift)
+{
+    OnEachPath(1, [](Random& random) {
+        for (const int size : {1, 2, 3, 5, 7, 8, 17}) {
+            for (const int other : {1, 2, 9, 16}) {
+                SCOPED_TRACE(testing::Message() << size << " x " << other);
+                TestImage src(1, size, other), dst(1, std::max(1, size / 2), std::max(1, other / 2));
+                FillWithHoles(src, random);
+                src.Put(0, 0, 0xFF0000FF);
+                ASSERT_EQ(ZmGenerateMipMap(src.desc, dst.desc), 1);
+                ExpectResized(src, dst);
+            }
+        }
+    });
+    TestImage rgb(4, 4, 4), level(4, 2, 2);
+    for (int i = 0; i < 16; ++i) {
+        rgb.Put(i % 4, i / 4, 0xF81F);
+    }
+    EXPECT_EQ(ZmGenerateMipMap(rgb.desc, level.desc), 1);
+    EXPECT_EQ(level.Get(1, 1), 0xF81Fu);
+}
+
+TEST(ResizeTest, WhatDoesNotFitGivesZero)
+{
+    TestImage src(1, 8, 8), same(1, 8, 8), half(1, 4, 4), narrow(3, 4, 4), indexed(28, 4, 4), wide(1, 4, 4);
+    indexed.SetPalette(256, 4);
+    EXPECT_EQ(ZmResizeImage32(src.desc, narrow.desc), 0);
+    EXPECT_EQ(ZmResizeImage32(narrow.desc, half.desc), 0);
+    EXPECT_EQ(ZmResizeImage32(indexed.desc, half.desc), 0);
+    EXPECT_EQ(ZmGenerateMipMap(src.desc, indexed.desc), 0);
+    EXPECT_EQ(ZmGenerateMipMap(src.desc, same.desc), 0);
+    EXPECT_EQ(ZmGenerateMipMap(half.desc, same.desc), 0);
+    wide.desc.Width = INT_MAX;
+    EXPECT_EQ(ZmResizeImage32(src.desc, wide.desc), 0);
+    EXPECT_EQ(ZmResizeImage32(wide.desc, half.desc), 0);
+    half.desc.Pixels = nullptr;
+    EXPECT_EQ(ZmResizeImage32(src.desc, half.desc), 0);
+    EXPECT_EQ(ZmGenerateMipMap(src.desc, half.desc), 0);
+    EXPECT_TRUE(same.Untouched() && narrow.Untouched() && indexed.Untouched());
+}
+
+}  // namespace
