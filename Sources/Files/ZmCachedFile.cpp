@@ -21,8 +21,7 @@ char* NewCache(unsigned int size)
     return cache;
 }
 
-// The sizes of numbers and vectors are taken first, two overlapping moves each. Unlike memcpy(), std::copy_n() takes
-// null for no bytes.
+// memcpy() with the sizes of numbers and vectors taken first, two overlapping moves each. No bytes may go into null.
 void CopyShort(char* res, const char* src, unsigned int size)
 {
     if (size >= 8 && size <= 16) {
@@ -31,8 +30,8 @@ void CopyShort(char* res, const char* src, unsigned int size)
         memcpy(&last, src + size - 8, 8);
         memcpy(res, &first, 8);
         memcpy(res + size - 8, &last, 8);
-    } else {
-        std::copy_n(src, size, res);
+    } else if (size != 0) {
+        memcpy(res, src, size);
     }
 }
 
@@ -99,7 +98,8 @@ unsigned int ZmCachedFile::Write(const void* buffer, unsigned int size)
     return written;
 }
 
-// Most reads are short and within the block: for them this is all there is.
+// Most reads are short and within the block: for them this is all there is. The rest stays outside, so that they save
+// no registers for it.
 unsigned int ZmCachedFile::Read(void* buffer, unsigned int size)
 {
     const unsigned int offset = m_Position - m_CacheStart;
@@ -111,7 +111,7 @@ unsigned int ZmCachedFile::Read(void* buffer, unsigned int size)
     return ReadBeyond(static_cast<char*>(buffer), size);
 }
 
-unsigned int ZmCachedFile::ReadBeyond(char* buffer, unsigned int size)
+__attribute__((noinline)) unsigned int ZmCachedFile::ReadBeyond(char* buffer, unsigned int size)
 {
     if (!IsOpen()) {
         return 0;

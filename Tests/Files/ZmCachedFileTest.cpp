@@ -156,34 +156,6 @@ protected:
     std::string m_Bytes;
 };
 
-TEST_F(SmallCachedFileTest, AReadToTheEndOfABlockReadsTheNextAhead)
-{
-    ZmCachedFile file(16);
-    ASSERT_TRUE(file.Open(m_Path.c_str(), ZmFile::READONLY));
-    EXPECT_EQ(Read(file, 16), m_Bytes.substr(0, 16));
-    EXPECT_EQ(file.ZmFile::Position(), 32u);
-}
-
-TEST_F(SmallCachedFileTest, AReadOutOfTheBlockLeavesThePositionTooFar)
-{
-    ZmCachedFile file(16);
-    ASSERT_TRUE(file.Open(m_Path.c_str(), ZmFile::READONLY));
-    EXPECT_EQ(Read(file, 8), m_Bytes.substr(0, 8));
-    EXPECT_EQ(Read(file, 16), m_Bytes.substr(8, 16));
-    EXPECT_EQ(file.Position(), 32u);
-}
-
-TEST_F(SmallCachedFileTest, SeekNeverFails)
-{
-    ZmCachedFile file(16);
-    ASSERT_TRUE(file.Open(m_Path.c_str(), ZmFile::READONLY));
-    EXPECT_EQ(file.Seek(10, ZmStream::END), 1);
-    EXPECT_EQ(file.Position(), 110u);
-    EXPECT_EQ(file.Seek(-5, ZmStream::SeekMode(3)), 1) << "other modes count from the position";
-    EXPECT_EQ(file.Position(), 105u);
-    EXPECT_EQ(file.Size(), 100u);
-}
-
 TEST_F(SmallCachedFileTest, WritesGoWhereTheFileStandsAndPastTheCache)
 {
     ZmCachedFile file(16);

@@ -106,19 +106,6 @@ TEST_F(SubFileTest, SeekCountsBackwardsFromTheEnd)
     EXPECT_EQ(span.Seek(-300, ZmStream::START), 0) << "as the file refuses";
 }
 
-TEST_F(SubFileTest, ReadsAreNotCutAtTheEndOfTheSpan)
-{
-    Block read(10);
-    ZmSubFile span;
-    span.Set(&m_File, 200, 4);
-    EXPECT_EQ(span.Read(read.data(), 10), 10u);
-    EXPECT_EQ(memcmp(read.data(), &m_Bytes[200], 10), 0);
-    EXPECT_EQ(span.Position(), 10u);
-    span.Set(&m_File, 995, 5);
-    EXPECT_EQ(span.Read(read.data(), 10), 0u) << "all or nothing, as the file";
-    EXPECT_EQ(span.Position(), 0u);
-}
-
 const struct {
     const char* name;
     unsigned int offset, size;

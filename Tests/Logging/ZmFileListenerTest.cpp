@@ -104,6 +104,9 @@ TEST_F(FileListenerTest, EachDayHasItsFileFromLocalMidnightOn)
     Write("next day");
     EXPECT_EQ(Read("trace[04 03 05].log"), (Lines{"first", "last"}));
     EXPECT_EQ(Read("trace[04 03 06].log"), Lines{"next day"});
+    SetLogClock::s_Now = LocalMilliseconds(2004, 4, 6, 0, 0, 0, 0);
+    Write("same day of another month");
+    EXPECT_EQ(Read("trace[04 04 06].log"), Lines{"same day of another month"});
     SetLogClock::s_Now = LocalMilliseconds(2004, 12, 31, 23, 59, 59, 0);
     Write("old year");
     SetLogClock::s_Now += 1000;
@@ -112,7 +115,7 @@ TEST_F(FileListenerTest, EachDayHasItsFileFromLocalMidnightOn)
     Write("later");
     EXPECT_EQ(Read("trace[04 12 31].log"), Lines{"old year"});
     EXPECT_EQ(Read("trace[05 01 01].log"), (Lines{"new year", "later"}));
-    EXPECT_EQ(Files(), 4u);
+    EXPECT_EQ(Files(), 5u);
 }
 
 TEST_F(FileListenerTest, TheDateCountsFromTheFlagOn)

@@ -202,20 +202,6 @@ TEST_F(LogTest, AListenerThatPrintsDoesNotChangeTheMessageForTheOthers)
     }
 }
 
-TEST_F(LogTest, AListenerMayRemoveOneThatComesLater)
-{
-    for (const char* name : {"1", "2", "3", "4"}) {
-        m_Heard.Listen(name, m_A);
-    }
-    m_Heard.m_Answer = [](const HeardMessage& message) {
-        if (message.listener == "1") {
-            ZmLog::GetLog().UnregisterListener("2");
-        }
-    };
-    Print(m_A, ZmLog::LEVEL_INFO, "");
-    EXPECT_EQ(ListenersOf(m_Heard.Take()), (Names{"1", "4", "3"}));
-}
-
 /// No listeners while this object lives; the library's are made anew afterwards.
 class NoListeners {
 public:

@@ -18,14 +18,4 @@ TEST(ConsoleListenerTest, LinesGoToTheStandardOutputAtOnce)
     EXPECT_EQ(static_cast<ZmConsoleListener*>(listener.get())->SetSize(80, 25), 0);
 }
 
-TEST(ConsoleListenerTest, TheStandardOutputOutlivesAListener)
-{
-    for (const char* name : {"first", "second"}) {
-        const std::unique_ptr<ZmLogListener> listener(ZmConsoleListener::ListenerFactory(name));
-        testing::internal::CaptureStdout();
-        listener->Output(0, ZmLog::LEVEL_INFO, 7, "mesh", name);
-        EXPECT_EQ(testing::internal::GetCapturedStdout(), std::string("[INFO] : ") + name + "\n");
-    }
-}
-
 }  // namespace
