@@ -57,8 +57,8 @@ private:
     uint64_t ChunkBytes() const { return uint64_t(m_BlockSize) * uint64_t(m_BlocksPerChunk); }
     bool IsWhollyFree(int chunk) const { return m_Chunks[chunk].FreeCount == m_Chunks[chunk].Count; }
     bool AddChunk();
-    void* Take(int chunk);
-    bool GiveBack(int chunk, char* block);
+    void* Take(int index);
+    bool GiveBack(int index, char* block);
     uint32_t PositionOf(size_t offset) const;
     void SettleFreeChunk(int chunk);
     void RemoveLastChunk();

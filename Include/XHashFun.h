@@ -33,6 +33,8 @@ struct XHashFun<XString> {
     typedef XBaseString LookUpKey;
 
     uint32_t operator()(const XBaseString& key) const { return uint32_t(Tagged(key)); }
+    // A member as the call is one: hashes may have a state.
+    // NOLINTNEXTLINE(readability-convert-member-functions-to-static)
     uint64_t Tagged(const XBaseString& key) const { return zm::HashText(key.Text(), key.Length()); }
 };
 

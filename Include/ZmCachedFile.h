@@ -50,9 +50,9 @@ private:
     void FillFrom(unsigned int position);
     unsigned int ReadBeyond(char* buffer, unsigned int size);
     unsigned int ReadUncached(void* buffer, unsigned int size);
-    void ReadAcross(char* buffer, unsigned int size, unsigned int block);
-    void ReadCached(char* buffer, unsigned int size);
-    void ReadOn(char* buffer, unsigned int size);
+    void ReadAcross(char* out, unsigned int size, unsigned int block);
+    void ReadCached(char* out, unsigned int size);
+    void ReadOn(char* out, unsigned int size);
 
     unsigned int m_Position = 0;
     unsigned int m_CacheSize;
