@@ -131,10 +131,8 @@ private:
 
     static T* NewItems(int count)
     {
-        if (size_t(count) > size_t(-1) / 2 / sizeof(T)) {
-            return nullptr;
-        }
-        return static_cast<T*>(zm::NewBlock(size_t(count) * sizeof(T)));
+        const size_t size = sizeof(T);  // NOLINT(bugprone-sizeof-expression): of pointers, too
+        return size_t(count) <= size_t(-1) / 2 / size ? static_cast<T*>(zm::NewBlock(size_t(count) * size)) : nullptr;
     }
 
     int NextCapacity() const

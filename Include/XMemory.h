@@ -34,8 +34,9 @@ template <class T>
 void Relocate(T* to, T* from, size_t count)
 {
     if constexpr (XIsRelocatable<T>::value) {
+        const size_t size = sizeof(T);  // NOLINT(bugprone-sizeof-expression): of pointers, too
         if (count != 0) {
-            memmove(static_cast<void*>(to), static_cast<const void*>(from), count * sizeof(T));
+            memmove(static_cast<void*>(to), static_cast<const void*>(from), count * size);
         }
     } else {
         for (size_t i = 0; i < count; ++i) {

@@ -325,7 +325,7 @@ void XString::Cut(uint16_t start, uint16_t length)
     if (start < m_Length) {
         const int count = std::min(int(length), m_Length - start), rest = m_Length - start - count;
         memmove(m_Buffer + start, m_Buffer + start + count, size_t(rest));
-        SetLength(size_t(start + rest));
+        SetLength(size_t(start) + size_t(rest));
     }
 }
 

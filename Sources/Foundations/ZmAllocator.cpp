@@ -89,6 +89,9 @@ ZmAllocator& ZmAllocator::Instance()
     return allocator;
 }
 
+// Members, although what they use is static: callers know them so.
+// NOLINTBEGIN(readability-convert-member-functions-to-static)
+
 void* ZmAllocator::Allocate(unsigned int size)
 {
     return zm::NewBlock(size);
@@ -118,6 +121,8 @@ void ZmAllocator::ReleaseString(char* string)
 {
     zm::DeleteHeapText(string);
 }
+
+// NOLINTEND(readability-convert-member-functions-to-static)
 
 void* ZmAllocator::AllocateMemory(unsigned int size)
 {
@@ -243,6 +248,7 @@ void ZmAllocator::ReleasePool(unsigned int size, void* block)
     }
 }
 
+// NOLINTNEXTLINE(readability-convert-member-functions-to-static)
 const ZmAllocator::Stats& ZmAllocator::GetGlobalStats() const
 {
     return zm::g_Stats;

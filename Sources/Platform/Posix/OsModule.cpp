@@ -12,7 +12,7 @@ std::string ProgramPath()
 {
     std::string path(256, 0);
     for (;;) {
-        const ssize_t length = readlink("/proc/self/exe", &path[0], path.size());
+        const ssize_t length = readlink("/proc/self/exe", path.data(), path.size());
         if (length < 0) {
             return std::string();
         }

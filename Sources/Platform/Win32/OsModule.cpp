@@ -9,7 +9,7 @@ std::string ModulePath(void* module)
     constexpr DWORD kLongestPath = 32768;
     std::string path(MAX_PATH, 0);
     for (;;) {
-        const DWORD length = GetModuleFileNameA(static_cast<HMODULE>(module), &path[0], DWORD(path.size()));
+        const DWORD length = GetModuleFileNameA(static_cast<HMODULE>(module), path.data(), DWORD(path.size()));
         if (length < path.size()) {
             path.resize(length);
             return path;
