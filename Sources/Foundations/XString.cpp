@@ -175,7 +175,7 @@ XString& XString::FormatTime(int time, const char* format)
 
 XString& XString::AssignTime(int64_t time, const char* format)
 {
-    char text[kFormatBuffer];
+    char text[kFormatBuffer] = "";
     tm parts;
     return Assign(text, zm::LocalTime(time, parts) ? strftime(text, sizeof(text), format, &parts) : 0);
 }
