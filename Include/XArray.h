@@ -73,6 +73,7 @@ public:
         if (m_End == m_CapacityEnd) {
             return EmplaceGrowing(static_cast<Arguments&&>(arguments)...);
         }
+        // cppcheck-suppress constStatement; it takes the arguments for a statement
         return new (m_End++) T(static_cast<Arguments&&>(arguments)...);
     }
 
