@@ -67,9 +67,14 @@ private:
 
 /// A file's bytes in memory, to be read.
 struct MappedFile {
-    enum Result { MAPPED, NOT_OPENED, NOT_MAPPABLE, NOT_VIEWED };
+    enum Result {
+        MAPPED,
+        NOT_OPENED,
+        NOT_MAPPABLE,
+        NOT_VIEWED
+    };
 
-    void* file = nullptr;     ///< the system's handles, null for none
+    void* file = nullptr;  ///< the system's handles, null for none
     void* mapping = nullptr;
     void* base = nullptr;
     uint64_t size = 0;
