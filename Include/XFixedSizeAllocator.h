@@ -64,12 +64,10 @@ private:
     void RemoveLastChunk();
     void SwapChunks(int a, int b);
 
-    int m_PageSize;
     int m_BlockSize;
     int m_BlocksPerChunk;
     XArray<Chunk> m_Chunks;
     int m_AllocationChunk;  ///< where blocks are taken from; -1 for none
-    int m_ReleaseChunk;     ///< where a block was given back last; -1 for none
     uint64_t m_Reciprocal;  ///< of the size of a block
     zm::ChunkMap* m_Map;    ///< finds chunks without a search
 };

@@ -53,7 +53,8 @@ public:
     /// belongs to a listener of another type, or if no factory makes it. The log owns it.
     ZM_API ZmLogListener* RegisterListener(const XGUID& type, const char* name, int module);
 
-    /// Destroys the listener: 1, or 0 if there is none of that name. Not from its own Output().
+    /// Destroys the listener: 1, or 0 if there is none of that name. Not from its own Output(); from
+    /// that of another one it may cost the last listener the message.
     ZM_API int UnregisterListener(const char* name);
 
     /// The listener of that name, or null.

@@ -12,6 +12,7 @@ enum ZmMMF_Error {
 };
 
 /// A whole file in memory, to be read, while the object lives. The file must not be made shorter meanwhile.
+/// Any threads may read the bytes.
 class ZmMemoryMappedFile {
 public:
     /// Null fails as a missing file does.

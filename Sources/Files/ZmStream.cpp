@@ -19,7 +19,7 @@ unsigned int ZmStream::Copy(ZmStream& source, unsigned int size)
     if (buffer == nullptr) {
         return 0;
     }
-    memset(buffer, 0, kStep);  // nothing that another user left in it may reach a file
+    memset(buffer, 0, std::min(total, kStep));  // nothing that another user left in it may reach a file
     unsigned int rest = total;
     do {
         const unsigned int step = std::min(rest, kStep);

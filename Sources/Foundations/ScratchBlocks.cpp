@@ -4,6 +4,7 @@
 
 #include <limits.h>
 #include <new>
+#include <stddef.h>
 #include <utility>
 
 namespace zm {
@@ -45,7 +46,9 @@ ScratchBlocks::Node ScratchBlocks::NewNode(uint32_t size)
         return Node();
     }
     try {
-        m_Used.reserve(m_Used.size() + 1 > m_Used.capacity() ? 2 * m_Used.size() + 2 : 0);
+        // For all blocks, so that none that is handed out again asks for memory.
+        const size_t count = size_t(Count()) + 1;
+        m_Used.reserve(count <= m_Used.capacity() ? 0 : 2 * count);
         Entries made;
         made.insert({size, 0, block});
         m_TotalSize += size;

@@ -35,8 +35,8 @@ uint64_t Reciprocal(int blockSize)
 }  // namespace
 
 XFixedSizeAllocator::XFixedSizeAllocator(int blockSize, int pageSize)
-    : m_PageSize(std::max(pageSize, 0)), m_BlockSize(std::max(blockSize, int(sizeof(uint32_t)))),
-      m_BlocksPerChunk(BlocksPerChunk(m_BlockSize, m_PageSize)), m_AllocationChunk(kNone), m_ReleaseChunk(kNone),
+    : m_BlockSize(std::max(blockSize, int(sizeof(uint32_t)))),
+      m_BlocksPerChunk(BlocksPerChunk(m_BlockSize, std::max(pageSize, 0))), m_AllocationChunk(kNone),
       m_Reciprocal(Reciprocal(m_BlockSize)), m_Map(new (std::nothrow) zm::ChunkMap(size_t(ChunkBytes())))
 {
 }
@@ -75,7 +75,7 @@ bool XFixedSizeAllocator::AddChunk()
     }
     m_Map->Add(data);
     m_Map->SetFree(chunk, true);
-    m_AllocationChunk = m_ReleaseChunk = chunk;
+    m_AllocationChunk = chunk;
     return true;
 }
 
@@ -99,11 +99,8 @@ void* XFixedSizeAllocator::Take(int index)
 void XFixedSizeAllocator::Free(void* block)
 {
     const int chunk = m_Map != nullptr ? m_Map->Find(block) : kNone;
-    if (chunk != kNone && GiveBack(chunk, static_cast<char*>(block))) {
-        m_ReleaseChunk = chunk;
-        if (IsWhollyFree(chunk)) {
-            SettleFreeChunk(chunk);
-        }
+    if (chunk != kNone && GiveBack(chunk, static_cast<char*>(block)) && IsWhollyFree(chunk)) {
+        SettleFreeChunk(chunk);
     }
 }
 
@@ -140,10 +137,9 @@ void XFixedSizeAllocator::SettleFreeChunk(int chunk)
             return;
         }
         RemoveLastChunk();
-        m_ReleaseChunk = last - 1;
     } else if (IsWhollyFree(last)) {
         RemoveLastChunk();
-        SwapChunks(m_ReleaseChunk, last - 1);
+        SwapChunks(chunk, last - 1);
     } else {
         SwapChunks(chunk, last);
     }
@@ -176,7 +172,7 @@ void XFixedSizeAllocator::Clear()
         RemoveLastChunk();
     }
     m_Chunks = XArray<Chunk>();
-    m_AllocationChunk = m_ReleaseChunk = kNone;
+    m_AllocationChunk = kNone;
 }
 
 int XFixedSizeAllocator::GetChunksTotalSize() const

@@ -3,29 +3,18 @@
 #include "Imaging/Compose.h"
 #include "Imaging/Conversion.h"
 #include "Imaging/Dxt.h"
+#include "Imaging/HeapArray.h"
 #include "Imaging/PaletteQuantizer.h"
-#include "XMemory.h"
 #include "ZmPixelFormat.h"
 #include "ZmQuantization.h"
 
+#include <algorithm>
 #include <limits.h>
 #include <string.h>
-
-#include <memory>
 
 namespace {
 
 using namespace zm;
-
-struct FreeBlock {
-    void operator()(uint8_t* block) const { DeleteBlock(block); }
-};
-using Block = std::unique_ptr<uint8_t, FreeBlock>;
-
-Block Allocate(int64_t bytes)
-{
-    return Block(static_cast<uint8_t*>(NewBlock(uint64_t(bytes))));
-}
 
 bool IsDense(const ImageView& image)
 {
@@ -91,11 +80,6 @@ void CopyIndexed(const ImageView& src, const ImageView& dst)
     }
 }
 
-int Least(int a, int b)
-{
-    return a < b ? a : b;
-}
-
 void CopyCompressed(const ImageView& src, const ImageView& dst)
 {
     const Conversion conversion = Convert(kArgb, dst.layout);
@@ -107,7 +91,7 @@ void CopyCompressed(const ImageView& src, const ImageView& dst)
             uint8_t converted[16 * 4];
             DecodeBlock(pixels, block, src.format);
             ConvertPixels(conversion, reinterpret_cast<const uint8_t*>(pixels), converted, 16);
-            const int width = Least(4, dst.width - x), height = Least(4, dst.height - y);
+            const int width = std::min(4, dst.width - x), height = std::min(4, dst.height - y);
             for (int line = 0; line < height; ++line) {
                 memcpy(dst.Line(y + line) + ptrdiff_t(x) * bytes, converted + line * 4 * bytes,
                        size_t(width) * size_t(bytes));
@@ -159,7 +143,7 @@ bool Quantize(const ImageView& src, const ImageView& dst)
     // Red first: the order of the components decides between entries that are equally near.
     const PixelLayout layout = {3, {{0, 8}, {8, 8}, {16, 8}, {0, 0}}};
     const int64_t length = int64_t(src.width) * src.height * 3;
-    const Block block = Allocate(length);
+    const HeapArray<uint8_t> block = NewArray<uint8_t>(length);
     if (block == nullptr) {
         return false;
     }
@@ -208,7 +192,7 @@ ImageView Band(const ImageView& image, int y, int height)
 {
     ImageView res = image;
     res.pixels = image.Line(image.kind == PixelKind::Compressed ? y / 4 : y);
-    res.height = Least(height, image.height - y);
+    res.height = std::min(height, image.height - y);
     return res;
 }
 
@@ -227,7 +211,7 @@ bool Compose(const ImageView& src, const ImageView& dst)
 {
     const int height = src.kind == PixelKind::Compressed ? 4 : 1;
     const int64_t bytes = int64_t(src.width) * 4 * height;
-    const Block block = Allocate(2 * bytes);
+    const HeapArray<uint8_t> block = NewArray<uint8_t>(2 * bytes);
     if (block == nullptr) {
         return false;
     }

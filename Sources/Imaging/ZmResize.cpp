@@ -1,14 +1,13 @@
 #include "ZmResize.h"
 
 #include "Imaging/Conversion.h"
+#include "Imaging/HeapArray.h"
 #include "Math/Lanes.h"
 #include "Platform/FeatureWord.h"
-#include "XMemory.h"
 #include "ZmBlit.h"
 
+#include <algorithm>
 #include <string.h>
-
-#include <memory>
 
 namespace {
 
@@ -27,34 +26,23 @@ public:
     {
         // An area touches from / to pixels and two that it cuts.
         const int64_t most = to < from ? int64_t(from) + 2 * int64_t(to) : 2 * int64_t(to);
-        m_Taps = Get<Taps>(to);
-        m_Weights = Get<float>(most);
+        m_Taps = NewArray<Taps>(to);
+        m_Weights = NewArray<float>(most);
         if (m_Taps == nullptr || m_Weights == nullptr) {
             return false;
         }
         m_Used = 0;
         for (int i = 0; i < to; ++i) {
-            m_Taps.get()[i] = to < from ? Area(i, from, to) : Between(i, from, to);
+            m_Taps[size_t(i)] = to < from ? Area(i, from, to) : Between(i, from, to);
         }
         return true;
     }
 
-    const Taps& operator[](int i) const { return m_Taps.get()[i]; }
+    const Taps& operator[](int i) const { return m_Taps[size_t(i)]; }
     const float* Weights(const Taps& taps) const { return m_Weights.get() + taps.weight; }
 
 private:
-    struct Free {
-        void operator()(void* block) const { DeleteBlock(block); }
-    };
-    template <class T>
-    using Array = std::unique_ptr<T, Free>;
-    template <class T>
-    static Array<T> Get(int64_t count)
-    {
-        return Array<T>(static_cast<T*>(NewBlock(uint64_t(count) * sizeof(T))));
-    }
-
-    void Add(double weight) { m_Weights.get()[m_Used++] = float(weight); }
+    void Add(double weight) { m_Weights[size_t(m_Used++)] = float(weight); }
 
     /// In units of 1 / to of a source pixel, the result's pixel i covers from * i to from * (i + 1).
     Taps Area(int i, int from, int to)
@@ -86,8 +74,8 @@ private:
         return res;
     }
 
-    Array<Taps> m_Taps;
-    Array<float> m_Weights;
+    HeapArray<Taps> m_Taps;
+    HeapArray<float> m_Weights;
     int m_Used = 0;
 };
 
@@ -137,8 +125,8 @@ void ReduceLine(uint8_t* res, const float* sums, const Axis& axis, int width)
 struct Resizer {
     ImageView src, dst;
     Axis across, down;
-    float* sums;
-    uint8_t* line;  ///< room for a line of either image
+    HeapArray<float> sums;
+    HeapArray<uint8_t> line;  ///< room for a line of either image
 };
 
 template <class Lanes>
@@ -147,29 +135,29 @@ void Resample(Resizer& r)
     const Conversion read = Convert(r.src.layout, kArgb), write = Convert(kArgb, r.dst.layout);
     for (int y = 0; y < r.dst.height; ++y) {
         const Taps& taps = r.down[y];
-        memset(r.sums, 0, size_t(r.src.width) * 16);
+        memset(r.sums.get(), 0, size_t(r.src.width) * 16);
         for (int i = 0; i < taps.count; ++i) {
-            ConvertPixels(read, r.src.Line(taps.first + i), r.line, r.src.width);
-            AddLine<Lanes>(r.sums, r.line, r.src.width, r.down.Weights(taps)[i]);
+            ConvertPixels(read, r.src.Line(taps.first + i), r.line.get(), r.src.width);
+            AddLine<Lanes>(r.sums.get(), r.line.get(), r.src.width, r.down.Weights(taps)[i]);
         }
-        ReduceLine<Lanes>(r.line, r.sums, r.across, r.dst.width);
-        ConvertPixels(write, r.line, r.dst.Line(y), r.dst.width);
+        ReduceLine<Lanes>(r.line.get(), r.sums.get(), r.across, r.dst.width);
+        ConvertPixels(write, r.line.get(), r.dst.Line(y), r.dst.width);
     }
 }
 
 bool Resize(const ImageView& src, const ImageView& dst)
 {
-    Resizer resizer = {src, dst, {}, {}, nullptr, nullptr};
-    const int64_t widest = src.width > dst.width ? src.width : dst.width;
-    resizer.sums = static_cast<float*>(NewBlock(uint64_t(src.width) * 16));
-    resizer.line = static_cast<uint8_t*>(NewBlock(uint64_t(widest) * 4));
+    Resizer resizer = {src,
+                       dst,
+                       {},
+                       {},
+                       NewArray<float>(int64_t(src.width) * 4),
+                       NewArray<uint8_t>(int64_t(std::max(src.width, dst.width)) * 4)};
     const bool ready = resizer.sums != nullptr && resizer.line != nullptr &&
                        resizer.across.Prepare(src.width, dst.width) && resizer.down.Prepare(src.height, dst.height);
     if (ready) {
         Dispatch(Resample<SseLanes>, Resample<ScalarLanes>, resizer);
     }
-    DeleteBlock(resizer.sums);
-    DeleteBlock(resizer.line);
     return ready;
 }
 

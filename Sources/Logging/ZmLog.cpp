@@ -241,9 +241,10 @@ void ZmLog::Dispatch(const char* text)
             listener->Output(module, level, line, file.Text(), text);
         }
     }
-    free(m_Buffer);
-    m_Buffer = buffer;
-    m_BufferSize = bufferSize;
+    // The larger buffer stays, also where a message in between needed it.
+    const bool grown = m_BufferSize > bufferSize;
+    free(grown ? buffer : m_Buffer);
+    m_Buffer = grown ? m_Buffer : buffer;
     m_File.Swap(file);
     m_Module = module;
     m_Level = level;
