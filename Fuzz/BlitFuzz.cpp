@@ -1,0 +1,90 @@
+// Descriptors and pixels of any kind. Blocks of memory have the exact sizes that a descriptor which makes sense
+// names, so that a step beyond them is seen; what does not make sense points to nothing readable.
+
+#include "Imaging/ImageView.h"
+#include "Input.h"
+#include "ZmBlit.h"
+#include "ZmPixelFormat.h"
+#include "ZmQuantization.h"
+#include "ZmResize.h"
+
+#include <stdlib.h>
+
+#include <vector>
+
+namespace {
+
+struct Image {
+    ZmImageDescEx desc;
+    std::vector<uint8_t> pixels, palette;
+};
+
+void ReadDescriptor(Input& input, ZmImageDescEx& desc)
+{
+    memset(static_cast<void*>(&desc), 0, sizeof(desc));
+    const uint8_t format = input.Byte();
+    ZmPixelFormat2ImageDesc(ZM_PIXELFORMAT(format % 32), desc);
+    if (format & 0x80) {  // masks of the input's own, or what is left of the format's
+        uint32_t* const masks[4] = {&desc.RedMask, &desc.GreenMask, &desc.BlueMask, &desc.AlphaMask};
+        for (uint32_t* mask : masks) {
+            *mask ^= input.Word();
+        }
+        desc.BitsPerPixel = input.Byte() % 40;
+    }
+    if (format & 0x40) {
+        desc.BitsPerPixel = input.Byte() % 2 ? 4 : 8;
+        desc.PaletteEntrySize = input.Byte() % 6;
+        desc.PaletteCount = uint16_t(input.Byte() + 1);
+    }
+    desc.Width = int8_t(input.Byte());
+    desc.Height = int8_t(input.Byte());
+}
+
+/// Blocks as large as the lines and entries need.
+void ReadPixels(Input& input, Image& image)
+{
+    ZmImageDescEx& desc = image.desc;
+    const int lineBits = desc.Width * (desc.CompressedFormat != 0 ? 32 : desc.BitsPerPixel);
+    const int choice = input.Byte();
+    const int pitch = lineBits / 8 + choice % 24 - 2;
+    desc.BytesPerLine = choice & 0x80 ? -pitch : pitch;
+    static uint8_t nothing;
+    desc.Pixels = desc.Palette = &nothing;
+    zm::ImageView view;
+    if (!zm::View(view, desc)) {
+        return;
+    }
+    const int lines = view.kind == zm::PixelKind::Compressed ? (desc.Height + 3) / 4 : desc.Height;
+    const int blockBytes = view.format == ZM_PF_DXT1 ? 8 : 16;
+    const int lineBytes =
+        view.kind == zm::PixelKind::Compressed ? (desc.Width + 3) / 4 * blockBytes : (desc.Width * view.bits + 7) / 8;
+    image.pixels.resize(size_t(abs(pitch)) * size_t(lines - 1) + size_t(lineBytes));
+    input.Fill(image.pixels.data(), image.pixels.size());
+    desc.Pixels = image.pixels.data() + (desc.BytesPerLine < 0 ? abs(pitch) * (lines - 1) : 0);
+    image.palette.resize(size_t(desc.PaletteCount) * desc.PaletteEntrySize);
+    input.Fill(image.palette.data(), image.palette.size());
+    desc.Palette = image.palette.data();
+}
+
+using Operation = int (*)(const ZmImageDescEx& src, const ZmImageDescEx& dst);
+const Operation kOperations[] = {ZmDoBlit, ZmDoBlitUpsideDown, ZmDoAlphaBlit, ZmResizeImage32, ZmGenerateMipMap};
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
+{
+    Input input(data, size);
+    const uint8_t choice = input.Byte();
+    Image src, dst;
+    ReadDescriptor(input, src.desc);
+    ReadDescriptor(input, dst.desc);
+    if (choice & 0x80) {
+        dst.desc.Width = src.desc.Width;
+        dst.desc.Height = src.desc.Height;
+    }
+    SetQuantizationSamplingFactor(choice & 0x40 ? 15 : 1);
+    ReadPixels(input, src);
+    ReadPixels(input, dst);
+    kOperations[choice % 5](src.desc, dst.desc);
+    return 0;
+}
