@@ -26,9 +26,11 @@ public:
     void Fill(void* res, size_t size)
     {
         const size_t given = std::min(size, m_Size);
-        memset(res, 0, size);
         if (given != 0) {
             memcpy(res, m_Data, given);
+        }
+        if (size != given) {
+            memset(static_cast<char*>(res) + given, 0, size - given);
         }
         m_Data += given;
         m_Size -= given;

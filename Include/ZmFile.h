@@ -71,7 +71,12 @@ protected:
     void SeekTo(unsigned int position);
 
 private:
+    friend class ZmFileListener;
     struct OpenedFile;
+
+    /// As Write() and Flush(): a line of a log costs hardly more than the system's call. For files that are written in
+    /// no other way.
+    bool WriteLine(const char* text, unsigned int length);
 
     FILE* Stream() const;
     void Share(const ZmFile& src);

@@ -6,7 +6,8 @@
 /// Writes lines to a text file: directory + name + "." + extension, in the DATED form directory + name +
 /// "[04 03 05]." + extension, a new file for each day of the local time. The file is opened by the first line, with the
 /// folders it needs, and replaced unless KEEP_FILE is set. Each line is on the disk when Output() returns. Where that
-/// fails the line is lost and the next one tries again; what was written before is not replaced then.
+/// fails the line is lost, or cut, and the next one tries again, on a line of its own; what was written before is not
+/// replaced then.
 class ZM_API ZmFileListener : public ZmLogListener {
 public:
     static const XGUID m_Guid;

@@ -84,6 +84,7 @@ private:
     int FindModule(const char* name) const;
     void VPrint(const char* format, va_list arguments);
     const char* Format(const char* format, va_list arguments);
+    const char* FormatAny(const char* format, va_list arguments);
     bool GrowBuffer(int needed);
     void Dispatch(const char* text);
 

@@ -64,11 +64,16 @@ protected:
     ZmLogListener(const ZmLogListener&) = delete;
     ZmLogListener& operator=(const ZmLogListener&) = delete;
 
-    /// The line for a message, with its line feed; valid until the next call.
-    const XString& BuildLine(int module, int level, int line, const char* file, const char* text);
+    /// A line with its line feed, terminated; valid until the next call. Empty without memory.
+    struct Line {
+        const char* text;
+        unsigned int length;
+    };
+    Line BuildLine(int module, int level, int line, const char* file, const char* text);
 
 private:
     void FormatElapsed(XString& res);
+    char* RoomForLine(unsigned int length);
 
     int m_Level;
     TimeFormat m_TimeFormat;
@@ -78,7 +83,8 @@ private:
     ZmTimeProfiler m_Clock;
 
     // What a line is made of, kept from one to the next.
-    XString m_Line;
+    char* m_Line;
+    unsigned int m_LineSize;
     XString m_Date;
     int64_t m_DateSecond;  ///< for which m_DateText was made, in m_DateFormat
     const char* m_DateFormat;

@@ -211,6 +211,12 @@ unsigned int ZmFile::Write(const void* buffer, unsigned int size)
     return stream != nullptr && fwrite(buffer, size, 1, stream) == 1 ? size : 0;
 }
 
+bool ZmFile::WriteLine(const char* text, unsigned int length)
+{
+    FILE* stream = Stream();
+    return stream != nullptr && zm::WriteDirectly(stream, text, length);
+}
+
 int ZmFile::GetString(char* buffer, unsigned int size)
 {
     FILE* stream = OpenedFile::Turn(m_File, OpenedFile::READING);

@@ -61,7 +61,9 @@ XString::XString(const XString& src) : XString(static_cast<const XBaseString&>(s
 
 void XBaseString::Release(const XBaseString& record)
 {
-    zm::DeleteText(record.m_Buffer, record.m_Allocated);
+    if (record.m_Buffer != nullptr) {
+        zm::DeleteText(record.m_Buffer, record.m_Allocated);
+    }
 }
 
 void XString::Install(char* block, size_t size)

@@ -4,7 +4,12 @@
 
 namespace zm {
 
-/// Milliseconds since 1970, by the clock of log lines. Tests set another.
-extern int64_t (*g_LogClock)();
+/// The clock of log lines, since 1970. Seconds alone are read ten times as fast, some milliseconds late.
+struct LogClock {
+    int64_t (*seconds)();
+    int64_t (*milliseconds)();
+};
+/// Tests set another.
+extern LogClock g_LogClock;
 
 }  // namespace zm

@@ -33,7 +33,7 @@ void ZmConsoleListener::MakeConsole()
     XString title(GetName());
     tm parts;
     char date[16];
-    if ((GetFlags() & DATED) != 0 && zm::LocalTime(zm::g_LogClock() / 1000, parts) &&
+    if ((GetFlags() & DATED) != 0 && zm::LocalTime(zm::g_LogClock.seconds(), parts) &&
         strftime(date, sizeof(date), "[%y %m %d]", &parts) != 0) {
         title << " " << date;
     }
@@ -50,7 +50,7 @@ void ZmConsoleListener::Output(int module, int level, int line, const char* file
 {
     MakeConsole();
     if (m_Console != nullptr) {
-        const XString& complete = BuildLine(module, level, line, file, text);
-        zm::WriteConsoleText(m_Console, complete.Text(), complete.Length());
+        const Line complete = BuildLine(module, level, line, file, text);
+        zm::WriteConsoleText(m_Console, complete.text, complete.length);
     }
 }

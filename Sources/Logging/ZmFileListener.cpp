@@ -17,6 +17,15 @@ XString ProgramDirectory()
     return XString(path.substr(0, path.find_last_of("\\/") + 1).c_str());
 }
 
+// Where a full disk, or the end of a process, has cut a line.
+bool EndsInsideLine(const char* path)
+{
+    ZmFile file;
+    char last = '\n';
+    return file.Open(path, ZmFile::READONLY) && file.Seek(-1, ZmStream::END) && file.Read(&last, 1) == 1 &&
+           last != '\n';
+}
+
 }  // namespace
 
 const XGUID ZmFileListener::m_Guid = {0x1FA732C0, 0x3BBE0666};
@@ -41,7 +50,7 @@ const XGUID& ZmFileListener::GetGuid() const
 // The day of the year, computed once for all lines of a second; the date goes into file names.
 int ZmFileListener::Today()
 {
-    const int64_t second = zm::g_LogClock() / 1000;
+    const int64_t second = zm::g_LogClock.seconds();
     if (second != m_TodaySecond) {
         tm parts;
         m_TodaySecond = second;
@@ -71,17 +80,20 @@ void ZmFileListener::OpenFile()
     // What this listener has begun, and could not go on with, is not lost to a second beginning.
     const bool append = (GetFlags() & KEEP_FILE) != 0 || m_Path == m_BegunPath;
     const int mode = (append ? ZmFile::APPEND : ZmFile::WRITEONLY) | ZmFile::TEXT;
+    const bool cut = append && EndsInsideLine(m_Path.Text());
     if (m_File.Open(m_Path.Text(), ZmFile::OpenMode(mode))) {
         m_BegunPath = m_Path;
+        if (cut && !m_File.WriteLine("\n", 1)) {
+            m_File.Close();
+        }
     }
 }
 
 void ZmFileListener::Output(int module, int level, int line, const char* file, const char* text)
 {
     OpenFile();
-    const XString& complete = BuildLine(module, level, line, file, text);
-    const unsigned int length = unsigned(strlen(complete.Text()));
-    if (m_File.Write(complete.Text(), length) != length || m_File.Flush() != 0) {
+    const Line complete = BuildLine(module, level, line, file, text);
+    if (!m_File.WriteLine(complete.text, complete.length)) {
         m_File.Close();  // and try again with the next line
     }
 }

@@ -1,6 +1,7 @@
 #include "ZmLog.h"
 
 #include "Logging/LibraryLog.h"
+#include "Logging/PlainFormat.h"
 #include "ZmConsoleListener.h"
 #include "ZmFileListener.h"
 #include "ZmOutputDebugListener.h"
@@ -194,15 +195,27 @@ void ZmLog::VPrint(const char* format, va_list arguments)
     }
 }
 
-// Cuts what does not fit in the largest buffer.
 const char* ZmLog::Format(const char* format, va_list arguments)
 {
     if (m_Buffer == nullptr) {
         m_Buffer = static_cast<char*>(malloc(size_t(m_BufferSize)));
     }
+    if (m_Buffer == nullptr || format == nullptr) {
+        return "";
+    }
     va_list again;
     va_copy(again, arguments);
-    const int length = m_Buffer != nullptr ? vsnprintf(m_Buffer, size_t(m_BufferSize), format, arguments) : -1;
+    const bool plain = zm::FormatPlain(m_Buffer, m_BufferSize, format, again);
+    va_end(again);
+    return plain ? m_Buffer : FormatAny(format, arguments);
+}
+
+// Cuts what does not fit in the largest buffer.
+const char* ZmLog::FormatAny(const char* format, va_list arguments)
+{
+    va_list again;
+    va_copy(again, arguments);
+    const int length = vsnprintf(m_Buffer, size_t(m_BufferSize), format, arguments);
     if (length >= m_BufferSize && GrowBuffer(length + 1)) {
         vsnprintf(m_Buffer, size_t(m_BufferSize), format, again);
     }

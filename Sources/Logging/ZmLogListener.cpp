@@ -5,18 +5,20 @@
 #include "ZmLog.h"
 
 #include <algorithm>
+#include <charconv>
 #include <stdio.h>
+#include <string.h>
 
 namespace zm {
 
-int64_t (*g_LogClock)() = ReadWallClock;
+LogClock g_LogClock = {[] { return int64_t(time(nullptr)); }, ReadWallClock};
 
 }  // namespace zm
 
 namespace {
 
 constexpr int kAllLevels = 31;
-constexpr int kReservedLine = 1023;  // for most lines, so that they are built without growing
+constexpr unsigned kLineSize = 1024;  // enough for most lines
 
 // How a format begins, for strftime().
 const char* DateOf(ZmLogListener::TimeFormat format)
@@ -36,17 +38,65 @@ const char* AfterLastBackslash(const char* file)
     return last != nullptr ? last + 1 : file;
 }
 
+/// A text with its length; null has none.
+struct Piece {
+    Piece(const char* t) : text(t), length(t != nullptr ? unsigned(strlen(t)) : 0) {}
+    Piece(const XString& string) : text(string.Text()), length(string.Length()) {}
+
+    const char* text;
+    unsigned length;
+};
+
+/// Puts pieces one after another into room that is known to be enough.
+class LineWriter {
+public:
+    explicit LineWriter(char* begin) : m_Begin(begin), m_End(begin) {}
+
+    LineWriter& operator<<(const Piece& piece) { return Put(piece.text, piece.length); }
+    template <size_t Size>
+    LineWriter& operator<<(const char (&literal)[Size])
+    {
+        return Put(literal, Size - 1);
+    }
+    LineWriter& operator<<(int value)
+    {
+        constexpr int kDigits = 11;
+        m_End = std::to_chars(m_End, m_End + kDigits, value).ptr;
+        return *this;
+    }
+    unsigned Finish()
+    {
+        *m_End = 0;
+        return unsigned(m_End - m_Begin);
+    }
+
+private:
+    LineWriter& Put(const char* text, size_t length)
+    {
+        if (length != 0) {
+            memcpy(m_End, text, length);
+            m_End += length;
+        }
+        return *this;
+    }
+
+    char* const m_Begin;
+    char* m_End;
+};
+
 }  // namespace
 
 ZmLogListener::ZmLogListener(const char* name)
-    : m_Level(kAllLevels), m_TimeFormat(TIME_NONE), m_Flags(0), m_Name(name), m_DateSecond(INT64_MIN),
+    : m_Level(kAllLevels), m_TimeFormat(TIME_NONE), m_Flags(0), m_Name(name), m_Line(nullptr), m_LineSize(0), m_DateSecond(INT64_MIN),
       m_DateFormat(nullptr), m_DateText()
 {
     m_Clock.Reset();
-    m_Line.Reserve(kReservedLine);
 }
 
-ZmLogListener::~ZmLogListener() = default;
+ZmLogListener::~ZmLogListener()
+{
+    zm::DeleteBlock(m_Line);
+}
 
 void ZmLogListener::AddModule(int module)
 {
@@ -76,8 +126,10 @@ void ZmLogListener::GetDateAsString(TimeFormat format, XString& res)
         }
         return;
     }
-    const int64_t now = zm::g_LogClock(), second = now / 1000;
-    const int millisecond = int(now % 1000);
+    const bool whole = format == TIME_LONG;
+    const int64_t now = whole ? zm::g_LogClock.seconds() : zm::g_LogClock.milliseconds();
+    const int64_t second = whole ? now : now / 1000;
+    const int millisecond = whole ? 0 : int(now % 1000);
     // Most lines come in the same second as the one before; the conversion costs as much as all the rest of a line.
     if (second != m_DateSecond || date != m_DateFormat) {
         tm parts;
@@ -86,7 +138,7 @@ void ZmLogListener::GetDateAsString(TimeFormat format, XString& res)
         m_DateSecond = second;
         m_DateFormat = date;
     }
-    if (format == TIME_LONG) {
+    if (whole) {
         res = m_DateText;
     } else if (format == TIME_SHORT_SECONDS) {
         res.Format("%s:%.3d (%u)", m_DateText, millisecond, unsigned(second));
@@ -95,22 +147,40 @@ void ZmLogListener::GetDateAsString(TimeFormat format, XString& res)
     }
 }
 
-const XString& ZmLogListener::BuildLine(int module, int level, int line, const char* file, const char* text)
+char* ZmLogListener::RoomForLine(unsigned int length)
 {
-    m_Line = "";
-    if (const char* name = ZmLog::GetLog().GetModule(module)) {
-        m_Line << "[" << name << "] ";
+    if (length > m_LineSize) {
+        zm::DeleteBlock(m_Line);
+        m_LineSize = std::max(length, kLineSize);
+        m_Line = static_cast<char*>(zm::NewBlock(m_LineSize));
+        m_LineSize = m_Line != nullptr ? m_LineSize : 0;
     }
-    m_Line << "[" << ZmLog::GetLevelDesc(ZmLog::Level(level)) << "] ";
-    if (m_TimeFormat != TIME_NONE) {
-        GetDateAsString(m_TimeFormat, m_Date);
-        if (!m_Date.IsEmpty()) {
-            m_Line << "[" << m_Date << "] ";
-        }
-    }
-    if ((m_Flags & SOURCE_LINE) != 0) {
-        m_Line << "[" << AfterLastBackslash(file != nullptr ? file : "") << ":" << line << "] ";
-    }
-    m_Line << ": " << text << "\n";
     return m_Line;
+}
+
+ZmLogListener::Line ZmLogListener::BuildLine(int module, int level, int line, const char* file, const char* text)
+{
+    const bool located = (m_Flags & SOURCE_LINE) != 0;
+    GetDateAsString(m_TimeFormat, m_Date);
+    const Piece name = ZmLog::GetLog().GetModule(module), source = located && file ? AfterLastBackslash(file) : "";
+    const Piece message = text;
+    constexpr unsigned kAround = 48;  // the level, the line's number and what stands between the pieces
+    const unsigned length = name.length + m_Date.Length() + source.length + message.length + kAround;
+    char* const begin = RoomForLine(length);
+    if (begin == nullptr) {
+        return {"", 0};
+    }
+    LineWriter res(begin);
+    if (name.text != nullptr) {
+        res << "[" << name << "] ";
+    }
+    res << "[" << Piece(ZmLog::GetLevelDesc(ZmLog::Level(level))) << "] ";
+    if (!m_Date.IsEmpty()) {
+        res << "[" << m_Date << "] ";
+    }
+    if (located) {
+        res << "[" << source << ":" << line << "] ";
+    }
+    res << ": " << message << "\n";
+    return {begin, res.Finish()};
 }

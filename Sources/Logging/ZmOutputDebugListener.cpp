@@ -20,5 +20,5 @@ const XGUID& ZmOutputDebugListener::GetGuid() const
 
 void ZmOutputDebugListener::Output(int module, int level, int line, const char* file, const char* text)
 {
-    zm::WriteDebugText(BuildLine(module, level, line, file, text).Text());
+    zm::WriteDebugText(BuildLine(module, level, line, file, text).text);
 }

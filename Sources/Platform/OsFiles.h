@@ -1,5 +1,6 @@
 #pragma once
 
+#include <stddef.h>
 #include <stdint.h>
 #include <stdio.h>
 #include <string>
@@ -18,6 +19,10 @@ extern const bool kTextModesDropReturns;
 /// As ftell() and fseek(), for large files too; -1 if the position is unknown.
 int64_t TellFile(FILE* file);
 bool SeekFile(FILE* file, int64_t offset, int whence);
+
+/// Writes past the buffer of a stream, which must be empty; what is written is on the disk then. False if that
+/// succeeded in part or not at all. The C library does not notice: it must not be asked for positions afterwards.
+bool WriteDirectly(FILE* file, const char* text, size_t length);
 
 /// The mode word of stat(); 0 if there is nothing of that name.
 unsigned FileMode(const char* path);

@@ -134,6 +134,24 @@ TEST_F(LogTest, TheInformationComesWithTheMessageAndStays)
     EXPECT_EQ(heard[2].text, "");
 }
 
+TEST_F(LogTest, MessagesAreFormattedAsThoseOfTheCLibrary)
+{
+    m_Heard.Listen("one", m_A);
+    const std::string longText(300, 'x');
+    const char* const kFormats[] = {"text",    "%%d",      "100%% of %d", "%i|%s|%u|%c", "%d%s%d%%", "%u %s",
+                                    "%5d %s|", "%d %.2s|", "%+d %s",      "%x %s %o",    "%hhd %5s", "%c%s"};
+    for (const char* format : kFormats) {
+        for (const char* text : {"it", "", longText.c_str(), static_cast<const char*>(nullptr)}) {
+            for (const int number : {42, -1, INT32_MIN}) {
+                char expected[1024];
+                snprintf(expected, sizeof(expected), format, number, text, 4000000000u, 'c');
+                m_Log.SetInformation(m_A, ZmLog::LEVEL_INFO, 1, "").Print(format, number, text, 4000000000u, 'c');
+                EXPECT_EQ(m_Heard.Take().at(0).text, expected) << format;
+            }
+        }
+    }
+}
+
 TEST_F(LogTest, ListenersHearInTheOrderOfRegistrationAndTheLastFillsAGap)
 {
     for (const char* name : {"1", "2", "3", "4", "5"}) {

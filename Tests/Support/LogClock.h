@@ -11,7 +11,7 @@ class SetLogClock {
 public:
     SetLogClock() : m_Old(zm::g_LogClock)
     {
-        zm::g_LogClock = [] { return s_Now; };
+        zm::g_LogClock = {[] { return s_Now / 1000; }, [] { return s_Now; }};
     }
     ~SetLogClock() { zm::g_LogClock = m_Old; }
     SetLogClock(const SetLogClock&) = delete;
@@ -20,7 +20,7 @@ public:
     static inline int64_t s_Now = 0;  ///< milliseconds since 1970
 
 private:
-    int64_t (*m_Old)();
+    zm::LogClock m_Old;
 };
 
 /// Milliseconds since 1970 of a local time.

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <dirent.h>
+#include <errno.h>
 #include <fcntl.h>
 #include <stdlib.h>
 #include <string.h>
@@ -149,6 +150,20 @@ int64_t TellFile(FILE* file)
 bool SeekFile(FILE* file, int64_t offset, int whence)
 {
     return fseeko(file, offset, whence) == 0;
+}
+
+bool WriteDirectly(FILE* file, const char* text, size_t length)
+{
+    const int descriptor = fileno(file);
+    while (length > 0) {
+        const ssize_t count = write(descriptor, text, length);
+        if (count < 0 && errno != EINTR) {
+            return false;
+        }
+        text += std::max(count, ssize_t(0));
+        length -= size_t(std::max(count, ssize_t(0)));
+    }
+    return true;
 }
 
 unsigned FileMode(const char* path)

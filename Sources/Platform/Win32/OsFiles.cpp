@@ -61,6 +61,11 @@ bool SeekFile(FILE* file, int64_t offset, int whence)
     return _fseeki64(file, offset, whence) == 0;
 }
 
+bool WriteDirectly(FILE* file, const char* text, size_t length)
+{
+    return _write(_fileno(file), text, unsigned(length)) == int(length);
+}
+
 unsigned FileMode(const char* path)
 {
     struct _stat64 status;
