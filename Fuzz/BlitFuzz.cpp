@@ -4,6 +4,7 @@
 #include "Imaging/ImageView.h"
 #include "Input.h"
 #include "ZmBlit.h"
+#include "ZmNormalMap.h"
 #include "ZmPixelFormat.h"
 #include "ZmQuantization.h"
 #include "ZmResize.h"
@@ -67,7 +68,17 @@ void ReadPixels(Input& input, Image& image)
 }
 
 using Operation = int (*)(const ZmImageDescEx& src, const ZmImageDescEx& dst);
-const Operation kOperations[] = {ZmDoBlit, ZmDoBlitUpsideDown, ZmDoAlphaBlit, ZmResizeImage32, ZmGenerateMipMap};
+const Operation kOperations[] = {
+    ZmDoBlit,
+    ZmDoBlitUpsideDown,
+    ZmDoAlphaBlit,
+    ZmResizeImage32,
+    ZmGenerateMipMap,
+    [](const ZmImageDescEx& src, const ZmImageDescEx& dst) {
+        return ZmConvertToNormalMap(src, dst, src.GreenMask, 1e30f);
+    },
+    [](const ZmImageDescEx& src, const ZmImageDescEx& dst) { return ZmConvertToBumpMap(src, dst, ~src.RedMask, -3); },
+};
 
 }  // namespace
 
@@ -85,6 +96,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     SetQuantizationSamplingFactor(choice & 0x40 ? 15 : 1);
     ReadPixels(input, src);
     ReadPixels(input, dst);
-    kOperations[choice % 5](src.desc, dst.desc);
+    kOperations[choice % 7](src.desc, dst.desc);
     return 0;
 }

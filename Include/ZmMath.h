@@ -35,6 +35,7 @@
 #include "ZmMemoryMappedFile.h"
 #include "ZmModule.h"
 #include "ZmMutex.h"
+#include "ZmNormalMap.h"
 #include "ZmOBB.h"
 #include "ZmOutputDebugListener.h"
 #include "ZmPath.h"

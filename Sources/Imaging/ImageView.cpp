@@ -3,23 +3,22 @@
 #include "ZmPixelFormat.h"
 
 namespace zm {
-namespace {
 
-/// One run of at most 16 bits.
-bool ReadMask(Channel& res, uint32_t mask)
+bool ReadMask(Channel& res, uint32_t mask, int pixelBits)
 {
     res.shift = int(GetBitShift(mask));
     res.bits = int(GetBitCount(mask));
-    return res.bits <= 16 && mask == ((1u << res.bits) - 1) << res.shift;
+    return res.bits <= 16 && mask == ((1u << res.bits) - 1) << res.shift && mask <= ~0u >> (32 - pixelBits);
 }
+
+namespace {
 
 bool ReadLayout(PixelLayout& res, const ZmImageDescEx& desc)
 {
     const uint32_t masks[4] = {desc.RedMask, desc.GreenMask, desc.BlueMask, desc.AlphaMask};
-    const uint32_t pixel = ~0u >> (32 - desc.BitsPerPixel);
     uint32_t used = 0;
     for (int c = 0; c < 4; ++c) {
-        if (!ReadMask(res.channel[c], masks[c]) || (masks[c] & (used | ~pixel)) != 0) {
+        if (!ReadMask(res.channel[c], masks[c], desc.BitsPerPixel) || (masks[c] & used) != 0) {
             return false;
         }
         used |= masks[c];
@@ -83,6 +82,11 @@ bool View(ImageView& res, const ZmImageDescEx& desc)
     res.pitch = desc.BytesPerLine;
     const int64_t pitch = desc.BytesPerLine, distance = pitch < 0 ? -pitch : pitch;
     return ReadPixels(res, desc) && distance >= BytesOfLine(res) && distance <= PTRDIFF_MAX / desc.Height;
+}
+
+bool ViewMasked(ImageView& res, const ZmImageDescEx& desc)
+{
+    return View(res, desc) && res.kind == PixelKind::Masked;
 }
 
 ImageView UpsideDown(const ImageView& image)

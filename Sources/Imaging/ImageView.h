@@ -43,8 +43,14 @@ struct ImageView {
     uint8_t* Line(int y) const { return pixels + y * pitch; }
 };
 
+/// False unless the mask is one run of at most 16 bits within a pixel of so many bits; an empty one is no channel.
+bool ReadMask(Channel& res, uint32_t mask, int pixelBits);
+
 /// False when the descriptor makes no sense.
 bool View(ImageView& res, const ZmImageDescEx& desc);
+
+/// False, too, for indexed and compressed images.
+bool ViewMasked(ImageView& res, const ZmImageDescEx& desc);
 
 /// The same image with its lines in reverse order; not for compressed ones.
 ImageView UpsideDown(const ImageView& image);

@@ -42,8 +42,7 @@ void ReadPalette(uint32_t (&res)[256], const ImageView& image)
         const uint8_t* const entry = image.palette + ptrdiff_t(i) * image.entrySize;
         res[i] = 0xFF000000;
         if (i < image.entries) {
-            const uint32_t alpha = image.entrySize >= 4 ? entry[3] : 255;
-            res[i] = alpha << 24 | uint32_t(entry[2] << 16 | entry[1] << 8 | entry[0]);
+            res[i] |= uint32_t(entry[2] << 16 | entry[1] << 8 | entry[0]);
         }
     }
 }
@@ -179,7 +178,7 @@ bool ViewPair(ImageView& from, ImageView& to, const ZmImageDescEx& src, const Zm
 bool HasAlpha(const ImageView& image)
 {
     return image.kind == PixelKind::Masked ? image.layout.channel[kAlpha].bits != 0
-                                           : image.kind == PixelKind::Compressed || image.entrySize >= 4;
+                                           : image.kind == PixelKind::Compressed;
 }
 
 bool IsArgb(const ImageView& image)

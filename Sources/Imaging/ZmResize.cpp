@@ -161,11 +161,6 @@ bool Resize(const ImageView& src, const ImageView& dst)
     return ready;
 }
 
-bool ViewMasked(ImageView& res, const ZmImageDescEx& desc)
-{
-    return View(res, desc) && res.kind == PixelKind::Masked;
-}
-
 int Half(int size)
 {
     return size > 1 ? size / 2 : 1;

@@ -87,8 +87,8 @@ private:
 }  // namespace
 
 ZmLogListener::ZmLogListener(const char* name)
-    : m_Level(kAllLevels), m_TimeFormat(TIME_NONE), m_Flags(0), m_Name(name), m_Line(nullptr), m_LineSize(0), m_DateSecond(INT64_MIN),
-      m_DateFormat(nullptr), m_DateText()
+    : m_Level(kAllLevels), m_TimeFormat(TIME_NONE), m_Flags(0), m_Name(name), m_Line(nullptr), m_LineSize(0),
+      m_DateSecond(INT64_MIN), m_DateFormat(nullptr), m_DateText()
 {
     m_Clock.Reset();
 }

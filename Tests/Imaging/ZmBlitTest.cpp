@@ -153,7 +153,7 @@ TEST(BlitTest, IndicesAreLookedUp)
                     const int index = row.format < 30 ? pair : x % 2 ? pair % 16 : pair / 16;
                     uint8_t entry[4] = {0, 0, 0, 255};
                     if (index < row.entries) {
-                        memcpy(entry, &src.palette[size_t(index * row.entrySize)], row.entrySize > 3 ? 4 : 3);
+                        memcpy(entry, &src.palette[size_t(index * row.entrySize)], 3);
                     }
                     uint32_t colour;
                     memcpy(&colour, entry, 4);
