@@ -71,6 +71,8 @@ constexpr Task kTasks[] = {
     {"Blit/24to32", 16, 12, PrepareBytes, {kSmall, kFrame}, {1.05, 1.05}, 0},
     {"Blit/32to24", 12, 16, PrepareBytes, {kSmall, kFrame}, {1.05, 1.05}, 0},
     {"Blit/4444to565", 8, 8, PrepareBytes, {kSmall, kFrame}, {0, 3.0}, kOtherResults},
+    {"Blit/V16U16to565", 16, 8, PrepareBytes, {kFrame}, {3.0}, kOtherResults},
+    {"Blit/332to8888", 4, 16, PrepareBytes, {kFrame}, {3.0}, kOtherResults},
     {"Blit/Alpha", 16, 16, PrepareBytes, {kSmall, kFrame}, {0.5, 0.5}, kOtherResults},
     {"Palette/Photograph", 4, 12, PreparePhotograph, {kPhoto}, {0.14}, kOtherResults},
 };
@@ -121,6 +123,8 @@ constexpr Entry kEntries[] = {
     {"Blit/24to32", Blit<ZM_PF_24_RGB888, ZM_PF_32_ARGB8888>},
     {"Blit/32to24", Blit<ZM_PF_32_ARGB8888, ZM_PF_24_RGB888>},
     {"Blit/4444to565", Blit<ZM_PF_16_ARGB4444, ZM_PF_16_RGB565>},
+    {"Blit/V16U16to565", Blit<ZM_PF_BUMP_V16U16, ZM_PF_16_RGB565>},
+    {"Blit/332to8888", Blit<ZM_PF_8_RGB332, ZM_PF_32_ARGB8888>},
     {"Blit/Alpha", AlphaBlit},
     {"Palette/Photograph", Quantize},
 };

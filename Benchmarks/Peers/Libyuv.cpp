@@ -31,9 +31,13 @@ void AttenuateAndBlend(const Work& w)
     libyuv::ARGBBlend(premultiplied.data(), pitch, res, pitch, res, pitch, width, height);
 }
 
+/// As many bytes as the larger side has.
 void Copy(const Work& w)
 {
-    memcpy(w.dst, w.src, size_t(w.count) * size_t(w.dstStride));
+    static std::vector<Bytes> copy;
+    const size_t size = size_t(w.count) * size_t(w.srcStride > w.dstStride ? w.srcStride : w.dstStride);
+    copy.resize(size);
+    memcpy(copy.data(), w.srcStride > w.dstStride ? w.src : w.dst, size);
 }
 
 constexpr Entry kEntries[] = {
@@ -43,6 +47,8 @@ constexpr Entry kEntries[] = {
     {"Blit/24to32", Convert<libyuv::RGB24ToARGB>},
     {"Blit/32to24", Convert<libyuv::ARGBToRGB24>},
     {"Blit/4444to565", Copy, "memcpy"},
+    {"Blit/V16U16to565", Copy, "memcpy"},
+    {"Blit/332to8888", Copy, "memcpy"},
     {"Blit/Alpha", AttenuateAndBlend},
 };
 

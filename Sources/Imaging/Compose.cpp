@@ -44,17 +44,6 @@ uint32_t OverTranslucent(uint32_t under, uint32_t over)
     return res;
 }
 
-void ComposeScalar(uint8_t* res, const uint8_t* over, int count)
-{
-    for (int i = 0; i < count; ++i, res += 4, over += 4) {
-        uint32_t under, top;
-        memcpy(&under, res, 4);
-        memcpy(&top, over, 4);
-        under = under >> 24 == 255 ? OverOpaque(under, top) : OverTranslucent(under, top);
-        memcpy(res, &under, 4);
-    }
-}
-
 /// Two pixels of 16-bit channels.
 __m128i MixOpaque(__m128i under, __m128i over)
 {
@@ -68,29 +57,44 @@ __m128i MixOpaque(__m128i under, __m128i over)
 }
 
 /// Four pixels at a time where the destination is opaque.
-void ComposeSse(uint8_t* res, const uint8_t* over, int count)
+void ComposeSse(uint8_t* res, const uint8_t* over, int count, bool alpha)
 {
     const __m128i zero = _mm_setzero_si128(), opaque = _mm_set1_epi32(int(0xFF000000));
+    const __m128i kept = alpha ? _mm_set1_epi32(-1) : _mm_set1_epi32(0x00FFFFFF);
     int i = 0;
     for (; i + 4 <= count; i += 4, res += 16, over += 16) {
         const __m128i under = _mm_loadu_si128(reinterpret_cast<const __m128i*>(res));
         const __m128i top = _mm_loadu_si128(reinterpret_cast<const __m128i*>(over));
-        if (_mm_movemask_epi8(_mm_cmpeq_epi32(_mm_and_si128(under, opaque), opaque)) != 0xFFFF) {
-            ComposeScalar(res, over, 4);
+        const __m128i solid = _mm_or_si128(under, opaque);
+        if (alpha && _mm_movemask_epi8(_mm_cmpeq_epi32(under, solid)) != 0xFFFF) {
+            ComposeScalar(res, over, 4, true);
             continue;
         }
-        const __m128i low = MixOpaque(_mm_unpacklo_epi8(under, zero), _mm_unpacklo_epi8(top, zero));
-        const __m128i high = MixOpaque(_mm_unpackhi_epi8(under, zero), _mm_unpackhi_epi8(top, zero));
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(res), _mm_packus_epi16(low, high));
+        const __m128i low = MixOpaque(_mm_unpacklo_epi8(solid, zero), _mm_unpacklo_epi8(top, zero));
+        const __m128i high = MixOpaque(_mm_unpackhi_epi8(solid, zero), _mm_unpackhi_epi8(top, zero));
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(res), _mm_and_si128(_mm_packus_epi16(low, high), kept));
     }
-    ComposeScalar(res, over, count - i);
+    ComposeScalar(res, over, count - i, alpha);
 }
 
 }  // namespace
 
-void ComposeOver(uint8_t* res, const uint8_t* over, int count)
+void ComposeScalar(uint8_t* res, const uint8_t* over, int count, bool alpha)
 {
-    Dispatch(ComposeSse, ComposeScalar, res, over, count);
+    const uint32_t opaque = alpha ? 0 : 0xFF000000;
+    for (int i = 0; i < count; ++i, res += 4, over += 4) {
+        uint32_t under, top;
+        memcpy(&under, res, 4);
+        memcpy(&top, over, 4);
+        under |= opaque;
+        under = (under >> 24 == 255 ? OverOpaque(under, top) : OverTranslucent(under, top)) & ~opaque;
+        memcpy(res, &under, 4);
+    }
+}
+
+void ComposeOver(uint8_t* res, const uint8_t* over, int count, bool alpha)
+{
+    DispatchWide(avx2::ComposeOver, ComposeSse, ComposeScalar, res, over, count, alpha);
 }
 
 }  // namespace zm

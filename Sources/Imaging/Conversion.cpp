@@ -3,6 +3,7 @@
 #include "Imaging/ConversionKernels.h"
 #include "Platform/FeatureWord.h"
 
+#include <algorithm>
 #include <string.h>
 
 namespace zm {
@@ -48,16 +49,26 @@ uint32_t MaskOf(int bits)
 ChannelMove MoveOf(const Channel& from, const Channel& to)
 {
     if (from.bits == 0 || to.bits == 0) {
-        return {0, 0, 1, 0, 0, 0};
+        return {0, 0, 1, 0, 0, 0, 0};
+    }
+    if (from.bits == 16 && to.bits <= 8) {
+        // (n + 32768 + (n + 32768) / 65536) / 65536 is n / 65535, rounded to nearest.
+        return {from.shift, MaskOf(16), int(MaskOf(to.bits)), 32768, 16, to.shift, ~0u};
     }
     const Scale scale = ScaleOf(from.bits, to.bits);
-    return {from.shift, MaskOf(from.bits), scale.factor, scale.bias, scale.drop, to.shift};
+    return {from.shift, MaskOf(from.bits), scale.factor, scale.bias, scale.drop, to.shift, 0};
 }
 
-bool IsWide(const PixelLayout& layout)
+Moves KindOf(const Channel& from, const Channel& to)
 {
-    return layout.channel[0].bits > 8 || layout.channel[1].bits > 8 || layout.channel[2].bits > 8 ||
-           layout.channel[3].bits > 8;
+    const auto isAny = [](int bits) { return bits > 8 && bits != 16; };
+    if (from.bits == 0 || to.bits == 0) {
+        return Moves::Places;
+    }
+    if (isAny(from.bits) || isAny(to.bits)) {
+        return Moves::Any;
+    }
+    return from.bits == to.bits ? Moves::Places : std::max(from.bits, to.bits) > 8 ? Moves::Wide : Moves::Scaled;
 }
 
 bool FillsPixel(const PixelLayout& layout)
@@ -66,7 +77,7 @@ bool FillsPixel(const PixelLayout& layout)
     return c[0].bits + c[1].bits + c[2].bits + c[3].bits == 8 * layout.bytes;
 }
 
-uint32_t WideChannel(uint32_t pixel, const Channel& from, const Channel& to)
+uint32_t AnyChannel(uint32_t pixel, const Channel& from, const Channel& to)
 {
     const uint64_t value = pixel >> from.shift & MaskOf(from.bits);
     if (from.bits <= to.bits) {
@@ -81,7 +92,7 @@ uint32_t WideChannel(uint32_t pixel, const Channel& from, const Channel& to)
     return uint32_t((2 * value * most + whole) / (2 * whole));
 }
 
-void ConvertWide(const Conversion& conversion, const uint8_t* src, uint8_t* res, int count)
+void ConvertAny(const Conversion& conversion, const uint8_t* src, uint8_t* res, int count)
 {
     for (int i = 0; i < count; ++i, src += conversion.from.bytes, res += conversion.to.bytes) {
         uint32_t pixel = 0, converted = conversion.constant;
@@ -89,7 +100,7 @@ void ConvertWide(const Conversion& conversion, const uint8_t* src, uint8_t* res,
         for (int c = 0; c < 4; ++c) {
             const Channel &from = conversion.from.channel[c], &to = conversion.to.channel[c];
             if (from.bits != 0 && to.bits != 0) {
-                converted |= WideChannel(pixel, from, to) << to.shift;
+                converted |= AnyChannel(pixel, from, to) << to.shift;
             }
         }
         memcpy(res, &converted, size_t(conversion.to.bytes));
@@ -104,12 +115,14 @@ Conversion Convert(const PixelLayout& from, const PixelLayout& to)
     res.from = from;
     res.to = to;
     res.copy = memcmp(&from, &to, sizeof(from)) == 0 && FillsPixel(from);
-    res.wide = IsWide(from) || IsWide(to);
+    res.kind = Moves::Places;
+    for (int c = 0; c < 4; ++c) {
+        res.kind = std::max(res.kind, KindOf(from.channel[c], to.channel[c]));
+    }
     const Channel alpha = to.channel[kAlpha];
     res.constant = from.channel[kAlpha].bits == 0 ? MaskOf(alpha.bits) << alpha.shift : 0;
-    for (int c = 0; c < 4 && !res.wide; ++c) {
+    for (int c = 0; c < 4 && res.kind != Moves::Any; ++c) {
         res.moves[c] = MoveOf(from.channel[c], to.channel[c]);
-        res.scaled |= res.moves[c].factor != 1 || res.moves[c].drop != 0;
     }
     return res;
 }
@@ -118,8 +131,8 @@ void ConvertPixels(const Conversion& conversion, const uint8_t* src, uint8_t* re
 {
     if (conversion.copy) {
         memcpy(res, src, size_t(count) * size_t(conversion.from.bytes));
-    } else if (conversion.wide) {
-        ConvertWide(conversion, src, res, count);
+    } else if (conversion.kind == Moves::Any) {
+        ConvertAny(conversion, src, res, count);
     } else {
         DispatchWide(avx2::ConvertPixels, ConvertBy<SsePixels>, ConvertBy<ScalarPixel>, conversion, src, res, count);
     }

@@ -4,12 +4,22 @@
 
 namespace zm {
 
-/// What becomes of one channel: ((pixel >> shift & mask) * factor + bias) >> drop, put at `place`.
+/// What becomes of one channel: ((pixel >> shift & mask) * factor + bias) >> drop, put at `place`. Of wide channels
+/// the sum n is n + (n >> 16 & carry) before it drops bits.
 struct ChannelMove {
     int shift;
     uint32_t mask;
     int factor, bias, drop;
     int place;
+    uint32_t carry;
+};
+
+/// How the channels are moved.
+enum class Moves {
+    Places,  ///< no factor is other than 1
+    Scaled,  ///< within 16 bits
+    Wide,    ///< within 32 bits
+    Any      ///< by no moves: some channel has more than eight bits and is not one of sixteen
 };
 
 /// From one layout of pixels to another.
@@ -17,9 +27,8 @@ struct Conversion {
     PixelLayout from, to;
     ChannelMove moves[4];  ///< those of missing channels move nothing
     uint32_t constant;     ///< bits that are always set: an alpha that the source lacks
-    bool scaled;           ///< whether any factor is other than 1
-    bool wide;             ///< whether a channel has more than eight bits; then the moves are not set
-    bool copy;             ///< whether the bytes stay as they are
+    Moves kind;
+    bool copy;  ///< whether the bytes stay as they are
 };
 
 Conversion Convert(const PixelLayout& from, const PixelLayout& to);

@@ -9,7 +9,7 @@ namespace {
 bool ByteOrder(const Conversion& conversion, uint8_t (&order)[4])
 {
     memset(order, 0x80, sizeof(order));
-    bool whole = !conversion.scaled;
+    bool whole = conversion.kind == Moves::Places;
     for (int c = 0; c < 4; ++c) {
         const ChannelMove& move = conversion.moves[c];
         if (move.mask != 0) {
@@ -18,6 +18,16 @@ bool ByteOrder(const Conversion& conversion, uint8_t (&order)[4])
         }
     }
     return whole;
+}
+
+/// Four registers of pixels as three of 24 bits a pixel.
+inline void StoreThrees(const Avx2Pixels (&pixels)[4], uint8_t* res)
+{
+    const Avx2Pixels a = pixels[0].Threes<0>(), b = pixels[1].Threes<1>(), c = pixels[2].Threes<2>(),
+                     d = pixels[3].Threes<3>();
+    a.JoinedAt<6>(b).Store<4>(res);
+    b.JoinedAt<4>(c).Store<4>(res + 32);
+    c.JoinedAt<2>(d).Store<4>(res + 64);
 }
 
 template <int From, int To>
@@ -30,11 +40,21 @@ void MoveBytes(const Conversion& conversion, const uint8_t (&order)[4], const ui
     }
     const Avx2Pixels move = Avx2Pixels::Load<4>(places), constant = Avx2Pixels::Splat(conversion.constant);
     int i = 0;
+    if constexpr (To == 3) {
+        for (; i + 32 <= count; i += 32) {
+            Avx2Pixels pixels[4];
+            for (int k = 0; k < 4; ++k) {
+                pixels[k] = Avx2Pixels::Load<From>(src + size_t(i + k * 8) * From).Bytes(move) | constant;
+            }
+            StoreThrees(pixels, res + size_t(i) * To);
+        }
+    }
     for (; i + 8 <= count; i += 8) {
         const Avx2Pixels pixels = Avx2Pixels::Load<From>(src + size_t(i) * From).Bytes(move) | constant;
         pixels.Store<To>(res + size_t(i) * To);
     }
-    ConvertRow<ScalarPixel, From, To, false>(conversion, src + size_t(i) * From, res + size_t(i) * To, count - i);
+    ConvertRow<ScalarPixel, From, To, Moves::Places>(conversion, src + size_t(i) * From, res + size_t(i) * To,
+                                                     count - i);
 }
 
 /// Two channels in the halves of 32 bits: where they come from, and how they are scaled in 16 bits.
@@ -141,7 +161,7 @@ void NarrowBytes(const Conversion& c, const Halves (&pairs)[2], const uint8_t* s
                                   second.Narrowed(pixel).HalvesJoined(second.place) | constant;
         colour.Store<To>(res);
     }
-    ConvertRow<ScalarPixel, From, To, true>(c, src, res, count - i);
+    ConvertRow<ScalarPixel, From, To, Moves::Scaled>(c, src, res, count - i);
 }
 
 /// To whole bytes from pixels of at most 16 bits.
@@ -168,7 +188,7 @@ void WidenToBytes(const Conversion& c, const Halves (&pairs)[2], const uint8_t* 
         const Avx2Pixels placed = colour.Bytes(places) | constant;
         placed.Store<To>(res);
     }
-    ConvertRow<ScalarPixel, From, To, true>(c, src, res, count - i);
+    ConvertRow<ScalarPixel, From, To, Moves::Scaled>(c, src, res, count - i);
 }
 
 /// The conversions of one size of pixels to another that have a form of their own.
@@ -178,7 +198,7 @@ bool ConvertInHalves(const Conversion& c, const uint8_t* src, uint8_t* res, int 
     const int sizes = c.from.bytes * 10 + c.to.bytes;
     const bool narrow = HasBytes(c.from) && c.to.bytes <= 2 && HasNoByte(c.to),
                widen = HasBytes(c.to) && c.from.bytes <= 2;
-    if (!c.scaled || narrow == widen || !InHalves(c, pairs)) {
+    if (c.kind != Moves::Scaled || narrow == widen || !InHalves(c, pairs)) {
         return false;
     }
     switch (sizes) {
@@ -187,7 +207,18 @@ bool ConvertInHalves(const Conversion& c, const uint8_t* src, uint8_t* res, int 
     case 41: NarrowBytes<4, 1>(c, pairs, src, res, count); return true;
     case 24: WidenToBytes<2, 4>(c, pairs, src, res, count); return true;
     case 23: WidenToBytes<2, 3>(c, pairs, src, res, count); return true;
+    case 14: WidenToBytes<1, 4>(c, pairs, src, res, count); return true;
     default: return false;
+    }
+}
+
+/// Sixteen pixels at a time.
+void ConvertShorts(const Conversion& c, const uint8_t* src, uint8_t* res, int count)
+{
+    if (c.moves[kAlpha].mask != 0) {
+        ConvertRow<Avx2ShortPixels, 2, 2, Moves::Scaled>(c, src, res, count);
+    } else {
+        ConvertRow<Avx2ShortPixels, 2, 2, Moves::Scaled, false>(c, src, res, count);
     }
 }
 
@@ -206,6 +237,8 @@ void ConvertPixels(const Conversion& conversion, const uint8_t* src, uint8_t* re
         MoveBytes<4, 3>(conversion, order, src, res, count);
     } else if (bytes && sizes == 34) {
         MoveBytes<3, 4>(conversion, order, src, res, count);
+    } else if (sizes == 22 && conversion.kind <= Moves::Scaled) {
+        ConvertShorts(conversion, src, res, count);
     } else if (!ConvertInHalves(conversion, src, res, count)) {
         ConvertBy<Avx2Pixels>(conversion, src, res, count);
     }

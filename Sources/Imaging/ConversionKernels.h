@@ -11,15 +11,19 @@ template <class Pixels>
 struct Mover {
     explicit Mover(const ChannelMove& m)
         : shift(m.shift), drop(m.drop), place(m.place), mask(Pixels::Splat(m.mask)),
-          factor(Pixels::Splat(uint32_t(m.factor))), bias(Pixels::Splat(uint32_t(m.bias)))
+          factor(Pixels::Splat(uint32_t(m.factor))), bias(Pixels::Splat(uint32_t(m.bias))),
+          carry(Pixels::Splat(m.carry))
     {
     }
 
-    template <bool Scaled>
+    template <Moves Kind>
     Pixels Of(Pixels pixel) const
     {
         const Pixels value = pixel >> shift & mask;
-        if constexpr (Scaled) {
+        if constexpr (Kind == Moves::Wide) {
+            const Pixels sum = value.ScaleAddWide(factor, bias);
+            return sum.Plus(sum >> 16 & carry) >> drop << place;
+        } else if constexpr (Kind == Moves::Scaled) {
             return value.ScaleAdd(factor, bias) >> drop << place;
         } else {
             return value << place;
@@ -27,11 +31,11 @@ struct Mover {
     }
 
     int shift, drop, place;
-    Pixels mask, factor, bias;
+    Pixels mask, factor, bias, carry;
 };
 
-/// Returns how many pixels it has done: whole registers.
-template <class Pixels, int From, int To, bool Scaled>
+/// Returns how many pixels it has done: whole registers. Without `Alpha` it moves colours only.
+template <class Pixels, int From, int To, Moves Kind, bool Alpha>
 inline int ConvertRegisters(const Conversion& conversion, const uint8_t* src, uint8_t* res, int count)
 {
     const Mover<Pixels> red(conversion.moves[0]), green(conversion.moves[1]), blue(conversion.moves[2]),
@@ -40,30 +44,33 @@ inline int ConvertRegisters(const Conversion& conversion, const uint8_t* src, ui
     int i = 0;
     for (; i + Pixels::kCount <= count; i += Pixels::kCount, src += Pixels::kCount * From, res += Pixels::kCount * To) {
         const Pixels pixel = Pixels::template Load<From>(src);
-        const Pixels colour = red.template Of<Scaled>(pixel) | green.template Of<Scaled>(pixel) |
-                              blue.template Of<Scaled>(pixel) | alpha.template Of<Scaled>(pixel) | constant;
+        Pixels colour =
+            red.template Of<Kind>(pixel) | green.template Of<Kind>(pixel) | blue.template Of<Kind>(pixel) | constant;
+        if constexpr (Alpha) {
+            colour = colour | alpha.template Of<Kind>(pixel);
+        }
         colour.template Store<To>(res);
     }
     return i;
 }
 
-template <class Pixels, int From, int To, bool Scaled>
+template <class Pixels, int From, int To, Moves Kind, bool Alpha = true>
 inline void ConvertRow(const Conversion& conversion, const uint8_t* src, uint8_t* res, int count)
 {
-    const int done = ConvertRegisters<Pixels, From, To, Scaled>(conversion, src, res, count);
+    const int done = ConvertRegisters<Pixels, From, To, Kind, Alpha>(conversion, src, res, count);
     if constexpr (Pixels::kCount > 1) {
-        ConvertRegisters<ScalarPixel, From, To, Scaled>(conversion, src + size_t(done) * From, res + size_t(done) * To,
-                                                        count - done);
+        ConvertRegisters<ScalarPixel, From, To, Kind, Alpha>(conversion, src + size_t(done) * From,
+                                                             res + size_t(done) * To, count - done);
     }
 }
 
 template <class Pixels, int From, int To>
 inline void ConvertSizes(const Conversion& conversion, const uint8_t* src, uint8_t* res, int count)
 {
-    if (conversion.scaled) {
-        ConvertRow<Pixels, From, To, true>(conversion, src, res, count);
-    } else {
-        ConvertRow<Pixels, From, To, false>(conversion, src, res, count);
+    switch (conversion.kind) {
+    case Moves::Scaled: ConvertRow<Pixels, From, To, Moves::Scaled>(conversion, src, res, count); break;
+    case Moves::Wide: ConvertRow<Pixels, From, To, Moves::Wide>(conversion, src, res, count); break;
+    default: ConvertRow<Pixels, From, To, Moves::Places>(conversion, src, res, count); break;
     }
 }
 

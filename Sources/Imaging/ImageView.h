@@ -21,6 +21,8 @@ struct PixelLayout {
 
 /// Pixels in one 32-bit number, alpha highest and blue lowest.
 constexpr PixelLayout kArgb = {4, {{16, 8}, {8, 8}, {0, 8}, {24, 8}}};
+/// The same without alpha.
+constexpr PixelLayout kRgb = {4, {{16, 8}, {8, 8}, {0, 8}, {0, 0}}};
 
 enum class PixelKind {
     Masked,

@@ -8,8 +8,9 @@
 #endif
 
 // Lanes of 32-bit numbers that hold a pixel each, loaded from and stored to pixels of one to four bytes. Neither
-// touches a byte outside of its pixels. ScaleAdd is for values below 2^16, also the result. As in Math/Lanes.h
-// all lane types give the same results, and everything has internal linkage.
+// touches a byte outside of its pixels. ScaleAdd is for values below 2^16, also the result, and a factor that is the
+// same in all lanes; so is ScaleAddWide, for results below 2^32. As in Math/Lanes.h all lane types give the same
+// results, and everything has internal linkage.
 
 namespace zm {
 namespace {
@@ -37,7 +38,9 @@ struct ScalarPixel {
     ScalarPixel operator|(ScalarPixel o) const { return {v | o.v}; }
     ScalarPixel operator>>(int bits) const { return {v >> bits}; }
     ScalarPixel operator<<(int bits) const { return {v << bits}; }
+    ScalarPixel Plus(ScalarPixel o) const { return {v + o.v}; }
     ScalarPixel ScaleAdd(ScalarPixel factor, ScalarPixel bias) const { return {v * factor.v + bias.v}; }
+    ScalarPixel ScaleAddWide(ScalarPixel factor, ScalarPixel bias) const { return {v * factor.v + bias.v}; }
 };
 
 inline uint32_t LoadBytes(const uint8_t* p)
@@ -98,9 +101,16 @@ struct SsePixels {
     SsePixels operator|(SsePixels o) const { return {_mm_or_si128(v, o.v)}; }
     SsePixels operator>>(int bits) const { return {_mm_srl_epi32(v, _mm_cvtsi32_si128(bits))}; }
     SsePixels operator<<(int bits) const { return {_mm_sll_epi32(v, _mm_cvtsi32_si128(bits))}; }
+    SsePixels Plus(SsePixels o) const { return {_mm_add_epi32(v, o.v)}; }
     SsePixels ScaleAdd(SsePixels factor, SsePixels bias) const
     {
         return {_mm_add_epi16(_mm_mullo_epi16(v, factor.v), bias.v)};
+    }
+    SsePixels ScaleAddWide(SsePixels factor, SsePixels bias) const
+    {
+        const __m128i even = _mm_mul_epu32(v, factor.v), odd = _mm_mul_epu32(_mm_srli_epi64(v, 32), factor.v);
+        const __m128i low = _mm_and_si128(even, _mm_setr_epi32(-1, 0, -1, 0));
+        return {_mm_add_epi32(_mm_or_si128(low, _mm_slli_epi64(odd, 32)), bias.v)};
     }
 
 private:
@@ -159,12 +169,37 @@ struct Avx2Pixels {
     Avx2Pixels operator|(Avx2Pixels o) const { return {_mm256_or_si256(v, o.v)}; }
     Avx2Pixels operator>>(int bits) const { return {_mm256_srl_epi32(v, _mm_cvtsi32_si128(bits))}; }
     Avx2Pixels operator<<(int bits) const { return {_mm256_sll_epi32(v, _mm_cvtsi32_si128(bits))}; }
+    Avx2Pixels Plus(Avx2Pixels o) const { return {_mm256_add_epi32(v, o.v)}; }
+    Avx2Pixels ScaleAddWide(Avx2Pixels factor, Avx2Pixels bias) const
+    {
+        return {_mm256_add_epi32(_mm256_mullo_epi32(v, factor.v), bias.v)};
+    }
     Avx2Pixels ScaleAdd(Avx2Pixels factor, Avx2Pixels bias) const
     {
         return {_mm256_add_epi16(_mm256_mullo_epi16(v, factor.v), bias.v)};
     }
     /// Byte i of each pixel becomes byte order[i] of it; 0 where that is negative.
     Avx2Pixels Bytes(Avx2Pixels order) const { return {_mm256_shuffle_epi8(v, order.v)}; }
+
+    /// The low three bytes of each pixel side by side, 24 in all, and turned: so many times eight bytes from the end of
+    /// the register on.
+    template <int Turns>
+    Avx2Pixels Threes() const
+    {
+        constexpr int kPlaces[6] = {0, 1, 2, 4, 5, 6};
+        int order[8] = {};
+        for (int i = 0; i < 6; ++i) {
+            order[(i + 8 - 2 * Turns) % 8] = kPlaces[i];
+        }
+        const __m256i twelve = _mm256_shuffle_epi8(v, Squeeze());
+        return {_mm256_permutevar8x32_epi32(twelve, _mm256_loadu_si256(reinterpret_cast<const __m256i*>(order)))};
+    }
+    /// The 32-bit words of this one before that number, and those of the other from there on.
+    template <int Word>
+    Avx2Pixels JoinedAt(Avx2Pixels o) const
+    {
+        return {_mm256_blend_epi32(v, o.v, 0xFF << Word & 0xFF)};
+    }
 
     // Two channels at once, in the halves of a pixel's 32 bits.
 
@@ -191,6 +226,36 @@ private:
     {
         return _mm256_setr_epi8(0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, -1, -1, -1, -1, 0, 1, 2, 4, 5, 6, 8, 9, 10, 12,
                                 13, 14, -1, -1, -1, -1);
+    }
+};
+
+/// Sixteen pixels of two bytes, in lanes as wide as they are.
+struct Avx2ShortPixels {
+    __m256i v;
+
+    static constexpr int kCount = 16;
+
+    template <int Bytes>
+    static Avx2ShortPixels Load(const uint8_t* p)
+    {
+        static_assert(Bytes == 2, "lanes of 16 bits");
+        return {_mm256_loadu_si256(reinterpret_cast<const __m256i*>(p))};
+    }
+    template <int Bytes>
+    void Store(uint8_t* p) const
+    {
+        static_assert(Bytes == 2, "lanes of 16 bits");
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(p), v);
+    }
+    static Avx2ShortPixels Splat(uint32_t value) { return {_mm256_set1_epi16(int16_t(value))}; }
+
+    Avx2ShortPixels operator&(Avx2ShortPixels o) const { return {_mm256_and_si256(v, o.v)}; }
+    Avx2ShortPixels operator|(Avx2ShortPixels o) const { return {_mm256_or_si256(v, o.v)}; }
+    Avx2ShortPixels operator>>(int bits) const { return {_mm256_srl_epi16(v, _mm_cvtsi32_si128(bits))}; }
+    Avx2ShortPixels operator<<(int bits) const { return {_mm256_sll_epi16(v, _mm_cvtsi32_si128(bits))}; }
+    Avx2ShortPixels ScaleAdd(Avx2ShortPixels factor, Avx2ShortPixels bias) const
+    {
+        return {_mm256_add_epi16(_mm256_mullo_epi16(v, factor.v), bias.v)};
     }
 };
 

@@ -181,9 +181,9 @@ bool HasAlpha(const ImageView& image)
                                            : image.kind == PixelKind::Compressed;
 }
 
-bool IsArgb(const ImageView& image)
+bool IsLaidOut(const ImageView& image, const PixelLayout& layout)
 {
-    return image.kind == PixelKind::Masked && memcmp(&image.layout, &kArgb, sizeof(kArgb)) == 0;
+    return image.kind == PixelKind::Masked && memcmp(&image.layout, &layout, sizeof(layout)) == 0;
 }
 
 /// Some lines of an image, from one that begins a row of blocks.
@@ -198,7 +198,7 @@ ImageView Band(const ImageView& image, int y, int height)
 /// The image itself where it is ARGB8888, else a copy of it in the block.
 ImageView AsArgb(const ImageView& image, uint8_t* block)
 {
-    if (IsArgb(image)) {
+    if (IsLaidOut(image, kArgb)) {
         return image;
     }
     const ImageView copy = Packed(block, image.width, image.height, kArgb);
@@ -214,14 +214,15 @@ bool Compose(const ImageView& src, const ImageView& dst)
     if (block == nullptr) {
         return false;
     }
+    const bool alpha = !IsLaidOut(dst, kRgb);
     for (int y = 0; y < dst.height; y += height) {
         const ImageView to = Band(dst, y, height);
         const ImageView over = AsArgb(Band(src, y, height), block.get());
-        const ImageView under = AsArgb(to, block.get() + bytes);
+        const ImageView under = alpha ? AsArgb(to, block.get() + bytes) : to;
         for (int line = 0; line < to.height; ++line) {
-            ComposeOver(under.Line(line), over.Line(line), to.width);
+            ComposeOver(under.Line(line), over.Line(line), to.width, alpha);
         }
-        if (!IsArgb(to)) {
+        if (under.pixels != to.pixels) {
             Copy(under, to);
         }
     }
