@@ -7,6 +7,7 @@
 #include "ZmBlit.h"
 #include "ZmPixelFormat.h"
 #include "ZmQuantization.h"
+#include "ZmResize.h"
 
 #include <cmath>
 #include <cstdint>
@@ -17,12 +18,13 @@
 namespace bench {
 namespace {
 
-constexpr int kSmall = 320 * 180 / 4, kFrame = 1920 * 1080 / 4, kPhoto = kPhotoWidth * kPhotoHeight / 4;
+constexpr int kSmall = 320 * 180 / 4, kFrame = 1920 * 1080 / 4, kPhoto = kPhotoWidth * kPhotoHeight / 4,
+              kTexture = kSquare * kSquare / 4;
 
 const std::vector<uint8_t>& RandomBytes()
 {
     static const std::vector<uint8_t> bytes = [] {
-        std::vector<uint8_t> res(size_t(kFrame) * 16);
+        std::vector<uint8_t> res(size_t(kTexture) * 16);
         uint32_t state = 1;
         for (uint8_t& byte : res) {
             state = state * 1664525u + 1013904223u;
@@ -74,6 +76,11 @@ constexpr Task kTasks[] = {
     {"Blit/V16U16to565", 16, 8, PrepareBytes, {kFrame}, {3.0}, kOtherResults},
     {"Blit/332to8888", 4, 16, PrepareBytes, {kFrame}, {3.0}, kOtherResults},
     {"Blit/Alpha", 16, 16, PrepareBytes, {kSmall, kFrame}, {0.5, 0.5}, kOtherResults},
+    {"Resize/960x540", 16, 4, PrepareBytes, {kFrame}, {1.05}, kOtherResults},
+    {"Resize/700x400", 16, 4, PrepareBytes, {kFrame}, {1.05}, kOtherResults},
+    {"Resize/2560x1440", 16, 32, PrepareBytes, {kFrame}, {0.5}, kOtherResults},
+    {"Resize/Mipmaps", 16, 8, PrepareBytes, {kTexture}, {0.9}, kOtherResults},
+    {"Resize/WithAlpha", 16, 32, PrepareBytes, {kFrame}, {}, kOtherResults},
     {"Palette/Photograph", 4, 12, PreparePhotograph, {kPhoto}, {0.14}, kOtherResults},
 };
 
@@ -97,6 +104,35 @@ void Blit(const Work& w)
 void AlphaBlit(const Work& w)
 {
     ZmDoAlphaBlit(Describe(w, ZM_PF_32_ARGB8888, w.src), Describe(w, ZM_PF_32_RGB888, w.dst));
+}
+
+ZmImageDescEx DescribeSized(ZM_PIXELFORMAT format, int width, int height, uint8_t* pixels)
+{
+    ZmImageDescEx desc = {};
+    ZmPixelFormat2ImageDesc(format, desc);
+    desc.Width = width;
+    desc.Height = height;
+    desc.BytesPerLine = width * 4;
+    desc.Pixels = pixels;
+    return desc;
+}
+
+template <ZM_PIXELFORMAT Format, int Width, int Height>
+void Resize(const Work& w)
+{
+    ZmResizeImage32(Describe(w, Format, w.src), DescribeSized(Format, Width, Height, static_cast<uint8_t*>(w.dst)));
+}
+
+void MakeMipmaps(const Work& w)
+{
+    ZmImageDescEx level = Describe(w, ZM_PF_32_RGB888, w.src);
+    uint8_t* pixels = static_cast<uint8_t*>(w.dst);
+    for (int size = kSquare / 2; size > 0; size /= 2) {
+        const ZmImageDescEx next = DescribeSized(ZM_PF_32_RGB888, size, size, pixels);
+        ZmGenerateMipMap(level, next);
+        level = next;
+        pixels += size * size * 4;
+    }
 }
 
 /// With all pixels as samples. The two lines about the learning go nowhere; the standard error stream of the C
@@ -126,6 +162,11 @@ constexpr Entry kEntries[] = {
     {"Blit/V16U16to565", Blit<ZM_PF_BUMP_V16U16, ZM_PF_16_RGB565>},
     {"Blit/332to8888", Blit<ZM_PF_8_RGB332, ZM_PF_32_ARGB8888>},
     {"Blit/Alpha", AlphaBlit},
+    {"Resize/960x540", Resize<ZM_PF_32_RGB888, 960, 540>},
+    {"Resize/700x400", Resize<ZM_PF_32_RGB888, 700, 400>},
+    {"Resize/2560x1440", Resize<ZM_PF_32_RGB888, 2560, 1440>},
+    {"Resize/Mipmaps", MakeMipmaps},
+    {"Resize/WithAlpha", Resize<ZM_PF_32_ARGB8888, 2560, 1440>},
     {"Palette/Photograph", Quantize},
 };
 

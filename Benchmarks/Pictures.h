@@ -7,11 +7,14 @@
 namespace bench {
 namespace {
 
-constexpr int kPhotoWidth = 640, kPhotoHeight = 427;
+constexpr int kPhotoWidth = 640, kPhotoHeight = 427, kSquare = 2048;
 
 inline int WidthOf(const Work& w)
 {
-    return w.count * 4 == kPhotoWidth * kPhotoHeight ? kPhotoWidth : w.count < 100000 ? 320 : 1920;
+    return w.count * 4 == kPhotoWidth * kPhotoHeight ? kPhotoWidth
+           : w.count * 4 == kSquare * kSquare        ? kSquare
+           : w.count < 100000                        ? 320
+                                                     : 1920;
 }
 
 inline int HeightOf(const Work& w)

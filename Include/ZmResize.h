@@ -6,8 +6,8 @@
 // Images with masks, in any layout and with any pitch as ZmDoBlit() takes them, with eight bits a channel in between.
 // Both functions return 1, or 0 with nothing written when a descriptor makes no sense, the sizes do not fit or memory
 // is short. Colours are weighted by their alpha, so that those of transparent pixels do not bleed; where all
-// is transparent the result is transparent black. Every channel is exact to a unit of the destination before its
-// rounding to nearest. The images must not overlap. Any thread.
+// is transparent the result is transparent black. Eight bits a channel are rounded to
+// nearest, within 1/40 of their unit. The images must not overlap. Any thread.
 
 /// Scales the source to the size of the destination; both have 32 bits per pixel. Each direction is interpolated
 /// linearly between the centres of pixels where it grows (the border pixels go on outside), and averaged over the area

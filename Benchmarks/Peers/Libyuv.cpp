@@ -31,6 +31,24 @@ void AttenuateAndBlend(const Work& w)
     libyuv::ARGBBlend(premultiplied.data(), pitch, res, pitch, res, pitch, width, height);
 }
 
+template <int Width, int Height>
+void Resize(const Work& w)
+{
+    libyuv::ARGBScale(static_cast<const Bytes*>(w.src), WidthOf(w) * 4, WidthOf(w), HeightOf(w),
+                      static_cast<Bytes*>(w.dst), Width * 4, Width, Height, libyuv::kFilterBox);
+}
+
+void MakeMipmaps(const Work& w)
+{
+    const Bytes* level = static_cast<const Bytes*>(w.src);
+    Bytes* next = static_cast<Bytes*>(w.dst);
+    for (int size = kSquare / 2; size > 0; size /= 2) {
+        libyuv::ARGBScale(level, size * 8, size * 2, size * 2, next, size * 4, size, size, libyuv::kFilterBox);
+        level = next;
+        next += size * size * 4;
+    }
+}
+
 /// As many bytes as the larger side has.
 void Copy(const Work& w)
 {
@@ -50,6 +68,11 @@ constexpr Entry kEntries[] = {
     {"Blit/V16U16to565", Copy, "memcpy"},
     {"Blit/332to8888", Copy, "memcpy"},
     {"Blit/Alpha", AttenuateAndBlend},
+    {"Resize/960x540", Resize<960, 540>},
+    {"Resize/700x400", Resize<700, 400>},
+    {"Resize/2560x1440", Resize<2560, 1440>},
+    {"Resize/Mipmaps", MakeMipmaps},
+    {"Resize/WithAlpha", Resize<2560, 1440>, "unweighted"},
 };
 
 }  // namespace

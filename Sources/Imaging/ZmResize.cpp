@@ -2,8 +2,7 @@
 
 #include "Imaging/Conversion.h"
 #include "Imaging/HeapArray.h"
-#include "Math/Lanes.h"
-#include "Platform/FeatureWord.h"
+#include "Imaging/ResizeLines.h"
 #include "ZmBlit.h"
 
 #include <algorithm>
@@ -12,12 +11,6 @@
 namespace {
 
 using namespace zm;
-
-/// The pixels behind one pixel of the result, in one direction: a first one, and so many.
-struct Taps {
-    int first, count;
-    int weight;  ///< index of the first of their weights, which add up to 1
-};
 
 /// One direction of a resize.
 class Axis {
@@ -38,8 +31,8 @@ public:
         return true;
     }
 
-    const Taps& operator[](int i) const { return m_Taps[size_t(i)]; }
-    const float* Weights(const Taps& taps) const { return m_Weights.get() + taps.weight; }
+    const Taps* AllTaps() const { return m_Taps.get(); }
+    const float* Weights() const { return m_Weights.get(); }
 
 private:
     void Add(double weight) { m_Weights[size_t(m_Used++)] = float(weight); }
@@ -79,86 +72,207 @@ private:
     int m_Used = 0;
 };
 
-/// Lines of ARGB8888 become sums of four floats a pixel, blue, green, red and alpha, premultiplied.
-template <class Lanes>
-void AddLine(float* sums, const uint8_t* line, int width, float weight)
+bool Equal(const PixelLayout& a, const PixelLayout& b)
 {
-    const Lanes share = Lanes::Splat(weight);
-    for (int x = 0; x < width; ++x, line += 4, sums += 4) {
-        const float alpha = line[3];
-        const Lanes pixel = Lanes::Set(line[0] * alpha, line[1] * alpha, line[2] * alpha, alpha);
-        (Lanes::Load4(sums) + pixel * share).Store4(sums);
+    return memcmp(&a, &b, sizeof(a)) == 0;
+}
+
+/// The lines of an image with the colours where ARGB8888 has them, and alpha if it has some: its own where they are so
+/// already, else one copy at a time.
+class SourceLines {
+public:
+    bool Prepare(const ImageView& image, const PixelLayout& layout)
+    {
+        m_Image = image;
+        m_Read = Convert(image.layout, kArgb);
+        m_Direct = Equal(image.layout, kArgb) || Equal(image.layout, layout);
+        m_Copy = m_Direct ? nullptr : NewArray<uint8_t>(int64_t(image.width) * 4);
+        return m_Direct || m_Copy != nullptr;
     }
-}
 
-uint32_t Rounded(float value)
-{
-    return uint32_t(value < 255 ? value + 0.5f : 255.0f);
-}
-
-uint32_t Straight(const float (&sum)[4])
-{
-    if (!(sum[3] > 0)) {
-        return 0;
-    }
-    return Rounded(sum[3]) << 24 | Rounded(sum[2] / sum[3]) << 16 | Rounded(sum[1] / sum[3]) << 8 |
-           Rounded(sum[0] / sum[3]);
-}
-
-template <class Lanes>
-void ReduceLine(uint8_t* res, const float* sums, const Axis& axis, int width)
-{
-    for (int x = 0; x < width; ++x, res += 4) {
-        const Taps& taps = axis[x];
-        const float* const weights = axis.Weights(taps);
-        Lanes sum = Lanes::Splat(0);
-        for (int i = 0; i < taps.count; ++i) {
-            sum = sum + Lanes::Load4(sums + (int64_t(taps.first) + i) * 4) * Lanes::Splat(weights[i]);
+    const uint8_t* Read(int y)
+    {
+        if (m_Direct) {
+            return m_Image.Line(y);
         }
-        float whole[4];
-        sum.Store4(whole);
-        const uint32_t pixel = Straight(whole);
-        memcpy(res, &pixel, 4);
+        ConvertPixels(m_Read, m_Image.Line(y), m_Copy.get(), m_Image.width);
+        return m_Copy.get();
     }
-}
 
-struct Resizer {
-    ImageView src, dst;
-    Axis across, down;
-    HeapArray<float> sums;
-    HeapArray<uint8_t> line;  ///< room for a line of either image
+private:
+    ImageView m_Image;
+    Conversion m_Read;
+    bool m_Direct;
+    HeapArray<uint8_t> m_Copy;
 };
 
-template <class Lanes>
-void Resample(Resizer& r)
-{
-    const Conversion read = Convert(r.src.layout, kArgb), write = Convert(kArgb, r.dst.layout);
-    for (int y = 0; y < r.dst.height; ++y) {
-        const Taps& taps = r.down[y];
-        memset(r.sums.get(), 0, size_t(r.src.width) * 16);
-        for (int i = 0; i < taps.count; ++i) {
-            ConvertPixels(read, r.src.Line(taps.first + i), r.line.get(), r.src.width);
-            AddLine<Lanes>(r.sums.get(), r.line.get(), r.src.width, r.down.Weights(taps)[i]);
-        }
-        ReduceLine<Lanes>(r.line.get(), r.sums.get(), r.across, r.dst.width);
-        ConvertPixels(write, r.line.get(), r.dst.Line(y), r.dst.width);
+/// What all ways of resizing have: lines of the source go in, lines of the result come out.
+class Lines {
+public:
+    /// Of opaque pictures the highest byte of a pixel may be anything on the way.
+    bool Prepare(const ImageView& src, const ImageView& dst, bool opaque)
+    {
+        const PixelLayout& layout = opaque ? kRgb : kArgb;
+        m_Dst = dst;
+        m_Write = Convert(layout, dst.layout);
+        m_Direct = Equal(layout, dst.layout) && !opaque;
+        m_Result = m_Direct ? nullptr : NewArray<uint8_t>(int64_t(dst.width) * 4);
+        return (m_Direct || m_Result != nullptr) && m_Source.Prepare(src, layout);
     }
+
+    const uint8_t* Read(int y) { return m_Source.Read(y); }
+    /// Where line y of the result is to be put together.
+    uint8_t* Result(int y) { return m_Direct ? m_Dst.Line(y) : m_Result.get(); }
+    void Write(int y)
+    {
+        if (!m_Direct) {
+            ConvertPixels(m_Write, m_Result.get(), m_Dst.Line(y), m_Dst.width);
+        }
+    }
+
+private:
+    SourceLines m_Source;
+    ImageView m_Dst;
+    Conversion m_Write;
+    bool m_Direct;
+    HeapArray<uint8_t> m_Result;
+};
+
+/// Any sizes: columns are added up in floats, and then reduced to pixels.
+bool Resample(const ImageView& src, const ImageView& dst, bool opaque)
+{
+    Lines lines;
+    Axis across, down;
+    const HeapArray<float> sums = NewArray<float>(int64_t(src.width) * 4);
+    if (sums == nullptr || !lines.Prepare(src, dst, opaque) || !across.Prepare(src.width, dst.width) ||
+        !down.Prepare(src.height, dst.height)) {
+        return false;
+    }
+    for (int y = 0; y < dst.height; ++y) {
+        const Taps& taps = down.AllTaps()[y];
+        memset(sums.get(), 0, size_t(src.width) * 16);
+        for (int i = 0; i < taps.count; ++i) {
+            AddLine(sums.get(), lines.Read(taps.first + i), src.width, down.Weights()[taps.weight + i], opaque);
+        }
+        ReduceLine(lines.Result(y), sums.get(), across.AllTaps(), across.Weights(), dst.width, opaque);
+        lines.Write(y);
+    }
+    return true;
+}
+
+/// In parts of 2^15; all of them do not fit in 16 bits.
+int16_t ShareOf(float weight)
+{
+    return int16_t(std::min(int(weight * 32768 + 0.5f), 32767));
+}
+
+/// The last two source lines, stretched.
+class StretchedLines {
+public:
+    bool Prepare(int from, int to)
+    {
+        m_Width = to;
+        m_Left = NewArray<int>(to);
+        m_Shares = NewArray<int16_t>(int64_t(to) * 4);
+        m_Lines[0] = NewArray<int16_t>(int64_t(to) * 4);
+        m_Lines[1] = NewArray<int16_t>(int64_t(to) * 4);
+        Axis axis;
+        if (m_Left == nullptr || m_Shares == nullptr || m_Lines[0] == nullptr || m_Lines[1] == nullptr ||
+            !axis.Prepare(from, to)) {
+            return false;
+        }
+        for (int x = 0; x < to; ++x) {
+            const Taps& taps = axis.AllTaps()[x];
+            // The last pixel has no neighbour: it is all of the one before it.
+            const bool last = taps.first == from - 1;
+            const int16_t share = ShareOf(last ? 1 : taps.count == 2 ? axis.Weights()[taps.weight + 1] : 0);
+            m_Left[size_t(x)] = taps.first - last;
+            std::fill_n(m_Shares.get() + ptrdiff_t(x) * 4, 4, share);
+        }
+        return true;
+    }
+
+    const int16_t* Line(Lines& lines, int y)
+    {
+        const int place = y % 2;
+        if (m_Number[place] != y) {
+            StretchLine(m_Lines[place].get(), lines.Read(y), {m_Left.get(), m_Shares.get()}, m_Width);
+            m_Number[place] = y;
+        }
+        return m_Lines[place].get();
+    }
+
+private:
+    int m_Width = 0;
+    HeapArray<int> m_Left;
+    HeapArray<int16_t> m_Shares, m_Lines[2];
+    int m_Number[2] = {-1, -1};
+};
+
+/// Opaque pictures that do not shrink, of two columns at least: whole numbers, each source line once.
+bool Stretch(const ImageView& src, const ImageView& dst)
+{
+    Lines lines;
+    StretchedLines stretched;
+    Axis down;
+    if (!lines.Prepare(src, dst, true) || !stretched.Prepare(src.width, dst.width) ||
+        !down.Prepare(src.height, dst.height)) {
+        return false;
+    }
+    for (int y = 0; y < dst.height; ++y) {
+        const Taps& taps = down.AllTaps()[y];
+        const float share = taps.count == 2 ? down.Weights()[taps.weight + 1] : 0;
+        const int16_t* const upper = stretched.Line(lines, taps.first);
+        const int16_t* const lower = stretched.Line(lines, taps.first + taps.count - 1);
+        MixLines(lines.Result(y), upper, lower, ShareOf(share), dst.width);
+        lines.Write(y);
+    }
+    return true;
+}
+
+/// Opaque pictures to exactly half their size.
+bool Halve(const ImageView& src, const ImageView& dst)
+{
+    Lines lines;
+    SourceLines lower;
+    if (!lines.Prepare(src, dst, true) || !lower.Prepare(src, kRgb)) {
+        return false;
+    }
+    for (int y = 0; y < dst.height; ++y) {
+        HalveLines(lines.Result(y), lines.Read(2 * y), lower.Read(2 * y + 1), dst.width);
+        lines.Write(y);
+    }
+    return true;
+}
+
+/// Looks at the pixels until one is not.
+bool IsOpaque(const ImageView& image)
+{
+    const Channel alpha = image.layout.channel[kAlpha];
+    const uint32_t mask = ((1u << alpha.bits) - 1) << alpha.shift;
+    for (int y = 0; mask != 0 && y < image.height; ++y) {
+        const uint8_t* pixels = image.Line(y);
+        uint32_t common = mask;
+        for (int x = 0; x < image.width; ++x, pixels += image.layout.bytes) {
+            uint32_t pixel = 0;
+            memcpy(&pixel, pixels, size_t(image.layout.bytes));
+            common &= pixel;
+        }
+        if (common != mask) {
+            return false;
+        }
+    }
+    return true;
 }
 
 bool Resize(const ImageView& src, const ImageView& dst)
 {
-    Resizer resizer = {src,
-                       dst,
-                       {},
-                       {},
-                       NewArray<float>(int64_t(src.width) * 4),
-                       NewArray<uint8_t>(int64_t(std::max(src.width, dst.width)) * 4)};
-    const bool ready = resizer.sums != nullptr && resizer.line != nullptr &&
-                       resizer.across.Prepare(src.width, dst.width) && resizer.down.Prepare(src.height, dst.height);
-    if (ready) {
-        Dispatch(Resample<SseLanes>, Resample<ScalarLanes>, resizer);
+    const bool opaque = IsOpaque(src);
+    if (opaque && src.width == 2 * dst.width && src.height == 2 * dst.height) {
+        return Halve(src, dst);
     }
-    return ready;
+    const bool grows = src.width <= dst.width && src.height <= dst.height;
+    return opaque && grows && src.width > 1 ? Stretch(src, dst) : Resample(src, dst, opaque);
 }
 
 int Half(int size)

@@ -39,8 +39,8 @@ void Reference(double (&res)[4], const TestImage& src, int x, int y, int width, 
     res[3] = sum[3];
 }
 
-/// Rounded to nearest, give or take the last digits of single precision.
-constexpr double kRounding = 0.502;
+/// Rounded to nearest, give or take what seven bits behind the point and shares of fifteen leave off.
+constexpr double kRounding = 0.525;
 
 void ExpectResized(const TestImage& src, const TestImage& dst)
 {

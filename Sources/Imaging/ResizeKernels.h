@@ -1,0 +1,112 @@
+#pragma once
+
+#include "Imaging/ResizeLanes.h"
+#include "Imaging/ResizeLines.h"
+
+#include <stddef.h>
+
+// The functions of ResizeLines.h over lanes. Those with a `from` go as far as whole registers do, and return how far.
+
+namespace zm {
+namespace {
+
+template <class Pixels, bool Opaque>
+inline int AddPixels(float* sums, const uint8_t* line, int from, int width, float weight)
+{
+    int x = from;
+    for (; x + Pixels::kPixels <= width; x += Pixels::kPixels) {
+        float* const sum = sums + ptrdiff_t(x) * 4;
+        const Pixels bytes = Pixels::FromBytes(line + ptrdiff_t(x) * 4);
+        (Pixels::Load(sum) + (Opaque ? bytes : bytes.Premultiplied()) * weight).Store(sum);
+    }
+    return x;
+}
+
+template <class Pixels, class One>
+inline void AddLineBy(float* sums, const uint8_t* line, int width, float weight, bool opaque)
+{
+    if (opaque) {
+        AddPixels<One, true>(sums, line, AddPixels<Pixels, true>(sums, line, 0, width, weight), width, weight);
+    } else {
+        AddPixels<One, false>(sums, line, AddPixels<Pixels, false>(sums, line, 0, width, weight), width, weight);
+    }
+}
+
+template <class Pixel>
+inline Pixel Reduced(const float* sums, const Taps& taps, const float* weights)
+{
+    const float* const from = sums + ptrdiff_t(taps.first) * 4;
+    Pixel sum = Pixel::Load(from) * weights[taps.weight];
+    for (int i = 1; i < taps.count; ++i) {
+        sum = sum + Pixel::Load(from + ptrdiff_t(i) * 4) * weights[taps.weight + i];
+    }
+    return sum;
+}
+
+template <class Pixel>
+inline void ReducePixels(uint8_t* res, const float* sums, const Taps* taps, const float* weights, int from, int width,
+                         bool opaque)
+{
+    for (int x = from; x < width; ++x) {
+        const Pixel sum = Reduced<Pixel>(sums, taps[x], weights);
+        (opaque ? sum : sum.Straight()).ToBytes(res + ptrdiff_t(x) * 4);
+    }
+}
+
+template <class Words>
+inline int StretchPixels(int16_t* res, const uint8_t* line, const Neighbours& neighbours, int from, int width)
+{
+    int x = from;
+    for (; x + Words::kPixels <= width; x += Words::kPixels) {
+        Words left, right;
+        Words::LoadNeighbours(left, right, line, neighbours.left + x);
+        const Words share = Words::Load(neighbours.shares + ptrdiff_t(x) * 4);
+        (left + (right - left).Share(share)).Store(res + ptrdiff_t(x) * 4);
+    }
+    return x;
+}
+
+template <class Words>
+inline int MixPixels(uint8_t* res, const int16_t* upper, const int16_t* lower, int share, int from, int width)
+{
+    const Words shares = Words::Splat(share);
+    int x = from;
+    for (; x + Words::kPixels <= width; x += Words::kPixels) {
+        const Words above = Words::Load(upper + ptrdiff_t(x) * 4), below = Words::Load(lower + ptrdiff_t(x) * 4);
+        (above + (below - above).Share(shares)).template ToBytes<kFraction>(res + ptrdiff_t(x) * 4);
+    }
+    return x;
+}
+
+template <class Words>
+inline int HalvePixels(uint8_t* res, const uint8_t* upper, const uint8_t* lower, int from, int width)
+{
+    int x = from;
+    for (; x + Words::kPixels <= width; x += Words::kPixels) {
+        const ptrdiff_t at = ptrdiff_t(x) * 8;
+        Words::SumOfFour(upper + at, lower + at).template ToBytes<2>(res + ptrdiff_t(x) * 4);
+    }
+    return x;
+}
+
+template <class Words>
+inline void StretchLineBy(int16_t* res, const uint8_t* line, const Neighbours& neighbours, int width)
+{
+    StretchPixels<ScalarPixelWords>(res, line, neighbours, StretchPixels<Words>(res, line, neighbours, 0, width),
+                                    width);
+}
+
+template <class Words>
+inline void MixLinesBy(uint8_t* res, const int16_t* upper, const int16_t* lower, int share, int width)
+{
+    MixPixels<ScalarPixelWords>(res, upper, lower, share, MixPixels<Words>(res, upper, lower, share, 0, width), width);
+}
+
+template <class Words>
+inline void HalveLinesBy(uint8_t* res, const uint8_t* upper, const uint8_t* lower, int width)
+{
+    HalvePixels<ScalarPixelWords>(res, upper, lower, HalvePixels<Words>(res, upper, lower, 0, width), width);
+}
+
+}  // namespace
+}  // namespace zm

@@ -1,0 +1,286 @@
+#pragma once
+
+#include <emmintrin.h>
+#include <stdint.h>
+#include <string.h>
+#ifdef __AVX2__
+#include <immintrin.h>
+#endif
+
+// Lanes for scaling pictures: channels of whole pixels, kPixels at a time, in the order of the bytes of ARGB8888 (blue,
+// green, red, alpha), as floats or as words of 16 bits. As in Math/Lanes.h all lane types give the same results, and
+// everything has internal linkage.
+
+namespace zm {
+namespace {
+
+struct ScalarPixelFloats {
+    float f[4];
+
+    static constexpr int kPixels = 1;
+
+    static ScalarPixelFloats Zero() { return {{0, 0, 0, 0}}; }
+    static ScalarPixelFloats Load(const float* p) { return {{p[0], p[1], p[2], p[3]}}; }
+    static ScalarPixelFloats FromBytes(const uint8_t* p)
+    {
+        return {{float(p[0]), float(p[1]), float(p[2]), float(p[3])}};
+    }
+    void Store(float* p) const { memcpy(p, f, sizeof(f)); }
+
+    ScalarPixelFloats operator+(ScalarPixelFloats o) const
+    {
+        return {{f[0] + o.f[0], f[1] + o.f[1], f[2] + o.f[2], f[3] + o.f[3]}};
+    }
+    ScalarPixelFloats operator*(float s) const { return {{f[0] * s, f[1] * s, f[2] * s, f[3] * s}}; }
+    ScalarPixelFloats Premultiplied() const { return {{f[0] * f[3], f[1] * f[3], f[2] * f[3], f[3]}}; }
+    /// Of premultiplied colours; transparent black without alpha.
+    ScalarPixelFloats Straight() const
+    {
+        return f[3] > 0 ? ScalarPixelFloats{{f[0] / f[3], f[1] / f[3], f[2] / f[3], f[3]}} : Zero();
+    }
+    /// Rounded to nearest; not for negative numbers.
+    void ToBytes(uint8_t* p) const
+    {
+        for (int c = 0; c < 4; ++c) {
+            p[c] = uint8_t((f[c] < 255 ? f[c] : 255) + 0.5f);
+        }
+    }
+};
+
+struct SsePixelFloats {
+    __m128 v;
+
+    static constexpr int kPixels = 1;
+
+    static SsePixelFloats Zero() { return {_mm_setzero_ps()}; }
+    static SsePixelFloats Load(const float* p) { return {_mm_loadu_ps(p)}; }
+    static SsePixelFloats FromBytes(const uint8_t* p)
+    {
+        int pixel;
+        memcpy(&pixel, p, 4);
+        const __m128i zero = _mm_setzero_si128(), words = _mm_unpacklo_epi8(_mm_cvtsi32_si128(pixel), zero);
+        return {_mm_cvtepi32_ps(_mm_unpacklo_epi16(words, zero))};
+    }
+    void Store(float* p) const { _mm_storeu_ps(p, v); }
+
+    SsePixelFloats operator+(SsePixelFloats o) const { return {_mm_add_ps(v, o.v)}; }
+    SsePixelFloats operator*(float s) const { return {_mm_mul_ps(v, _mm_set1_ps(s))}; }
+    SsePixelFloats Premultiplied() const { return {_mm_mul_ps(v, AlphaAndOne())}; }
+    SsePixelFloats Straight() const
+    {
+        const __m128 alpha = _mm_shuffle_ps(v, v, _MM_SHUFFLE(3, 3, 3, 3));
+        return {_mm_and_ps(_mm_div_ps(v, AlphaAndOne()), _mm_cmpgt_ps(alpha, _mm_setzero_ps()))};
+    }
+    void ToBytes(uint8_t* p) const
+    {
+        const __m128 rounded = _mm_add_ps(_mm_min_ps(v, _mm_set1_ps(255)), _mm_set1_ps(0.5f));
+        const __m128i words = _mm_packs_epi32(_mm_cvttps_epi32(rounded), _mm_setzero_si128());
+        const int pixel = _mm_cvtsi128_si32(_mm_packus_epi16(words, words));
+        memcpy(p, &pixel, 4);
+    }
+
+private:
+    __m128 AlphaAndOne() const
+    {
+        const __m128 high = _mm_shuffle_ps(v, _mm_set1_ps(1), _MM_SHUFFLE(0, 0, 3, 3));
+        return _mm_shuffle_ps(high, high, _MM_SHUFFLE(2, 0, 0, 0));
+    }
+};
+
+/// Words are numbers from 0 to 255 with seven bits behind the point, and differences of such.
+constexpr int kFraction = 7;
+
+struct ScalarPixelWords {
+    int16_t w[4];
+
+    static constexpr int kPixels = 1;
+
+    static ScalarPixelWords Load(const int16_t* p)
+    {
+        ScalarPixelWords res;
+        memcpy(res.w, p, sizeof(res.w));
+        return res;
+    }
+    void Store(int16_t* p) const { memcpy(p, w, sizeof(w)); }
+    /// The pixels of a line with those numbers, and those that follow them.
+    static void LoadNeighbours(ScalarPixelWords& left, ScalarPixelWords& right, const uint8_t* line, const int* numbers)
+    {
+        const uint8_t* const p = line + numbers[0] * 4;
+        for (int c = 0; c < 4; ++c) {
+            left.w[c] = int16_t(p[c] << kFraction);
+            right.w[c] = int16_t(p[c + 4] << kFraction);
+        }
+    }
+    /// Sums of two by two pixels, without bits behind the point.
+    static ScalarPixelWords SumOfFour(const uint8_t* upper, const uint8_t* lower)
+    {
+        ScalarPixelWords res;
+        for (int c = 0; c < 4; ++c) {
+            res.w[c] = int16_t(upper[c] + upper[c + 4] + lower[c] + lower[c + 4]);
+        }
+        return res;
+    }
+
+    ScalarPixelWords operator+(ScalarPixelWords o) const
+    {
+        return {{int16_t(w[0] + o.w[0]), int16_t(w[1] + o.w[1]), int16_t(w[2] + o.w[2]), int16_t(w[3] + o.w[3])}};
+    }
+    ScalarPixelWords operator-(ScalarPixelWords o) const
+    {
+        return {{int16_t(w[0] - o.w[0]), int16_t(w[1] - o.w[1]), int16_t(w[2] - o.w[2]), int16_t(w[3] - o.w[3])}};
+    }
+    /// The products in parts of 2^15, rounded to nearest.
+    ScalarPixelWords Share(ScalarPixelWords o) const
+    {
+        ScalarPixelWords res;
+        for (int c = 0; c < 4; ++c) {
+            res.w[c] = int16_t((w[c] * o.w[c] + 0x4000) >> 15);
+        }
+        return res;
+    }
+    static ScalarPixelWords Splat(int value)
+    {
+        return {{int16_t(value), int16_t(value), int16_t(value), int16_t(value)}};
+    }
+    /// Without so many bits, rounded to nearest.
+    template <int Bits>
+    void ToBytes(uint8_t* p) const
+    {
+        for (int c = 0; c < 4; ++c) {
+            p[c] = uint8_t((w[c] + (1 << (Bits - 1))) >> Bits);
+        }
+    }
+};
+
+struct SsePixelWords {
+    __m128i v;
+
+    static constexpr int kPixels = 2;
+
+    static SsePixelWords Load(const int16_t* p) { return {_mm_loadu_si128(reinterpret_cast<const __m128i*>(p))}; }
+    void Store(int16_t* p) const { _mm_storeu_si128(reinterpret_cast<__m128i*>(p), v); }
+    static void LoadNeighbours(SsePixelWords& left, SsePixelWords& right, const uint8_t* line, const int* numbers)
+    {
+        const __m128i first = LoadTwo(line + numbers[0] * 4), second = LoadTwo(line + numbers[1] * 4);
+        const __m128i both = _mm_unpacklo_epi32(first, second), zero = _mm_setzero_si128();
+        left.v = _mm_slli_epi16(_mm_unpacklo_epi8(both, zero), kFraction);
+        right.v = _mm_slli_epi16(_mm_unpackhi_epi8(both, zero), kFraction);
+    }
+    static SsePixelWords SumOfFour(const uint8_t* upper, const uint8_t* lower)
+    {
+        const __m128i zero = _mm_setzero_si128();
+        const __m128i a = _mm_loadu_si128(reinterpret_cast<const __m128i*>(upper));
+        const __m128i b = _mm_loadu_si128(reinterpret_cast<const __m128i*>(lower));
+        const __m128i low = _mm_add_epi16(_mm_unpacklo_epi8(a, zero), _mm_unpacklo_epi8(b, zero));
+        const __m128i high = _mm_add_epi16(_mm_unpackhi_epi8(a, zero), _mm_unpackhi_epi8(b, zero));
+        return {_mm_add_epi16(_mm_unpacklo_epi64(low, high), _mm_unpackhi_epi64(low, high))};
+    }
+
+    SsePixelWords operator+(SsePixelWords o) const { return {_mm_add_epi16(v, o.v)}; }
+    SsePixelWords operator-(SsePixelWords o) const { return {_mm_sub_epi16(v, o.v)}; }
+    SsePixelWords Share(SsePixelWords o) const
+    {
+        const __m128i high = _mm_mulhi_epi16(v, o.v), low = _mm_mullo_epi16(v, o.v), one = _mm_set1_epi16(1);
+        const __m128i half = _mm_and_si128(_mm_srli_epi16(low, 14), one);
+        return {_mm_add_epi16(_mm_add_epi16(_mm_add_epi16(high, high), _mm_srli_epi16(low, 15)), half)};
+    }
+    static SsePixelWords Splat(int value) { return {_mm_set1_epi16(int16_t(value))}; }
+    template <int Bits>
+    void ToBytes(uint8_t* p) const
+    {
+        const __m128i words = _mm_srai_epi16(_mm_add_epi16(v, _mm_set1_epi16(1 << (Bits - 1))), Bits);
+        _mm_storel_epi64(reinterpret_cast<__m128i*>(p), _mm_packus_epi16(words, words));
+    }
+
+private:
+    static __m128i LoadTwo(const uint8_t* p) { return _mm_loadl_epi64(reinterpret_cast<const __m128i*>(p)); }
+};
+
+#ifdef __AVX2__
+
+struct Avx2PixelFloats {
+    __m256 v;
+
+    static constexpr int kPixels = 2;
+
+    static Avx2PixelFloats Load(const float* p) { return {_mm256_loadu_ps(p)}; }
+    static Avx2PixelFloats FromBytes(const uint8_t* p)
+    {
+        return {_mm256_cvtepi32_ps(_mm256_cvtepu8_epi32(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(p))))};
+    }
+    static Avx2PixelFloats Both(SsePixelFloats first, SsePixelFloats second)
+    {
+        return {_mm256_set_m128(second.v, first.v)};
+    }
+    void Store(float* p) const { _mm256_storeu_ps(p, v); }
+
+    Avx2PixelFloats operator+(Avx2PixelFloats o) const { return {_mm256_add_ps(v, o.v)}; }
+    Avx2PixelFloats operator*(float s) const { return {_mm256_mul_ps(v, _mm256_set1_ps(s))}; }
+    Avx2PixelFloats Premultiplied() const { return {_mm256_mul_ps(v, AlphaAndOne())}; }
+    Avx2PixelFloats Straight() const
+    {
+        const __m256 some = _mm256_cmp_ps(_mm256_permute_ps(v, 0xFF), _mm256_setzero_ps(), _CMP_GT_OQ);
+        return {_mm256_and_ps(_mm256_div_ps(v, AlphaAndOne()), some)};
+    }
+    void ToBytes(uint8_t* p) const
+    {
+        const __m256 rounded = _mm256_add_ps(_mm256_min_ps(v, _mm256_set1_ps(255)), _mm256_set1_ps(0.5f));
+        const __m256i whole = _mm256_cvttps_epi32(rounded);
+        const __m128i words = _mm_packs_epi32(_mm256_castsi256_si128(whole), _mm256_extracti128_si256(whole, 1));
+        _mm_storel_epi64(reinterpret_cast<__m128i*>(p), _mm_packus_epi16(words, words));
+    }
+
+private:
+    __m256 AlphaAndOne() const { return _mm256_blend_ps(_mm256_permute_ps(v, 0xFF), _mm256_set1_ps(1), 0x88); }
+};
+
+struct Avx2PixelWords {
+    __m256i v;
+
+    static constexpr int kPixels = 4;
+
+    static Avx2PixelWords Load(const int16_t* p) { return {_mm256_loadu_si256(reinterpret_cast<const __m256i*>(p))}; }
+    void Store(int16_t* p) const { _mm256_storeu_si256(reinterpret_cast<__m256i*>(p), v); }
+    static void LoadNeighbours(Avx2PixelWords& left, Avx2PixelWords& right, const uint8_t* line, const int* numbers)
+    {
+        const __m128i low = _mm_unpacklo_epi32(LoadTwo(line, numbers[0]), LoadTwo(line, numbers[1]));
+        const __m128i high = _mm_unpacklo_epi32(LoadTwo(line, numbers[2]), LoadTwo(line, numbers[3]));
+        const __m256i all = _mm256_set_m128i(high, low), zero = _mm256_setzero_si256();
+        left.v = _mm256_slli_epi16(_mm256_unpacklo_epi8(all, zero), kFraction);
+        right.v = _mm256_slli_epi16(_mm256_unpackhi_epi8(all, zero), kFraction);
+    }
+    static Avx2PixelWords SumOfFour(const uint8_t* upper, const uint8_t* lower)
+    {
+        return {_mm256_add_epi16(SumOfTwo(upper), SumOfTwo(lower))};
+    }
+
+    Avx2PixelWords operator+(Avx2PixelWords o) const { return {_mm256_add_epi16(v, o.v)}; }
+    Avx2PixelWords operator-(Avx2PixelWords o) const { return {_mm256_sub_epi16(v, o.v)}; }
+    Avx2PixelWords Share(Avx2PixelWords o) const { return {_mm256_mulhrs_epi16(v, o.v)}; }
+    static Avx2PixelWords Splat(int value) { return {_mm256_set1_epi16(int16_t(value))}; }
+    template <int Bits>
+    void ToBytes(uint8_t* p) const
+    {
+        const __m256i words = _mm256_srai_epi16(_mm256_add_epi16(v, _mm256_set1_epi16(1 << (Bits - 1))), Bits);
+        const __m256i bytes = _mm256_permute4x64_epi64(_mm256_packus_epi16(words, words), _MM_SHUFFLE(3, 1, 2, 0));
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(p), _mm256_castsi256_si128(bytes));
+    }
+
+private:
+    static __m256i SumOfTwo(const uint8_t* p)
+    {
+        const __m256i pairs =
+            _mm256_broadcastsi128_si256(_mm_setr_epi8(0, 4, 1, 5, 2, 6, 3, 7, 8, 12, 9, 13, 10, 14, 11, 15));
+        const __m256i bytes = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(p));
+        return _mm256_maddubs_epi16(_mm256_shuffle_epi8(bytes, pairs), _mm256_set1_epi8(1));
+    }
+    static __m128i LoadTwo(const uint8_t* line, int number)
+    {
+        return _mm_loadl_epi64(reinterpret_cast<const __m128i*>(line + ptrdiff_t(number) * 4));
+    }
+};
+
+#endif
+
+}  // namespace
+}  // namespace zm

@@ -1,0 +1,47 @@
+#include "Imaging/ResizeLines.h"
+
+#include "Imaging/ResizeKernels.h"
+#include "Platform/FeatureWord.h"
+
+namespace zm {
+namespace {
+
+template <class Pixel>
+void ReduceLineBy(uint8_t* res, const float* sums, const Taps* taps, const float* weights, int width, bool opaque)
+{
+    ReducePixels<Pixel>(res, sums, taps, weights, 0, width, opaque);
+}
+
+}  // namespace
+
+void AddLine(float* sums, const uint8_t* line, int width, float weight, bool opaque)
+{
+    DispatchWide(avx2::AddLine, AddLineBy<SsePixelFloats, SsePixelFloats>,
+                 AddLineBy<ScalarPixelFloats, ScalarPixelFloats>, sums, line, width, weight, opaque);
+}
+
+void ReduceLine(uint8_t* res, const float* sums, const Taps* taps, const float* weights, int width, bool opaque)
+{
+    DispatchWide(avx2::ReduceLine, ReduceLineBy<SsePixelFloats>, ReduceLineBy<ScalarPixelFloats>, res, sums, taps,
+                 weights, width, opaque);
+}
+
+void StretchLine(int16_t* res, const uint8_t* line, const Neighbours& neighbours, int width)
+{
+    DispatchWide(avx2::StretchLine, StretchLineBy<SsePixelWords>, StretchLineBy<ScalarPixelWords>, res, line,
+                 neighbours, width);
+}
+
+void MixLines(uint8_t* res, const int16_t* upper, const int16_t* lower, int share, int width)
+{
+    DispatchWide(avx2::MixLines, MixLinesBy<SsePixelWords>, MixLinesBy<ScalarPixelWords>, res, upper, lower, share,
+                 width);
+}
+
+void HalveLines(uint8_t* res, const uint8_t* upper, const uint8_t* lower, int width)
+{
+    DispatchWide(avx2::HalveLines, HalveLinesBy<SsePixelWords>, HalveLinesBy<ScalarPixelWords>, res, upper, lower,
+                 width);
+}
+
+}  // namespace zm

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <stdint.h>
+
+// Scaling, line by line: pixels are ARGB8888, and a line of floats or words has four numbers a pixel.
+
+namespace zm {
+
+/// The pixels behind one pixel of the result, in one direction: a first one, and so many.
+struct Taps {
+    int first, count;
+    int weight;  ///< index of the first of their weights, which add up to 1
+};
+
+/// Where lines that grow take their pixels from: number `left[i]` and the one after it, of which the share in parts of
+/// 2^15 stands four times, once for each channel.
+struct Neighbours {
+    const int* left;
+    const int16_t* shares;
+};
+
+/// sums += line * weight. Colours are premultiplied, or, of opaque pictures, taken as they are.
+void AddLine(float* sums, const uint8_t* line, int width, float weight, bool opaque);
+
+/// Sums of columns become pixels, premultiplied colours straight ones.
+void ReduceLine(uint8_t* res, const float* sums, const Taps* taps, const float* weights, int width, bool opaque);
+
+/// Interpolates along a line.
+void StretchLine(int16_t* res, const uint8_t* line, const Neighbours& neighbours, int width);
+
+/// Interpolates between two stretched lines; `share` of the lower one is in parts of 2^15.
+void MixLines(uint8_t* res, const int16_t* upper, const int16_t* lower, int share, int width);
+
+/// Means of two by two pixels.
+void HalveLines(uint8_t* res, const uint8_t* upper, const uint8_t* lower, int width);
+
+/// The kernels for processors with AVX2.
+namespace avx2 {
+
+void AddLine(float* sums, const uint8_t* line, int width, float weight, bool opaque);
+void ReduceLine(uint8_t* res, const float* sums, const Taps* taps, const float* weights, int width, bool opaque);
+void StretchLine(int16_t* res, const uint8_t* line, const Neighbours& neighbours, int width);
+void MixLines(uint8_t* res, const int16_t* upper, const int16_t* lower, int share, int width);
+void HalveLines(uint8_t* res, const uint8_t* upper, const uint8_t* lower, int width);
+
+}  // namespace avx2
+}  // namespace zm
