@@ -115,7 +115,10 @@ int ZmMakePath(char* out, const char* dir, const char* file)
     AppendSeparator(path);
     path += OrEmpty(file);
     const bool fits = path.size() < kMaxPath;
-    strcpy(out, fits ? path.c_str() : "");
+    if (!fits) {
+        path.clear();
+    }
+    memcpy(out, path.c_str(), path.size() + 1);
     return fits;
 }
 

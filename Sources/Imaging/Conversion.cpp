@@ -28,12 +28,13 @@ constexpr Scale kNarrow[7][7] = {
 /// The bits of a value over and over, until there are enough.
 Scale Repeat(int from, int to)
 {
-    int factor = 1, bits = from;
+    uint32_t factor = 1;
+    int bits = from;
     while (bits < to) {
         factor = factor << from | 1;
         bits += from;
     }
-    return {factor, 0, bits - to};
+    return {int(factor), 0, bits - to};
 }
 
 Scale ScaleOf(int from, int to)

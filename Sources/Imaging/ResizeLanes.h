@@ -1,6 +1,7 @@
 #pragma once
 
 #include <emmintrin.h>
+#include <stddef.h>
 #include <stdint.h>
 #include <string.h>
 #ifdef __AVX2__
@@ -42,6 +43,7 @@ struct ScalarPixelFloats {
     void ToBytes(uint8_t* p) const
     {
         for (int c = 0; c < 4; ++c) {
+            // No negative numbers, and the same as in registers: NOLINTNEXTLINE(bugprone-incorrect-roundings)
             p[c] = uint8_t((f[c] < 255 ? f[c] : 255) + 0.5f);
         }
     }

@@ -48,7 +48,7 @@ private:
 uint32_t Field(double value, const Channel& channel)
 {
     const uint32_t most = (1u << channel.bits) - 1;
-    return uint32_t(value * most + 0.5) << channel.shift;
+    return uint32_t(floor(value * most + 0.5)) << channel.shift;
 }
 
 /// A number from -1 to 1; its sign is the highest bit of the field.

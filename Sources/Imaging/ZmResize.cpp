@@ -6,6 +6,7 @@
 #include "ZmBlit.h"
 
 #include <algorithm>
+#include <math.h>
 #include <string.h>
 
 namespace {
@@ -163,7 +164,7 @@ bool Resample(const ImageView& src, const ImageView& dst, bool opaque)
 /// In parts of 2^15; all of them do not fit in 16 bits.
 int16_t ShareOf(float weight)
 {
-    return int16_t(std::min(int(weight * 32768 + 0.5f), 32767));
+    return int16_t(std::min(int(floorf(weight * 32768 + 0.5f)), 32767));
 }
 
 /// The last two source lines, stretched.
