@@ -10,26 +10,45 @@
 namespace zm {
 namespace {
 
-template <class Pixels, bool Opaque>
-inline int AddPixels(float* sums, const uint8_t* line, int from, int width, float weight)
+template <class Pixels, bool Opaque, int Count>
+inline int SumPixels(float* sums, const WeightedLines& lines, int from, int width, bool add)
 {
+    const WeightedLines l = lines;
     int x = from;
     for (; x + Pixels::kPixels <= width; x += Pixels::kPixels) {
-        float* const sum = sums + ptrdiff_t(x) * 4;
-        const Pixels bytes = Pixels::FromBytes(line + ptrdiff_t(x) * 4);
-        (Pixels::Load(sum) + (Opaque ? bytes : bytes.Premultiplied()) * weight).Store(sum);
+        const ptrdiff_t at = ptrdiff_t(x) * 4;
+        Pixels sum = add ? Pixels::Load(sums + at) : Pixels::Zero();
+        for (int i = 0; i < Count; ++i) {
+            const Pixels bytes = Pixels::FromBytes(l.line[i] + at);
+            sum = sum + (Opaque ? bytes : bytes.Premultiplied()) * l.weight[i];
+        }
+        sum.Store(sums + at);
     }
     return x;
 }
 
-template <class Pixels, class One>
-inline void AddLineBy(float* sums, const uint8_t* line, int width, float weight, bool opaque)
+template <class Pixels, int Count>
+inline int SumSome(float* sums, const WeightedLines& lines, int from, int width, bool add)
 {
-    if (opaque) {
-        AddPixels<One, true>(sums, line, AddPixels<Pixels, true>(sums, line, 0, width, weight), width, weight);
-    } else {
-        AddPixels<One, false>(sums, line, AddPixels<Pixels, false>(sums, line, 0, width, weight), width, weight);
+    return lines.opaque ? SumPixels<Pixels, true, Count>(sums, lines, from, width, add)
+                        : SumPixels<Pixels, false, Count>(sums, lines, from, width, add);
+}
+
+template <class Pixels>
+inline int SumAll(float* sums, const WeightedLines& lines, int from, int width, bool add)
+{
+    switch (lines.count) {
+    case 1: return SumSome<Pixels, 1>(sums, lines, from, width, add);
+    case 2: return SumSome<Pixels, 2>(sums, lines, from, width, add);
+    case 3: return SumSome<Pixels, 3>(sums, lines, from, width, add);
+    default: return SumSome<Pixels, 4>(sums, lines, from, width, add);
     }
+}
+
+template <class Pixels, class One>
+inline void SumLinesBy(float* sums, const WeightedLines& lines, int width, bool add)
+{
+    SumAll<One>(sums, lines, SumAll<Pixels>(sums, lines, 0, width, add), width, add);
 }
 
 template <class Pixel>

@@ -205,6 +205,7 @@ struct Avx2PixelFloats {
 
     static constexpr int kPixels = 2;
 
+    static Avx2PixelFloats Zero() { return {_mm256_setzero_ps()}; }
     static Avx2PixelFloats Load(const float* p) { return {_mm256_loadu_ps(p)}; }
     static Avx2PixelFloats FromBytes(const uint8_t* p)
     {

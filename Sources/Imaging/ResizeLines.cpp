@@ -14,10 +14,10 @@ void ReduceLineBy(uint8_t* res, const float* sums, const Taps* taps, const float
 
 }  // namespace
 
-void AddLine(float* sums, const uint8_t* line, int width, float weight, bool opaque)
+void SumLines(float* sums, const WeightedLines& lines, int width, bool add)
 {
-    DispatchWide(avx2::AddLine, AddLineBy<SsePixelFloats, SsePixelFloats>,
-                 AddLineBy<ScalarPixelFloats, ScalarPixelFloats>, sums, line, width, weight, opaque);
+    DispatchWide(avx2::SumLines, SumLinesBy<SsePixelFloats, SsePixelFloats>,
+                 SumLinesBy<ScalarPixelFloats, ScalarPixelFloats>, sums, lines, width, add);
 }
 
 void ReduceLine(uint8_t* res, const float* sums, const Taps* taps, const float* weights, int width, bool opaque)

@@ -19,8 +19,18 @@ struct Neighbours {
     const int16_t* shares;
 };
 
-/// sums += line * weight. Colours are premultiplied, or, of opaque pictures, taken as they are.
-void AddLine(float* sums, const uint8_t* line, int width, float weight, bool opaque);
+/// Some lines of a picture and their weights. Colours are premultiplied, or, of opaque pictures, taken as they are.
+struct WeightedLines {
+    static constexpr int kMost = 4;
+
+    const uint8_t* line[kMost];
+    float weight[kMost];
+    int count;
+    bool opaque;
+};
+
+/// Sums of the lines, added to what is there or instead of it.
+void SumLines(float* sums, const WeightedLines& lines, int width, bool add);
 
 /// Sums of columns become pixels, premultiplied colours straight ones.
 void ReduceLine(uint8_t* res, const float* sums, const Taps* taps, const float* weights, int width, bool opaque);
@@ -37,7 +47,7 @@ void HalveLines(uint8_t* res, const uint8_t* upper, const uint8_t* lower, int wi
 /// The kernels for processors with AVX2.
 namespace avx2 {
 
-void AddLine(float* sums, const uint8_t* line, int width, float weight, bool opaque);
+void SumLines(float* sums, const WeightedLines& lines, int width, bool add);
 void ReduceLine(uint8_t* res, const float* sums, const Taps* taps, const float* weights, int width, bool opaque);
 void StretchLine(int16_t* res, const uint8_t* line, const Neighbours& neighbours, int width);
 void MixLines(uint8_t* res, const int16_t* upper, const int16_t* lower, int share, int width);

@@ -5,9 +5,9 @@
 namespace zm {
 namespace avx2 {
 
-void AddLine(float* sums, const uint8_t* line, int width, float weight, bool opaque)
+void SumLines(float* sums, const WeightedLines& lines, int width, bool add)
 {
-    AddLineBy<Avx2PixelFloats, SsePixelFloats>(sums, line, width, weight, opaque);
+    SumLinesBy<Avx2PixelFloats, SsePixelFloats>(sums, lines, width, add);
 }
 
 void ReduceLine(uint8_t* res, const float* sums, const Taps* taps, const float* weights, int width, bool opaque)

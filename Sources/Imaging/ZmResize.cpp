@@ -79,7 +79,7 @@ bool Equal(const PixelLayout& a, const PixelLayout& b)
 }
 
 /// The lines of an image with the colours where ARGB8888 has them, and alpha if it has some: its own where they are so
-/// already, else one copy at a time.
+/// already, else copies of the last few that were read.
 class SourceLines {
 public:
     bool Prepare(const ImageView& image, const PixelLayout& layout)
@@ -87,8 +87,8 @@ public:
         m_Image = image;
         m_Read = Convert(image.layout, kArgb);
         m_Direct = Equal(image.layout, kArgb) || Equal(image.layout, layout);
-        m_Copy = m_Direct ? nullptr : NewArray<uint8_t>(int64_t(image.width) * 4);
-        return m_Direct || m_Copy != nullptr;
+        m_Copies = m_Direct ? nullptr : NewArray<uint8_t>(int64_t(image.width) * 4 * WeightedLines::kMost);
+        return m_Direct || m_Copies != nullptr;
     }
 
     const uint8_t* Read(int y)
@@ -96,15 +96,16 @@ public:
         if (m_Direct) {
             return m_Image.Line(y);
         }
-        ConvertPixels(m_Read, m_Image.Line(y), m_Copy.get(), m_Image.width);
-        return m_Copy.get();
+        uint8_t* const copy = m_Copies.get() + ptrdiff_t(y % WeightedLines::kMost) * m_Image.width * 4;
+        ConvertPixels(m_Read, m_Image.Line(y), copy, m_Image.width);
+        return copy;
     }
 
 private:
     ImageView m_Image;
     Conversion m_Read;
     bool m_Direct;
-    HeapArray<uint8_t> m_Copy;
+    HeapArray<uint8_t> m_Copies;
 };
 
 /// What all ways of resizing have: lines of the source go in, lines of the result come out.
@@ -151,9 +152,13 @@ bool Resample(const ImageView& src, const ImageView& dst, bool opaque)
     }
     for (int y = 0; y < dst.height; ++y) {
         const Taps& taps = down.AllTaps()[y];
-        memset(sums.get(), 0, size_t(src.width) * 16);
-        for (int i = 0; i < taps.count; ++i) {
-            AddLine(sums.get(), lines.Read(taps.first + i), src.width, down.Weights()[taps.weight + i], opaque);
+        for (int done = 0; done < taps.count; done += WeightedLines::kMost) {
+            WeightedLines some = {{}, {}, std::min(taps.count - done, WeightedLines::kMost), opaque};
+            for (int i = 0; i < some.count; ++i) {
+                some.line[i] = lines.Read(taps.first + done + i);
+                some.weight[i] = down.Weights()[taps.weight + done + i];
+            }
+            SumLines(sums.get(), some, src.width, done > 0);
         }
         ReduceLine(lines.Result(y), sums.get(), across.AllTaps(), across.Weights(), dst.width, opaque);
         lines.Write(y);
@@ -235,12 +240,12 @@ bool Stretch(const ImageView& src, const ImageView& dst)
 bool Halve(const ImageView& src, const ImageView& dst)
 {
     Lines lines;
-    SourceLines lower;
-    if (!lines.Prepare(src, dst, true) || !lower.Prepare(src, kRgb)) {
+    if (!lines.Prepare(src, dst, true)) {
         return false;
     }
     for (int y = 0; y < dst.height; ++y) {
-        HalveLines(lines.Result(y), lines.Read(2 * y), lower.Read(2 * y + 1), dst.width);
+        const uint8_t* const upper = lines.Read(2 * y);
+        HalveLines(lines.Result(y), upper, lines.Read(2 * y + 1), dst.width);
         lines.Write(y);
     }
     return true;
