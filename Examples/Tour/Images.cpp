@@ -1,0 +1,135 @@
+#include "Images.h"
+
+#include "Png.h"
+
+#include "ZmMath.h"
+
+#include <algorithm>
+#include <filesystem>
+
+namespace {
+
+/// A descriptor with pixels of its own. The bytes of the default are red, green and blue, as files want them.
+struct Image {
+    Image(int width, int height, ZM_PIXELFORMAT format = ZM_PF_24_BGR888)
+    {
+        ZmPixelFormat2ImageDesc(format, Desc);
+        Desc.Width = width;
+        Desc.Height = height;
+        Desc.BytesPerLine = width * Desc.BitsPerPixel / 8;
+        Pixels.resize(size_t(Desc.BytesPerLine) * size_t(height));
+        Desc.Pixels = Pixels.data();
+    }
+    Image(const Image&) = delete;
+    Image& operator=(const Image&) = delete;
+
+    ZmImageDescEx Desc = {};
+    std::vector<unsigned char> Pixels;
+};
+
+/// A rectangle of an image: it shares the pixels and the pitch.
+ZmImageDescEx Part(const ZmImageDescEx& image, int x, int y, int width, int height)
+{
+    ZmImageDescEx part = image;
+    part.Pixels += y * image.BytesPerLine + x * image.BitsPerPixel / 8;
+    part.Width = width;
+    part.Height = height;
+    return part;
+}
+
+/// The picture's pixels as they are, 32 bits each.
+ZmImageDescEx Describe(const Picture& picture)
+{
+    ZmImageDescEx desc = {};
+    ZmPixelFormat2ImageDesc(ZM_PF_32_RGB888, desc);
+    desc.Width = picture.Width;
+    desc.Height = picture.Height;
+    desc.BytesPerLine = picture.Width * 4;
+    desc.Pixels = reinterpret_cast<unsigned char*>(const_cast<uint32_t*>(picture.Pixels.data()));
+    return desc;
+}
+
+void DrawTrueColours(const ZmImageDescEx& picture, Image& res)
+{
+    ZmDoBlit(picture, res.Desc);
+}
+
+/// To 256 colours and back.
+void DrawPalette(const ZmImageDescEx& picture, Image& res)
+{
+    unsigned char colours[256 * 4] = {};
+    Image indexed(picture.Width, picture.Height, ZM_PF_8_RGB332);
+    indexed.Desc.Palette = colours;
+    indexed.Desc.PaletteEntrySize = 4;
+    indexed.Desc.PaletteCount = 256;
+    ZmDoBlit(picture, indexed.Desc);
+    ZmDoBlit(indexed.Desc, res.Desc);
+}
+
+/// Bands from left to right: each goes through a format of few bits.
+void DrawFormats(const ZmImageDescEx& picture, Image& res)
+{
+    constexpr ZM_PIXELFORMAT kFormats[] = {ZM_PF_24_RGB888, ZM_PF_16_RGB565, ZM_PF_16_ARGB4444, ZM_PF_8_RGB332,
+                                           ZM_PF_8_ARGB2222};
+    constexpr int kBands = int(std::size(kFormats));
+    for (int i = 0; i < kBands; ++i) {
+        const int left = picture.Width * i / kBands, width = picture.Width * (i + 1) / kBands - left;
+        if (width > 0) {
+            Image band(width, picture.Height, kFormats[i]);
+            ZmDoBlit(Part(picture, left, 0, width, picture.Height), band.Desc);
+            ZmDoBlit(band.Desc, Part(res.Desc, left, 0, width, picture.Height));
+        }
+    }
+}
+
+/// All levels from half the size on, one after another.
+void DrawMipmaps(const ZmImageDescEx& picture, Image& res)
+{
+    ZmImageDescEx level = picture;
+    for (int x = 0; x < res.Desc.Width;) {
+        const int width = std::max(level.Width / 2, 1), height = std::max(level.Height / 2, 1);
+        const ZmImageDescEx next = Part(res.Desc, x, 0, width, height);
+        ZmGenerateMipMap(level, next);
+        level = next;
+        x += width;
+    }
+}
+
+/// The widths of all levels from half the size on, until both sides are one pixel.
+int WidthOfMipmaps(int width, int height)
+{
+    int sum = 0;
+    while (width > 1 || height > 1) {
+        width = std::max(width / 2, 1);
+        height = std::max(height / 2, 1);
+        sum += width;
+    }
+    return std::max(sum, 1);
+}
+
+}  // namespace
+
+bool SaveImages(const Picture& picture, const std::string& folder, std::vector<std::string>& paths, std::string& error)
+{
+    const int width = picture.Width, height = picture.Height;
+    const struct {
+        const char* name;
+        void (*draw)(const ZmImageDescEx& picture, Image& res);
+        int width, height;
+    } kImages[] = {
+        {"tour.png", DrawTrueColours, width, height},
+        {"tour-256.png", DrawPalette, width, height},
+        {"tour-formats.png", DrawFormats, width, height},
+        {"tour-mipmaps.png", DrawMipmaps, WidthOfMipmaps(width, height), std::max(height / 2, 1)},
+    };
+    for (const auto& image : kImages) {
+        Image res(image.width, image.height);
+        image.draw(Describe(picture), res);
+        paths.push_back((std::filesystem::path(folder) / image.name).string());
+        if (!WritePng(paths.back().c_str(), image.width, image.height, res.Pixels.data())) {
+            error = paths.back() + ": cannot be written";
+            return false;
+        }
+    }
+    return true;
+}
