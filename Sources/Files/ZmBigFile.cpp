@@ -43,6 +43,82 @@ bool OpensAsFile(ZmFile& file, const char* path)
     return (ZmFile::GetFileMode(path) & kTypeMask) != kFolder && file.Open(path, ZmFile::READONLY) != 0;
 }
 
+constexpr uint64_t Repeated(unsigned char byte)
+{
+    return byte * uint64_t(0x0101010101010101);
+}
+
+// Eight characters at once: adding to the low seven bits of each carries into its eighth where a bound is passed.
+uint64_t LowerCaseOf(uint64_t text)
+{
+    const uint64_t low = text & Repeated(0x7F);
+    const uint64_t fromA = low + Repeated(0x80 - 'A'), beyondZ = low + Repeated(0x80 - 'Z' - 1);
+    return text | ((fromA & ~beyondZ & ~text & Repeated(0x80)) >> 2);
+}
+
+bool Contains(uint64_t text, char character)
+{
+    const uint64_t different = text ^ Repeated(static_cast<unsigned char>(character));
+    return ((different - Repeated(1)) & ~different & Repeated(0x80)) != 0;
+}
+
+/// The name and extension of a path, in lower case: what RKPathSplitter makes of it.
+class FileNameKey : public XBaseString {
+public:
+    explicit FileNameKey(const char* path)
+    {
+        const size_t length = strlen(path);
+        if (length >= 8 && length <= kLongestPart) {
+            SetShort(path, length);
+        } else {
+            SetAny(path);
+        }
+    }
+    FileNameKey(const FileNameKey&) = delete;
+    FileNameKey& operator=(const FileNameKey&) = delete;
+
+private:
+    static constexpr size_t kLongestPart = 255;
+
+    // Each part fits into the splitter; so only the last separator matters.
+    void SetShort(const char* path, size_t length)
+    {
+        bool hasFolder = path[1] == ':';
+        for (size_t at = 0; at < length; at += 8) {
+            const size_t start = std::min(at, length - 8);
+            uint64_t word;
+            memcpy(&word, path + start, 8);
+            hasFolder = hasFolder || Contains(word, '/') || Contains(word, '\\');
+            word = LowerCaseOf(word);
+            memcpy(m_Text + start, &word, 8);
+        }
+        m_Text[length] = 0;
+        size_t name = 0;
+        if (hasFolder) {
+            const size_t drive = path[1] == ':' ? 2 : 0;
+            for (name = length; name != drive && path[name - 1] != '/' && path[name - 1] != '\\';) {
+                --name;
+            }
+        }
+        m_Buffer = m_Text + name;
+        m_Length = uint16_t(length - name);
+    }
+
+    void SetAny(const char* path)
+    {
+        const RKPathSplitter parts(path);
+        char* end = m_Text;
+        for (const char* part : {parts.GetName(), parts.GetExtension()}) {
+            end = std::transform(part, part + strlen(part), end, zm::ToLower);
+        }
+        *end = 0;
+        m_Buffer = m_Text;
+        m_Length = uint16_t(end - m_Text);
+    }
+
+    char m_Text[2 * kLongestPart + 2];
+};
+
 }  // namespace
 
 ZmBigFile::ZmBigFile() : m_Pool(sizeof(Entry), kPoolPage) {}
@@ -185,13 +261,7 @@ int ZmBigFile::Find(const char* name, ZmSubFile* sub)
         prefixed << name;
         name = prefixed.Text();
     }
-    const RKPathSplitter path(name);
-    char key[512];
-    char* end = key;
-    for (const char* part : {path.GetName(), path.GetExtension()}) {
-        end = std::transform(part, part + strlen(part), end, zm::ToLower);
-    }
-    *end = 0;
+    const FileNameKey key(OrEmpty(name));
     Entry* const* entry = m_Names.LookUp(key);
     if (entry == nullptr) {
         return 0;

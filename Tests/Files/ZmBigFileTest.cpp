@@ -136,6 +136,24 @@ TEST_F(BigFileTest, FindsNamesWithoutTheirDirectoryInAnyCase)
     EXPECT_EQ(m_Archive.Find(nullptr, nullptr), 0);
 }
 
+TEST_F(BigFileTest, FindsWhatThePathSplitterLeaves)
+{
+    constexpr char kLetters[] = "aZ[@./\\:\xC4";
+    for (int i = 0; i < 2000 && !HasFailure(); ++i) {
+        std::string path(size_t(m_Random.Int(0, i % 20 == 0 ? 600 : 40)), 'n');
+        for (char& c : path) {
+            c = m_Random.Int(0, 9) == 0 ? kLetters[m_Random.Int(0, 8)] : c;
+        }
+        SCOPED_TRACE(path);
+        const RKPathSplitter parts(path.c_str());
+        const std::string key = std::string(parts.GetName()) + parts.GetExtension();
+        ASSERT_EQ(AppendBytes(key, ""), 1);
+        EXPECT_EQ(m_Archive.Find(path.c_str(), nullptr), 1);
+        ASSERT_EQ(m_Archive.Remove(key.c_str()), 1);
+        EXPECT_EQ(m_Archive.Find(path.c_str(), nullptr), 0);
+    }
+}
+
 TEST_F(BigFileTest, AFileThatIsMissingLeavesAnEmptyEntryOrZeros)
 {
     const std::string disk = m_Folder / "disk";
