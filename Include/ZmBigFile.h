@@ -96,8 +96,13 @@ public:
 
 private:
     struct Entry;
+    /// With a secret of the process in it. Names of one XHashFun are easily made, and an archive full of them would
+    /// take hours to open.
+    struct NameHash {
+        uint64_t Tagged(const XBaseString& name) const;
+    };
     /// The keys are the entries' own texts.
-    typedef XHashTable<Entry*, XBaseString, XHashFun<XString>, XEqual<XString>> NameTable;
+    typedef XHashTable<Entry*, XBaseString, NameHash, XEqual<XString>> NameTable;
 
     void Discard();
     bool ReadArchive();
