@@ -18,6 +18,14 @@ std::string ReadSub(ZmSubFile& sub)
     return bytes;
 }
 
+/// With line feeds only.
+std::string TextOf(const std::string& path)
+{
+    std::string text = BytesOf(path);
+    text.erase(std::remove(text.begin(), text.end(), '\r'), text.end());
+    return text;
+}
+
 class BigFileTest : public testing::Test {
 protected:
     BigFileTest() { m_Messages.Listen("archive", ZmLog::GetLog().RegisterModule("ZmMath")); }
@@ -220,11 +228,9 @@ TEST_F(BigFileTest, IndexListsReorderAndLoseALastCharacter)
     EXPECT_EQ(heard[0].line, 602);
     EXPECT_EQ(heard[0].text, "Entry none not found in Big File " + m_Path);
     m_Archive.SaveIndex(list.c_str(), 0);
-    std::string text = BytesOf(list);
-    text.erase(std::remove(text.begin(), text.end(), '\r'), text.end());
-    EXPECT_EQ(text, "second\nthird\nfirst\nnew\n");
+    EXPECT_EQ(TextOf(list), "second\nthird\nfirst\nnew\n");
     m_Archive.SaveIndex(list.c_str(), 1);
-    EXPECT_EQ(BytesOf(list).substr(0, 31), "Offset         40 : second (2)\n");
+    EXPECT_EQ(TextOf(list).substr(0, 31), "Offset         40 : second (2)\n");
 }
 
 const struct {
