@@ -26,7 +26,9 @@ public:
     void Fill(void* res, size_t size)
     {
         const size_t given = std::min(size, m_Size);
-        memset(res, 0, size);
+        if (size != 0) {  // no bytes may go into null
+            memset(res, 0, size);
+        }
         if (given != 0) {
             memcpy(res, m_Data, given);
         }

@@ -21,7 +21,7 @@
 class ZmBigFile {
 public:
     /// Hears how far Save() is. It must not change the archive.
-    class ZM_API ProgressionCallback {
+    class ProgressionCallback {
     public:
         virtual void Progress(int percent) = 0;
 
