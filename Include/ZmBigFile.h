@@ -70,7 +70,7 @@ public:
 
     /// Writes an archive of the entries in their order. 0 changes nothing: neither the file nor this object. It is
     /// returned without a path where none is known, if the archive would be too large, if an entry's bytes are not in
-    /// the file, and if not all can be written.
+    /// the file, if not all can be written, and where the system does not replace a file that somebody has open.
     ///
     /// The archive appears under its name when it is whole, and takes the place of what was there, in one step; until
     /// then it is in a file of that name with ".tmp" behind. Of a file that a deferred entry names and that is gone, or
@@ -79,7 +79,8 @@ public:
     /// With a path the object stays as it is. **Without, the archive replaces the one that is open, and the object is
     /// closed**: open it again.
     ///
-    /// `progress`, unless null, hears each percentage once; the last is 100.
+    /// `progress`, unless null, hears each percentage once; the last is 100. Where the order has not as many entries as
+    /// there are names, the standard output gets "diff : %d <=> %d" with the two numbers.
     ZM_API int Save(const char* path, ProgressionCallback* progress);
 
     /// What is inside, by position: the order in which Save() writes, or, if that was not kept, the order of the table
@@ -96,10 +97,10 @@ public:
 
 private:
     struct Entry;
-    /// With a secret of the process in it. Names of one XHashFun are easily made, and an archive full of them would
-    /// take hours to open.
+    /// With a secret of the process in it: names with the same XHashFun are easily made, and an archive of some
+    /// megabytes full of them would take minutes to open.
     struct NameHash {
-        uint64_t Tagged(const XBaseString& name) const;
+        static uint64_t Tagged(const XBaseString& name);
     };
     /// The keys are the entries' own texts.
     typedef XHashTable<Entry*, XBaseString, NameHash, XEqual<XString>> NameTable;

@@ -41,7 +41,7 @@ struct Seed {
 
 }  // namespace
 
-uint64_t ZmBigFile::NameHash::Tagged(const XBaseString& name) const
+uint64_t ZmBigFile::NameHash::Tagged(const XBaseString& name)
 {
     static const Seed seed;
     const char* text = name.Text();

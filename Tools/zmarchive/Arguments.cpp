@@ -22,7 +22,7 @@ const char* TextOf(unsigned option)
 
 unsigned OptionOf(const std::string& text)
 {
-    const auto found =
+    const auto* const found =
         std::find_if(std::begin(kOptions), std::end(kOptions), [&](const auto& o) { return text == o.Text; });
     if (found == std::end(kOptions))
         throw UsageError("unknown option '" + text + "'");
