@@ -14,6 +14,9 @@ extern const Contender kScalarPoints;
 extern const Tasks kArrayTasks;
 extern const Contender kArrays;
 
+extern const Tasks kArchiveTasks;
+extern const Contender kArchives;
+
 extern const Tasks kFileTasks;
 extern const Contender kFiles;
 

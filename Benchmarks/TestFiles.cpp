@@ -1,5 +1,8 @@
 #include "TestFiles.h"
 
+#include "Inputs.h"
+
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <random>
@@ -66,6 +69,52 @@ const std::string& ManyFiles()
             const std::string folder = name + "/folder" + std::to_string(i / 100);
             std::filesystem::create_directories(folder);
             std::ofstream(folder + "/file" + std::to_string(i) + ".txt");
+        }
+        return name;
+    }();
+    return path;
+}
+
+const std::vector<Member>& ArchiveMembers()
+{
+    static const std::vector<Member> members = [] {
+        constexpr size_t kBlockSize = 2 * kLargestMember;
+        static std::vector<char> block(kBlockSize);
+        std::mt19937 random(1);
+        std::generate(block.begin(), block.end(), [&] { return char(random()); });
+        std::vector<Member> res;
+        const char* const* names = PathNames(kMemberCount);
+        for (int i = 0; i < kMemberCount; ++i) {
+            std::string name = names[i];
+            std::transform(name.begin(), name.end(), name.begin(), [](char c) {
+                return c == '/' ? '_' : c >= 'A' && c <= 'Z' ? char(c + ('a' - 'A')) : c;
+            });
+            const char* bytes = block.data() + random() % kLargestMember;
+            res.push_back({name, bytes, 1024 + unsigned(random() % (kLargestMember - 1023))});
+        }
+        return res;
+    }();
+    return members;
+}
+
+const std::string& ArchiveFile()
+{
+    static const std::string path = [] {
+        const auto word = [](size_t value) {
+            return std::string{char(value), char(value >> 8), char(value >> 16), char(value >> 24)};
+        };
+        std::string index;
+        for (const Member& member : ArchiveMembers()) {
+            index += member.name + '\0' + word(member.size);
+        }
+        const std::string name = TestFolder() + "/archive";
+        std::ofstream file(name, std::ios::binary);
+        file << "ZMBG" << word(index.size()) << index;
+        for (const Member& member : ArchiveMembers()) {
+            file.write(member.bytes, member.size);
+        }
+        if (!file.flush()) {
+            throw std::runtime_error("no room for " + name);
         }
         return name;
     }();

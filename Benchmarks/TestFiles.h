@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 // What the benchmarks of files work on: made on first use, removed at the end.
 namespace bench {
@@ -17,5 +18,18 @@ const std::string& LargeFile();
 
 /// A folder with kFileCount files in a hundred subfolders.
 const std::string& ManyFiles();
+
+/// What archives are made of: 10,000 members of 1 to 64 KB, with names such as "models_city_door_0417.mesh".
+struct Member {
+    std::string name;
+    const char* bytes;
+    unsigned size;
+};
+constexpr int kMemberCount = 10000;
+constexpr unsigned kLargestMember = 65536;
+const std::vector<Member>& ArchiveMembers();
+
+/// An archive of the members in the library's format, written without it.
+const std::string& ArchiveFile();
 
 }  // namespace bench

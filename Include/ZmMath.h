@@ -15,6 +15,7 @@
 #include "ZmAllocator.h"
 #include "ZmBbox.h"
 #include "ZmBestFitBBox.h"
+#include "ZmBigFile.h"
 #include "ZmBlit.h"
 #include "ZmCachedFile.h"
 #include "ZmColor.h"

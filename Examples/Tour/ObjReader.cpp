@@ -2,7 +2,7 @@
 
 #include <cmath>
 #include <cstdlib>
-#include <fstream>
+#include <istream>
 
 namespace {
 
@@ -185,17 +185,4 @@ bool ReadObj(std::istream& file, Mesh& mesh, std::string& error)
     good = good && parser.Finish();
     error = file.bad() ? "cannot be read to its end" : parser.Error;
     return good && !file.bad();
-}
-
-bool ReadObj(const std::string& path, Mesh& mesh, std::string& error)
-{
-    std::ifstream file(path, std::ios::binary);
-    if (!file || file.peek() == std::ifstream::traits_type::eof()) {
-        error = path + ": cannot be read, or is empty";
-        return false;
-    }
-    if (ReadObj(file, mesh, error))
-        return true;
-    error = path + ": " + error;
-    return false;
 }

@@ -10,5 +10,4 @@
 /// mesh looks right in the left-handed scene. `mesh` gets positions and indices
 /// only, see PrepareMesh(). False with a message in `error`, which names the line,
 /// when the file is damaged or empty; `mesh` is of no use then.
-bool ReadObj(const std::string& path, Mesh& mesh, std::string& error);
 bool ReadObj(std::istream& file, Mesh& mesh, std::string& error);

@@ -1,6 +1,7 @@
 // The tour: a mesh is loaded, copied over a meadow, culled, transformed, lit, drawn
 // and written as a PNG file. The stages follow each other in RunTour().
 
+#include "Archive.h"
 #include "Bake.h"
 #include "Log.h"
 #include "Meadow.h"
@@ -14,14 +15,23 @@
 #include <cstdio>
 #include <exception>
 #include <filesystem>
+#include <sstream>
 #include <system_error>
 
 namespace {
 
-bool LoadStatue(const std::string& path, Mesh& mesh, std::string& error)
+// Packs the mesh into the tour's archive and reads it from there.
+bool LoadStatue(const std::string& path, const std::string& folder, Mesh& mesh, std::string& error)
 {
-    if (!ReadObj(path, mesh, error))
+    const std::string archive = (std::filesystem::path(folder) / "tour.zmbg").string();
+    std::string text;
+    if (!PackFiles(archive, {path}, error) || !ReadPacked(archive, path, text, error))
         return false;
+    std::istringstream file(text);
+    if (!ReadObj(file, mesh, error)) {
+        error = path + ": " + error;
+        return false;
+    }
     if (!PrepareMesh(mesh)) {
         error = path + ": the mesh has no size";
         return false;
@@ -57,7 +67,7 @@ bool RunTour(const Options& options, std::string& error)
     if (!MakeFolder(options.OutputFolder, error))
         return false;
     StartLog(options.OutputFolder);
-    if (!LoadStatue(options.MeshPath, statue, error))
+    if (!LoadStatue(options.MeshPath, options.OutputFolder, statue, error))
         return false;
     times.Load = Lap(clock);
     Info(__LINE__).PrintMT("%s: %d vertices, loaded and baked in %.1f ms", options.MeshPath.c_str(),

@@ -31,6 +31,11 @@ if [ -e "$user.exe" ]; then
     cp "$scratch"/prefix/bin/ZmMath.dll "$scratch/user/"
 fi
 "$@" "$user"
+tool=$scratch/prefix/bin/zmarchive
+[ ! -e "$tool.exe" ] || tool+=.exe
+if [ -e "$tool" ]; then
+    "$@" "$tool" --version
+fi
 
 if [ "$compiler" = none ] || ! command -v pkg-config >/dev/null; then
     echo "pkg-config part left out"

@@ -78,11 +78,11 @@ void WalkFolder(const Work& w)
     *static_cast<float*>(w.dst) = float(count);
 }
 
-void CopyFile(const Work&)
+void CopyFile(const std::string& path)
 {
     constexpr size_t kStep = 128 * 1024;  // as cp does
     static char buffer[kStep];
-    const int source = open(LargeFile().c_str(), O_RDONLY), target = OpenToWrite("/copy");
+    const int source = open(path.c_str(), O_RDONLY), target = OpenToWrite("/copy");
     for (ssize_t read_; (read_ = read(source, buffer, kStep)) > 0;) {
         if (write(target, buffer, size_t(read_)) != read_) {
             break;
@@ -92,10 +92,20 @@ void CopyFile(const Work&)
     close(target);
 }
 
+void CopyLargeFile(const Work&)
+{
+    CopyFile(LargeFile());
+}
+
+void CopyArchive(const Work&)
+{
+    CopyFile(ArchiveFile());
+}
+
 constexpr Entry kEntries[] = {
-    {"Log/LineBesideWrite", WriteLines}, {"Read/16", ReadAll<16>},    {"Read/64", ReadAll<64>},
-    {"Read/256", ReadAll<256>},          {"Read/Random", ReadRandom}, {"Folder/Walk", WalkFolder},
-    {"Stream/Copy", CopyFile},
+    {"Log/LineBesideWrite", WriteLines}, {"Read/16", ReadAll<16>},      {"Read/64", ReadAll<64>},
+    {"Read/256", ReadAll<256>},          {"Read/Random", ReadRandom},   {"Folder/Walk", WalkFolder},
+    {"Stream/Copy", CopyLargeFile},      {"Archive/Save", CopyArchive},
 };
 
 }  // namespace

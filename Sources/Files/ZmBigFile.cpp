@@ -1,0 +1,453 @@
+#include "ZmBigFile.h"
+
+#include "Files/BigFileEntry.h"
+#include "Foundations/Characters.h"
+#include "Logging/LibraryLog.h"
+#include "ZmPath.h"
+
+#include <algorithm>
+#include <new>
+#include <string.h>
+
+namespace {
+
+constexpr int kPoolPage = 65536;
+
+const char* OrEmpty(const char* text)
+{
+    return text != nullptr ? text : "";
+}
+
+unsigned int LoadWord(const char* bytes)
+{
+    const auto* b = reinterpret_cast<const unsigned char*>(bytes);
+    return b[0] | unsigned(b[1]) << 8 | unsigned(b[2]) << 16 | unsigned(b[3]) << 24;
+}
+
+/// False for a name that is too long for a string.
+bool AppendLowerCase(XString& res, const char* name)
+{
+    const char* text = OrEmpty(name);
+    if (strlen(text) + res.Length() > size_t(XString::kMaxLength)) {
+        return false;
+    }
+    res << text;
+    res.ToLower();
+    return true;
+}
+
+/// On POSIX systems a folder opens as a file does.
+bool OpensAsFile(ZmFile& file, const char* path)
+{
+    constexpr unsigned int kTypeMask = 0xF000, kFolder = 0x4000;
+    return (ZmFile::GetFileMode(path) & kTypeMask) != kFolder && file.Open(path, ZmFile::READONLY) != 0;
+}
+
+constexpr uint64_t Repeated(unsigned char byte)
+{
+    return byte * uint64_t(0x0101010101010101);
+}
+
+// Eight characters at once: adding to the low seven bits of each carries into its eighth where a bound is passed.
+uint64_t LowerCaseOf(uint64_t text)
+{
+    const uint64_t low = text & Repeated(0x7F);
+    const uint64_t fromA = low + Repeated(0x80 - 'A'), beyondZ = low + Repeated(0x80 - 'Z' - 1);
+    return text | ((fromA & ~beyondZ & ~text & Repeated(0x80)) >> 2);
+}
+
+bool Contains(uint64_t text, char character)
+{
+    const uint64_t different = text ^ Repeated(static_cast<unsigned char>(character));
+    return ((different - Repeated(1)) & ~different & Repeated(0x80)) != 0;
+}
+
+/// The name and extension of a path, in lower case: what RKPathSplitter makes of it.
+class FileNameKey : public XBaseString {
+public:
+    explicit FileNameKey(const char* path)
+    {
+        const size_t length = strlen(path);
+        if (length >= 8 && length <= kLongestPart) {
+            SetShort(path, length);
+        } else {
+            SetAny(path);
+        }
+    }
+    FileNameKey(const FileNameKey&) = delete;
+    FileNameKey& operator=(const FileNameKey&) = delete;
+
+private:
+    static constexpr size_t kLongestPart = 255;
+
+    // Each part fits into the splitter; so only the last separator matters.
+    void SetShort(const char* path, size_t length)
+    {
+        bool hasFolder = path[1] == ':';
+        for (size_t at = 0; at < length; at += 8) {
+            const size_t start = std::min(at, length - 8);
+            uint64_t word;
+            memcpy(&word, path + start, 8);
+            hasFolder = hasFolder || Contains(word, '/') || Contains(word, '\\');
+            word = LowerCaseOf(word);
+            memcpy(m_Text + start, &word, 8);
+        }
+        m_Text[length] = 0;
+        size_t name = 0;
+        if (hasFolder) {
+            const size_t drive = path[1] == ':' ? 2 : 0;
+            for (name = length; name != drive && path[name - 1] != '/' && path[name - 1] != '\\';) {
+                --name;
+            }
+        }
+        m_Buffer = m_Text + name;
+        m_Length = uint16_t(length - name);
+    }
+
+    void SetAny(const char* path)
+    {
+        const RKPathSplitter parts(path);
+        char* end = m_Text;
+        for (const char* part : {parts.GetName(), parts.GetExtension()}) {
+            end = std::transform(part, part + strlen(part), end, zm::ToLower);
+        }
+        *end = 0;
+        m_Buffer = m_Text;
+        m_Length = uint16_t(end - m_Text);
+    }
+
+    char m_Text[2 * kLongestPart + 2];
+};
+
+}  // namespace
+
+ZmBigFile::ZmBigFile() : m_Pool(sizeof(Entry), kPoolPage) {}
+
+ZmBigFile::~ZmBigFile()
+{
+    Discard();
+}
+
+void ZmBigFile::Discard()
+{
+    for (Entry* entry = m_Newest; entry != nullptr;) {
+        Entry* older = entry->older;
+        entry->Empty();
+        entry->~Entry();
+        entry = older;
+    }
+    m_Newest = nullptr;
+    m_Order.Clear();
+    m_Names.Clear();
+    m_Pool.Clear();
+    m_File.Close();
+    m_FileName = nullptr;
+    m_Prefix = nullptr;
+    m_KeepsOrder = true;
+}
+
+int ZmBigFile::Open(const char* name, int keepOrder)
+{
+    const XString path(name);  // it may be this object's own
+    Discard();
+    m_FileName = path;
+    m_KeepsOrder = keepOrder != 0;
+    if (!OpensAsFile(m_File, path.Text())) {
+        // In a mode that makes a file and never empties one: another process may just have made it.
+        if (ZmFile::GetFileMode(path.Text()) != 0 || !m_File.Open(path.Text(), ZmFile::APPEND)) {
+            Discard();
+            return 0;
+        }
+        return 1;
+    }
+    if (!ReadArchive()) {
+        Discard();
+        return 0;
+    }
+    return 1;
+}
+
+bool ZmBigFile::ReadArchive()
+{
+    const unsigned int fileSize = m_File.Size();
+    if (fileSize == 0) {
+        return true;
+    }
+    char header[zm::kArchiveHeader] = {};
+    m_File.Read(header, std::min(fileSize, zm::kArchiveHeader));
+    if (memcmp(header, zm::kArchiveMagic, sizeof(zm::kArchiveMagic)) != 0) {
+        return false;
+    }
+    if (fileSize > zm::kLargestArchive) {
+        zm::Warn(__LINE__, "ZmBigFile", "Big File %s is too large", m_FileName.Text());
+        return false;
+    }
+    if (fileSize < zm::kArchiveHeader) {
+        zm::Warn(__LINE__, "ZmBigFile", "Big File %s ends in its header", m_FileName.Text());
+        return true;
+    }
+    return ReadIndex(LoadWord(header + sizeof(zm::kArchiveMagic)), fileSize);
+}
+
+bool ZmBigFile::ReadIndex(unsigned int indexSize, unsigned int fileSize)
+{
+    const unsigned int available = std::min(indexSize, fileSize - zm::kArchiveHeader);
+    char* index = static_cast<char*>(zm::NewBlock(available));
+    if (index == nullptr) {
+        return false;
+    }
+    m_File.Seek(zm::kArchiveHeader, ZmStream::START);
+    m_File.Read(index, available);
+    uint64_t offset = uint64_t(zm::kArchiveHeader) + indexSize;
+    const char *record = index, *const end = index + available;
+    while (record != end) {
+        const auto* nul = static_cast<const char*>(memchr(record, 0, size_t(end - record)));
+        const bool whole = nul != nullptr && end - nul > 4 && nul - record <= XString::kMaxLength;
+        Entry* entry = whole ? NewEntry(record, int(nul - record)) : nullptr;
+        if (entry == nullptr || (m_KeepsOrder && !m_Order.PushBack(entry))) {
+            break;
+        }
+        const unsigned int size = LoadWord(nul + 1);
+        entry->offset = unsigned(std::min(offset, uint64_t(UINT32_MAX)));  // where no file has bytes
+        entry->size = int(size);
+        const NameTable::Inserted inserted = m_Names.Insert(XBaseString(entry->name), entry);
+        if (inserted.position != m_Names.End()) {
+            inserted.position->value = entry;  // the later of two
+        }
+        offset += size;
+        record = nul + 5;
+    }
+    if (record != end || available != indexSize) {
+        zm::Warn(__LINE__, "ZmBigFile", "The index of Big File %s is damaged after %lld bytes", m_FileName.Text(),
+                 static_cast<long long>(record - index));
+    }
+    zm::DeleteBlock(index);
+    return true;
+}
+
+ZmBigFile::Entry* ZmBigFile::NewEntry(const char* name, int length)
+{
+    void* block = m_Pool.Allocate();
+    if (block != nullptr) {
+        m_Newest = new (block) Entry{XString(name, length), 0, nullptr, 0, m_Newest, false};
+    }
+    return static_cast<Entry*>(block);
+}
+
+ZmBigFile::Entry* ZmBigFile::AddEntry(const XString& key)
+{
+    Entry* entry = NewEntry(key.Text(), key.Length());
+    if (entry == nullptr || !m_Order.PushBack(entry)) {
+        return nullptr;
+    }
+    if (!m_Names.InsertUnique(XBaseString(entry->name), entry)) {
+        m_Order.PopBack();
+        return nullptr;
+    }
+    return entry;
+}
+
+bool ZmBigFile::KeyOf(const char* name, XString& res) const
+{
+    res = m_Prefix;
+    return AppendLowerCase(res, name);
+}
+
+int ZmBigFile::Find(const char* name, ZmSubFile* sub)
+{
+    XString prefixed;
+    if (!m_Prefix.IsEmpty()) {
+        prefixed = m_Prefix;
+        prefixed << name;
+        name = prefixed.Text();
+    }
+    const FileNameKey key(OrEmpty(name));
+    Entry* const* entry = m_Names.LookUp(key);
+    if (entry == nullptr) {
+        return 0;
+    }
+    if (sub != nullptr) {
+        sub->Set(&m_File, (*entry)->offset, unsigned((*entry)->size));
+    }
+    return 1;
+}
+
+int ZmBigFile::Append(const char* name, const char* path, int deferLoad, int replace)
+{
+    XString key;
+    if (!AppendLowerCase(key, name)) {
+        return 0;
+    }
+    Entry** found = m_Names.LookUp(key);
+    if (found != nullptr && replace == 0) {
+        return 0;
+    }
+    ZmFile file;
+    const bool opened = OpensAsFile(file, path);
+    const unsigned int size = file.Size();
+    if (size > zm::kLargestArchive) {
+        zm::Warn(__LINE__, "ZmBigFile", "File %s is too large for a big file", path);
+        return 0;
+    }
+    Entry* entry = found != nullptr ? *found : AddEntry(key);
+    if (entry == nullptr) {
+        return 0;
+    }
+    entry->Empty();
+    if (opened && deferLoad != 0) {
+        const unsigned int length = unsigned(strlen(path)) + 1;
+        if (char* source = entry->MakeSource(length)) {
+            memcpy(source, path, length);
+            entry->size = -int(size);
+        }
+    } else if (opened) {
+        char* source = entry->MakeSource(size);
+        if (source != nullptr && file.Read(source, size) == size) {
+            entry->size = int(size);
+        } else {
+            entry->Empty();
+        }
+    }
+    return entry->source != nullptr;
+}
+
+int ZmBigFile::Append(const char* name, const void* data, unsigned int size)
+{
+    XString key;
+    if (size > zm::kLargestArchive || (data == nullptr && size != 0) || !AppendLowerCase(key, name) ||
+        m_Names.LookUp(key) != nullptr) {
+        return 0;
+    }
+    char* source = static_cast<char*>(zm::NewBlock(size));
+    Entry* entry = source != nullptr ? AddEntry(key) : nullptr;
+    if (entry == nullptr) {
+        zm::DeleteBlock(source);
+        return 0;
+    }
+    if (size != 0) {
+        memcpy(source, data, size);
+    }
+    entry->source = source;
+    entry->size = int(size);
+    return 1;
+}
+
+int ZmBigFile::Remove(const char* name)
+{
+    XString key;
+    const Entry* entry = KeyOf(name, key) ? m_Names.Remove(key) : nullptr;
+    if (entry == nullptr) {
+        return 0;
+    }
+    RemoveFromOrder(entry);
+    return 1;
+}
+
+int ZmBigFile::RemoveEntry(int position)
+{
+    const Entry* entry = EntryAt(position);
+    if (entry == nullptr) {
+        return 0;
+    }
+    Entry* const* named = m_Names.LookUp(entry->name);
+    if (named != nullptr && *named == entry) {
+        m_Names.Remove(entry->name);
+    }
+    RemoveFromOrder(entry);
+    return 1;
+}
+
+void ZmBigFile::RemoveFromOrder(const Entry* entry)
+{
+    Entry* const* place = std::find(m_Order.Begin(), m_Order.End(), entry);
+    if (place != m_Order.End()) {
+        m_Order.RemoveAt(int(place - m_Order.Begin()));
+    }
+}
+
+int ZmBigFile::LoadIndex(const char* listPath)
+{
+    ZmFile list;
+    XArray<Entry*> order;
+    if (listPath == nullptr || !list.Open(listPath, ZmFile::OpenMode(ZmFile::READONLY | ZmFile::TEXT)) ||
+        !order.Reserve(std::max(m_Names.Size(), m_Order.Size()))) {
+        return 0;
+    }
+    char line[512];
+    while (list.GetString(line, sizeof(line))) {
+        // Of a piece of a long line, and of a last line without a line feed, a character is lost. Lists are written
+        // for that; no mistake to be mended.
+        XString name(line);
+        name.ToLower();
+        name.Crop(0, uint16_t(std::max(name.Length() - 1, 0)));
+        Entry** found = m_Names.LookUp(name);
+        if (found == nullptr) {
+            zm::Warn(602, "ZmBigFile", "Entry %s not found in Big File %s", name.Text(), m_FileName.Text());
+        } else if (!(*found)->isListed) {
+            (*found)->isListed = true;
+            order.PushBack(*found);
+        }
+    }
+    const int listed = order.Size();
+    std::for_each(m_Order.Begin(), m_Order.End(), [&](Entry* entry) {
+        if (!entry->isListed) {
+            order.PushBack(entry);
+        }
+    });
+    std::for_each(order.Begin(), order.Begin() + listed, [](Entry* entry) { entry->isListed = false; });
+    m_Order.Swap(order);
+    return 1;
+}
+
+void ZmBigFile::SaveIndex(const char* listPath, int verbose)
+{
+    ZmFile list;
+    if (!list.Open(listPath, ZmFile::OpenMode(ZmFile::WRITEONLY | ZmFile::TEXT))) {
+        return;
+    }
+    for (const Entry* const* place = m_Order.Begin(); place != m_Order.End(); ++place) {
+        const Entry& entry = **place;
+        if (verbose != 0) {
+            list.Printf("Offset %10d : %s (%d)\n", int(entry.offset), entry.name.Text(), entry.size);
+        } else {
+            list.Printf("%s\n", entry.name.Text());
+        }
+    }
+}
+
+ZmBigFile::Entry* ZmBigFile::EntryAt(int position) const
+{
+    if (position < 0 || position >= GetEntryCount()) {
+        return nullptr;
+    }
+    return m_KeepsOrder ? m_Order[position] : m_Names.ItemAt(position).value;
+}
+
+int ZmBigFile::GetEntryCount() const
+{
+    return m_KeepsOrder ? m_Order.Size() : m_Names.Size();
+}
+
+const char* ZmBigFile::GetEntryName(int position) const
+{
+    const Entry* entry = EntryAt(position);
+    return entry != nullptr ? entry->name.Text() : nullptr;
+}
+
+unsigned int ZmBigFile::GetEntrySize(int position) const
+{
+    const Entry* entry = EntryAt(position);
+    return entry != nullptr ? entry->ByteCount() : 0;
+}
+
+int ZmBigFile::GetEntryFile(int position, ZmSubFile* sub)
+{
+    const Entry* entry = EntryAt(position);
+    if (entry == nullptr || entry->source != nullptr) {
+        return 0;
+    }
+    if (sub != nullptr) {
+        sub->Set(&m_File, entry->offset, entry->ByteCount());
+    }
+    return 1;
+}

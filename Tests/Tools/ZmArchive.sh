@@ -1,0 +1,136 @@
+#!/bin/bash
+# ZmArchive.sh <scratch folder> [<emulator>...] <zmarchive>
+#
+# Drives the tool as a user does: exit codes, what it says, what it writes and what it refuses to write.
+set -euo pipefail
+
+scratch=$1
+shift
+tool=("$@")
+rm -rf "$scratch"
+mkdir -p "$scratch/in/Dir/sub" "$scratch/work"
+cd "$scratch/work"
+
+# expect <exit code> <extended regular expression> <argument>...: both streams together must match, line by line.
+expect() {
+    local code=$1 pattern=$2 status=0
+    shift 2
+    "${tool[@]}" "$@" >out.log 2>&1 </dev/null || status=$?
+    tr -d '\r' <out.log >out
+    if [ $status -eq 77 ] && [ "$code" -ne 77 ]; then
+        cat out
+        exit 77
+    fi
+    if [ $status -ne "$code" ] || { [ -n "$pattern" ] && ! grep -qE -- "$pattern" out; }; then
+        echo "zmarchive $*: exit code $status instead of $code, or nothing like '$pattern' in"
+        cat out
+        exit 1
+    fi
+}
+fail() {
+    echo "$*"
+    exit 1
+}
+# archive <name>...: an archive whose entries are one byte, 'x', each; names with escapes of printf.
+archive() {
+    local file=$1 index='' name size=0
+    shift
+    for name; do
+        index+="$name\\0\\1\\0\\0\\0"
+        printf -v name '%b' "$name"
+        size=$((size + ${#name} + 5))
+    done
+    printf "ZMBG\\x$(printf %02x $size)\\0\\0\\0$index" >"$file"
+    printf 'x%.0s' "$@" >>"$file"
+}
+
+printf 'read me' >../in/README.txt
+head -c 700000 /dev/urandom >../in/Dir/sub/large.bin
+: >../in/Dir/empty
+expect 0 '^in.zmbg: 3 entries, 683.6 KB$' create in.zmbg ../in
+grep -q '^saving 100 %$' out || fail 'no plain lines of progress'
+grep -q '^note: .*without their folder' out || fail 'nothing about look-ups'
+expect 0 '^       7 B  readme.txt$' list in.zmbg
+expect 0 '^sound: 3 entries of 683.6 KB$' verify in.zmbg
+expect 0 '^3 entries, 683.6 KB, extracted to out' extract in.zmbg --to out.d
+cmp out.d/dir/sub/large.bin ../in/Dir/sub/large.bin
+cmp out.d/readme.txt ../in/README.txt
+[ -e out.d/dir/empty ] || fail 'the empty file is missing'
+
+# Changes.
+printf 'new' >new.txt
+expect 1 'exists \(--force' create in.zmbg new.txt
+expect 0 '' add in.zmbg new.txt --quiet
+[ ! -s out ] || fail '--quiet talks'
+expect 1 'already \(--replace' add in.zmbg new.txt
+printf 'newer' >new.txt
+expect 0 '4 entries' add --replace in.zmbg new.txt
+printf 'NEW.txt\nreadme.txt\n' >list
+expect 0 '4 entries' reorder in.zmbg list
+expect 0 '^new.txt$' list --names in.zmbg
+[ "$(head -n 2 out | tail -n 1)" = readme.txt ] || fail 'not reordered'
+expect 0 '2 entries' remove in.zmbg dir/empty README.TXT
+expect 1 'new.txt exists \(--force' extract in.zmbg New.txt
+printf 'changed' >new.txt
+expect 0 '^1 entry, 5 B, extracted' extract in.zmbg New.txt --force
+[ "$(cat new.txt)" = newer ] || fail 'not what was added'
+expect 0 '3 entries' create --flat flat.zmbg ../in
+expect 0 '^large.bin$' list --names flat.zmbg
+
+# What it refuses, and leaves as it was.
+cp in.zmbg before
+printf 'new.txt\nnone\n' >list
+expect 1 'none not found' reorder in.zmbg list
+printf 'new.txt' >list
+expect 1 'line feed' reorder in.zmbg list
+expect 1 'no entry none' remove in.zmbg new.txt none
+expect 1 'no entry none' extract in.zmbg none
+expect 1 'nothing: no such file or folder' add in.zmbg nothing
+expect 1 'would both be readme.txt' create --flat twice.zmbg out.d/readme.txt ../in
+cmp in.zmbg before
+printf 'new.txt\n' >list
+for command in list extract verify 'add none new.txt' 'remove none a' 'reorder none list'; do
+    set -- $command
+    expect 1 'none: no such file' "$1" none "${@:3}"
+done
+[ ! -e none ] || fail 'reading makes a file'
+for arguments in '' 'fold' 'list' 'list in.zmbg more' 'create x' 'list --flat in.zmbg' 'list --none in.zmbg' \
+    'extract in.zmbg --to'; do
+    expect 2 '^zmarchive --help tells more$' $arguments
+done
+expect 0 'without|lower case' --help
+
+# Damaged and hostile archives.
+printf 'PK' >other
+expect 1 'no archive' verify other
+head -c -1 in.zmbg >short
+expect 1 '^DAMAGED' verify short
+expect 1 'not all in the file' extract short --to short.d
+expect 1 'not saved' add short other
+head -c 20 in.zmbg >cut
+expect 1 'index of Big File cut is damaged' verify cut
+expect 1 'stays as it is' remove cut new.txt
+(cat in.zmbg && echo) >long
+expect 1 '1 B behind the last entry' verify long
+archive evil ../up /root 'c:\\drive' a/../../up '\\back' 'a\\..\\..\\up' good a/ . 'tab\tname' a a
+expect 1 '^[23] entries, [23] B, extracted' extract evil --to evil.d/deep # a name with a tab is none on Windows
+[ "$(find . ../in -newer evil -type f ! -path './evil.d/deep/*' ! -name 'out*')" = '' ] || fail 'written outside'
+[ -f evil.d/deep/good ] && [ -f evil.d/deep/a ] || fail 'not extracted'
+expect 0 'tab\\x09name' list evil
+
+case ${tool[*]} in
+*.exe) exit ;;
+esac
+mkdir -p outside links.d
+ln -s ../outside links.d/dir
+ln -s ../new.txt links.d/readme.txt
+archive links dir/file readme.txt
+expect 1 'is a link' extract links --to links.d --force
+[ -z "$(ls outside)" ] && [ "$(cat new.txt)" = newer ] || fail 'written through a link'
+if command -v script >/dev/null; then
+    script -qec "'${tool[0]}' create --force bar.zmbg ../in" bar.log >/dev/null </dev/null
+    grep -qF '[########################################] 100 %' bar.log || fail 'no bar on a terminal'
+fi
+if [ -e /dev/full ]; then
+    ! "${tool[@]}" list in.zmbg >/dev/full 2>/dev/null || fail 'a full device is not noticed'
+fi

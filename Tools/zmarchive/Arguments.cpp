@@ -1,0 +1,92 @@
+#include "Arguments.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace {
+
+const struct {
+    const char* Text;
+    unsigned Option;
+} kOptions[] = {
+    {"--flat", Arguments::FLAT},       {"--force", Arguments::FORCE}, {"--replace", Arguments::REPLACE},
+    {"--names", Arguments::NAMES},     {"--to", Arguments::TO},       {"--quiet", Arguments::QUIET},
+    {"--version", Arguments::VERSION}, {"--help", Arguments::HELP},   {"-h", Arguments::HELP},
+};
+
+const char* TextOf(unsigned option)
+{
+    return std::find_if(std::begin(kOptions), std::end(kOptions), [&](const auto& o) { return o.Option == option; })
+        ->Text;
+}
+
+unsigned OptionOf(const std::string& text)
+{
+    const auto* const found =
+        std::find_if(std::begin(kOptions), std::end(kOptions), [&](const auto& o) { return text == o.Text; });
+    if (found == std::end(kOptions))
+        throw UsageError("unknown option '" + text + "'");
+    return found->Option;
+}
+
+/// Options into `res`; the result is all other words.
+std::vector<std::string> TakeOptions(int argc, char** argv, Arguments& res)
+{
+    std::vector<std::string> words;
+    bool options = true;
+    for (int i = 1; i < argc; ++i) {
+        const std::string word = argv[i];
+        if (options && word == "--") {
+            options = false;
+        } else if (!options || word.size() < 2 || word[0] != '-') {
+            words.push_back(word);
+        } else {
+            const unsigned option = OptionOf(word);
+            res.Options |= option;
+            if (option == Arguments::TO) {
+                if (++i == argc)
+                    throw UsageError("--to needs a folder");
+                res.Target = argv[i];
+            }
+        }
+    }
+    return words;
+}
+
+void Check(const Arguments& arguments, const Shape& shape)
+{
+    for (unsigned option = 1; option <= Arguments::VERSION; option *= 2) {
+        if ((arguments.Options & ~shape.Options & ~unsigned(Arguments::QUIET) & option) != 0)
+            throw UsageError(arguments.Command + " does not take " + TextOf(option));
+    }
+    if (arguments.Archive.empty())
+        throw UsageError(arguments.Command + " needs an archive");
+    const int count = int(arguments.Rest.size());
+    if (count < shape.Least)
+        throw UsageError(arguments.Command + " needs more arguments");
+    if (shape.Most >= 0 && count > shape.Most)
+        throw UsageError(arguments.Command + " does not take '" + arguments.Rest[size_t(shape.Most)] + "'");
+}
+
+}  // namespace
+
+Arguments ParseArguments(int argc, char** argv, const std::vector<Shape>& shapes)
+{
+    Arguments res;
+    const std::vector<std::string> words = TakeOptions(argc, argv, res);
+    if (res.Has(Arguments::HELP) || res.Has(Arguments::VERSION))
+        return res;
+    if (words.empty())
+        throw UsageError("no command given");
+    res.Command = words[0];
+    if (words.size() > 1) {
+        res.Archive = words[1];
+        res.Rest.assign(words.begin() + 2, words.end());
+    }
+    const auto shape =
+        std::find_if(shapes.begin(), shapes.end(), [&](const Shape& s) { return res.Command == s.Command; });
+    if (shape == shapes.end())
+        throw UsageError("unknown command '" + res.Command + "'");
+    Check(res, *shape);
+    return res;
+}

@@ -1,0 +1,202 @@
+#include "Commands.h"
+
+#include "Collect.h"
+#include "Progress.h"
+#include "Text.h"
+#include "Warnings.h"
+#include "ZmBigFile.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <set>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+/// For changes: saving what is left of a damaged archive would make the damage final.
+void OpenToChange(ZmBigFile& archive, const Arguments& arguments)
+{
+    OpenArchive(archive, arguments);
+    if (WarningCount() != 0)
+        throw Failure(arguments.Archive + " is damaged and stays as it is: extract what is left, and make a new one");
+}
+
+uint64_t TotalSize(const ZmBigFile& archive)
+{
+    uint64_t total = 0;
+    for (int i = 0; i < archive.GetEntryCount(); ++i)
+        total += archive.GetEntrySize(i);
+    return total;
+}
+
+/// Saves to the path, or in place without. A warning says that a file has gone meanwhile.
+int Save(ZmBigFile& archive, const char* path, const Arguments& arguments)
+{
+    const std::string summary = CountText(uint64_t(archive.GetEntryCount())) + ", " + SizeText(TotalSize(archive));
+    {
+        ProgressBar progress("saving", arguments.IsQuiet());
+        if (!archive.Save(path, &progress)) {
+            progress.Clear();
+            throw Failure(arguments.Archive + " was not saved");
+        }
+    }
+    if (!arguments.IsQuiet())
+        std::printf("%s: %s\n", Printable(arguments.Archive).c_str(), summary.c_str());
+    return WarningCount() == 0 ? 0 : 1;
+}
+
+void AppendAll(ZmBigFile& archive, const std::vector<SourceFile>& files, bool replace)
+{
+    for (const SourceFile& file : files) {
+        if (archive.Append(file.Name.c_str(), file.Path.c_str(), 1, replace))
+            continue;
+        const bool isThere = fs::exists(file.Path) && std::ifstream(file.Path).good() && WarningCount() == 0;
+        throw Failure(isThere ? "there is an entry " + Printable(file.Name) + " already (--replace takes its place)"
+                              : Printable(file.Path) + " cannot be read");
+    }
+}
+
+void TellOfFolders(const std::vector<SourceFile>& files, const Arguments& arguments)
+{
+    const bool folders = std::any_of(files.begin(), files.end(),
+                                     [](const SourceFile& file) { return file.Name.find('/') != std::string::npos; });
+    if (folders && !arguments.IsQuiet())
+        std::printf("note: programs that look names up without their folder, as ZmBigFile::Find() does, do not find "
+                    "entries\nwhose names have one; --flat leaves the folders out\n");
+}
+
+std::string EndOf(const std::string& path)
+{
+    std::ifstream file(path, std::ios::binary);
+    if (!file)
+        throw Failure(Printable(path) + " cannot be read");
+    char last = '\n';
+    if (file.seekg(-1, std::ios::end))
+        file.get(last);
+    return std::string(1, last);
+}
+
+}  // namespace
+
+void OpenArchive(ZmBigFile& archive, const Arguments& arguments)
+{
+    if (!fs::is_regular_file(arguments.Archive))
+        throw Failure(Printable(arguments.Archive) + ": no such file");
+    if (!archive.Open(arguments.Archive.c_str(), 1))
+        throw Failure(Printable(arguments.Archive) + " is no archive, or cannot be read");
+}
+
+bool IsWhole(ZmBigFile& archive, int position)
+{
+    ZmSubFile sub;
+    return archive.GetEntrySize(position) == 0 || (archive.GetEntryFile(position, &sub) && sub.IsValid());
+}
+
+int Create(const Arguments& arguments)
+{
+    if (fs::exists(arguments.Archive) && !arguments.Has(Arguments::FORCE))
+        throw Failure(Printable(arguments.Archive) + " exists (--force replaces it)");
+    const std::vector<SourceFile> files =
+        CollectFiles(arguments.Rest, arguments.Has(Arguments::FLAT), arguments.Archive);
+    ZmBigFile archive;
+    AppendAll(archive, files, false);
+    const int code = Save(archive, arguments.Archive.c_str(), arguments);
+    TellOfFolders(files, arguments);
+    return code;
+}
+
+int Add(const Arguments& arguments)
+{
+    const std::vector<SourceFile> files =
+        CollectFiles(arguments.Rest, arguments.Has(Arguments::FLAT), arguments.Archive);
+    ZmBigFile archive;
+    OpenToChange(archive, arguments);
+    AppendAll(archive, files, arguments.Has(Arguments::REPLACE));
+    const int code = Save(archive, nullptr, arguments);
+    TellOfFolders(files, arguments);
+    return code;
+}
+
+int Remove(const Arguments& arguments)
+{
+    ZmBigFile archive;
+    OpenToChange(archive, arguments);
+    for (const std::string& argument : arguments.Rest) {
+        const std::string name = LowerCase(argument);
+        int removed = 0;
+        for (int i = archive.GetEntryCount() - 1; i >= 0; --i)
+            removed += LowerCase(archive.GetEntryName(i)) == name && archive.RemoveEntry(i);
+        if (removed == 0)
+            throw Failure("there is no entry " + Printable(name));
+    }
+    return Save(archive, nullptr, arguments);
+}
+
+int Reorder(const Arguments& arguments)
+{
+    const std::string& list = arguments.Rest[0];
+    if (EndOf(list) != "\n")
+        throw Failure(Printable(list) + ": the last line must end with a line feed");
+    ZmBigFile archive;
+    OpenToChange(archive, arguments);
+    if (!archive.LoadIndex(list.c_str()) || WarningCount() != 0)
+        throw Failure(Printable(list) + " lists what is not in the archive, which stays as it is");
+    return Save(archive, nullptr, arguments);
+}
+
+int List(const Arguments& arguments)
+{
+    ZmBigFile archive;
+    OpenArchive(archive, arguments);
+    const int count = archive.GetEntryCount();
+    for (int i = 0; i < count; ++i) {
+        const std::string name = Printable(archive.GetEntryName(i));
+        if (arguments.Has(Arguments::NAMES))
+            std::printf("%s\n", name.c_str());
+        else
+            std::printf("%10s  %s%s\n", SizeText(archive.GetEntrySize(i)).c_str(), name.c_str(),
+                        IsWhole(archive, i) ? "" : "  (not all of it is in the file)");
+    }
+    if (!arguments.Has(Arguments::NAMES))
+        std::printf("%10s  in %s\n", SizeText(TotalSize(archive)).c_str(), CountText(uint64_t(count)).c_str());
+    return 0;
+}
+
+int Verify(const Arguments& arguments)
+{
+    ZmBigFile archive;
+    OpenArchive(archive, arguments);
+    int problems = WarningCount(), again = 0, folders = 0, capitals = 0;
+    uint64_t end = 8;
+    std::set<std::string> names;
+    for (int i = 0; i < archive.GetEntryCount(); ++i) {
+        const std::string name = archive.GetEntryName(i);
+        if (!IsWhole(archive, i)) {
+            std::printf("not all bytes of %s are in the file\n", Printable(name).c_str());
+            ++problems;
+        }
+        end += name.size() + 5 + archive.GetEntrySize(i);
+        again += !names.insert(name).second;
+        folders += name.find_first_of("/\\") != std::string::npos;
+        capitals += name != LowerCase(name);
+    }
+    const uint64_t size = fs::file_size(arguments.Archive);
+    if (problems == 0 && size > end) {
+        std::printf("%s behind the last entry belong to none\n", SizeText(size - end).c_str());
+        ++problems;
+    }
+    const auto note = [](int count, const char* what) {
+        if (count != 0)
+            std::printf("note: %s %s\n", CountText(uint64_t(count)).c_str(), what);
+    };
+    note(again, "with the name of an earlier one, which look-ups do not find");
+    note(folders, "with a folder in the name, which ZmBigFile::Find() does not find");
+    note(capitals, "with capitals in the name, which look-ups do not find");
+    std::printf("%s: %s of %s\nThe format has no checksum: the structure was checked, not the bytes of the entries.\n",
+                problems == 0 ? "sound" : "DAMAGED", CountText(uint64_t(archive.GetEntryCount())).c_str(),
+                SizeText(TotalSize(archive)).c_str());
+    return problems == 0 ? 0 : 1;
+}

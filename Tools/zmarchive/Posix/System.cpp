@@ -1,0 +1,20 @@
+#include "System.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+bool IsTerminal(FILE* stream)
+{
+    return isatty(fileno(stream)) != 0;
+}
+
+bool IsLink(const std::string& path)
+{
+    struct stat status;
+    return lstat(path.c_str(), &status) == 0 && S_ISLNK(status.st_mode);
+}
+
+bool IsSpecialName(const std::string&)
+{
+    return false;
+}

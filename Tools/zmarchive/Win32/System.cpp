@@ -1,0 +1,37 @@
+#include "System.h"
+
+#include <io.h>
+#include <string.h>
+#include <windows.h>
+
+#include <algorithm>
+
+bool IsTerminal(FILE* stream)
+{
+    // Other character devices, such as NUL, have no mode.
+    DWORD mode;
+    return GetConsoleMode(reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(stream))), &mode) != 0;
+}
+
+bool IsLink(const std::string& path)
+{
+    const DWORD attributes = GetFileAttributesA(path.c_str());
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
+}
+
+// Devices have their names in every folder and with every extension; a colon names a stream of a file; dots and spaces
+// at the end are dropped.
+bool IsSpecialName(const std::string& name)
+{
+    std::string stem = name.substr(0, name.find('.'));
+    stem.erase(stem.find_last_not_of(' ') + 1);
+    std::transform(stem.begin(), stem.end(), stem.begin(),
+                   [](char c) { return c >= 'a' && c <= 'z' ? char(c - 32) : c; });
+    static const char* const kDevices[] = {"CON", "PRN", "AUX", "NUL", "CONIN$", "CONOUT$"};
+    const bool device = std::any_of(std::begin(kDevices), std::end(kDevices), [&](const char* d) { return stem == d; });
+    const bool port = stem.size() >= 4 && (stem.compare(0, 3, "COM") == 0 || stem.compare(0, 3, "LPT") == 0) &&
+                      (stem.size() == 4 || static_cast<unsigned char>(stem[3]) >= 0x80);
+    const bool control = std::any_of(name.begin(), name.end(), [](char c) { return c > 0 && c < ' '; });
+    return device || port || control || name.find_first_of("<>:\"|?*") != std::string::npos || name.back() == '.' ||
+           name.back() == ' ';
+}
