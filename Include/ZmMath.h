@@ -18,6 +18,7 @@
 #include "ZmBlit.h"
 #include "ZmCachedFile.h"
 #include "ZmColor.h"
+#include "ZmConfig.h"
 #include "ZmConfiguration.h"
 #include "ZmConfigurationEntry.h"
 #include "ZmConfigurationSection.h"
