@@ -14,6 +14,9 @@ extern const Contender kScalarPoints;
 extern const Tasks kArrayTasks;
 extern const Contender kArrays;
 
+extern const Tasks kConfigurationTasks;
+extern const Contender kConfiguration;
+
 extern const Tasks kFileTasks;
 extern const Contender kFiles;
 

@@ -20,13 +20,13 @@ ZM_BENCHMARK_PEERS(ZM_DECLARE_PEER)
 
 namespace {
 
-const Tasks* const kTasks[] = {&kPointTasks,      &kArrayTasks, &kSingleTasks, &kQueryTasks,
-                               &kFoundationTasks, &kFileTasks,  &kImagingTasks};
+const Tasks* const kTasks[] = {&kPointTasks,      &kArrayTasks, &kSingleTasks,  &kQueryTasks,
+                               &kFoundationTasks, &kFileTasks,  &kImagingTasks, &kConfigurationTasks};
 
 #define ZM_LIST_PEER(name) &k##name,
-const Contender* const kContenders[] = {&kPoints,  &kScalarPoints, &kArrays,
-                                        &kSingles, &kQueries,      &kFoundations,
-                                        &kFiles,   &kImaging,      ZM_BENCHMARK_PEERS(ZM_LIST_PEER)};
+const Contender* const kContenders[] = {
+    &kPoints,      &kScalarPoints, &kArrays,  &kSingles,       &kQueries,
+    &kFoundations, &kFiles,        &kImaging, &kConfiguration, ZM_BENCHMARK_PEERS(ZM_LIST_PEER)};
 
 bool MachineHasAvx2()
 {

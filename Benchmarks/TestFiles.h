@@ -18,4 +18,8 @@ const std::string& LargeFile();
 /// A folder with kFileCount files in a hundred subfolders.
 const std::string& ManyFiles();
 
+/// So many settings, 13 to a section, in the library's nested text format and in the flat one of its peers.
+const std::string& ConfigurationFile(int entries);
+const std::string& IniFile(int entries);
+
 }  // namespace bench
