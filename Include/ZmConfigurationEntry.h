@@ -38,15 +38,15 @@ public:
     ZM_API int GetValueAsFloat(float& res) const;
     /// @}
 
-    /// Entries come from the memory that all modules share, so that anybody may delete one that was removed.
-    static void operator delete(void* block) { zm::DeleteBlock(block); }
+    /// Anybody may delete an entry that was removed: its memory goes back to where the library took it.
+    ZM_API static void operator delete(void* block);
 
 private:
     friend class ZmConfigurationSection;
 
     ZmConfigurationEntry(const XBaseString& name, ZmConfigurationSection* parent) : m_Name(name), m_Parent(parent) {}
 
-    static void* operator new(size_t size) noexcept { return zm::NewBlock(size); }
+    static void* operator new(size_t size) noexcept;
 
     void Assign(const XBaseString& value) { m_Value = value; }
     template <class Value>

@@ -89,10 +89,11 @@ public:
     }
     /// @}
 
-    /// Sections that CreateSubSection() made come from the memory that all modules share, so that anybody may delete
-    /// one that was removed.
-    static void operator delete(void* block) { zm::DeleteBlock(block); }
+    /// Sections come from the memory that all modules share, so that anybody may delete one that was removed.
+    /// @{
     static void* operator new(size_t size) noexcept { return zm::NewBlock(size); }
+    static void operator delete(void* block) { zm::DeleteBlock(block); }
+    /// @}
 
 private:
     friend class ZmConfiguration;

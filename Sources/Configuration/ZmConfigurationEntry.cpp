@@ -1,6 +1,18 @@
 #include "ZmConfigurationEntry.h"
 
+#include "Foundations/StringStorage.h"
+
 #include <stdio.h>
+
+void* ZmConfigurationEntry::operator new(size_t size) noexcept
+{
+    return zm::NewRecord(size);
+}
+
+void ZmConfigurationEntry::operator delete(void* block)
+{
+    zm::DeleteRecord(block, sizeof(ZmConfigurationEntry));
+}
 
 void ZmConfigurationEntry::SetValue(const char* value)
 {

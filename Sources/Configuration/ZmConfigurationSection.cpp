@@ -127,7 +127,10 @@ void ZmConfigurationSection::Clear()
 
 void ZmConfigurationSection::DropChildren(ZmConfigurationSection*& dropped)
 {
-    for (int i = 0; i < m_Entries.Size(); ++i) {
+    constexpr int kAhead = 4;  // entries lie anywhere in memory
+    const int count = m_Entries.Size();
+    for (int i = 0; i < count; ++i) {
+        __builtin_prefetch(i + kAhead < count ? m_Entries.ItemAt(i + kAhead).value : nullptr);
         delete m_Entries.ItemAt(i).value;
     }
     m_Entries.Clear();
