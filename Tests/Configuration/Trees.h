@@ -2,37 +2,34 @@
 
 #include "ZmConfiguration.h"
 
-#include <gtest/gtest.h>
-
 #include <string>
 
-/// A tree in one line and in its order: "a=1;S{b=2;}". For sections and whole configurations.
-inline std::string TextOf(const ZmConfigurationSection& section)
+inline std::string TextOf(const ZmConfigurationSection& section);
+
+template <class NextEntry, class NextSection>
+std::string TextOf(NextEntry nextEntry, NextSection nextSection)
 {
     std::string text;
-    auto entry = section.BeginChildEntry();
-    while (const ZmConfigurationEntry* child = section.GetNextChildEntry(entry)) {
-        EXPECT_EQ(child->GetParent(), &section);
-        text += std::string(child->GetName()) + '=' + child->GetValue() + ';';
+    while (const ZmConfigurationEntry* entry = nextEntry()) {
+        text += std::string(entry->GetName()) + '=' + entry->GetValue() + ';';
     }
-    auto next = section.BeginChildSection();
-    while (const ZmConfigurationSection* child = section.GetNextChildSection(next)) {
-        EXPECT_EQ(child->GetParent(), &section);
-        text += std::string(child->GetName()) + '{' + TextOf(*child) + '}';
+    while (const ZmConfigurationSection* section = nextSection()) {
+        text += std::string(section->GetName()) + '{' + TextOf(*section) + '}';
     }
     return text;
 }
 
-inline std::string TextOf(const ZmConfiguration& configuration)
+/// A tree in one line and in its order: "a=1;S{b=2;}". For sections and whole configurations.
+inline std::string TextOf(const ZmConfigurationSection& section)
 {
-    std::string text;
-    auto entry = configuration.BeginEntries();
-    while (const ZmConfigurationEntry* child = configuration.GetNextEntry(entry)) {
-        text += std::string(child->GetName()) + '=' + child->GetValue() + ';';
-    }
-    auto next = configuration.BeginSections();
-    while (const ZmConfigurationSection* child = configuration.GetNextSection(next)) {
-        text += std::string(child->GetName()) + '{' + TextOf(*child) + '}';
-    }
-    return text;
+    auto entry = section.BeginChildEntry();
+    auto child = section.BeginChildSection();
+    return TextOf([&] { return section.GetNextChildEntry(entry); }, [&] { return section.GetNextChildSection(child); });
+}
+
+inline std::string TextOf(const ZmConfiguration& tree)
+{
+    auto entry = tree.BeginEntries();
+    auto child = tree.BeginSections();
+    return TextOf([&] { return tree.GetNextEntry(entry); }, [&] { return tree.GetNextSection(child); });
 }

@@ -35,35 +35,22 @@ TEST(ZmConfigurationTest, NumbersAreKeptAsTexts)
                             "large=340282346638528859811704183484516925440.000000;");
 
     const struct {
-        const char* text;
-        int isInt, intValue, isUnsigned;
-        unsigned unsignedValue;
-        int isFloat;
-        float floatValue;
+        const char *text, *numbers;
     } kRows[] = {
-        {"abc", 0, 0, 0, 0, 0, 0},
-        {"", 0, 0, 0, 0, 0, 0},
-        {" 42", 1, 42, 1, 42, 1, 42},
-        {"12abc", 1, 12, 1, 12, 1, 12},
-        {"-1.5", 1, -1, 1, UINT_MAX, 1, -1.5f},
-        {"4294967295", -1, 0, 1, UINT_MAX, 1, 4294967295.0f},
-        {".5", 0, 0, 0, 0, 1, 0.5f},
+        {"abc", "- - -"},       {" 42", "42 42 42.000000"},          {"12abc", "12 12 12.000000"},
+        {".5", "- - 0.500000"}, {"-1.5", "-1 4294967295 -1.500000"},
     };
     ZmConfigurationEntry& entry = *tree.GetEntry("int", 0);
     for (const auto& row : kRows) {
-        SCOPED_TRACE(row.text);
         entry.SetValue(row.text);
         int i = 0;
         unsigned u = 0;
         float f = 0;
-        if (row.isInt >= 0) {  // scanf() says nothing of numbers that do not fit
-            EXPECT_EQ(entry.GetValueAsInteger(i), row.isInt);
-            EXPECT_EQ(i, row.intValue);
-        }
-        EXPECT_EQ(entry.GetValueAsUnsignedInteger(u), row.isUnsigned);
-        EXPECT_EQ(u, row.unsignedValue);
-        EXPECT_EQ(entry.GetValueAsFloat(f), row.isFloat);
-        EXPECT_EQ(f, row.floatValue);
+        XString numbers;
+        entry.GetValueAsInteger(i) == 1 ? numbers << i : numbers << '-';
+        entry.GetValueAsUnsignedInteger(u) == 1 ? numbers << ' ' << u : numbers << " -";
+        entry.GetValueAsFloat(f) == 1 ? numbers << ' ' << f : numbers << " -";
+        EXPECT_STREQ(numbers.Text(), row.numbers) << row.text;
     }
 }
 
@@ -73,11 +60,8 @@ TEST(ZmConfigurationTest, DefaultsAreFoundWhereTheMainTreeHasNothing)
     EXPECT_EQ(tree.CreateDefaultSubSection("s", "t"), nullptr) << "there are no defaults yet";
     EXPECT_EQ(tree.AddDefaultEntry(nullptr, "x", 1), 1);
     EXPECT_EQ(tree.AddDefaultEntry("s.t", "y", 2u), 1);
-    EXPECT_EQ(tree.AddDefaultEntry("s.t", "y", 3.0f), 1);
     ZmConfigurationSection* other = tree.CreateDefaultSubSection("s", "u");
     ASSERT_NE(other, nullptr);
-    EXPECT_EQ(tree.CreateDefaultSubSection("none", "u"), nullptr);
-    EXPECT_EQ(TextOf(tree), "") << "walks do not show them";
     EXPECT_STREQ(tree.GetEntry("x", 0)->GetValue(), "1");
     tree.AddEntry(nullptr, "x", "hides");
     EXPECT_STREQ(tree.GetEntry("x", 1)->GetValue(), "hides");
@@ -90,7 +74,6 @@ TEST(ZmConfigurationTest, DefaultsAreFoundWhereTheMainTreeHasNothing)
     tree.Clear();
     EXPECT_EQ(tree.GetSubSection("s.u", 1), other);
     tree.ClearDefault();
-    EXPECT_EQ(tree.GetSubSection("s.u", 1), nullptr);
     EXPECT_EQ(tree.AddEntry("s.u", "z", "5"), 1);
     EXPECT_EQ(TextOf(tree), "s{u{z=5;}}");
 }
@@ -116,10 +99,8 @@ TEST(ZmConfigurationTest, PathsAreReadDifferentlyByEachOperation)
     EXPECT_NE(tree.CreateSubSection(nullptr, "a.b"), nullptr);
     ASSERT_NE(tree.CreateSubSection("a.b", "x"), nullptr);
     EXPECT_EQ(TextOf(*tree.GetSubSection("a.b", 0)), "x{}");
-    EXPECT_EQ(tree.CreateSubSection("a", "b"), tree.GetSubSection("a.b", 1));
     EXPECT_EQ(tree.DeleteEntry("a.b", "c"), 0);
     EXPECT_EQ(tree.DeleteSection("a", "b"), 1);
-    EXPECT_EQ(tree.GetSubSection("a.b.c", 1), nullptr);
 }
 
 TEST(ZmConfigurationTest, ARemovalPutsTheLastChildIntoThePlace)
@@ -136,16 +117,11 @@ TEST(ZmConfigurationTest, ARemovalPutsTheLastChildIntoThePlace)
     const std::unique_ptr<ZmConfigurationSection> section(tree.RemoveSection(nullptr, "b"));
     EXPECT_EQ(TextOf(tree), "a=1;d=1;c=1;a{e=1;f{}}d{e=1;f{}}c{e=1;f{}}");
     EXPECT_EQ(TextOf(*section), "e=1;f{}");
-    EXPECT_STREQ(section->GetParent()->GetName(), "root");
-    EXPECT_STREQ(entry->GetName(), "b");
-    EXPECT_EQ(tree.RemoveEntry("none", "a"), nullptr);
     EXPECT_EQ(tree.RemoveSection(nullptr, "b"), nullptr);
     EXPECT_EQ(tree.DeleteEntry("d", tree.GetSubSection("d", 0)->GetEntry("e")->GetName()), 1);
     EXPECT_EQ(tree.DeleteEntry(nullptr, "b"), 0);
     tree.AddEntry(nullptr, "b", "2");
     EXPECT_EQ(TextOf(tree), "a=1;d=1;c=1;b=2;a{e=1;f{}}d{f{}}c{e=1;f{}}");
-    EXPECT_EQ(tree.GetNumberOfEntries(), 4);
-    EXPECT_EQ(tree.GetNumberOfSubSections(), 3);
 }
 
 }  // namespace

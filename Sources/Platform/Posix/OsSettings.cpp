@@ -70,7 +70,7 @@ public:
     bool IsOpen() const { return m_File >= 0; }
 
     /// For as long as it is open. Each opening has a lock of its own, so threads exclude each other, too.
-    bool Lock()
+    bool Lock() const
     {
         int result = -1;
         do {
@@ -79,7 +79,7 @@ public:
         return result == 0;
     }
 
-    bool ReadAll(std::string& res)
+    bool ReadAll(std::string& res) const
     {
         char block[4096];
         for (;;) {
@@ -92,7 +92,7 @@ public:
         }
     }
 
-    bool WriteAll(const std::string& text)
+    bool WriteAll(const std::string& text) const
     {
         for (size_t done = 0; done < text.size();) {
             const ssize_t count = write(m_File, text.data() + done, text.size() - done);
@@ -104,7 +104,8 @@ public:
         return true;
     }
 
-    bool Synchronise() { return m_File >= 0 && fsync(m_File) == 0; }
+    /// To the disk, where the file system knows how.
+    bool Synchronise() const { return m_File >= 0 && (fsync(m_File) == 0 || errno == EINVAL); }
 
 private:
     int m_File;

