@@ -16,6 +16,8 @@ extern const Contender kArrays;
 
 extern const Tasks kArchiveTasks;
 extern const Contender kArchives;
+extern const Tasks kConfigurationTasks;
+extern const Contender kConfiguration;
 
 extern const Tasks kFileTasks;
 extern const Contender kFiles;

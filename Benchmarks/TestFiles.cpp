@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <map>
 #include <random>
 #include <stdexcept>
 #include <vector>
@@ -32,7 +33,85 @@ private:
     std::filesystem::path m_Path;
 };
 
+constexpr int kEntriesOfSection = 13;
+
+/// Calls open(depth, name) and close(depth, name) for sections of three levels, a hundred parts and ten groups, and
+/// add(name, value) for entries.
+template <class Open, class Add, class Close>
+void EachSetting(int entries, Open open, Add add, Close close)
+{
+    const int sections = entries / kEntriesOfSection, steps[] = {(sections + 9) / 10, (sections + 99) / 100, 1};
+    const char* const names[] = {"group_", "part_", "section_"};
+    for (int i = 0; i < sections; ++i) {
+        for (int depth = 0; depth < 3; ++depth) {
+            if (i % steps[depth] == 0) {
+                open(depth, names[depth] + std::to_string(i));
+            }
+        }
+        for (int k = 0; k < kEntriesOfSection; ++k) {
+            add("setting_number_" + std::to_string(k), "value " + std::to_string(k) + " of " + std::to_string(i));
+        }
+        for (int depth = 2; depth >= 0; --depth) {
+            if ((i + 1) % steps[depth] == 0 || i + 1 == sections) {
+                close(depth, names[depth] + std::to_string(i - i % steps[depth]));
+            }
+        }
+    }
+}
+
+/// A file for each number, made once by write(stream, number).
+template <class Write>
+const std::string& FileFor(std::map<int, std::string>& made, int number, const char* ending, Write write)
+{
+    std::string& name = made[number];
+    if (name.empty()) {
+        name = TestFolder() + "/" + std::to_string(number) + ending;
+        std::ofstream stream(name);
+        write(stream, number);
+        if (!stream.flush()) {
+            throw std::runtime_error("no room for " + name);
+        }
+    }
+    return name;
+}
+
+void WriteConfiguration(std::ostream& file, int entries)
+{
+    const auto blanks = [](int depth) { return std::string(2 * size_t(depth), ' '); };
+    EachSetting(
+        entries, [&](int depth, const std::string& name) { file << blanks(depth) << '<' << name << ">\n"; },
+        [&](const std::string& name, const std::string& value) { file << blanks(3) << name << " = " << value << '\n'; },
+        [&](int depth, const std::string& name) { file << blanks(depth) << "</" << name << ">\n"; });
+}
+
+void WriteIni(std::ostream& file, int entries)
+{
+    std::string path[3];
+    EachSetting(
+        entries,
+        [&](int depth, const std::string& name) {
+            path[depth] = name;
+            if (depth == 2) {
+                file << '[' << path[0] << '.' << path[1] << '.' << path[2] << "]\n";
+            }
+        },
+        [&](const std::string& name, const std::string& value) { file << name << " = " << value << '\n'; },
+        [](int, const std::string&) {});
+}
+
 }  // namespace
+
+const std::string& ConfigurationFile(int entries)
+{
+    static std::map<int, std::string> made;
+    return FileFor(made, entries, ".cfg", WriteConfiguration);
+}
+
+const std::string& IniFile(int entries)
+{
+    static std::map<int, std::string> made;
+    return FileFor(made, entries, ".ini", WriteIni);
+}
 
 const std::string& TestFolder()
 {

@@ -31,5 +31,8 @@ const std::vector<Member>& ArchiveMembers();
 
 /// An archive of the members in the library's format, written without it.
 const std::string& ArchiveFile();
+/// So many settings, 13 to a section, in the library's nested text format and in the flat one of its peers.
+const std::string& ConfigurationFile(int entries);
+const std::string& IniFile(int entries);
 
 }  // namespace bench

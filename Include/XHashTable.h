@@ -64,8 +64,8 @@ struct XIsRelocatable<XHashItem<T, K>> {
 
 /// Values by key. The items lie in one array, in the order of their insertion, and iterating is a walk over it;
 /// a removal puts the last item into the place of the removed one. Buckets, a power of two of them, hold chains of
-/// items, the latest first. A table starts with 16 buckets and room for 12 items, which it allocates with the
-/// first of them; when an insertion finds the room full, buckets and room double.
+/// items, the latest first. A table starts with 16 buckets and room for 12 items; when an insertion finds the room
+/// full, buckets and room double. Memory is allocated with the first item, and for the first 12 as they come.
 ///
 /// H and E are function objects without state: the hash of a key and whether two keys are equal (XHashFun, XEqual).
 /// Keys and values are moved in memory by insertions and removals: pointers to them, and iterators, do not survive
@@ -249,7 +249,9 @@ private:
 
     template <class Key>
     Inserted InsertKey(Key&& key, T& value);
-    bool MakeRoom(int buckets);
+    bool Grow();
+    bool MakeRoom(int buckets, int room);
+    void ChainAll();
     void Chain(Item* item);
     Item** LinkTo(const Item* item) const;
 
@@ -261,7 +263,7 @@ private:
 template <class T, class K, class H, class E>
 XHashTable<T, K, H, E>::XHashTable(const XHashTable& src)
 {
-    if (src.m_Buckets != nullptr && MakeRoom(src.BucketCount())) {
+    if (src.m_Buckets != nullptr && MakeRoom(src.BucketCount(), src.Size())) {
         for (const Item* item = src.m_Items.Begin(); item != src.m_Items.End(); ++item) {
             Chain(m_Items.EmplaceBack(*item));
         }
@@ -289,8 +291,7 @@ typename XHashTable<T, K, H, E>::Inserted XHashTable<T, K, H, E>::InsertKey(Key&
             return {At(item), false};
         }
     }
-    const bool full = m_Items.Size() == m_Items.Capacity();
-    if (full && !MakeRoom(m_Buckets != nullptr ? 2 * BucketCount() : kFirstBuckets)) {
+    if (m_Items.Size() == m_Items.Capacity() && !Grow()) {
         return {End(), false};
     }
     Item* item = m_Items.EmplaceBack(static_cast<Key&&>(key), zm::Move(value), hash);
@@ -298,23 +299,50 @@ typename XHashTable<T, K, H, E>::Inserted XHashTable<T, K, H, E>::InsertKey(Key&
     return {At(item), true};
 }
 
-// New buckets of that number, and room for their items.
+// Room for one more item at least.
 template <class T, class K, class H, class E>
-bool XHashTable<T, K, H, E>::MakeRoom(int buckets)
+bool XHashTable<T, K, H, E>::Grow()
+{
+    constexpr int kFirstItems = 3;
+    const int size = m_Items.Size();
+    if (m_Buckets == nullptr) {
+        return MakeRoom(kFirstBuckets, kFirstItems);
+    }
+    if (size >= Capacity()) {
+        return MakeRoom(2 * BucketCount(), 2 * Capacity());
+    }
+    const int room = size == 0 ? kFirstItems : 2 * size;
+    if (!m_Items.Reserve(room < Capacity() ? room : Capacity())) {
+        return false;
+    }
+    ChainAll();
+    return true;
+}
+
+// New buckets of that number, and room for so many items.
+template <class T, class K, class H, class E>
+bool XHashTable<T, K, H, E>::MakeRoom(int buckets, int room)
 {
     Item** fresh = static_cast<Item**>(buckets > 0 ? zm::NewBlock(size_t(buckets) * sizeof(Item*)) : nullptr);
-    if (fresh == nullptr || !m_Items.Reserve(RoomOf(buckets))) {
+    if (fresh == nullptr || !m_Items.Reserve(room)) {
         zm::DeleteBlock(fresh);
         return false;
     }
     zm::DeleteBlock(m_Buckets);
     m_Buckets = fresh;
     m_BucketsEnd = fresh + buckets;
-    ClearBuckets(fresh, size_t(buckets));
+    ChainAll();
+    return true;
+}
+
+// Makes the chains anew: they hold addresses, which a growth changes.
+template <class T, class K, class H, class E>
+void XHashTable<T, K, H, E>::ChainAll()
+{
+    ClearBuckets(m_Buckets, BucketsSize());
     for (Item* item = m_Items.Begin(); item != m_Items.End(); ++item) {
         Chain(item);
     }
-    return true;
 }
 
 template <class T, class K, class H, class E>

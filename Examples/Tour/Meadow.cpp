@@ -8,38 +8,17 @@
 
 namespace {
 
-const float kEyeHeight = 1.75f;
-const float kLookDown = 0.075f;    // radians
-const float kFieldOfView = 0.87f;  // radians, from left to right
 const float kGrassReach = 46;
-const size_t kTriangleBudget = 6000000;
 const size_t kFewestCopies = 12;
 
-struct Spot {
-    float X, Z, Size, Heading;
-    size_t Color;
-};
-
-// The group in front, placed by hand; the rest is left to chance.
-const Spot kFront[] = {
-    {-1.7f, 6.7f, 1.2f, 2.25f, 1},
-    {-0.55f, 6.9f, 0.62f, 0.3f, 2},
-    {2.55f, 7.6f, 1.2f, 0.4f, 0},
-    {-3.1f, 9.4f, 1.1f, 2.8f, 3},
-};
-
-const ZmVector kColors[] = {
-    {0.82f, 0.73f, 0.58f}, {0.66f, 0.25f, 0.11f}, {0.78f, 0.50f, 0.12f}, {0.07f, 0.30f, 0.36f}, {0.70f, 0.33f, 0.32f},
-    {0.27f, 0.15f, 0.09f}, {0.38f, 0.42f, 0.48f}, {0.33f, 0.19f, 0.36f}, {0.84f, 0.83f, 0.80f},
-};
-
-void PlaceCamera(Scene& scene, float aspectRatio)
+void PlaceCamera(Scene& scene, const Settings& settings)
 {
     ZmMatrix turn;
-    Zm3DMatrixFromEulerAngles(turn, kLookDown, 0, 0);
-    const ZmVector origin(0, GroundHeight(0, 0) + kEyeHeight, 0);
+    Zm3DMatrixFromEulerAngles(turn, settings.LookDown, 0, 0);
+    const ZmVector origin(0, GroundHeight(0, 0) + settings.EyeHeight, 0);
     scene.Camera = ZmFrustum(origin, Rotate(turn, ZmVector::axisX()), Rotate(turn, ZmVector::axisY()),
-                             Rotate(turn, ZmVector::axisZ()), 0.25f, 900, kFieldOfView, aspectRatio);
+                             Rotate(turn, ZmVector::axisZ()), 0.25f, 900, settings.FieldOfView,
+                             float(settings.Height) / float(settings.Width));
 }
 
 // On the ground, scaled, turned about the vertical.
@@ -63,9 +42,9 @@ bool TooClose(const Spot& spot, const std::vector<Spot>& others)
 }
 
 // Herds with open grass between them, thinning out with the distance.
-std::vector<Spot> ChooseSpots()
+std::vector<Spot> ChooseSpots(const Settings& settings)
 {
-    std::vector<Spot> spots(std::begin(kFront), std::end(kFront));
+    std::vector<Spot> spots = settings.Front;
     Random random(11);
     for (int row = 0; row < 75; ++row) {
         const float z = 7.5f + 1.3f * float(row), halfWidth = 0.52f * z + 3;
@@ -73,7 +52,7 @@ std::vector<Spot> ChooseSpots()
             const float x = 1.5f * float(column) - halfWidth;
             const Spot spot = {x + random.Between(-0.7f, 0.7f), z + random.Between(-0.6f, 0.6f),
                                random.Next() < 0.2f ? random.Between(0.5f, 0.7f) : random.Between(0.85f, 1.25f),
-                               random.Between(0, 6.2832f), size_t(random.Next() * float(std::size(kColors)))};
+                               random.Between(0, 6.2832f), size_t(random.Next() * float(settings.Colors.size()))};
             const float herd = Turbulence(0.13f * spot.X + 40, 0.13f * spot.Z + 3, 2);
             if (random.Next() < SmoothStep(0.45f, 0.75f, herd) * 0.6f && PathDistance(spot.X, spot.Z) > 1.6f &&
                 !TooClose(spot, spots))
@@ -83,12 +62,12 @@ std::vector<Spot> ChooseSpots()
     return spots;
 }
 
-void PlaceStatues(Scene& scene, const Mesh& statue)
+void PlaceStatues(Scene& scene, const Mesh& statue, const Settings& settings)
 {
-    const std::vector<Spot> spots = ChooseSpots();
-    const size_t most = std::max(kFewestCopies, kTriangleBudget / statue.TriangleCount());
+    const std::vector<Spot> spots = ChooseSpots(settings);
+    const size_t most = std::max(kFewestCopies, size_t(settings.MostTriangles) / statue.TriangleCount());
     for (size_t i = 0; i < std::min(spots.size(), most); ++i)
-        scene.Add(statue, Material::Statue, Placed(spots[i]), kColors[spots[i].Color]);
+        scene.Add(statue, Material::Statue, Placed(spots[i]), settings.Colors[spots[i].Color]);
 }
 
 void PlaceGround(Scene& scene)
@@ -154,11 +133,11 @@ void PlaceFlowers(Scene& scene)
 
 }  // namespace
 
-void BuildMeadow(Scene& scene, const Mesh& statue, float aspectRatio)
+void BuildMeadow(Scene& scene, const Mesh& statue, const Settings& settings)
 {
-    PlaceCamera(scene, aspectRatio);
-    scene.Light = {Unit({-0.66f, 0.38f, 0.62f}), {3.7f, 2.75f, 1.65f}};
-    PlaceStatues(scene, statue);
+    PlaceCamera(scene, settings);
+    scene.Light = {Unit(settings.TowardsSun), settings.SunColor};
+    PlaceStatues(scene, statue, settings);
     PlaceGround(scene);
     PlaceGrass(scene);
     PlaceFlowers(scene);

@@ -6,8 +6,8 @@
 struct Options {
     std::string MeshPath;
     std::string OutputFolder = ".";
-    int Width = 1280;
-    int Height = 720;
+    std::string ScenePath;
+    int Width = 0, Height = 0;              ///< 0: what the scene says
     float MouseX = 0.258f, MouseY = 0.81f;  ///< parts of the width and the height
     bool Help = false;
 };

@@ -63,10 +63,17 @@ bool RunTour(const Options& options, std::string& error)
     ZmTimeProfiler clock;
     StageTimes times{};
     clock.Reset();
+    Settings settings;
     Mesh statue;
     if (!MakeFolder(options.OutputFolder, error))
         return false;
     StartLog(options.OutputFolder);
+    if (!ReadSettings(options.ScenePath, settings, error))
+        return false;
+    if (options.Width != 0) {
+        settings.Width = options.Width;
+        settings.Height = options.Height;
+    }
     if (!LoadStatue(options.MeshPath, options.OutputFolder, statue, error))
         return false;
     times.Load = Lap(clock);
@@ -74,9 +81,9 @@ bool RunTour(const Options& options, std::string& error)
                            int(statue.Vertices.size()), double(times.Load));
 
     Scene scene;
-    BuildMeadow(scene, statue, float(options.Height) / float(options.Width));
+    BuildMeadow(scene, statue, settings);
     const ZmMatrix worldToClip = PerspectiveView(scene.Camera);
-    const std::vector<VisibleModel> visible = CullModels(scene, worldToClip, options.Width, options.Height);
+    const std::vector<VisibleModel> visible = CullModels(scene, worldToClip, settings.Width, settings.Height);
     times.Build = Lap(clock);
     Info(__LINE__).PrintMT("%d of the models are in view", int(visible.size()));
 
@@ -84,12 +91,12 @@ bool RunTour(const Options& options, std::string& error)
     times.Shadows = Lap(clock);
 
     DrawCounts counts;
-    Picture picture = DrawPicture(scene, visible, worldToClip, shading, options.Width, options.Height, counts);
+    Picture picture = DrawPicture(scene, visible, worldToClip, shading, settings.Width, settings.Height, counts);
     times.Draw = Lap(clock);
     Info(__LINE__).PrintMT("drawn in %.1f ms", double(times.Draw));
 
-    const ZmRay mouse = RayThrough(scene.Camera, options.MouseX * float(options.Width),
-                                   options.MouseY * float(options.Height), options.Width, options.Height);
+    const ZmRay mouse = RayThrough(scene.Camera, options.MouseX * float(settings.Width),
+                                   options.MouseY * float(settings.Height), settings.Width, settings.Height);
     const PickedTriangle picked = Pick(visible, mouse);
     times.Pick = Lap(clock);
     DrawOverlay(picture, scene, worldToClip, mouse, picked);
@@ -99,7 +106,7 @@ bool RunTour(const Options& options, std::string& error)
     if (!SavePicture(picture, path, error))
         return false;
     times.Save = Lap(clock);
-    Info(__LINE__).PrintMT("%s: %d x %d pixels", path.c_str(), options.Width, options.Height);
+    Info(__LINE__).PrintMT("%s: %d x %d pixels", path.c_str(), settings.Width, settings.Height);
 
     PrintReport(statue, scene, visible.size(), picture, counts, picked, times, path);
     return true;

@@ -20,6 +20,7 @@ public:
             return CutFromPage(BytesOf(size));
         }
         first = block->next;
+        __builtin_prefetch(first);  // the next taking reads it, and lists that were long unused lie anywhere in memory
         m_BytesInUse += BytesOf(size);
         return block;
     }

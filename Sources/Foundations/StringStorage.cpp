@@ -129,6 +129,25 @@ void DeleteHeapText(char* text)
     }
 }
 
+void* NewRecord(size_t size)
+{
+    if (size > kLargestInPages) {
+        return malloc(size);
+    }
+    Holder holder;
+    return g_Small.Take(size);
+}
+
+void DeleteRecord(void* record, size_t size)
+{
+    if (size > kLargestInPages) {
+        free(record);
+    } else if (record != nullptr) {
+        Holder holder;
+        g_Small.GiveBack(record, size);
+    }
+}
+
 TextPages CopyStringStats(ZmAllocator::Stats& res)
 {
     Holder holder;

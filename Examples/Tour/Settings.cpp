@@ -1,0 +1,214 @@
+#include "Settings.h"
+
+#include <cstdio>
+
+namespace {
+
+// The configuration keeps no lines. So a text that says where something is wrong looks for the place: the line of an
+// entry, or of the tag of a section if the name is empty; the last line if there is none.
+int LineOf(const std::string& path, const std::string& section, const std::string& name)
+{
+    ZmFile file;
+    file.Open(path.c_str(), ZmFile::OpenMode(ZmFile::READONLY | ZmFile::TEXT));
+    char buffer[1024];
+    std::string current;
+    int line = 0;
+    while (file.GetString(buffer, sizeof(buffer)) != 0) {
+        ++line;
+        XString text = buffer;
+        text.Trim();
+        const uint16_t end = text.RFind('>'), equal = text.Find('=');
+        std::string entry;
+        if (text[0] == '<' && text[1] == '/') {
+            current.erase(current.find_last_of('.') != std::string::npos ? current.find_last_of('.') : 0);
+            continue;
+        }
+        if (text[0] == '<' && end != XString::kNotFound) {
+            current += (current.empty() ? "" : ".") + std::string(text.Text() + 1, end - 1u);
+        } else if (text[0] != '#' && equal != XString::kNotFound) {
+            XString left = text.Substring(0, equal);
+            left.Trim();
+            entry = left.Text();
+        } else {
+            continue;
+        }
+        if (current == section && entry == name)
+            break;
+    }
+    return line;
+}
+
+class SettingsReader {
+public:
+    SettingsReader(const std::string& path, Settings& settings) : m_Path(path), m_Settings(settings) {}
+
+    bool Run()
+    {
+        int line = 0;
+        XString message;
+        if (m_Tree.BuildFromFile(m_Path.c_str(), line, message) == 0) {
+            if (ZmFile::GetFileMode(m_Path.c_str()) != 0)
+                return FailAt(line + 1, message.Text());
+            m_Error = message.Text();
+            return false;
+        }
+        return Sections() && Picture() && Camera() && Sun() && Models();
+    }
+
+    const std::string& Error() const { return m_Error; }
+
+private:
+    bool FailAt(int line, const std::string& message)
+    {
+        m_Error = m_Path + ":" + std::to_string(line) + ": " + message;
+        return false;
+    }
+
+    bool Fail(const std::string& section, const std::string& name, const std::string& message)
+    {
+        return FailAt(LineOf(m_Path, section, name), section + (name.empty() ? "" : "." + name) + ": " + message);
+    }
+
+    // Calls use(entry) for each entry of the section while that returns true.
+    template <class Use>
+    bool ForEach(const char* section, Use&& use)
+    {
+        const ZmConfigurationSection* found = m_Tree.GetSubSection(section, 1);
+        if (found == nullptr)
+            return Fail(section, "", "the section is missing");
+        auto position = found->BeginChildEntry();
+        while (const ZmConfigurationEntry* entry = found->GetNextChildEntry(position))
+            if (!use(*entry))
+                return false;
+        return true;
+    }
+
+    // The entries that the section has to have, and no others.
+    bool HasOnly(const char* section, const std::vector<std::string>& names)
+    {
+        for (const std::string& name : names) {
+            const ZmConfigurationSection* found = m_Tree.GetSubSection(section, 1);
+            if (found == nullptr || found->GetEntry(name.c_str()) == nullptr)
+                return Fail(section, "", "has no " + name);
+        }
+        return ForEach(section, [&](const ZmConfigurationEntry& entry) {
+            for (const std::string& name : names)
+                if (name == entry.GetName())
+                    return true;
+            return Fail(section, entry.GetName(), "is unknown");
+        });
+    }
+
+    const ZmConfigurationEntry& Entry(const char* section, const char* name) const
+    {
+        return *m_Tree.GetSubSection(section, 1)->GetEntry(name);
+    }
+
+    bool Int(const char* section, const char* name, int low, int high, int& res)
+    {
+        const ZmConfigurationEntry& entry = Entry(section, name);
+        if (entry.GetValueAsInteger(res) != 0 && res >= low && res <= high)
+            return true;
+        return Fail(section, name, "must be from " + std::to_string(low) + " to " + std::to_string(high));
+    }
+
+    bool Float(const char* section, const char* name, float low, float high, float& res)
+    {
+        const ZmConfigurationEntry& entry = Entry(section, name);
+        if (entry.GetValueAsFloat(res) != 0 && res >= low && res <= high)
+            return true;
+        char range[64];
+        std::snprintf(range, sizeof(range), "must be from %g to %g", double(low), double(high));
+        return Fail(section, name, range);
+    }
+
+    bool Vector(const char* section, const ZmConfigurationEntry& entry, ZmVector& res)
+    {
+        return std::sscanf(entry.GetValue(), "%f %f %f", &res.x, &res.y, &res.z) == 3 ||
+               Fail(section, entry.GetName(), "must be three numbers");
+    }
+
+    bool Sections()
+    {
+        for (const char* top : {"Picture", "Camera", "Sun", "Models"})
+            if (m_Tree.GetSubSection(top, 0) == nullptr)
+                return Fail(top, "", "the section is missing");
+        auto position = m_Tree.BeginSections();
+        while (const ZmConfigurationSection* section = m_Tree.GetNextSection(position)) {
+            const std::string name = section->GetName();
+            if (name != "Picture" && name != "Camera" && name != "Sun" && name != "Models")
+                return Fail(name, "", "is unknown");
+        }
+        return true;
+    }
+
+    bool Picture()
+    {
+        return HasOnly("Picture", {"Width", "Height"}) &&
+               Int("Picture", "Width", kMinSize, kMaxSize, m_Settings.Width) &&
+               Int("Picture", "Height", kMinSize, kMaxSize, m_Settings.Height);
+    }
+
+    bool Camera()
+    {
+        return HasOnly("Camera", {"EyeHeight", "LookDown", "FieldOfView"}) &&
+               Float("Camera", "EyeHeight", 0.1f, 50, m_Settings.EyeHeight) &&
+               Float("Camera", "LookDown", -1, 1, m_Settings.LookDown) &&
+               Float("Camera", "FieldOfView", 0.1f, 2.5f, m_Settings.FieldOfView);
+    }
+
+    bool Sun()
+    {
+        if (!HasOnly("Sun", {"Towards", "Color"}) || !Vector("Sun", Entry("Sun", "Towards"), m_Settings.TowardsSun) ||
+            !Vector("Sun", Entry("Sun", "Color"), m_Settings.SunColor))
+            return false;
+        return m_Settings.TowardsSun.y > 0 || Fail("Sun", "Towards", "the sun must stand above the ground");
+    }
+
+    bool Models()
+    {
+        return HasOnly("Models", {"MostTriangles"}) &&
+               Int("Models", "MostTriangles", 1, 100000000, m_Settings.MostTriangles) && Colors() && Front();
+    }
+
+    bool Colors()
+    {
+        const bool done = ForEach("Models.Colors", [&](const ZmConfigurationEntry& entry) {
+            m_Settings.Colors.emplace_back();
+            m_ColorNames.push_back(entry.GetName());
+            return Vector("Models.Colors", entry, m_Settings.Colors.back());
+        });
+        return done && (!m_Settings.Colors.empty() || Fail("Models.Colors", "", "has no colours"));
+    }
+
+    bool Front()
+    {
+        return ForEach("Models.Front", [&](const ZmConfigurationEntry& entry) {
+            Spot spot{};
+            while (spot.Color < m_ColorNames.size() && m_ColorNames[spot.Color] != entry.GetName())
+                ++spot.Color;
+            if (spot.Color == m_ColorNames.size())
+                return Fail("Models.Front", entry.GetName(), "is none of the colours");
+            if (std::sscanf(entry.GetValue(), "%f %f %f %f", &spot.X, &spot.Z, &spot.Size, &spot.Heading) != 4)
+                return Fail("Models.Front", entry.GetName(), "must be four numbers");
+            m_Settings.Front.push_back(spot);
+            return true;
+        });
+    }
+
+    const std::string m_Path;
+    Settings& m_Settings;
+    ZmConfiguration m_Tree{2};
+    std::vector<std::string> m_ColorNames;
+    std::string m_Error;
+};
+
+}  // namespace
+
+bool ReadSettings(const std::string& path, Settings& settings, std::string& error)
+{
+    SettingsReader reader(path, settings);
+    const bool done = reader.Run();
+    error = reader.Error();
+    return done;
+}

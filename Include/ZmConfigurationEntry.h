@@ -1,0 +1,61 @@
+#pragma once
+
+#include "XString.h"
+
+class ZmConfigurationSection;
+
+/// A named value of a configuration. It is kept as a text, whatever it was set from. One thread at a time may change
+/// it.
+class ZmConfigurationEntry {
+public:
+    ~ZmConfigurationEntry() = default;
+    ZmConfigurationEntry(const ZmConfigurationEntry&) = delete;
+    ZmConfigurationEntry& operator=(const ZmConfigurationEntry&) = delete;
+
+    const char* GetName() const { return m_Name.Text(); }
+
+    /// The text, valid until the value changes.
+    const char* GetValue() const { return m_Value.Text(); }
+
+    /// The section that holds the entry; of a removed one, the section that held it.
+    ZmConfigurationSection* GetParent() const { return m_Parent; }
+
+    /// Numbers become the text that printf() writes for "%d", "%u" and "%f": a float loses what lies behind its sixth
+    /// decimal place, and its decimal point is that of the process's locale. Null, and a text of more than 65534
+    /// characters, give an empty value.
+    /// @{
+    ZM_API void SetValue(const char* value);
+    ZM_API void SetValue(int value);
+    ZM_API void SetValue(unsigned int value);
+    ZM_API void SetValue(float value);
+    /// @}
+
+    /// Reads the text as scanf() does for "%d", "%u" and "%f": white space before the number and anything behind it is
+    /// passed over, so "12abc" is 12. 1, or 0 if the text does not begin with a number; `res` is then not to be used.
+    /// @{
+    ZM_API int GetValueAsInteger(int& res) const;
+    ZM_API int GetValueAsUnsignedInteger(unsigned int& res) const;
+    ZM_API int GetValueAsFloat(float& res) const;
+    /// @}
+
+    /// Anybody may delete an entry that was removed: its memory goes back to where the library took it.
+    ZM_API static void operator delete(void* block);
+
+private:
+    friend class ZmConfigurationSection;
+
+    ZmConfigurationEntry(const XBaseString& name, ZmConfigurationSection* parent) : m_Name(name), m_Parent(parent) {}
+
+    static void* operator new(size_t size) noexcept;
+
+    void Assign(const XBaseString& value) { m_Value = value; }
+    template <class Value>
+    void Assign(Value value)
+    {
+        SetValue(value);
+    }
+
+    XString m_Name;
+    ZmConfigurationSection* m_Parent;
+    XString m_Value;
+};

@@ -1,0 +1,230 @@
+#include "ZmConfiguration.h"
+
+#include "Configuration/ConfigurationReader.h"
+#include "Configuration/ConfigurationWriter.h"
+#include "Configuration/SectionPath.h"
+#include "Platform/OsReplacement.h"
+#include "ZmFile.h"
+
+#include <string>
+
+ZmConfiguration::ZmConfiguration(unsigned short indent)
+    : m_Root(new ZmConfigurationSection("root", nullptr)), m_Defaults(nullptr), m_Indent(indent)
+{
+}
+
+ZmConfiguration::~ZmConfiguration()
+{
+    delete m_Root;
+    delete m_Defaults;
+}
+
+template <class Value>
+int ZmConfiguration::Add(const char* section, const char* name, Value value, ZmConfigurationEntry** entry)
+{
+    ZmConfigurationSection* holder = m_Root;
+    if (section != nullptr) {
+        // The defaults are searched as well, and so may receive the entry: callers know it so.
+        holder = GetSubSection(section, 1);
+        if (holder == nullptr) {
+            holder = zm::CreatePath(*m_Root, section);
+        }
+    }
+    if (holder == nullptr) {
+        return 0;
+    }
+    holder->AddEntry(name, value, entry);
+    return 1;
+}
+
+int ZmConfiguration::AddEntry(const char* section, const char* name, const char* value, ZmConfigurationEntry** entry)
+{
+    return Add(section, name, value, entry);
+}
+
+int ZmConfiguration::AddEntry(const char* section, const char* name, int value, ZmConfigurationEntry** entry)
+{
+    return Add(section, name, value, entry);
+}
+
+int ZmConfiguration::AddEntry(const char* section, const char* name, unsigned int value, ZmConfigurationEntry** entry)
+{
+    return Add(section, name, value, entry);
+}
+
+int ZmConfiguration::AddEntry(const char* section, const char* name, float value, ZmConfigurationEntry** entry)
+{
+    return Add(section, name, value, entry);
+}
+
+bool ZmConfiguration::NeedDefaults()
+{
+    if (m_Defaults == nullptr) {
+        m_Defaults = new ZmConfigurationSection("default", nullptr);
+    }
+    return m_Defaults != nullptr;
+}
+
+template <class Value>
+int ZmConfiguration::AddDefault(const char* section, const char* name, Value value)
+{
+    if (!NeedDefaults()) {
+        return 0;
+    }
+    ZmConfigurationSection* holder = section != nullptr ? zm::CreatePath(*m_Defaults, section) : m_Defaults;
+    if (holder == nullptr) {
+        return 0;
+    }
+    holder->AddEntry(name, value);
+    return 1;
+}
+
+int ZmConfiguration::AddDefaultEntry(const char* section, const char* name, const char* value)
+{
+    return AddDefault(section, name, value);
+}
+
+int ZmConfiguration::AddDefaultEntry(const char* section, const char* name, int value)
+{
+    return AddDefault(section, name, value);
+}
+
+int ZmConfiguration::AddDefaultEntry(const char* section, const char* name, unsigned int value)
+{
+    return AddDefault(section, name, value);
+}
+
+int ZmConfiguration::AddDefaultEntry(const char* section, const char* name, float value)
+{
+    return AddDefault(section, name, value);
+}
+
+ZmConfigurationSection* ZmConfiguration::ParentOf(const char* name) const
+{
+    return name != nullptr ? m_Root->GetSubSection(name) : m_Root;
+}
+
+ZmConfigurationSection* ZmConfiguration::CreateSubSection(const char* parent, const char* name)
+{
+    ZmConfigurationSection* holder = ParentOf(parent);
+    return holder != nullptr ? holder->CreateSubSection(name) : nullptr;
+}
+
+int ZmConfiguration::DeleteEntry(const char* parent, const char* name)
+{
+    ZmConfigurationSection* holder = ParentOf(parent);
+    return holder != nullptr ? holder->DeleteEntry(name) : 0;
+}
+
+int ZmConfiguration::DeleteSection(const char* parent, const char* name)
+{
+    ZmConfigurationSection* holder = ParentOf(parent);
+    return holder != nullptr ? holder->DeleteSection(name) : 0;
+}
+
+ZmConfigurationEntry* ZmConfiguration::RemoveEntry(const char* parent, const char* name)
+{
+    ZmConfigurationSection* holder = ParentOf(parent);
+    return holder != nullptr ? holder->RemoveEntry(name) : nullptr;
+}
+
+ZmConfigurationSection* ZmConfiguration::RemoveSection(const char* parent, const char* name)
+{
+    ZmConfigurationSection* holder = ParentOf(parent);
+    return holder != nullptr ? holder->RemoveSection(name) : nullptr;
+}
+
+ZmConfigurationSection* ZmConfiguration::CreateDefaultSubSection(const char* parent, const char* name)
+{
+    if (parent == nullptr) {
+        return NeedDefaults() ? m_Defaults->CreateSubSection(name) : nullptr;
+    }
+    ZmConfigurationSection* holder = m_Defaults != nullptr ? m_Defaults->GetSubSection(parent) : nullptr;
+    return holder != nullptr ? holder->CreateSubSection(name) : nullptr;
+}
+
+ZmConfigurationSection* ZmConfiguration::GetSubSection(const char* path, int dots) const
+{
+    ZmConfigurationSection* found = zm::FindPath(*m_Root, path, dots != 0);
+    return found == nullptr && m_Defaults != nullptr ? zm::FindPath(*m_Defaults, path, dots != 0) : found;
+}
+
+ZmConfigurationEntry* ZmConfiguration::GetEntry(const char* path, int dots) const
+{
+    const char* lastDot = path != nullptr && dots != 0 ? strrchr(path, '.') : nullptr;
+    for (const ZmConfigurationSection* tree : {m_Root, m_Defaults}) {
+        // The section of the whole path, its last part included, and not the one before it: callers rely on that.
+        const ZmConfigurationSection* section =
+            tree != nullptr && lastDot != nullptr ? zm::FindPath(*tree, path, true) : tree;
+        ZmConfigurationEntry* entry =
+            section != nullptr ? section->GetEntry(lastDot != nullptr ? lastDot + 1 : path) : nullptr;
+        if (entry != nullptr) {
+            return entry;
+        }
+    }
+    return nullptr;
+}
+
+void ZmConfiguration::Clear()
+{
+    m_Root->Clear();
+}
+
+void ZmConfiguration::ClearDefault()
+{
+    if (m_Defaults != nullptr) {
+        m_Defaults->Clear();
+    }
+}
+
+int ZmConfiguration::BuildFromFile(const char* filename, int& line, XString& error)
+{
+    const std::string path = filename != nullptr ? filename : "";  // it may be a value of the tree
+    Clear();
+    line = 0;
+    if (filename == nullptr) {
+        error = "null filename";
+        return 0;
+    }
+    return zm::ConfigurationReader(*m_Root, line, error).ReadFile(path.c_str());
+}
+
+int ZmConfiguration::BuildFromMemory(const char* text, int& line, XString& error)
+{
+    // Strings are that short: a text which is a value of the tree is kept while that is cleared.
+    const size_t length = text != nullptr ? strlen(text) : 0;
+    const std::string copy(text, length <= size_t(XBaseString::kMaxLength) ? length : 0);
+    Clear();
+    line = 0;
+    return zm::ConfigurationReader(*m_Root, line, error).ReadText(copy.empty() ? text : copy.data(), length);
+}
+
+int ZmConfiguration::SaveToFile(const char* filename) const
+{
+    if (filename == nullptr) {
+        return 0;
+    }
+    zm::Replacement replacement;
+    const bool replaces = zm::BeginReplacement(filename, replacement);
+    ZmFile file;
+    int done = file.Open(replaces ? replacement.temporary.c_str() : filename,
+                         ZmFile::OpenMode(ZmFile::WRITEONLY | ZmFile::TEXT)) != 0 &&
+               zm::WriteConfiguration(file, *m_Root, m_Indent);
+    done = file.Close() != 0 && done;
+    return replaces ? zm::EndReplacement(replacement, done != 0) : done;
+}
+
+// Operations of an object, although they do nothing yet.
+// NOLINTBEGIN(readability-convert-member-functions-to-static)
+
+int ZmConfiguration::BuildFromDataFile(const char* /*filename*/, XString& /*error*/)
+{
+    return 0;
+}
+
+int ZmConfiguration::SaveToDataFile(const char* /*filename*/) const
+{
+    return 0;
+}
+
+// NOLINTEND(readability-convert-member-functions-to-static)

@@ -1,0 +1,173 @@
+#include "ZmConfigurationSection.h"
+
+ZmConfigurationSection::ZmConfigurationSection(const char* name, ZmConfigurationSection* parent)
+    : ZmConfigurationSection(XBaseString(name), parent)
+{
+}
+
+ZmConfigurationSection::~ZmConfigurationSection()
+{
+    Clear();
+}
+
+template <class Value>
+void ZmConfigurationSection::AddValue(const XBaseString& name, const Value& value, ZmConfigurationEntry** entry)
+{
+    const EntryTable::Inserted inserted = m_Entries.Insert(name);
+    if (entry != nullptr) {
+        *entry = inserted.created || inserted.position == m_Entries.End() ? nullptr : inserted.position->value;
+    }
+    if (!inserted.created) {
+        return;
+    }
+    ZmConfigurationEntry* added = new ZmConfigurationEntry(name, this);
+    if (added == nullptr) {
+        m_Entries.Remove(name);
+        return;
+    }
+    added->Assign(value);
+    inserted.position->value = added;
+}
+
+void ZmConfigurationSection::AddEntry(const char* name, const char* value, ZmConfigurationEntry** entry)
+{
+    AddValue(name, XBaseString(value), entry);
+}
+
+void ZmConfigurationSection::AddEntry(const char* name, int value, ZmConfigurationEntry** entry)
+{
+    AddValue(name, value, entry);
+}
+
+void ZmConfigurationSection::AddEntry(const char* name, unsigned int value, ZmConfigurationEntry** entry)
+{
+    AddValue(name, value, entry);
+}
+
+void ZmConfigurationSection::AddEntry(const char* name, float value, ZmConfigurationEntry** entry)
+{
+    AddValue(name, value, entry);
+}
+
+void ZmConfigurationSection::Add(const XBaseString& name, const XBaseString& value)
+{
+    AddValue(name, value, nullptr);
+}
+
+ZmConfigurationSection* ZmConfigurationSection::CreateSubSection(const char* name)
+{
+    return Create(name);
+}
+
+ZmConfigurationSection* ZmConfigurationSection::Create(const XBaseString& name)
+{
+    const SectionTable::Inserted inserted = m_Sections.Insert(name);
+    if (inserted.position == m_Sections.End()) {
+        return nullptr;
+    }
+    if (inserted.created) {
+        inserted.position->value = new ZmConfigurationSection(name, this);
+        if (inserted.position->value == nullptr) {
+            m_Sections.Remove(name);
+            return nullptr;
+        }
+    }
+    return inserted.position->value;
+}
+
+ZmConfigurationEntry* ZmConfigurationSection::GetEntry(const char* name) const
+{
+    ZmConfigurationEntry* const* entry = m_Entries.LookUp(name);
+    return entry != nullptr ? *entry : nullptr;
+}
+
+ZmConfigurationSection* ZmConfigurationSection::GetSubSection(const char* name) const
+{
+    ZmConfigurationSection* const* section = m_Sections.LookUp(name);
+    return section != nullptr ? *section : nullptr;
+}
+
+ZmConfigurationEntry* ZmConfigurationSection::RemoveEntry(const char* name)
+{
+    return m_Entries.Remove(name);
+}
+
+ZmConfigurationSection* ZmConfigurationSection::RemoveSection(const char* name)
+{
+    return m_Sections.Remove(name);
+}
+
+int ZmConfigurationSection::DeleteEntry(const char* name)
+{
+    const ZmConfigurationEntry* entry = RemoveEntry(name);
+    delete entry;
+    return entry != nullptr;
+}
+
+int ZmConfigurationSection::DeleteSection(const char* name)
+{
+    const ZmConfigurationSection* section = RemoveSection(name);
+    delete section;
+    return section != nullptr;
+}
+
+// The sections that are to be destroyed form a list through their parents, which they need no longer: a recursion
+// would exhaust the stack on a deep tree.
+void ZmConfigurationSection::Clear()
+{
+    ZmConfigurationSection* dropped = nullptr;
+    DropChildren(dropped);
+    while (dropped != nullptr) {
+        ZmConfigurationSection* section = dropped;
+        dropped = section->m_Parent;
+        section->DropChildren(dropped);
+        delete section;
+    }
+}
+
+void ZmConfigurationSection::DropChildren(ZmConfigurationSection*& dropped)
+{
+    constexpr int kAhead = 4;  // entries lie anywhere in memory
+    const int count = m_Entries.Size();
+    for (int i = 0; i < count; ++i) {
+        __builtin_prefetch(i + kAhead < count ? m_Entries.ItemAt(i + kAhead).value : nullptr);
+        delete m_Entries.ItemAt(i).value;
+    }
+    m_Entries.Clear();
+    for (int i = 0; i < m_Sections.Size(); ++i) {
+        ZmConfigurationSection* section = m_Sections.ItemAt(i).value;
+        section->m_Parent = dropped;
+        dropped = section;
+    }
+    m_Sections.Clear();
+}
+
+// This section and all below it, in no particular order.
+template <class Visit>
+void ZmConfigurationSection::VisitAll(Visit visit) const
+{
+    XArray<const ZmConfigurationSection*> waiting;
+    waiting.PushBack(this);
+    while (!waiting.IsEmpty()) {
+        const ZmConfigurationSection* section = waiting.Back();
+        waiting.PopBack();
+        visit(*section);
+        for (int i = 0; i < section->m_Sections.Size(); ++i) {
+            waiting.PushBack(section->m_Sections.ItemAt(i).value);
+        }
+    }
+}
+
+int ZmConfigurationSection::GetNumberOfEntriesRecursive() const
+{
+    int count = 0;
+    VisitAll([&count](const ZmConfigurationSection& section) { count += section.GetNumberOfEntries(); });
+    return count;
+}
+
+int ZmConfigurationSection::GetNumberOfSubSectionsRecursive() const
+{
+    int count = 0;
+    VisitAll([&count](const ZmConfigurationSection& section) { count += section.GetNumberOfSubSections(); });
+    return count;
+}

@@ -1,0 +1,206 @@
+// Large files in 32-bit programs, too.
+#define _FILE_OFFSET_BITS 64
+
+#include "Platform/OsSettings.h"
+
+#include "Platform/Posix/SettingsText.h"
+
+#include <errno.h>
+#include <fcntl.h>
+#include <limits.h>
+#include <pwd.h>
+#include <stdlib.h>
+#include <string.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace zm {
+
+namespace {
+
+constexpr unsigned kRightToRead = 0x1, kRightToWrite = 0x2, kEveryRight = 0x12000000, kGenericRead = 0x80000000,
+                   kGenericWrite = 0x40000000;
+
+struct Key {
+    std::string folder;  ///< of all keys below the root, with a slash behind it
+    std::string path;    ///< from there, with '\' between the levels
+    bool reads, writes;
+
+    std::string File() const { return folder + SettingsPath(path); }
+};
+
+std::string ConfigurationFolder()
+{
+    const char* folder = getenv("XDG_CONFIG_HOME");
+    if (folder != nullptr && *folder == '/') {  // relative ones are to be ignored
+        return std::string(folder) + '/';
+    }
+    const char* home = getenv("HOME");
+    if (home == nullptr || *home == 0) {
+        const passwd* user = getpwuid(getuid());
+        home = user != nullptr ? user->pw_dir : nullptr;
+    }
+    return home != nullptr ? std::string(home) + "/.config/" : "";
+}
+
+bool MakeFolders(const std::string& path)
+{
+    for (size_t slash = path.find('/', 1); slash != std::string::npos; slash = path.find('/', slash + 1)) {
+        if (mkdir(path.substr(0, slash).c_str(), 0700) != 0 && errno != EEXIST) {
+            return false;
+        }
+    }
+    return true;
+}
+
+/// An open file, closed at the end.
+class OpenFile {
+public:
+    OpenFile(const std::string& path, int flags) : m_File(open(path.c_str(), flags | O_CLOEXEC, 0600)) {}
+    ~OpenFile()
+    {
+        if (m_File >= 0) {
+            close(m_File);
+        }
+    }
+    OpenFile(const OpenFile&) = delete;
+    OpenFile& operator=(const OpenFile&) = delete;
+
+    bool IsOpen() const { return m_File >= 0; }
+
+    /// For as long as it is open. Each opening has a lock of its own, so threads exclude each other, too.
+    bool Lock() const
+    {
+        int result = -1;
+        do {
+            result = m_File >= 0 ? flock(m_File, LOCK_EX) : -1;
+        } while (result != 0 && m_File >= 0 && errno == EINTR);
+        return result == 0;
+    }
+
+    bool ReadAll(std::string& res) const
+    {
+        char block[4096];
+        for (;;) {
+            const ssize_t count = read(m_File, block, sizeof(block));
+            if (count > 0) {
+                res.append(block, size_t(count));
+            } else if (count == 0 || errno != EINTR) {
+                return count == 0;
+            }
+        }
+    }
+
+    bool WriteAll(const std::string& text) const
+    {
+        for (size_t done = 0; done < text.size();) {
+            const ssize_t count = write(m_File, text.data() + done, text.size() - done);
+            if (count < 0 && errno != EINTR) {
+                return false;
+            }
+            done += count > 0 ? size_t(count) : 0;
+        }
+        return true;
+    }
+
+    /// To the disk, where the file system knows how.
+    bool Synchronise() const { return m_File >= 0 && (fsync(m_File) == 0 || errno == EINVAL); }
+
+private:
+    int m_File;
+};
+
+/// A file that does not exist is empty.
+bool ReadFile(const std::string& path, std::string& res)
+{
+    OpenFile file(path, O_RDONLY);
+    return file.IsOpen() ? file.ReadAll(res) : errno == ENOENT;
+}
+
+// One file is one step: it is written beside the old one and takes its place by its name. Whoever holds the lock is
+// the only writer, and so what a killed one has left under the other name is of no use to anybody.
+bool ReplaceFile(const std::string& path, const std::string& text)
+{
+    const std::string fresh = path + ".new";
+    bool done = false;
+    {
+        OpenFile file(fresh, O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW);
+        done = file.IsOpen() && file.WriteAll(text) && file.Synchronise();
+    }
+    if (!done || rename(fresh.c_str(), path.c_str()) != 0) {
+        unlink(fresh.c_str());
+        return false;
+    }
+    OpenFile(path.substr(0, path.rfind('/') + 1), O_RDONLY).Synchronise();
+    return true;
+}
+
+// Where the file is a link, what it leads to is replaced and the link stays.
+std::string WithoutLinks(const std::string& path)
+{
+    char resolved[PATH_MAX];
+    return realpath(path.c_str(), resolved) != nullptr ? resolved : path;
+}
+
+}  // namespace
+
+void* OpenSettings(void* parent, const char* path, unsigned rights)
+{
+    const Key* above = static_cast<const Key*>(parent);
+    Key key;
+    if (above == nullptr) {
+        key.folder = ConfigurationFolder();
+        if (key.folder.empty()) {
+            return nullptr;
+        }
+        for (const char* c = path; *c != 0; ++c) {
+            key.folder += *c == '\\' ? '/' : *c;
+        }
+        key.folder += '/';
+    } else {
+        key.folder = above->folder;
+        key.path = above->path + (above->path.empty() || *path == 0 ? "" : "\\") + path;
+        while (!key.path.empty() && key.path.back() == '\\') {
+            key.path.pop_back();
+        }
+    }
+    key.reads = (rights & (kRightToRead | kGenericRead | kEveryRight)) != 0;
+    key.writes = (rights & (kRightToWrite | kGenericWrite | kEveryRight)) != 0;
+    return new Key(key);
+}
+
+void CloseSettings(void* key)
+{
+    delete static_cast<Key*>(key);
+}
+
+bool WriteSetting(void* key, const char* name, const char* value)
+{
+    const Key& opened = *static_cast<const Key*>(key);
+    if (!opened.writes || !MakeFolders(opened.File())) {
+        return false;
+    }
+    OpenFile lock(opened.folder + ".lock", O_RDWR | O_CREAT);
+    const std::string path = WithoutLinks(opened.File());
+    std::string old;
+    if (!lock.Lock() || !ReadFile(path, old)) {
+        return false;
+    }
+    const std::string text = WithSetting(old, name, value);
+    return text == old || ReplaceFile(path, text);
+}
+
+int ReadSetting(void* key, const char* name, char* value, int size)
+{
+    const Key& opened = *static_cast<const Key*>(key);
+    std::string text, found;
+    if (!opened.reads || !ReadFile(opened.File(), text) || !FindSetting(text, name, found) ||
+        found.size() >= size_t(size)) {
+        return -1;
+    }
+    memcpy(value, found.c_str(), found.size() + 1);
+    return int(found.size() + 1);
+}
+
+}  // namespace zm

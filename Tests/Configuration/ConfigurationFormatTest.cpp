@@ -1,0 +1,148 @@
+#include "Configuration/Trees.h"
+#include "Support/Random.h"
+#include "Support/TemporaryFolder.h"
+#include "ZmConfiguration.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+namespace {
+
+class ConfigurationFormatTest : public testing::Test {
+protected:
+    /// What a load gave: "line error tree".
+    std::string Load(const std::string& text, bool fromFile)
+    {
+        ZmConfiguration tree(0);
+        tree.AddEntry("old", "entry", "is cleared");
+        int line = -1;
+        XString error;
+        if (fromFile) {
+            MakeFile(m_Path, text);
+        }
+        const int done = fromFile ? tree.BuildFromFile(m_Path.c_str(), line, error)
+                                  : tree.BuildFromMemory(text.c_str(), line, error);
+        EXPECT_EQ(done, error == "OK");
+        return std::to_string(line) + ' ' + error.Text() + ' ' + TextOf(tree);
+    }
+
+    const TemporaryFolder m_Folder;
+    const std::string m_Path = m_Folder / "test.cfg";
+};
+
+TEST_F(ConfigurationFormatTest, TextsAndTheirTrees)
+{
+    const struct {
+        const char *name, *text, *expected;
+    } kRows[] = {
+        {"nothing", "", "0 OK "},
+        {"sections", "a = 1\n<S>\nb = x = y\n</S>\n", "4 OK a=1;S{b=x = y;}"},
+        {"blanks", " \t a\t= \t1 2 \n\n \t\n  # no = entry\na#b=\n = 5\n", "6 OK a=1 2;a#b=;=5;"},
+        {"sections go on", "<S>\na=1\n</S>\n<S>\na=2\nb=3\n<>\n", "7 OK S{a=1;b=3;{}}"},
+        {"tags to the last bracket", "< S > >rest\n</ S > >\n<a.b>\n", "3 OK  S > {}a.b{}"},
+        {"wrong end", "<S>\n</T>\n", "1 closing bad section : T != S S{}"},
+        {"end of the root", "\n</root>\na = 1\n", "1 closing bad section : root != root "},
+        {"end of nothing", "</>\n", "0 closing bad section :  != root "},
+        {"open tag", "a=1\n<S\nb=2\n", "1 can't find end of section tag a=1;"},
+        {"no equal", "a=1\nb\n", "1 can't find equal ('=') separator a=1;"},
+    };
+    for (const auto& row : kRows) {
+        SCOPED_TRACE(row.name);
+        EXPECT_EQ(Load(row.text, true), row.expected);
+        EXPECT_EQ(Load(std::string(row.text) + "lost", false), row.expected);
+    }
+}
+
+TEST_F(ConfigurationFormatTest, WhereFilesAndTextsDiffer)
+{
+    const std::string x1022(1022, 'x'), x1023(1023, 'x');
+    const struct {
+        const char* name;
+        std::string text, fromFile, fromMemory;
+    } kRows[] = {
+        {"memory loses the last line", "a = 1", "1 OK a=1;", "0 OK "},
+        {"returns stay in memory", "<S>\r\na = 1\r\n</S>\r\n\n", "4 OK S{a=1;}", "3 OK S{a=1\r;}"},
+        {"a line of 1023", "=" + x1022 + "\na=1\n\n", "4 OK =" + x1022 + ";a=1;", "2 OK =" + x1022 + ";a=1;"},
+        {"a longer one is cut", "=" + x1023 + "=1\n\n", "3 OK =" + x1022 + ";x=1;", "2 OK =" + x1022 + ";x=1;"},
+        {"a NUL ends the line", std::string("a = 1\0x\nb = 2\n", 14), "2 OK a=1;b=2;", "0 OK "},
+    };
+    for (const auto& row : kRows) {
+        SCOPED_TRACE(row.name);
+        EXPECT_EQ(Load(row.text, true), row.fromFile);
+        EXPECT_EQ(Load(row.text, false), row.fromMemory);
+    }
+}
+
+std::string RandomName(Random& random)
+{
+    static const char kCharacters[] = "ab.c>\r \t\x01\xff-";
+    std::string name = "n";
+    for (int length = random.Int(0, 6); length > 0; --length) {
+        name += kCharacters[random.Int(0, 10)];
+    }
+    return name + char('a' + random.Int(0, 25));
+}
+
+void Grow(ZmConfigurationSection& section, Random& random, int levels)
+{
+    for (int i = random.Int(0, 20); i > 0; --i) {
+        const std::string name = RandomName(random), value = RandomName(random) + "=#<";
+        section.AddEntry(name.c_str(), value.c_str());
+        if (random.Int(0, 3) == 0) {
+            section.DeleteEntry(name.c_str());
+        }
+    }
+    for (int i = levels > 0 ? random.Int(0, 5) : 0; i > 0; --i) {
+        Grow(*section.CreateSubSection((" " + RandomName(random) + " ").c_str()), random, levels - 1);
+    }
+}
+
+TEST_F(ConfigurationFormatTest, WhatIsSavedLoadsAsTheSameTree)
+{
+    Random random(2);
+    for (int round = 0; round < 100; ++round) {
+        ZmConfiguration tree(uint16_t(random.Int(0, 1) * round)), copy(0);
+        tree.AddDefaultEntry("default", "is", "not saved");
+        Grow(*tree.CreateSubSection(nullptr, "top"), random, 4);
+        ASSERT_EQ(tree.SaveToFile(m_Path.c_str()), 1);
+        int line;
+        XString error;
+        ASSERT_EQ(copy.BuildFromFile(m_Path.c_str(), line, error), 1) << error.Text();
+        ASSERT_EQ(TextOf(copy), TextOf(tree));
+        ASSERT_EQ(line, tree.GetNumberOfEntriesRecursive() + 2 * tree.GetNumberOfSubSectionsRecursive());
+    }
+}
+
+TEST_F(ConfigurationFormatTest, FilesAreWrittenAsThis)
+{
+    ZmConfiguration tree(2);
+    tree.AddEntry("Video.Driver", "Name", "Default");
+    tree.AddEntry("Video", "Width", 640);
+    tree.AddEntry(nullptr, "version", 3);
+    MakeFile(m_Path, std::string(1000, 'x'));
+    ASSERT_EQ(tree.SaveToFile(m_Path.c_str()), 1);
+    std::string text = BytesOf(m_Path);
+    text.erase(std::remove(text.begin(), text.end(), '\r'), text.end());
+    EXPECT_EQ(text, "version = 3\n<Video>\n  Width = 640\n  <Driver>\n    Name = Default\n  </Driver>\n</Video>\n");
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(m_Folder.Path()), {}), 1) << "nothing else stays";
+    EXPECT_EQ(tree.SaveToFile((m_Folder / "none/file").c_str()), 0);
+    EXPECT_EQ(tree.SaveToFile(nullptr), 0);
+}
+
+TEST_F(ConfigurationFormatTest, NamesOfFilesAndTextsMayBeValuesOfTheTree)
+{
+    ZmConfiguration tree(0);
+    int line;
+    XString error;
+    tree.AddEntry(nullptr, "file", (m_Folder / "none").c_str());
+    EXPECT_EQ(tree.BuildFromFile(tree.GetEntry("file", 0)->GetValue(), line, error), 0);
+    EXPECT_EQ(error.Text(), "can't open file : " + m_Folder / "none");
+    EXPECT_EQ(tree.BuildFromFile(nullptr, line, error), 0);
+    EXPECT_STREQ(error.Text(), "null filename");
+    tree.AddEntry(nullptr, "text", "a = 1 \n\n");
+    EXPECT_EQ(tree.BuildFromMemory(tree.GetEntry("text", 0)->GetValue(), line, error), 1);
+    EXPECT_EQ(TextOf(tree), "a=1;");
+}
+
+}  // namespace
