@@ -1,7 +1,6 @@
 #include "Picture.h"
 
 #include "Noise.h"
-#include "Png.h"
 #include "Raster.h"
 #include "View.h"
 
@@ -133,17 +132,4 @@ Picture DrawPicture(const Scene& scene, const std::vector<VisibleModel>& visible
         strip.Resolve(scene, shading, picture);
     }
     return picture;
-}
-
-bool SavePicture(const Picture& picture, const std::string& path, std::string& error)
-{
-    std::vector<unsigned char> rgb;
-    rgb.reserve(picture.Pixels.size() * 3);
-    for (const uint32_t pixel : picture.Pixels)
-        for (const int shift : {16, 8, 0})
-            rgb.push_back((unsigned char)(pixel >> shift));
-    if (WritePng(path.c_str(), picture.Width, picture.Height, rgb.data()))
-        return true;
-    error = path + ": cannot be written";
-    return false;
 }

@@ -22,6 +22,3 @@ struct DrawCounts {
 /// pixel: transforms, rasterises, lights and averages them.
 Picture DrawPicture(const Scene& scene, const std::vector<VisibleModel>& visible, const ZmMatrix& worldToClip,
                     const Shading& shading, int width, int height, DrawCounts& counts);
-
-/// False with a message in `error` when the file cannot be written.
-bool SavePicture(const Picture& picture, const std::string& path, std::string& error);

@@ -94,7 +94,7 @@ void PrintReport(const Mesh& statue, const Scene& scene, size_t visibleModels, c
     else
         std::printf("Picked      nothing but sky\n");
     std::printf("Time        load %.0f ms, scene %.0f ms, shadows %.0f ms, picture %.0f ms, picking %.1f ms, lines "
-                "%.1f ms, file %.0f ms\n",
+                "%.1f ms, files %.0f ms\n",
                 double(times.Load), double(times.Build), double(times.Shadows), double(times.Draw), double(times.Pick),
                 double(times.Overlay), double(times.Save));
     PrintTransformSpeed(statue, PerspectiveView(scene.Camera));

@@ -1,21 +1,21 @@
 #include "Settings.h"
 
+#include <algorithm>
 #include <cstdio>
+#include <sstream>
 
 namespace {
 
 // The configuration keeps no lines. So a text that says where something is wrong looks for the place: the line of an
 // entry, or of the tag of a section if the name is empty; the last line if there is none.
-int LineOf(const std::string& path, const std::string& section, const std::string& name)
+int LineOf(const std::string& scene, const std::string& section, const std::string& name)
 {
-    ZmFile file;
-    file.Open(path.c_str(), ZmFile::OpenMode(ZmFile::READONLY | ZmFile::TEXT));
-    char buffer[1024];
-    std::string current;
+    std::istringstream lines(scene);
+    std::string next, current;
     int line = 0;
-    while (file.GetString(buffer, sizeof(buffer)) != 0) {
+    while (std::getline(lines, next)) {
         ++line;
-        XString text = buffer;
+        XString text = next.c_str();
         text.Trim();
         const uint16_t end = text.RFind('>'), equal = text.Find('=');
         std::string entry;
@@ -40,18 +40,20 @@ int LineOf(const std::string& path, const std::string& section, const std::strin
 
 class SettingsReader {
 public:
-    SettingsReader(const std::string& path, Settings& settings) : m_Path(path), m_Settings(settings) {}
+    SettingsReader(const std::string& path, const std::string& text, Settings& settings)
+        : m_Path(path), m_Text(text), m_Settings(settings)
+    {
+        // A text in memory keeps its carriage returns, and loses its last line.
+        m_Text.erase(std::remove(m_Text.begin(), m_Text.end(), '\r'), m_Text.end());
+        m_Text += "\n\n";
+    }
 
     bool Run()
     {
         int line = 0;
         XString message;
-        if (m_Tree.BuildFromFile(m_Path.c_str(), line, message) == 0) {
-            if (ZmFile::GetFileMode(m_Path.c_str()) != 0)
-                return FailAt(line + 1, message.Text());
-            m_Error = message.Text();
-            return false;
-        }
+        if (m_Tree.BuildFromMemory(m_Text.c_str(), line, message) == 0)
+            return FailAt(line + 1, message.Text());
         return Sections() && Picture() && Camera() && Sun() && Models();
     }
 
@@ -66,7 +68,7 @@ private:
 
     bool Fail(const std::string& section, const std::string& name, const std::string& message)
     {
-        return FailAt(LineOf(m_Path, section, name), section + (name.empty() ? "" : "." + name) + ": " + message);
+        return FailAt(LineOf(m_Text, section, name), section + (name.empty() ? "" : "." + name) + ": " + message);
     }
 
     // Calls use(entry) for each entry of the section while that returns true.
@@ -197,6 +199,7 @@ private:
     }
 
     const std::string m_Path;
+    std::string m_Text;
     Settings& m_Settings;
     ZmConfiguration m_Tree{2};
     std::vector<std::string> m_ColorNames;
@@ -205,9 +208,9 @@ private:
 
 }  // namespace
 
-bool ReadSettings(const std::string& path, Settings& settings, std::string& error)
+bool ReadSettings(const std::string& path, const std::string& text, Settings& settings, std::string& error)
 {
-    SettingsReader reader(path, settings);
+    SettingsReader reader(path, text, settings);
     const bool done = reader.Run();
     error = reader.Error();
     return done;

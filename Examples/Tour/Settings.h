@@ -24,6 +24,6 @@ struct Settings {
 const int kMinSize = 64;
 const int kMaxSize = 8192;
 
-/// False with a message in `error`, which begins with the file's name and the line, when something is missing, unknown
-/// or makes no sense.
-bool ReadSettings(const std::string& path, Settings& settings, std::string& error);
+/// Reads the text of a scene file. False with a message in `error`, which begins with the file's path and the line,
+/// when something is missing, unknown or makes no sense.
+bool ReadSettings(const std::string& path, const std::string& text, Settings& settings, std::string& error);

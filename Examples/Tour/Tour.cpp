@@ -3,6 +3,7 @@
 
 #include "Archive.h"
 #include "Bake.h"
+#include "Images.h"
 #include "Log.h"
 #include "Meadow.h"
 #include "ObjReader.h"
@@ -20,12 +21,22 @@
 
 namespace {
 
-// Packs the mesh into the tour's archive and reads it from there.
-bool LoadStatue(const std::string& path, const std::string& folder, Mesh& mesh, std::string& error)
+bool LoadScene(const std::string& archive, const Options& options, Settings& settings, std::string& error)
 {
-    const std::string archive = (std::filesystem::path(folder) / "tour.zmbg").string();
     std::string text;
-    if (!PackFiles(archive, {path}, error) || !ReadPacked(archive, path, text, error))
+    if (!ReadPacked(archive, options.ScenePath, text, error) || !ReadSettings(options.ScenePath, text, settings, error))
+        return false;
+    if (options.Width != 0) {
+        settings.Width = options.Width;
+        settings.Height = options.Height;
+    }
+    return true;
+}
+
+bool LoadStatue(const std::string& archive, const std::string& path, Mesh& mesh, std::string& error)
+{
+    std::string text;
+    if (!ReadPacked(archive, path, text, error))
         return false;
     std::istringstream file(text);
     if (!ReadObj(file, mesh, error)) {
@@ -68,13 +79,9 @@ bool RunTour(const Options& options, std::string& error)
     if (!MakeFolder(options.OutputFolder, error))
         return false;
     StartLog(options.OutputFolder);
-    if (!ReadSettings(options.ScenePath, settings, error))
-        return false;
-    if (options.Width != 0) {
-        settings.Width = options.Width;
-        settings.Height = options.Height;
-    }
-    if (!LoadStatue(options.MeshPath, options.OutputFolder, statue, error))
+    const std::string archive = (std::filesystem::path(options.OutputFolder) / "tour.zmbg").string();
+    if (!PackFiles(archive, {options.ScenePath, options.MeshPath}, error) ||
+        !LoadScene(archive, options, settings, error) || !LoadStatue(archive, options.MeshPath, statue, error))
         return false;
     times.Load = Lap(clock);
     Info(__LINE__).PrintMT("%s: %d vertices, loaded and baked in %.1f ms", options.MeshPath.c_str(),
@@ -102,13 +109,14 @@ bool RunTour(const Options& options, std::string& error)
     DrawOverlay(picture, scene, worldToClip, mouse, picked);
     times.Overlay = Lap(clock);
 
-    const std::string path = (std::filesystem::path(options.OutputFolder) / "tour.png").string();
-    if (!SavePicture(picture, path, error))
+    std::vector<std::string> paths;
+    if (!SaveImages(picture, options.OutputFolder, paths, error))
         return false;
     times.Save = Lap(clock);
-    Info(__LINE__).PrintMT("%s: %d x %d pixels", path.c_str(), settings.Width, settings.Height);
+    for (const std::string& path : paths)
+        Info(__LINE__).PrintMT("%s is written", path.c_str());
 
-    PrintReport(statue, scene, visible.size(), picture, counts, picked, times, path);
+    PrintReport(statue, scene, visible.size(), picture, counts, picked, times, paths.front());
     return true;
 }
 
