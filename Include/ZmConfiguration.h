@@ -101,10 +101,12 @@ public:
     /// Writes the main tree: 1 when all of it is written and the file closed, or 0. The defaults are not written.
     ///
     /// The new file is written whole beside the old one, brought to the disk and then takes its place in one step, so a
-    /// full disk or a crash leaves the old one as it was (a crash may leave the unfinished one, too). A symbolic link stays and the file that it leads to is
-    /// replaced; permissions and owner stay. Where that cannot be, the file itself is written: where it is no regular
-    /// file (a pipe or device), where it has several names (hard links), and where nothing can be made in its folder or
-    /// its owner not be kept. A failure then leaves it damaged. A file that may not be written is not replaced.
+    /// full disk or a crash leaves the old one as it was (a crash may leave the unfinished one, too). A symbolic link
+    /// stays and the file that it leads to is replaced; permissions and owner stay, access lists beyond them may not.
+    ///
+    /// Where that cannot be, the file itself is written: where it is no regular file (a pipe or device), where it has
+    /// several names (hard links), and where nothing can be made in its folder or its owner not be kept. A failure then
+    /// leaves it damaged. A file that may not be written is not replaced.
     ZM_API int SaveToFile(const char* filename) const;
 
     /// There is no binary format: these do nothing and return 0.
