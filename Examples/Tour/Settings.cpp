@@ -43,16 +43,16 @@ public:
     SettingsReader(const std::string& path, const std::string& text, Settings& settings)
         : m_Path(path), m_Text(text), m_Settings(settings)
     {
-        // A text in memory keeps its carriage returns, and loses its last line.
+        // A text in memory keeps its carriage returns.
         m_Text.erase(std::remove(m_Text.begin(), m_Text.end(), '\r'), m_Text.end());
-        m_Text += "\n\n";
     }
 
     bool Run()
     {
         int line = 0;
         XString message;
-        if (m_Tree.BuildFromMemory(m_Text.c_str(), line, message) == 0)
+        // It also loses its last line.
+        if (m_Tree.BuildFromMemory((m_Text + "\n\n").c_str(), line, message) == 0)
             return FailAt(line + 1, message.Text());
         return Sections() && Picture() && Camera() && Sun() && Models();
     }
