@@ -24,13 +24,13 @@ std::string ValueOf(int number)
 pid_t StartWriter(int pipe, int number)
 {
     const pid_t child = fork();
-    for (; child == 0; ++number) {
-        WriteSetting("Killed", kNameOf[number % kNames], ValueOf(number));
-        if (write(pipe, &number, sizeof(number)) != sizeof(number)) {
-            _exit(1);
-        }
+    if (child != 0) {
+        return child;
     }
-    return child;
+    do {
+        WriteSetting("Killed", kNameOf[number % kNames], ValueOf(number));
+    } while (write(pipe, &number, sizeof(number)) == sizeof(number) && ++number > 0);
+    _exit(1);
 }
 
 TEST(SettingsProcessesTest, AKilledProcessLosesAtMostWhatItWasWriting)
