@@ -27,7 +27,11 @@ public:
     }
 
 private:
-    enum State { kNew, kBegun, kMade };
+    enum State {
+        kNew,
+        kBegun,
+        kMade
+    };
 
     __attribute__((cold, noinline)) void Make(void (*make)(void*))
     {
