@@ -5,13 +5,18 @@
 # process has no home, a folder that nobody can write to, or no streams.
 set -euo pipefail
 
+# A file, since an emulator's own processes may outlive the program and would keep a pipe open.
+output=$(mktemp)
+trap 'rm -f "$output"' EXIT
+
 failed=0
 run() { # <what> <command...>
     local status=0
-    "${@:2}" || status=$?
+    "${@:2}" >"$output" 2>&1 </dev/null || status=$?
     [ "$status" -eq 77 ] && exit 77
     if [ "$status" -ne 0 ]; then
         echo "$1: the program gave $status"
+        cat "$output"
         failed=1
     fi
 }
