@@ -53,6 +53,8 @@ case $1 in
         fi
         touch "$ready"
     fi
+    # One server for all tests: one that is about to end would fail the next program.
+    wineserver -p </dev/null >/dev/null 2>&1 || true
     ;;
 --stop)
     wineserver -k || true

@@ -7,7 +7,7 @@ set -euo pipefail
 headers=$("$1" -p "$2")
 imports=$(awk '$1 == "DLL" && $2 == "Name:" { print tolower($3) }' <<<"$headers")
 [ -n "$imports" ] || { echo "no import table found"; exit 1; }
-if grep -vxE '(advapi32|kernel32|msvcrt|shell32|user32)\.dll' <<<"$imports"; then
+if grep -vxE '(advapi32|kernel32|msvcrt|ntdll)\.dll' <<<"$imports"; then
     echo "(above) not DLLs of every Windows"
     exit 1
 fi
