@@ -53,6 +53,10 @@ case $1 in
         fi
         touch "$ready"
     fi
+    # One server for all tests: one that is about to end would fail the next program. It keeps Wine's services, which
+    # must not start from a test: they would hold its pipe.
+    wineserver -p </dev/null >/dev/null 2>&1 || true
+    "$wine" "$2" >>"$HOME/wineboot.log" 2>&1 </dev/null || true
     ;;
 --stop)
     wineserver -k || true

@@ -1,3 +1,4 @@
+#include "Platform/FirstUse.h"
 #include "Platform/OsClock.h"
 #include "ZmBigFile.h"
 
@@ -43,7 +44,8 @@ struct Seed {
 
 uint64_t ZmBigFile::NameHash::Tagged(const XBaseString& name)
 {
-    static const Seed seed;
+    static zm::FirstUse<Seed> made;
+    const Seed& seed = made.Get([](void* memory) { new (memory) Seed; });
     const char* text = name.Text();
     size_t rest = name.Length();
     uint64_t hash = seed.second ^ rest, low = 0, high = 0;

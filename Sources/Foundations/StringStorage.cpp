@@ -2,6 +2,7 @@
 
 #include "Foundations/SmallBlocks.h"
 #include "Platform/OsHeap.h"
+#include "Platform/OsModule.h"
 #include "Platform/OsThread.h"
 
 #include <algorithm>
@@ -29,12 +30,13 @@ SmallBlocks g_Small;
 std::atomic<bool> g_Taken{false};
 
 /// Holds pages and counters while it lives: for a few instructions, so waiting threads spin. A process with one
-/// thread is spared the locked instruction, which would cost as much as all the rest.
+/// thread is spared the locked instruction, which would cost as much as all the rest. Destructors that run at the end
+/// of a process do not wait for a thread that was ended in here.
 class Holder {
 public:
     Holder() : m_Locks(!IsOnlyThread())
     {
-        while (m_Locks && g_Taken.exchange(true, std::memory_order_acquire)) {
+        while (m_Locks && g_Taken.exchange(true, std::memory_order_acquire) && !OtherThreadsAreEnded()) {
             YieldThread();
         }
     }

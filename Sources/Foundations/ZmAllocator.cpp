@@ -3,6 +3,7 @@
 #include "Foundations/AllocatorReport.h"
 #include "Foundations/ScratchBlocks.h"
 #include "Foundations/StringStorage.h"
+#include "Platform/FirstUse.h"
 #include "Platform/OsFiles.h"
 #include "XFixedSizeAllocator.h"
 #include "ZmAligned.h"
@@ -85,8 +86,11 @@ ZmAllocator::~ZmAllocator()
 
 ZmAllocator& ZmAllocator::Instance()
 {
-    static ZmAllocator allocator;
-    return allocator;
+    static zm::FirstUse<ZmAllocator> allocator;
+    return allocator.Get([](void* memory) {
+        new (memory) ZmAllocator;
+        atexit([] { Instance().~ZmAllocator(); });
+    });
 }
 
 // Members, although what they use is static: callers know them so.

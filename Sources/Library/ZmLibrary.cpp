@@ -1,10 +1,13 @@
 #include "Foundations/StringStorage.h"
 #include "Logging/LibraryLog.h"
 #include "Math/SineTable.h"
+#include "Platform/OsHeap.h"
 #include "Platform/ProcessorState.h"
 #include "ZmFPU.h"
 #include "ZmFileListener.h"
 #include "ZmOutputDebugListener.h"
+
+#include <stdlib.h>
 
 namespace {
 
@@ -20,21 +23,27 @@ void StartLog()
     log.RegisterListener(ZmOutputDebugListener::m_Guid, "OUTPUTDEBUG LISTENER", module);
 }
 
+/// After every destructor of this module. Modules that use strings are unloaded before.
+void OnUnload()
+{
+    zm::FreeTextPages();
+    zm::FreeRuntimeMemory();
+}
+
 /// The whole start-up, in its order. It runs when the library is loaded, ahead of every other
 /// initialiser of this module and of the modules that link it. What is not here needs no code: the
-/// constant vectors and the identity matrix are part of the image.
+/// constant vectors, the identity matrix, the sampling factor and the tables of conversions are part of
+/// the image, and each lock comes with what it guards.
 __attribute__((constructor(101))) void OnLoad()
 {
+    // What is registered first runs last, on each system. A destructor of the image would not: on Windows those
+    // run ahead of everything registered.
+    atexit(OnUnload);
+
     zm::DetectProcessor();
     ZmSetBaseFPUControlWord();
     zm::BuildSineTable();
     StartLog();
-}
-
-/// After every destructor of this module. Modules that use strings are unloaded before.
-__attribute__((destructor(101))) void OnUnload()
-{
-    zm::FreeTextPages();
 }
 
 }  // namespace

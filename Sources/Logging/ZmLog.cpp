@@ -2,6 +2,7 @@
 
 #include "Logging/LibraryLog.h"
 #include "Logging/PlainFormat.h"
+#include "Platform/FirstUse.h"
 #include "ZmConsoleListener.h"
 #include "ZmFileListener.h"
 #include "ZmOutputDebugListener.h"
@@ -43,8 +44,11 @@ void Warn(int line, const char* file, const char* format, ...)
 
 ZmLog& ZmLog::GetLog()
 {
-    static ZmLog log;
-    return log;
+    static zm::FirstUse<ZmLog> log;
+    return log.Get([](void* memory) {
+        new (memory) ZmLog;
+        atexit([] { GetLog().~ZmLog(); });
+    });
 }
 
 ZmLog::ZmLog()

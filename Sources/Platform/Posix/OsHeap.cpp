@@ -9,4 +9,6 @@ size_t HeapBlockSize(void* block)
     return malloc_usable_size(block);
 }
 
+void FreeRuntimeMemory() {}
+
 }  // namespace zm

@@ -35,4 +35,10 @@ std::string ModulePath(void* module)
     return dlinfo(module, RTLD_DI_LINKMAP, &map) == 0 && map->l_name != nullptr ? map->l_name : std::string();
 }
 
+// They run on until the process is gone.
+bool OtherThreadsAreEnded()
+{
+    return false;
+}
+
 }  // namespace zm

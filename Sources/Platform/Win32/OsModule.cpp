@@ -2,6 +2,9 @@
 
 #include <windows.h>
 
+// Of ntdll; no header declares it.
+extern "C" NTSYSAPI BOOLEAN NTAPI RtlDllShutdownInProgress();
+
 namespace zm {
 
 std::string ModulePath(void* module)
@@ -19,6 +22,11 @@ std::string ModulePath(void* module)
         }
         path.resize(2 * path.size());
     }
+}
+
+bool OtherThreadsAreEnded()
+{
+    return RtlDllShutdownInProgress() != 0;
 }
 
 }  // namespace zm

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "Platform/OsThread.h"
+
+#include <atomic>
+#include <new>
+
+namespace zm {
+
+/// One object of the process, made by its first user; other threads wait meanwhile. For static storage, where it needs
+/// no initialiser. It never destroys the object: `make` registers that with atexit(), if it has to happen.
+///
+/// A local static would do the same, but its guard makes the Windows run time keep memory and handles for the thread,
+/// which stay behind when a program unloads the DLL.
+template <class T>
+class FirstUse {
+public:
+    constexpr FirstUse() = default;
+
+    /// `make` constructs the object in the memory that it is given. It must not come back here.
+    T& Get(void (*make)(void* memory))
+    {
+        if (m_State.load(std::memory_order_acquire) != kMade) {
+            Make(make);
+        }
+        return *std::launder(reinterpret_cast<T*>(m_Memory));
+    }
+
+private:
+    enum State {
+        kNew,
+        kBegun,
+        kMade
+    };
+
+    __attribute__((cold, noinline)) void Make(void (*make)(void*))
+    {
+        State expected = kNew;
+        if (m_State.compare_exchange_strong(expected, kBegun, std::memory_order_acquire)) {
+            make(m_Memory);
+            m_State.store(kMade, std::memory_order_release);
+        }
+        while (m_State.load(std::memory_order_acquire) != kMade) {
+            YieldThread();
+        }
+    }
+
+    std::atomic<State> m_State{kNew};
+    alignas(T) unsigned char m_Memory[sizeof(T)] = {};
+};
+
+}  // namespace zm

@@ -1,0 +1,74 @@
+#include <Modules.h>  // the system's
+
+#include <chrono>
+#include <stdio.h>
+#include <thread>
+
+// Loads and unloads the library, alone and under a module that uses it. The exit code tells too what failed, since
+// the streams may be closed.
+
+namespace {
+
+int Fail(int code, const char* what)
+{
+    fprintf(stderr, "failed: %s\n", what);
+    return code;
+}
+
+bool HasBaseMode()
+{
+    unsigned short word;
+    asm volatile("fnstcw %0" : "=m"(word));
+    return (word & 0x0F3F) == 0x003F;
+}
+
+int LoadAndUnload(const char* library, const char* user)
+{
+    asm volatile("fninit");
+    void* alone = Modules::Load(library);
+    if (alone == nullptr || !HasBaseMode()) {
+        return Fail(2, alone == nullptr ? "loading" : "the base mode of the control word");
+    }
+    Modules::Unload(alone);
+    void* module = Modules::IsLoaded(library) ? nullptr : Modules::Load(user);
+    if (module == nullptr) {
+        return Fail(3, "unloading, or loading by a module that links the library");
+    }
+    if (const char* missing = reinterpret_cast<const char* (*)()>(Modules::Find(module, "UseLibrary"))()) {
+        return Fail(4, missing);
+    }
+    Modules::Unload(module);
+    return Modules::IsLoaded(library) ? Fail(5, "unloading with the module") : 0;
+}
+
+// Windows ends these threads wherever they stand, and then runs the DLL's destructors, which have strings of their own.
+int EndAmidThreads(const char* user)
+{
+    const auto use = reinterpret_cast<void (*)()>(Modules::Find(Modules::Load(user), "UseStringsForEver"));
+    for (int i = 0; i < 8; ++i) {
+        std::thread(use).detach();
+    }
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    return 0;
+}
+
+}  // namespace
+
+// LoadingTest <library> <module that uses it> [--end-amid-threads]
+int main(int argc, char** argv)
+{
+    if (argc != 3) {
+        return argc == 4 ? EndAmidThreads(argv[2]) : Fail(1, "arguments");
+    }
+    constexpr int kWarm = 5, kRounds = 10;  // the loaders and the C library grow tables at first
+    long handles = 0, bytes = 0;
+    for (int round = 0; round < kRounds; ++round) {
+        if (const int failed = LoadAndUnload(argv[1], argv[2])) {
+            return failed;
+        }
+        handles = round < kWarm ? Modules::CountHandles() : handles;
+        bytes = round < kWarm ? Modules::CountBytes() : bytes;
+    }
+    fprintf(stderr, "left: %ld handles, %ld bytes\n", Modules::CountHandles() - handles, Modules::CountBytes() - bytes);
+    return Modules::CountHandles() == handles && Modules::CountBytes() == bytes ? 0 : 6;
+}
