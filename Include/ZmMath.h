@@ -56,6 +56,7 @@
 #include "ZmStream.h"
 #include "ZmStridedData.h"
 #include "ZmSubFile.h"
+#include "ZmThread.h"
 #include "ZmTimeProfiler.h"
 #include "ZmTrigonometry.h"
 #include "ZmVector.h"

@@ -2,6 +2,7 @@
 #include "Logging/LibraryLog.h"
 #include "Math/SineTable.h"
 #include "Platform/ProcessorState.h"
+#include "Threads/ThreadStart.h"
 #include "ZmFPU.h"
 #include "ZmFileListener.h"
 #include "ZmOutputDebugListener.h"
@@ -28,12 +29,14 @@ __attribute__((constructor(101))) void OnLoad()
     zm::DetectProcessor();
     ZmSetBaseFPUControlWord();
     zm::BuildSineTable();
+    ZmThreadStart::WrapMainThread();
     StartLog();
 }
 
 /// After every destructor of this module. Modules that use strings are unloaded before.
 __attribute__((destructor(101))) void OnUnload()
 {
+    ZmThreadStart::ForgetMainThread();
     zm::FreeTextPages();
 }
 
