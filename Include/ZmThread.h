@@ -83,7 +83,7 @@ public:
     const XString& GetName() const { return m_Name; }
     unsigned int GetPriority() const { return m_Priority; }
 
-    /// The system's handle, null without one. Not on Windows: an opaque value.
+    /// The system's handle on Windows, elsewhere an opaque value; null without one.
     void* GetHandle() const { return m_Handle; }
 
     /// The system's number of the thread, as GetCurrentZmThreadId() gives it inside; 0 without one.

@@ -7,4 +7,9 @@ namespace zm {
 /// The path of a library, by its handle, or of the running program for null. Empty if the system does not tell.
 std::string ModulePath(void* module);
 
+/// Null if it cannot be loaded.
+void* LoadModule(const char* path);
+void* ModuleSymbol(void* module, const char* name);
+bool UnloadModule(void* module);
+
 }  // namespace zm

@@ -1,5 +1,6 @@
 #include "Platform/OsModule.h"
 
+#include <algorithm>
 #include <windows.h>
 
 namespace zm {
@@ -19,6 +20,27 @@ std::string ModulePath(void* module)
         }
         path.resize(2 * path.size());
     }
+}
+
+void* LoadModule(const char* path)
+{
+    std::string native = path;
+    std::replace(native.begin(), native.end(), '/', '\\');
+    DWORD oldMode = 0;
+    SetThreadErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX, &oldMode);
+    HMODULE module = LoadLibraryA(native.c_str());
+    SetThreadErrorMode(oldMode, nullptr);
+    return module;
+}
+
+void* ModuleSymbol(void* module, const char* name)
+{
+    return reinterpret_cast<void*>(GetProcAddress(static_cast<HMODULE>(module), name));
+}
+
+bool UnloadModule(void* module)
+{
+    return FreeLibrary(static_cast<HMODULE>(module)) != 0;
 }
 
 }  // namespace zm
