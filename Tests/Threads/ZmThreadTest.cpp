@@ -1,7 +1,10 @@
 #include "ZmThread.h"
+#include "Threads/SystemPriority.h"
+#include "ZmSystem.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <functional>
@@ -10,9 +13,8 @@
 
 namespace {
 
-/// Does what it is told; what it started has ended and is closed when it is destroyed.
-class Worker : public ZmThread {
-public:
+/// Runs what it is given; its thread has ended when it is destroyed.
+struct Worker : ZmThread {
     explicit Worker(std::function<unsigned()> work = nullptr) : m_Work(work) {}
     ~Worker() override
     {
@@ -21,159 +23,144 @@ public:
         Close();
     }
     unsigned int Run() override { return m_Work ? m_Work() : ZmThread::Run(); }
-
     int Start() { return CreateThread(nullptr, nullptr); }
+    unsigned Code()
+    {
+        unsigned int code = 0;
+        EXPECT_EQ(Wait(&code, 0), 53);
+        return code;
+    }
 
-    /// Work that lasts until Open().
+    /// Work that lasts until m_Open.
     unsigned Stay()
     {
-        m_Entered = true;
-        while (!m_Open) {
+        for (m_Entered = true; !m_Open;) {
             std::this_thread::sleep_for(std::chrono::milliseconds(1));
         }
         return 7;
     }
-    void Open() { m_Open = true; }
-    void AwaitEntered()
+    int StartStay()
     {
-        while (!m_Entered) {
+        m_Work = [this] { return Stay(); };
+        const int started = Start();
+        while (started && !m_Entered) {
             std::this_thread::yield();
         }
+        return started;
     }
 
-private:
     std::function<unsigned()> m_Work;
     std::atomic<bool> m_Open{false}, m_Entered{false};
 };
 
-unsigned int Dereference(void* number)
-{
-    return *static_cast<unsigned int*>(number);
-}
-
-TEST(ZmThreadTest, TheResultOfTheFunctionIsTheExitCode)
+TEST(ZmThreadTest, TheResultOfTheFunctionOrOfRunIsTheExitCode)
 {
     const struct {
         unsigned int result, code;
     } rows[] = {{0, 0}, {9, 9}, {0xFFFFFFFF, 0xFFFFFFFF}, {259, 1000000}};
     for (const auto& row : rows) {
-        SCOPED_TRACE(row.result);
-        unsigned int result = row.result, code = 1;
-        ZmThread thread;
-        ASSERT_EQ(thread.CreateThread(Dereference, &result), 1);
-        EXPECT_EQ(thread.Wait(&code, 0), 53);
-        EXPECT_EQ(code, row.code);
-        EXPECT_EQ(thread.GetExitCode(code), 1);
-        EXPECT_EQ(code, row.code);
-        thread.Close();
+        unsigned int result = row.result;
+        Worker thread;
+        ASSERT_EQ(thread.CreateThread([](void* number) { return *static_cast<unsigned*>(number); }, &result), 1);
+        EXPECT_EQ(thread.Code(), row.code);
     }
-}
-
-TEST(ZmThreadTest, WithoutAFunctionItRuns)
-{
-    Worker idle, busy([] { return 11u; });
-    unsigned int code = 0;
-    ASSERT_EQ(idle.Start() + busy.Start(), 2);
-    EXPECT_EQ(idle.Wait(&code, 0), 53);
-    EXPECT_EQ(code, 53u);
-    EXPECT_EQ(busy.Wait(&code, 0), 53);
-    EXPECT_EQ(code, 11u);
+    Worker idle;
+    ASSERT_EQ(idle.Start(), 1);
+    EXPECT_EQ(idle.Code(), 53u);
 }
 
 TEST(ZmThreadTest, StatesFollowTheThread)
 {
-    Worker thread([&] { return thread.Stay(); });
+    Worker thread;
     unsigned int code = 1;
     EXPECT_EQ(thread.Wait(&code, 1), 51) << "before";
-    EXPECT_EQ(thread.GetExitCode(code), 0);
-    EXPECT_EQ(thread.Terminate(nullptr), 0);
-    EXPECT_EQ(code, 1u);
+    EXPECT_EQ(thread.GetExitCode(code) + thread.Terminate(nullptr), 0);
     EXPECT_TRUE(!thread.IsCreated() && !thread.IsStarted() && thread.IsJoinable() && !thread.IsMainThread());
 
-    ASSERT_EQ(thread.Start(), 1);
-    thread.AwaitEntered();
+    ASSERT_EQ(thread.StartStay(), 1);
     const auto start = std::chrono::steady_clock::now();
     EXPECT_EQ(thread.Wait(&code, 10), 9);
     EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(9));
-    EXPECT_EQ(thread.GetExitCode(code), 1);
-    EXPECT_EQ(code, 1000000u);
+    EXPECT_TRUE(thread.GetExitCode(code) == 1 && code == 1000000);
     EXPECT_TRUE(thread.IsCreated() && thread.IsStarted() && thread.IsJoinable() && !thread.IsMainThread());
     void* handle = thread.GetHandle();
-    EXPECT_EQ(thread.CreateThread(Dereference, nullptr), 1) << "does nothing, or it would crash";
-    EXPECT_EQ(thread.GetHandle(), handle);
+    EXPECT_TRUE(thread.Start() == 1 && thread.GetHandle() == handle) << "does nothing";
 
-    thread.Open();
+    thread.m_Open = true;
     EXPECT_EQ(thread.Wait(nullptr, 0), 53);
-    EXPECT_EQ(thread.Wait(&code, 1), 53) << "as often as one likes";
-    EXPECT_EQ(code, 7u);
+    EXPECT_EQ(thread.Code(), 7u);
     EXPECT_TRUE(!thread.IsCreated() && !thread.IsStarted() && !thread.IsJoinable());
     thread.Close();
-    EXPECT_EQ(thread.GetHandle(), nullptr);
-    EXPECT_EQ(thread.GetID(), 0u);
+    EXPECT_TRUE(thread.GetHandle() == nullptr && thread.GetID() == 0);
     EXPECT_EQ(thread.Wait(&code, 0), 51);
-    thread.Close();
 
     ASSERT_EQ(thread.Start(), 1) << "and again";
-    EXPECT_EQ(thread.Wait(&code, 0), 53);
+    EXPECT_EQ(thread.Code(), 7u);
 }
 
 TEST(ZmThreadTest, NameAndPriorityAreThoseOfTheCreation)
 {
-    Worker named([&] { return named.Stay(); }), unnamed([&] { return unnamed.GetName() == "late"; });
+    Worker named, unnamed;
     named.SetName("loader");
     named.SetPriority(ZmThread::PRIORITY_BELOW_NORMAL);
-    ASSERT_EQ(named.Start() + unnamed.Start(), 2);
+    ASSERT_EQ(named.StartStay() + unnamed.Start(), 2);
     named.SetName("late");
     named.SetPriority(ZmThread::PRIORITY_LOWEST);
-    EXPECT_STREQ(named.GetName().Text(), "loader");
-    EXPECT_EQ(named.GetPriority(), 2u);
+    EXPECT_TRUE(named.GetName() == "loader" && named.GetPriority() == ZmThread::PRIORITY_BELOW_NORMAL);
     const std::string number = std::to_string(reinterpret_cast<uintptr_t>(unnamed.GetHandle()));
     EXPECT_EQ(unnamed.GetName().Text(), "THREAD_" + number);
+}
+
+TEST(ZmThreadTest, PrioritiesReachTheSystem)
+{
+    const int own = SystemPriority();
+    const struct {
+        unsigned int priority;
+        int onWindows, onLinux;
+    } rows[] = {{0, 0, own},       {1, 1, own - 5}, {2, -1, own + 5}, {3, 2, own - 10},
+                {4, -2, own + 10}, {5, -15, 19},    {6, 15, -20},     {9, 0, own}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.priority);
+        Worker thread([] { return unsigned(SystemPriority()); });
+        thread.SetPriority(row.priority);
+        ASSERT_EQ(thread.Start(), 1);
+        const int got = int(thread.Code());
+        if (ZmGetPlatform() == ZM_PLATFORM_WINDOWS) {
+            EXPECT_EQ(got, row.onWindows);
+        } else if (row.onLinux >= own || got != own) {  // the system may refuse more than its own
+            EXPECT_EQ(got, std::min(row.onLinux, 19));
+        }
+    }
 }
 
 TEST(ZmThreadTest, EveryThreadGetsTheMainThread)
 {
     ZmThread* const main = ZmThread::GetCurrentZmThread();
     ASSERT_NE(main, nullptr);
-    EXPECT_STREQ(main->GetName().Text(), "QRNMAINTHREAD");
-    EXPECT_EQ(main->GetID(), ZmThread::GetCurrentZmThreadId());
+    EXPECT_TRUE(main->GetName() == "QRNMAINTHREAD" && main->GetID() == ZmThread::GetCurrentZmThreadId());
     EXPECT_TRUE(main->IsMainThread() && main->IsCreated() && !main->IsStarted() && !main->IsJoinable());
-    unsigned int code = 0, id = 0;
+    unsigned int code = 0;
     EXPECT_EQ(main->Wait(nullptr, 2), 9);
-    EXPECT_EQ(main->GetExitCode(code), 1);
-    EXPECT_EQ(code, 1000000u);
+    EXPECT_TRUE(main->GetExitCode(code) == 1 && code == 1000000);
 
     ZmThread* seen = nullptr;
-    Worker other([&] {
-        seen = ZmThread::GetCurrentZmThread();
-        id = ZmThread::GetCurrentZmThreadId();
-        return 0u;
-    });
+    Worker other([&] { return (seen = ZmThread::GetCurrentZmThread())->GetCurrentZmThreadId(); });
     ASSERT_EQ(other.Start(), 1);
-    EXPECT_EQ(other.Wait(nullptr, 0), 53);
+    EXPECT_EQ(other.Code(), other.GetID());
+    EXPECT_NE(other.GetID(), main->GetID());
     EXPECT_EQ(seen, main);
-    EXPECT_EQ(other.GetID(), id);
-    EXPECT_NE(main->GetID(), id);
 }
 
 TEST(ZmThreadTest, TerminatedWhereverItStands)
 {
     unsigned int given = 77;
-    Worker sleeps([&] { return sleeps.Stay(); });
-    Worker waits([&] { return unsigned(sleeps.Wait(nullptr, 0)); });
+    Worker sleeps, waits([&] { return unsigned(sleeps.Wait(nullptr, 0)); });
     Worker endsItself([&] { return unsigned(endsItself.Terminate(&given)); });
-    ASSERT_EQ(sleeps.Start() + waits.Start() + endsItself.Start(), 3);
-    sleeps.AwaitEntered();
-
-    unsigned int code = 0;
-    EXPECT_EQ(endsItself.Wait(&code, 0), 53);
-    EXPECT_EQ(code, 77u);
-    EXPECT_EQ(waits.Terminate(&given), 1);
-    EXPECT_EQ(waits.Wait(&code, 0), 53);
-    EXPECT_EQ(code, 77u);
-    EXPECT_EQ(sleeps.Terminate(nullptr), 1);
-    EXPECT_EQ(sleeps.Wait(&code, 0), 53);
-    EXPECT_EQ(code, 0u);
+    ASSERT_EQ(sleeps.StartStay() + waits.Start() + endsItself.Start(), 3);
+    EXPECT_EQ(endsItself.Code(), 77u);
+    EXPECT_EQ(waits.Terminate(&given) + sleeps.Terminate(nullptr), 2);
+    EXPECT_EQ(waits.Code(), 77u);
+    EXPECT_EQ(sleeps.Code(), 0u);
     EXPECT_TRUE(sleeps.IsCreated() && sleeps.IsStarted()) << "it never came to its end";
 }
 
@@ -186,8 +173,8 @@ TEST(ZmThreadTest, ThousandsLeaveNothing)
     std::atomic<int> next{0};
     static std::atomic<int> s_Ran{0};
     s_Ran = 0;
+    const ZmThread::Function count = [](void*) { return unsigned(++s_Ran); };
     const auto make = [&]() -> unsigned {
-        const ZmThread::Function count = [](void*) { return unsigned(++s_Ran); };
         for (int i = 0; i < kPairs; ++i) {
             ZmThread awaited, &closed = s_Closed[next++];
             EXPECT_EQ(awaited.CreateThread(count, nullptr) + closed.CreateThread(count, nullptr), 2);
@@ -198,15 +185,15 @@ TEST(ZmThreadTest, ThousandsLeaveNothing)
         return 0;
     };
     {
-        Worker makers[kMakers] = {Worker(make), Worker(make), Worker(make), Worker(make)};
+        Worker makers[kMakers];
         for (Worker& maker : makers) {
+            maker.m_Work = make;
             ASSERT_EQ(maker.Start(), 1);
         }
     }
     while (s_Ran < 2 * kMakers * kPairs) {
         std::this_thread::yield();
     }
-    EXPECT_STREQ(ZmThread::GetCurrentZmThread()->GetName().Text(), "QRNMAINTHREAD");
 }
 
 }  // namespace
