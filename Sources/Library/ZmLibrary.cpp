@@ -3,6 +3,7 @@
 #include "Math/SineTable.h"
 #include "Platform/OsHeap.h"
 #include "Platform/ProcessorState.h"
+#include "Threads/ThreadStart.h"
 #include "ZmFPU.h"
 #include "ZmFileListener.h"
 #include "ZmOutputDebugListener.h"
@@ -26,6 +27,7 @@ void StartLog()
 /// After every destructor of this module. Modules that use strings are unloaded before.
 void OnUnload()
 {
+    ZmThreadStart::ForgetMainThread();
     zm::FreeTextPages();
     zm::FreeRuntimeMemory();
 }
@@ -43,6 +45,7 @@ __attribute__((constructor(101))) void OnLoad()
     zm::DetectProcessor();
     ZmSetBaseFPUControlWord();
     zm::BuildSineTable();
+    ZmThreadStart::WrapMainThread();
     StartLog();
 }
 

@@ -16,4 +16,37 @@ void YieldThread();
 /// Sleeps for at least that long; signals do not cut it short.
 void SleepMilliseconds(unsigned milliseconds);
 
+/// A thread that waits for StartThread(). Its handle and its number in the system; null if there is none to be had.
+void* NewThread(unsigned (*function)(void*), void* argument, unsigned& id);
+void StartThread(void* thread);
+
+/// From -2 to 2, 0 for normal; -15 for idle and 15 for critical. What the system refuses changes nothing.
+void PrioritiseThread(void* thread, int priority);
+
+enum class ThreadWait {
+    ENDED,
+    TIME_OVER,
+    FAILED
+};
+constexpr unsigned kWaitForEver = 0xFFFFFFFF;
+
+/// Waits for the end of a thread. Fails for null.
+ThreadWait WaitForThread(void* thread, unsigned timeoutMs);
+
+/// The exit code, or kThreadRuns. False for null.
+bool ThreadExitCode(void* thread, unsigned& code);
+constexpr unsigned kThreadRuns = 259;
+
+/// Ends a thread where it stands, without its destructors; it may be the calling one. Whether the system did it.
+bool StopThread(void* thread, unsigned exitCode);
+
+/// Frees a handle. The thread may run on.
+void CloseThread(void* thread);
+
+/// What stands for the calling thread in place of a handle: one value for all threads. As a thread it never ends.
+void* CallingThread();
+
+/// The calling thread's number in the system.
+unsigned CallingThreadId();
+
 }  // namespace zm

@@ -1,5 +1,6 @@
 #include "Platform/OsModule.h"
 
+#include <algorithm>
 #include <dlfcn.h>
 #include <link.h>
 #include <unistd.h>
@@ -39,6 +40,23 @@ std::string ModulePath(void* module)
 bool OtherThreadsAreEnded()
 {
     return false;
+}
+
+void* LoadModule(const char* path)
+{
+    std::string native = path;
+    std::replace(native.begin(), native.end(), '\\', '/');
+    return dlopen(native.c_str(), RTLD_NOW | RTLD_LOCAL);
+}
+
+void* ModuleSymbol(void* module, const char* name)
+{
+    return dlsym(module, name);
+}
+
+bool UnloadModule(void* module)
+{
+    return dlclose(module) == 0;
 }
 
 }  // namespace zm

@@ -1,12 +1,223 @@
 #include "Platform/OsThread.h"
 
+#include <atomic>
 #include <errno.h>
+#include <linux/futex.h>
+#include <new>
+#include <pthread.h>
 #include <sched.h>
+#include <setjmp.h>
+#include <signal.h>
+#include <stdint.h>
 #include <sys/resource.h>
 #include <sys/single_threaded.h>
+#include <sys/syscall.h>
 #include <time.h>
+#include <unistd.h>
 
 namespace zm {
+
+namespace {
+
+enum State : unsigned {
+    HALTED,
+    RUNNING,
+    ENDED
+};
+
+/// What a handle points to. The handle's owner and the thread itself hold it, and the last of them frees it. There is
+/// no condition variable in it: one whose waiting thread has been stopped could never be destroyed.
+struct Thread {
+    Thread(unsigned (*f)(void*), void* a) : function(f), argument(a) {}
+
+    unsigned (*function)(void*);
+    void* argument;
+    pthread_t system = {};
+    std::atomic<unsigned> id{0};
+    std::atomic<unsigned> state{HALTED};
+    std::atomic<unsigned> exitCode{0};
+    std::atomic<int> owners{2};
+    std::atomic<bool> isGivenBack{false};  ///< joined or detached
+
+    pthread_mutex_t stopLock = PTHREAD_MUTEX_INITIALIZER;  ///< while it is held the thread does not end
+    std::atomic<bool> stopWanted{false};
+    std::atomic<unsigned> stopCode{0};
+    std::atomic<bool> isStoppable{false};  ///< set by the thread while its function runs
+    std::atomic<bool> wasStopped{false};
+    sigjmp_buf beforeFunction;
+};
+
+thread_local Thread* t_Self = nullptr;
+
+void LetGo(Thread& thread)
+{
+    if (thread.owners.fetch_sub(1, std::memory_order_acq_rel) == 1) {
+        delete &thread;
+    }
+}
+
+/// Sleeps until the word has another value; until that time of the monotonic clock, or for ever for null. False when
+/// the time is over.
+bool AwaitChange(std::atomic<unsigned>& word, unsigned value, const timespec* end)
+{
+    static_assert(sizeof(word) == sizeof(unsigned) && sizeof(timespec) == 2 * sizeof(long), "as the kernel has them");
+    while (word.load(std::memory_order_acquire) == value) {
+        constexpr int kWait = FUTEX_WAIT_BITSET | FUTEX_PRIVATE_FLAG;
+        if (syscall(SYS_futex, &word, kWait, value, end, nullptr, FUTEX_BITSET_MATCH_ANY) != 0 && errno == ETIMEDOUT) {
+            return word.load(std::memory_order_acquire) != value;
+        }
+    }
+    return true;
+}
+
+void Change(std::atomic<unsigned>& word, unsigned value)
+{
+    word.store(value, std::memory_order_release);
+    syscall(SYS_futex, &word, FUTEX_WAKE | FUTEX_PRIVATE_FLAG, INT32_MAX, nullptr, nullptr, 0);
+}
+
+[[noreturn]] void StopSelf(Thread& self, unsigned exitCode)
+{
+    self.stopCode = exitCode;
+    siglongjmp(self.beforeFunction, 1);
+}
+
+void OnStopSignal(int)
+{
+    Thread* self = t_Self;
+    if (self != nullptr && self->stopWanted && self->isStoppable) {
+        StopSelf(*self, self->stopCode);
+    }
+}
+
+/// A real-time signal that nobody else handles; 0 if there is none.
+int TakeSignal()
+{
+    for (int number = SIGRTMAX; number >= SIGRTMIN; --number) {
+        struct sigaction action = {};
+        if (sigaction(number, nullptr, &action) == 0 && action.sa_handler == SIG_DFL) {
+            action.sa_handler = OnStopSignal;
+            action.sa_flags = SA_RESTART;
+            return sigaction(number, &action, nullptr) == 0 ? number : 0;
+        }
+    }
+    return 0;
+}
+
+int StopSignal()
+{
+    static const int number = TakeSignal();
+    return number;
+}
+
+// A thread inherits the mask of the one that makes it, which may block everything.
+void AllowStopSignal()
+{
+    sigset_t set;
+    sigemptyset(&set);
+    if (StopSignal() != 0) {
+        sigaddset(&set, StopSignal());
+    }
+    pthread_sigmask(SIG_UNBLOCK, &set, nullptr);
+}
+
+/// Holds a thread's stopLock; the calling thread cannot be stopped meanwhile, or the lock would stay.
+class StopLockHolder {
+public:
+    explicit StopLockHolder(Thread& thread) : m_Thread(thread)
+    {
+        sigset_t all;
+        sigfillset(&all);
+        pthread_sigmask(SIG_SETMASK, &all, &m_OldMask);
+        pthread_mutex_lock(&m_Thread.stopLock);
+    }
+    ~StopLockHolder()
+    {
+        pthread_mutex_unlock(&m_Thread.stopLock);
+        pthread_sigmask(SIG_SETMASK, &m_OldMask, nullptr);
+    }
+    StopLockHolder(const StopLockHolder&) = delete;
+    StopLockHolder& operator=(const StopLockHolder&) = delete;
+
+private:
+    Thread& m_Thread;
+    sigset_t m_OldMask;
+};
+
+// A stopped thread comes back here from the signal's handler, past all frames of its function.
+unsigned RunUnlessStopped(Thread& self)
+{
+    if (sigsetjmp(self.beforeFunction, 1) == 0) {
+        self.isStoppable = true;
+        if (!self.stopWanted) {
+            const unsigned code = self.function(self.argument);
+            self.isStoppable = false;
+            return code;
+        }
+    }
+    self.isStoppable = false;
+    self.wasStopped = true;
+    return self.stopCode;
+}
+
+/// Tells the end of the calling thread; also where its function leaves by pthread_exit().
+class Ending {
+public:
+    explicit Ending(Thread& self) : m_Self(self) {}
+    ~Ending()
+    {
+        m_Self.isStoppable = false;
+        {
+            const StopLockHolder holder(m_Self);
+            Change(m_Self.state, ENDED);
+        }
+        t_Self = nullptr;
+        LetGo(m_Self);
+    }
+    Ending(const Ending&) = delete;
+    Ending& operator=(const Ending&) = delete;
+
+private:
+    Thread& m_Self;
+};
+
+void* RunThread(void* parameter)
+{
+    Thread& self = *static_cast<Thread*>(parameter);
+    t_Self = &self;
+    AllowStopSignal();
+    Change(self.id, CallingThreadId());
+    AwaitChange(self.state, HALTED, nullptr);
+    const Ending ending(self);
+    self.exitCode = RunUnlessStopped(self);
+    return nullptr;
+}
+
+// A thread that has ended is joined, so that its stack and its code are free of it. One that was stopped may hang on
+// what it held, and so is not waited for.
+void GiveBack(Thread& thread)
+{
+    if (thread.isGivenBack.exchange(true)) {
+        return;
+    }
+    if (thread.state == ENDED && !thread.wasStopped) {
+        pthread_join(thread.system, nullptr);
+    } else {
+        pthread_detach(thread.system);
+    }
+}
+
+timespec After(unsigned milliseconds)
+{
+    timespec time;
+    clock_gettime(CLOCK_MONOTONIC, &time);
+    const long nanoseconds = time.tv_nsec + long(milliseconds % 1000) * 1000000;
+    time.tv_sec += time_t(milliseconds / 1000) + nanoseconds / 1000000000;
+    time.tv_nsec = nanoseconds % 1000000000;
+    return time;
+}
+
+}  // namespace
 
 // On Linux the "process" 0 of these calls is the calling thread.
 int RaiseThreadPriority()
@@ -39,6 +250,109 @@ void SleepMilliseconds(unsigned milliseconds)
     timespec rest = {time_t(milliseconds / 1000), long(milliseconds % 1000) * 1000000};
     while (nanosleep(&rest, &rest) != 0 && errno == EINTR) {
     }
+}
+
+void* NewThread(unsigned (*function)(void*), void* argument, unsigned& id)
+{
+    Thread* thread = new (std::nothrow) Thread(function, argument);
+    if (thread == nullptr) {
+        return nullptr;
+    }
+    if (pthread_create(&thread->system, nullptr, RunThread, thread) != 0) {
+        delete thread;
+        return nullptr;
+    }
+    AwaitChange(thread->id, 0, nullptr);
+    id = thread->id;
+    return thread;
+}
+
+void StartThread(void* thread)
+{
+    Change(static_cast<Thread*>(thread)->state, RUNNING);
+}
+
+// The main thread's nice value stands for that of the process.
+void PrioritiseThread(void* thread, int priority)
+{
+    constexpr int kCritical = 15, kNiceSteps = 5, kIdle = 19, kHighest = -20;
+    int nice = getpriority(PRIO_PROCESS, id_t(getpid())) - kNiceSteps * priority;
+    if (priority == kCritical || priority == -kCritical) {
+        nice = priority == kCritical ? kHighest : kIdle;
+    }
+    setpriority(PRIO_PROCESS, static_cast<Thread*>(thread)->id, nice);
+}
+
+ThreadWait WaitForThread(void* thread, unsigned timeoutMs)
+{
+    if (thread == nullptr) {
+        return ThreadWait::FAILED;
+    }
+    const timespec end = After(timeoutMs);
+    const timespec* until = timeoutMs != kWaitForEver ? &end : nullptr;
+    if (thread == CallingThread()) {
+        std::atomic<unsigned> never{RUNNING};
+        AwaitChange(never, RUNNING, until);
+        return ThreadWait::TIME_OVER;
+    }
+    Thread& awaited = *static_cast<Thread*>(thread);
+    if (!AwaitChange(awaited.state, RUNNING, until)) {
+        return ThreadWait::TIME_OVER;
+    }
+    GiveBack(awaited);
+    return ThreadWait::ENDED;
+}
+
+bool ThreadExitCode(void* thread, unsigned& code)
+{
+    if (thread == nullptr) {
+        return false;
+    }
+    // The code stands before the end is told.
+    const bool runs = thread == CallingThread() || static_cast<Thread*>(thread)->state != ENDED;
+    code = runs ? kThreadRuns : static_cast<Thread*>(thread)->exitCode.load();
+    return true;
+}
+
+bool StopThread(void* thread, unsigned exitCode)
+{
+    if (thread == nullptr) {
+        return false;
+    }
+    if (thread == CallingThread() || thread == t_Self) {
+        if (t_Self != nullptr) {
+            StopSelf(*t_Self, exitCode);
+        }
+        for (;;) {
+            syscall(SYS_exit, exitCode);  // a thread that is not ours
+        }
+    }
+    Thread& stopped = *static_cast<Thread*>(thread);
+    const StopLockHolder holder(stopped);
+    if (StopSignal() == 0 || stopped.state == ENDED) {
+        return false;
+    }
+    stopped.stopCode = exitCode;
+    stopped.stopWanted = true;
+    return pthread_kill(stopped.system, StopSignal()) == 0;
+}
+
+void CloseThread(void* thread)
+{
+    if (thread != CallingThread()) {
+        GiveBack(*static_cast<Thread*>(thread));
+        LetGo(*static_cast<Thread*>(thread));
+    }
+}
+
+void* CallingThread()
+{
+    return reinterpret_cast<void*>(intptr_t(-2));
+}
+
+unsigned CallingThreadId()
+{
+    return unsigned(gettid());
 }
 
 }  // namespace zm

@@ -1,5 +1,6 @@
 #include "Platform/OsModule.h"
 
+#include <algorithm>
 #include <windows.h>
 
 // Of ntdll; no header declares it.
@@ -27,6 +28,27 @@ std::string ModulePath(void* module)
 bool OtherThreadsAreEnded()
 {
     return RtlDllShutdownInProgress() != 0;
+}
+
+void* LoadModule(const char* path)
+{
+    std::string native = path;
+    std::replace(native.begin(), native.end(), '/', '\\');
+    DWORD oldMode = 0;
+    SetThreadErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX, &oldMode);
+    HMODULE module = LoadLibraryA(native.c_str());
+    SetThreadErrorMode(oldMode, nullptr);
+    return module;
+}
+
+void* ModuleSymbol(void* module, const char* name)
+{
+    return reinterpret_cast<void*>(GetProcAddress(static_cast<HMODULE>(module), name));
+}
+
+bool UnloadModule(void* module)
+{
+    return FreeLibrary(static_cast<HMODULE>(module)) != 0;
 }
 
 }  // namespace zm

@@ -1,8 +1,27 @@
 #include "Platform/OsThread.h"
 
+#include <new>
 #include <windows.h>
 
 namespace zm {
+
+namespace {
+
+struct Start {
+    unsigned (*function)(void*);
+    void* argument;
+};
+
+// The system calls its functions in another way than the compiler.
+DWORD WINAPI RunStart(void* parameter)
+{
+    Start* start = static_cast<Start*>(parameter);
+    const Start copy = *start;
+    delete start;
+    return copy.function(copy.argument);
+}
+
+}  // namespace
 
 int RaiseThreadPriority()
 {
@@ -31,6 +50,71 @@ void YieldThread()
 void SleepMilliseconds(unsigned milliseconds)
 {
     Sleep(milliseconds);
+}
+
+void* NewThread(unsigned (*function)(void*), void* argument, unsigned& id)
+{
+    Start* start = new (std::nothrow) Start{function, argument};
+    if (start == nullptr) {
+        return nullptr;
+    }
+    DWORD number = 0;
+    HANDLE thread = CreateThread(nullptr, 0, RunStart, start, CREATE_SUSPENDED, &number);
+    if (thread == nullptr) {
+        delete start;
+        return nullptr;
+    }
+    id = number;
+    return thread;
+}
+
+void StartThread(void* thread)
+{
+    ResumeThread(thread);
+}
+
+void PrioritiseThread(void* thread, int priority)
+{
+    SetThreadPriority(thread, priority);
+}
+
+ThreadWait WaitForThread(void* thread, unsigned timeoutMs)
+{
+    switch (WaitForSingleObject(thread, timeoutMs)) {
+    case WAIT_OBJECT_0: return ThreadWait::ENDED;
+    case WAIT_TIMEOUT: return ThreadWait::TIME_OVER;
+    default: return ThreadWait::FAILED;
+    }
+}
+
+bool ThreadExitCode(void* thread, unsigned& code)
+{
+    DWORD value;
+    if (!GetExitCodeThread(thread, &value)) {
+        return false;
+    }
+    code = value;
+    return true;
+}
+
+bool StopThread(void* thread, unsigned exitCode)
+{
+    return TerminateThread(thread, exitCode) != 0;
+}
+
+void CloseThread(void* thread)
+{
+    CloseHandle(thread);
+}
+
+void* CallingThread()
+{
+    return GetCurrentThread();
+}
+
+unsigned CallingThreadId()
+{
+    return GetCurrentThreadId();
 }
 
 }  // namespace zm

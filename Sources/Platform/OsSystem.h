@@ -1,0 +1,18 @@
+#pragma once
+
+#include "ZmSystem.h"
+
+#include <string>
+
+namespace zm {
+
+extern const ZM_PLATFORM kPlatform;
+
+struct SystemVersion {
+    unsigned part[3] = {};
+    std::string name;  ///< empty if the system has none for people
+};
+
+SystemVersion ReadSystemVersion();
+
+}  // namespace zm

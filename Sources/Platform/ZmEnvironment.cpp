@@ -1,0 +1,53 @@
+#include "ZmEnvironment.h"
+
+#include "Platform/OsEnvironment.h"
+#include "ZmMutex.h"
+
+#include <string.h>
+
+namespace {
+
+bool IsName(const char* name)
+{
+    return name != nullptr && *name != 0 && strchr(name, '=') == nullptr;
+}
+
+// Not every system has a lock of its own.
+ZmMutex& Lock()
+{
+    static ZmMutex mutex;
+    return mutex;
+}
+
+}  // namespace
+
+int ZmGetEnvironmentVariable(const char* name, char* buffer, unsigned int size)
+{
+    const bool copies = buffer != nullptr && size != 0;
+    if (copies) {
+        *buffer = 0;
+    }
+    std::string value;
+    {
+        const ZmMutexHolder holder(Lock());
+        if (!IsName(name) || !zm::ReadVariable(name, value)) {
+            return -1;
+        }
+    }
+    if (copies && value.size() < size) {
+        memcpy(buffer, value.c_str(), value.size() + 1);
+    }
+    return int(value.size());
+}
+
+int ZmSetEnvironmentVariable(const char* name, const char* value)
+{
+    const ZmMutexHolder holder(Lock());
+    return IsName(name) && value != nullptr && zm::WriteVariable(name, value);
+}
+
+int ZmRemoveEnvironmentVariable(const char* name)
+{
+    const ZmMutexHolder holder(Lock());
+    return IsName(name) && zm::RemoveVariable(name);
+}

@@ -1,0 +1,8 @@
+#include "Threads/SystemPriority.h"
+
+#include <windows.h>
+
+int SystemPriority()
+{
+    return GetThreadPriority(GetCurrentThread());
+}

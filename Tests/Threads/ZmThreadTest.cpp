@@ -1,0 +1,199 @@
+#include "ZmThread.h"
+#include "Threads/SystemPriority.h"
+#include "ZmSystem.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <functional>
+#include <string>
+#include <thread>
+
+namespace {
+
+/// Runs what it is given; its thread has ended when it is destroyed.
+struct Worker : ZmThread {
+    explicit Worker(std::function<unsigned()> work = nullptr) : m_Work(work) {}
+    ~Worker() override
+    {
+        m_Open = true;
+        Wait(nullptr, 0);
+        Close();
+    }
+    unsigned int Run() override { return m_Work ? m_Work() : ZmThread::Run(); }
+    int Start() { return CreateThread(nullptr, nullptr); }
+    unsigned Code()
+    {
+        unsigned int code = 0;
+        EXPECT_EQ(Wait(&code, 0), 53);
+        return code;
+    }
+
+    /// Work that lasts until m_Open.
+    unsigned Stay()
+    {
+        for (m_Entered = true; !m_Open;) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
+        return 7;
+    }
+    int StartStay()
+    {
+        m_Work = [this] { return Stay(); };
+        const int started = Start();
+        while (started && !m_Entered) {
+            std::this_thread::yield();
+        }
+        return started;
+    }
+
+    std::function<unsigned()> m_Work;
+    std::atomic<bool> m_Open{false}, m_Entered{false};
+};
+
+TEST(ZmThreadTest, TheResultOfTheFunctionOrOfRunIsTheExitCode)
+{
+    const struct {
+        unsigned int result, code;
+    } rows[] = {{0, 0}, {9, 9}, {0xFFFFFFFF, 0xFFFFFFFF}, {259, 1000000}};
+    for (const auto& row : rows) {
+        unsigned int result = row.result;
+        Worker thread;
+        ASSERT_EQ(thread.CreateThread([](void* number) { return *static_cast<unsigned*>(number); }, &result), 1);
+        EXPECT_EQ(thread.Code(), row.code);
+    }
+    Worker idle;
+    ASSERT_EQ(idle.Start(), 1);
+    EXPECT_EQ(idle.Code(), 53u);
+}
+
+TEST(ZmThreadTest, StatesFollowTheThread)
+{
+    Worker thread;
+    unsigned int code = 1;
+    EXPECT_EQ(thread.Wait(&code, 1), 51) << "before";
+    EXPECT_EQ(thread.GetExitCode(code) + thread.Terminate(nullptr), 0);
+    EXPECT_TRUE(!thread.IsCreated() && !thread.IsStarted() && thread.IsJoinable() && !thread.IsMainThread());
+
+    ASSERT_EQ(thread.StartStay(), 1);
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_EQ(thread.Wait(&code, 10), 9);
+    EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(9));
+    EXPECT_TRUE(thread.GetExitCode(code) == 1 && code == 1000000);
+    EXPECT_TRUE(thread.IsCreated() && thread.IsStarted() && thread.IsJoinable() && !thread.IsMainThread());
+    void* handle = thread.GetHandle();
+    EXPECT_TRUE(thread.Start() == 1 && thread.GetHandle() == handle) << "does nothing";
+
+    thread.m_Open = true;
+    EXPECT_EQ(thread.Wait(nullptr, 0), 53);
+    EXPECT_EQ(thread.Code(), 7u);
+    EXPECT_TRUE(!thread.IsCreated() && !thread.IsStarted() && !thread.IsJoinable());
+    thread.Close();
+    EXPECT_TRUE(thread.GetHandle() == nullptr && thread.GetID() == 0);
+    EXPECT_EQ(thread.Wait(&code, 0), 51);
+
+    ASSERT_EQ(thread.Start(), 1) << "and again";
+    EXPECT_EQ(thread.Code(), 7u);
+}
+
+TEST(ZmThreadTest, NameAndPriorityAreThoseOfTheCreation)
+{
+    Worker named, unnamed;
+    named.SetName("loader");
+    named.SetPriority(ZmThread::PRIORITY_BELOW_NORMAL);
+    ASSERT_EQ(named.StartStay() + unnamed.Start(), 2);
+    named.SetName("late");
+    named.SetPriority(ZmThread::PRIORITY_LOWEST);
+    EXPECT_TRUE(named.GetName() == "loader" && named.GetPriority() == ZmThread::PRIORITY_BELOW_NORMAL);
+    const std::string number = std::to_string(reinterpret_cast<uintptr_t>(unnamed.GetHandle()));
+    EXPECT_EQ(unnamed.GetName().Text(), "THREAD_" + number);
+}
+
+TEST(ZmThreadTest, PrioritiesReachTheSystem)
+{
+    const int own = SystemPriority();
+    const struct {
+        unsigned int priority;
+        int onWindows, onLinux;
+    } rows[] = {{0, 0, own},       {1, 1, own - 5}, {2, -1, own + 5}, {3, 2, own - 10},
+                {4, -2, own + 10}, {5, -15, 19},    {6, 15, -20},     {9, 0, own}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.priority);
+        Worker thread([] { return unsigned(SystemPriority()); });
+        thread.SetPriority(row.priority);
+        ASSERT_EQ(thread.Start(), 1);
+        const int got = int(thread.Code());
+        if (ZmGetPlatform() == ZM_PLATFORM_WINDOWS) {
+            EXPECT_EQ(got, row.onWindows);
+        } else if (row.onLinux >= own || got != own) {  // the system may refuse more than its own
+            EXPECT_EQ(got, std::min(row.onLinux, 19));
+        }
+    }
+}
+
+TEST(ZmThreadTest, EveryThreadGetsTheMainThread)
+{
+    ZmThread* const main = ZmThread::GetCurrentZmThread();
+    ASSERT_NE(main, nullptr);
+    EXPECT_TRUE(main->GetName() == "QRNMAINTHREAD" && main->GetID() == ZmThread::GetCurrentZmThreadId());
+    EXPECT_TRUE(main->IsMainThread() && main->IsCreated() && !main->IsStarted() && !main->IsJoinable());
+    unsigned int code = 0;
+    EXPECT_EQ(main->Wait(nullptr, 2), 9);
+    EXPECT_TRUE(main->GetExitCode(code) == 1 && code == 1000000);
+
+    ZmThread* seen = nullptr;
+    Worker other([&] { return (seen = ZmThread::GetCurrentZmThread())->GetCurrentZmThreadId(); });
+    ASSERT_EQ(other.Start(), 1);
+    EXPECT_EQ(other.Code(), other.GetID());
+    EXPECT_NE(other.GetID(), main->GetID());
+    EXPECT_EQ(seen, main);
+}
+
+TEST(ZmThreadTest, TerminatedWhereverItStands)
+{
+    unsigned int given = 77;
+    Worker sleeps, waits([&] { return unsigned(sleeps.Wait(nullptr, 0)); });
+    Worker endsItself([&] { return unsigned(endsItself.Terminate(&given)); });
+    ASSERT_EQ(sleeps.StartStay() + waits.Start() + endsItself.Start(), 3);
+    EXPECT_EQ(endsItself.Code(), 77u);
+    EXPECT_EQ(waits.Terminate(&given) + sleeps.Terminate(nullptr), 2);
+    EXPECT_EQ(waits.Code(), 77u);
+    EXPECT_EQ(sleeps.Code(), 0u);
+    EXPECT_TRUE(sleeps.IsCreated() && sleeps.IsStarted()) << "it never came to its end";
+}
+
+// The sanitizers count what stays behind. Every other handle is closed at once, and nothing tells then when the object
+// may go: those stay.
+TEST(ZmThreadTest, ThousandsLeaveNothing)
+{
+    constexpr int kMakers = 4, kPairs = 500;
+    static ZmThread s_Closed[kMakers * kPairs];
+    std::atomic<int> next{0};
+    static std::atomic<int> s_Ran{0};
+    s_Ran = 0;
+    const ZmThread::Function count = [](void*) { return unsigned(++s_Ran); };
+    const auto make = [&]() -> unsigned {
+        for (int i = 0; i < kPairs; ++i) {
+            ZmThread awaited, &closed = s_Closed[next++];
+            EXPECT_EQ(awaited.CreateThread(count, nullptr) + closed.CreateThread(count, nullptr), 2);
+            closed.Close();
+            EXPECT_EQ(awaited.Wait(nullptr, 0), 53);
+            awaited.Close();
+        }
+        return 0;
+    };
+    {
+        Worker makers[kMakers];
+        for (Worker& maker : makers) {
+            maker.m_Work = make;
+            ASSERT_EQ(maker.Start(), 1);
+        }
+    }
+    while (s_Ran < 2 * kMakers * kPairs) {
+        std::this_thread::yield();
+    }
+}
+
+}  // namespace
