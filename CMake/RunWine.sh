@@ -51,6 +51,7 @@ case $1 in
             echo "$wine does not run a program that exits with 42: it gave $status"
             exit 1
         fi
+        wineserver -w || true
         touch "$ready"
     fi
     # One server for all tests: one that is about to end would fail the next program. It keeps Wine's services, which

@@ -69,6 +69,8 @@ int main(int argc, char** argv)
         handles = round < kWarm ? Modules::CountHandles() : handles;
         bytes = round < kWarm ? Modules::CountBytes() : bytes;
     }
-    fprintf(stderr, "left: %ld handles, %ld bytes\n", Modules::CountHandles() - handles, Modules::CountBytes() - bytes);
-    return Modules::CountHandles() == handles && Modules::CountBytes() == bytes ? 0 : 6;
+    handles = Modules::CountHandles() - handles;
+    bytes = Modules::CountBytes() - bytes;
+    fprintf(stderr, "left: %ld handles, %ld bytes\n", handles, bytes);
+    return handles == 0 && bytes == 0 ? 0 : 6;
 }
