@@ -67,7 +67,7 @@ public:
     /// last resort: no destructor of the thread runs, and what it holds (locks, memory, the heap's own lock) stays
     /// held for ever. The flags stay as they were. It may not have ended yet when this returns: Wait(). On Linux it is
     /// stopped by a real-time signal, which it must not block.
-    int Terminate(unsigned int* exitCode);
+    int Terminate(const unsigned int* exitCode);
 
     /// Gives the handle back and forgets the thread, which goes on if it runs; nothing tells its end then, so the
     /// object must stay. After that it is as new, but for

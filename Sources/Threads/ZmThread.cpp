@@ -167,7 +167,7 @@ int ZmThread::GetExitCode(unsigned int& code)
     return 1;
 }
 
-int ZmThread::Terminate(unsigned int* exitCode)
+int ZmThread::Terminate(const unsigned int* exitCode)
 {
     return zm::StopThread(m_Handle, exitCode != nullptr ? *exitCode : 0);
 }

@@ -347,7 +347,8 @@ void CloseThread(void* thread)
 
 void* CallingThread()
 {
-    return reinterpret_cast<void*>(intptr_t(-2));
+    static char s_Address;
+    return &s_Address;
 }
 
 unsigned CallingThreadId()

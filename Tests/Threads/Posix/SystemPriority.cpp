@@ -1,6 +1,6 @@
-#include "Threads/SystemPriority.h"
-
 #include <sys/resource.h>
+
+int SystemPriority();
 
 int SystemPriority()
 {

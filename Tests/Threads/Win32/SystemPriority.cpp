@@ -1,6 +1,6 @@
-#include "Threads/SystemPriority.h"
-
 #include <windows.h>
+
+int SystemPriority();
 
 int SystemPriority()
 {

@@ -1,4 +1,0 @@
-#pragma once
-
-/// Of the calling thread: a nice value on POSIX systems.
-int SystemPriority();
