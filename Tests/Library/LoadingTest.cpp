@@ -60,7 +60,7 @@ int main(int argc, char** argv)
     if (argc != 3) {
         return argc == 4 ? EndAmidThreads(argv[2]) : Fail(1, "arguments");
     }
-    constexpr int kWarm = 5, kRounds = 10;  // the loaders and the C library grow tables at first
+    constexpr int kWarm = 8, kRounds = 13;  // the loaders and the C library grow tables at first
     long handles = 0, bytes = 0;
     for (int round = 0; round < kRounds; ++round) {
         if (const int failed = LoadAndUnload(argv[1], argv[2])) {
