@@ -90,12 +90,13 @@ void OnStopSignal(int)
     }
 }
 
-/// A real-time signal that nobody else handles; 0 if there is none.
+/// A real-time signal that nobody else uses; 0 if there is none.
 int TakeSignal()
 {
     for (int number = SIGRTMAX; number >= SIGRTMIN; --number) {
         struct sigaction action = {};
-        if (sigaction(number, nullptr, &action) == 0 && action.sa_handler == SIG_DFL) {
+        if (sigaction(number, nullptr, &action) == 0 &&
+            (action.sa_handler == SIG_DFL || action.sa_handler == SIG_IGN)) {
             action.sa_handler = OnStopSignal;
             action.sa_flags = SA_RESTART;
             return sigaction(number, &action, nullptr) == 0 ? number : 0;
@@ -104,10 +105,21 @@ int TakeSignal()
     return 0;
 }
 
+/// The signal that stops threads. When the library is unloaded it is ignored, so that one on its way does no harm.
+struct StopSignalOwner {
+    const int number = TakeSignal();
+    ~StopSignalOwner()
+    {
+        if (number != 0) {
+            signal(number, SIG_IGN);
+        }
+    }
+};
+
 int StopSignal()
 {
-    static const int number = TakeSignal();
-    return number;
+    static const StopSignalOwner owner;
+    return owner.number;
 }
 
 // A thread inherits the mask of the one that makes it, which may block everything.
