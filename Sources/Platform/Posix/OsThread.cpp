@@ -37,9 +37,9 @@ struct Thread {
     std::atomic<unsigned> state{HALTED};
     std::atomic<unsigned> exitCode{0};
     std::atomic<int> owners{2};
-    std::atomic<bool> isGivenBack{false};  ///< joined or detached
 
-    pthread_mutex_t stopLock = PTHREAD_MUTEX_INITIALIZER;  ///< while it is held the thread does not end
+    pthread_mutex_t endLock = PTHREAD_MUTEX_INITIALIZER;  ///< while it is held the thread does not end
+    bool isGivenBack = false;  ///< under endLock: somebody has undertaken to join the thread, or it detaches itself
     std::atomic<bool> stopWanted{false};
     std::atomic<unsigned> stopCode{0};
     std::atomic<bool> isStoppable{false};  ///< set by the thread while its function runs
@@ -133,23 +133,23 @@ void AllowStopSignal()
     pthread_sigmask(SIG_UNBLOCK, &set, nullptr);
 }
 
-/// Holds a thread's stopLock; the calling thread cannot be stopped meanwhile, or the lock would stay.
-class StopLockHolder {
+/// Holds a thread's endLock; the calling thread cannot be stopped meanwhile, or the lock would stay.
+class EndLockHolder {
 public:
-    explicit StopLockHolder(Thread& thread) : m_Thread(thread)
+    explicit EndLockHolder(Thread& thread) : m_Thread(thread)
     {
         sigset_t all;
         sigfillset(&all);
         pthread_sigmask(SIG_SETMASK, &all, &m_OldMask);
-        pthread_mutex_lock(&m_Thread.stopLock);
+        pthread_mutex_lock(&m_Thread.endLock);
     }
-    ~StopLockHolder()
+    ~EndLockHolder()
     {
-        pthread_mutex_unlock(&m_Thread.stopLock);
+        pthread_mutex_unlock(&m_Thread.endLock);
         pthread_sigmask(SIG_SETMASK, &m_OldMask, nullptr);
     }
-    StopLockHolder(const StopLockHolder&) = delete;
-    StopLockHolder& operator=(const StopLockHolder&) = delete;
+    EndLockHolder(const EndLockHolder&) = delete;
+    EndLockHolder& operator=(const EndLockHolder&) = delete;
 
 private:
     Thread& m_Thread;
@@ -180,7 +180,12 @@ public:
     {
         m_Self.isStoppable = false;
         {
-            const StopLockHolder holder(m_Self);
+            const EndLockHolder holder(m_Self);
+            // A thread that was stopped may hang on what it held: nobody shall wait for it.
+            if (m_Self.isGivenBack || m_Self.wasStopped) {
+                m_Self.isGivenBack = true;
+                pthread_detach(pthread_self());
+            }
             Change(m_Self.state, ENDED);
         }
         t_Self = nullptr;
@@ -205,17 +210,18 @@ void* RunThread(void* parameter)
     return nullptr;
 }
 
-// A thread that has ended is joined, so that its stack and its code are free of it. One that was stopped may hang on
-// what it held, and so is not waited for.
+// A thread that has ended is joined, so that its stack and its code are free of it. One that runs is left to detach
+// itself: in C libraries of today pthread_detach() may read the memory of a thread that ends at that moment.
 void GiveBack(Thread& thread)
 {
-    if (thread.isGivenBack.exchange(true)) {
-        return;
+    bool joins = false;
+    {
+        const EndLockHolder holder(thread);
+        joins = !thread.isGivenBack && thread.state == ENDED;
+        thread.isGivenBack = true;
     }
-    if (thread.state == ENDED && !thread.wasStopped) {
+    if (joins) {
         pthread_join(thread.system, nullptr);
-    } else {
-        pthread_detach(thread.system);
     }
 }
 
@@ -340,7 +346,7 @@ bool StopThread(void* thread, unsigned exitCode)
         }
     }
     Thread& stopped = *static_cast<Thread*>(thread);
-    const StopLockHolder holder(stopped);
+    const EndLockHolder holder(stopped);
     if (StopSignal() == 0 || stopped.state == ENDED) {
         return false;
     }
