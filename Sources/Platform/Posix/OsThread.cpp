@@ -37,9 +37,9 @@ struct Thread {
     std::atomic<unsigned> state{HALTED};
     std::atomic<unsigned> exitCode{0};
     std::atomic<int> owners{2};
-    std::atomic<bool> isGivenBack{false};  ///< joined or detached
 
-    pthread_mutex_t stopLock = PTHREAD_MUTEX_INITIALIZER;  ///< while it is held the thread does not end
+    pthread_mutex_t endLock = PTHREAD_MUTEX_INITIALIZER;  ///< while it is held the thread does not end
+    bool isGivenBack = false;  ///< under endLock: somebody has undertaken to join the thread, or it detaches itself
     std::atomic<bool> stopWanted{false};
     std::atomic<unsigned> stopCode{0};
     std::atomic<bool> isStoppable{false};  ///< set by the thread while its function runs
@@ -90,12 +90,13 @@ void OnStopSignal(int)
     }
 }
 
-/// A real-time signal that nobody else handles; 0 if there is none.
+/// A real-time signal that nobody else uses; 0 if there is none.
 int TakeSignal()
 {
     for (int number = SIGRTMAX; number >= SIGRTMIN; --number) {
         struct sigaction action = {};
-        if (sigaction(number, nullptr, &action) == 0 && action.sa_handler == SIG_DFL) {
+        if (sigaction(number, nullptr, &action) == 0 &&
+            (action.sa_handler == SIG_DFL || action.sa_handler == SIG_IGN)) {
             action.sa_handler = OnStopSignal;
             action.sa_flags = SA_RESTART;
             return sigaction(number, &action, nullptr) == 0 ? number : 0;
@@ -104,10 +105,21 @@ int TakeSignal()
     return 0;
 }
 
+/// The signal that stops threads. When the library is unloaded it is ignored, so that one on its way does no harm.
+struct StopSignalOwner {
+    const int number = TakeSignal();
+    ~StopSignalOwner()
+    {
+        if (number != 0) {
+            signal(number, SIG_IGN);
+        }
+    }
+};
+
 int StopSignal()
 {
-    static const int number = TakeSignal();
-    return number;
+    static const StopSignalOwner owner;
+    return owner.number;
 }
 
 // A thread inherits the mask of the one that makes it, which may block everything.
@@ -121,23 +133,23 @@ void AllowStopSignal()
     pthread_sigmask(SIG_UNBLOCK, &set, nullptr);
 }
 
-/// Holds a thread's stopLock; the calling thread cannot be stopped meanwhile, or the lock would stay.
-class StopLockHolder {
+/// Holds a thread's endLock; the calling thread cannot be stopped meanwhile, or the lock would stay.
+class EndLockHolder {
 public:
-    explicit StopLockHolder(Thread& thread) : m_Thread(thread)
+    explicit EndLockHolder(Thread& thread) : m_Thread(thread)
     {
         sigset_t all;
         sigfillset(&all);
         pthread_sigmask(SIG_SETMASK, &all, &m_OldMask);
-        pthread_mutex_lock(&m_Thread.stopLock);
+        pthread_mutex_lock(&m_Thread.endLock);
     }
-    ~StopLockHolder()
+    ~EndLockHolder()
     {
-        pthread_mutex_unlock(&m_Thread.stopLock);
+        pthread_mutex_unlock(&m_Thread.endLock);
         pthread_sigmask(SIG_SETMASK, &m_OldMask, nullptr);
     }
-    StopLockHolder(const StopLockHolder&) = delete;
-    StopLockHolder& operator=(const StopLockHolder&) = delete;
+    EndLockHolder(const EndLockHolder&) = delete;
+    EndLockHolder& operator=(const EndLockHolder&) = delete;
 
 private:
     Thread& m_Thread;
@@ -168,7 +180,12 @@ public:
     {
         m_Self.isStoppable = false;
         {
-            const StopLockHolder holder(m_Self);
+            const EndLockHolder holder(m_Self);
+            // A thread that was stopped may hang on what it held: nobody shall wait for it.
+            if (m_Self.isGivenBack || m_Self.wasStopped) {
+                m_Self.isGivenBack = true;
+                pthread_detach(pthread_self());
+            }
             Change(m_Self.state, ENDED);
         }
         t_Self = nullptr;
@@ -193,17 +210,18 @@ void* RunThread(void* parameter)
     return nullptr;
 }
 
-// A thread that has ended is joined, so that its stack and its code are free of it. One that was stopped may hang on
-// what it held, and so is not waited for.
+// A thread that has ended is joined, so that its stack and its code are free of it. One that runs is left to detach
+// itself: in C libraries of today pthread_detach() may read the memory of a thread that ends at that moment.
 void GiveBack(Thread& thread)
 {
-    if (thread.isGivenBack.exchange(true)) {
-        return;
+    bool joins = false;
+    {
+        const EndLockHolder holder(thread);
+        joins = !thread.isGivenBack && thread.state == ENDED;
+        thread.isGivenBack = true;
     }
-    if (thread.state == ENDED && !thread.wasStopped) {
+    if (joins) {
         pthread_join(thread.system, nullptr);
-    } else {
-        pthread_detach(thread.system);
     }
 }
 
@@ -328,7 +346,7 @@ bool StopThread(void* thread, unsigned exitCode)
         }
     }
     Thread& stopped = *static_cast<Thread*>(thread);
-    const StopLockHolder holder(stopped);
+    const EndLockHolder holder(stopped);
     if (StopSignal() == 0 || stopped.state == ENDED) {
         return false;
     }
