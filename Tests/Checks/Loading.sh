@@ -25,7 +25,8 @@ without_streams() { "$@" <&- >&- 2>&-; }
 run 'as it is' "$@"
 run 'without a home' env -u HOME -u USERPROFILE -u XDG_CONFIG_HOME -u XDG_CACHE_HOME -u XDG_DATA_HOME -u TMPDIR "$@"
 run 'in a folder that it cannot write to' in_locked_folder "$@"
-run 'without standard streams' without_streams "$@"
+# An emulator would take the numbers of closed streams for its own pipes, and what is printed would go into those.
+[ $# -gt 3 ] || run 'without standard streams' without_streams "$@"
 for _ in {1..10}; do
     run 'ending amid threads' timeout 20 "$@" --end-amid-threads
 done
