@@ -11,8 +11,8 @@
 //
 // Sources may also be indexed (`PaletteCount` other than 0, with 4 bits per pixel, the high ones first, or 8) and
 // compressed (`CompressedFormat` from ZM_PF_DXT1 to ZM_PF_DXT5 beside masks of no other format). Entries of a colour
-// map are three bytes, blue, green and red; a fourth one is not looked at, as the colour maps of bitmap files have zeros
-// there. Pixels beyond the map are opaque black. DXT2 and DXT4 keep their colours premultiplied.
+// map are three bytes, blue, green and red; a fourth one is not looked at, as the colour maps of bitmap files have
+// zeros there. Pixels beyond the map are opaque black. DXT2 and DXT4 keep their colours premultiplied.
 //
 // Each channel is a whole number, U, V and luminance of bump maps too, and takes the place of the destination's
 // channel in the same mask field. Wider ones repeat the bits, narrower ones are rounded to nearest. A colour

@@ -132,7 +132,8 @@ TEST(LogListenerTest, LinesTellModuleLevelTimeAndSource)
         SCOPED_TRACE(row.name);
         listener.SetFlags(row.flags);
         listener.SetTimeFormat(ZmLogListener::TimeFormat(row.format));
-        EXPECT_STREQ(listener.BuildLine(row.module, row.level, row.line, row.file, row.text).text, row.expected.c_str());
+        EXPECT_STREQ(listener.BuildLine(row.module, row.level, row.line, row.file, row.text).text,
+                     row.expected.c_str());
     }
 }
 
