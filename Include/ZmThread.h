@@ -70,8 +70,7 @@ public:
     int Terminate(const unsigned int* exitCode);
 
     /// Gives the handle back and forgets the thread, which goes on if it runs; nothing tells its end then, so the
-    /// object must stay. After that it is as new, but for
-    /// its name and the joinable flag.
+    /// object must stay. After that it is as new, but for its name and the joinable flag.
     void Close();
 
     /// Before the thread is created; afterwards ignored.

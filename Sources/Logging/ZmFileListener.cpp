@@ -17,13 +17,14 @@ XString ProgramDirectory()
     return XString(path.substr(0, path.find_last_of("\\/") + 1).c_str());
 }
 
-// Where a full disk, or the end of a process, has cut a line.
+// Where a full disk, or the end of a process, has cut a line. Only of a real file: reading a pipe would wait.
 bool EndsInsideLine(const char* path)
 {
+    constexpr unsigned int kTypeMask = 0xF000, kRegularFile = 0x8000;
     ZmFile file;
     char last = '\n';
-    return file.Open(path, ZmFile::READONLY) && file.Seek(-1, ZmStream::END) && file.Read(&last, 1) == 1 &&
-           last != '\n';
+    return (ZmFile::GetFileMode(path) & kTypeMask) == kRegularFile && file.Open(path, ZmFile::READONLY) &&
+           file.Seek(-1, ZmStream::END) && file.Read(&last, 1) == 1 && last != '\n';
 }
 
 }  // namespace

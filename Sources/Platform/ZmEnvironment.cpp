@@ -1,8 +1,10 @@
 #include "ZmEnvironment.h"
 
+#include "Platform/FirstUse.h"
 #include "Platform/OsEnvironment.h"
 #include "ZmMutex.h"
 
+#include <stdlib.h>
 #include <string.h>
 
 namespace {
@@ -15,8 +17,11 @@ bool IsName(const char* name)
 // Not every system has a lock of its own.
 ZmMutex& Lock()
 {
-    static ZmMutex mutex;
-    return mutex;
+    static zm::FirstUse<ZmMutex> mutex;
+    return mutex.Get([](void* memory) {
+        new (memory) ZmMutex;
+        atexit([] { Lock().~ZmMutex(); });
+    });
 }
 
 }  // namespace

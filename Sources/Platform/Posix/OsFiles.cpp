@@ -157,11 +157,12 @@ bool WriteDirectly(FILE* file, const char* text, size_t length)
     const int descriptor = fileno(file);
     while (length > 0) {
         const ssize_t count = write(descriptor, text, length);
-        if (count < 0 && errno != EINTR) {
+        if (count > 0) {
+            text += count;
+            length -= size_t(count);
+        } else if (count == 0 || errno != EINTR) {
             return false;
         }
-        text += std::max(count, ssize_t(0));
-        length -= size_t(std::max(count, ssize_t(0)));
     }
     return true;
 }
