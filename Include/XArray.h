@@ -28,6 +28,7 @@ public:
     /// Leaves `src` empty, without memory.
     XArray(XArray&& src) noexcept { Swap(src); }
 
+    /// Takes over the items of a copy, or of what is moved.
     XArray& operator=(XArray src) noexcept
     {
         Swap(src);
@@ -40,6 +41,7 @@ public:
         zm::DeleteBlock(m_Begin);
     }
 
+    /// Items.
     int Size() const { return int(m_End - m_Begin); }
     bool IsEmpty() const { return m_End == m_Begin; }
 
@@ -114,6 +116,7 @@ public:
         m_End = m_Begin;
     }
 
+    /// Exchanges items and memory.
     void Swap(XArray& other) noexcept
     {
         SwapPointers(m_Begin, other.m_Begin);

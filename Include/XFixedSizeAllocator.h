@@ -36,6 +36,7 @@ public:
     /// Frees all chunks, with the blocks that are still in use.
     ZM_API void Clear();
 
+    /// Bytes of a block; chunks there are now.
     int GetBlockSize() const { return m_BlockSize; }
     int GetChunkCount() const { return m_Chunks.Size(); }
 

@@ -45,14 +45,15 @@ struct OnlyIfSame<A, A> {
 /// An entry of a table.
 template <class T, class K>
 struct XHashItem {
+    /// An item on its own, in no bucket yet.
     template <class Key>
     XHashItem(Key&& itemKey, T&& itemValue, uint64_t keyHash)
         : key(static_cast<Key&&>(itemKey)), value(zm::Move(itemValue)), next(nullptr), hash(keyHash)
     {
     }
 
-    K key;  ///< of an item in a table, not to be changed
-    T value;
+    K key;            ///< of an item in a table, not to be changed
+    T value;          ///< what the key stands for; may be changed
     XHashItem* next;  ///< the next one of its bucket, or null
     uint64_t hash;    ///< low half: the key's hash; high half: more of it, where XHashFun has more
 };
@@ -76,8 +77,10 @@ struct XIsRelocatable<XHashItem<T, K>> {
 template <class T, class K, class H = XHashFun<K>, class E = XEqual<K>>
 class XHashTable {
 public:
+    /// What is looked up: a key, or the cheaper type that its hash names.
     typedef typename zm::HashTraits<H, K>::LookUpKey LookUpKey;
 
+    /// What the iterators stand on.
     typedef XHashItem<T, K> Item;
 
 private:
@@ -123,11 +126,13 @@ public:
     typedef Position<Item> Iterator;
     typedef Position<const Item> ConstIterator;
 
+    /// What Insert() has found or made.
     struct Inserted {
         Iterator position;  ///< the key's item; End() without memory
         bool created;       ///< whether it is new
     };
 
+    /// Buckets of a small table.
     static constexpr int kFirstBuckets = 16;
 
     XHashTable() = default;
@@ -138,6 +143,7 @@ public:
     /// Leaves `src` empty.
     XHashTable(XHashTable&& src) noexcept { Swap(src); }
 
+    /// Takes over the items of a copy, or of what is moved.
     XHashTable& operator=(XHashTable src) noexcept
     {
         Swap(src);
@@ -150,6 +156,7 @@ public:
     int Size() const { return m_Items.Size(); }
     bool IsEmpty() const { return m_Items.IsEmpty(); }
 
+    /// Chains that the items are spread over; a power of two.
     int BucketCount() const { return m_Buckets != nullptr ? int(m_BucketsEnd - m_Buckets) : kFirstBuckets; }
 
     /// Items that fit without growing: three quarters of the buckets.
@@ -171,6 +178,7 @@ public:
         Item* item = Search(key);
         return item != nullptr ? At(item) : End();
     }
+    /// The same in a constant table.
     ConstIterator Find(const LookUpKey& key) const
     {
         const Item* item = Search(key);
@@ -183,6 +191,7 @@ public:
         Item* item = Search(key);
         return item != nullptr ? &item->value : nullptr;
     }
+    /// The same in a constant table.
     const T* LookUp(const LookUpKey& key) const
     {
         const Item* item = Search(key);
@@ -192,6 +201,7 @@ public:
     /// The key's item, which is created with `value` where there is none; an item that was there keeps its own.
     /// A key that is a temporary or moved is taken over.
     Inserted Insert(const LookUpKey& key, T value = T()) { return InsertKey(key, value); }
+    /// The same for a key to be taken over.
     template <class Key, typename zm::OnlyIfSame<Key, K>::Type = 0>
     Inserted Insert(Key&& key, T value = T())
     {
@@ -200,6 +210,7 @@ public:
 
     /// 1, or 0 if the key was there already, or without memory; nothing has changed then.
     int InsertUnique(const LookUpKey& key, T value) { return InsertKey(key, value).created; }
+    /// The same for a key to be taken over.
     template <class Key, typename zm::OnlyIfSame<Key, K>::Type = 0>
     int InsertUnique(Key&& key, T value)
     {
@@ -217,6 +228,7 @@ public:
         ClearBuckets(m_Buckets, BucketsSize());
     }
 
+    /// Exchanges items and memory.
     void Swap(XHashTable& other) noexcept;
 
 private:

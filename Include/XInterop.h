@@ -86,8 +86,12 @@ typename XHashTable<T, K, H, E>::ConstIterator end(const XHashTable<T, K, H, E>&
     return table.End();
 }
 
+namespace std {
+
 /// Strings as keys of the standard library's containers.
 template <>
-struct std::hash<XString> {
-    size_t operator()(const XString& string) const noexcept { return std::hash<std::string_view>()(XView(string)); }
+struct hash<XString> {
+    size_t operator()(const XString& string) const noexcept { return hash<string_view>()(XView(string)); }
 };
+
+}  // namespace std

@@ -11,6 +11,7 @@
 /// items in one copy. Specialise it for a type of your own to say so of that type.
 template <class T>
 struct XIsRelocatable {
+    /// True for what the compiler calls trivially copyable.
     static constexpr bool value = __is_trivially_copyable(T);
 };
 

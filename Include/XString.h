@@ -43,10 +43,12 @@ public:
     /// is empty, minus the other's length; if only the other one is, this one's length.
     ZM_API int ICompare(const XBaseString& other) const;
 
+    /// Length and all bytes, NULs included.
     bool operator==(const XBaseString& other) const
     {
         return m_Length == other.m_Length && memcmp(Text(), other.Text(), m_Length) == 0;
     }
+    /// By Compare().
     bool operator!=(const XBaseString& other) const { return !(*this == other); }
     bool operator<(const XBaseString& other) const { return Compare(other) < 0; }
     bool operator>(const XBaseString& other) const { return Compare(other) > 0; }
@@ -73,10 +75,13 @@ public:
     /// @}
 
 protected:
+    /// The text of all strings without storage.
     ZM_API static const char s_Empty[1];
 
+    /// Gives back a string's block.
     ZM_API static void Release(const XBaseString& record);
 
+    /// Text, length and bytes of the block; null and zeros without one.
     char* m_Buffer = nullptr;
     uint16_t m_Length = 0;
     uint16_t m_Allocated = 0;
@@ -91,11 +96,13 @@ inline XBaseString::XBaseString(const char* text)
     }
 }
 
+/// With the plain text on the left.
 inline bool operator==(const char* text, const XBaseString& string)
 {
     return string == XBaseString(text);
 }
 
+/// With the plain text on the left.
 inline bool operator!=(const char* text, const XBaseString& string)
 {
     return !(string == XBaseString(text));
@@ -214,6 +221,7 @@ public:
     /// Room for `size` characters, at most kMaxLength, if there is less. The text stays.
     ZM_API void Reserve(uint16_t size);
 
+    /// Exchanges the storage.
     void Swap(XString& other) noexcept
     {
         const XBaseString old = *this;

@@ -10,6 +10,7 @@
 ///     for (const char* token = nullptr; (token = tokens.NextToken(token)) != nullptr;) { ... }
 class XStringTokenizer {
 public:
+    /// Changes nothing yet.
     XStringTokenizer(XString& string, const char* delimiters) : m_String(&string), m_Delimiters(delimiters) {}
 
     /// The first token for null, then the one after `previous`, which is what the last call returned. Null when

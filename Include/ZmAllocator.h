@@ -22,12 +22,12 @@ public:
 
         uint32_t MemoryCount = 0;  ///< calls of AllocateMemory() that were counted
 
-        uint32_t StringCount = 0;  ///< strings that are allocated
-        uint32_t PeakStringCount = 0;
+        uint32_t StringCount = 0;       ///< strings that are allocated
+        uint32_t PeakStringCount = 0;   ///< the most that StringCount has been
         uint64_t TotalStringCount = 0;  ///< strings that ever were
         uint64_t StringBytes = 0;       ///< the same three for their bytes
-        uint64_t PeakStringBytes = 0;
-        uint64_t TotalStringBytes = 0;
+        uint64_t PeakStringBytes = 0;   ///< the most that StringBytes has been
+        uint64_t TotalStringBytes = 0;  ///< of all strings that ever were
     };
 
     /// Constructs the allocator at the first call.
@@ -75,6 +75,7 @@ public:
     ZM_API void* AllocatePool(unsigned int size);
     ZM_API void ReleasePool(unsigned int size, void* block);
 
+    /// The counters, which go on changing.
     ZM_API const Stats& GetGlobalStats() const;
 
     /// Writes the statistics as a text to the named file, replacing it, or to the standard output for null. Does

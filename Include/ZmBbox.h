@@ -23,8 +23,8 @@ enum ZMCLIP_FLAGS : uint32_t {
 /// first; array code relies on that order. Boundaries belong to the box. Functions are
 /// reentrant and report nothing.
 struct ZmBbox {
-    ZmVector Max;
-    ZmVector Min;
+    ZmVector Max;  ///< the largest corner
+    ZmVector Min;  ///< the smallest corner
 
     /// The eight corners, transformed as points by m. Bit 0 of a corner's index chooses
     /// Max.x over Min.x, bit 1 Max.y, bit 2 Max.z.

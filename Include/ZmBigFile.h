@@ -23,6 +23,7 @@ public:
     /// Hears how far Save() is. It must not change the archive.
     class ProgressionCallback {
     public:
+        /// Called once for each member that is written, with what is done so far of a hundred.
         virtual void Progress(int percent) = 0;
 
     protected:
@@ -57,6 +58,7 @@ public:
     /// Adds a copy of bytes. 0 if there is an entry of that name.
     ZM_API int Append(const char* name, const void* data, unsigned int size);
 
+    /// Forgets the entry of that name; 0 if there is none.
     ZM_API int Remove(const char* name);
 
     /// Brings the entries that a text file lists, one name a line, to the front, in its order. The others follow in

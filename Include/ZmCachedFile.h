@@ -9,6 +9,7 @@
 /// filled and when something is written.
 class ZM_API ZmCachedFile : public ZmFile {
 public:
+    /// Bytes of a block where none are named.
     static constexpr unsigned int kDefaultCacheSize = 32768;
 
     /// Size 0 is taken as the default size.

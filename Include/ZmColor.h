@@ -6,8 +6,10 @@
 
 /// Colour of four floats, nominally 0 to 1.
 struct ZmColor {
+    /// Red, green, blue and alpha.
     float r, g, b, a;
 
+    /// Undefined; the four values, opaque where alpha is left out.
     ZmColor() = default;
     constexpr ZmColor(float red, float green, float blue, float alpha = 1.0f) : r(red), g(green), b(blue), a(alpha) {}
 };

@@ -12,6 +12,7 @@ public:
     ZmConfigurationEntry(const ZmConfigurationEntry&) = delete;
     ZmConfigurationEntry& operator=(const ZmConfigurationEntry&) = delete;
 
+    /// The name, which never changes.
     const char* GetName() const { return m_Name.Text(); }
 
     /// The text, valid until the value changes.

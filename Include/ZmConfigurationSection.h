@@ -17,6 +17,7 @@ class ConfigurationReader;
 /// One thread at a time may change a tree; many may read it. Memory: what finds none adds nothing.
 class ZmConfigurationSection {
 public:
+    /// Children by name, in the order in which they are visited.
     typedef XHashTable<ZmConfigurationEntry*, XString, XHashFun<XString>, XEqual<XString>> EntryTable;
     typedef XHashTable<ZmConfigurationSection*, XString, XHashFun<XString>, XEqual<XString>> SectionTable;
 
@@ -26,6 +27,7 @@ public:
     ZmConfigurationSection(const ZmConfigurationSection&) = delete;
     ZmConfigurationSection& operator=(const ZmConfigurationSection&) = delete;
 
+    /// The name, which never changes.
     const char* GetName() const { return m_Name.Text(); }
 
     /// Null for the root of a tree. A removed section keeps the parent that it had.

@@ -6,8 +6,10 @@
 /// title is the listener's name, in the DATED form with the date.
 class ZM_API ZmConsoleListener : public ZmLogListener {
 public:
+    /// What GetGuid() of such a listener returns.
     static const XGUID m_Guid;
 
+    /// Makes such a listener: for ZmLog::RegisterListenerFactory().
     static ZmLogListener* ListenerFactory(const char* name);
 
     ~ZmConsoleListener() override;

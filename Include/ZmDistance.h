@@ -22,9 +22,8 @@ public:
     /// origin on the first line, although lines that are not quite parallel come closer somewhere far away.
     ZM_API static float LineLineSquareDistance(const ZmRay& line0, const ZmRay& line1, float* t0, float* t1);
 
-    // The others give the smallest distance for nearly parallel pairs too. Where directions are parallel as far as
-    // floats can tell, the second parameter is 0 if that belongs to a closest pair.
-
+    /// These give the smallest distance for nearly parallel pairs too. Where directions are parallel as far as floats
+    /// can tell, the second parameter is 0 if that belongs to a closest pair.
     ZM_API static float LineRaySquareDistance(const ZmRay& line, const ZmRay& ray, float* t0, float* t1);
     ZM_API static float LineSegmentSquareDistance(const ZmRay& line, const ZmRay& segment, float* t0, float* t1);
     ZM_API static float RayRaySquareDistance(const ZmRay& ray0, const ZmRay& ray1, float* t0, float* t1);
@@ -32,6 +31,7 @@ public:
     ZM_API static float SegmentSegmentSquareDistance(const ZmRay& segment0, const ZmRay& segment1, float* t0,
                                                      float* t1);
 
+    /// `t` is the parameter of the closest point.
     ZM_API static float PointLineSquareDistance(const ZmVector& point, const ZmRay& line, float* t);
     ZM_API static float PointRaySquareDistance(const ZmVector& point, const ZmRay& ray, float* t);
     ZM_API static float PointSegmentSquareDistance(const ZmVector& point, const ZmRay& segment, float* t);

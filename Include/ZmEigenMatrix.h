@@ -27,7 +27,7 @@ public:
     /// Both, with the eigenvalues in EigenValues and the answer in Converged.
     ZM_API void EigenStuff3();
 
-    float Matrix[3][3];
-    float EigenValues[3];
-    bool Converged;
+    float Matrix[3][3];    ///< the symmetric matrix; after EigenStuff3() its columns are the eigenvectors
+    float EigenValues[3];  ///< that of column i at place i, in no order
+    bool Converged;        ///< what QLAlgorithm() returned
 };

@@ -66,6 +66,7 @@ public:
     static unsigned int GetFileMode(const char* name);
 
 protected:
+    /// Whether the object has a file.
     bool IsOpen() const { return Stream() != nullptr; }
     /// As Seek() from the start, for positions of 2 GiB and more, too.
     void SeekTo(unsigned int position);

@@ -10,8 +10,10 @@
 /// replaced then.
 class ZM_API ZmFileListener : public ZmLogListener {
 public:
+    /// What GetGuid() of such a listener returns.
     static const XGUID m_Guid;
 
+    /// Makes such a listener: for ZmLog::RegisterListenerFactory().
     static ZmLogListener* ListenerFactory(const char* name);
 
     ~ZmFileListener() override;

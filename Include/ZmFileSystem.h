@@ -5,11 +5,13 @@
 // Files and folders. Paths may use both separators on every platform. Results are 1 if it was done and 0 if not, for
 // a null path, too. Any thread.
 
+/// Whether there is a file or a folder of that name.
 ZM_API int ZmFileExist(const char* path);
 
 /// Within one disk. On POSIX systems an existing file of the new name is replaced, on Windows that fails.
 ZM_API int ZmRenameFile(const char* oldPath, const char* newPath);
 
+/// A file, not a folder.
 ZM_API int ZmDeleteFile(const char* path);
 
 /// One folder, in an existing one.

@@ -40,14 +40,14 @@ public:
     /// rectangle, then the same of the far one.
     ZM_API void ComputeVertices(ZmVector* vertices) const;
 
-    ZmVector Origin;  ///< the eye
-    ZmVector Right;
-    ZmVector Up;
-    ZmVector Direction;
-    float HalfWidth;   ///< half-width of the view at NearDistance
-    float HalfHeight;  ///< half-height of the view at NearDistance
-    float NearDistance;
-    float FarDistance;
+    ZmVector Origin;     ///< the eye
+    ZmVector Right;      ///< unit axis to the right
+    ZmVector Up;         ///< unit axis upwards
+    ZmVector Direction;  ///< unit axis of view
+    float HalfWidth;     ///< half-width of the view at NearDistance
+    float HalfHeight;    ///< half-height of the view at NearDistance
+    float NearDistance;  ///< from the eye to the near plane
+    float FarDistance;   ///< from the eye to the far plane
     float FarNearRatio;  ///< FarDistance / NearDistance
     float WidthFactor;   ///< -2 * HalfWidth * FarDistance
     float HeightFactor;  ///< -2 * HalfHeight * FarDistance

@@ -32,6 +32,7 @@ public:
     /// Makes a listener of that name; null if it cannot.
     typedef ZmLogListener* (*ListenerFactory)(const char* name);
 
+    /// The one log of the process.
     ZM_API static ZmLog& GetLog();
 
     /// "DEBUG", "TRACE", "ERROR", "WARNING", "INFO"; empty for anything else.

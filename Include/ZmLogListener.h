@@ -24,6 +24,7 @@ public:
         TIME_SHORT_SECONDS = 6,  ///< "05/03/04 14:02:11:345 (1078491731)"
     };
 
+    /// Bits of SetFlags().
     enum Flags {
         DATED = 1,        ///< file: one for each day; console: the date in the title
         SOURCE_LINE = 2,  ///< the source file and line in each line
@@ -38,15 +39,18 @@ public:
     /// Takes a message that passed the filter. The texts are valid for the call.
     virtual void Output(int module, int level, int line, const char* file, const char* text) = 0;
 
+    /// As given when it was made; a file is named after it.
     const XString& GetName() const { return m_Name; }
 
     /// Mask of ZmLog::Level; all five at first.
     int GetLevel() const { return m_Level; }
     void SetLevel(int level) { m_Level = level; }
 
+    /// Of the listener's Flags; what a class does not know it ignores.
     int GetFlags() const { return m_Flags; }
     void SetFlags(int flags) { m_Flags = flags; }
 
+    /// The time in the lines that follow.
     TimeFormat GetTimeFormatValue() const { return m_TimeFormat; }
     void SetTimeFormat(TimeFormat format) { m_TimeFormat = format; }
 
@@ -60,15 +64,17 @@ public:
     void GetDateAsString(TimeFormat format, XString& res);
 
 protected:
+    /// With all levels, no flags, no time and no module.
     explicit ZmLogListener(const char* name);
     ZmLogListener(const ZmLogListener&) = delete;
     ZmLogListener& operator=(const ZmLogListener&) = delete;
 
     /// A line with its line feed, terminated; valid until the next call. Empty without memory.
     struct Line {
-        const char* text;
-        unsigned int length;
+        const char* text;     ///< the line
+        unsigned int length;  ///< its characters
     };
+    /// What the library's listeners write for a message.
     Line BuildLine(int module, int level, int line, const char* file, const char* text);
 
 private:

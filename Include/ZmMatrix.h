@@ -31,6 +31,7 @@ public:
     /// The identity, valid before any code of the program runs.
     ZM_API static const ZmMatrix& Identity();
 
+    /// A row of four elements, 0 to 3; the index is not checked.
     float* operator[](int row) { return m_Rows[row]; }
     const float* operator[](int row) const { return m_Rows[row]; }
 
@@ -104,6 +105,7 @@ ZM_API void Zm3DMultiplyMatrix4(ZmMatrix& res, const ZmMatrix& a, const ZmMatrix
 /// res[i][j] = src[j][i]; `res` may be `src`.
 ZM_API void Zm3DTransposeMatrix(ZmMatrix& res, const ZmMatrix& src);
 
+/// Makes m the identity.
 ZM_API void Zm3DMatrixIdentity(ZmMatrix& m);
 
 /// Determinant of the upper left 3x3 block.

@@ -4,6 +4,7 @@
 
 #include <stdint.h>
 
+/// How far the mapping of a file came.
 enum ZmMMF_Error {
     ZmMMF_NoError = 0,      ///< mapped
     ZmMMF_FileOpen = 1,     ///< no such file, or it may not be read
@@ -21,6 +22,7 @@ public:
     ZmMemoryMappedFile(const ZmMemoryMappedFile&) = delete;
     ZmMemoryMappedFile& operator=(const ZmMemoryMappedFile&) = delete;
 
+    /// Whether the file is mapped, or what failed.
     ZmMMF_Error GetErrorType() const { return m_Error; }
 
     /// The bytes, and their number: null and 0 after an error. A file of 4 GiB and more is refused with

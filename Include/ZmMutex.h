@@ -33,6 +33,7 @@ private:
 /// Holds a mutex while it lives.
 class ZmMutexHolder {
 public:
+    /// Waits for the mutex.
     explicit ZmMutexHolder(ZmMutex& mutex) : m_Mutex(mutex) { m_Mutex.EnterMutex(); }
     ~ZmMutexHolder() { m_Mutex.LeaveMutex(); }
     ZmMutexHolder(const ZmMutexHolder&) = delete;

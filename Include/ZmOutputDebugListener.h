@@ -5,8 +5,10 @@
 /// Passes lines to the debugger; on POSIX systems, to the system log.
 class ZM_API ZmOutputDebugListener : public ZmLogListener {
 public:
+    /// What GetGuid() of such a listener returns.
     static const XGUID m_Guid;
 
+    /// Makes such a listener: for ZmLog::RegisterListenerFactory().
     static ZmLogListener* ListenerFactory(const char* name);
 
     ~ZmOutputDebugListener() override;

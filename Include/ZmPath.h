@@ -11,8 +11,10 @@
 /// characters), or the path is null, all four are empty.
 class RKPathSplitter {
 public:
+    /// Takes the path apart at once; keeps nothing of it.
     ZM_API explicit RKPathSplitter(const char* path);
 
+    /// The parts, never null.
     const char* GetDrive() const { return m_Drive; }
     const char* GetDir() const { return m_Dir; }
     const char* GetName() const { return m_Name; }
@@ -30,8 +32,10 @@ private:
 /// characters.
 class RKPathMaker {
 public:
+    /// Puts the path together at once.
     ZM_API RKPathMaker(const char* drive, const char* dir, const char* name, const char* extension);
 
+    /// The path, never null.
     const char* GetPath() const { return m_Path; }
 
 private:

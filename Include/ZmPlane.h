@@ -6,7 +6,7 @@
 /// positive, outer side.
 struct ZmPlane {
     ZmVector Normal;  ///< of unit length when built from three points
-    float D;
+    float D;          ///< minus the distance from the origin along Normal
 
     /// Plane through p with normal n, which is used as it is given.
     ZM_API void Create(const ZmVector& n, const ZmVector& p);

@@ -8,8 +8,10 @@
 /// so and report nothing; everything is reentrant, and only FromMatrix can write
 /// to its argument.
 struct ZmQuaternion {
+    /// Vector part and scalar part.
     float x = 0, y = 0, z = 0, w = 1;
 
+    /// The identity; the four values.
     constexpr ZmQuaternion() = default;
     constexpr ZmQuaternion(float qx, float qy, float qz, float qw) : x(qx), y(qy), z(qz), w(qw) {}
 

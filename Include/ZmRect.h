@@ -8,8 +8,10 @@
 /// screen without width or height gives non-numbers or infinities. The arguments may
 /// be this rectangle itself.
 struct ZmRect {
+    /// The edges.
     float left, top, right, bottom;
 
+    /// Undefined; the four edges.
     ZmRect() = default;
     constexpr ZmRect(float l, float t, float r, float b) : left(l), top(t), right(r), bottom(b) {}
 
@@ -26,11 +28,13 @@ struct ZmRect {
 
 /// Rectangle of whole pixels.
 struct RKRECT {
+    /// The edges.
     int left, top, right, bottom;
 };
 
 /// Point in whole pixels.
 struct RKPOINT {
+    /// Column and line.
     int x, y;
 };
 

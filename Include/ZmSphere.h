@@ -4,6 +4,6 @@
 
 /// All points within Radius of Center; Radius is not negative.
 struct ZmSphere {
-    ZmVector Center;
-    float Radius;
+    ZmVector Center;  ///< the middle
+    float Radius;     ///< 0 for a point
 };

@@ -6,12 +6,14 @@
 /// as 4294967295. A stream belongs to one thread at a time.
 class ZM_API ZmStream {
 public:
+    /// What an offset is relative to.
     enum SeekMode : int {
         START = 0,   ///< from the beginning
         END = 1,     ///< relative to the end; the sense of the offset differs, see ZmFile and ZmSubFile
         CURRENT = 2  ///< from the position
     };
 
+    /// Bytes before the position; bytes in all.
     virtual unsigned int Position() = 0;
     virtual unsigned int Size() = 0;
     /// Whether the stream can be used.
@@ -29,6 +31,7 @@ public:
     virtual unsigned int Copy(ZmStream& source, unsigned int size);
 
 protected:
+    /// For derived classes.
     ZmStream();
     ZmStream(const ZmStream& src);
     ZmStream& operator=(const ZmStream& src);

@@ -9,6 +9,7 @@ struct ZmStridedData {
     void* Ptr;            ///< first element
     unsigned int Stride;  ///< bytes from one element to the next
 
+    /// Undefined; the two values.
     ZmStridedData() = default;
     constexpr ZmStridedData(void* ptr, unsigned int strideBytes) : Ptr(ptr), Stride(strideBytes) {}
 };

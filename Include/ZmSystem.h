@@ -4,6 +4,7 @@
 
 #include <stdint.h>
 
+/// Operating systems.
 enum ZM_PLATFORM {
     ZM_PLATFORM_UNKNOWN = 0,
     ZM_PLATFORM_WINDOWS = 1,
@@ -12,10 +13,11 @@ enum ZM_PLATFORM {
 
 /// The operating system that runs.
 struct ZmSystemDesc {
-    ZM_PLATFORM Platform;
-    uint32_t Major, Minor, Build;  ///< Linux: of the kernel, 6.1.27; Windows: 10.0.19045
-    uint32_t PointerBits;          ///< of the program: 32 or 64
-    char Name[128];                ///< for people: "Debian GNU/Linux 12 (bookworm)", "Windows 10.0.19045"
+    ZM_PLATFORM Platform;  ///< what the library was made for
+    /// Of the kernel on Linux, 6.1.27; on Windows 10.0.19045.
+    uint32_t Major, Minor, Build;
+    uint32_t PointerBits;  ///< of the program: 32 or 64
+    char Name[128];        ///< for people: "Debian GNU/Linux 12 (bookworm)", "Windows 10.0.19045"
 };
 
 /// The platform that the library is made for.

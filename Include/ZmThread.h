@@ -16,6 +16,7 @@
 /// handle is open.
 class ZM_API ZmThread {
 public:
+    /// What a thread runs; the result is its exit code.
     typedef unsigned int (*Function)(void* argument);
 
     /// What Wait() gives, and the exit codes that the library itself gives to threads.
@@ -79,6 +80,7 @@ public:
     void SetPriority(unsigned int priority);  ///< a Priority; 7 and more leave the thread as the system makes it
     /// @}
 
+    /// As set, or as the thread got it.
     const XString& GetName() const { return m_Name; }
     unsigned int GetPriority() const { return m_Priority; }
 

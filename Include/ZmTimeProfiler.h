@@ -8,6 +8,7 @@
 /// time. Call Reset() before Current().
 class ZmTimeProfiler {
 public:
+    /// Starts counting here.
     ZM_API void Reset();
 
     /// Milliseconds since Reset(); never runs backwards.
@@ -24,6 +25,7 @@ private:
 /// exception.
 class ZmRDTSCProfiler {
 public:
+    /// Starts counting here.
     ZM_API void Reset();
 
     /// Milliseconds since Reset().

@@ -11,8 +11,10 @@ class ZmMatrix;
 /// initialisation: `ZmVector v;` is undefined until assigned, `ZmVector v{};`
 /// is zero. Everything here may be called from any thread.
 struct ZmVector {
+    /// The components.
     float x, y, z;
 
+    /// Undefined; (vx, vy, vz).
     ZmVector() = default;
     constexpr ZmVector(float vx, float vy, float vz) : x(vx), y(vy), z(vz) {}
 
@@ -39,24 +41,29 @@ struct ZmVector {
     float& operator[](int i) { return (&x)[i]; }
     const float& operator[](int i) const { return (&x)[i]; }
 
+    /// Component by component.
     constexpr ZmVector operator-() const { return {-x, -y, -z}; }
     ZmVector& operator+=(const ZmVector& v) { return *this = ZmVector(x + v.x, y + v.y, z + v.z); }
     ZmVector& operator-=(const ZmVector& v) { return *this = ZmVector(x - v.x, y - v.y, z - v.z); }
     ZmVector& operator*=(float s) { return *this = ZmVector(x * s, y * s, z * s); }
 };
 
+/// Component by component.
 constexpr ZmVector operator+(const ZmVector& a, const ZmVector& b)
 {
     return {a.x + b.x, a.y + b.y, a.z + b.z};
 }
+/// Component by component.
 constexpr ZmVector operator-(const ZmVector& a, const ZmVector& b)
 {
     return {a.x - b.x, a.y - b.y, a.z - b.z};
 }
+/// Each component times s.
 constexpr ZmVector operator*(const ZmVector& v, float s)
 {
     return {v.x * s, v.y * s, v.z * s};
 }
+/// Each component times s.
 constexpr ZmVector operator*(float s, const ZmVector& v)
 {
     return v * s;
@@ -67,6 +74,7 @@ constexpr bool operator==(const ZmVector& a, const ZmVector& b)
 {
     return a.x == b.x && a.y == b.y && a.z == b.z;
 }
+/// Not ==; true of non-numbers.
 constexpr bool operator!=(const ZmVector& a, const ZmVector& b)
 {
     return !(a == b);
@@ -95,16 +103,20 @@ ZM_API float Length(const ZmVector& v);
 /// alignment beyond that of float is never needed.
 class ZmVector4 {
 public:
+    /// The components.
     float x, y, z, w;
 
+    /// Undefined; the four components.
     ZmVector4() = default;
     constexpr ZmVector4(float vx, float vy, float vz, float vw) : x(vx), y(vy), z(vz), w(vw) {}
 };
 
 /// Two-component vector, for texture and screen coordinates.
 struct Zm2DVector {
+    /// The components.
     float x, y;
 
+    /// Undefined; the two components.
     Zm2DVector() = default;
     constexpr Zm2DVector(float vx, float vy) : x(vx), y(vy) {}
 };
