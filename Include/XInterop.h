@@ -91,6 +91,7 @@ namespace std {
 /// Strings as keys of the standard library's containers.
 template <>
 struct hash<XString> {
+    /// As the standard library hashes the text.
     size_t operator()(const XString& string) const noexcept { return hash<string_view>()(XView(string)); }
 };
 
