@@ -1,10 +1,14 @@
-# Headers, library, find_package(ZmMath CONFIG) and pkg-config files.
+# Headers, library, find_package(ZmMath CONFIG) and pkg-config files, in the parts that packages have: Runtime,
+# Development, Tools.
 set(ZM_PACKAGE_DIR "${CMAKE_INSTALL_LIBDIR}/cmake/ZmMath")
 
 list(TRANSFORM ZM_PUBLIC_HEADERS PREPEND "${PROJECT_SOURCE_DIR}/Include/" OUTPUT_VARIABLE headers)
-install(FILES ${headers} DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/ZmMath")
-install(TARGETS ZmMath EXPORT ZmMathTargets)
-install(EXPORT ZmMathTargets NAMESPACE ZmMath:: DESTINATION "${ZM_PACKAGE_DIR}")
+install(FILES ${headers} DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/ZmMath" COMPONENT Development)
+install(TARGETS ZmMath EXPORT ZmMathTargets
+    RUNTIME COMPONENT Runtime
+    LIBRARY COMPONENT Runtime NAMELINK_COMPONENT Development
+    ARCHIVE COMPONENT Development)
+install(EXPORT ZmMathTargets NAMESPACE ZmMath:: DESTINATION "${ZM_PACKAGE_DIR}" COMPONENT Development)
 
 configure_package_config_file("${CMAKE_CURRENT_LIST_DIR}/ZmMathConfig.cmake.in"
     "${PROJECT_BINARY_DIR}/CMake/ZmMathConfig.cmake"
@@ -15,11 +19,11 @@ write_basic_package_version_file("${PROJECT_BINARY_DIR}/CMake/ZmMathConfigVersio
 install(FILES
     "${PROJECT_BINARY_DIR}/CMake/ZmMathConfig.cmake"
     "${PROJECT_BINARY_DIR}/CMake/ZmMathConfigVersion.cmake"
-    DESTINATION "${ZM_PACKAGE_DIR}")
+    DESTINATION "${ZM_PACKAGE_DIR}" COMPONENT Development)
 
 # The prefix is found from where the .pc file lies, so the tree can be moved.
 set(ZM_PKGCONFIG_DIR "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
 cmake_path(RELATIVE_PATH CMAKE_INSTALL_PREFIX
     BASE_DIRECTORY "${CMAKE_INSTALL_PREFIX}/${ZM_PKGCONFIG_DIR}" OUTPUT_VARIABLE ZM_PREFIX_FROM_PC)
 configure_file("${CMAKE_CURRENT_LIST_DIR}/zmmath.pc.in" "${PROJECT_BINARY_DIR}/CMake/zmmath.pc" @ONLY)
-install(FILES "${PROJECT_BINARY_DIR}/CMake/zmmath.pc" DESTINATION "${ZM_PKGCONFIG_DIR}")
+install(FILES "${PROJECT_BINARY_DIR}/CMake/zmmath.pc" DESTINATION "${ZM_PKGCONFIG_DIR}" COMPONENT Development)

@@ -92,7 +92,7 @@ namespace std {
 template <>
 struct hash<XString> {
     /// As the standard library hashes the text.
-    size_t operator()(const XString& string) const noexcept { return hash<string_view>()(XView(string)); }
+    size_t operator()(const XString& text) const noexcept { return hash<string_view>()(XView(text)); }
 };
 
 }  // namespace std

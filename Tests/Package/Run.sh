@@ -1,47 +1,87 @@
 #!/bin/bash
-# Run.sh <cmake> <build folder> <version> <scratch folder> <library folder>
-#     <compiler for the pkg-config part, or none> <cmake argument>... [-- <emulator>...]
+# Run.sh <settings> <way>
 #
-# Installs the build into the scratch folder, moves the result, and builds and
-# runs the outside project with it: by find_package() and by pkg-config.
+# Builds and runs a project outside the tree that uses the library in one of the ways of README.md. The settings are
+# made by CMake: see CMakeLists.txt beside Checks.
 set -euo pipefail
+exec </dev/null
 
-cmake=$1 build=$2 version=$3 scratch=$4 libdir=$5 compiler=$6
-shift 6
-arguments=()
-while [ $# -gt 0 ] && [ "$1" != -- ]; do
-    arguments+=("$1")
-    shift
-done
-[ $# -eq 0 ] || shift
+source "$1"
+way=$2
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
-
+scratch=$scratch/$way
 rm -rf "$scratch"
-"$cmake" --install "$build" --prefix "$scratch/first" >/dev/null
-# Packages are found where they lie, not where they were installed.
-mv "$scratch/first" "$scratch/prefix"
+mkdir -p "$scratch"
 
-"$cmake" -S "$here" -B "$scratch/user" -G Ninja "-DCMAKE_PREFIX_PATH=$scratch/prefix" \
-    -DCMAKE_BUILD_TYPE=Release \
-    "-DZMMATH_EXPECTED_VERSION=$version" "${arguments[@]}"
-"$cmake" --build "$scratch/user"
-user=$scratch/user/User
-if [ -e "$user.exe" ]; then
-    user=$user.exe
-    cp "$scratch"/prefix/bin/ZmMath.dll "$scratch/user/"
-fi
-"$@" "$user"
-tool=$scratch/prefix/bin/zmarchive
-[ ! -e "$tool.exe" ] || tool+=.exe
-if [ -e "$tool" ]; then
-    "$@" "$tool" --version
-fi
+# build_user <project> <cmake argument>...: what the project's program prints.
+build_user() {
+    local project=$1
+    shift
+    "$cmake" -S "$here/$project" -B "$scratch/user" -G Ninja -Wno-dev "${toolchain[@]}" "$@" >"$scratch/log" 2>&1 &&
+        "$cmake" --build "$scratch/user" >>"$scratch/log" 2>&1 || { cat "$scratch/log" && return 1; }
+    run "$scratch/user/User"
+}
 
-if [ "$compiler" = none ] || ! command -v pkg-config >/dev/null; then
-    echo "pkg-config part left out"
-    exit
-fi
-export PKG_CONFIG_PATH=$scratch/prefix/$libdir/pkgconfig
-[ "$(pkg-config --modversion zmmath)" = "$version" ]
-"$compiler" "$here/Main.cpp" -o "$scratch/user/UserByPkgConfig" $(pkg-config --cflags --libs zmmath)
-LD_LIBRARY_PATH=$scratch/prefix/$libdir "$scratch/user/UserByPkgConfig"
+# run <program> <argument>...
+run() {
+    local program=$1
+    shift
+    [ ! -e "$program.exe" ] || program+=.exe
+    "${emulator[@]}" "$program" "$@"
+}
+
+# use_prefix <prefix>: by find_package(), and where there is no emulator by pkg-config, too.
+use_prefix() {
+    local prefix=$1
+    build_user FindPackage "-DCMAKE_PREFIX_PATH=$prefix" -DCMAKE_BUILD_TYPE=Release \
+        "-DZMMATH_EXPECTED_VERSION=$version"
+    if [ ${#emulator[@]} -gt 0 ] || ! command -v pkg-config >/dev/null; then
+        echo "pkg-config left out"
+        return
+    fi
+    export PKG_CONFIG_PATH=$prefix/$libdir/pkgconfig
+    [ "$(pkg-config --modversion zmmath)" = "$version" ]
+    "$compiler" "$here/Main.cpp" -o "$scratch/UserByPkgConfig" $(pkg-config --cflags --libs zmmath)
+    LD_LIBRARY_PATH=$prefix/$libdir "$scratch/UserByPkgConfig"
+}
+
+# pack <generator>...: packages of the build, into the scratch folder.
+pack() {
+    local generators=$*
+    (cd "$build" && "$cpack" -G "${generators// /;}" -B "$scratch/packages" >"$scratch/log" 2>&1) ||
+        { cat "$scratch/log" && return 1; }
+}
+
+case $way in
+    installed)
+        "$cmake" --install "$build" --prefix "$scratch/first" >/dev/null
+        # Packages are found where they lie, not where they were installed.
+        mv "$scratch/first" "$scratch/prefix"
+        use_prefix "$scratch/prefix"
+        [ ! -e "$scratch/prefix/bin/zmarchive" ] || run "$scratch/prefix/bin/zmarchive" --version
+        ;;
+    debian)
+        pack DEB
+        cd "$scratch/packages"
+        for package in *.deb; do
+            dpkg-deb -f "$package" Package Version Depends
+            dpkg-deb -x "$package" "$scratch/root"
+        done
+        [ "$(for package in *.deb; do dpkg-deb -f "$package" Package; done | sort | paste -sd' ')" = \
+            "libzmmath-dev libzmmath${version%.*} zmmath-tools" ]
+        use_prefix "$scratch/root/usr"
+        run "$scratch/root/usr/bin/zmarchive" --version
+        ;;
+    archive)
+        pack "$archive_format"
+        mkdir "$scratch/unpacked"
+        (cd "$scratch/unpacked" && "$cmake" -E tar xf "$scratch"/packages/ZmMath-"$version"-*.*)
+        use_prefix "$(echo "$scratch"/unpacked/*)"
+        ;;
+    subdirectory)
+        build_user Subdirectory "-DZMMATH_FOLDER=$source"
+        ;;
+    fetchcontent)
+        build_user FetchContent "-DZMMATH_REPOSITORY=$source" "-DFETCHCONTENT_SOURCE_DIR_ZMMATH=$source"
+        ;;
+esac
