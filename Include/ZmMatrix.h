@@ -32,8 +32,8 @@ public:
     ZM_API static const ZmMatrix& Identity();
 
     /// A row of four elements, 0 to 3; the index is not checked.
-    float* operator[](int row) { return m_Rows[row]; }
-    const float* operator[](int row) const { return m_Rows[row]; }
+    constexpr float* operator[](int row) { return m_Rows[row]; }
+    constexpr const float* operator[](int row) const { return m_Rows[row]; }
 
     /// 1 when no element differs from the other's by more than 2^-23, else 0.
     /// The tolerance is absolute. Non-numbers compare as equal to anything.

@@ -43,9 +43,9 @@ struct ZmVector {
 
     /// Component by component.
     constexpr ZmVector operator-() const { return {-x, -y, -z}; }
-    ZmVector& operator+=(const ZmVector& v) { return *this = ZmVector(x + v.x, y + v.y, z + v.z); }
-    ZmVector& operator-=(const ZmVector& v) { return *this = ZmVector(x - v.x, y - v.y, z - v.z); }
-    ZmVector& operator*=(float s) { return *this = ZmVector(x * s, y * s, z * s); }
+    constexpr ZmVector& operator+=(const ZmVector& v) { return *this = ZmVector(x + v.x, y + v.y, z + v.z); }
+    constexpr ZmVector& operator-=(const ZmVector& v) { return *this = ZmVector(x - v.x, y - v.y, z - v.z); }
+    constexpr ZmVector& operator*=(float s) { return *this = ZmVector(x * s, y * s, z * s); }
 };
 
 /// Component by component.

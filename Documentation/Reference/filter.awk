@@ -23,6 +23,7 @@ paragraph != "" {
     if (!inComment) doc = ""
     inComment = 1
     doc = doc $0 "\n"
+    if (/@[{}]/) forget()  # a group has its comment already
     print
     next
 }
