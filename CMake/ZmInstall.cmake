@@ -27,3 +27,13 @@ cmake_path(RELATIVE_PATH CMAKE_INSTALL_PREFIX
     BASE_DIRECTORY "${CMAKE_INSTALL_PREFIX}/${ZM_PKGCONFIG_DIR}" OUTPUT_VARIABLE ZM_PREFIX_FROM_PC)
 configure_file("${CMAKE_CURRENT_LIST_DIR}/zmmath.pc.in" "${PROJECT_BINARY_DIR}/CMake/zmmath.pc" @ONLY)
 install(FILES "${PROJECT_BINARY_DIR}/CMake/zmmath.pc" DESTINATION "${ZM_PKGCONFIG_DIR}" COMPONENT Development)
+
+# What debuggers show of the records. gdb loads the one that is named after the library and lies below its own folder
+# as the library lies below the root.
+install(DIRECTORY "${PROJECT_SOURCE_DIR}/Debuggers/" DESTINATION "${CMAKE_INSTALL_DATADIR}/zmmath"
+    COMPONENT Development)
+if(NOT WIN32)
+    install(FILES "${PROJECT_SOURCE_DIR}/Debuggers/ZmMath-gdb.py" COMPONENT Development
+        DESTINATION "${CMAKE_INSTALL_DATADIR}/gdb/auto-load/usr/${CMAKE_INSTALL_LIBDIR}"
+        RENAME "libZmMath.so.${PROJECT_VERSION}-gdb.py")
+endif()
