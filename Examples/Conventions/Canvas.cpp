@@ -27,6 +27,8 @@ Zm2DVector Towards(const Zm2DVector& a, const Zm2DVector& b)
     return {(b.x - a.x) / length, (b.y - a.y) / length};
 }
 
+}  // namespace
+
 ZmImageDescEx Describe(ZM_PIXELFORMAT format, int width, int height, void* pixels)
 {
     ZmImageDescEx desc = {};
@@ -38,8 +40,6 @@ ZmImageDescEx Describe(ZM_PIXELFORMAT format, int width, int height, void* pixel
     return desc;
 }
 
-}  // namespace
-
 Canvas::Canvas(int width, int height)
     : m_Width(width), m_Height(height), m_Pixels(size_t(width * kScale) * size_t(height * kScale), kWhite)
 {
@@ -50,7 +50,7 @@ void Canvas::Span(int y, float left, float right, uint32_t colour)
     const int width = m_Width * kScale;
     const int first = std::max(int(std::ceil(left - 0.5f)), 0), last = std::min(int(std::ceil(right - 0.5f)), width);
     for (int x = first; x < last; ++x)
-        m_Pixels[size_t(y * width + x)] = colour;
+        m_Pixels[size_t(y) * size_t(width) + size_t(x)] = colour;
 }
 
 void Canvas::Fill(const std::vector<Zm2DVector>& corners, uint32_t colour)

@@ -18,6 +18,9 @@ enum class Align {
     Right
 };
 
+/// An image of tight lines that lies at `pixels`.
+ZmImageDescEx Describe(ZM_PIXELFORMAT format, int width, int height, void* pixels);
+
 /// A white picture to draw on, in pixels from its left top corner. It is drawn much larger than it is saved, which
 /// makes its edges smooth.
 class Canvas {

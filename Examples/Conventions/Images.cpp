@@ -5,17 +5,6 @@
 
 namespace {
 
-ZmImageDescEx Describe(ZM_PIXELFORMAT format, int width, int height, void* pixels)
-{
-    ZmImageDescEx desc = {};
-    ZmPixelFormat2ImageDesc(format, desc);
-    desc.Width = width;
-    desc.Height = height;
-    desc.BytesPerLine = width * desc.BitsPerPixel / 8;
-    desc.Pixels = static_cast<unsigned char*>(pixels);
-    return desc;
-}
-
 /// The bytes of a pixel of that colour in a format.
 std::array<unsigned char, 4> BytesOf(ZM_PIXELFORMAT format, uint32_t colour)
 {
@@ -48,6 +37,28 @@ void DrawBits(Canvas& canvas, float left, float top, ZM_PIXELFORMAT format)
     }
 }
 
+constexpr int kWidth = 10, kHeight = 6;
+
+/// What the blitter sees, and where in memory each line begins.
+void DrawImage(Canvas& canvas, float left, const ZmImageDescEx& image, const uint32_t* memory)
+{
+    uint32_t seen[kHeight][kWidth] = {};
+    ZmDoBlit(image, Describe(ZM_PF_32_ARGB8888, kWidth, kHeight, seen));
+    constexpr float kCell = 24;
+    for (int line = 0; line < kHeight; ++line) {
+        const float y = 24 + kCell * float(line);
+        for (int column = 0; column < kWidth; ++column) {
+            const float x = left + kCell * float(column);
+            canvas.Rectangle(x, y, x + kCell, y + kCell, kPale);
+            canvas.Rectangle(x + 1, y + 1, x + kCell - 1, y + kCell - 1, seen[line][column]);
+        }
+        const auto offset = image.Pixels + line * image.BytesPerLine - reinterpret_cast<const unsigned char*>(memory);
+        canvas.Text({left - 12, y + 19}, "+" + std::to_string(offset), line == 0 ? kRed : kGrey, 14, Align::Right);
+    }
+    canvas.Text({left + kCell * kWidth / 2, 214}, "BytesPerLine = " + std::to_string(image.BytesPerLine), kInk, 17,
+                Align::Centre);
+}
+
 }  // namespace
 
 bool DrawPixelLayouts()
@@ -73,7 +84,6 @@ bool DrawPixelLayouts()
 bool DrawLines()
 {
     // A flag, line by line as it lies in memory.
-    constexpr int kWidth = 10, kHeight = 6;
     const char* const lines[kHeight] = {"PPPPPPPP..", "PRRRRRRRP.", "PRRRRRRRRP",
                                         "PWWWWWWWWP", "PWWWWWWWP.", "PPPPPPPP.."};
     uint32_t memory[kHeight * kWidth];
@@ -83,33 +93,10 @@ bool DrawLines()
     }
 
     Canvas canvas(800, 240);
-    const struct {
-        const char* name;
-        bool upwards;
-    } kViews[] = {{"BytesPerLine = 40", false}, {"BytesPerLine = -40", true}};
-    constexpr float kCell = 24;
-    for (int i = 0; i < 2; ++i) {
-        ZmImageDescEx desc = Describe(ZM_PF_32_ARGB8888, kWidth, kHeight, memory);
-        if (kViews[i].upwards) {
-            desc.Pixels += (kHeight - 1) * desc.BytesPerLine;
-            desc.BytesPerLine = -desc.BytesPerLine;
-        }
-        uint32_t seen[kHeight * kWidth] = {};
-        ZmDoBlit(desc, Describe(ZM_PF_32_ARGB8888, kWidth, kHeight, seen));
-        const float left = 120 + 400 * float(i), top = 24;
-        for (int cell = 0; cell < kHeight * kWidth; ++cell) {
-            const float x = left + kCell * float(cell % kWidth), y = top + kCell * float(cell / kWidth);
-            canvas.Rectangle(x, y, x + kCell, y + kCell, kPale);
-            canvas.Rectangle(x + 1, y + 1, x + kCell - 1, y + kCell - 1, seen[cell]);
-        }
-        for (int line = 0; line < kHeight; ++line) {
-            // Where the first pixel of the line lies.
-            const auto* first = reinterpret_cast<const uint32_t*>(desc.Pixels + line * desc.BytesPerLine);
-            canvas.Text({left - 12, top + kCell * float(line) + 19},
-                        std::string("+") + std::to_string((first - memory) * 4), line == 0 ? kRed : kGrey, 14,
-                        Align::Right);
-        }
-        canvas.Text({left + kCell * kWidth / 2, 214}, kViews[i].name, kInk, 17, Align::Centre);
-    }
+    ZmImageDescEx image = Describe(ZM_PF_32_ARGB8888, kWidth, kHeight, memory);
+    DrawImage(canvas, 120, image, memory);
+    image.Pixels += (kHeight - 1) * image.BytesPerLine;
+    image.BytesPerLine = -image.BytesPerLine;
+    DrawImage(canvas, 520, image, memory);
     return canvas.Save("lines.png");
 }

@@ -29,6 +29,7 @@ Zm2DVector View::operator()(const ZmVector& point) const
 std::vector<Zm2DVector> View::operator()(const std::vector<ZmVector>& points) const
 {
     std::vector<Zm2DVector> seen;
+    seen.reserve(points.size());
     for (const ZmVector& point : points)
         seen.push_back((*this)(point));
     return seen;

@@ -42,8 +42,8 @@ int main()
     Image sunset(ZM_PF_32_ARGB8888);
     for (int y = 0; y < kSize; ++y) {
         for (int x = 0; x < kSize; ++x) {
-            const int dx = x - 64, dy = y - 80, glow = 255 * 900 / (900 + dx * dx + dy * dy), sea = y > 84 ? 90 : 0;
-            const int blue = 160 - y, green = (y + glow) * 2 / 3 - sea / 3, red = 160 + glow / 3 - sea;
+            const int dx = x - 64, dy = y - 80, glow = 255 * 900 / (900 + dx * dx + dy * dy), sea = y > 84 ? 2 : 1;
+            const int blue = 160 - y + 40 * (sea - 1), green = (y + glow) * 2 / 3 / sea, red = (160 + glow / 3) / sea;
             reinterpret_cast<uint32_t*>(sunset.Desc.Pixels)[y * kSize + x] =
                 0xFF000000u | uint32_t(red << 16 | green << 8 | blue);
         }
