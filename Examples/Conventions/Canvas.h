@@ -1,0 +1,53 @@
+#pragma once
+
+#include "ZmMath.h"
+
+#include <string>
+#include <vector>
+
+/// Colours as the library packs them.
+/// @{
+constexpr uint32_t kWhite = 0xFFFFFFFF, kInk = 0xFF252525, kGrey = 0xFF8A8A8A, kPale = 0xFFD8D8D8;
+constexpr uint32_t kRed = 0xFFCC2B2B, kGreen = 0xFF2A9040, kBlue = 0xFF2458C8, kOrange = 0xFFE08A00;
+constexpr uint32_t kAxisColours[3] = {kRed, kGreen, kBlue};
+/// @}
+
+enum class Align {
+    Left,
+    Centre,
+    Right
+};
+
+/// An image of tight lines that lies at `pixels`.
+ZmImageDescEx Describe(ZM_PIXELFORMAT format, int width, int height, void* pixels);
+
+/// A white picture to draw on, in pixels from its left top corner. It is drawn much larger than it is saved, which
+/// makes its edges smooth.
+class Canvas {
+public:
+    Canvas(int width, int height);
+
+    /// Any polygon, even-odd.
+    void Fill(const std::vector<Zm2DVector>& corners, uint32_t colour);
+    void Rectangle(float left, float top, float right, float bottom, uint32_t colour);
+    void Disc(const Zm2DVector& centre, float radius, uint32_t colour);
+
+    /// With round ends.
+    void Line(const Zm2DVector& from, const Zm2DVector& to, uint32_t colour, float width = 2.5f);
+    void Path(const std::vector<Zm2DVector>& points, uint32_t colour, float width = 2.5f);
+    /// A path with a head at its end; none for paths of no length.
+    void Arrow(const std::vector<Zm2DVector>& points, uint32_t colour, float width = 3.5f);
+
+    /// `at` is on the base line; capitals are `height` high. Lines behind the letters keep away from them.
+    void Text(const Zm2DVector& at, const std::string& text, uint32_t colour = kInk, float height = 17,
+              Align align = Align::Left);
+
+    bool Save(const char* path) const;
+
+private:
+    void Strokes(const std::vector<std::vector<Zm2DVector>>& strokes, uint32_t colour, float width);
+    void Span(int y, float left, float right, uint32_t colour);
+
+    int m_Width, m_Height;
+    std::vector<uint32_t> m_Pixels;
+};

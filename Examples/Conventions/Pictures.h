@@ -1,0 +1,12 @@
+#pragma once
+
+/// Each draws one picture into the current folder and returns whether it could be saved.
+bool DrawRows();
+bool DrawProducts();
+bool DrawRotations();
+bool DrawEulerOrder();
+bool DrawHandedness();
+bool DrawClipSpace();
+bool DrawScreenSpace();
+bool DrawPixelLayouts();
+bool DrawLines();

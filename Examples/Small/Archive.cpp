@@ -1,0 +1,68 @@
+// Ships the files of a level in one archive. What reads them takes a stream and does not care whether that is a file
+// of the disk, as while the level is edited, or an entry of the archive, as in the finished game.
+#include <ZmMath.h>
+
+#include <cstdio>
+
+namespace {
+
+struct LevelHeader {
+    char Magic[4];
+    uint32_t Rooms;
+};
+
+void PrintLevel(const char* from, ZmStream& stream)
+{
+    LevelHeader header = {};
+    char title[32] = "";
+    stream.Read(&header, sizeof(header));
+    const unsigned int rest = stream.Size() - stream.Position();
+    if (rest < sizeof(title))
+        stream.Read(title, rest);
+    std::printf("%-12s  %.4s, %u rooms, \"%s\"\n", from, header.Magic, unsigned(header.Rooms), title);
+}
+
+class Percentage : public ZmBigFile::ProgressionCallback {
+public:
+    void Progress(int percent) override { Last = percent; }
+    int Last = 0;
+};
+
+}  // namespace
+
+int main()
+{
+    const LevelHeader header = {{'L', 'E', 'V', '1'}, 12};
+    ZmFile file;
+    file.Open("cellar.lev", ZmFile::WRITEONLY);
+    file.Write(&header, sizeof(header));
+    file.Write("The Cellar", 10);
+    file.Close();
+
+    file.Open("cellar.lev", ZmFile::READONLY);
+    PrintLevel("from a file:", file);
+    file.Close();
+
+    ZmBigFile archive;
+    archive.Open("levels.zmbg", 1);  // makes an empty one
+    archive.Append("Cellar.lev", "cellar.lev", 0, 0);
+    archive.Append("Credits.txt", "Written by the fireside.\n", 25);
+    Percentage percentage;
+    const int saved = archive.Save(nullptr, &percentage);  // closes it, too
+    std::printf("archive %s, %d %%\n", saved ? "saved" : "NOT saved", percentage.Last);
+
+    archive.Open("levels.zmbg", 0);
+    for (int i = 0; i < archive.GetEntryCount(); ++i)
+        std::printf("  %-12s %3u bytes\n", archive.GetEntryName(i), archive.GetEntrySize(i));
+
+    // Names are found in any case, and without the folder that the engine asks for.
+    ZmSubFile entry;
+    if (archive.Find("Data/Levels/CELLAR.LEV", &entry))
+        PrintLevel("from inside:", entry);
+    std::printf("attic.lev is %s\n", archive.Find("attic.lev", &entry) ? "there" : "not there");
+
+    // Leaves nothing behind; no file may be open for that.
+    archive.Open("cellar.lev", 0);
+    ZmDeleteFile("levels.zmbg");
+    ZmDeleteFile("cellar.lev");
+}
