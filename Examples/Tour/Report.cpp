@@ -88,7 +88,9 @@ void PrintScene(const Tour& tour)
     const auto isStatue = [](const Model& model) { return model.Made == Material::Statue; };
     std::printf("Mesh        %zu vertices, %zu triangles, %td copies\n", tour.Statue.Vertices.size(),
                 tour.Statue.TriangleCount(), std::count_if(models.begin(), models.end(), isStatue));
-    std::printf("Camera      %s, %s\n", CameraText(tour.Said.Camera).c_str(), Described(tour.CameraOf));
+    const CameraSettings& camera = tour.Said.Camera;
+    std::printf("Camera      %g,%g,%g, %s\n", double(camera.EyeHeight), double(camera.LookDown),
+                double(camera.FieldOfView), Described(tour.CameraOf));
     std::printf("Boxes       %zu tested, %zu culled\n", models.size(), models.size() - tour.Visible.size());
 }
 

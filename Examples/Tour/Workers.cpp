@@ -75,8 +75,8 @@ private:
 
 }  // namespace
 
-// The caller only waits, also for a single thread: on some systems the mathematics of the C library rounds otherwise
-// on the main thread than on those that are started later.
+// The caller only waits, also for a single thread: then all work is done in the same floating-point mode, which threads
+// do not inherit from the main thread on every system.
 void ShareOut(int threads, int count, const std::function<void(int worker, int item)>& work)
 {
     Queue queue(count);
