@@ -24,7 +24,7 @@ public:
     }
 
     /// Leaves nothing for anybody to take, and keeps the first of the reasons.
-    void GiveUp(std::exception_ptr reason)
+    void GiveUp(const std::exception_ptr& reason)
     {
         const ZmMutexHolder holder(m_Mutex);
         m_Next = m_Count;
