@@ -28,6 +28,9 @@ extern const Contender kImaging;
 extern const Tasks kFoundationTasks;
 extern const Contender kFoundations;
 
+extern const Tasks kThreadTasks;
+extern const Contender kThreads;
+
 extern const Tasks kSingleTasks;
 extern const Contender kSingles;
 

@@ -30,7 +30,9 @@ void Measure(benchmark::State& state, const bench::Measurement& m)
 void Register()
 {
     for (const bench::Measurement& m : bench::Measurements()) {
-        benchmark::RegisterBenchmark(m.Name().c_str(), [&m](benchmark::State& state) { Measure(state, m); });
+        benchmark::RegisterBenchmark(m.Name().c_str(), [&m](benchmark::State& state) {
+            Measure(state, m);
+        })->MeasureProcessCPUTime();
     }
 }
 

@@ -64,10 +64,11 @@ public:
     /// The exit code, or CODE_RUNNING, which also stands for the exit code 259. 1; 0 and no code without a handle.
     int GetExitCode(unsigned int& code);
 
-    /// Ends the thread where it stands, with that exit code or 0 for null. 1, or 0 if the system did not do it. Only a
-    /// last resort: no destructor of the thread runs, and what it holds (locks, memory, the heap's own lock) stays
-    /// held for ever. The flags stay as they were. It may not have ended yet when this returns: Wait(). On Linux it is
-    /// stopped by a real-time signal, which it must not block.
+    /// Ends the thread where it stands, with that exit code or 0 for null. 1, also for a thread that has ended already,
+    /// which keeps its exit code; 0 without a handle, or if the system did not do it. Only a last resort: no destructor
+    /// of the thread runs, and what it holds (locks, memory, the heap's own lock) stays held for ever. The flags stay
+    /// as they were. It may not have ended yet when this returns: Wait(). On Linux it is stopped by a real-time signal,
+    /// which it must not block.
     int Terminate(const unsigned int* exitCode);
 
     /// Gives the handle back and forgets the thread, which goes on if it runs; nothing tells its end then, so the

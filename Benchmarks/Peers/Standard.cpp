@@ -1,9 +1,10 @@
-// The standard library's table and the C heap.
+// The standard library's table and threads, and the C heap.
 
 #include "../Stores.h"
 
 #include <stdlib.h>
 #include <string>
+#include <thread>
 #include <unordered_map>
 
 namespace bench {
@@ -16,12 +17,27 @@ struct HeapBlocks {
     static void Free(void* block) { free(block); }
 };
 
+void StartAndJoin(const Work& w)
+{
+    std::vector<std::thread> threads(size_t(w.count));
+    std::vector<int> numbers(threads.size());
+    for (size_t i = 0; i < threads.size(); ++i) {
+        numbers[i] = int(i);
+        threads[i] = std::thread([number = &numbers[i]] { ++*number; });
+    }
+    for (size_t i = 0; i < threads.size(); ++i) {
+        threads[i].join();
+        static_cast<float*>(w.dst)[i] = float(numbers[i]);
+    }
+}
+
 constexpr Entry kEntries[] = {
     {"Table/Insert", InsertAll<Table>},
     {"Table/Find", FindAll<Table>},
     {"Table/Iterate", VisitAll<Table>},
     {"Blocks/Fixed64", ExchangeBlocks<HeapBlocks>},
     {"Blocks/Pool64", ExchangeBlocks<HeapBlocks>},
+    {"Threads/StartAndJoin", StartAndJoin},
 };
 
 }  // namespace

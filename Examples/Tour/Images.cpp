@@ -1,31 +1,12 @@
 #include "Images.h"
 
+#include "Image.h"
 #include "Png.h"
-
-#include "ZmMath.h"
 
 #include <algorithm>
 #include <filesystem>
 
 namespace {
-
-/// A descriptor with pixels of its own. The bytes of the default are red, green and blue, as files want them.
-struct Image {
-    Image(int width, int height, ZM_PIXELFORMAT format = ZM_PF_24_BGR888)
-    {
-        ZmPixelFormat2ImageDesc(format, Desc);
-        Desc.Width = width;
-        Desc.Height = height;
-        Desc.BytesPerLine = width * Desc.BitsPerPixel / 8;
-        Pixels.resize(size_t(Desc.BytesPerLine) * size_t(height));
-        Desc.Pixels = Pixels.data();
-    }
-    Image(const Image&) = delete;
-    Image& operator=(const Image&) = delete;
-
-    ZmImageDescEx Desc = {};
-    std::vector<unsigned char> Pixels;
-};
 
 /// A rectangle of an image: it shares the pixels and the pitch.
 ZmImageDescEx Part(const ZmImageDescEx& image, int x, int y, int width, int height)

@@ -1,49 +1,85 @@
 #include "Options.h"
 
-#include "Settings.h"
-
 #include <cstdio>
+#include <cstring>
 
 namespace {
 
-bool ParseSize(const std::string& text, Options& options)
+bool ParseFolder(const char* text, Options& options)
+{
+    options.OutputFolder = text;
+    return true;
+}
+
+bool ParseScene(const char* text, Options& options)
+{
+    options.ScenePath = text;
+    options.SceneCamera = true;
+    return true;
+}
+
+bool ParseCamera(const char* text, Options& options)
+{
+    options.SceneCamera = std::strcmp(text, "scene") == 0;
+    options.Camera.reset();
+    return options.SceneCamera || ReadCamera(text, options.Camera.emplace());
+}
+
+bool ParseSize(const char* text, Options& options)
 {
     int used = 0;
-    const int found = std::sscanf(text.c_str(), "%5dx%5d%n", &options.Width, &options.Height, &used);
+    const int found = std::sscanf(text, "%5dx%5d%n", &options.Width, &options.Height, &used);
     const auto fits = [](int size) { return size >= kMinSize && size <= kMaxSize; };
-    return found == 2 && used == int(text.size()) && fits(options.Width) && fits(options.Height);
+    return found == 2 && text[used] == '\0' && fits(options.Width) && fits(options.Height);
 }
 
-bool ParseMouse(const std::string& text, Options& options)
+bool ParseMouse(const char* text, Options& options)
 {
     int used = 0;
-    const int found = std::sscanf(text.c_str(), "%7f,%7f%n", &options.MouseX, &options.MouseY, &used);
+    const int found = std::sscanf(text, "%7f,%7f%n", &options.MouseX, &options.MouseY, &used);
     const auto fits = [](float part) { return part >= 0 && part <= 1; };
-    return found == 2 && used == int(text.size()) && fits(options.MouseX) && fits(options.MouseY);
+    return found == 2 && text[used] == '\0' && fits(options.MouseX) && fits(options.MouseY);
 }
 
-}  // namespace
+bool ParseThreads(const char* text, Options& options)
+{
+    int used = 0;
+    const int found = std::sscanf(text, "%4d%n", &options.Threads, &used);
+    return found == 1 && text[used] == '\0' && options.Threads >= 1 && options.Threads <= 256;
+}
 
-bool ParseOptions(int argc, char** argv, Options& options, std::string& error)
+const struct ValueOption {
+    const char* Name;
+    bool (*Parse)(const char* text, Options& options);
+    const char* Takes;
+} kValueOptions[] = {
+    {"--output", ParseFolder, "a folder"},
+    {"--scene", ParseScene, "a file"},
+    {"--camera", ParseCamera, "HEIGHT,DOWN,VIEW, from 0.1 to 50, from -1 to 1 and from 0.1 to 2.5, or 'scene'"},
+    {"--size", ParseSize, "WIDTHxHEIGHT, each from 64 to 8192"},
+    {"--mouse", ParseMouse, "X,Y, each from 0 to 1"},
+    {"--threads", ParseThreads, "a number from 1 to 256"},
+};
+
+const ValueOption* FindValueOption(const std::string& name)
+{
+    for (const ValueOption& option : kValueOptions)
+        if (name == option.Name)
+            return &option;
+    return nullptr;
+}
+
+bool ParseArguments(int argc, char** argv, Options& options, std::string& error)
 {
     for (int i = 1; i < argc; ++i) {
         const std::string argument = argv[i];
-        const bool takesValue =
-            argument == "--output" || argument == "--scene" || argument == "--size" || argument == "--mouse";
-        if (takesValue && i + 1 == argc) {
-            error = argument + " needs a value";
+        if (const ValueOption* option = FindValueOption(argument)) {
+            if (++i == argc)
+                error = argument + " needs a value";
+            else if (!option->Parse(argv[i], options))
+                error = argument + " takes " + option->Takes + ", not " + argv[i];
         } else if (argument == "--help" || argument == "-h") {
             options.Help = true;
-        } else if (argument == "--output") {
-            options.OutputFolder = argv[++i];
-        } else if (argument == "--scene") {
-            options.ScenePath = argv[++i];
-        } else if (argument == "--size") {
-            if (!ParseSize(argv[++i], options))
-                error = std::string("--size takes WIDTHxHEIGHT, each from 64 to 8192, not ") + argv[i];
-        } else if (argument == "--mouse") {
-            if (!ParseMouse(argv[++i], options))
-                error = std::string("--mouse takes X,Y, each from 0 to 1, not ") + argv[i];
         } else if (argument.empty() || argument[0] == '-') {
             error = "unknown option '" + argument + "'";
         } else if (!options.MeshPath.empty()) {
@@ -54,24 +90,38 @@ bool ParseOptions(int argc, char** argv, Options& options, std::string& error)
         if (!error.empty())
             return false;
     }
+    return true;
+}
+
+}  // namespace
+
+bool ParseOptions(int argc, char** argv, Options& options, std::string& error)
+{
+    if (!ParseArguments(argc, argv, options, error))
+        return false;
     if (options.MeshPath.empty())
-        options.MeshPath = ZMTOUR_DEFAULT_MESH;
+        options.MeshPath = ZMTOUR_DATA "bunny.obj";
     if (options.ScenePath.empty())
-        options.ScenePath = ZMTOUR_DEFAULT_SCENE;
+        options.ScenePath = ZMTOUR_DATA "tour.cfg";
+    options.PebblesPath = ZMTOUR_DATA "pebbles.png";
     return true;
 }
 
 const char* Usage()
 {
-    return "Usage: ZmTour [mesh.obj] [--scene tour.cfg] [--output folder] [--size WxH] [--mouse X,Y]\n"
+    return "Usage: ZmTour [mesh.obj] [--scene tour.cfg] [--camera HEIGHT,DOWN,VIEW] [--output folder] [--size WxH]\n"
+           "              [--mouse X,Y] [--threads N]\n"
            "\n"
            "Draws a meadow with many copies of a mesh, using ZmMath for all of its geometry,\n"
            "writes tour.png and prints a short report.\n"
            "\n"
            "  mesh.obj         any Wavefront OBJ file; without it, the bunny of the examples\n"
            "  --scene tour.cfg camera, sun, models and size of the picture; without it, those of the examples\n"
+           "  --camera H,D,V   its height, how far it looks down, how wide its view is; later tours begin with it,\n"
+           "                   until one is given a scene or --camera scene, which takes the scene's own again\n"
            "  --output folder  where tour.png goes, created if missing (default: here)\n"
            "  --size WxH       size of the picture in pixels (default: what the scene says)\n"
            "  --mouse X,Y      the point to pick at, in parts of width and height (default: 0.258,0.81)\n"
+           "  --threads N      how many draw (default: as many as there are processors)\n"
            "  --help           this text\n";
 }

@@ -3,6 +3,7 @@
 #include "Noise.h"
 #include "Raster.h"
 #include "View.h"
+#include "Workers.h"
 
 #include <algorithm>
 #include <cmath>
@@ -12,7 +13,8 @@ namespace {
 const int kSamples = 3;  // a side: nine in each pixel
 const int kStripRows = 32;
 
-// Some rows of the picture at the resolution of the samples.
+// Some rows of the picture at the resolution of the samples. One thread draws it, and uses its memory again for its
+// next rows.
 class Strip {
 public:
     Strip(int width, int height) : m_Width(width * kSamples), m_Height(height * kSamples) {}
@@ -21,11 +23,14 @@ public:
     void Draw(const VisibleModel& visible, const ZmMatrix& worldToClip);
     void Resolve(const Scene& scene, const Shading& shading, Picture& picture) const;
 
+    size_t TransformedVertices() const { return m_Vertices; }
+
 private:
     ZmVector PixelLight(const Scene& scene, const Shading& shading, int x, int y) const;
 
     int m_Width, m_Height;  // of the whole picture, in samples
     int m_Top = 0, m_Bottom = 0;
+    size_t m_Vertices = 0;
     std::vector<Surface> m_Surfaces;
     TransformedMesh m_Scratch;
 };
@@ -44,6 +49,7 @@ void Strip::Draw(const VisibleModel& visible, const ZmMatrix& worldToClip)
     Zm3DMultiplyMatrix4(modelToClip, worldToClip, model.World);
     m_Scratch.ToClipSpace(*model.Shape, modelToClip);
     m_Scratch.TurnNormals(*model.Shape, model.World);
+    m_Vertices += model.Shape->Vertices.size();
 
     const RasterTarget target = {m_Width, m_Height, {0, m_Top, m_Width, m_Bottom}};
     DrawMesh(*model.Shape, m_Scratch, model.HasTwoSides(), target, [&](const Sample& sample) {
@@ -112,24 +118,25 @@ void Strip::Resolve(const Scene& scene, const Shading& shading, Picture& picture
 }  // namespace
 
 Picture DrawPicture(const Scene& scene, const std::vector<VisibleModel>& visible, const ZmMatrix& worldToClip,
-                    const Shading& shading, int width, int height, DrawCounts& counts)
+                    const Shading& shading, int width, int height, int threads, DrawCounts& counts)
 {
     const size_t pixels = size_t(width) * size_t(height);
     Picture picture = {width, height, std::vector<uint32_t>(pixels), std::vector<float>(pixels)};
+    std::vector<Strip> strips(size_t(threads), Strip(width, height));
+    ShareOut(threads, (height + kStripRows - 1) / kStripRows, [&](int worker, int item) {
+        const int row = item * kStripRows, endRow = std::min(row + kStripRows, height);
+        Strip& strip = strips[size_t(worker)];
+        strip.Begin(row, endRow);
+        for (const VisibleModel& model : visible)
+            if (model.FirstRow < endRow && model.EndRow > row)
+                strip.Draw(model, worldToClip);
+        strip.Resolve(scene, shading, picture);
+    });
+
+    counts = {};
+    for (const Strip& strip : strips)
+        counts.Vertices += strip.TransformedVertices();
     for (const VisibleModel& model : visible)
         counts.Triangles += model.Shown->Shape->TriangleCount();
-
-    Strip strip(width, height);
-    for (int row = 0; row < height; row += kStripRows) {
-        const int endRow = std::min(row + kStripRows, height);
-        strip.Begin(row, endRow);
-        for (const VisibleModel& model : visible) {
-            if (model.FirstRow >= endRow || model.EndRow <= row)
-                continue;
-            strip.Draw(model, worldToClip);
-            counts.Vertices += model.Shown->Shape->Vertices.size();
-        }
-        strip.Resolve(scene, shading, picture);
-    }
     return picture;
 }

@@ -18,7 +18,7 @@ struct DrawCounts {
     size_t Triangles = 0;  ///< of all visible models
 };
 
-/// Draws the visible models in strips from top to bottom, each with several samples a
-/// pixel: transforms, rasterises, lights and averages them.
+/// Draws the visible models in strips, each with several samples a pixel: transforms, rasterises, lights and averages
+/// them. Threads share the strips, with buffers of their own; the picture is the same for any number of them.
 Picture DrawPicture(const Scene& scene, const std::vector<VisibleModel>& visible, const ZmMatrix& worldToClip,
-                    const Shading& shading, int width, int height, DrawCounts& counts);
+                    const Shading& shading, int width, int height, int threads, DrawCounts& counts);

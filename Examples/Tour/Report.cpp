@@ -1,7 +1,5 @@
 #include "Report.h"
 
-#include "View.h"
-
 #include <algorithm>
 #include <cstdio>
 
@@ -74,29 +72,60 @@ void PrintTransformSpeed(const Mesh& statue, const ZmMatrix& matrix)
     std::printf("  vector path  %7.0f million vertices/s, %.1f times as fast\n", vector, vector / scalar);
 }
 
-}  // namespace
-
-void PrintReport(const Mesh& statue, const Scene& scene, size_t visibleModels, const Picture& picture,
-                 const DrawCounts& counts, const PickedTriangle& picked, const StageTimes& times,
-                 const std::string& path)
+const char* Described(CameraSource source)
 {
-    const size_t tested = scene.Models.size();
+    switch (source) {
+    case CameraSource::SCENE: return "as the scene says";
+    case CameraSource::COMMAND_LINE: return "as asked for";
+    case CameraSource::LAST_TOUR: return "as in the last tour; --camera scene takes the scene's";
+    }
+    return "";
+}
+
+void PrintScene(const Tour& tour)
+{
+    const std::vector<Model>& models = tour.Meadow.Models;
     const auto isStatue = [](const Model& model) { return model.Made == Material::Statue; };
-    const auto copies = std::count_if(scene.Models.begin(), scene.Models.end(), isStatue);
-    std::printf("Processor   %s\n", WithSingleSpaces(GetProcessorDescription()).c_str());
-    std::printf("Mesh        %zu vertices, %zu triangles, %td copies\n", statue.Vertices.size(), statue.TriangleCount(),
-                copies);
-    std::printf("Boxes       %zu tested, %zu culled\n", tested, tested - visibleModels);
-    std::printf("Drawn       %zu triangles, %zu vertices transformed\n", counts.Triangles, counts.Vertices);
+    std::printf("Mesh        %zu vertices, %zu triangles, %td copies\n", tour.Statue.Vertices.size(),
+                tour.Statue.TriangleCount(), std::count_if(models.begin(), models.end(), isStatue));
+    const CameraSettings& camera = tour.Said.Camera;
+    std::printf("Camera      %g,%g,%g, %s\n", double(camera.EyeHeight), double(camera.LookDown),
+                double(camera.FieldOfView), Described(tour.CameraOf));
+    std::printf("Boxes       %zu tested, %zu culled\n", models.size(), models.size() - tour.Visible.size());
+}
+
+void PrintPicked(const PickedTriangle& picked)
+{
     if (picked.Of)
         std::printf("Picked      triangle %zu of %zu, %.2f units away\n", picked.Triangle,
                     picked.Of->Shape->TriangleCount(), double(picked.Distance));
     else
         std::printf("Picked      nothing but sky\n");
-    std::printf("Time        load %.0f ms, scene %.0f ms, shadows %.0f ms, picture %.0f ms, picking %.1f ms, lines "
-                "%.1f ms, files %.0f ms\n",
-                double(times.Load), double(times.Build), double(times.Shadows), double(times.Draw), double(times.Pick),
-                double(times.Overlay), double(times.Save));
-    PrintTransformSpeed(statue, PerspectiveView(scene.Camera));
-    std::printf("Picture     %dx%d, %s\n", picture.Width, picture.Height, path.c_str());
+}
+
+void PrintTimes(const std::vector<Tour::StageTime>& times)
+{
+    const char* before = "Time        ";
+    for (const Tour::StageTime& time : times) {
+        if (time.Milliseconds < 0.5f)
+            continue;
+        std::printf("%s%s %.0f ms", before, time.Stage, double(time.Milliseconds));
+        before = ", ";
+    }
+    std::printf("\n");
+}
+
+}  // namespace
+
+void PrintReport(const Tour& tour)
+{
+    std::printf("Processor   %s\n", WithSingleSpaces(GetProcessorDescription()).c_str());
+    PrintScene(tour);
+    std::printf("Drawn       %zu triangles, %zu vertices transformed\n", tour.Counts.Triangles, tour.Counts.Vertices);
+    std::printf("Frames      %.2f a second on 1 thread, %.2f on %d, with the same pixels\n",
+                double(1000 / tour.FrameOnOne), double(1000 / tour.FrameOnAll), tour.Threads);
+    PrintPicked(tour.Picked);
+    PrintTimes(tour.Times);
+    PrintTransformSpeed(tour.Statue, tour.WorldToClip);
+    std::printf("Picture     %dx%d, %s\n", tour.Drawn.Width, tour.Drawn.Height, tour.Files.front().c_str());
 }

@@ -10,7 +10,7 @@ void Scene::Add(const Mesh& shape, Material made, const ZmMatrix& world, const Z
     Models.push_back(model);
 }
 
-std::vector<VisibleModel> CullModels(const Scene& scene, const ZmMatrix& worldToClip, int width, int height)
+std::vector<VisibleModel> ModelsInView(const Scene& scene, const ZmMatrix& worldToClip, int width, int height)
 {
     const ZmRect screen(0, 0, float(width), float(height));
     std::vector<VisibleModel> visible;

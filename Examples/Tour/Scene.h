@@ -48,4 +48,4 @@ struct VisibleModel {
 };
 
 /// The models whose world boxes are not wholly outside the view, nearest first.
-std::vector<VisibleModel> CullModels(const Scene& scene, const ZmMatrix& worldToClip, int width, int height);
+std::vector<VisibleModel> ModelsInView(const Scene& scene, const ZmMatrix& worldToClip, int width, int height);

@@ -6,6 +6,16 @@
 
 namespace {
 
+const struct {
+    const char* Name;
+    float CameraSettings::*Field;
+    float Low, High;
+} kCamera[] = {
+    {"EyeHeight", &CameraSettings::EyeHeight, 0.1f, 50},
+    {"LookDown", &CameraSettings::LookDown, -1, 1},
+    {"FieldOfView", &CameraSettings::FieldOfView, 0.1f, 2.5f},
+};
+
 // The configuration keeps no lines. So a text that says where something is wrong looks for the place: the line of an
 // entry, or of the tag of a section if the name is empty; the last line if there is none.
 int LineOf(const std::string& scene, const std::string& section, const std::string& name)
@@ -154,9 +164,9 @@ private:
     bool Camera()
     {
         return HasOnly("Camera", {"EyeHeight", "LookDown", "FieldOfView"}) &&
-               Float("Camera", "EyeHeight", 0.1f, 50, m_Settings.EyeHeight) &&
-               Float("Camera", "LookDown", -1, 1, m_Settings.LookDown) &&
-               Float("Camera", "FieldOfView", 0.1f, 2.5f, m_Settings.FieldOfView);
+               std::all_of(std::begin(kCamera), std::end(kCamera), [&](const auto& number) {
+                   return Float("Camera", number.Name, number.Low, number.High, m_Settings.Camera.*number.Field);
+               });
     }
 
     bool Sun()
@@ -207,6 +217,27 @@ private:
 };
 
 }  // namespace
+
+bool ReadCamera(const char* text, CameraSettings& res)
+{
+    CameraSettings read;
+    int used = 0;
+    const int found = std::sscanf(text, "%f,%f,%f%n", &read.EyeHeight, &read.LookDown, &read.FieldOfView, &used);
+    if (found != 3 || text[used] != '\0')
+        return false;
+    for (const auto& number : kCamera)
+        if (!(read.*number.Field >= number.Low && read.*number.Field <= number.High))
+            return false;
+    res = read;
+    return true;
+}
+
+std::string CameraText(const CameraSettings& camera)
+{
+    XString text;
+    text.Format("%.9g,%.9g,%.9g", double(camera.EyeHeight), double(camera.LookDown), double(camera.FieldOfView));
+    return text.Text();
+}
 
 bool ReadSettings(const std::string& path, const std::string& text, Settings& settings, std::string& error)
 {

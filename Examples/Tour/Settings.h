@@ -11,10 +11,14 @@ struct Spot {
     size_t Color;
 };
 
+struct CameraSettings {
+    float EyeHeight, LookDown, FieldOfView;
+};
+
 /// What the scene file says; Data/tour.cfg explains it.
 struct Settings {
     int Width, Height;
-    float EyeHeight, LookDown, FieldOfView;
+    CameraSettings Camera;
     ZmVector TowardsSun, SunColor;
     int MostTriangles;
     std::vector<ZmVector> Colors;
@@ -23,6 +27,13 @@ struct Settings {
 
 const int kMinSize = 64;
 const int kMaxSize = 8192;
+
+/// Three numbers with commas between them, in the order of the record and within the limits of scene files. False when
+/// `text` is something else.
+bool ReadCamera(const char* text, CameraSettings& res);
+
+/// What ReadCamera() reads back to the same bits.
+std::string CameraText(const CameraSettings& camera);
 
 /// Reads the text of a scene file. False with a message in `error`, which begins with the file's path and the line,
 /// when something is missing, unknown or makes no sense.

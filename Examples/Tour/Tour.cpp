@@ -1,17 +1,20 @@
-// The tour: a mesh is loaded, copied over a meadow, culled, transformed, lit, drawn
-// and written as a PNG file. The stages follow each other in RunTour().
+// The tour. Its stages stand below in kStages, in the order of the functions above it; each of them shows one family
+// of the library, and returns false with a reason in tour.Error when it fails. What makes the picture pretty is in
+// Drawing/.
+
+#include "Tour.h"
 
 #include "Archive.h"
 #include "Bake.h"
 #include "Images.h"
+#include "LastCamera.h"
 #include "Log.h"
 #include "Meadow.h"
 #include "ObjReader.h"
-#include "Options.h"
 #include "Overlay.h"
-#include "Picture.h"
 #include "Report.h"
 #include "View.h"
+#include "Workers.h"
 
 #include <cstdio>
 #include <exception>
@@ -21,102 +24,186 @@
 
 namespace {
 
-bool LoadScene(const std::string& archive, const Options& options, Settings& settings, std::string& error)
+bool OpenLog(Tour& tour)
 {
-    std::string text;
-    if (!ReadPacked(archive, options.ScenePath, text, error) || !ReadSettings(options.ScenePath, text, settings, error))
-        return false;
-    if (options.Width != 0) {
-        settings.Width = options.Width;
-        settings.Height = options.Height;
-    }
-    return true;
-}
-
-bool LoadStatue(const std::string& archive, const std::string& path, Mesh& mesh, std::string& error)
-{
-    std::string text;
-    if (!ReadPacked(archive, path, text, error))
-        return false;
-    std::istringstream file(text);
-    if (!ReadObj(file, mesh, error)) {
-        error = path + ": " + error;
-        return false;
-    }
-    if (!PrepareMesh(mesh)) {
-        error = path + ": the mesh has no size";
-        return false;
-    }
-    BakeAmbientLight(mesh);
-    return true;
-}
-
-bool MakeFolder(const std::string& folder, std::string& error)
-{
+    const std::string& folder = tour.Asked.OutputFolder;
     std::error_code code;
     std::filesystem::create_directories(folder, code);
-    if (std::filesystem::is_directory(folder, code))
+    if (!std::filesystem::is_directory(folder, code)) {
+        tour.Error = folder + ": is not a folder and cannot become one";
+        return false;
+    }
+    StartLog(folder);
+    return true;
+}
+
+bool PackArchive(Tour& tour)
+{
+    tour.Archive = (std::filesystem::path(tour.Asked.OutputFolder) / "tour.zmbg").string();
+    return PackFiles(tour.Archive, {tour.Asked.ScenePath, tour.Asked.MeshPath, tour.Asked.PebblesPath}, tour.Error);
+}
+
+bool LoadConfiguration(Tour& tour)
+{
+    std::string text;
+    if (!ReadPacked(tour.Archive, tour.Asked.ScenePath, text, tour.Error) ||
+        !ReadSettings(tour.Asked.ScenePath, text, tour.Said, tour.Error))
+        return false;
+    if (tour.Asked.Width != 0) {
+        tour.Said.Width = tour.Asked.Width;
+        tour.Said.Height = tour.Asked.Height;
+    }
+    return true;
+}
+
+bool ChooseCamera(Tour& tour)
+{
+    tour.CameraOf = CameraSource::SCENE;
+    if (tour.Asked.Camera) {
+        tour.Said.Camera = *tour.Asked.Camera;
+        tour.CameraOf = CameraSource::COMMAND_LINE;
+    } else if (!tour.Asked.SceneCamera && RecallCamera(tour.Said.Camera)) {
+        tour.CameraOf = CameraSource::LAST_TOUR;
+    }
+    return true;
+}
+
+bool LoadMesh(Tour& tour)
+{
+    const std::string& path = tour.Asked.MeshPath;
+    std::string text;
+    if (!ReadPacked(tour.Archive, path, text, tour.Error))
+        return false;
+    std::istringstream file(text);
+    if (!ReadObj(file, tour.Statue, tour.Error)) {
+        tour.Error = path + ": " + tour.Error;
+        return false;
+    }
+    if (!PrepareMesh(tour.Statue)) {
+        tour.Error = path + ": the mesh has no size";
+        return false;
+    }
+    return true;
+}
+
+bool LoadImage(Tour& tour)
+{
+    std::string file;
+    if (!ReadPacked(tour.Archive, tour.Asked.PebblesPath, file, tour.Error))
+        return false;
+    if (tour.Pebbles.Load(file))
         return true;
-    error = folder + ": is not a folder and cannot become one";
+    tour.Error = tour.Asked.PebblesPath + ": is no PNG file of at most 4096 x 4096 pixels";
     return false;
 }
 
-// Milliseconds since the last call.
-float Lap(ZmTimeProfiler& clock)
+bool PlaceModels(Tour& tour)
 {
-    const float time = clock.Current();
-    clock.Reset();
-    return time;
+    BakeAmbientLight(tour.Statue);
+    BuildMeadow(tour.Meadow, tour.Statue, tour.Said);
+    return true;
 }
 
-bool RunTour(const Options& options, std::string& error)
+bool CullModels(Tour& tour)
+{
+    tour.WorldToClip = PerspectiveView(tour.Meadow.Camera);
+    tour.Visible = ModelsInView(tour.Meadow, tour.WorldToClip, tour.Said.Width, tour.Said.Height);
+    return true;
+}
+
+// A frame: the shadow maps, then the picture.
+float DrawFrame(const Tour& tour, int threads, Picture& picture, DrawCounts& counts)
 {
     ZmTimeProfiler clock;
-    StageTimes times{};
     clock.Reset();
-    Settings settings;
-    Mesh statue;
-    if (!MakeFolder(options.OutputFolder, error))
-        return false;
-    StartLog(options.OutputFolder);
-    const std::string archive = (std::filesystem::path(options.OutputFolder) / "tour.zmbg").string();
-    if (!PackFiles(archive, {options.ScenePath, options.MeshPath}, error) ||
-        !LoadScene(archive, options, settings, error) || !LoadStatue(archive, options.MeshPath, statue, error))
-        return false;
-    times.Load = Lap(clock);
-    Info(__LINE__).PrintMT("%s: %d vertices, loaded and baked in %.1f ms", options.MeshPath.c_str(),
-                           int(statue.Vertices.size()), double(times.Load));
+    const Shading shading(tour.Meadow, tour.Pebbles, threads);
+    picture = DrawPicture(tour.Meadow, tour.Visible, tour.WorldToClip, shading, tour.Said.Width, tour.Said.Height,
+                          threads, counts);
+    return clock.Current();
+}
 
-    Scene scene;
-    BuildMeadow(scene, statue, settings);
-    const ZmMatrix worldToClip = PerspectiveView(scene.Camera);
-    const std::vector<VisibleModel> visible = CullModels(scene, worldToClip, settings.Width, settings.Height);
-    times.Build = Lap(clock);
-    Info(__LINE__).PrintMT("%d of the models are in view", int(visible.size()));
+bool DrawOnAllProcessors(Tour& tour)
+{
+    tour.Threads = tour.Asked.Threads != 0 ? tour.Asked.Threads : ProcessorCount();
+    tour.FrameOnAll = DrawFrame(tour, tour.Threads, tour.Drawn, tour.Counts);
+    return true;
+}
 
-    const Shading shading(scene);
-    times.Shadows = Lap(clock);
-
+bool DrawOnOneProcessor(Tour& tour)
+{
+    Picture picture;
     DrawCounts counts;
-    Picture picture = DrawPicture(scene, visible, worldToClip, shading, settings.Width, settings.Height, counts);
-    times.Draw = Lap(clock);
-    Info(__LINE__).PrintMT("drawn in %.1f ms", double(times.Draw));
+    tour.FrameOnOne = DrawFrame(tour, 1, picture, counts);
+    if (picture.Pixels == tour.Drawn.Pixels)
+        return true;
+    tour.Error = "one thread has drawn another picture than " + std::to_string(tour.Threads);
+    return false;
+}
 
-    const ZmRay mouse = RayThrough(scene.Camera, options.MouseX * float(settings.Width),
-                                   options.MouseY * float(settings.Height), settings.Width, settings.Height);
-    const PickedTriangle picked = Pick(visible, mouse);
-    times.Pick = Lap(clock);
-    DrawOverlay(picture, scene, worldToClip, mouse, picked);
-    times.Overlay = Lap(clock);
+bool PickTriangle(Tour& tour)
+{
+    const int width = tour.Said.Width, height = tour.Said.Height;
+    tour.Mouse = RayThrough(tour.Meadow.Camera, tour.Asked.MouseX * float(width), tour.Asked.MouseY * float(height),
+                            width, height);
+    tour.Picked = Pick(tour.Visible, tour.Mouse);
+    return true;
+}
 
-    std::vector<std::string> paths;
-    if (!SaveImages(picture, options.OutputFolder, paths, error))
-        return false;
-    times.Save = Lap(clock);
-    for (const std::string& path : paths)
-        Info(__LINE__).PrintMT("%s is written", path.c_str());
+bool DrawBoxes(Tour& tour)
+{
+    DrawOverlay(tour.Drawn, tour.Meadow, tour.WorldToClip, tour.Mouse, tour.Picked);
+    return true;
+}
 
-    PrintReport(statue, scene, visible.size(), picture, counts, picked, times, paths.front());
+bool WriteImages(Tour& tour)
+{
+    return SaveImages(tour.Drawn, tour.Asked.OutputFolder, tour.Files, tour.Error);
+}
+
+// In the user's settings, for the next tour; a camera of the scene is not, so that changes of the scene are seen.
+bool KeepCamera(Tour& tour)
+{
+    RememberCamera(tour.CameraOf == CameraSource::SCENE ? nullptr : &tour.Said.Camera);
+    return true;
+}
+
+bool WriteReport(Tour& tour)
+{
+    PrintReport(tour);
+    return true;
+}
+
+const struct {
+    const char* Name;
+    bool (*Run)(Tour& tour);
+} kStages[] = {
+    {"log", OpenLog},
+    {"archive", PackArchive},
+    {"configuration", LoadConfiguration},
+    {"camera", ChooseCamera},
+    {"mesh", LoadMesh},
+    {"image", LoadImage},
+    {"models", PlaceModels},
+    {"culling", CullModels},
+    {"frame", DrawOnAllProcessors},
+    {"frame on one processor", DrawOnOneProcessor},
+    {"picking", PickTriangle},
+    {"boxes", DrawBoxes},
+    {"pictures", WriteImages},
+    {"settings", KeepCamera},
+    {"report", WriteReport},
+};
+
+bool Run(Tour& tour)
+{
+    ZmTimeProfiler clock;
+    for (const auto& stage : kStages) {
+        clock.Reset();
+        if (!stage.Run(tour))
+            return false;
+        tour.Times.push_back({stage.Name, clock.Current()});
+        Info(__LINE__).PrintMT("%s: %.1f ms", stage.Name, double(tour.Times.back().Milliseconds));
+    }
     return true;
 }
 
@@ -124,23 +211,22 @@ bool RunTour(const Options& options, std::string& error)
 
 int main(int argc, char** argv)
 {
-    Options options;
-    std::string error;
-    if (!ParseOptions(argc, argv, options, error)) {
-        std::fprintf(stderr, "ZmTour: %s\n\n%s", error.c_str(), Usage());
+    Tour tour;
+    if (!ParseOptions(argc, argv, tour.Asked, tour.Error)) {
+        std::fprintf(stderr, "ZmTour: %s\n\n%s", tour.Error.c_str(), Usage());
         return 2;
     }
-    if (options.Help) {
+    if (tour.Asked.Help) {
         std::fputs(Usage(), stdout);
         return 0;
     }
     try {
-        if (RunTour(options, error))
+        if (Run(tour))
             return 0;
     } catch (const std::exception& exception) {
-        error = exception.what();
+        tour.Error = exception.what();
     }
-    Error(__LINE__).PrintMT("%s", error.c_str());
-    std::fprintf(stderr, "ZmTour: %s\n", error.c_str());
+    Error(__LINE__).PrintMT("%s", tour.Error.c_str());
+    std::fprintf(stderr, "ZmTour: %s\n", tour.Error.c_str());
     return 1;
 }

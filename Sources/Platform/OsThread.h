@@ -37,7 +37,8 @@ ThreadWait WaitForThread(void* thread, unsigned timeoutMs);
 bool ThreadExitCode(void* thread, unsigned& code);
 constexpr unsigned kThreadRuns = 259;
 
-/// Ends a thread where it stands, without its destructors; it may be the calling one. Whether the system did it.
+/// Ends a thread where it stands, without its destructors; it may be the calling one. One that has ended keeps its exit
+/// code. False for null, and where the system refuses.
 bool StopThread(void* thread, unsigned exitCode);
 
 /// Frees a handle. The thread may run on.

@@ -154,6 +154,11 @@ TEST(ZmThreadTest, TerminatedWhereverItStands)
     EXPECT_EQ(waits.Code(), 77u);
     EXPECT_EQ(sleeps.Code(), 0u);
     EXPECT_TRUE(sleeps.IsCreated() && sleeps.IsStarted()) << "it never came to its end";
+
+    Worker returned;
+    ASSERT_TRUE(returned.Start() == 1 && returned.Code() == 53);
+    EXPECT_EQ(returned.Terminate(&given) + waits.Terminate(nullptr), 2) << "have ended, by themselves and so";
+    EXPECT_TRUE(returned.Code() == 53 && waits.Code() == 77) << "and keep their codes";
 }
 
 // The sanitizers count what stays behind. Every other handle is closed at once, and nothing tells then when the object

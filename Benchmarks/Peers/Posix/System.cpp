@@ -5,9 +5,11 @@
 
 #include <fcntl.h>
 #include <filesystem>
+#include <pthread.h>
 #include <stdio.h>
 #include <string.h>
 #include <unistd.h>
+#include <vector>
 
 namespace bench {
 namespace {
@@ -102,10 +104,30 @@ void CopyArchive(const Work&)
     CopyFile(ArchiveFile());
 }
 
+void* Raise(void* number)
+{
+    ++*static_cast<int*>(number);
+    return nullptr;
+}
+
+void StartAndJoin(const Work& w)
+{
+    std::vector<pthread_t> threads(size_t(w.count));
+    std::vector<int> numbers(threads.size());
+    for (size_t i = 0; i < threads.size(); ++i) {
+        numbers[i] = int(i);
+        pthread_create(&threads[i], nullptr, Raise, &numbers[i]);
+    }
+    for (size_t i = 0; i < threads.size(); ++i) {
+        pthread_join(threads[i], nullptr);
+        static_cast<float*>(w.dst)[i] = float(numbers[i]);
+    }
+}
+
 constexpr Entry kEntries[] = {
     {"Log/LineBesideWrite", WriteLines}, {"Read/16", ReadAll<16>},      {"Read/64", ReadAll<64>},
     {"Read/256", ReadAll<256>},          {"Read/Random", ReadRandom},   {"Folder/Walk", WalkFolder},
-    {"Stream/Copy", CopyLargeFile},      {"Archive/Save", CopyArchive},
+    {"Stream/Copy", CopyLargeFile},      {"Archive/Save", CopyArchive}, {"Threads/StartAndJoin", StartAndJoin},
 };
 
 }  // namespace

@@ -347,7 +347,10 @@ bool StopThread(void* thread, unsigned exitCode)
     }
     Thread& stopped = *static_cast<Thread*>(thread);
     const EndLockHolder holder(stopped);
-    if (StopSignal() == 0 || stopped.state == ENDED) {
+    if (stopped.state == ENDED) {
+        return true;
+    }
+    if (StopSignal() == 0) {
         return false;
     }
     stopped.stopCode = exitCode;

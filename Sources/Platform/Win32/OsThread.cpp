@@ -97,8 +97,12 @@ bool ThreadExitCode(void* thread, unsigned& code)
     return true;
 }
 
+// A thread that has ended needs no stopping; Wine would give it the new exit code.
 bool StopThread(void* thread, unsigned exitCode)
 {
+    if (WaitForSingleObject(thread, 0) == WAIT_OBJECT_0) {
+        return true;
+    }
     return TerminateThread(thread, exitCode) != 0;
 }
 

@@ -11,7 +11,8 @@ public:
         kMapCount = 3
     };
 
-    explicit Shadows(const Scene& scene);
+    /// Draws the maps, each on a thread of its own if there are so many.
+    Shadows(const Scene& scene, int threads);
 
     /// Share of the sun, 0 to 1, that reaches `point` on a surface with unit `normal`.
     /// The edge of a shadow softens with the distance from what throws it. `distance` is

@@ -1,6 +1,7 @@
 #include "Shadows.h"
 
 #include "View.h"
+#include "Workers.h"
 
 #include <cmath>
 
@@ -49,10 +50,9 @@ Zm2DVector DiscPoint(int index, int count, float turn)
 
 }  // namespace
 
-Shadows::Shadows(const Scene& scene) : m_WorldToSun(LookAlong(-scene.Light.Towards))
+Shadows::Shadows(const Scene& scene, int threads) : m_WorldToSun(LookAlong(-scene.Light.Towards))
 {
-    for (int i = 0; i < kMapCount; ++i)
-        DrawMap(scene, i);
+    ShareOut(threads, kMapCount, [&](int, int index) { DrawMap(scene, index); });
 }
 
 void Shadows::DrawMap(const Scene& scene, int index)

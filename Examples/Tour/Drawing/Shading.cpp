@@ -40,18 +40,17 @@ ZmVector GrassColor(const ZmVector& p)
     return color * (0.68f + 0.36f * patchy);
 }
 
-ZmVector GroundColor(const ZmVector& p)
+// How much of the ground is path: 1 in its middle, 0 in the grass.
+float PathShare(const ZmVector& p)
 {
     const float rough = 0.3f * (Noise(0.9f * p.x, 0.9f * p.z) - 0.5f);
-    const float fromPath = PathDistance(p.x, p.z) + rough;
-    if (fromPath > 1.1f)
-        return GrassColor(p);
-    // Gravel that fades before it is too fine for the samples.
-    const float gravel = 0.5f + (Turbulence(14 * p.x, 14 * p.z, 3) - 0.5f) * (1 - SmoothStep(8, 22, p.z));
-    const float broad = Turbulence(1.3f * p.x, 1.3f * p.z, 3);
-    const ZmVector earth = Mix({0.24f, 0.16f, 0.09f}, {0.46f, 0.34f, 0.21f}, 0.55f * broad + 0.45f * gravel);
-    const float path = (1 - SmoothStep(0.5f, 1.1f, fromPath)) * (1 - SmoothStep(120, 170, p.z));
-    return Mix(GrassColor(p), earth, path);
+    return (1 - SmoothStep(0.5f, 1.1f, PathDistance(p.x, p.z) + rough)) * (1 - SmoothStep(120, 170, p.z));
+}
+
+// Pebbles that fade before they are too fine for the samples.
+float PebbleShare(const ZmVector& p)
+{
+    return 1 - SmoothStep(8, 26, p.z);
 }
 
 // 1 where single blades of grass are seen, 0 where they blend.
@@ -80,10 +79,32 @@ ZmVector Shading::SkyLight(const ZmVector& direction) const
     return Mix(sky, ZmVector(1.5f, 1.42f, 1.36f) + kSunGlow * 0.2f, 0.85f * cloud);
 }
 
-ZmVector Shading::Color(const Hit& hit)
+ZmVector Shading::GroundColor(const Hit& hit) const
+{
+    const ZmVector &p = hit.Point, grass = GrassColor(p);
+    const float path = PathShare(p);
+    if (path <= 0)
+        return grass;
+    const float height = m_Pebbles.At(p.x, p.z, hit.Distance).Height;
+    const float pebbles = 0.5f + (height - 0.5f) * PebbleShare(p);
+    const float broad = Turbulence(1.3f * p.x, 1.3f * p.z, 3);
+    return Mix(grass, Mix({0.24f, 0.16f, 0.09f}, {0.46f, 0.34f, 0.21f}, 0.55f * broad + 0.45f * pebbles), path);
+}
+
+ZmVector Shading::GroundNormal(const Hit& hit) const
+{
+    const ZmVector& p = hit.Point;
+    const float share = PebbleShare(p) > 0 ? PathShare(p) * PebbleShare(p) : 0;
+    if (share <= 0)
+        return hit.Normal;
+    const Relief::Point pebbles = m_Pebbles.At(p.x, p.z, hit.Distance);
+    return Unit(hit.Normal - ZmVector(pebbles.SlopeX, 0, pebbles.SlopeZ) * share);
+}
+
+ZmVector Shading::Color(const Hit& hit) const
 {
     switch (hit.Of.Shown->Made) {
-    case Material::Ground: return GroundColor(hit.Point);
+    case Material::Ground: return GroundColor(hit);
     case Material::Grass:
         // Blades differ close by; far away only their average is left.
         return GrassColor(hit.Point) * (1 + Closeness(hit.Distance) * (1.1f * hit.Of.Ground - 0.35f));
@@ -140,6 +161,8 @@ ZmVector Shading::Light(const Surface& surface, const ZmVector& ray, float turn)
     Hit hit = {surface, m_Scene.Camera.Origin + ray * distance, Unit(surface.Normal), -direction, distance};
     if (surface.Shown->IsLeaf() && hit.Normal.y < 0)
         hit.Normal = -hit.Normal;  // thin enough to be lit from above on both sides
+    if (surface.Shown->Made == Material::Ground)
+        hit.Normal = GroundNormal(hit);
     const float haze = 1 - std::exp(-std::max(0.0f, distance - 6) / kHazeLength);
     return Mix(SurfaceLight(hit, turn), Times(Haze(direction), kHazeOnSurfaces), haze);
 }

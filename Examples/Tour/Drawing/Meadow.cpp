@@ -14,10 +14,10 @@ const size_t kFewestCopies = 12;
 void PlaceCamera(Scene& scene, const Settings& settings)
 {
     ZmMatrix turn;
-    Zm3DMatrixFromEulerAngles(turn, settings.LookDown, 0, 0);
-    const ZmVector origin(0, GroundHeight(0, 0) + settings.EyeHeight, 0);
+    Zm3DMatrixFromEulerAngles(turn, settings.Camera.LookDown, 0, 0);
+    const ZmVector origin(0, GroundHeight(0, 0) + settings.Camera.EyeHeight, 0);
     scene.Camera = ZmFrustum(origin, Rotate(turn, ZmVector::axisX()), Rotate(turn, ZmVector::axisY()),
-                             Rotate(turn, ZmVector::axisZ()), 0.25f, 900, settings.FieldOfView,
+                             Rotate(turn, ZmVector::axisZ()), 0.25f, 900, settings.Camera.FieldOfView,
                              float(settings.Height) / float(settings.Width));
 }
 

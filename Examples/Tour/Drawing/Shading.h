@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ContactShade.h"
+#include "Relief.h"
 #include "Scene.h"
 #include "Shadows.h"
 
@@ -15,10 +16,14 @@ struct Surface {
 /// Turns surfaces into light: red, green and blue, linear, without upper bound.
 class Shading {
 public:
-    explicit Shading(const Scene& scene) : m_Scene(scene), m_Shadows(scene), m_Contact(scene) {}
+    /// Draws the shadow maps, on so many threads. Scene and relief stay with the caller.
+    Shading(const Scene& scene, const Relief& pebbles, int threads)
+        : m_Scene(scene), m_Pebbles(pebbles), m_Shadows(scene, threads), m_Contact(scene)
+    {
+    }
 
     /// Light along `ray` from the camera. `ray` reaches 1 along the camera's direction;
-    /// `turn`, 0 to 1, varies from sample to sample.
+    /// `turn`, 0 to 1, varies from sample to sample. Any thread.
     ZmVector Light(const Surface& surface, const ZmVector& ray, float turn) const;
 
 private:
@@ -30,12 +35,15 @@ private:
     };
     ZmVector Haze(const ZmVector& direction) const;
     ZmVector SkyLight(const ZmVector& direction) const;
-    static ZmVector Color(const Hit& hit);
+    ZmVector Color(const Hit& hit) const;
+    ZmVector GroundColor(const Hit& hit) const;
+    ZmVector GroundNormal(const Hit& hit) const;
     float Sunlight(const Hit& hit, float turn) const;
     ZmVector AmbientLight(const Hit& hit) const;
     ZmVector SurfaceLight(const Hit& hit, float turn) const;
 
     const Scene& m_Scene;
+    const Relief& m_Pebbles;
     Shadows m_Shadows;
     ContactShade m_Contact;
 };

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "ZmMath.h"
+
+#include <vector>
+
+/// A descriptor with pixels of its own. The bytes of the default are red, green and blue, as files want them.
+struct Image {
+    Image(int width, int height, ZM_PIXELFORMAT format = ZM_PF_24_BGR888)
+    {
+        ZmPixelFormat2ImageDesc(format, Desc);
+        Desc.Width = width;
+        Desc.Height = height;
+        Desc.BytesPerLine = width * Desc.BitsPerPixel / 8;
+        Pixels.resize(size_t(Desc.BytesPerLine) * size_t(height));
+        Desc.Pixels = Pixels.data();
+    }
+    Image(Image&&) = default;
+    Image& operator=(Image&&) = default;
+
+    ZmImageDescEx Desc = {};
+    std::vector<unsigned char> Pixels;
+};
