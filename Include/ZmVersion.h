@@ -3,7 +3,7 @@
 /// The version of the library these headers belong to. CMake, the package
 /// files and the Windows version resource read the three numbers from here.
 #define ZMMATH_VERSION_MAJOR 0
-#define ZMMATH_VERSION_MINOR 3
+#define ZMMATH_VERSION_MINOR 4
 #define ZMMATH_VERSION_PATCH 0
 
 /// Steps on the way to ZMMATH_VERSION_STRING.
