@@ -1,8 +1,6 @@
 #include "Pictures.h"
 #include "View.h"
 
-#include <cmath>
-
 namespace {
 
 typedef ZmMatrix (*Builder)(int axis, float angle);
@@ -30,16 +28,6 @@ ZmMatrix Quaternion(int axis, float angle)
     return res;
 }
 
-/// The axis to which a quarter turn takes another one, such as "-Z".
-std::string NameOf(const ZmVector& v)
-{
-    for (int axis = 0; axis < 3; ++axis) {
-        if (std::fabs(v[axis]) > 0.99f)
-            return std::string(v[axis] < 0 ? "-" : "+") + kAxisNames[axis];
-    }
-    return "nowhere";
-}
-
 /// Three quarters of a turn of the next axis, in the order X, Y, Z, X; with dots by a second builder, unless null.
 void DrawTurn(Canvas& canvas, const Zm2DVector& centre, int axis, Builder build, Builder dotted)
 {
@@ -62,8 +50,8 @@ void DrawTurn(Canvas& canvas, const Zm2DVector& centre, int axis, Builder build,
 
     const ZmVector quarter = Transformed(build(axis, 90 * kDegrees), Axis(start));
     canvas.Text({centre.x + 10, centre.y + 112},
-                std::string("about ") + kAxisNames[axis] + ": " + kAxisNames[start] + " to " + NameOf(quarter), kInk,
-                15, Align::Centre);
+                std::string("about ") + kAxisNames[axis] + ": " + kAxisNames[start] + " to " + NameOfAxis(quarter),
+                kInk, 15, Align::Centre);
 }
 
 ZmMatrix Turned(const ZmVector& angles)

@@ -115,7 +115,7 @@ bool DrawHandedness()
         const char* name;
         int corners[4];
     } kPlanes[] = {{"left", {0, 3, 4, 7}},   {"right", {1, 2, 5, 6}}, {"top", {2, 3, 6, 7}},
-                   {"bottom", {0, 1, 4, 5}}, {"near", {0, 0, 0, 2}},  {"far", {6, 6, 6, 4}}};
+                   {"bottom", {0, 1, 4, 5}}, {"near", {1, 1, 1, 3}},  {"far", {6, 6, 6, 4}}};
     for (int plane = 0; plane < 6; ++plane) {
         const ZmVector middle = Middle(corners, kPlanes[plane].corners), normal = frustum.Planes[plane].Normal;
         canvas.Disc(view(middle), 4, kOrange);
@@ -125,10 +125,10 @@ bool DrawHandedness()
     }
 
     const ZmVector axes[] = {frustum.Right, frustum.Up, frustum.Direction};
-    const char* const names[] = {"Right: X", "Up: Y", "Direction: Z"};
+    const char* const names[] = {"Right: ", "Up: ", "Direction: "};
     for (const int axis : {2, 0, 1}) {
         canvas.Arrow(view({frustum.Origin, frustum.Origin + axes[axis] * 0.9f}), kAxisColours[axis], 4);
-        canvas.Text({600, 150 + 40 * float(axis)}, names[axis], kAxisColours[axis], 18);
+        canvas.Text({600, 150 + 40 * float(axis)}, names[axis] + NameOfAxis(axes[axis]), kAxisColours[axis], 18);
     }
     canvas.Disc(view(frustum.Origin), 6, kInk);
     canvas.Text({600, 110}, "the eye", kInk, 18);

@@ -1,5 +1,7 @@
 #include "View.h"
 
+#include <cmath>
+
 namespace {
 
 ZmVector Unit(const ZmVector& v)
@@ -49,6 +51,15 @@ ZmMatrix EulerAngles(int axis, float angle)
     ZmMatrix res;
     Zm3DMatrixFromEulerAngles(res, angles.x, angles.y, angles.z);
     return res;
+}
+
+std::string NameOfAxis(const ZmVector& v)
+{
+    for (int axis = 0; axis < 3; ++axis) {
+        if (std::fabs(v[axis]) > 0.99f)
+            return std::string(v[axis] < 0 ? "-" : "+") + kAxisNames[axis];
+    }
+    return "none";
 }
 
 void DrawAxes(Canvas& canvas, const View& view, const ZmMatrix& frame, float length, float width, uint32_t colour)

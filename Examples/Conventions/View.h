@@ -26,6 +26,9 @@ ZmMatrix EulerAngles(int axis, float angle);
 inline constexpr float kDegrees = 3.14159265f / 180;
 inline const char* const kAxisNames[] = {"X", "Y", "Z"};
 
+/// The axis along which a unit vector points, such as "-Z".
+std::string NameOfAxis(const ZmVector& v);
+
 /// The three axes of a frame in red, green and blue, or all in one colour, with their names at the ends.
 void DrawAxes(Canvas& canvas, const View& view, const ZmMatrix& frame, float length, float width = 3.5f,
               uint32_t colour = 0);
