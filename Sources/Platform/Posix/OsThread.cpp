@@ -283,6 +283,7 @@ void* NewThread(unsigned (*function)(void*), void* argument, unsigned& id)
     if (thread == nullptr) {
         return nullptr;
     }
+    StopSignal();  // here, so that it is taken when the first thread has been made
     if (pthread_create(&thread->system, nullptr, RunThread, thread) != 0) {
         delete thread;
         return nullptr;
