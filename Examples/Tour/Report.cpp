@@ -94,6 +94,14 @@ void PrintScene(const Tour& tour)
     std::printf("Boxes       %zu tested, %zu culled\n", models.size(), models.size() - tour.Visible.size());
 }
 
+void PrintFrames(const Tour& tour)
+{
+    std::printf("Frames      %.2f a second on 1 thread", double(1000 / tour.FrameOnOne));
+    if (tour.Threads > 1)
+        std::printf(", %.2f on %d, with the same pixels", double(1000 / tour.FrameOnAll), tour.Threads);
+    std::printf("\n");
+}
+
 void PrintPicked(const PickedTriangle& picked)
 {
     if (picked.Of)
@@ -122,8 +130,7 @@ void PrintReport(const Tour& tour)
     std::printf("Processor   %s\n", WithSingleSpaces(GetProcessorDescription()).c_str());
     PrintScene(tour);
     std::printf("Drawn       %zu triangles, %zu vertices transformed\n", tour.Counts.Triangles, tour.Counts.Vertices);
-    std::printf("Frames      %.2f a second on 1 thread, %.2f on %d, with the same pixels\n",
-                double(1000 / tour.FrameOnOne), double(1000 / tour.FrameOnAll), tour.Threads);
+    PrintFrames(tour);
     PrintPicked(tour.Picked);
     PrintTimes(tour.Times);
     PrintTransformSpeed(tour.Statue, tour.WorldToClip);

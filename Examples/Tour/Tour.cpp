@@ -1,6 +1,6 @@
 // The tour. Its stages stand below in kStages, in the order of the functions above it; each of them shows one family
-// of the library, and returns false with a reason in tour.Error when it fails. What makes the picture pretty is in
-// Drawing/.
+// of the library, and returns false with a reason in tour.Error when it fails. What draws the scene and makes it
+// pretty is in Drawing/.
 
 #include "Tour.h"
 
@@ -131,6 +131,10 @@ bool DrawOnAllProcessors(Tour& tour)
 
 bool DrawOnOneProcessor(Tour& tour)
 {
+    if (tour.Threads == 1) {
+        tour.FrameOnOne = tour.FrameOnAll;
+        return true;
+    }
     Picture picture;
     DrawCounts counts;
     tour.FrameOnOne = DrawFrame(tour, 1, picture, counts);
@@ -177,21 +181,21 @@ const struct {
     const char* Name;
     bool (*Run)(Tour& tour);
 } kStages[] = {
-    {"log", OpenLog},
-    {"archive", PackArchive},
-    {"configuration", LoadConfiguration},
-    {"camera", ChooseCamera},
-    {"mesh", LoadMesh},
-    {"image", LoadImage},
-    {"models", PlaceModels},
-    {"culling", CullModels},
-    {"frame", DrawOnAllProcessors},
-    {"frame on one processor", DrawOnOneProcessor},
-    {"picking", PickTriangle},
-    {"boxes", DrawBoxes},
-    {"pictures", WriteImages},
-    {"settings", KeepCamera},
-    {"report", WriteReport},
+    {"log", OpenLog},                                // ZmLog, ZmFileListener: Log.cpp
+    {"archive", PackArchive},                        // ZmBigFile: Archive.cpp
+    {"configuration", LoadConfiguration},            // ZmConfiguration: Settings.cpp
+    {"camera", ChooseCamera},                        // ZmConfig: LastCamera.cpp
+    {"mesh", LoadMesh},                              // ZmSubFile: Archive.cpp, ObjReader.cpp
+    {"image", LoadImage},                            // ZmConvertToBumpMap, mipmaps: Drawing/Relief.cpp
+    {"models", PlaceModels},                         // quaternions, ZmMatrix, ZmBbox: Drawing/Meadow.cpp, Scene.cpp
+    {"culling", CullModels},                         // ZmFrustum, ZmTransformBox2D: View.cpp, Scene.cpp
+    {"frame", DrawOnAllProcessors},                  // ZmThread, ZmMutex, strided arrays: Workers.cpp, Transform.cpp
+    {"frame on one processor", DrawOnOneProcessor},  // ZmTimeProfiler
+    {"picking", PickTriangle},                       // ZmIntersect, ZmRay: Pick.cpp
+    {"boxes", DrawBoxes},                            // ZmComputeBestFitBBox, ZmIntersect: Overlay.cpp
+    {"pictures", WriteImages},                       // ZmDoBlit, pixel formats, palettes: Images.cpp
+    {"settings", KeepCamera},                        // ZmConfig: LastCamera.cpp
+    {"report", WriteReport},                         // the processor and its features: Report.cpp
 };
 
 bool Run(Tour& tour)

@@ -33,7 +33,7 @@ struct Thread {
     unsigned (*function)(void*);
     void* argument;
     pthread_t system = {};
-    std::atomic<unsigned> id{0};
+    unsigned id = 0;
     std::atomic<unsigned> state{HALTED};
     std::atomic<unsigned> exitCode{0};
     std::atomic<int> owners{2};
@@ -203,7 +203,6 @@ void* RunThread(void* parameter)
     Thread& self = *static_cast<Thread*>(parameter);
     t_Self = &self;
     AllowStopSignal();
-    Change(self.id, CallingThreadId());
     AwaitChange(self.state, HALTED, nullptr);
     const Ending ending(self);
     self.exitCode = RunUnlessStopped(self);
@@ -223,6 +222,14 @@ void GiveBack(Thread& thread)
     if (joins) {
         pthread_join(thread.system, nullptr);
     }
+}
+
+/// The system's number of a thread that has been made, without waiting for it to run. The C library tells it in no
+/// other way than in the name of the thread's clock, whose form the kernel has fixed.
+unsigned NumberOf(pthread_t thread)
+{
+    clockid_t clock;
+    return pthread_getcpuclockid(thread, &clock) == 0 ? ~unsigned(clock >> 3) : 0;
 }
 
 timespec After(unsigned milliseconds)
@@ -276,12 +283,12 @@ void* NewThread(unsigned (*function)(void*), void* argument, unsigned& id)
     if (thread == nullptr) {
         return nullptr;
     }
+    StopSignal();  // here, so that it is taken when the first thread has been made
     if (pthread_create(&thread->system, nullptr, RunThread, thread) != 0) {
         delete thread;
         return nullptr;
     }
-    AwaitChange(thread->id, 0, nullptr);
-    id = thread->id;
+    id = thread->id = NumberOf(thread->system);
     return thread;
 }
 
