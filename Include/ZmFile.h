@@ -18,12 +18,12 @@ public:
     /// Text files end their lines as the platform does. Where that is LF, GetString() still reads files with CR LF as
     /// they read elsewhere.
     enum OpenMode : int {
-        READONLY = 1,
-        WRITEONLY = 2,
-        READWRITE = 3,
-        APPEND = 4,
-        APPENDREAD = 5,
-        TEXT = 8
+        READONLY = 1,    ///< reading
+        WRITEONLY = 2,   ///< writing an empty file
+        READWRITE = 3,   ///< both, in a file that exists
+        APPEND = 4,      ///< writing at the end
+        APPENDREAD = 5,  ///< writing at the end, reading anywhere
+        TEXT = 8         ///< to be added: line ends of the platform
     };
 
     ZmFile();

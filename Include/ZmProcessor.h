@@ -25,8 +25,8 @@ enum ProcessorsType : int32_t {
 
 /// Bits of the feature word that the library itself reads.
 enum : uint32_t {
-    ZMPROCESSOR_FEATURE_MMX = 1u << 23,
-    ZMPROCESSOR_FEATURE_SSE = 1u << 25
+    ZMPROCESSOR_FEATURE_MMX = 1u << 23,  ///< vector code for images
+    ZMPROCESSOR_FEATURE_SSE = 1u << 25   ///< vector code for floats
 };
 
 /// One line with the name and the clock, at most 63 characters (cut there). The text

@@ -21,8 +21,8 @@ public:
 
     /// What Wait() gives, and the exit codes that the library itself gives to threads.
     enum Code : int {
-        CODE_SUCCESS = 53,
-        CODE_TIMEOUT = 9,
+        CODE_SUCCESS = 53,       ///< the thread has ended
+        CODE_TIMEOUT = 9,        ///< it has not, in the time that was given
         CODE_NO_THREAD = 50,     ///< exit code: the thread was started without its object
         CODE_WAIT_FAILED = 51,   ///< there is no thread, or the handle is closed
         CODE_NO_EXIT_CODE = 52,  ///< the thread has ended, but the system does not tell how
