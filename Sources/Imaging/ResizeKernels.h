@@ -77,54 +77,49 @@ inline int StretchPixels(int16_t* res, const uint8_t* line, const Neighbours& ne
 {
     int x = from;
     for (; x + Words::kPixels <= width; x += Words::kPixels) {
-        Words left, right;
-        Words::LoadNeighbours(left, right, line, neighbours.left + x);
+        Words middle, half;
+        Words::LoadNeighbours(middle, half, line, neighbours.left + x);
         const Words share = Words::Load(neighbours.shares + ptrdiff_t(x) * 4);
-        (left + (right - left).Share(share)).Store(res + ptrdiff_t(x) * 4);
+        (middle + half.Share(share)).Store(res + ptrdiff_t(x) * 4);
     }
     return x;
 }
 
 template <class Words>
-inline int MixPixels(uint8_t* res, const int16_t* upper, const int16_t* lower, int share, int from, int width)
+inline int MixPixels(const ResultLine& res, const int16_t* upper, const int16_t* lower, int share, int from)
 {
     const Words shares = Words::Splat(share);
+    const ResultLine r = res;
     int x = from;
-    for (; x + Words::kPixels <= width; x += Words::kPixels) {
+    for (; x + Words::kPixels <= r.width; x += Words::kPixels) {
         const Words above = Words::Load(upper + ptrdiff_t(x) * 4), below = Words::Load(lower + ptrdiff_t(x) * 4);
-        (above + (below - above).Share(shares)).template ToBytes<kFraction>(res + ptrdiff_t(x) * 4);
+        (above + (below - above).Share(shares)).template ToBytes<kFraction>(r.pixels + ptrdiff_t(x) * 4, r.alpha);
     }
     return x;
 }
 
 template <class Words>
-inline int HalvePixels(uint8_t* res, const uint8_t* upper, const uint8_t* lower, int from, int width)
+inline int HalvePixels(const ResultLine& res, const uint8_t* upper, const uint8_t* lower, int from)
 {
+    const ResultLine r = res;
     int x = from;
-    for (; x + Words::kPixels <= width; x += Words::kPixels) {
+    for (; x + Words::kPixels <= r.width; x += Words::kPixels) {
         const ptrdiff_t at = ptrdiff_t(x) * 8;
-        Words::SumOfFour(upper + at, lower + at).template ToBytes<2>(res + ptrdiff_t(x) * 4);
+        Words::SumOfFour(upper + at, lower + at).template ToBytes<2>(r.pixels + ptrdiff_t(x) * 4, r.alpha);
     }
     return x;
 }
 
 template <class Words>
-inline void StretchLineBy(int16_t* res, const uint8_t* line, const Neighbours& neighbours, int width)
+inline void MixLinesBy(const ResultLine& res, const int16_t* upper, const int16_t* lower, int share)
 {
-    StretchPixels<ScalarPixelWords>(res, line, neighbours, StretchPixels<Words>(res, line, neighbours, 0, width),
-                                    width);
+    MixPixels<ScalarPixelWords>(res, upper, lower, share, MixPixels<Words>(res, upper, lower, share, 0));
 }
 
 template <class Words>
-inline void MixLinesBy(uint8_t* res, const int16_t* upper, const int16_t* lower, int share, int width)
+inline void HalveLinesBy(const ResultLine& res, const uint8_t* upper, const uint8_t* lower)
 {
-    MixPixels<ScalarPixelWords>(res, upper, lower, share, MixPixels<Words>(res, upper, lower, share, 0, width), width);
-}
-
-template <class Words>
-inline void HalveLinesBy(uint8_t* res, const uint8_t* upper, const uint8_t* lower, int width)
-{
-    HalvePixels<ScalarPixelWords>(res, upper, lower, HalvePixels<Words>(res, upper, lower, 0, width), width);
+    HalvePixels<ScalarPixelWords>(res, upper, lower, HalvePixels<Words>(res, upper, lower, 0));
 }
 
 }  // namespace

@@ -12,6 +12,13 @@ void ReduceLineBy(uint8_t* res, const float* sums, const Taps* taps, const float
     ReducePixels<Pixel>(res, sums, taps, weights, 0, width, opaque);
 }
 
+template <class Words>
+void StretchLineBy(int16_t* res, const uint8_t* line, const Neighbours& neighbours, int width)
+{
+    StretchPixels<ScalarPixelWords>(res, line, neighbours, StretchPixels<Words>(res, line, neighbours, 0, width),
+                                    width);
+}
+
 }  // namespace
 
 void SumLines(float* sums, const WeightedLines& lines, int width, bool add)
@@ -32,16 +39,14 @@ void StretchLine(int16_t* res, const uint8_t* line, const Neighbours& neighbours
                  neighbours, width);
 }
 
-void MixLines(uint8_t* res, const int16_t* upper, const int16_t* lower, int share, int width)
+void MixLines(const ResultLine& res, const int16_t* upper, const int16_t* lower, int share)
 {
-    DispatchWide(avx2::MixLines, MixLinesBy<SsePixelWords>, MixLinesBy<ScalarPixelWords>, res, upper, lower, share,
-                 width);
+    DispatchWide(avx2::MixLines, MixLinesBy<SsePixelWords>, MixLinesBy<ScalarPixelWords>, res, upper, lower, share);
 }
 
-void HalveLines(uint8_t* res, const uint8_t* upper, const uint8_t* lower, int width)
+void HalveLines(const ResultLine& res, const uint8_t* upper, const uint8_t* lower)
 {
-    DispatchWide(avx2::HalveLines, HalveLinesBy<SsePixelWords>, HalveLinesBy<ScalarPixelWords>, res, upper, lower,
-                 width);
+    DispatchWide(avx2::HalveLines, HalveLinesBy<SsePixelWords>, HalveLinesBy<ScalarPixelWords>, res, upper, lower);
 }
 
 }  // namespace zm

@@ -12,11 +12,20 @@ struct Taps {
     int weight;  ///< index of the first of their weights, which add up to 1
 };
 
-/// Where lines that grow take their pixels from: number `left[i]` and the one after it, of which the share in parts of
-/// 2^15 stands four times, once for each channel.
+/// Where lines that grow take their pixels from: number `left[i]` and the one after it. How far behind the middle of
+/// the two, in parts of 2^15 of the way to either, stands four times in `shares`, once for each channel. Before pixel
+/// `inner` of the result, nine pixels of the line follow from each number on.
 struct Neighbours {
     const int* left;
     const int16_t* shares;
+    int inner;
+};
+
+/// Where pixels of an opaque picture go, and their highest byte.
+struct ResultLine {
+    uint8_t* pixels;
+    int width;
+    uint8_t alpha;
 };
 
 /// Some lines of a picture and their weights. Colours are premultiplied, or, of opaque pictures, taken as they are.
@@ -39,10 +48,10 @@ void ReduceLine(uint8_t* res, const float* sums, const Taps* taps, const float* 
 void StretchLine(int16_t* res, const uint8_t* line, const Neighbours& neighbours, int width);
 
 /// Interpolates between two stretched lines; `share` of the lower one is in parts of 2^15.
-void MixLines(uint8_t* res, const int16_t* upper, const int16_t* lower, int share, int width);
+void MixLines(const ResultLine& res, const int16_t* upper, const int16_t* lower, int share);
 
 /// Means of two by two pixels.
-void HalveLines(uint8_t* res, const uint8_t* upper, const uint8_t* lower, int width);
+void HalveLines(const ResultLine& res, const uint8_t* upper, const uint8_t* lower);
 
 /// The kernels for processors with AVX2.
 namespace avx2 {
@@ -50,8 +59,8 @@ namespace avx2 {
 void SumLines(float* sums, const WeightedLines& lines, int width, bool add);
 void ReduceLine(uint8_t* res, const float* sums, const Taps* taps, const float* weights, int width, bool opaque);
 void StretchLine(int16_t* res, const uint8_t* line, const Neighbours& neighbours, int width);
-void MixLines(uint8_t* res, const int16_t* upper, const int16_t* lower, int share, int width);
-void HalveLines(uint8_t* res, const uint8_t* upper, const uint8_t* lower, int width);
+void MixLines(const ResultLine& res, const int16_t* upper, const int16_t* lower, int share);
+void HalveLines(const ResultLine& res, const uint8_t* upper, const uint8_t* lower);
 
 }  // namespace avx2
 }  // namespace zm

@@ -23,17 +23,19 @@ void ReduceLine(uint8_t* res, const float* sums, const Taps* taps, const float* 
 
 void StretchLine(int16_t* res, const uint8_t* line, const Neighbours& neighbours, int width)
 {
-    StretchLineBy<Avx2PixelWords>(res, line, neighbours, width);
+    const int inner = StretchPixels<Avx2PixelWords>(res, line, neighbours, 0, neighbours.inner);
+    const int done = StretchPixels<SsePixelWords>(res, line, neighbours, inner, width);
+    StretchPixels<ScalarPixelWords>(res, line, neighbours, done, width);
 }
 
-void MixLines(uint8_t* res, const int16_t* upper, const int16_t* lower, int share, int width)
+void MixLines(const ResultLine& res, const int16_t* upper, const int16_t* lower, int share)
 {
-    MixLinesBy<Avx2PixelWords>(res, upper, lower, share, width);
+    MixLinesBy<Avx2PixelWords>(res, upper, lower, share);
 }
 
-void HalveLines(uint8_t* res, const uint8_t* upper, const uint8_t* lower, int width)
+void HalveLines(const ResultLine& res, const uint8_t* upper, const uint8_t* lower)
 {
-    HalveLinesBy<Avx2PixelWords>(res, upper, lower, width);
+    HalveLinesBy<Avx2PixelWords>(res, upper, lower);
 }
 
 }  // namespace avx2

@@ -108,6 +108,13 @@ private:
     HeapArray<uint8_t> m_Copies;
 };
 
+/// Whether pixels of an opaque picture can be written as they are to be: only their highest byte is to be set.
+bool HasColoursOfRgb(const PixelLayout& layout)
+{
+    const bool alpha = layout.channel[kAlpha].bits != 0;
+    return Equal(layout, alpha ? kArgb : kRgb);
+}
+
 /// What all ways of resizing have: lines of the source go in, lines of the result come out.
 class Lines {
 public:
@@ -117,7 +124,7 @@ public:
         const PixelLayout& layout = opaque ? kRgb : kArgb;
         m_Dst = dst;
         m_Write = Convert(layout, dst.layout);
-        m_Direct = Equal(layout, dst.layout) && !opaque;
+        m_Direct = opaque ? HasColoursOfRgb(dst.layout) : Equal(dst.layout, kArgb);
         m_Result = m_Direct ? nullptr : NewArray<uint8_t>(int64_t(dst.width) * 4);
         return (m_Direct || m_Result != nullptr) && m_Source.Prepare(src, layout);
     }
@@ -125,6 +132,11 @@ public:
     const uint8_t* Read(int y) { return m_Source.Read(y); }
     /// Where line y of the result is to be put together.
     uint8_t* Result(int y) { return m_Direct ? m_Dst.Line(y) : m_Result.get(); }
+    /// The same of an opaque picture.
+    ResultLine Opaque(int y)
+    {
+        return {Result(y), m_Dst.width, uint8_t(m_Dst.layout.channel[kAlpha].bits != 0 ? 255 : 0)};
+    }
     void Write(int y)
     {
         if (!m_Direct) {
@@ -167,9 +179,9 @@ bool Resample(const ImageView& src, const ImageView& dst, bool opaque)
 }
 
 /// In parts of 2^15; all of them do not fit in 16 bits.
-int16_t ShareOf(float weight)
+int16_t ShareOf(double weight)
 {
-    return int16_t(std::min(int(floorf(weight * 32768 + 0.5f)), 32767));
+    return int16_t(std::min(int(floor(weight * 32768 + 0.5)), 32767));
 }
 
 /// The last two source lines, stretched.
@@ -189,11 +201,12 @@ public:
         }
         for (int x = 0; x < to; ++x) {
             const Taps& taps = axis.AllTaps()[x];
-            // The last pixel has no neighbour: it is all of the one before it.
+            // The last pixel has no neighbour: it is that of the one before it.
             const bool last = taps.first == from - 1;
-            const int16_t share = ShareOf(last ? 1 : taps.count == 2 ? axis.Weights()[taps.weight + 1] : 0);
+            const double right = last ? 1 : taps.count == 2 ? axis.Weights()[taps.weight + 1] : 0;
             m_Left[size_t(x)] = taps.first - last;
-            std::fill_n(m_Shares.get() + ptrdiff_t(x) * 4, 4, share);
+            std::fill_n(m_Shares.get() + ptrdiff_t(x) * 4, 4, ShareOf(2 * right - 1));
+            m_Inner = taps.first + 9 <= from ? x + 1 : m_Inner;
         }
         return true;
     }
@@ -202,14 +215,14 @@ public:
     {
         const int place = y % 2;
         if (m_Number[place] != y) {
-            StretchLine(m_Lines[place].get(), lines.Read(y), {m_Left.get(), m_Shares.get()}, m_Width);
+            StretchLine(m_Lines[place].get(), lines.Read(y), {m_Left.get(), m_Shares.get(), m_Inner}, m_Width);
             m_Number[place] = y;
         }
         return m_Lines[place].get();
     }
 
 private:
-    int m_Width = 0;
+    int m_Width = 0, m_Inner = 0;
     HeapArray<int> m_Left;
     HeapArray<int16_t> m_Shares, m_Lines[2];
     int m_Number[2] = {-1, -1};
@@ -230,7 +243,7 @@ bool Stretch(const ImageView& src, const ImageView& dst)
         const float share = taps.count == 2 ? down.Weights()[taps.weight + 1] : 0;
         const int16_t* const upper = stretched.Line(lines, taps.first);
         const int16_t* const lower = stretched.Line(lines, taps.first + taps.count - 1);
-        MixLines(lines.Result(y), upper, lower, ShareOf(share), dst.width);
+        MixLines(lines.Opaque(y), upper, lower, ShareOf(share));
         lines.Write(y);
     }
     return true;
@@ -245,7 +258,7 @@ bool Halve(const ImageView& src, const ImageView& dst)
     }
     for (int y = 0; y < dst.height; ++y) {
         const uint8_t* const upper = lines.Read(2 * y);
-        HalveLines(lines.Result(y), upper, lines.Read(2 * y + 1), dst.width);
+        HalveLines(lines.Opaque(y), upper, lines.Read(2 * y + 1));
         lines.Write(y);
     }
     return true;
