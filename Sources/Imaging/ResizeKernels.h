@@ -10,6 +10,13 @@
 namespace zm {
 namespace {
 
+/// Lines are read in short bursts, and by themselves processors fetch them too late. An address without memory does
+/// nothing.
+inline void FetchAhead(const uint8_t* line, ptrdiff_t bytes)
+{
+    __builtin_prefetch(line + bytes);
+}
+
 template <class Pixels, bool Opaque, int Count>
 inline int SumPixels(float* sums, const WeightedLines& lines, int from, int width, bool add)
 {
@@ -75,8 +82,10 @@ inline void ReducePixels(uint8_t* res, const float* sums, const Taps* taps, cons
 template <class Words>
 inline int StretchPixels(int16_t* res, const uint8_t* line, const Neighbours& neighbours, int from, int width)
 {
+    constexpr ptrdiff_t kAhead = 8192;  // measured: half of it, or twice as much, is no better
     int x = from;
     for (; x + Words::kPixels <= width; x += Words::kPixels) {
+        FetchAhead(line + ptrdiff_t(neighbours.left[x]) * 4, kAhead);
         Words middle, half;
         Words::LoadNeighbours(middle, half, line, neighbours.left + x);
         const Words share = Words::Load(neighbours.shares + ptrdiff_t(x) * 4);
@@ -102,9 +111,12 @@ template <class Words>
 inline int HalvePixels(const ResultLine& res, const uint8_t* upper, const uint8_t* lower, int from)
 {
     const ResultLine r = res;
+    const ptrdiff_t nextTwo = 2 * (lower - upper);
     int x = from;
     for (; x + Words::kPixels <= r.width; x += Words::kPixels) {
         const ptrdiff_t at = ptrdiff_t(x) * 8;
+        FetchAhead(upper + at, nextTwo);
+        FetchAhead(lower + at, nextTwo);
         Words::SumOfFour(upper + at, lower + at).template ToBytes<2>(r.pixels + ptrdiff_t(x) * 4, r.alpha);
     }
     return x;
