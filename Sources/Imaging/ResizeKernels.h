@@ -17,7 +17,7 @@ inline void FetchAhead(const uint8_t* line, ptrdiff_t bytes)
     __builtin_prefetch(line + bytes);
 }
 
-template <class Pixels, bool Opaque, int Count>
+template <class Pixels, int Count>
 inline int SumPixels(float* sums, const WeightedLines& lines, int from, int width, bool add)
 {
     const WeightedLines l = lines;
@@ -26,29 +26,21 @@ inline int SumPixels(float* sums, const WeightedLines& lines, int from, int widt
         const ptrdiff_t at = ptrdiff_t(x) * 4;
         Pixels sum = add ? Pixels::Load(sums + at) : Pixels::Zero();
         for (int i = 0; i < Count; ++i) {
-            const Pixels bytes = Pixels::FromBytes(l.line[i] + at);
-            sum = sum + (Opaque ? bytes : bytes.Premultiplied()) * l.weight[i];
+            sum = sum + Pixels::FromBytes(l.line[i] + at).Premultiplied() * l.weight[i];
         }
         sum.Store(sums + at);
     }
     return x;
 }
 
-template <class Pixels, int Count>
-inline int SumSome(float* sums, const WeightedLines& lines, int from, int width, bool add)
-{
-    return lines.opaque ? SumPixels<Pixels, true, Count>(sums, lines, from, width, add)
-                        : SumPixels<Pixels, false, Count>(sums, lines, from, width, add);
-}
-
 template <class Pixels>
 inline int SumAll(float* sums, const WeightedLines& lines, int from, int width, bool add)
 {
     switch (lines.count) {
-    case 1: return SumSome<Pixels, 1>(sums, lines, from, width, add);
-    case 2: return SumSome<Pixels, 2>(sums, lines, from, width, add);
-    case 3: return SumSome<Pixels, 3>(sums, lines, from, width, add);
-    default: return SumSome<Pixels, 4>(sums, lines, from, width, add);
+    case 1: return SumPixels<Pixels, 1>(sums, lines, from, width, add);
+    case 2: return SumPixels<Pixels, 2>(sums, lines, from, width, add);
+    case 3: return SumPixels<Pixels, 3>(sums, lines, from, width, add);
+    default: return SumPixels<Pixels, 4>(sums, lines, from, width, add);
     }
 }
 
@@ -70,13 +62,92 @@ inline Pixel Reduced(const float* sums, const Taps& taps, const float* weights)
 }
 
 template <class Pixel>
-inline void ReducePixels(uint8_t* res, const float* sums, const Taps* taps, const float* weights, int from, int width,
-                         bool opaque)
+inline void ReducePixels(uint8_t* res, const float* sums, const Taps* taps, const float* weights, int from, int width)
 {
     for (int x = from; x < width; ++x) {
-        const Pixel sum = Reduced<Pixel>(sums, taps[x], weights);
-        (opaque ? sum : sum.Straight()).ToBytes(res + ptrdiff_t(x) * 4);
+        Reduced<Pixel>(sums, taps[x], weights).Straight().ToBytes(res + ptrdiff_t(x) * 4);
     }
+}
+
+template <class Columns>
+inline int AddPixels(uint16_t* sums, const uint8_t* const* lines, int count, int from, int width, bool add)
+{
+    int x = from;
+    for (; x + Columns::kPixels <= width; x += Columns::kPixels) {
+        const ptrdiff_t at = ptrdiff_t(x) * 4;
+        Columns sum = add ? Columns::Load(sums + at) : Columns::Splat(0);
+        for (int i = 0; i < count; ++i) {
+            sum = sum + Columns::FromBytes(lines[i] + at);
+        }
+        sum.Store(sums + at);
+    }
+    return x;
+}
+
+template <class Columns, int Count>
+inline int WeighPixels(uint16_t* res, const Band& band, int from, int width)
+{
+    const Band b = band;
+    const ptrdiff_t nextBand = b.edge[1] - b.edge[0];
+    const Columns inner = Columns::Splat(b.innerWeight), first = Columns::Splat(b.edgeWeight[0]),
+                  last = Columns::Splat(b.edgeWeight[1]), bias = Columns::Splat(kSignBias);
+    int x = from;
+    for (; x + Columns::kPixels <= width; x += Columns::kPixels) {
+        const ptrdiff_t at = ptrdiff_t(x) * 4;
+        Columns sum = b.sums != nullptr ? Columns::Load(b.sums + at) : Columns::Splat(0);
+        for (int i = 0; i < Count; ++i) {
+            FetchAhead(b.inner[i] + at, nextBand);
+            sum = sum + Columns::FromBytes(b.inner[i] + at);
+        }
+        FetchAhead(b.edge[1] + at, nextBand);
+        const Columns edges =
+            Columns::FromHighBytes(b.edge[0] + at).Share(first) + Columns::FromHighBytes(b.edge[1] + at).Share(last);
+        ((sum << b.shift).Share(inner) + edges + bias).Store(res + at);
+    }
+    return x;
+}
+
+template <class Columns>
+inline int WeighAll(uint16_t* res, const Band& band, int from, int width)
+{
+    switch (band.count) {
+    case 0: return WeighPixels<Columns, 0>(res, band, from, width);
+    case 1: return WeighPixels<Columns, 1>(res, band, from, width);
+    case 2: return WeighPixels<Columns, 2>(res, band, from, width);
+    case 3: return WeighPixels<Columns, 3>(res, band, from, width);
+    default: return WeighPixels<Columns, 4>(res, band, from, width);
+    }
+}
+
+template <class Columns>
+inline void AddLinesBy(uint16_t* sums, const uint8_t* const* lines, int count, int width, bool add)
+{
+    const int done = AddPixels<Columns>(sums, lines, count, 0, width, add);
+    AddPixels<ScalarColumns>(sums, lines, count, done, width, add);
+}
+
+template <class Columns>
+inline void WeighLinesBy(uint16_t* res, const Band& band, int width)
+{
+    WeighAll<ScalarColumns>(res, band, WeighAll<Columns>(res, band, 0, width), width);
+}
+
+template <class Sums>
+inline int ReduceSums(const ResultLine& res, const uint16_t* columns, const Spans& spans, int from)
+{
+    const ResultLine r = res;
+    const Spans s = spans;
+    int x = from;
+    for (; x + Sums::kPixels <= r.width; x += Sums::kPixels) {
+        Sums::Of(columns, s, x).ToBytes(r.pixels + ptrdiff_t(x) * 4, s.scale, s.bias, r.alpha);
+    }
+    return x;
+}
+
+template <class Sums>
+inline void ReduceColumnsBy(const ResultLine& res, const uint16_t* columns, const Spans& spans)
+{
+    ReduceSums<ScalarSums>(res, columns, spans, ReduceSums<Sums>(res, columns, spans, 0));
 }
 
 template <class Words>

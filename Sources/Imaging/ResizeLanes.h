@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Imaging/ResizeLines.h"
+
 #include <emmintrin.h>
 #include <stddef.h>
 #include <stdint.h>
@@ -229,6 +231,143 @@ private:
     }
 };
 
+/// Numbers of 16 bits without a sign; sums wrap around.
+struct ScalarColumns {
+    uint16_t w[4];
+
+    static constexpr int kPixels = 1;
+
+    static ScalarColumns Splat(int value)
+    {
+        return {{uint16_t(value), uint16_t(value), uint16_t(value), uint16_t(value)}};
+    }
+    static ScalarColumns Load(const uint16_t* p) { return {{p[0], p[1], p[2], p[3]}}; }
+    static ScalarColumns FromBytes(const uint8_t* p) { return {{p[0], p[1], p[2], p[3]}}; }
+    /// The same times 256.
+    static ScalarColumns FromHighBytes(const uint8_t* p) { return FromBytes(p) << 8; }
+    void Store(uint16_t* p) const { memcpy(p, w, sizeof(w)); }
+
+    ScalarColumns operator+(ScalarColumns o) const
+    {
+        return {{uint16_t(w[0] + o.w[0]), uint16_t(w[1] + o.w[1]), uint16_t(w[2] + o.w[2]), uint16_t(w[3] + o.w[3])}};
+    }
+    ScalarColumns operator<<(int bits) const
+    {
+        return {{uint16_t(w[0] << bits), uint16_t(w[1] << bits), uint16_t(w[2] << bits), uint16_t(w[3] << bits)}};
+    }
+    /// The products in parts of 2^16, rounded down.
+    ScalarColumns Share(ScalarColumns o) const
+    {
+        ScalarColumns res;
+        for (int c = 0; c < 4; ++c) {
+            res.w[c] = uint16_t(uint32_t(w[c]) * o.w[c] >> 16);
+        }
+        return res;
+    }
+};
+
+struct SseColumns {
+    __m128i v[2];
+
+    static constexpr int kPixels = 4;
+
+    static SseColumns Splat(int value) { return {{_mm_set1_epi16(int16_t(value)), _mm_set1_epi16(int16_t(value))}}; }
+    static SseColumns Load(const uint16_t* p) { return {{LoadEight(p), LoadEight(p + 8)}}; }
+    static SseColumns FromBytes(const uint8_t* p)
+    {
+        const __m128i bytes = LoadEight(p), zero = _mm_setzero_si128();
+        return {{_mm_unpacklo_epi8(bytes, zero), _mm_unpackhi_epi8(bytes, zero)}};
+    }
+    static SseColumns FromHighBytes(const uint8_t* p)
+    {
+        const __m128i bytes = LoadEight(p), zero = _mm_setzero_si128();
+        return {{_mm_unpacklo_epi8(zero, bytes), _mm_unpackhi_epi8(zero, bytes)}};
+    }
+    void Store(uint16_t* p) const
+    {
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(p), v[0]);
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(p + 8), v[1]);
+    }
+
+    SseColumns operator+(SseColumns o) const { return {{_mm_add_epi16(v[0], o.v[0]), _mm_add_epi16(v[1], o.v[1])}}; }
+    SseColumns operator<<(int bits) const
+    {
+        const __m128i count = _mm_cvtsi32_si128(bits);
+        return {{_mm_sll_epi16(v[0], count), _mm_sll_epi16(v[1], count)}};
+    }
+    SseColumns Share(SseColumns o) const { return {{_mm_mulhi_epu16(v[0], o.v[0]), _mm_mulhi_epu16(v[1], o.v[1])}}; }
+
+private:
+    static __m128i LoadEight(const void* p) { return _mm_loadu_si128(static_cast<const __m128i*>(p)); }
+};
+
+/// Weighted sums of columns, each of which is a number of 16 bits with a sign. Weights of four columns are those of the
+/// first two, four times over, and those of the second two.
+struct ScalarSums {
+    int32_t s[4];
+
+    static constexpr int kPixels = 1;
+
+    static ScalarSums Of(const uint16_t* columns, const Spans& spans, int x)
+    {
+        ScalarSums res = {};
+        const uint16_t* const from = columns + ptrdiff_t(spans.first[x]) * 4;
+        const int16_t* const weights = spans.weights + ptrdiff_t(x) * spans.fours * 16;
+        for (int i = 0; i < spans.fours * 4; ++i) {
+            for (int c = 0; c < 4; ++c) {
+                res.s[c] += int16_t(from[i * 4 + c]) * weights[i / 2 * 8 + i % 2];
+            }
+        }
+        return res;
+    }
+    void ToBytes(uint8_t* p, float scale, float bias, uint8_t alpha) const
+    {
+        for (int c = 0; c < 3; ++c) {
+            p[c] = uint8_t(float(s[c]) * scale + bias);
+        }
+        p[3] = alpha;
+    }
+};
+
+/// Pixels of 32-bit numbers become bytes, with that one for alpha.
+inline void StoreFour(uint8_t* p, __m128i firstTwo, __m128i lastTwo, uint8_t alpha)
+{
+    const __m128i colours = _mm_and_si128(_mm_packus_epi16(firstTwo, lastTwo), _mm_set1_epi32(0xFFFFFF));
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(p), _mm_or_si128(colours, _mm_slli_epi32(_mm_set1_epi32(alpha), 24)));
+}
+
+struct SseSums {
+    __m128i s[4];
+
+    static constexpr int kPixels = 4;
+
+    static SseSums Of(const uint16_t* columns, const Spans& spans, int x)
+    {
+        SseSums res;
+        for (int i = 0; i < kPixels; ++i) {
+            const uint16_t* const from = columns + ptrdiff_t(spans.first[x + i]) * 4;
+            const int16_t* const weights = spans.weights + ptrdiff_t(x + i) * spans.fours * 16;
+            res.s[i] = _mm_setzero_si128();
+            for (int k = 0; k < spans.fours * 2; ++k) {
+                const __m128i two = _mm_loadu_si128(reinterpret_cast<const __m128i*>(from + k * 8));
+                const __m128i weight = _mm_loadu_si128(reinterpret_cast<const __m128i*>(weights + k * 8));
+                const __m128i pairs = _mm_unpacklo_epi16(two, _mm_srli_si128(two, 8));
+                res.s[i] = _mm_add_epi32(res.s[i], _mm_madd_epi16(pairs, weight));
+            }
+        }
+        return res;
+    }
+    void ToBytes(uint8_t* p, float scale, float bias, uint8_t alpha) const
+    {
+        __m128i whole[kPixels];
+        for (int i = 0; i < kPixels; ++i) {
+            const __m128 scaled = _mm_mul_ps(_mm_cvtepi32_ps(s[i]), _mm_set1_ps(scale));
+            whole[i] = _mm_cvttps_epi32(_mm_add_ps(scaled, _mm_set1_ps(bias)));
+        }
+        StoreFour(p, _mm_packs_epi32(whole[0], whole[1]), _mm_packs_epi32(whole[2], whole[3]), alpha);
+    }
+};
+
 #ifdef __AVX2__
 
 struct Avx2PixelFloats {
@@ -335,6 +474,96 @@ private:
         const __m256i pairs =
             _mm256_broadcastsi128_si256(_mm_setr_epi8(0, 4, 1, 5, 2, 6, 3, 7, 8, 12, 9, 13, 10, 14, 11, 15));
         return _mm256_maddubs_epi16(_mm256_shuffle_epi8(LoadEight(p), pairs), _mm256_set1_epi8(1));
+    }
+};
+
+/// Pixels 0, 1, 4 and 5 lie in one register, and 2, 3, 6 and 7 in the other.
+struct Avx2Columns {
+    __m256i v[2];
+
+    static constexpr int kPixels = 8;
+
+    static Avx2Columns Splat(int value)
+    {
+        return {{_mm256_set1_epi16(int16_t(value)), _mm256_set1_epi16(int16_t(value))}};
+    }
+    static Avx2Columns Load(const uint16_t* p) { return Swapped(LoadSixteen(p), LoadSixteen(p + 16)); }
+    static Avx2Columns FromBytes(const uint8_t* p)
+    {
+        const __m256i bytes = LoadSixteen(p), zero = _mm256_setzero_si256();
+        return {{_mm256_unpacklo_epi8(bytes, zero), _mm256_unpackhi_epi8(bytes, zero)}};
+    }
+    static Avx2Columns FromHighBytes(const uint8_t* p)
+    {
+        const __m256i bytes = LoadSixteen(p), zero = _mm256_setzero_si256();
+        return {{_mm256_unpacklo_epi8(zero, bytes), _mm256_unpackhi_epi8(zero, bytes)}};
+    }
+    void Store(uint16_t* p) const
+    {
+        const Avx2Columns inOrder = Swapped(v[0], v[1]);
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(p), inOrder.v[0]);
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(p + 16), inOrder.v[1]);
+    }
+
+    Avx2Columns operator+(Avx2Columns o) const
+    {
+        return {{_mm256_add_epi16(v[0], o.v[0]), _mm256_add_epi16(v[1], o.v[1])}};
+    }
+    Avx2Columns operator<<(int bits) const
+    {
+        const __m128i count = _mm_cvtsi32_si128(bits);
+        return {{_mm256_sll_epi16(v[0], count), _mm256_sll_epi16(v[1], count)}};
+    }
+    Avx2Columns Share(Avx2Columns o) const
+    {
+        return {{_mm256_mulhi_epu16(v[0], o.v[0]), _mm256_mulhi_epu16(v[1], o.v[1])}};
+    }
+
+private:
+    static __m256i LoadSixteen(const void* p) { return _mm256_loadu_si256(static_cast<const __m256i*>(p)); }
+    static Avx2Columns Swapped(__m256i a, __m256i b)
+    {
+        return {{_mm256_permute2x128_si256(a, b, 0x20), _mm256_permute2x128_si256(a, b, 0x31)}};
+    }
+};
+
+struct Avx2Sums {
+    __m256i s[4];  ///< of each pixel two sums: of the first two of four columns, and of the second
+
+    static constexpr int kPixels = 4;
+
+    static Avx2Sums Of(const uint16_t* columns, const Spans& spans, int x)
+    {
+        const __m256i pairs =
+            _mm256_broadcastsi128_si256(_mm_setr_epi8(0, 1, 8, 9, 2, 3, 10, 11, 4, 5, 12, 13, 6, 7, 14, 15));
+        Avx2Sums res = {
+            {_mm256_setzero_si256(), _mm256_setzero_si256(), _mm256_setzero_si256(), _mm256_setzero_si256()}};
+        const int16_t* const weights = spans.weights + ptrdiff_t(x) * spans.fours * 16;
+        for (int k = 0; k < spans.fours; ++k) {
+            for (int i = 0; i < kPixels; ++i) {
+                const uint16_t* const from = columns + (ptrdiff_t(spans.first[x + i]) + k * 4) * 4;
+                const __m256i weight = LoadSixteen(weights + (ptrdiff_t(i) * spans.fours + k) * 16);
+                const __m256i products = _mm256_madd_epi16(_mm256_shuffle_epi8(LoadSixteen(from), pairs), weight);
+                res.s[i] = _mm256_add_epi32(res.s[i], products);
+            }
+        }
+        return res;
+    }
+    void ToBytes(uint8_t* p, float scale, float bias, uint8_t alpha) const
+    {
+        const __m256i even = Scaled(s[0], s[2], scale, bias), odd = Scaled(s[1], s[3], scale, bias);
+        const __m256i words = _mm256_packs_epi32(even, odd);
+        StoreFour(p, _mm256_castsi256_si128(words), _mm256_extracti128_si256(words, 1), alpha);
+    }
+
+private:
+    static __m256i LoadSixteen(const void* p) { return _mm256_loadu_si256(static_cast<const __m256i*>(p)); }
+    static __m256i Scaled(__m256i first, __m256i second, float scale, float bias)
+    {
+        const __m256i sums = _mm256_add_epi32(_mm256_permute2x128_si256(first, second, 0x20),
+                                              _mm256_permute2x128_si256(first, second, 0x31));
+        const __m256 scaled = _mm256_mul_ps(_mm256_cvtepi32_ps(sums), _mm256_set1_ps(scale));
+        return _mm256_cvttps_epi32(_mm256_add_ps(scaled, _mm256_set1_ps(bias)));
     }
 };
 

@@ -7,9 +7,9 @@ namespace zm {
 namespace {
 
 template <class Pixel>
-void ReduceLineBy(uint8_t* res, const float* sums, const Taps* taps, const float* weights, int width, bool opaque)
+void ReduceLineBy(uint8_t* res, const float* sums, const Taps* taps, const float* weights, int width)
 {
-    ReducePixels<Pixel>(res, sums, taps, weights, 0, width, opaque);
+    ReducePixels<Pixel>(res, sums, taps, weights, 0, width);
 }
 
 template <class Words>
@@ -27,10 +27,25 @@ void SumLines(float* sums, const WeightedLines& lines, int width, bool add)
                  SumLinesBy<ScalarPixelFloats, ScalarPixelFloats>, sums, lines, width, add);
 }
 
-void ReduceLine(uint8_t* res, const float* sums, const Taps* taps, const float* weights, int width, bool opaque)
+void ReduceLine(uint8_t* res, const float* sums, const Taps* taps, const float* weights, int width)
 {
     DispatchWide(avx2::ReduceLine, ReduceLineBy<SsePixelFloats>, ReduceLineBy<ScalarPixelFloats>, res, sums, taps,
-                 weights, width, opaque);
+                 weights, width);
+}
+
+void AddLines(uint16_t* sums, const uint8_t* const* lines, int count, int width, bool add)
+{
+    DispatchWide(avx2::AddLines, AddLinesBy<SseColumns>, AddLinesBy<ScalarColumns>, sums, lines, count, width, add);
+}
+
+void WeighLines(uint16_t* res, const Band& band, int width)
+{
+    DispatchWide(avx2::WeighLines, WeighLinesBy<SseColumns>, WeighLinesBy<ScalarColumns>, res, band, width);
+}
+
+void ReduceColumns(const ResultLine& res, const uint16_t* columns, const Spans& spans)
+{
+    DispatchWide(avx2::ReduceColumns, ReduceColumnsBy<SseSums>, ReduceColumnsBy<ScalarSums>, res, columns, spans);
 }
 
 void StretchLine(int16_t* res, const uint8_t* line, const Neighbours& neighbours, int width)

@@ -28,21 +28,55 @@ struct ResultLine {
     uint8_t alpha;
 };
 
-/// Some lines of a picture and their weights. Colours are premultiplied, or, of opaque pictures, taken as they are.
+/// Some lines of a picture and their weights. Colours are premultiplied.
 struct WeightedLines {
     static constexpr int kMost = 4;
 
     const uint8_t* line[kMost];
     float weight[kMost];
     int count;
-    bool opaque;
 };
+
+/// The lines of an opaque picture behind one of the result. The sum of the inner ones, and of `sums` if there are such,
+/// is shifted to use 16 bits and weighted, the two at the edges have weights of their own. Weights are in parts of
+/// 2^16, those of the edges for bytes times 256.
+struct Band {
+    static constexpr int kMost = 4;
+
+    const uint16_t* sums;
+    const uint8_t* inner[kMost];
+    const uint8_t* edge[2];
+    int count, shift;
+    uint16_t innerWeight, edgeWeight[2];
+};
+
+/// What WeighLines() takes off each number, so that it has a sign.
+constexpr int kSignBias = 32768;
+
+/// Where each pixel of the result begins in a line, and the weights of so many times four pixels from there on, 16 for
+/// four of them: twice four times those of two. Lines must go on for as many pixels more than they have. Sums become
+/// pixels when they are scaled and the bias is added.
+struct Spans {
+    const int* first;
+    const int16_t* weights;
+    int fours;
+    float scale, bias;
+};
+
+/// Sums of `count` lines, at most Band::kMost, added to what is there or instead of it.
+void AddLines(uint16_t* sums, const uint8_t* const* lines, int count, int width, bool add);
+
+/// The weighted sum of a band.
+void WeighLines(uint16_t* res, const Band& band, int width);
+
+/// Weighted sums of columns become pixels.
+void ReduceColumns(const ResultLine& res, const uint16_t* columns, const Spans& spans);
 
 /// Sums of the lines, added to what is there or instead of it.
 void SumLines(float* sums, const WeightedLines& lines, int width, bool add);
 
 /// Sums of columns become pixels, premultiplied colours straight ones.
-void ReduceLine(uint8_t* res, const float* sums, const Taps* taps, const float* weights, int width, bool opaque);
+void ReduceLine(uint8_t* res, const float* sums, const Taps* taps, const float* weights, int width);
 
 /// Interpolates along a line.
 void StretchLine(int16_t* res, const uint8_t* line, const Neighbours& neighbours, int width);
@@ -56,8 +90,11 @@ void HalveLines(const ResultLine& res, const uint8_t* upper, const uint8_t* lowe
 /// The kernels for processors with AVX2.
 namespace avx2 {
 
+void AddLines(uint16_t* sums, const uint8_t* const* lines, int count, int width, bool add);
+void WeighLines(uint16_t* res, const Band& band, int width);
+void ReduceColumns(const ResultLine& res, const uint16_t* columns, const Spans& spans);
 void SumLines(float* sums, const WeightedLines& lines, int width, bool add);
-void ReduceLine(uint8_t* res, const float* sums, const Taps* taps, const float* weights, int width, bool opaque);
+void ReduceLine(uint8_t* res, const float* sums, const Taps* taps, const float* weights, int width);
 void StretchLine(int16_t* res, const uint8_t* line, const Neighbours& neighbours, int width);
 void MixLines(const ResultLine& res, const int16_t* upper, const int16_t* lower, int share);
 void HalveLines(const ResultLine& res, const uint8_t* upper, const uint8_t* lower);

@@ -10,15 +10,30 @@ void SumLines(float* sums, const WeightedLines& lines, int width, bool add)
     SumLinesBy<Avx2PixelFloats, SsePixelFloats>(sums, lines, width, add);
 }
 
-void ReduceLine(uint8_t* res, const float* sums, const Taps* taps, const float* weights, int width, bool opaque)
+void ReduceLine(uint8_t* res, const float* sums, const Taps* taps, const float* weights, int width)
 {
     int x = 0;
     for (; x + 2 <= width; x += 2) {
         const Avx2PixelFloats both = Avx2PixelFloats::Both(Reduced<SsePixelFloats>(sums, taps[x], weights),
                                                            Reduced<SsePixelFloats>(sums, taps[x + 1], weights));
-        (opaque ? both : both.Straight()).ToBytes(res + ptrdiff_t(x) * 4);
+        both.Straight().ToBytes(res + ptrdiff_t(x) * 4);
     }
-    ReducePixels<SsePixelFloats>(res, sums, taps, weights, x, width, opaque);
+    ReducePixels<SsePixelFloats>(res, sums, taps, weights, x, width);
+}
+
+void AddLines(uint16_t* sums, const uint8_t* const* lines, int count, int width, bool add)
+{
+    AddLinesBy<Avx2Columns>(sums, lines, count, width, add);
+}
+
+void WeighLines(uint16_t* res, const Band& band, int width)
+{
+    WeighLinesBy<Avx2Columns>(res, band, width);
+}
+
+void ReduceColumns(const ResultLine& res, const uint16_t* columns, const Spans& spans)
+{
+    ReduceColumnsBy<Avx2Sums>(res, columns, spans);
 }
 
 void StretchLine(int16_t* res, const uint8_t* line, const Neighbours& neighbours, int width)

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <math.h>
+#include <numeric>
 #include <string.h>
 
 namespace {
@@ -25,15 +26,21 @@ public:
         if (m_Taps == nullptr || m_Weights == nullptr) {
             return false;
         }
-        m_Used = 0;
+        m_Used = m_MostTaps = 0;
         for (int i = 0; i < to; ++i) {
             m_Taps[size_t(i)] = to < from ? Area(i, from, to) : Between(i, from, to);
+            m_MostTaps = std::max(m_MostTaps, m_Taps[size_t(i)].count);
         }
+        m_Parts = to < from ? from / std::gcd(from, to) : 2 * int64_t(to);
         return true;
     }
 
     const Taps* AllTaps() const { return m_Taps.get(); }
     const float* Weights() const { return m_Weights.get(); }
+    /// Of one pixel of the result.
+    int MostTaps() const { return m_MostTaps; }
+    /// Every weight is a whole number of parts.
+    int64_t Parts() const { return m_Parts; }
 
 private:
     void Add(double weight) { m_Weights[size_t(m_Used++)] = float(weight); }
@@ -70,7 +77,8 @@ private:
 
     HeapArray<Taps> m_Taps;
     HeapArray<float> m_Weights;
-    int m_Used = 0;
+    int m_Used = 0, m_MostTaps = 0;
+    int64_t m_Parts = 1;
 };
 
 bool Equal(const PixelLayout& a, const PixelLayout& b)
@@ -79,24 +87,27 @@ bool Equal(const PixelLayout& a, const PixelLayout& b)
 }
 
 /// The lines of an image with the colours where ARGB8888 has them, and alpha if it has some: its own where they are so
-/// already, else copies of the last few that were read.
+/// already, else copies.
 class SourceLines {
 public:
+    static constexpr int kCopies = 6;
+
     bool Prepare(const ImageView& image, const PixelLayout& layout)
     {
         m_Image = image;
         m_Read = Convert(image.layout, kArgb);
         m_Direct = Equal(image.layout, kArgb) || Equal(image.layout, layout);
-        m_Copies = m_Direct ? nullptr : NewArray<uint8_t>(int64_t(image.width) * 4 * WeightedLines::kMost);
+        m_Copies = m_Direct ? nullptr : NewArray<uint8_t>(int64_t(image.width) * 4 * kCopies);
         return m_Direct || m_Copies != nullptr;
     }
 
-    const uint8_t* Read(int y)
+    /// Good until another line takes that copy.
+    const uint8_t* Read(int y, int number)
     {
         if (m_Direct) {
             return m_Image.Line(y);
         }
-        uint8_t* const copy = m_Copies.get() + ptrdiff_t(y % WeightedLines::kMost) * m_Image.width * 4;
+        uint8_t* const copy = m_Copies.get() + ptrdiff_t(number) * m_Image.width * 4;
         ConvertPixels(m_Read, m_Image.Line(y), copy, m_Image.width);
         return copy;
     }
@@ -129,7 +140,7 @@ public:
         return (m_Direct || m_Result != nullptr) && m_Source.Prepare(src, layout);
     }
 
-    const uint8_t* Read(int y) { return m_Source.Read(y); }
+    const uint8_t* Read(int y, int copy) { return m_Source.Read(y, copy); }
     /// Where line y of the result is to be put together.
     uint8_t* Result(int y) { return m_Direct ? m_Dst.Line(y) : m_Result.get(); }
     /// The same of an opaque picture.
@@ -152,27 +163,171 @@ private:
     HeapArray<uint8_t> m_Result;
 };
 
-/// Any sizes: columns are added up in floats, and then reduced to pixels.
-bool Resample(const ImageView& src, const ImageView& dst, bool opaque)
+/// Any picture: columns are added up in floats, and then reduced to pixels.
+bool Resample(const ImageView& src, const ImageView& dst)
 {
     Lines lines;
     Axis across, down;
     const HeapArray<float> sums = NewArray<float>(int64_t(src.width) * 4);
-    if (sums == nullptr || !lines.Prepare(src, dst, opaque) || !across.Prepare(src.width, dst.width) ||
+    if (sums == nullptr || !lines.Prepare(src, dst, false) || !across.Prepare(src.width, dst.width) ||
         !down.Prepare(src.height, dst.height)) {
         return false;
     }
     for (int y = 0; y < dst.height; ++y) {
         const Taps& taps = down.AllTaps()[y];
         for (int done = 0; done < taps.count; done += WeightedLines::kMost) {
-            WeightedLines some = {{}, {}, std::min(taps.count - done, WeightedLines::kMost), opaque};
+            WeightedLines some = {{}, {}, std::min(taps.count - done, WeightedLines::kMost)};
             for (int i = 0; i < some.count; ++i) {
-                some.line[i] = lines.Read(taps.first + done + i);
+                some.line[i] = lines.Read(taps.first + done + i, i);
                 some.weight[i] = down.Weights()[taps.weight + done + i];
             }
             SumLines(sums.get(), some, src.width, done > 0);
         }
-        ReduceLine(lines.Result(y), sums.get(), across.AllTaps(), across.Weights(), dst.width, opaque);
+        ReduceLine(lines.Result(y), sums.get(), across.AllTaps(), across.Weights(), dst.width);
+        lines.Write(y);
+    }
+    return true;
+}
+
+uint16_t InParts(double weight, double parts)
+{
+    return uint16_t(std::min(floor(weight * parts + 0.5), 65535.0));
+}
+
+/// The sums of lines of an opaque picture, scaled by a number up to 256 and without kSignBias.
+class LineSums {
+public:
+    static constexpr int kMostTaps = 256;  ///< the bytes of so many lines add up to 16 bits
+
+    bool Prepare(int from, int to, int width, int columns)
+    {
+        m_Width = width;
+        m_Columns = NewArray<uint16_t>(int64_t(columns) * 4);
+        m_Sums = NewArray<uint16_t>(int64_t(width) * 4);
+        if (m_Columns == nullptr || m_Sums == nullptr || !m_Axis.Prepare(from, to)) {
+            return false;
+        }
+        std::fill_n(m_Columns.get() + ptrdiff_t(width) * 4, ptrdiff_t(columns - width) * 4, uint16_t(0));
+        const int inner = m_Axis.MostTaps() - 2;
+        if (inner > 0) {
+            while (255 * inner << (m_Shift + 1) <= 65535) {
+                ++m_Shift;
+            }
+            m_Scale = std::min(256.0, 65535.0 / 65536 * (1 << m_Shift) * from / to);
+        }
+        m_InnerWeight = InParts(double(to) / from * m_Scale, double(65536 >> m_Shift));
+        return true;
+    }
+
+    bool Fits() const { return m_Axis.MostTaps() <= kMostTaps; }
+    double Scale() const { return m_Scale; }
+
+    const uint16_t* Sum(Lines& lines, int y)
+    {
+        const Taps& taps = m_Axis.AllTaps()[y];
+        const float* const weights = m_Axis.Weights() + taps.weight;
+        const int last = taps.first + taps.count - 1;
+        Band band = {};
+        int line = taps.first + 1;
+        for (; line + Band::kMost < last; line += Band::kMost) {
+            ReadInner(band, lines, line, Band::kMost);
+            AddLines(m_Sums.get(), band.inner, Band::kMost, m_Width, band.sums != nullptr);
+            band.sums = m_Sums.get();
+        }
+        ReadInner(band, lines, line, std::max(last - line, 0));
+        band.edge[0] = lines.Read(taps.first, Band::kMost);
+        band.edge[1] = lines.Read(last, Band::kMost + 1);
+        band.edgeWeight[0] = InParts(weights[0] * m_Scale, 256);
+        band.edgeWeight[1] = taps.count > 1 ? InParts(weights[taps.count - 1] * m_Scale, 256) : uint16_t(0);
+        band.shift = m_Shift;
+        band.innerWeight = m_InnerWeight;
+        WeighLines(m_Columns.get(), band, m_Width);
+        return m_Columns.get();
+    }
+
+private:
+    static void ReadInner(Band& band, Lines& lines, int first, int count)
+    {
+        band.count = count;
+        for (int i = 0; i < count; ++i) {
+            band.inner[i] = lines.Read(first + i, i);
+        }
+    }
+
+    Axis m_Axis;
+    int m_Width = 0, m_Shift = 0;
+    double m_Scale = 256;
+    uint16_t m_InnerWeight = 0;
+    HeapArray<uint16_t> m_Columns, m_Sums;
+};
+
+/// Whole weights for the columns of an opaque picture.
+class ColumnSpans {
+public:
+    bool Prepare(int from, int to)
+    {
+        if (!m_Axis.Prepare(from, to)) {
+            return false;
+        }
+        m_Fours = (m_Axis.MostTaps() + 3) / 4;
+        m_First = NewArray<int>(to);
+        m_Weights = NewArray<int16_t>(int64_t(to) * m_Fours * 16);
+        if (m_First == nullptr || m_Weights == nullptr) {
+            return false;
+        }
+        std::fill_n(m_Weights.get(), ptrdiff_t(to) * m_Fours * 16, int16_t(0));
+        for (int x = 0; x < to && Fits(); ++x) {
+            const Taps& taps = m_Axis.AllTaps()[x];
+            m_First[size_t(x)] = taps.first;
+            for (int i = 0; i < taps.count; ++i) {
+                Set(x, i, m_Axis.Weights()[taps.weight + i]);
+            }
+        }
+        return true;
+    }
+
+    bool Fits() const { return m_Axis.Parts() <= 32767; }
+    /// So many columns more than there are must be readable.
+    int Beyond() const { return m_Fours * 4; }
+
+    Spans All(double scale) const
+    {
+        // Up to three products are rounded down in each sum: half of what they can lose is given back.
+        const double bias = (kSignBias + 1.5) / scale + 0.5;
+        return {m_First.get(), m_Weights.get(), m_Fours, float(1 / (scale * double(m_Axis.Parts()))), float(bias)};
+    }
+
+private:
+    void Set(int x, int i, double weight)
+    {
+        int16_t* const res = m_Weights.get() + ptrdiff_t(x) * m_Fours * 16 + i / 2 * 8 + i % 2;
+        for (int c = 0; c < 4; ++c) {
+            res[c * 2] = int16_t(floor(weight * double(m_Axis.Parts()) + 0.5));
+        }
+    }
+
+    Axis m_Axis;
+    int m_Fours = 0;
+    HeapArray<int> m_First;
+    HeapArray<int16_t> m_Weights;
+};
+
+/// Opaque pictures in whole numbers. Those that would need larger ones go the way of all.
+bool ResampleOpaque(const ImageView& src, const ImageView& dst)
+{
+    Lines lines;
+    ColumnSpans across;
+    LineSums down;
+    if (!lines.Prepare(src, dst, true) || !across.Prepare(src.width, dst.width) ||
+        !down.Prepare(src.height, dst.height, src.width, src.width + across.Beyond())) {
+        return false;
+    }
+    if (!across.Fits() || !down.Fits()) {
+        return Resample(src, dst);
+    }
+    const Spans spans = across.All(down.Scale());
+    for (int y = 0; y < dst.height; ++y) {
+        ReduceColumns(lines.Opaque(y), down.Sum(lines, y), spans);
         lines.Write(y);
     }
     return true;
@@ -215,7 +370,7 @@ public:
     {
         const int place = y % 2;
         if (m_Number[place] != y) {
-            StretchLine(m_Lines[place].get(), lines.Read(y), {m_Left.get(), m_Shares.get(), m_Inner}, m_Width);
+            StretchLine(m_Lines[place].get(), lines.Read(y, 0), {m_Left.get(), m_Shares.get(), m_Inner}, m_Width);
             m_Number[place] = y;
         }
         return m_Lines[place].get();
@@ -257,8 +412,8 @@ bool Halve(const ImageView& src, const ImageView& dst)
         return false;
     }
     for (int y = 0; y < dst.height; ++y) {
-        const uint8_t* const upper = lines.Read(2 * y);
-        HalveLines(lines.Opaque(y), upper, lines.Read(2 * y + 1));
+        const uint8_t* const upper = lines.Read(2 * y, 0);
+        HalveLines(lines.Opaque(y), upper, lines.Read(2 * y + 1, 1));
         lines.Write(y);
     }
     return true;
@@ -291,7 +446,10 @@ bool Resize(const ImageView& src, const ImageView& dst)
         return Halve(src, dst);
     }
     const bool grows = src.width <= dst.width && src.height <= dst.height;
-    return opaque && grows && src.width > 1 ? Stretch(src, dst) : Resample(src, dst, opaque);
+    if (opaque && grows && src.width > 1) {
+        return Stretch(src, dst);
+    }
+    return opaque ? ResampleOpaque(src, dst) : Resample(src, dst);
 }
 
 int Half(int size)
