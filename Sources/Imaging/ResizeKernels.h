@@ -69,85 +69,93 @@ inline void ReducePixels(uint8_t* res, const float* sums, const Taps* taps, cons
     }
 }
 
-template <class Columns>
-inline int AddPixels(uint16_t* sums, const uint8_t* const* lines, int count, int from, int width, bool add)
+template <class Lanes>
+inline int AddPixels(const Columns& sums, const uint8_t* const* lines, int count, int from, int width, bool add)
 {
     int x = from;
-    for (; x + Columns::kPixels <= width; x += Columns::kPixels) {
-        const ptrdiff_t at = ptrdiff_t(x) * 4;
-        Columns sum = add ? Columns::Load(sums + at) : Columns::Splat(0);
+    for (; x + Lanes::kPixels <= width; x += Lanes::kPixels) {
+        Lanes sum = add ? Lanes::Load(sums, x) : Lanes::Splat(0);
         for (int i = 0; i < count; ++i) {
-            sum = sum + Columns::FromBytes(lines[i] + at);
+            sum = sum + Lanes::FromBytes(lines[i] + ptrdiff_t(x) * 4);
         }
-        sum.Store(sums + at);
+        sum.Store(sums, x);
     }
     return x;
 }
 
-template <class Columns, int Count>
-inline int WeighPixels(uint16_t* res, const Band& band, int from, int width)
+template <class Lanes, int Count>
+inline int WeighPixels(const Columns& res, const Band& band, int from, int width)
 {
+    const Columns r = res;
     const Band b = band;
     const ptrdiff_t nextBand = b.edge[1] - b.edge[0];
-    const Columns inner = Columns::Splat(b.innerWeight), first = Columns::Splat(b.edgeWeight[0]),
-                  last = Columns::Splat(b.edgeWeight[1]), bias = Columns::Splat(kSignBias);
+    const Lanes inner = Lanes::Splat(b.innerWeight), first = Lanes::Splat(b.edgeWeight[0]),
+                last = Lanes::Splat(b.edgeWeight[1]);
     int x = from;
-    for (; x + Columns::kPixels <= width; x += Columns::kPixels) {
+    for (; x + Lanes::kPixels <= width; x += Lanes::kPixels) {
         const ptrdiff_t at = ptrdiff_t(x) * 4;
-        Columns sum = b.sums != nullptr ? Columns::Load(b.sums + at) : Columns::Splat(0);
-        for (int i = 0; i < Count; ++i) {
-            FetchAhead(b.inner[i] + at, nextBand);
-            sum = sum + Columns::FromBytes(b.inner[i] + at);
-        }
         FetchAhead(b.edge[1] + at, nextBand);
-        const Columns edges =
-            Columns::FromHighBytes(b.edge[0] + at).Share(first) + Columns::FromHighBytes(b.edge[1] + at).Share(last);
-        ((sum << b.shift).Share(inner) + edges + bias).Store(res + at);
+        Lanes sum = b.more ? Lanes::Load(b.sums, x) : Lanes::Splat(0);
+        for (int i = 0; i < Count; ++i) {
+            sum = sum + Lanes::FromBytes(b.inner[i] + at);
+        }
+        const Lanes edges =
+            Lanes::FromHighBytes(b.edge[0] + at).Share(first) + Lanes::FromHighBytes(b.edge[1] + at).Share(last);
+        ((sum << b.shift).Share(inner) + edges).Store(r, x);
     }
     return x;
 }
 
-template <class Columns>
-inline int WeighAll(uint16_t* res, const Band& band, int from, int width)
+template <class Lanes>
+inline int WeighAll(const Columns& res, const Band& band, int from, int width)
 {
     switch (band.count) {
-    case 0: return WeighPixels<Columns, 0>(res, band, from, width);
-    case 1: return WeighPixels<Columns, 1>(res, band, from, width);
-    case 2: return WeighPixels<Columns, 2>(res, band, from, width);
-    case 3: return WeighPixels<Columns, 3>(res, band, from, width);
-    default: return WeighPixels<Columns, 4>(res, band, from, width);
+    case 0: return WeighPixels<Lanes, 0>(res, band, from, width);
+    case 1: return WeighPixels<Lanes, 1>(res, band, from, width);
+    case 2: return WeighPixels<Lanes, 2>(res, band, from, width);
+    case 3: return WeighPixels<Lanes, 3>(res, band, from, width);
+    default: return WeighPixels<Lanes, 4>(res, band, from, width);
     }
 }
 
-template <class Columns>
-inline void AddLinesBy(uint16_t* sums, const uint8_t* const* lines, int count, int width, bool add)
+template <class Lanes>
+inline void AddLinesBy(const Columns& sums, const uint8_t* const* lines, int count, int width, bool add)
 {
-    const int done = AddPixels<Columns>(sums, lines, count, 0, width, add);
+    const int done = AddPixels<Lanes>(sums, lines, count, 0, width, add);
     AddPixels<ScalarColumns>(sums, lines, count, done, width, add);
 }
 
-template <class Columns>
-inline void WeighLinesBy(uint16_t* res, const Band& band, int width)
+template <class Lanes>
+inline void WeighLinesBy(const Columns& res, const Band& band, int width)
 {
-    WeighAll<ScalarColumns>(res, band, WeighAll<Columns>(res, band, 0, width), width);
+    WeighAll<ScalarColumns>(res, band, WeighAll<Lanes>(res, band, 0, width), width);
 }
 
-template <class Sums>
-inline int ReduceSums(const ResultLine& res, const uint16_t* columns, const Spans& spans, int from)
+template <class Sums, int Fours>
+inline int ReduceSums(const ResultLine& res, const Columns& columns, const Spans& spans, int from)
 {
     const ResultLine r = res;
+    const Columns c = columns;
     const Spans s = spans;
     int x = from;
     for (; x + Sums::kPixels <= r.width; x += Sums::kPixels) {
-        Sums::Of(columns, s, x).ToBytes(r.pixels + ptrdiff_t(x) * 4, s.scale, s.bias, r.alpha);
+        Sums::template Of<Fours>(c, s, x).ToBytes(r.pixels + ptrdiff_t(x) * 4, s.scale, s.bias, r.alpha);
     }
     return x;
 }
 
+/// Of few columns without a loop over them.
 template <class Sums>
-inline void ReduceColumnsBy(const ResultLine& res, const uint16_t* columns, const Spans& spans)
+inline int ReduceAll(const ResultLine& res, const Columns& columns, const Spans& spans, int from)
 {
-    ReduceSums<ScalarSums>(res, columns, spans, ReduceSums<Sums>(res, columns, spans, 0));
+    return spans.fours == 1 ? ReduceSums<Sums, 1>(res, columns, spans, from)
+                            : ReduceSums<Sums, 0>(res, columns, spans, from);
+}
+
+template <class Sums>
+inline void ReduceColumnsBy(const ResultLine& res, const Columns& columns, const Spans& spans)
+{
+    ReduceAll<ScalarSums>(res, columns, spans, ReduceAll<Sums>(res, columns, spans, 0));
 }
 
 template <class Words>

@@ -91,9 +91,7 @@ private:
     }
 };
 
-/// Words are numbers from 0 to 255 with seven bits behind the point, and differences of such.
-constexpr int kFraction = 7;
-
+/// Words are numbers from 0 to 255 with kFraction bits behind the point, and differences of such.
 struct ScalarPixelWords {
     int16_t w[4];
 
@@ -231,7 +229,8 @@ private:
     }
 };
 
-/// Numbers of 16 bits without a sign; sums wrap around.
+/// Columns of numbers of 16 bits without a sign; sums wrap around. Blue and red of all pixels lie together, and in
+/// another place green and alpha: so they come out of bytes without being moved.
 struct ScalarColumns {
     uint16_t w[4];
 
@@ -241,11 +240,19 @@ struct ScalarColumns {
     {
         return {{uint16_t(value), uint16_t(value), uint16_t(value), uint16_t(value)}};
     }
-    static ScalarColumns Load(const uint16_t* p) { return {{p[0], p[1], p[2], p[3]}}; }
-    static ScalarColumns FromBytes(const uint8_t* p) { return {{p[0], p[1], p[2], p[3]}}; }
+    static ScalarColumns Load(const Columns& p, int x)
+    {
+        const uint16_t *const first = p.blueRed + ptrdiff_t(x) * 2, *const second = p.greenAlpha + ptrdiff_t(x) * 2;
+        return {{first[0], first[1], second[0], second[1]}};
+    }
+    static ScalarColumns FromBytes(const uint8_t* p) { return {{p[0], p[2], p[1], p[3]}}; }
     /// The same times 256.
     static ScalarColumns FromHighBytes(const uint8_t* p) { return FromBytes(p) << 8; }
-    void Store(uint16_t* p) const { memcpy(p, w, sizeof(w)); }
+    void Store(const Columns& p, int x) const
+    {
+        memcpy(p.blueRed + ptrdiff_t(x) * 2, w, 4);
+        memcpy(p.greenAlpha + ptrdiff_t(x) * 2, w + 2, 4);
+    }
 
     ScalarColumns operator+(ScalarColumns o) const
     {
@@ -272,21 +279,24 @@ struct SseColumns {
     static constexpr int kPixels = 4;
 
     static SseColumns Splat(int value) { return {{_mm_set1_epi16(int16_t(value)), _mm_set1_epi16(int16_t(value))}}; }
-    static SseColumns Load(const uint16_t* p) { return {{LoadEight(p), LoadEight(p + 8)}}; }
+    static SseColumns Load(const Columns& p, int x)
+    {
+        return {{LoadEight(p.blueRed + ptrdiff_t(x) * 2), LoadEight(p.greenAlpha + ptrdiff_t(x) * 2)}};
+    }
     static SseColumns FromBytes(const uint8_t* p)
     {
-        const __m128i bytes = LoadEight(p), zero = _mm_setzero_si128();
-        return {{_mm_unpacklo_epi8(bytes, zero), _mm_unpackhi_epi8(bytes, zero)}};
+        const __m128i bytes = LoadEight(p);
+        return {{_mm_and_si128(bytes, _mm_set1_epi16(0xFF)), _mm_srli_epi16(bytes, 8)}};
     }
     static SseColumns FromHighBytes(const uint8_t* p)
     {
-        const __m128i bytes = LoadEight(p), zero = _mm_setzero_si128();
-        return {{_mm_unpacklo_epi8(zero, bytes), _mm_unpackhi_epi8(zero, bytes)}};
+        const __m128i bytes = LoadEight(p);
+        return {{_mm_slli_epi16(bytes, 8), _mm_andnot_si128(_mm_set1_epi16(0xFF), bytes)}};
     }
-    void Store(uint16_t* p) const
+    void Store(const Columns& p, int x) const
     {
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(p), v[0]);
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(p + 8), v[1]);
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(p.blueRed + ptrdiff_t(x) * 2), v[0]);
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(p.greenAlpha + ptrdiff_t(x) * 2), v[1]);
     }
 
     SseColumns operator+(SseColumns o) const { return {{_mm_add_epi16(v[0], o.v[0]), _mm_add_epi16(v[1], o.v[1])}}; }
@@ -301,70 +311,86 @@ private:
     static __m128i LoadEight(const void* p) { return _mm_loadu_si128(static_cast<const __m128i*>(p)); }
 };
 
-/// Weighted sums of columns, each of which is a number of 16 bits with a sign. Weights of four columns are those of the
-/// first two, four times over, and those of the second two.
+/// Weighted sums of columns below 2^15.
 struct ScalarSums {
     int32_t s[4];
 
     static constexpr int kPixels = 1;
 
-    static ScalarSums Of(const uint16_t* columns, const Spans& spans, int x)
+    template <int Fours>
+    static ScalarSums Of(const Columns& columns, const Spans& spans, int x)
     {
         ScalarSums res = {};
-        const uint16_t* const from = columns + ptrdiff_t(spans.first[x]) * 4;
-        const int16_t* const weights = spans.weights + ptrdiff_t(x) * spans.fours * 16;
-        for (int i = 0; i < spans.fours * 4; ++i) {
+        const int fours = Fours > 0 ? Fours : spans.fours;
+        const int16_t* const weights = spans.weights + ptrdiff_t(x) * fours * 8;
+        for (int i = 0; i < fours * 4; ++i) {
+            const ScalarColumns column = ScalarColumns::Load(columns, spans.first[x] + i);
             for (int c = 0; c < 4; ++c) {
-                res.s[c] += int16_t(from[i * 4 + c]) * weights[i / 2 * 8 + i % 2];
+                res.s[c] += column.w[c] * weights[i / 2 * 4 + i % 2];
             }
         }
         return res;
     }
     void ToBytes(uint8_t* p, float scale, float bias, uint8_t alpha) const
     {
+        constexpr int kPlaces[3] = {0, 2, 1};
         for (int c = 0; c < 3; ++c) {
-            p[c] = uint8_t(float(s[c]) * scale + bias);
+            p[kPlaces[c]] = uint8_t(float(s[c]) * scale + bias);
         }
         p[3] = alpha;
     }
 };
 
-/// Pixels of 32-bit numbers become bytes, with that one for alpha.
-inline void StoreFour(uint8_t* p, __m128i firstTwo, __m128i lastTwo, uint8_t alpha)
+/// Four pixels of bytes in the halves of 32 bits.
+inline void StoreFour(uint8_t* p, __m128i blueRed, __m128i greenAlpha, uint8_t alpha)
 {
-    const __m128i colours = _mm_and_si128(_mm_packus_epi16(firstTwo, lastTwo), _mm_set1_epi32(0xFFFFFF));
-    _mm_storeu_si128(reinterpret_cast<__m128i*>(p), _mm_or_si128(colours, _mm_slli_epi32(_mm_set1_epi32(alpha), 24)));
+    const __m128i green = _mm_and_si128(_mm_slli_epi16(greenAlpha, 8), _mm_set1_epi32(0xFFFF));
+    const __m128i highest = _mm_slli_epi32(_mm_set1_epi32(alpha), 24);
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(p), _mm_or_si128(_mm_or_si128(blueRed, green), highest));
 }
 
 struct SseSums {
-    __m128i s[4];
+    __m128i blueRed[4], greenAlpha[4];  ///< of each pixel two sums: of the first two of four columns, and of the others
 
     static constexpr int kPixels = 4;
 
-    static SseSums Of(const uint16_t* columns, const Spans& spans, int x)
+    template <int Fours>
+    static SseSums Of(const Columns& columns, const Spans& spans, int x)
     {
         SseSums res;
+        const int fours = Fours > 0 ? Fours : spans.fours;
         for (int i = 0; i < kPixels; ++i) {
-            const uint16_t* const from = columns + ptrdiff_t(spans.first[x + i]) * 4;
-            const int16_t* const weights = spans.weights + ptrdiff_t(x + i) * spans.fours * 16;
-            res.s[i] = _mm_setzero_si128();
-            for (int k = 0; k < spans.fours * 2; ++k) {
-                const __m128i two = _mm_loadu_si128(reinterpret_cast<const __m128i*>(from + k * 8));
-                const __m128i weight = _mm_loadu_si128(reinterpret_cast<const __m128i*>(weights + k * 8));
-                const __m128i pairs = _mm_unpacklo_epi16(two, _mm_srli_si128(two, 8));
-                res.s[i] = _mm_add_epi32(res.s[i], _mm_madd_epi16(pairs, weight));
+            res.blueRed[i] = res.greenAlpha[i] = _mm_setzero_si128();
+            for (int k = 0; k < fours; ++k) {
+                const ptrdiff_t from = (ptrdiff_t(spans.first[x + i]) + k * 4) * 2;
+                const __m128i weights = LoadEight(spans.weights + (ptrdiff_t(x + i) * fours + k) * 8);
+                res.blueRed[i] = PlusProducts(res.blueRed[i], columns.blueRed + from, weights);
+                res.greenAlpha[i] = PlusProducts(res.greenAlpha[i], columns.greenAlpha + from, weights);
             }
         }
         return res;
     }
     void ToBytes(uint8_t* p, float scale, float bias, uint8_t alpha) const
     {
-        __m128i whole[kPixels];
-        for (int i = 0; i < kPixels; ++i) {
-            const __m128 scaled = _mm_mul_ps(_mm_cvtepi32_ps(s[i]), _mm_set1_ps(scale));
-            whole[i] = _mm_cvttps_epi32(_mm_add_ps(scaled, _mm_set1_ps(bias)));
-        }
-        StoreFour(p, _mm_packs_epi32(whole[0], whole[1]), _mm_packs_epi32(whole[2], whole[3]), alpha);
+        StoreFour(p, Scaled(blueRed, scale, bias), Scaled(greenAlpha, scale, bias), alpha);
+    }
+
+private:
+    static __m128i LoadEight(const void* p) { return _mm_loadu_si128(static_cast<const __m128i*>(p)); }
+    static __m128i PlusProducts(__m128i sum, const uint16_t* four, __m128i weights)
+    {
+        const __m128i low = _mm_shufflelo_epi16(LoadEight(four), _MM_SHUFFLE(3, 1, 2, 0));
+        return _mm_add_epi32(sum, _mm_madd_epi16(_mm_shufflehi_epi16(low, _MM_SHUFFLE(3, 1, 2, 0)), weights));
+    }
+    static __m128i Scaled(__m128i first, __m128i second, float scale, float bias)
+    {
+        const __m128i sums = _mm_add_epi32(_mm_unpacklo_epi64(first, second), _mm_unpackhi_epi64(first, second));
+        const __m128 scaled = _mm_mul_ps(_mm_cvtepi32_ps(sums), _mm_set1_ps(scale));
+        return _mm_cvttps_epi32(_mm_add_ps(scaled, _mm_set1_ps(bias)));
+    }
+    static __m128i Scaled(const __m128i (&of)[4], float scale, float bias)
+    {
+        return _mm_packs_epi32(Scaled(of[0], of[1], scale, bias), Scaled(of[2], of[3], scale, bias));
     }
 };
 
@@ -477,7 +503,6 @@ private:
     }
 };
 
-/// Pixels 0, 1, 4 and 5 lie in one register, and 2, 3, 6 and 7 in the other.
 struct Avx2Columns {
     __m256i v[2];
 
@@ -487,22 +512,24 @@ struct Avx2Columns {
     {
         return {{_mm256_set1_epi16(int16_t(value)), _mm256_set1_epi16(int16_t(value))}};
     }
-    static Avx2Columns Load(const uint16_t* p) { return Swapped(LoadSixteen(p), LoadSixteen(p + 16)); }
+    static Avx2Columns Load(const Columns& p, int x)
+    {
+        return {{LoadSixteen(p.blueRed + ptrdiff_t(x) * 2), LoadSixteen(p.greenAlpha + ptrdiff_t(x) * 2)}};
+    }
     static Avx2Columns FromBytes(const uint8_t* p)
     {
-        const __m256i bytes = LoadSixteen(p), zero = _mm256_setzero_si256();
-        return {{_mm256_unpacklo_epi8(bytes, zero), _mm256_unpackhi_epi8(bytes, zero)}};
+        const __m256i bytes = LoadSixteen(p);
+        return {{_mm256_and_si256(bytes, _mm256_set1_epi16(0xFF)), _mm256_srli_epi16(bytes, 8)}};
     }
     static Avx2Columns FromHighBytes(const uint8_t* p)
     {
-        const __m256i bytes = LoadSixteen(p), zero = _mm256_setzero_si256();
-        return {{_mm256_unpacklo_epi8(zero, bytes), _mm256_unpackhi_epi8(zero, bytes)}};
+        const __m256i bytes = LoadSixteen(p);
+        return {{_mm256_slli_epi16(bytes, 8), _mm256_andnot_si256(_mm256_set1_epi16(0xFF), bytes)}};
     }
-    void Store(uint16_t* p) const
+    void Store(const Columns& p, int x) const
     {
-        const Avx2Columns inOrder = Swapped(v[0], v[1]);
-        _mm256_storeu_si256(reinterpret_cast<__m256i*>(p), inOrder.v[0]);
-        _mm256_storeu_si256(reinterpret_cast<__m256i*>(p + 16), inOrder.v[1]);
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(p.blueRed + ptrdiff_t(x) * 2), v[0]);
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(p.greenAlpha + ptrdiff_t(x) * 2), v[1]);
     }
 
     Avx2Columns operator+(Avx2Columns o) const
@@ -521,29 +548,29 @@ struct Avx2Columns {
 
 private:
     static __m256i LoadSixteen(const void* p) { return _mm256_loadu_si256(static_cast<const __m256i*>(p)); }
-    static Avx2Columns Swapped(__m256i a, __m256i b)
-    {
-        return {{_mm256_permute2x128_si256(a, b, 0x20), _mm256_permute2x128_si256(a, b, 0x31)}};
-    }
 };
 
 struct Avx2Sums {
-    __m256i s[4];  ///< of each pixel two sums: of the first two of four columns, and of the second
+    __m256i s[4];  ///< as in SseSums, with blue and red in the lower half
 
     static constexpr int kPixels = 4;
 
-    static Avx2Sums Of(const uint16_t* columns, const Spans& spans, int x)
+    template <int Fours>
+    static Avx2Sums Of(const Columns& columns, const Spans& spans, int x)
     {
+        const int fours = Fours > 0 ? Fours : spans.fours;
         const __m256i pairs =
-            _mm256_broadcastsi128_si256(_mm_setr_epi8(0, 1, 8, 9, 2, 3, 10, 11, 4, 5, 12, 13, 6, 7, 14, 15));
-        Avx2Sums res = {
-            {_mm256_setzero_si256(), _mm256_setzero_si256(), _mm256_setzero_si256(), _mm256_setzero_si256()}};
-        const int16_t* const weights = spans.weights + ptrdiff_t(x) * spans.fours * 16;
-        for (int k = 0; k < spans.fours; ++k) {
-            for (int i = 0; i < kPixels; ++i) {
-                const uint16_t* const from = columns + (ptrdiff_t(spans.first[x + i]) + k * 4) * 4;
-                const __m256i weight = LoadSixteen(weights + (ptrdiff_t(i) * spans.fours + k) * 16);
-                const __m256i products = _mm256_madd_epi16(_mm256_shuffle_epi8(LoadSixteen(from), pairs), weight);
+            _mm256_broadcastsi128_si256(_mm_setr_epi8(0, 1, 4, 5, 2, 3, 6, 7, 8, 9, 12, 13, 10, 11, 14, 15));
+        Avx2Sums res;
+        for (int i = 0; i < kPixels; ++i) {
+            res.s[i] = _mm256_setzero_si256();
+            for (int k = 0; k < fours; ++k) {
+                const ptrdiff_t from = (ptrdiff_t(spans.first[x + i]) + k * 4) * 2;
+                const __m128i weights = LoadEight(spans.weights + (ptrdiff_t(x + i) * fours + k) * 8);
+                const __m256i four =
+                    _mm256_set_m128i(LoadEight(columns.greenAlpha + from), LoadEight(columns.blueRed + from));
+                const __m256i products =
+                    _mm256_madd_epi16(_mm256_shuffle_epi8(four, pairs), _mm256_broadcastsi128_si256(weights));
                 res.s[i] = _mm256_add_epi32(res.s[i], products);
             }
         }
@@ -551,17 +578,16 @@ struct Avx2Sums {
     }
     void ToBytes(uint8_t* p, float scale, float bias, uint8_t alpha) const
     {
-        const __m256i even = Scaled(s[0], s[2], scale, bias), odd = Scaled(s[1], s[3], scale, bias);
-        const __m256i words = _mm256_packs_epi32(even, odd);
+        const __m256i words = _mm256_packs_epi32(Scaled(s[0], s[1], scale, bias), Scaled(s[2], s[3], scale, bias));
         StoreFour(p, _mm256_castsi256_si128(words), _mm256_extracti128_si256(words, 1), alpha);
     }
 
 private:
-    static __m256i LoadSixteen(const void* p) { return _mm256_loadu_si256(static_cast<const __m256i*>(p)); }
+    static __m128i LoadEight(const void* p) { return _mm_loadu_si128(static_cast<const __m128i*>(p)); }
     static __m256i Scaled(__m256i first, __m256i second, float scale, float bias)
     {
-        const __m256i sums = _mm256_add_epi32(_mm256_permute2x128_si256(first, second, 0x20),
-                                              _mm256_permute2x128_si256(first, second, 0x31));
+        const __m256i sums =
+            _mm256_add_epi32(_mm256_unpacklo_epi64(first, second), _mm256_unpackhi_epi64(first, second));
         const __m256 scaled = _mm256_mul_ps(_mm256_cvtepi32_ps(sums), _mm256_set1_ps(scale));
         return _mm256_cvttps_epi32(_mm256_add_ps(scaled, _mm256_set1_ps(bias)));
     }

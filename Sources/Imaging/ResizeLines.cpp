@@ -33,17 +33,17 @@ void ReduceLine(uint8_t* res, const float* sums, const Taps* taps, const float* 
                  weights, width);
 }
 
-void AddLines(uint16_t* sums, const uint8_t* const* lines, int count, int width, bool add)
+void AddLines(const Columns& sums, const uint8_t* const* lines, int count, int width, bool add)
 {
     DispatchWide(avx2::AddLines, AddLinesBy<SseColumns>, AddLinesBy<ScalarColumns>, sums, lines, count, width, add);
 }
 
-void WeighLines(uint16_t* res, const Band& band, int width)
+void WeighLines(const Columns& res, const Band& band, int width)
 {
     DispatchWide(avx2::WeighLines, WeighLinesBy<SseColumns>, WeighLinesBy<ScalarColumns>, res, band, width);
 }
 
-void ReduceColumns(const ResultLine& res, const uint16_t* columns, const Spans& spans)
+void ReduceColumns(const ResultLine& res, const Columns& columns, const Spans& spans)
 {
     DispatchWide(avx2::ReduceColumns, ReduceColumnsBy<SseSums>, ReduceColumnsBy<ScalarSums>, res, columns, spans);
 }

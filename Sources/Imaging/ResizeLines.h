@@ -6,6 +6,9 @@
 
 namespace zm {
 
+/// How many bits numbers of 16 bits have behind the point, where they are as large as bytes.
+constexpr int kFraction = 7;
+
 /// The pixels behind one pixel of the result, in one direction: a first one, and so many.
 struct Taps {
     int first, count;
@@ -37,25 +40,28 @@ struct WeightedLines {
     int count;
 };
 
-/// The lines of an opaque picture behind one of the result. The sum of the inner ones, and of `sums` if there are such,
+/// A line of numbers of 16 bits, two of each pixel side by side.
+struct Columns {
+    uint16_t *blueRed, *greenAlpha;
+};
+
+/// The lines of an opaque picture behind one of the result. The sum of the inner ones, and of `sums` if it has `more`,
 /// is shifted to use 16 bits and weighted, the two at the edges have weights of their own. Weights are in parts of
 /// 2^16, those of the edges for bytes times 256.
 struct Band {
     static constexpr int kMost = 4;
 
-    const uint16_t* sums;
+    Columns sums;
+    bool more;
     const uint8_t* inner[kMost];
     const uint8_t* edge[2];
     int count, shift;
     uint16_t innerWeight, edgeWeight[2];
 };
 
-/// What WeighLines() takes off each number, so that it has a sign.
-constexpr int kSignBias = 32768;
-
-/// Where each pixel of the result begins in a line, and the weights of so many times four pixels from there on, 16 for
-/// four of them: twice four times those of two. Lines must go on for as many pixels more than they have. Sums become
-/// pixels when they are scaled and the bias is added.
+/// Where each pixel of the result begins in a line, and the weights of so many times four pixels from there on, eight
+/// for four of them: twice those of two. Lines must go on for as many pixels more than they have. Sums become pixels
+/// when they are scaled and the bias is added.
 struct Spans {
     const int* first;
     const int16_t* weights;
@@ -64,13 +70,13 @@ struct Spans {
 };
 
 /// Sums of `count` lines, at most Band::kMost, added to what is there or instead of it.
-void AddLines(uint16_t* sums, const uint8_t* const* lines, int count, int width, bool add);
+void AddLines(const Columns& sums, const uint8_t* const* lines, int count, int width, bool add);
 
 /// The weighted sum of a band.
-void WeighLines(uint16_t* res, const Band& band, int width);
+void WeighLines(const Columns& res, const Band& band, int width);
 
 /// Weighted sums of columns become pixels.
-void ReduceColumns(const ResultLine& res, const uint16_t* columns, const Spans& spans);
+void ReduceColumns(const ResultLine& res, const Columns& columns, const Spans& spans);
 
 /// Sums of the lines, added to what is there or instead of it.
 void SumLines(float* sums, const WeightedLines& lines, int width, bool add);
@@ -90,9 +96,9 @@ void HalveLines(const ResultLine& res, const uint8_t* upper, const uint8_t* lowe
 /// The kernels for processors with AVX2.
 namespace avx2 {
 
-void AddLines(uint16_t* sums, const uint8_t* const* lines, int count, int width, bool add);
-void WeighLines(uint16_t* res, const Band& band, int width);
-void ReduceColumns(const ResultLine& res, const uint16_t* columns, const Spans& spans);
+void AddLines(const Columns& sums, const uint8_t* const* lines, int count, int width, bool add);
+void WeighLines(const Columns& res, const Band& band, int width);
+void ReduceColumns(const ResultLine& res, const Columns& columns, const Spans& spans);
 void SumLines(float* sums, const WeightedLines& lines, int width, bool add);
 void ReduceLine(uint8_t* res, const float* sums, const Taps* taps, const float* weights, int width);
 void StretchLine(int16_t* res, const uint8_t* line, const Neighbours& neighbours, int width);

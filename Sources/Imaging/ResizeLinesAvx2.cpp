@@ -21,17 +21,17 @@ void ReduceLine(uint8_t* res, const float* sums, const Taps* taps, const float* 
     ReducePixels<SsePixelFloats>(res, sums, taps, weights, x, width);
 }
 
-void AddLines(uint16_t* sums, const uint8_t* const* lines, int count, int width, bool add)
+void AddLines(const Columns& sums, const uint8_t* const* lines, int count, int width, bool add)
 {
     AddLinesBy<Avx2Columns>(sums, lines, count, width, add);
 }
 
-void WeighLines(uint16_t* res, const Band& band, int width)
+void WeighLines(const Columns& res, const Band& band, int width)
 {
     WeighLinesBy<Avx2Columns>(res, band, width);
 }
 
-void ReduceColumns(const ResultLine& res, const uint16_t* columns, const Spans& spans)
+void ReduceColumns(const ResultLine& res, const Columns& columns, const Spans& spans)
 {
     ReduceColumnsBy<Avx2Sums>(res, columns, spans);
 }

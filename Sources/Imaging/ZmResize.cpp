@@ -189,60 +189,77 @@ bool Resample(const ImageView& src, const ImageView& dst)
     return true;
 }
 
-uint16_t InParts(double weight, double parts)
-{
-    return uint16_t(std::min(floor(weight * parts + 0.5), 65535.0));
-}
-
-/// The sums of lines of an opaque picture, scaled by a number up to 256 and without kSignBias.
-class LineSums {
+/// A line of columns, and more of them that are 0.
+class ColumnLine {
 public:
-    static constexpr int kMostTaps = 256;  ///< the bytes of so many lines add up to 16 bits
-
-    bool Prepare(int from, int to, int width, int columns)
+    bool Prepare(int width, int more)
     {
-        m_Width = width;
-        m_Columns = NewArray<uint16_t>(int64_t(columns) * 4);
-        m_Sums = NewArray<uint16_t>(int64_t(width) * 4);
-        if (m_Columns == nullptr || m_Sums == nullptr || !m_Axis.Prepare(from, to)) {
+        const int64_t each = (int64_t(width) + more) * 2;
+        m_Numbers = NewArray<uint16_t>(2 * each);
+        if (m_Numbers == nullptr) {
             return false;
         }
-        std::fill_n(m_Columns.get() + ptrdiff_t(width) * 4, ptrdiff_t(columns - width) * 4, uint16_t(0));
-        const int inner = m_Axis.MostTaps() - 2;
-        if (inner > 0) {
-            while (255 * inner << (m_Shift + 1) <= 65535) {
-                ++m_Shift;
-            }
-            m_Scale = std::min(256.0, 65535.0 / 65536 * (1 << m_Shift) * from / to);
-        }
-        m_InnerWeight = InParts(double(to) / from * m_Scale, double(65536 >> m_Shift));
+        m_Columns = {m_Numbers.get(), m_Numbers.get() + each};
+        std::fill_n(m_Columns.blueRed + ptrdiff_t(width) * 2, more * 2, uint16_t(0));
+        std::fill_n(m_Columns.greenAlpha + ptrdiff_t(width) * 2, more * 2, uint16_t(0));
         return true;
     }
 
-    bool Fits() const { return m_Axis.MostTaps() <= kMostTaps; }
-    double Scale() const { return m_Scale; }
+    const Columns& Get() const { return m_Columns; }
 
-    const uint16_t* Sum(Lines& lines, int y)
+private:
+    HeapArray<uint16_t> m_Numbers;
+    Columns m_Columns;
+};
+
+uint16_t InParts(double weight, int parts)
+{
+    return uint16_t(floor(weight * parts + 0.5));
+}
+
+/// The weighted sums of lines of an opaque picture, with kFraction bits behind the point.
+class LineSums {
+public:
+    /// So many columns more than there are will be read.
+    bool Prepare(int from, int to, int width, int more)
+    {
+        m_Width = width;
+        if (!m_Columns.Prepare(width, more) || !m_Sums.Prepare(width, 0) || !m_Axis.Prepare(from, to)) {
+            return false;
+        }
+        m_Shift = 0;
+        while (255 * std::max(m_Axis.MostTaps() - 2, 1) << (m_Shift + 1) <= 65535) {
+            ++m_Shift;
+        }
+        m_InnerWeight = to < from ? InParts(double(to) / from, 1 << (16 + kFraction - m_Shift)) : uint16_t(0);
+        return true;
+    }
+
+    /// Whether the bytes of all lines add up to 16 bits.
+    bool Fits() const { return m_Axis.MostTaps() <= 256; }
+
+    const Columns& Sum(Lines& lines, int y)
     {
         const Taps& taps = m_Axis.AllTaps()[y];
         const float* const weights = m_Axis.Weights() + taps.weight;
         const int last = taps.first + taps.count - 1;
         Band band = {};
+        band.sums = m_Sums.Get();
         int line = taps.first + 1;
         for (; line + Band::kMost < last; line += Band::kMost) {
             ReadInner(band, lines, line, Band::kMost);
-            AddLines(m_Sums.get(), band.inner, Band::kMost, m_Width, band.sums != nullptr);
-            band.sums = m_Sums.get();
+            AddLines(band.sums, band.inner, Band::kMost, m_Width, band.more);
+            band.more = true;
         }
         ReadInner(band, lines, line, std::max(last - line, 0));
         band.edge[0] = lines.Read(taps.first, Band::kMost);
         band.edge[1] = lines.Read(last, Band::kMost + 1);
-        band.edgeWeight[0] = InParts(weights[0] * m_Scale, 256);
-        band.edgeWeight[1] = taps.count > 1 ? InParts(weights[taps.count - 1] * m_Scale, 256) : uint16_t(0);
+        band.edgeWeight[0] = InParts(weights[0], 256 << kFraction);
+        band.edgeWeight[1] = taps.count > 1 ? InParts(weights[taps.count - 1], 256 << kFraction) : uint16_t(0);
         band.shift = m_Shift;
         band.innerWeight = m_InnerWeight;
-        WeighLines(m_Columns.get(), band, m_Width);
-        return m_Columns.get();
+        WeighLines(m_Columns.Get(), band, m_Width);
+        return m_Columns.Get();
     }
 
 private:
@@ -256,9 +273,8 @@ private:
 
     Axis m_Axis;
     int m_Width = 0, m_Shift = 0;
-    double m_Scale = 256;
     uint16_t m_InnerWeight = 0;
-    HeapArray<uint16_t> m_Columns, m_Sums;
+    ColumnLine m_Columns, m_Sums;
 };
 
 /// Whole weights for the columns of an opaque picture.
@@ -271,11 +287,11 @@ public:
         }
         m_Fours = (m_Axis.MostTaps() + 3) / 4;
         m_First = NewArray<int>(to);
-        m_Weights = NewArray<int16_t>(int64_t(to) * m_Fours * 16);
+        m_Weights = NewArray<int16_t>(int64_t(to) * m_Fours * 8);
         if (m_First == nullptr || m_Weights == nullptr) {
             return false;
         }
-        std::fill_n(m_Weights.get(), ptrdiff_t(to) * m_Fours * 16, int16_t(0));
+        std::fill_n(m_Weights.get(), ptrdiff_t(to) * m_Fours * 8, int16_t(0));
         for (int x = 0; x < to && Fits(); ++x) {
             const Taps& taps = m_Axis.AllTaps()[x];
             m_First[size_t(x)] = taps.first;
@@ -290,20 +306,18 @@ public:
     /// So many columns more than there are must be readable.
     int Beyond() const { return m_Fours * 4; }
 
-    Spans All(double scale) const
+    Spans All() const
     {
         // Up to three products are rounded down in each sum: half of what they can lose is given back.
-        const double bias = (kSignBias + 1.5) / scale + 0.5;
-        return {m_First.get(), m_Weights.get(), m_Fours, float(1 / (scale * double(m_Axis.Parts()))), float(bias)};
+        constexpr float kBias = 1.5f / (1 << kFraction) + 0.5f;
+        return {m_First.get(), m_Weights.get(), m_Fours, 1 / (float(m_Axis.Parts()) * (1 << kFraction)), kBias};
     }
 
 private:
     void Set(int x, int i, double weight)
     {
-        int16_t* const res = m_Weights.get() + ptrdiff_t(x) * m_Fours * 16 + i / 2 * 8 + i % 2;
-        for (int c = 0; c < 4; ++c) {
-            res[c * 2] = int16_t(floor(weight * double(m_Axis.Parts()) + 0.5));
-        }
+        int16_t* const res = m_Weights.get() + ptrdiff_t(x) * m_Fours * 8 + i / 2 * 4 + i % 2;
+        res[0] = res[2] = int16_t(floor(weight * double(m_Axis.Parts()) + 0.5));
     }
 
     Axis m_Axis;
@@ -319,13 +333,13 @@ bool ResampleOpaque(const ImageView& src, const ImageView& dst)
     ColumnSpans across;
     LineSums down;
     if (!lines.Prepare(src, dst, true) || !across.Prepare(src.width, dst.width) ||
-        !down.Prepare(src.height, dst.height, src.width, src.width + across.Beyond())) {
+        !down.Prepare(src.height, dst.height, src.width, across.Beyond())) {
         return false;
     }
     if (!across.Fits() || !down.Fits()) {
         return Resample(src, dst);
     }
-    const Spans spans = across.All(down.Scale());
+    const Spans spans = across.All();
     for (int y = 0; y < dst.height; ++y) {
         ReduceColumns(lines.Opaque(y), down.Sum(lines, y), spans);
         lines.Write(y);
