@@ -226,13 +226,19 @@ bool ConvertInHalves(const Conversion& c, const uint8_t* src, uint8_t* res, int 
 }
 
 /// Sixteen pixels at a time.
+template <Moves Kind>
 void ConvertShorts(const Conversion& c, const uint8_t* src, uint8_t* res, int count)
 {
     if (c.moves[kAlpha].mask != 0) {
-        ConvertRow<Avx2ShortPixels, 2, 2, Moves::Scaled>(c, src, res, count);
+        ConvertRow<Avx2ShortPixels, 2, 2, Kind>(c, src, res, count);
     } else {
-        ConvertRow<Avx2ShortPixels, 2, 2, Moves::Scaled, false>(c, src, res, count);
+        ConvertRow<Avx2ShortPixels, 2, 2, Kind, false>(c, src, res, count);
     }
+}
+
+bool HasBias(const Conversion& c)
+{
+    return (c.moves[0].bias | c.moves[1].bias | c.moves[2].bias | c.moves[kAlpha].bias) != 0;
 }
 
 }  // namespace
@@ -251,7 +257,8 @@ void ConvertPixels(const Conversion& conversion, const uint8_t* src, uint8_t* re
     } else if (bytes && sizes == 34) {
         MoveBytes<3, 4>(conversion, order, src, res, count);
     } else if (sizes == 22 && conversion.kind <= Moves::Scaled) {
-        ConvertShorts(conversion, src, res, count);
+        (HasBias(conversion) ? ConvertShorts<Moves::Scaled> : ConvertShorts<Moves::Unbiased>)(conversion, src, res,
+                                                                                              count);
     } else if (!ConvertInHalves(conversion, src, res, count)) {
         ConvertBy<Avx2Pixels>(conversion, src, res, count);
     }

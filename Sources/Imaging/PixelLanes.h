@@ -40,6 +40,7 @@ struct ScalarPixel {
     ScalarPixel operator<<(int bits) const { return {v << bits}; }
     ScalarPixel Plus(ScalarPixel o) const { return {v + o.v}; }
     ScalarPixel ScaleAdd(ScalarPixel factor, ScalarPixel bias) const { return {v * factor.v + bias.v}; }
+    ScalarPixel Scale(ScalarPixel factor) const { return {v * factor.v}; }
     ScalarPixel ScaleAddWide(ScalarPixel factor, ScalarPixel bias) const { return {v * factor.v + bias.v}; }
 };
 
@@ -260,6 +261,7 @@ struct Avx2ShortPixels {
     Avx2ShortPixels operator|(Avx2ShortPixels o) const { return {_mm256_or_si256(v, o.v)}; }
     Avx2ShortPixels operator>>(int bits) const { return {_mm256_srl_epi16(v, _mm_cvtsi32_si128(bits))}; }
     Avx2ShortPixels operator<<(int bits) const { return {_mm256_sll_epi16(v, _mm_cvtsi32_si128(bits))}; }
+    Avx2ShortPixels Scale(Avx2ShortPixels factor) const { return {_mm256_mullo_epi16(v, factor.v)}; }
     Avx2ShortPixels ScaleAdd(Avx2ShortPixels factor, Avx2ShortPixels bias) const
     {
         return {_mm256_add_epi16(_mm256_mullo_epi16(v, factor.v), bias.v)};
