@@ -83,6 +83,19 @@ inline int AddPixels(const Columns& sums, const uint8_t* const* lines, int count
     return x;
 }
 
+/// The sum of so many inner lines, or what has been added up before.
+template <class Lanes, int Count>
+inline Lanes SumOfInner(const Band& band, int x)
+{
+    if constexpr (Count > Band::kMost) {
+        return Lanes::Load(band.sums, x);
+    } else if constexpr (Count > 0) {
+        return SumOfInner<Lanes, Count - 1>(band, x) + Lanes::FromBytes(band.inner[Count - 1] + ptrdiff_t(x) * 4);
+    } else {
+        return Lanes::Splat(0);
+    }
+}
+
 template <class Lanes, int Count>
 inline int WeighPixels(const Columns& res, const Band& band, int from, int width)
 {
@@ -95,10 +108,7 @@ inline int WeighPixels(const Columns& res, const Band& band, int from, int width
     for (; x + Lanes::kPixels <= width; x += Lanes::kPixels) {
         const ptrdiff_t at = ptrdiff_t(x) * 4;
         FetchAhead(b.edge[1] + at, nextBand);
-        Lanes sum = b.more ? Lanes::Load(b.sums, x) : Lanes::Splat(0);
-        for (int i = 0; i < Count; ++i) {
-            sum = sum + Lanes::FromBytes(b.inner[i] + at);
-        }
+        const Lanes sum = SumOfInner<Lanes, Count>(b, x);
         const Lanes edges =
             Lanes::FromHighBytes(b.edge[0] + at).Share(first) + Lanes::FromHighBytes(b.edge[1] + at).Share(last);
         ((sum << b.shift).Share(inner) + edges).Store(r, x);
@@ -114,7 +124,8 @@ inline int WeighAll(const Columns& res, const Band& band, int from, int width)
     case 1: return WeighPixels<Lanes, 1>(res, band, from, width);
     case 2: return WeighPixels<Lanes, 2>(res, band, from, width);
     case 3: return WeighPixels<Lanes, 3>(res, band, from, width);
-    default: return WeighPixels<Lanes, 4>(res, band, from, width);
+    case 4: return WeighPixels<Lanes, 4>(res, band, from, width);
+    default: return WeighPixels<Lanes, 5>(res, band, from, width);
     }
 }
 

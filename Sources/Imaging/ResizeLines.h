@@ -45,14 +45,13 @@ struct Columns {
     uint16_t *blueRed, *greenAlpha;
 };
 
-/// The lines of an opaque picture behind one of the result. The sum of the inner ones, and of `sums` if it has `more`,
-/// is shifted to use 16 bits and weighted, the two at the edges have weights of their own. Weights are in parts of
-/// 2^16, those of the edges for bytes times 256.
+/// The lines of an opaque picture behind one of the result. The sum of the inner ones, which stands in `sums` when they
+/// are more than kMost, is shifted to use 16 bits and weighted; the two at the edges have weights of their own. Weights
+/// are in parts of 2^16, those of the edges for bytes times 256.
 struct Band {
     static constexpr int kMost = 4;
 
     Columns sums;
-    bool more;
     const uint8_t* inner[kMost];
     const uint8_t* edge[2];
     int count, shift;

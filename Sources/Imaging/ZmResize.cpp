@@ -242,18 +242,10 @@ public:
     {
         const Taps& taps = m_Axis.AllTaps()[y];
         const float* const weights = m_Axis.Weights() + taps.weight;
-        const int last = taps.first + taps.count - 1;
         Band band = {};
-        band.sums = m_Sums.Get();
-        int line = taps.first + 1;
-        for (; line + Band::kMost < last; line += Band::kMost) {
-            ReadInner(band, lines, line, Band::kMost);
-            AddLines(band.sums, band.inner, Band::kMost, m_Width, band.more);
-            band.more = true;
-        }
-        ReadInner(band, lines, line, std::max(last - line, 0));
+        AddInner(band, lines, taps.first + 1, std::max(taps.count - 2, 0));
         band.edge[0] = lines.Read(taps.first, Band::kMost);
-        band.edge[1] = lines.Read(last, Band::kMost + 1);
+        band.edge[1] = lines.Read(taps.first + taps.count - 1, Band::kMost + 1);
         band.edgeWeight[0] = InParts(weights[0], 256 << kFraction);
         band.edgeWeight[1] = taps.count > 1 ? InParts(weights[taps.count - 1], 256 << kFraction) : uint16_t(0);
         band.shift = m_Shift;
@@ -263,11 +255,18 @@ public:
     }
 
 private:
-    static void ReadInner(Band& band, Lines& lines, int first, int count)
+    void AddInner(Band& band, Lines& lines, int first, int count)
     {
         band.count = count;
-        for (int i = 0; i < count; ++i) {
-            band.inner[i] = lines.Read(first + i, i);
+        band.sums = m_Sums.Get();
+        for (int done = 0; done < count; done += Band::kMost) {
+            const int some = std::min(count - done, Band::kMost);
+            for (int i = 0; i < some; ++i) {
+                band.inner[i] = lines.Read(first + done + i, i);
+            }
+            if (count > Band::kMost) {
+                AddLines(band.sums, band.inner, some, m_Width, done > 0);
+            }
         }
     }
 
