@@ -228,7 +228,8 @@ public:
             return false;
         }
         m_Shift = 0;
-        while (255 * std::max(m_Axis.MostTaps() - 2, 1) << (m_Shift + 1) <= 65535) {
+        const int64_t inner = std::max(m_Axis.MostTaps() - 2, 1);
+        while (255 * inner << (m_Shift + 1) <= 65535) {
             ++m_Shift;
         }
         m_InnerWeight = to < from ? InParts(double(to) / from, 1 << (16 + kFraction - m_Shift)) : uint16_t(0);
@@ -284,6 +285,9 @@ public:
         if (!m_Axis.Prepare(from, to)) {
             return false;
         }
+        if (!Fits()) {
+            return true;
+        }
         m_Fours = (m_Axis.MostTaps() + 3) / 4;
         m_First = NewArray<int>(to);
         m_Weights = NewArray<int16_t>(int64_t(to) * m_Fours * 8);
@@ -291,7 +295,7 @@ public:
             return false;
         }
         std::fill_n(m_Weights.get(), ptrdiff_t(to) * m_Fours * 8, int16_t(0));
-        for (int x = 0; x < to && Fits(); ++x) {
+        for (int x = 0; x < to; ++x) {
             const Taps& taps = m_Axis.AllTaps()[x];
             m_First[size_t(x)] = taps.first;
             for (int i = 0; i < taps.count; ++i) {
@@ -432,20 +436,36 @@ bool Halve(const ImageView& src, const ImageView& dst)
     return true;
 }
 
-/// Looks at the pixels until one is not.
+/// The bits that all pixels of a line have.
+template <int Bytes>
+uint32_t CommonBits(const uint8_t* pixels, int width)
+{
+    uint32_t common = ~0u;
+    for (int x = 0; x < width; ++x) {
+        uint32_t pixel = 0;
+        memcpy(&pixel, pixels + ptrdiff_t(x) * Bytes, Bytes);
+        common &= pixel;
+    }
+    return common;
+}
+
+uint32_t CommonBits(const ImageView& image, int y)
+{
+    switch (image.layout.bytes) {
+    case 1: return CommonBits<1>(image.Line(y), image.width);
+    case 2: return CommonBits<2>(image.Line(y), image.width);
+    case 3: return CommonBits<3>(image.Line(y), image.width);
+    default: return CommonBits<4>(image.Line(y), image.width);
+    }
+}
+
+/// Looks at the lines until one is not.
 bool IsOpaque(const ImageView& image)
 {
     const Channel alpha = image.layout.channel[kAlpha];
     const uint32_t mask = ((1u << alpha.bits) - 1) << alpha.shift;
     for (int y = 0; mask != 0 && y < image.height; ++y) {
-        const uint8_t* pixels = image.Line(y);
-        uint32_t common = mask;
-        for (int x = 0; x < image.width; ++x, pixels += image.layout.bytes) {
-            uint32_t pixel = 0;
-            memcpy(&pixel, pixels, size_t(image.layout.bytes));
-            common &= pixel;
-        }
-        if (common != mask) {
+        if ((CommonBits(image, y) & mask) != mask) {
             return false;
         }
     }
