@@ -125,7 +125,7 @@ inline int WeighAll(const Columns& res, const Band& band, int from, int width)
     case 2: return WeighPixels<Lanes, 2>(res, band, from, width);
     case 3: return WeighPixels<Lanes, 3>(res, band, from, width);
     case 4: return WeighPixels<Lanes, 4>(res, band, from, width);
-    default: return WeighPixels<Lanes, 5>(res, band, from, width);
+    default: return WeighPixels<Lanes, Band::kMost + 1>(res, band, from, width);
     }
 }
 
