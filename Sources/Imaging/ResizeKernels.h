@@ -47,7 +47,10 @@ inline int SumAll(float* sums, const WeightedLines& lines, int from, int width, 
 template <class Pixels, class One>
 inline void SumLinesBy(float* sums, const WeightedLines& lines, int width, bool add)
 {
-    SumAll<One>(sums, lines, SumAll<Pixels>(sums, lines, 0, width, add), width, add);
+    const int done = SumAll<Pixels>(sums, lines, 0, width, add);
+    if constexpr (Pixels::kPixels > 1) {
+        SumAll<One>(sums, lines, done, width, add);
+    }
 }
 
 template <class Pixel>
