@@ -16,10 +16,11 @@ struct ChannelMove {
 
 /// How the channels are moved.
 enum class Moves {
-    Places,  ///< no factor is other than 1
-    Scaled,  ///< within 16 bits
-    Wide,    ///< within 32 bits
-    Any      ///< by no moves: some channel has more than eight bits and is not one of sixteen
+    Places,   ///< no factor is other than 1
+    Scaled,   ///< within 16 bits
+    Wide,     ///< within 32 bits
+    Any,      ///< by no moves: some channel has more than eight bits and is not one of sixteen
+    Unbiased  ///< Scaled without a bias, where a kernel tells them apart
 };
 
 /// From one layout of pixels to another.

@@ -73,7 +73,8 @@ constexpr struct {
     uint16_t bias, factor;
 } kNarrowByte[8] = {{131, 254}, {43, 768}, {18, 1801}, {9, 3840}, {4, 7971}, {2, 16192}, {1, 32640}, {0, 0}};
 
-/// Whether the channel can be scaled so: whole bytes to any width, and others to as many bits or more.
+/// Whether the channel can be scaled so: whole bytes to any width, words to narrower ones, and others to as many bits
+/// or more.
 bool SetHalf(Halves& res, int half, const Channel& from, const Channel& to)
 {
     const int word = from.shift / 8;
@@ -93,6 +94,10 @@ bool SetHalf(Halves& res, int half, const Channel& from, const Channel& to)
     if (from.bits == 8 && to.bits < 8) {
         res.bias[half] = kNarrowByte[to.bits - 1].bias;
         res.factor[half] = kNarrowByte[to.bits - 1].factor;
+        return from.shift % 8 == 0;
+    }
+    if (from.bits == 16 && to.bits <= 8) {
+        res.factor[half] = uint16_t((1u << to.bits) - 1);
         return from.shift % 8 == 0;
     }
     // The value moves to the highest bits, and its repetitions are a product.
@@ -121,8 +126,13 @@ struct HalvesMover {
     {
     }
 
-    /// From channels of whole bytes.
-    Avx2Pixels Narrowed(Avx2Pixels pixel) const { return pixel.Bytes(bytes).HalvesPlus(bias).HalvesScaled(factor); }
+    /// From channels of so many whole bytes.
+    template <int Size>
+    Avx2Pixels Narrowed(Avx2Pixels pixel) const
+    {
+        const Avx2Pixels values = pixel.Bytes(bytes);
+        return Size == 2 ? values.HalvesNarrowed(factor) : values.HalvesPlus(bias).HalvesScaled(factor);
+    }
     Avx2Pixels Widened(Avx2Pixels pixel) const
     {
         return (pixel.Bytes(bytes) & mask).HalvesTimes(align).HalvesScaled(factor);
@@ -131,15 +141,16 @@ struct HalvesMover {
     Avx2Pixels bytes, mask, align, bias, factor, place;
 };
 
-bool IsByte(const Channel& c)
+bool IsWhole(const Channel& c, int bits)
 {
-    return c.bits == 0 || (c.bits == 8 && c.shift % 8 == 0);
+    return c.bits == 0 || (c.bits == bits && c.shift % 8 == 0);
 }
 
-bool HasBytes(const PixelLayout& layout)
+/// Whether all channels have that many bits, which are whole bytes.
+bool HasWhole(const PixelLayout& layout, int bits)
 {
     const Channel* const c = layout.channel;
-    return IsByte(c[0]) && IsByte(c[1]) && IsByte(c[2]) && IsByte(c[kAlpha]);
+    return IsWhole(c[0], bits) && IsWhole(c[1], bits) && IsWhole(c[2], bits) && IsWhole(c[kAlpha], bits);
 }
 
 bool HasNoByte(const PixelLayout& layout)
@@ -148,20 +159,20 @@ bool HasNoByte(const PixelLayout& layout)
            layout.channel[kAlpha].bits < 8;
 }
 
-/// From whole bytes to pixels of at most 16 bits, with channels of less than eight.
-template <int From, int To>
-void NarrowBytes(const Conversion& c, const Halves (&pairs)[2], const uint8_t* src, uint8_t* res, int count)
+/// From channels of whole bytes to pixels of at most 16 bits, with channels of less than eight.
+template <int From, int To, int Size>
+void Narrow(const Conversion& c, const Halves (&pairs)[2], const uint8_t* src, uint8_t* res, int count)
 {
     const HalvesMover first(pairs[0]), second(pairs[1]);
     const Avx2Pixels constant = Avx2Pixels::Splat(c.constant);
     int i = 0;
     for (; i + 8 <= count; i += 8, src += 8 * From, res += 8 * To) {
         const Avx2Pixels pixel = Avx2Pixels::Load<From>(src);
-        const Avx2Pixels colour = first.Narrowed(pixel).HalvesJoined(first.place) |
-                                  second.Narrowed(pixel).HalvesJoined(second.place) | constant;
+        const Avx2Pixels colour = first.Narrowed<Size>(pixel).HalvesJoined(first.place) |
+                                  second.Narrowed<Size>(pixel).HalvesJoined(second.place) | constant;
         colour.Store<To>(res);
     }
-    ConvertRow<ScalarPixel, From, To, Moves::Scaled>(c, src, res, count - i);
+    ConvertRow<ScalarPixel, From, To, Size == 2 ? Moves::Wide : Moves::Scaled>(c, src, res, count - i);
 }
 
 /// To whole bytes from pixels of at most 16 bits.
@@ -196,15 +207,17 @@ bool ConvertInHalves(const Conversion& c, const uint8_t* src, uint8_t* res, int 
 {
     Halves pairs[2];
     const int sizes = c.from.bytes * 10 + c.to.bytes;
-    const bool narrow = HasBytes(c.from) && c.to.bytes <= 2 && HasNoByte(c.to),
-               widen = HasBytes(c.to) && c.from.bytes <= 2;
-    if (c.kind != Moves::Scaled || narrow == widen || !InHalves(c, pairs)) {
+    const bool bytes = c.kind == Moves::Scaled && HasWhole(c.from, 8), words = HasWhole(c.from, 16);
+    const bool narrow = (bytes || words) && c.to.bytes <= 2 && HasNoByte(c.to),
+               widen = c.kind == Moves::Scaled && HasWhole(c.to, 8) && c.from.bytes <= 2;
+    if (narrow == widen || !InHalves(c, pairs)) {
         return false;
     }
-    switch (sizes) {
-    case 42: NarrowBytes<4, 2>(c, pairs, src, res, count); return true;
-    case 32: NarrowBytes<3, 2>(c, pairs, src, res, count); return true;
-    case 41: NarrowBytes<4, 1>(c, pairs, src, res, count); return true;
+    switch (words ? 100 + sizes : sizes) {
+    case 142: Narrow<4, 2, 2>(c, pairs, src, res, count); return true;
+    case 42: Narrow<4, 2, 1>(c, pairs, src, res, count); return true;
+    case 32: Narrow<3, 2, 1>(c, pairs, src, res, count); return true;
+    case 41: Narrow<4, 1, 1>(c, pairs, src, res, count); return true;
     case 24: WidenToBytes<2, 4>(c, pairs, src, res, count); return true;
     case 23: WidenToBytes<2, 3>(c, pairs, src, res, count); return true;
     case 14: WidenToBytes<1, 4>(c, pairs, src, res, count); return true;
@@ -213,13 +226,19 @@ bool ConvertInHalves(const Conversion& c, const uint8_t* src, uint8_t* res, int 
 }
 
 /// Sixteen pixels at a time.
+template <Moves Kind>
 void ConvertShorts(const Conversion& c, const uint8_t* src, uint8_t* res, int count)
 {
     if (c.moves[kAlpha].mask != 0) {
-        ConvertRow<Avx2ShortPixels, 2, 2, Moves::Scaled>(c, src, res, count);
+        ConvertRow<Avx2ShortPixels, 2, 2, Kind>(c, src, res, count);
     } else {
-        ConvertRow<Avx2ShortPixels, 2, 2, Moves::Scaled, false>(c, src, res, count);
+        ConvertRow<Avx2ShortPixels, 2, 2, Kind, false>(c, src, res, count);
     }
+}
+
+bool HasBias(const Conversion& c)
+{
+    return (c.moves[0].bias | c.moves[1].bias | c.moves[2].bias | c.moves[kAlpha].bias) != 0;
 }
 
 }  // namespace
@@ -238,7 +257,8 @@ void ConvertPixels(const Conversion& conversion, const uint8_t* src, uint8_t* re
     } else if (bytes && sizes == 34) {
         MoveBytes<3, 4>(conversion, order, src, res, count);
     } else if (sizes == 22 && conversion.kind <= Moves::Scaled) {
-        ConvertShorts(conversion, src, res, count);
+        (HasBias(conversion) ? ConvertShorts<Moves::Scaled> : ConvertShorts<Moves::Unbiased>)(conversion, src, res,
+                                                                                              count);
     } else if (!ConvertInHalves(conversion, src, res, count)) {
         ConvertBy<Avx2Pixels>(conversion, src, res, count);
     }

@@ -25,6 +25,8 @@ struct Mover {
             return sum.Plus(sum >> 16 & carry) >> drop << place;
         } else if constexpr (Kind == Moves::Scaled) {
             return value.ScaleAdd(factor, bias) >> drop << place;
+        } else if constexpr (Kind == Moves::Unbiased) {
+            return value.Scale(factor) >> drop << place;
         } else {
             return value << place;
         }

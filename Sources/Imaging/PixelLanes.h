@@ -40,6 +40,7 @@ struct ScalarPixel {
     ScalarPixel operator<<(int bits) const { return {v << bits}; }
     ScalarPixel Plus(ScalarPixel o) const { return {v + o.v}; }
     ScalarPixel ScaleAdd(ScalarPixel factor, ScalarPixel bias) const { return {v * factor.v + bias.v}; }
+    ScalarPixel Scale(ScalarPixel factor) const { return {v * factor.v}; }
     ScalarPixel ScaleAddWide(ScalarPixel factor, ScalarPixel bias) const { return {v * factor.v + bias.v}; }
 };
 
@@ -208,6 +209,13 @@ struct Avx2Pixels {
     Avx2Pixels HalvesTimes(Avx2Pixels o) const { return {_mm256_mullo_epi16(v, o.v)}; }
     /// The high 16 bits of each product.
     Avx2Pixels HalvesScaled(Avx2Pixels o) const { return {_mm256_mulhi_epu16(v, o.v)}; }
+    /// The products in parts of 65535, rounded to nearest, where those of `o` are at most 255.
+    Avx2Pixels HalvesNarrowed(Avx2Pixels o) const
+    {
+        // Parts of 2^16 and what is left of them, to which a 65535th gives back one for each of the parts.
+        const __m256i whole = _mm256_mulhi_epu16(v, o.v), rest = _mm256_mullo_epi16(v, o.v);
+        return {_mm256_add_epi16(whole, _mm256_srli_epi16(_mm256_adds_epu16(rest, whole), 15))};
+    }
     /// low * o.low + high * o.high
     Avx2Pixels HalvesJoined(Avx2Pixels o) const { return {_mm256_madd_epi16(v, o.v)}; }
 
@@ -253,6 +261,7 @@ struct Avx2ShortPixels {
     Avx2ShortPixels operator|(Avx2ShortPixels o) const { return {_mm256_or_si256(v, o.v)}; }
     Avx2ShortPixels operator>>(int bits) const { return {_mm256_srl_epi16(v, _mm_cvtsi32_si128(bits))}; }
     Avx2ShortPixels operator<<(int bits) const { return {_mm256_sll_epi16(v, _mm_cvtsi32_si128(bits))}; }
+    Avx2ShortPixels Scale(Avx2ShortPixels factor) const { return {_mm256_mullo_epi16(v, factor.v)}; }
     Avx2ShortPixels ScaleAdd(Avx2ShortPixels factor, Avx2ShortPixels bias) const
     {
         return {_mm256_add_epi16(_mm256_mullo_epi16(v, factor.v), bias.v)};

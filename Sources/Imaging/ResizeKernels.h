@@ -10,7 +10,14 @@
 namespace zm {
 namespace {
 
-template <class Pixels, bool Opaque, int Count>
+/// Lines are read in short bursts, and by themselves processors fetch them too late. An address without memory does
+/// nothing.
+inline void FetchAhead(const uint8_t* line, ptrdiff_t bytes)
+{
+    __builtin_prefetch(line + bytes);
+}
+
+template <class Pixels, int Count>
 inline int SumPixels(float* sums, const WeightedLines& lines, int from, int width, bool add)
 {
     const WeightedLines l = lines;
@@ -19,36 +26,31 @@ inline int SumPixels(float* sums, const WeightedLines& lines, int from, int widt
         const ptrdiff_t at = ptrdiff_t(x) * 4;
         Pixels sum = add ? Pixels::Load(sums + at) : Pixels::Zero();
         for (int i = 0; i < Count; ++i) {
-            const Pixels bytes = Pixels::FromBytes(l.line[i] + at);
-            sum = sum + (Opaque ? bytes : bytes.Premultiplied()) * l.weight[i];
+            sum = sum + Pixels::FromBytes(l.line[i] + at).Premultiplied() * l.weight[i];
         }
         sum.Store(sums + at);
     }
     return x;
 }
 
-template <class Pixels, int Count>
-inline int SumSome(float* sums, const WeightedLines& lines, int from, int width, bool add)
-{
-    return lines.opaque ? SumPixels<Pixels, true, Count>(sums, lines, from, width, add)
-                        : SumPixels<Pixels, false, Count>(sums, lines, from, width, add);
-}
-
 template <class Pixels>
 inline int SumAll(float* sums, const WeightedLines& lines, int from, int width, bool add)
 {
     switch (lines.count) {
-    case 1: return SumSome<Pixels, 1>(sums, lines, from, width, add);
-    case 2: return SumSome<Pixels, 2>(sums, lines, from, width, add);
-    case 3: return SumSome<Pixels, 3>(sums, lines, from, width, add);
-    default: return SumSome<Pixels, 4>(sums, lines, from, width, add);
+    case 1: return SumPixels<Pixels, 1>(sums, lines, from, width, add);
+    case 2: return SumPixels<Pixels, 2>(sums, lines, from, width, add);
+    case 3: return SumPixels<Pixels, 3>(sums, lines, from, width, add);
+    default: return SumPixels<Pixels, 4>(sums, lines, from, width, add);
     }
 }
 
 template <class Pixels, class One>
 inline void SumLinesBy(float* sums, const WeightedLines& lines, int width, bool add)
 {
-    SumAll<One>(sums, lines, SumAll<Pixels>(sums, lines, 0, width, add), width, add);
+    const int done = SumAll<Pixels>(sums, lines, 0, width, add);
+    if constexpr (Pixels::kPixels > 1) {
+        SumAll<One>(sums, lines, done, width, add);
+    }
 }
 
 template <class Pixel>
@@ -63,68 +65,169 @@ inline Pixel Reduced(const float* sums, const Taps& taps, const float* weights)
 }
 
 template <class Pixel>
-inline void ReducePixels(uint8_t* res, const float* sums, const Taps* taps, const float* weights, int from, int width,
-                         bool opaque)
+inline void ReducePixels(uint8_t* res, const float* sums, const Taps* taps, const float* weights, int from, int width)
 {
     for (int x = from; x < width; ++x) {
-        const Pixel sum = Reduced<Pixel>(sums, taps[x], weights);
-        (opaque ? sum : sum.Straight()).ToBytes(res + ptrdiff_t(x) * 4);
+        Reduced<Pixel>(sums, taps[x], weights).Straight().ToBytes(res + ptrdiff_t(x) * 4);
     }
+}
+
+template <class Lanes>
+inline int AddPixels(const Columns& sums, const uint8_t* const* lines, int count, int from, int width, bool add)
+{
+    int x = from;
+    for (; x + Lanes::kPixels <= width; x += Lanes::kPixels) {
+        Lanes sum = add ? Lanes::Load(sums, x) : Lanes::Splat(0);
+        for (int i = 0; i < count; ++i) {
+            sum = sum + Lanes::FromBytes(lines[i] + ptrdiff_t(x) * 4);
+        }
+        sum.Store(sums, x);
+    }
+    return x;
+}
+
+/// The sum of so many inner lines, or what has been added up before.
+template <class Lanes, int Count>
+inline Lanes SumOfInner(const Band& band, int x)
+{
+    if constexpr (Count > Band::kMost) {
+        return Lanes::Load(band.sums, x);
+    } else if constexpr (Count > 0) {
+        return SumOfInner<Lanes, Count - 1>(band, x) + Lanes::FromBytes(band.inner[Count - 1] + ptrdiff_t(x) * 4);
+    } else {
+        return Lanes::Splat(0);
+    }
+}
+
+template <class Lanes, int Count>
+inline int WeighPixels(const Columns& res, const Band& band, int from, int width)
+{
+    const Columns r = res;
+    const Band b = band;
+    const ptrdiff_t nextBand = b.edge[1] - b.edge[0];
+    const Lanes inner = Lanes::Splat(b.innerWeight), first = Lanes::Splat(b.edgeWeight[0]),
+                last = Lanes::Splat(b.edgeWeight[1]);
+    int x = from;
+    for (; x + Lanes::kPixels <= width; x += Lanes::kPixels) {
+        const ptrdiff_t at = ptrdiff_t(x) * 4;
+        FetchAhead(b.edge[1] + at, nextBand);
+        const Lanes sum = SumOfInner<Lanes, Count>(b, x);
+        const Lanes edges =
+            Lanes::FromHighBytes(b.edge[0] + at).Share(first) + Lanes::FromHighBytes(b.edge[1] + at).Share(last);
+        ((sum << b.shift).Share(inner) + edges).Store(r, x);
+    }
+    return x;
+}
+
+template <class Lanes>
+inline int WeighAll(const Columns& res, const Band& band, int from, int width)
+{
+    switch (band.count) {
+    case 0: return WeighPixels<Lanes, 0>(res, band, from, width);
+    case 1: return WeighPixels<Lanes, 1>(res, band, from, width);
+    case 2: return WeighPixels<Lanes, 2>(res, band, from, width);
+    case 3: return WeighPixels<Lanes, 3>(res, band, from, width);
+    case 4: return WeighPixels<Lanes, 4>(res, band, from, width);
+    default: return WeighPixels<Lanes, Band::kMost + 1>(res, band, from, width);
+    }
+}
+
+template <class Lanes>
+inline void AddLinesBy(const Columns& sums, const uint8_t* const* lines, int count, int width, bool add)
+{
+    const int done = AddPixels<Lanes>(sums, lines, count, 0, width, add);
+    AddPixels<ScalarColumns>(sums, lines, count, done, width, add);
+}
+
+template <class Lanes>
+inline void WeighLinesBy(const Columns& res, const Band& band, int width)
+{
+    WeighAll<ScalarColumns>(res, band, WeighAll<Lanes>(res, band, 0, width), width);
+}
+
+template <class Sums, int Fours>
+inline int ReduceSums(const ResultLine& res, const Columns& columns, const Spans& spans, int from)
+{
+    const ResultLine r = res;
+    const Columns c = columns;
+    const Spans s = spans;
+    int x = from;
+    for (; x + Sums::kPixels <= r.width; x += Sums::kPixels) {
+        Sums::template Of<Fours>(c, s, x).ToBytes(r.pixels + ptrdiff_t(x) * 4, s.scale, s.bias, r.alpha);
+    }
+    return x;
+}
+
+/// Of few columns without a loop over them.
+template <class Sums>
+inline int ReduceAll(const ResultLine& res, const Columns& columns, const Spans& spans, int from)
+{
+    return spans.fours == 1 ? ReduceSums<Sums, 1>(res, columns, spans, from)
+                            : ReduceSums<Sums, 0>(res, columns, spans, from);
+}
+
+template <class Sums>
+inline void ReduceColumnsBy(const ResultLine& res, const Columns& columns, const Spans& spans)
+{
+    ReduceAll<ScalarSums>(res, columns, spans, ReduceAll<Sums>(res, columns, spans, 0));
 }
 
 template <class Words>
 inline int StretchPixels(int16_t* res, const uint8_t* line, const Neighbours& neighbours, int from, int width)
 {
+    constexpr ptrdiff_t kAhead = 8192;  // measured: half of it, or twice as much, is no better
+    const Neighbours n = neighbours;
     int x = from;
     for (; x + Words::kPixels <= width; x += Words::kPixels) {
-        Words left, right;
-        Words::LoadNeighbours(left, right, line, neighbours.left + x);
-        const Words share = Words::Load(neighbours.shares + ptrdiff_t(x) * 4);
-        (left + (right - left).Share(share)).Store(res + ptrdiff_t(x) * 4);
+        FetchAhead(line + ptrdiff_t(n.left[x]) * 4, kAhead);
+        Words middle, half;
+        Words::LoadNeighbours(middle, half, line, n.left + x);
+        const Words share = Words::Load(n.shares + ptrdiff_t(x) * 4);
+        (middle + half.Share(share)).Store(res + ptrdiff_t(x) * 4);
     }
     return x;
 }
 
 template <class Words>
-inline int MixPixels(uint8_t* res, const int16_t* upper, const int16_t* lower, int share, int from, int width)
+inline int MixPixels(const ResultLine& res, const int16_t* upper, const int16_t* lower, int share, int from)
 {
+    constexpr ptrdiff_t kAhead = 4096;  // memory that is written is read before
     const Words shares = Words::Splat(share);
+    const ResultLine r = res;
     int x = from;
-    for (; x + Words::kPixels <= width; x += Words::kPixels) {
+    for (; x + Words::kPixels <= r.width; x += Words::kPixels) {
+        FetchAhead(r.pixels + ptrdiff_t(x) * 4, kAhead);
         const Words above = Words::Load(upper + ptrdiff_t(x) * 4), below = Words::Load(lower + ptrdiff_t(x) * 4);
-        (above + (below - above).Share(shares)).template ToBytes<kFraction>(res + ptrdiff_t(x) * 4);
+        (above + (below - above).Share(shares)).template ToBytes<kFraction>(r.pixels + ptrdiff_t(x) * 4, r.alpha);
     }
     return x;
 }
 
 template <class Words>
-inline int HalvePixels(uint8_t* res, const uint8_t* upper, const uint8_t* lower, int from, int width)
+inline int HalvePixels(const ResultLine& res, const uint8_t* upper, const uint8_t* lower, int from)
 {
+    const ResultLine r = res;
+    const ptrdiff_t nextTwo = 2 * (lower - upper);
     int x = from;
-    for (; x + Words::kPixels <= width; x += Words::kPixels) {
+    for (; x + Words::kPixels <= r.width; x += Words::kPixels) {
         const ptrdiff_t at = ptrdiff_t(x) * 8;
-        Words::SumOfFour(upper + at, lower + at).template ToBytes<2>(res + ptrdiff_t(x) * 4);
+        FetchAhead(upper + at, nextTwo);
+        FetchAhead(lower + at, nextTwo);
+        Words::SumOfFour(upper + at, lower + at).template ToBytes<2>(r.pixels + ptrdiff_t(x) * 4, r.alpha);
     }
     return x;
 }
 
 template <class Words>
-inline void StretchLineBy(int16_t* res, const uint8_t* line, const Neighbours& neighbours, int width)
+inline void MixLinesBy(const ResultLine& res, const int16_t* upper, const int16_t* lower, int share)
 {
-    StretchPixels<ScalarPixelWords>(res, line, neighbours, StretchPixels<Words>(res, line, neighbours, 0, width),
-                                    width);
+    MixPixels<ScalarPixelWords>(res, upper, lower, share, MixPixels<Words>(res, upper, lower, share, 0));
 }
 
 template <class Words>
-inline void MixLinesBy(uint8_t* res, const int16_t* upper, const int16_t* lower, int share, int width)
+inline void HalveLinesBy(const ResultLine& res, const uint8_t* upper, const uint8_t* lower)
 {
-    MixPixels<ScalarPixelWords>(res, upper, lower, share, MixPixels<Words>(res, upper, lower, share, 0, width), width);
-}
-
-template <class Words>
-inline void HalveLinesBy(uint8_t* res, const uint8_t* upper, const uint8_t* lower, int width)
-{
-    HalvePixels<ScalarPixelWords>(res, upper, lower, HalvePixels<Words>(res, upper, lower, 0, width), width);
+    HalvePixels<ScalarPixelWords>(res, upper, lower, HalvePixels<Words>(res, upper, lower, 0));
 }
 
 }  // namespace

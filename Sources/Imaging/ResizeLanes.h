@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Imaging/ResizeLines.h"
+
 #include <emmintrin.h>
 #include <stddef.h>
 #include <stdint.h>
@@ -89,9 +91,7 @@ private:
     }
 };
 
-/// Words are numbers from 0 to 255 with seven bits behind the point, and differences of such.
-constexpr int kFraction = 7;
-
+/// Words are numbers from 0 to 255 with kFraction bits behind the point, and differences of such.
 struct ScalarPixelWords {
     int16_t w[4];
 
@@ -104,13 +104,15 @@ struct ScalarPixelWords {
         return res;
     }
     void Store(int16_t* p) const { memcpy(p, w, sizeof(w)); }
-    /// The pixels of a line with those numbers, and those that follow them.
-    static void LoadNeighbours(ScalarPixelWords& left, ScalarPixelWords& right, const uint8_t* line, const int* numbers)
+    /// The middles between the pixels of a line with those numbers and the ones that follow them, and half of what
+    /// these are more.
+    static void LoadNeighbours(ScalarPixelWords& middle, ScalarPixelWords& half, const uint8_t* line,
+                               const int* numbers)
     {
-        const uint8_t* const p = line + numbers[0] * 4;
+        const uint8_t* const p = line + ptrdiff_t(numbers[0]) * 4;
         for (int c = 0; c < 4; ++c) {
-            left.w[c] = int16_t(p[c] << kFraction);
-            right.w[c] = int16_t(p[c + 4] << kFraction);
+            middle.w[c] = int16_t((p[c + 4] + p[c]) * (1 << (kFraction - 1)));
+            half.w[c] = int16_t((p[c + 4] - p[c]) * (1 << (kFraction - 1)));
         }
     }
     /// Sums of two by two pixels, without bits behind the point.
@@ -144,58 +146,252 @@ struct ScalarPixelWords {
     {
         return {{int16_t(value), int16_t(value), int16_t(value), int16_t(value)}};
     }
-    /// Without so many bits, rounded to nearest.
+    /// Without so many bits, rounded to nearest, and with that byte for alpha.
     template <int Bits>
-    void ToBytes(uint8_t* p) const
+    void ToBytes(uint8_t* p, uint8_t alpha) const
     {
-        for (int c = 0; c < 4; ++c) {
+        for (int c = 0; c < 3; ++c) {
             p[c] = uint8_t((w[c] + (1 << (Bits - 1))) >> Bits);
         }
+        p[3] = alpha;
     }
 };
 
 struct SsePixelWords {
-    __m128i v;
+    __m128i v[2];
 
-    static constexpr int kPixels = 2;
+    static constexpr int kPixels = 4;
 
-    static SsePixelWords Load(const int16_t* p) { return {_mm_loadu_si128(reinterpret_cast<const __m128i*>(p))}; }
-    void Store(int16_t* p) const { _mm_storeu_si128(reinterpret_cast<__m128i*>(p), v); }
-    static void LoadNeighbours(SsePixelWords& left, SsePixelWords& right, const uint8_t* line, const int* numbers)
+    static SsePixelWords Load(const int16_t* p) { return {{LoadFour(p), LoadFour(p + 8)}}; }
+    void Store(int16_t* p) const
     {
-        const __m128i first = LoadTwo(line + numbers[0] * 4), second = LoadTwo(line + numbers[1] * 4);
-        const __m128i both = _mm_unpacklo_epi32(first, second), zero = _mm_setzero_si128();
-        left.v = _mm_slli_epi16(_mm_unpacklo_epi8(both, zero), kFraction);
-        right.v = _mm_slli_epi16(_mm_unpackhi_epi8(both, zero), kFraction);
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(p), v[0]);
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(p + 8), v[1]);
+    }
+    static void LoadNeighbours(SsePixelWords& middle, SsePixelWords& half, const uint8_t* line, const int* numbers)
+    {
+        const __m128i zero = _mm_setzero_si128();
+        for (int i = 0; i < 2; ++i) {
+            const __m128i first = LoadTwo(line, numbers[2 * i]), second = LoadTwo(line, numbers[2 * i + 1]);
+            const __m128i both = _mm_unpacklo_epi32(first, second);
+            const __m128i left = _mm_unpacklo_epi8(both, zero), right = _mm_unpackhi_epi8(both, zero);
+            middle.v[i] = _mm_slli_epi16(_mm_add_epi16(right, left), kFraction - 1);
+            half.v[i] = _mm_slli_epi16(_mm_sub_epi16(right, left), kFraction - 1);
+        }
     }
     static SsePixelWords SumOfFour(const uint8_t* upper, const uint8_t* lower)
     {
-        const __m128i zero = _mm_setzero_si128();
-        const __m128i a = _mm_loadu_si128(reinterpret_cast<const __m128i*>(upper));
-        const __m128i b = _mm_loadu_si128(reinterpret_cast<const __m128i*>(lower));
-        const __m128i low = _mm_add_epi16(_mm_unpacklo_epi8(a, zero), _mm_unpacklo_epi8(b, zero));
-        const __m128i high = _mm_add_epi16(_mm_unpackhi_epi8(a, zero), _mm_unpackhi_epi8(b, zero));
-        return {_mm_add_epi16(_mm_unpacklo_epi64(low, high), _mm_unpackhi_epi64(low, high))};
+        return {{SumOfEight(upper, lower), SumOfEight(upper + 16, lower + 16)}};
     }
 
-    SsePixelWords operator+(SsePixelWords o) const { return {_mm_add_epi16(v, o.v)}; }
-    SsePixelWords operator-(SsePixelWords o) const { return {_mm_sub_epi16(v, o.v)}; }
-    SsePixelWords Share(SsePixelWords o) const
+    SsePixelWords operator+(SsePixelWords o) const
     {
-        const __m128i high = _mm_mulhi_epi16(v, o.v), low = _mm_mullo_epi16(v, o.v), one = _mm_set1_epi16(1);
-        const __m128i half = _mm_and_si128(_mm_srli_epi16(low, 14), one);
-        return {_mm_add_epi16(_mm_add_epi16(_mm_add_epi16(high, high), _mm_srli_epi16(low, 15)), half)};
+        return {{_mm_add_epi16(v[0], o.v[0]), _mm_add_epi16(v[1], o.v[1])}};
     }
-    static SsePixelWords Splat(int value) { return {_mm_set1_epi16(int16_t(value))}; }
-    template <int Bits>
-    void ToBytes(uint8_t* p) const
+    SsePixelWords operator-(SsePixelWords o) const
     {
-        const __m128i words = _mm_srai_epi16(_mm_add_epi16(v, _mm_set1_epi16(1 << (Bits - 1))), Bits);
-        _mm_storel_epi64(reinterpret_cast<__m128i*>(p), _mm_packus_epi16(words, words));
+        return {{_mm_sub_epi16(v[0], o.v[0]), _mm_sub_epi16(v[1], o.v[1])}};
+    }
+    SsePixelWords Share(SsePixelWords o) const { return {{ShareOf(v[0], o.v[0]), ShareOf(v[1], o.v[1])}}; }
+    static SsePixelWords Splat(int value) { return {{_mm_set1_epi16(int16_t(value)), _mm_set1_epi16(int16_t(value))}}; }
+    template <int Bits>
+    void ToBytes(uint8_t* p, uint8_t alpha) const
+    {
+        const __m128i bytes = _mm_packus_epi16(Rounded<Bits>(v[0]), Rounded<Bits>(v[1]));
+        const __m128i colours = _mm_and_si128(bytes, _mm_set1_epi32(0xFFFFFF));
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(p),
+                         _mm_or_si128(colours, _mm_slli_epi32(_mm_set1_epi32(alpha), 24)));
     }
 
 private:
-    static __m128i LoadTwo(const uint8_t* p) { return _mm_loadl_epi64(reinterpret_cast<const __m128i*>(p)); }
+    static __m128i LoadFour(const void* p) { return _mm_loadu_si128(static_cast<const __m128i*>(p)); }
+    static __m128i LoadTwo(const uint8_t* line, int number)
+    {
+        return _mm_loadl_epi64(reinterpret_cast<const __m128i*>(line + ptrdiff_t(number) * 4));
+    }
+    static __m128i SumOfEight(const uint8_t* upper, const uint8_t* lower)
+    {
+        const __m128i zero = _mm_setzero_si128(), a = LoadFour(upper), b = LoadFour(lower);
+        const __m128i low = _mm_add_epi16(_mm_unpacklo_epi8(a, zero), _mm_unpacklo_epi8(b, zero));
+        const __m128i high = _mm_add_epi16(_mm_unpackhi_epi8(a, zero), _mm_unpackhi_epi8(b, zero));
+        return _mm_add_epi16(_mm_unpacklo_epi64(low, high), _mm_unpackhi_epi64(low, high));
+    }
+    static __m128i ShareOf(__m128i v, __m128i share)
+    {
+        const __m128i high = _mm_mulhi_epi16(v, share), low = _mm_mullo_epi16(v, share);
+        const __m128i half = _mm_and_si128(_mm_srli_epi16(low, 14), _mm_set1_epi16(1));
+        return _mm_add_epi16(_mm_add_epi16(_mm_add_epi16(high, high), _mm_srli_epi16(low, 15)), half);
+    }
+    template <int Bits>
+    static __m128i Rounded(__m128i v)
+    {
+        return _mm_srai_epi16(_mm_add_epi16(v, _mm_set1_epi16(1 << (Bits - 1))), Bits);
+    }
+};
+
+/// Columns of numbers of 16 bits without a sign; sums wrap around. Blue and red of all pixels lie together, and in
+/// another place green and alpha: so they come out of bytes without being moved.
+struct ScalarColumns {
+    uint16_t w[4];
+
+    static constexpr int kPixels = 1;
+
+    static ScalarColumns Splat(int value)
+    {
+        return {{uint16_t(value), uint16_t(value), uint16_t(value), uint16_t(value)}};
+    }
+    static ScalarColumns Load(const Columns& p, int x)
+    {
+        const uint16_t *const first = p.blueRed + ptrdiff_t(x) * 2, *const second = p.greenAlpha + ptrdiff_t(x) * 2;
+        return {{first[0], first[1], second[0], second[1]}};
+    }
+    static ScalarColumns FromBytes(const uint8_t* p) { return {{p[0], p[2], p[1], p[3]}}; }
+    /// The same times 256.
+    static ScalarColumns FromHighBytes(const uint8_t* p) { return FromBytes(p) << 8; }
+    void Store(const Columns& p, int x) const
+    {
+        memcpy(p.blueRed + ptrdiff_t(x) * 2, w, 4);
+        memcpy(p.greenAlpha + ptrdiff_t(x) * 2, w + 2, 4);
+    }
+
+    ScalarColumns operator+(ScalarColumns o) const
+    {
+        return {{uint16_t(w[0] + o.w[0]), uint16_t(w[1] + o.w[1]), uint16_t(w[2] + o.w[2]), uint16_t(w[3] + o.w[3])}};
+    }
+    ScalarColumns operator<<(int bits) const
+    {
+        return {{uint16_t(w[0] << bits), uint16_t(w[1] << bits), uint16_t(w[2] << bits), uint16_t(w[3] << bits)}};
+    }
+    /// The products in parts of 2^16, rounded down.
+    ScalarColumns Share(ScalarColumns o) const
+    {
+        ScalarColumns res;
+        for (int c = 0; c < 4; ++c) {
+            res.w[c] = uint16_t(uint32_t(w[c]) * o.w[c] >> 16);
+        }
+        return res;
+    }
+};
+
+struct SseColumns {
+    __m128i v[2];
+
+    static constexpr int kPixels = 4;
+
+    static SseColumns Splat(int value) { return {{_mm_set1_epi16(int16_t(value)), _mm_set1_epi16(int16_t(value))}}; }
+    static SseColumns Load(const Columns& p, int x)
+    {
+        return {{LoadEight(p.blueRed + ptrdiff_t(x) * 2), LoadEight(p.greenAlpha + ptrdiff_t(x) * 2)}};
+    }
+    static SseColumns FromBytes(const uint8_t* p)
+    {
+        const __m128i bytes = LoadEight(p);
+        return {{_mm_and_si128(bytes, _mm_set1_epi16(0xFF)), _mm_srli_epi16(bytes, 8)}};
+    }
+    static SseColumns FromHighBytes(const uint8_t* p)
+    {
+        const __m128i bytes = LoadEight(p);
+        return {{_mm_slli_epi16(bytes, 8), _mm_andnot_si128(_mm_set1_epi16(0xFF), bytes)}};
+    }
+    void Store(const Columns& p, int x) const
+    {
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(p.blueRed + ptrdiff_t(x) * 2), v[0]);
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(p.greenAlpha + ptrdiff_t(x) * 2), v[1]);
+    }
+
+    SseColumns operator+(SseColumns o) const { return {{_mm_add_epi16(v[0], o.v[0]), _mm_add_epi16(v[1], o.v[1])}}; }
+    SseColumns operator<<(int bits) const
+    {
+        const __m128i count = _mm_cvtsi32_si128(bits);
+        return {{_mm_sll_epi16(v[0], count), _mm_sll_epi16(v[1], count)}};
+    }
+    SseColumns Share(SseColumns o) const { return {{_mm_mulhi_epu16(v[0], o.v[0]), _mm_mulhi_epu16(v[1], o.v[1])}}; }
+
+private:
+    static __m128i LoadEight(const void* p) { return _mm_loadu_si128(static_cast<const __m128i*>(p)); }
+};
+
+/// Weighted sums of columns below 2^15.
+struct ScalarSums {
+    int32_t s[4];
+
+    static constexpr int kPixels = 1;
+
+    template <int Fours>
+    static ScalarSums Of(const Columns& columns, const Spans& spans, int x)
+    {
+        ScalarSums res = {};
+        const int fours = Fours > 0 ? Fours : spans.fours;
+        const int16_t* const weights = spans.weights + ptrdiff_t(x) * fours * 8;
+        for (int i = 0; i < fours * 4; ++i) {
+            const ScalarColumns column = ScalarColumns::Load(columns, spans.first[x] + i);
+            for (int c = 0; c < 4; ++c) {
+                res.s[c] += column.w[c] * weights[i / 2 * 4 + i % 2];
+            }
+        }
+        return res;
+    }
+    void ToBytes(uint8_t* p, float scale, float bias, uint8_t alpha) const
+    {
+        constexpr int kPlaces[3] = {0, 2, 1};
+        for (int c = 0; c < 3; ++c) {
+            p[kPlaces[c]] = uint8_t(float(s[c]) * scale + bias);
+        }
+        p[3] = alpha;
+    }
+};
+
+/// Four pixels of bytes in the halves of 32 bits.
+inline void StoreFour(uint8_t* p, __m128i blueRed, __m128i greenAlpha, uint8_t alpha)
+{
+    const __m128i green = _mm_and_si128(_mm_slli_epi16(greenAlpha, 8), _mm_set1_epi32(0xFFFF));
+    const __m128i highest = _mm_slli_epi32(_mm_set1_epi32(alpha), 24);
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(p), _mm_or_si128(_mm_or_si128(blueRed, green), highest));
+}
+
+struct SseSums {
+    __m128i blueRed[4], greenAlpha[4];  ///< of each pixel two sums: of the first two of four columns, and of the others
+
+    static constexpr int kPixels = 4;
+
+    template <int Fours>
+    static SseSums Of(const Columns& columns, const Spans& spans, int x)
+    {
+        SseSums res;
+        const int fours = Fours > 0 ? Fours : spans.fours;
+        for (int i = 0; i < kPixels; ++i) {
+            res.blueRed[i] = res.greenAlpha[i] = _mm_setzero_si128();
+            for (int k = 0; k < fours; ++k) {
+                const ptrdiff_t from = (ptrdiff_t(spans.first[x + i]) + k * 4) * 2;
+                const __m128i weights = LoadEight(spans.weights + (ptrdiff_t(x + i) * fours + k) * 8);
+                res.blueRed[i] = PlusProducts(res.blueRed[i], columns.blueRed + from, weights);
+                res.greenAlpha[i] = PlusProducts(res.greenAlpha[i], columns.greenAlpha + from, weights);
+            }
+        }
+        return res;
+    }
+    void ToBytes(uint8_t* p, float scale, float bias, uint8_t alpha) const
+    {
+        StoreFour(p, Scaled(blueRed, scale, bias), Scaled(greenAlpha, scale, bias), alpha);
+    }
+
+private:
+    static __m128i LoadEight(const void* p) { return _mm_loadu_si128(static_cast<const __m128i*>(p)); }
+    static __m128i PlusProducts(__m128i sum, const uint16_t* four, __m128i weights)
+    {
+        const __m128i low = _mm_shufflelo_epi16(LoadEight(four), _MM_SHUFFLE(3, 1, 2, 0));
+        return _mm_add_epi32(sum, _mm_madd_epi16(_mm_shufflehi_epi16(low, _MM_SHUFFLE(3, 1, 2, 0)), weights));
+    }
+    static __m128i Scaled(__m128i first, __m128i second, float scale, float bias)
+    {
+        const __m128i sums = _mm_add_epi32(_mm_unpacklo_epi64(first, second), _mm_unpackhi_epi64(first, second));
+        const __m128 scaled = _mm_mul_ps(_mm_cvtepi32_ps(sums), _mm_set1_ps(scale));
+        return _mm_cvttps_epi32(_mm_add_ps(scaled, _mm_set1_ps(bias)));
+    }
+    static __m128i Scaled(const __m128i (&of)[4], float scale, float bias)
+    {
+        return _mm_packs_epi32(Scaled(of[0], of[1], scale, bias), Scaled(of[2], of[3], scale, bias));
+    }
 };
 
 #ifdef __AVX2__
@@ -238,48 +434,162 @@ private:
 };
 
 struct Avx2PixelWords {
-    __m256i v;
+    __m256i v[2];
 
-    static constexpr int kPixels = 4;
+    static constexpr int kPixels = 8;
 
-    static Avx2PixelWords Load(const int16_t* p) { return {_mm256_loadu_si256(reinterpret_cast<const __m256i*>(p))}; }
-    void Store(int16_t* p) const { _mm256_storeu_si256(reinterpret_cast<__m256i*>(p), v); }
-    static void LoadNeighbours(Avx2PixelWords& left, Avx2PixelWords& right, const uint8_t* line, const int* numbers)
+    static Avx2PixelWords Load(const int16_t* p) { return {{LoadEight(p), LoadEight(p + 16)}}; }
+    void Store(int16_t* p) const
     {
-        const __m128i low = _mm_unpacklo_epi32(LoadTwo(line, numbers[0]), LoadTwo(line, numbers[1]));
-        const __m128i high = _mm_unpacklo_epi32(LoadTwo(line, numbers[2]), LoadTwo(line, numbers[3]));
-        const __m256i all = _mm256_set_m128i(high, low), zero = _mm256_setzero_si256();
-        left.v = _mm256_slli_epi16(_mm256_unpacklo_epi8(all, zero), kFraction);
-        right.v = _mm256_slli_epi16(_mm256_unpackhi_epi8(all, zero), kFraction);
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(p), v[0]);
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(p + 16), v[1]);
+    }
+    /// None of the numbers is more than seven above the first, and nine pixels from there on can be read.
+    static void LoadNeighbours(Avx2PixelWords& middle, Avx2PixelWords& half, const uint8_t* line, const int* numbers)
+    {
+        const uint8_t* const p = line + ptrdiff_t(numbers[0]) * 4;
+        // The middle quarters change places, so that unpacking leaves the pixels in their order.
+        const __m256i ordered = _mm256_permute4x64_epi64(LoadEight(numbers), _MM_SHUFFLE(3, 1, 2, 0));
+        const __m256i places = _mm256_sub_epi32(ordered, _mm256_set1_epi32(numbers[0]));
+        const __m256i left = _mm256_permutevar8x32_epi32(LoadEight(p), places),
+                      right = _mm256_permutevar8x32_epi32(LoadEight(p + 4), places);
+        const __m256i both[2] = {_mm256_unpacklo_epi8(left, right), _mm256_unpackhi_epi8(left, right)};
+        constexpr int kHalf = 1 << (kFraction - 1);
+        for (int i = 0; i < 2; ++i) {
+            middle.v[i] = _mm256_maddubs_epi16(both[i], _mm256_set1_epi8(kHalf));
+            half.v[i] = _mm256_maddubs_epi16(both[i], _mm256_set1_epi16(kHalf * 256 + (256 - kHalf)));
+        }
     }
     static Avx2PixelWords SumOfFour(const uint8_t* upper, const uint8_t* lower)
     {
-        return {_mm256_add_epi16(SumOfTwo(upper), SumOfTwo(lower))};
+        return {{_mm256_add_epi16(SumOfTwo(upper), SumOfTwo(lower)),
+                 _mm256_add_epi16(SumOfTwo(upper + 32), SumOfTwo(lower + 32))}};
     }
 
-    Avx2PixelWords operator+(Avx2PixelWords o) const { return {_mm256_add_epi16(v, o.v)}; }
-    Avx2PixelWords operator-(Avx2PixelWords o) const { return {_mm256_sub_epi16(v, o.v)}; }
-    Avx2PixelWords Share(Avx2PixelWords o) const { return {_mm256_mulhrs_epi16(v, o.v)}; }
-    static Avx2PixelWords Splat(int value) { return {_mm256_set1_epi16(int16_t(value))}; }
-    template <int Bits>
-    void ToBytes(uint8_t* p) const
+    Avx2PixelWords operator+(Avx2PixelWords o) const
     {
-        const __m256i words = _mm256_srai_epi16(_mm256_add_epi16(v, _mm256_set1_epi16(1 << (Bits - 1))), Bits);
-        const __m256i bytes = _mm256_permute4x64_epi64(_mm256_packus_epi16(words, words), _MM_SHUFFLE(3, 1, 2, 0));
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(p), _mm256_castsi256_si128(bytes));
+        return {{_mm256_add_epi16(v[0], o.v[0]), _mm256_add_epi16(v[1], o.v[1])}};
+    }
+    Avx2PixelWords operator-(Avx2PixelWords o) const
+    {
+        return {{_mm256_sub_epi16(v[0], o.v[0]), _mm256_sub_epi16(v[1], o.v[1])}};
+    }
+    Avx2PixelWords Share(Avx2PixelWords o) const
+    {
+        return {{_mm256_mulhrs_epi16(v[0], o.v[0]), _mm256_mulhrs_epi16(v[1], o.v[1])}};
+    }
+    static Avx2PixelWords Splat(int value)
+    {
+        return {{_mm256_set1_epi16(int16_t(value)), _mm256_set1_epi16(int16_t(value))}};
+    }
+    template <int Bits>
+    void ToBytes(uint8_t* p, uint8_t alpha) const
+    {
+        const Avx2PixelWords whole = Share(Splat(1 << (15 - Bits)));
+        const __m256i bytes =
+            _mm256_permute4x64_epi64(_mm256_packus_epi16(whole.v[0], whole.v[1]), _MM_SHUFFLE(3, 1, 2, 0));
+        const __m256i colours = _mm256_and_si256(bytes, _mm256_set1_epi32(0xFFFFFF));
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(p),
+                            _mm256_or_si256(colours, _mm256_slli_epi32(_mm256_set1_epi32(alpha), 24)));
     }
 
 private:
+    static __m256i LoadEight(const void* p) { return _mm256_loadu_si256(static_cast<const __m256i*>(p)); }
     static __m256i SumOfTwo(const uint8_t* p)
     {
         const __m256i pairs =
             _mm256_broadcastsi128_si256(_mm_setr_epi8(0, 4, 1, 5, 2, 6, 3, 7, 8, 12, 9, 13, 10, 14, 11, 15));
-        const __m256i bytes = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(p));
-        return _mm256_maddubs_epi16(_mm256_shuffle_epi8(bytes, pairs), _mm256_set1_epi8(1));
+        return _mm256_maddubs_epi16(_mm256_shuffle_epi8(LoadEight(p), pairs), _mm256_set1_epi8(1));
     }
-    static __m128i LoadTwo(const uint8_t* line, int number)
+};
+
+struct Avx2Columns {
+    __m256i v[2];
+
+    static constexpr int kPixels = 8;
+
+    static Avx2Columns Splat(int value)
     {
-        return _mm_loadl_epi64(reinterpret_cast<const __m128i*>(line + ptrdiff_t(number) * 4));
+        return {{_mm256_set1_epi16(int16_t(value)), _mm256_set1_epi16(int16_t(value))}};
+    }
+    static Avx2Columns Load(const Columns& p, int x)
+    {
+        return {{LoadSixteen(p.blueRed + ptrdiff_t(x) * 2), LoadSixteen(p.greenAlpha + ptrdiff_t(x) * 2)}};
+    }
+    static Avx2Columns FromBytes(const uint8_t* p)
+    {
+        const __m256i bytes = LoadSixteen(p);
+        return {{_mm256_and_si256(bytes, _mm256_set1_epi16(0xFF)), _mm256_srli_epi16(bytes, 8)}};
+    }
+    static Avx2Columns FromHighBytes(const uint8_t* p)
+    {
+        const __m256i bytes = LoadSixteen(p);
+        return {{_mm256_slli_epi16(bytes, 8), _mm256_andnot_si256(_mm256_set1_epi16(0xFF), bytes)}};
+    }
+    void Store(const Columns& p, int x) const
+    {
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(p.blueRed + ptrdiff_t(x) * 2), v[0]);
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(p.greenAlpha + ptrdiff_t(x) * 2), v[1]);
+    }
+
+    Avx2Columns operator+(Avx2Columns o) const
+    {
+        return {{_mm256_add_epi16(v[0], o.v[0]), _mm256_add_epi16(v[1], o.v[1])}};
+    }
+    Avx2Columns operator<<(int bits) const
+    {
+        const __m128i count = _mm_cvtsi32_si128(bits);
+        return {{_mm256_sll_epi16(v[0], count), _mm256_sll_epi16(v[1], count)}};
+    }
+    Avx2Columns Share(Avx2Columns o) const
+    {
+        return {{_mm256_mulhi_epu16(v[0], o.v[0]), _mm256_mulhi_epu16(v[1], o.v[1])}};
+    }
+
+private:
+    static __m256i LoadSixteen(const void* p) { return _mm256_loadu_si256(static_cast<const __m256i*>(p)); }
+};
+
+struct Avx2Sums {
+    __m256i s[4];  ///< as in SseSums, with blue and red in the lower half
+
+    static constexpr int kPixels = 4;
+
+    template <int Fours>
+    static Avx2Sums Of(const Columns& columns, const Spans& spans, int x)
+    {
+        const int fours = Fours > 0 ? Fours : spans.fours;
+        const __m256i pairs =
+            _mm256_broadcastsi128_si256(_mm_setr_epi8(0, 1, 4, 5, 2, 3, 6, 7, 8, 9, 12, 13, 10, 11, 14, 15));
+        Avx2Sums res;
+        for (int i = 0; i < kPixels; ++i) {
+            res.s[i] = _mm256_setzero_si256();
+            for (int k = 0; k < fours; ++k) {
+                const ptrdiff_t from = (ptrdiff_t(spans.first[x + i]) + k * 4) * 2;
+                const __m128i weights = LoadEight(spans.weights + (ptrdiff_t(x + i) * fours + k) * 8);
+                const __m256i four =
+                    _mm256_set_m128i(LoadEight(columns.greenAlpha + from), LoadEight(columns.blueRed + from));
+                const __m256i products =
+                    _mm256_madd_epi16(_mm256_shuffle_epi8(four, pairs), _mm256_broadcastsi128_si256(weights));
+                res.s[i] = _mm256_add_epi32(res.s[i], products);
+            }
+        }
+        return res;
+    }
+    void ToBytes(uint8_t* p, float scale, float bias, uint8_t alpha) const
+    {
+        const __m256i words = _mm256_packs_epi32(Scaled(s[0], s[1], scale, bias), Scaled(s[2], s[3], scale, bias));
+        StoreFour(p, _mm256_castsi256_si128(words), _mm256_extracti128_si256(words, 1), alpha);
+    }
+
+private:
+    static __m128i LoadEight(const void* p) { return _mm_loadu_si128(static_cast<const __m128i*>(p)); }
+    static __m256i Scaled(__m256i first, __m256i second, float scale, float bias)
+    {
+        const __m256i sums =
+            _mm256_add_epi32(_mm256_unpacklo_epi64(first, second), _mm256_unpackhi_epi64(first, second));
+        const __m256 scaled = _mm256_mul_ps(_mm256_cvtepi32_ps(sums), _mm256_set1_ps(scale));
+        return _mm256_cvttps_epi32(_mm256_add_ps(scaled, _mm256_set1_ps(bias)));
     }
 };
 

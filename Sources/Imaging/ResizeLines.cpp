@@ -7,9 +7,16 @@ namespace zm {
 namespace {
 
 template <class Pixel>
-void ReduceLineBy(uint8_t* res, const float* sums, const Taps* taps, const float* weights, int width, bool opaque)
+void ReduceLineBy(uint8_t* res, const float* sums, const Taps* taps, const float* weights, int width)
 {
-    ReducePixels<Pixel>(res, sums, taps, weights, 0, width, opaque);
+    ReducePixels<Pixel>(res, sums, taps, weights, 0, width);
+}
+
+template <class Words>
+void StretchLineBy(int16_t* res, const uint8_t* line, const Neighbours& neighbours, int width)
+{
+    StretchPixels<ScalarPixelWords>(res, line, neighbours, StretchPixels<Words>(res, line, neighbours, 0, width),
+                                    width);
 }
 
 }  // namespace
@@ -20,10 +27,25 @@ void SumLines(float* sums, const WeightedLines& lines, int width, bool add)
                  SumLinesBy<ScalarPixelFloats, ScalarPixelFloats>, sums, lines, width, add);
 }
 
-void ReduceLine(uint8_t* res, const float* sums, const Taps* taps, const float* weights, int width, bool opaque)
+void ReduceLine(uint8_t* res, const float* sums, const Taps* taps, const float* weights, int width)
 {
     DispatchWide(avx2::ReduceLine, ReduceLineBy<SsePixelFloats>, ReduceLineBy<ScalarPixelFloats>, res, sums, taps,
-                 weights, width, opaque);
+                 weights, width);
+}
+
+void AddLines(const Columns& sums, const uint8_t* const* lines, int count, int width, bool add)
+{
+    DispatchWide(avx2::AddLines, AddLinesBy<SseColumns>, AddLinesBy<ScalarColumns>, sums, lines, count, width, add);
+}
+
+void WeighLines(const Columns& res, const Band& band, int width)
+{
+    DispatchWide(avx2::WeighLines, WeighLinesBy<SseColumns>, WeighLinesBy<ScalarColumns>, res, band, width);
+}
+
+void ReduceColumns(const ResultLine& res, const Columns& columns, const Spans& spans)
+{
+    DispatchWide(avx2::ReduceColumns, ReduceColumnsBy<SseSums>, ReduceColumnsBy<ScalarSums>, res, columns, spans);
 }
 
 void StretchLine(int16_t* res, const uint8_t* line, const Neighbours& neighbours, int width)
@@ -32,16 +54,14 @@ void StretchLine(int16_t* res, const uint8_t* line, const Neighbours& neighbours
                  neighbours, width);
 }
 
-void MixLines(uint8_t* res, const int16_t* upper, const int16_t* lower, int share, int width)
+void MixLines(const ResultLine& res, const int16_t* upper, const int16_t* lower, int share)
 {
-    DispatchWide(avx2::MixLines, MixLinesBy<SsePixelWords>, MixLinesBy<ScalarPixelWords>, res, upper, lower, share,
-                 width);
+    DispatchWide(avx2::MixLines, MixLinesBy<SsePixelWords>, MixLinesBy<ScalarPixelWords>, res, upper, lower, share);
 }
 
-void HalveLines(uint8_t* res, const uint8_t* upper, const uint8_t* lower, int width)
+void HalveLines(const ResultLine& res, const uint8_t* upper, const uint8_t* lower)
 {
-    DispatchWide(avx2::HalveLines, HalveLinesBy<SsePixelWords>, HalveLinesBy<ScalarPixelWords>, res, upper, lower,
-                 width);
+    DispatchWide(avx2::HalveLines, HalveLinesBy<SsePixelWords>, HalveLinesBy<ScalarPixelWords>, res, upper, lower);
 }
 
 }  // namespace zm

@@ -10,30 +10,47 @@ void SumLines(float* sums, const WeightedLines& lines, int width, bool add)
     SumLinesBy<Avx2PixelFloats, SsePixelFloats>(sums, lines, width, add);
 }
 
-void ReduceLine(uint8_t* res, const float* sums, const Taps* taps, const float* weights, int width, bool opaque)
+void ReduceLine(uint8_t* res, const float* sums, const Taps* taps, const float* weights, int width)
 {
     int x = 0;
     for (; x + 2 <= width; x += 2) {
         const Avx2PixelFloats both = Avx2PixelFloats::Both(Reduced<SsePixelFloats>(sums, taps[x], weights),
                                                            Reduced<SsePixelFloats>(sums, taps[x + 1], weights));
-        (opaque ? both : both.Straight()).ToBytes(res + ptrdiff_t(x) * 4);
+        both.Straight().ToBytes(res + ptrdiff_t(x) * 4);
     }
-    ReducePixels<SsePixelFloats>(res, sums, taps, weights, x, width, opaque);
+    ReducePixels<SsePixelFloats>(res, sums, taps, weights, x, width);
+}
+
+void AddLines(const Columns& sums, const uint8_t* const* lines, int count, int width, bool add)
+{
+    AddLinesBy<Avx2Columns>(sums, lines, count, width, add);
+}
+
+void WeighLines(const Columns& res, const Band& band, int width)
+{
+    WeighLinesBy<Avx2Columns>(res, band, width);
+}
+
+void ReduceColumns(const ResultLine& res, const Columns& columns, const Spans& spans)
+{
+    ReduceColumnsBy<Avx2Sums>(res, columns, spans);
 }
 
 void StretchLine(int16_t* res, const uint8_t* line, const Neighbours& neighbours, int width)
 {
-    StretchLineBy<Avx2PixelWords>(res, line, neighbours, width);
+    const int inner = StretchPixels<Avx2PixelWords>(res, line, neighbours, 0, neighbours.inner);
+    const int done = StretchPixels<SsePixelWords>(res, line, neighbours, inner, width);
+    StretchPixels<ScalarPixelWords>(res, line, neighbours, done, width);
 }
 
-void MixLines(uint8_t* res, const int16_t* upper, const int16_t* lower, int share, int width)
+void MixLines(const ResultLine& res, const int16_t* upper, const int16_t* lower, int share)
 {
-    MixLinesBy<Avx2PixelWords>(res, upper, lower, share, width);
+    MixLinesBy<Avx2PixelWords>(res, upper, lower, share);
 }
 
-void HalveLines(uint8_t* res, const uint8_t* upper, const uint8_t* lower, int width)
+void HalveLines(const ResultLine& res, const uint8_t* upper, const uint8_t* lower)
 {
-    HalveLinesBy<Avx2PixelWords>(res, upper, lower, width);
+    HalveLinesBy<Avx2PixelWords>(res, upper, lower);
 }
 
 }  // namespace avx2

@@ -208,13 +208,13 @@ ImageView AsArgb(const ImageView& image, uint8_t* block)
 
 bool Compose(const ImageView& src, const ImageView& dst)
 {
-    const int height = src.kind == PixelKind::Compressed ? 4 : 1;
-    const int64_t bytes = int64_t(src.width) * 4 * height;
+    const bool alpha = !IsLaidOut(dst, kRgb), inPlace = IsLaidOut(src, kArgb) && (!alpha || IsLaidOut(dst, kArgb));
+    const int height = inPlace ? dst.height : src.kind == PixelKind::Compressed ? 4 : 1;
+    const int64_t bytes = inPlace ? 0 : int64_t(src.width) * 4 * height;
     const HeapArray<uint8_t> block = NewArray<uint8_t>(2 * bytes);
     if (block == nullptr) {
         return false;
     }
-    const bool alpha = !IsLaidOut(dst, kRgb);
     for (int y = 0; y < dst.height; y += height) {
         const ImageView to = Band(dst, y, height);
         const ImageView over = AsArgb(Band(src, y, height), block.get());

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <math.h>
+#include <numeric>
 #include <string.h>
 
 namespace {
@@ -25,15 +26,21 @@ public:
         if (m_Taps == nullptr || m_Weights == nullptr) {
             return false;
         }
-        m_Used = 0;
+        m_Used = m_MostTaps = 0;
         for (int i = 0; i < to; ++i) {
             m_Taps[size_t(i)] = to < from ? Area(i, from, to) : Between(i, from, to);
+            m_MostTaps = std::max(m_MostTaps, m_Taps[size_t(i)].count);
         }
+        m_Parts = to < from ? from / std::gcd(from, to) : 2 * int64_t(to);
         return true;
     }
 
     const Taps* AllTaps() const { return m_Taps.get(); }
     const float* Weights() const { return m_Weights.get(); }
+    /// Of one pixel of the result.
+    int MostTaps() const { return m_MostTaps; }
+    /// Every weight is a whole number of parts.
+    int64_t Parts() const { return m_Parts; }
 
 private:
     void Add(double weight) { m_Weights[size_t(m_Used++)] = float(weight); }
@@ -70,7 +77,8 @@ private:
 
     HeapArray<Taps> m_Taps;
     HeapArray<float> m_Weights;
-    int m_Used = 0;
+    int m_Used = 0, m_MostTaps = 0;
+    int64_t m_Parts = 1;
 };
 
 bool Equal(const PixelLayout& a, const PixelLayout& b)
@@ -79,24 +87,27 @@ bool Equal(const PixelLayout& a, const PixelLayout& b)
 }
 
 /// The lines of an image with the colours where ARGB8888 has them, and alpha if it has some: its own where they are so
-/// already, else copies of the last few that were read.
+/// already, else copies.
 class SourceLines {
 public:
+    static constexpr int kCopies = 6;
+
     bool Prepare(const ImageView& image, const PixelLayout& layout)
     {
         m_Image = image;
         m_Read = Convert(image.layout, kArgb);
         m_Direct = Equal(image.layout, kArgb) || Equal(image.layout, layout);
-        m_Copies = m_Direct ? nullptr : NewArray<uint8_t>(int64_t(image.width) * 4 * WeightedLines::kMost);
+        m_Copies = m_Direct ? nullptr : NewArray<uint8_t>(int64_t(image.width) * 4 * kCopies);
         return m_Direct || m_Copies != nullptr;
     }
 
-    const uint8_t* Read(int y)
+    /// Good until another line takes that copy.
+    const uint8_t* Read(int y, int number)
     {
         if (m_Direct) {
             return m_Image.Line(y);
         }
-        uint8_t* const copy = m_Copies.get() + ptrdiff_t(y % WeightedLines::kMost) * m_Image.width * 4;
+        uint8_t* const copy = m_Copies.get() + ptrdiff_t(number) * m_Image.width * 4;
         ConvertPixels(m_Read, m_Image.Line(y), copy, m_Image.width);
         return copy;
     }
@@ -108,6 +119,13 @@ private:
     HeapArray<uint8_t> m_Copies;
 };
 
+/// Whether pixels of an opaque picture can be written as they are to be: only their highest byte is to be set.
+bool HasColoursOfRgb(const PixelLayout& layout)
+{
+    const bool alpha = layout.channel[kAlpha].bits != 0;
+    return Equal(layout, alpha ? kArgb : kRgb);
+}
+
 /// What all ways of resizing have: lines of the source go in, lines of the result come out.
 class Lines {
 public:
@@ -117,14 +135,19 @@ public:
         const PixelLayout& layout = opaque ? kRgb : kArgb;
         m_Dst = dst;
         m_Write = Convert(layout, dst.layout);
-        m_Direct = Equal(layout, dst.layout) && !opaque;
+        m_Direct = opaque ? HasColoursOfRgb(dst.layout) : Equal(dst.layout, kArgb);
         m_Result = m_Direct ? nullptr : NewArray<uint8_t>(int64_t(dst.width) * 4);
         return (m_Direct || m_Result != nullptr) && m_Source.Prepare(src, layout);
     }
 
-    const uint8_t* Read(int y) { return m_Source.Read(y); }
+    const uint8_t* Read(int y, int copy) { return m_Source.Read(y, copy); }
     /// Where line y of the result is to be put together.
     uint8_t* Result(int y) { return m_Direct ? m_Dst.Line(y) : m_Result.get(); }
+    /// The same of an opaque picture.
+    ResultLine Opaque(int y)
+    {
+        return {Result(y), m_Dst.width, uint8_t(m_Dst.layout.channel[kAlpha].bits != 0 ? 255 : 0)};
+    }
     void Write(int y)
     {
         if (!m_Direct) {
@@ -140,36 +163,197 @@ private:
     HeapArray<uint8_t> m_Result;
 };
 
-/// Any sizes: columns are added up in floats, and then reduced to pixels.
-bool Resample(const ImageView& src, const ImageView& dst, bool opaque)
+/// Any picture: columns are added up in floats, and then reduced to pixels.
+bool Resample(const ImageView& src, const ImageView& dst)
 {
     Lines lines;
     Axis across, down;
     const HeapArray<float> sums = NewArray<float>(int64_t(src.width) * 4);
-    if (sums == nullptr || !lines.Prepare(src, dst, opaque) || !across.Prepare(src.width, dst.width) ||
+    if (sums == nullptr || !lines.Prepare(src, dst, false) || !across.Prepare(src.width, dst.width) ||
         !down.Prepare(src.height, dst.height)) {
         return false;
     }
     for (int y = 0; y < dst.height; ++y) {
         const Taps& taps = down.AllTaps()[y];
         for (int done = 0; done < taps.count; done += WeightedLines::kMost) {
-            WeightedLines some = {{}, {}, std::min(taps.count - done, WeightedLines::kMost), opaque};
+            WeightedLines some = {{}, {}, std::min(taps.count - done, WeightedLines::kMost)};
             for (int i = 0; i < some.count; ++i) {
-                some.line[i] = lines.Read(taps.first + done + i);
+                some.line[i] = lines.Read(taps.first + done + i, i);
                 some.weight[i] = down.Weights()[taps.weight + done + i];
             }
             SumLines(sums.get(), some, src.width, done > 0);
         }
-        ReduceLine(lines.Result(y), sums.get(), across.AllTaps(), across.Weights(), dst.width, opaque);
+        ReduceLine(lines.Result(y), sums.get(), across.AllTaps(), across.Weights(), dst.width);
+        lines.Write(y);
+    }
+    return true;
+}
+
+/// A line of columns, and more of them that are 0.
+class ColumnLine {
+public:
+    bool Prepare(int width, int more)
+    {
+        const int64_t each = (int64_t(width) + more) * 2;
+        m_Numbers = NewArray<uint16_t>(2 * each);
+        if (m_Numbers == nullptr) {
+            return false;
+        }
+        m_Columns = {m_Numbers.get(), m_Numbers.get() + each};
+        std::fill_n(m_Columns.blueRed + ptrdiff_t(width) * 2, more * 2, uint16_t(0));
+        std::fill_n(m_Columns.greenAlpha + ptrdiff_t(width) * 2, more * 2, uint16_t(0));
+        return true;
+    }
+
+    const Columns& Get() const { return m_Columns; }
+
+private:
+    HeapArray<uint16_t> m_Numbers;
+    Columns m_Columns;
+};
+
+uint16_t InParts(double weight, int parts)
+{
+    return uint16_t(floor(weight * parts + 0.5));
+}
+
+/// The weighted sums of lines of an opaque picture, with kFraction bits behind the point.
+class LineSums {
+public:
+    /// So many columns more than there are will be read.
+    bool Prepare(int from, int to, int width, int more)
+    {
+        m_Width = width;
+        if (!m_Columns.Prepare(width, more) || !m_Sums.Prepare(width, 0) || !m_Axis.Prepare(from, to)) {
+            return false;
+        }
+        m_Shift = 0;
+        const int64_t inner = std::max(m_Axis.MostTaps() - 2, 1);
+        while (255 * inner << (m_Shift + 1) <= 65535) {
+            ++m_Shift;
+        }
+        m_InnerWeight = to < from ? InParts(double(to) / from, 1 << (16 + kFraction - m_Shift)) : uint16_t(0);
+        return true;
+    }
+
+    /// Whether the bytes of all lines add up to 16 bits.
+    bool Fits() const { return m_Axis.MostTaps() <= 256; }
+
+    const Columns& Sum(Lines& lines, int y)
+    {
+        const Taps& taps = m_Axis.AllTaps()[y];
+        const float* const weights = m_Axis.Weights() + taps.weight;
+        Band band = {};
+        AddInner(band, lines, taps.first + 1, std::max(taps.count - 2, 0));
+        band.edge[0] = lines.Read(taps.first, Band::kMost);
+        band.edge[1] = lines.Read(taps.first + taps.count - 1, Band::kMost + 1);
+        band.edgeWeight[0] = InParts(weights[0], 256 << kFraction);
+        band.edgeWeight[1] = taps.count > 1 ? InParts(weights[taps.count - 1], 256 << kFraction) : uint16_t(0);
+        band.shift = m_Shift;
+        band.innerWeight = m_InnerWeight;
+        WeighLines(m_Columns.Get(), band, m_Width);
+        return m_Columns.Get();
+    }
+
+private:
+    void AddInner(Band& band, Lines& lines, int first, int count)
+    {
+        band.count = count;
+        band.sums = m_Sums.Get();
+        for (int done = 0; done < count; done += Band::kMost) {
+            const int some = std::min(count - done, Band::kMost);
+            for (int i = 0; i < some; ++i) {
+                band.inner[i] = lines.Read(first + done + i, i);
+            }
+            if (count > Band::kMost) {
+                AddLines(band.sums, band.inner, some, m_Width, done > 0);
+            }
+        }
+    }
+
+    Axis m_Axis;
+    int m_Width = 0, m_Shift = 0;
+    uint16_t m_InnerWeight = 0;
+    ColumnLine m_Columns, m_Sums;
+};
+
+/// Whole weights for the columns of an opaque picture.
+class ColumnSpans {
+public:
+    bool Prepare(int from, int to)
+    {
+        if (!m_Axis.Prepare(from, to)) {
+            return false;
+        }
+        if (!Fits()) {
+            return true;
+        }
+        m_Fours = (m_Axis.MostTaps() + 3) / 4;
+        m_First = NewArray<int>(to);
+        m_Weights = NewArray<int16_t>(int64_t(to) * m_Fours * 8);
+        if (m_First == nullptr || m_Weights == nullptr) {
+            return false;
+        }
+        std::fill_n(m_Weights.get(), ptrdiff_t(to) * m_Fours * 8, int16_t(0));
+        for (int x = 0; x < to; ++x) {
+            const Taps& taps = m_Axis.AllTaps()[x];
+            m_First[size_t(x)] = taps.first;
+            for (int i = 0; i < taps.count; ++i) {
+                Set(x, i, m_Axis.Weights()[taps.weight + i]);
+            }
+        }
+        return true;
+    }
+
+    bool Fits() const { return m_Axis.Parts() <= 32767; }
+    /// So many columns more than there are must be readable.
+    int Beyond() const { return m_Fours * 4; }
+
+    Spans All() const
+    {
+        // Up to three products are rounded down in each sum: half of what they can lose is given back.
+        constexpr float kBias = 1.5f / (1 << kFraction) + 0.5f;
+        return {m_First.get(), m_Weights.get(), m_Fours, 1 / (float(m_Axis.Parts()) * (1 << kFraction)), kBias};
+    }
+
+private:
+    void Set(int x, int i, double weight)
+    {
+        int16_t* const res = m_Weights.get() + ptrdiff_t(x) * m_Fours * 8 + i / 2 * 4 + i % 2;
+        res[0] = res[2] = int16_t(floor(weight * double(m_Axis.Parts()) + 0.5));
+    }
+
+    Axis m_Axis;
+    int m_Fours = 0;
+    HeapArray<int> m_First;
+    HeapArray<int16_t> m_Weights;
+};
+
+/// Opaque pictures in whole numbers. Those that would need larger ones go the way of all.
+bool ResampleOpaque(const ImageView& src, const ImageView& dst)
+{
+    Lines lines;
+    ColumnSpans across;
+    LineSums down;
+    if (!lines.Prepare(src, dst, true) || !across.Prepare(src.width, dst.width) ||
+        !down.Prepare(src.height, dst.height, src.width, across.Beyond())) {
+        return false;
+    }
+    if (!across.Fits() || !down.Fits()) {
+        return Resample(src, dst);
+    }
+    const Spans spans = across.All();
+    for (int y = 0; y < dst.height; ++y) {
+        ReduceColumns(lines.Opaque(y), down.Sum(lines, y), spans);
         lines.Write(y);
     }
     return true;
 }
 
 /// In parts of 2^15; all of them do not fit in 16 bits.
-int16_t ShareOf(float weight)
+int16_t ShareOf(double weight)
 {
-    return int16_t(std::min(int(floorf(weight * 32768 + 0.5f)), 32767));
+    return int16_t(std::min(int(floor(weight * 32768 + 0.5)), 32767));
 }
 
 /// The last two source lines, stretched.
@@ -189,11 +373,12 @@ public:
         }
         for (int x = 0; x < to; ++x) {
             const Taps& taps = axis.AllTaps()[x];
-            // The last pixel has no neighbour: it is all of the one before it.
+            // The last pixel has no neighbour: it is that of the one before it.
             const bool last = taps.first == from - 1;
-            const int16_t share = ShareOf(last ? 1 : taps.count == 2 ? axis.Weights()[taps.weight + 1] : 0);
+            const double right = last ? 1 : taps.count == 2 ? axis.Weights()[taps.weight + 1] : 0;
             m_Left[size_t(x)] = taps.first - last;
-            std::fill_n(m_Shares.get() + ptrdiff_t(x) * 4, 4, share);
+            std::fill_n(m_Shares.get() + ptrdiff_t(x) * 4, 4, ShareOf(2 * right - 1));
+            m_Inner = taps.first + 9 <= from ? x + 1 : m_Inner;
         }
         return true;
     }
@@ -202,14 +387,14 @@ public:
     {
         const int place = y % 2;
         if (m_Number[place] != y) {
-            StretchLine(m_Lines[place].get(), lines.Read(y), {m_Left.get(), m_Shares.get()}, m_Width);
+            StretchLine(m_Lines[place].get(), lines.Read(y, 0), {m_Left.get(), m_Shares.get(), m_Inner}, m_Width);
             m_Number[place] = y;
         }
         return m_Lines[place].get();
     }
 
 private:
-    int m_Width = 0;
+    int m_Width = 0, m_Inner = 0;
     HeapArray<int> m_Left;
     HeapArray<int16_t> m_Shares, m_Lines[2];
     int m_Number[2] = {-1, -1};
@@ -230,7 +415,7 @@ bool Stretch(const ImageView& src, const ImageView& dst)
         const float share = taps.count == 2 ? down.Weights()[taps.weight + 1] : 0;
         const int16_t* const upper = stretched.Line(lines, taps.first);
         const int16_t* const lower = stretched.Line(lines, taps.first + taps.count - 1);
-        MixLines(lines.Result(y), upper, lower, ShareOf(share), dst.width);
+        MixLines(lines.Opaque(y), upper, lower, ShareOf(share));
         lines.Write(y);
     }
     return true;
@@ -244,27 +429,43 @@ bool Halve(const ImageView& src, const ImageView& dst)
         return false;
     }
     for (int y = 0; y < dst.height; ++y) {
-        const uint8_t* const upper = lines.Read(2 * y);
-        HalveLines(lines.Result(y), upper, lines.Read(2 * y + 1), dst.width);
+        const uint8_t* const upper = lines.Read(2 * y, 0);
+        HalveLines(lines.Opaque(y), upper, lines.Read(2 * y + 1, 1));
         lines.Write(y);
     }
     return true;
 }
 
-/// Looks at the pixels until one is not.
+/// The bits that all pixels of a line have.
+template <int Bytes>
+uint32_t CommonBits(const uint8_t* pixels, int width)
+{
+    uint32_t common = ~0u;
+    for (int x = 0; x < width; ++x) {
+        uint32_t pixel = 0;
+        memcpy(&pixel, pixels + ptrdiff_t(x) * Bytes, Bytes);
+        common &= pixel;
+    }
+    return common;
+}
+
+uint32_t CommonBits(const ImageView& image, int y)
+{
+    switch (image.layout.bytes) {
+    case 1: return CommonBits<1>(image.Line(y), image.width);
+    case 2: return CommonBits<2>(image.Line(y), image.width);
+    case 3: return CommonBits<3>(image.Line(y), image.width);
+    default: return CommonBits<4>(image.Line(y), image.width);
+    }
+}
+
+/// Looks at the lines until one is not.
 bool IsOpaque(const ImageView& image)
 {
     const Channel alpha = image.layout.channel[kAlpha];
     const uint32_t mask = ((1u << alpha.bits) - 1) << alpha.shift;
     for (int y = 0; mask != 0 && y < image.height; ++y) {
-        const uint8_t* pixels = image.Line(y);
-        uint32_t common = mask;
-        for (int x = 0; x < image.width; ++x, pixels += image.layout.bytes) {
-            uint32_t pixel = 0;
-            memcpy(&pixel, pixels, size_t(image.layout.bytes));
-            common &= pixel;
-        }
-        if (common != mask) {
+        if ((CommonBits(image, y) & mask) != mask) {
             return false;
         }
     }
@@ -278,7 +479,10 @@ bool Resize(const ImageView& src, const ImageView& dst)
         return Halve(src, dst);
     }
     const bool grows = src.width <= dst.width && src.height <= dst.height;
-    return opaque && grows && src.width > 1 ? Stretch(src, dst) : Resample(src, dst, opaque);
+    if (opaque && grows && src.width > 1) {
+        return Stretch(src, dst);
+    }
+    return opaque ? ResampleOpaque(src, dst) : Resample(src, dst);
 }
 
 int Half(int size)

@@ -62,6 +62,7 @@ public:
         }
         return rest == std::vector<uint8_t>(rest.size(), kUntouched);
     }
+    bool SameBytes(const TestImage& o) const { return m_Bytes == o.m_Bytes; }
     bool Untouched() const { return m_Bytes == std::vector<uint8_t>(m_Bytes.size(), kUntouched); }
 
     ZmImageDescEx desc;

@@ -73,12 +73,12 @@ TEST(ResizeTest, AllSizesAgreeWithTheReference)
 {
     const struct {
         int width, height, newWidth, newHeight;
-    } rows[] = {{16, 12, 8, 6}, {16, 12, 7, 5},  {5, 7, 13, 9}, {9, 4, 4, 11},  {4, 9, 11, 4},
-                {1, 1, 5, 3},   {20, 17, 1, 1},  {2, 3, 3, 2},  {31, 1, 30, 1}, {30, 2, 31, 2},
-                {8, 8, 8, 4},   {3, 100, 4, 33}, {6, 6, 12, 12}};
+    } rows[] = {{16, 12, 8, 6}, {16, 12, 7, 5}, {5, 7, 13, 9},  {9, 4, 4, 11},  {4, 9, 11, 4}, {1, 1, 5, 3},
+                {20, 17, 1, 1}, {2, 3, 3, 2},   {31, 1, 30, 1}, {30, 2, 31, 2}, {8, 8, 8, 4},  {3, 100, 4, 33},
+                {6, 6, 12, 12}, {70, 9, 9, 5},  {33, 5, 70, 2}, {3, 300, 20, 1}};
     OnEachPath(1, [&](Random& random) {
         for (const auto& row : rows) {
-            for (const uint32_t format : {1u, 2u, 11u}) {
+            for (const uint32_t format : {1u, 2u, 11u, 13u}) {
                 SCOPED_TRACE(testing::Message() << row.width << " x " << row.height << " to " << row.newWidth << " x "
                                                 << row.newHeight << ", format " << format);
                 TestImage src(format, row.width, row.height, 3, true), dst(format, row.newWidth, row.newHeight);
@@ -88,6 +88,30 @@ TEST(ResizeTest, AllSizesAgreeWithTheReference)
             }
         }
     });
+}
+
+/// Without alpha, so that whole numbers do the work.
+TEST(ResizeTest, AllPathsGiveTheSamePixels)
+{
+    const struct {
+        int width, height, newWidth, newHeight;
+    } rows[] = {
+        {402, 270, 201, 135}, {402, 270, 149, 101}, {402, 270, 50, 20}, {200, 90, 267, 121}, {90, 200, 121, 77}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(testing::Message() << row.width << " to " << row.newWidth);
+        TestImage src(2, row.width, row.height), expected(1, row.newWidth, row.newHeight);
+        Random random(1);
+        src.Fill(random);
+        {
+            const PathGuard guard(AllPaths().front());
+            ASSERT_EQ(ZmResizeImage32(src.desc, expected.desc), 1);
+        }
+        OnEachPath(1, [&](Random&) {
+            TestImage dst(1, row.newWidth, row.newHeight);
+            ASSERT_EQ(ZmResizeImage32(src.desc, dst.desc), 1);
+            EXPECT_TRUE(dst.SameBytes(expected));
+        });
+    }
 }
 
 TEST(ResizeTest, EqualSizesAreCopiedWithTheirTransparentColours)
