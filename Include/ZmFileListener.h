@@ -42,6 +42,6 @@ private:
     XString m_Path;
     XString m_BegunPath;    ///< the file that was opened last; it is only added to
     int64_t m_TodaySecond;  ///< for which the next two were computed
-    int m_Today;
-    char m_Date[16];
+    int m_Today = 0;
+    char m_Date[16] = {};
 };
