@@ -172,35 +172,55 @@ inline void ReduceColumnsBy(const ResultLine& res, const Columns& columns, const
     ReduceAll<ScalarSums>(res, columns, spans, ReduceAll<Sums>(res, columns, spans, 0));
 }
 
-template <class Words>
-inline int StretchPixels(int16_t* res, const uint8_t* line, const Neighbours& neighbours, int from, int width)
+template <class Lanes>
+inline int StretchPixels(const Columns& res, const uint8_t* line, const Neighbours& neighbours, int from, int width)
 {
     constexpr ptrdiff_t kAhead = 8192;  // measured: half of it, or twice as much, is no better
+    // For rounding, and half of what four products that are rounded down can lose, here and when lines are mixed.
+    const Lanes bias = Lanes::Splat(128 + 2);
+    const Columns r = res;
     const Neighbours n = neighbours;
+    const int end = width - Lanes::kPixels;
     int x = from;
-    for (; x + Words::kPixels <= width; x += Words::kPixels) {
+#pragma GCC unroll 2
+    for (; x <= end; x += Lanes::kPixels) {
         FetchAhead(line + ptrdiff_t(n.left[x]) * 4, kAhead);
-        Words middle, half;
-        Words::LoadNeighbours(middle, half, line, n.left + x);
-        const Words share = Words::Load(n.shares + ptrdiff_t(x) * 4);
-        (middle + half.Share(share)).Store(res + ptrdiff_t(x) * 4);
+        Lanes left, right;
+        Lanes::LoadNeighbours(left, right, line, n.left + x);
+        const Lanes weight = Lanes::LoadWeights(n.weights + ptrdiff_t(x) * 2);
+        (left.Share(-weight) + right.Share(weight) + bias).Store(r, x);
     }
     return x;
 }
 
-template <class Words>
-inline int MixPixels(const ResultLine& res, const int16_t* upper, const int16_t* lower, int share, int from)
+template <class Lanes, bool Streams>
+inline int MixPixels(const ResultLine& res, const Columns& upper, const Columns& lower, uint16_t weight, int from,
+                     int to)
 {
     constexpr ptrdiff_t kAhead = 4096;  // memory that is written is read before
-    const Words shares = Words::Splat(share);
+    const Lanes below = Lanes::Splat(weight), above = -below;
     const ResultLine r = res;
+    const Columns u = upper, l = lower;
+    const int end = to - Lanes::kPixels;
     int x = from;
-    for (; x + Words::kPixels <= r.width; x += Words::kPixels) {
-        FetchAhead(r.pixels + ptrdiff_t(x) * 4, kAhead);
-        const Words above = Words::Load(upper + ptrdiff_t(x) * 4), below = Words::Load(lower + ptrdiff_t(x) * 4);
-        (above + (below - above).Share(shares)).template ToBytes<kFraction>(r.pixels + ptrdiff_t(x) * 4, r.alpha);
+#pragma GCC unroll 2
+    for (; x <= end; x += Lanes::kPixels) {
+        if constexpr (!Streams) {
+            FetchAhead(r.pixels + ptrdiff_t(x) * 4, kAhead);
+        }
+        const Lanes sum = Lanes::Load(u, x).Share(above) + Lanes::Load(l, x).Share(below);
+        sum.template HighToBytes<Streams>(r.pixels + ptrdiff_t(x) * 4, r.alpha);
     }
     return x;
+}
+
+/// Pixels before the first one that can be streamed; all of them where none can.
+template <class Lanes>
+inline int PixelsBeforeStreams(const ResultLine& res)
+{
+    constexpr uintptr_t kSize = Lanes::kPixels * 4;
+    const uintptr_t before = (0 - reinterpret_cast<uintptr_t>(res.pixels)) % kSize;
+    return res.streams && before % 4 == 0 && int(before / 4) < res.width ? int(before / 4) : res.width;
 }
 
 template <class Words>
@@ -218,10 +238,17 @@ inline int HalvePixels(const ResultLine& res, const uint8_t* upper, const uint8_
     return x;
 }
 
-template <class Words>
-inline void MixLinesBy(const ResultLine& res, const int16_t* upper, const int16_t* lower, int share)
+template <class Lanes>
+inline void MixLinesBy(const ResultLine& res, const Columns& upper, const Columns& lower, uint16_t weight)
 {
-    MixPixels<ScalarPixelWords>(res, upper, lower, share, MixPixels<Words>(res, upper, lower, share, 0));
+    const int plain = PixelsBeforeStreams<Lanes>(res);
+    int x = MixPixels<Lanes, false>(res, upper, lower, weight, 0, plain);
+    x = MixPixels<ScalarColumns, false>(res, upper, lower, weight, x, plain);
+    x = MixPixels<Lanes, Lanes::kPixels != 1>(res, upper, lower, weight, x, res.width);
+    MixPixels<ScalarColumns, false>(res, upper, lower, weight, x, res.width);
+    if (res.streams) {
+        _mm_sfence();  // so that other threads see the line as they see other memory
+    }
 }
 
 template <class Words>

@@ -91,31 +91,13 @@ private:
     }
 };
 
-/// Words are numbers from 0 to 255 with kFraction bits behind the point, and differences of such.
+/// Sums of few bytes.
 struct ScalarPixelWords {
     int16_t w[4];
 
     static constexpr int kPixels = 1;
 
-    static ScalarPixelWords Load(const int16_t* p)
-    {
-        ScalarPixelWords res;
-        memcpy(res.w, p, sizeof(res.w));
-        return res;
-    }
-    void Store(int16_t* p) const { memcpy(p, w, sizeof(w)); }
-    /// The middles between the pixels of a line with those numbers and the ones that follow them, and half of what
-    /// these are more.
-    static void LoadNeighbours(ScalarPixelWords& middle, ScalarPixelWords& half, const uint8_t* line,
-                               const int* numbers)
-    {
-        const uint8_t* const p = line + ptrdiff_t(numbers[0]) * 4;
-        for (int c = 0; c < 4; ++c) {
-            middle.w[c] = int16_t((p[c + 4] + p[c]) * (1 << (kFraction - 1)));
-            half.w[c] = int16_t((p[c + 4] - p[c]) * (1 << (kFraction - 1)));
-        }
-    }
-    /// Sums of two by two pixels, without bits behind the point.
+    /// Sums of two by two pixels.
     static ScalarPixelWords SumOfFour(const uint8_t* upper, const uint8_t* lower)
     {
         ScalarPixelWords res;
@@ -123,28 +105,6 @@ struct ScalarPixelWords {
             res.w[c] = int16_t(upper[c] + upper[c + 4] + lower[c] + lower[c + 4]);
         }
         return res;
-    }
-
-    ScalarPixelWords operator+(ScalarPixelWords o) const
-    {
-        return {{int16_t(w[0] + o.w[0]), int16_t(w[1] + o.w[1]), int16_t(w[2] + o.w[2]), int16_t(w[3] + o.w[3])}};
-    }
-    ScalarPixelWords operator-(ScalarPixelWords o) const
-    {
-        return {{int16_t(w[0] - o.w[0]), int16_t(w[1] - o.w[1]), int16_t(w[2] - o.w[2]), int16_t(w[3] - o.w[3])}};
-    }
-    /// The products in parts of 2^15, rounded to nearest.
-    ScalarPixelWords Share(ScalarPixelWords o) const
-    {
-        ScalarPixelWords res;
-        for (int c = 0; c < 4; ++c) {
-            res.w[c] = int16_t((w[c] * o.w[c] + 0x4000) >> 15);
-        }
-        return res;
-    }
-    static ScalarPixelWords Splat(int value)
-    {
-        return {{int16_t(value), int16_t(value), int16_t(value), int16_t(value)}};
     }
     /// Without so many bits, rounded to nearest, and with that byte for alpha.
     template <int Bits>
@@ -162,38 +122,10 @@ struct SsePixelWords {
 
     static constexpr int kPixels = 4;
 
-    static SsePixelWords Load(const int16_t* p) { return {{LoadFour(p), LoadFour(p + 8)}}; }
-    void Store(int16_t* p) const
-    {
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(p), v[0]);
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(p + 8), v[1]);
-    }
-    static void LoadNeighbours(SsePixelWords& middle, SsePixelWords& half, const uint8_t* line, const int* numbers)
-    {
-        const __m128i zero = _mm_setzero_si128();
-        for (int i = 0; i < 2; ++i) {
-            const __m128i first = LoadTwo(line, numbers[2 * i]), second = LoadTwo(line, numbers[2 * i + 1]);
-            const __m128i both = _mm_unpacklo_epi32(first, second);
-            const __m128i left = _mm_unpacklo_epi8(both, zero), right = _mm_unpackhi_epi8(both, zero);
-            middle.v[i] = _mm_slli_epi16(_mm_add_epi16(right, left), kFraction - 1);
-            half.v[i] = _mm_slli_epi16(_mm_sub_epi16(right, left), kFraction - 1);
-        }
-    }
     static SsePixelWords SumOfFour(const uint8_t* upper, const uint8_t* lower)
     {
         return {{SumOfEight(upper, lower), SumOfEight(upper + 16, lower + 16)}};
     }
-
-    SsePixelWords operator+(SsePixelWords o) const
-    {
-        return {{_mm_add_epi16(v[0], o.v[0]), _mm_add_epi16(v[1], o.v[1])}};
-    }
-    SsePixelWords operator-(SsePixelWords o) const
-    {
-        return {{_mm_sub_epi16(v[0], o.v[0]), _mm_sub_epi16(v[1], o.v[1])}};
-    }
-    SsePixelWords Share(SsePixelWords o) const { return {{ShareOf(v[0], o.v[0]), ShareOf(v[1], o.v[1])}}; }
-    static SsePixelWords Splat(int value) { return {{_mm_set1_epi16(int16_t(value)), _mm_set1_epi16(int16_t(value))}}; }
     template <int Bits>
     void ToBytes(uint8_t* p, uint8_t alpha) const
     {
@@ -205,22 +137,12 @@ struct SsePixelWords {
 
 private:
     static __m128i LoadFour(const void* p) { return _mm_loadu_si128(static_cast<const __m128i*>(p)); }
-    static __m128i LoadTwo(const uint8_t* line, int number)
-    {
-        return _mm_loadl_epi64(reinterpret_cast<const __m128i*>(line + ptrdiff_t(number) * 4));
-    }
     static __m128i SumOfEight(const uint8_t* upper, const uint8_t* lower)
     {
         const __m128i zero = _mm_setzero_si128(), a = LoadFour(upper), b = LoadFour(lower);
         const __m128i low = _mm_add_epi16(_mm_unpacklo_epi8(a, zero), _mm_unpacklo_epi8(b, zero));
         const __m128i high = _mm_add_epi16(_mm_unpackhi_epi8(a, zero), _mm_unpackhi_epi8(b, zero));
         return _mm_add_epi16(_mm_unpacklo_epi64(low, high), _mm_unpackhi_epi64(low, high));
-    }
-    static __m128i ShareOf(__m128i v, __m128i share)
-    {
-        const __m128i high = _mm_mulhi_epi16(v, share), low = _mm_mullo_epi16(v, share);
-        const __m128i half = _mm_and_si128(_mm_srli_epi16(low, 14), _mm_set1_epi16(1));
-        return _mm_add_epi16(_mm_add_epi16(_mm_add_epi16(high, high), _mm_srli_epi16(low, 15)), half);
     }
     template <int Bits>
     static __m128i Rounded(__m128i v)
@@ -248,16 +170,34 @@ struct ScalarColumns {
     static ScalarColumns FromBytes(const uint8_t* p) { return {{p[0], p[2], p[1], p[3]}}; }
     /// The same times 256.
     static ScalarColumns FromHighBytes(const uint8_t* p) { return FromBytes(p) << 8; }
+    /// The pixels of a line with those numbers and the ones that follow them, times 256.
+    static void LoadNeighbours(ScalarColumns& left, ScalarColumns& right, const uint8_t* line, const int* numbers)
+    {
+        left = FromHighBytes(line + ptrdiff_t(numbers[0]) * 4);
+        right = FromHighBytes(line + ptrdiff_t(numbers[0]) * 4 + 4);
+    }
+    /// One weight for each pixel, which stands twice.
+    static ScalarColumns LoadWeights(const uint16_t* p) { return {{p[0], p[0], p[0], p[0]}}; }
     void Store(const Columns& p, int x) const
     {
         memcpy(p.blueRed + ptrdiff_t(x) * 2, w, 4);
         memcpy(p.greenAlpha + ptrdiff_t(x) * 2, w + 2, 4);
+    }
+    /// The high bytes, and that byte for alpha. Streams: past the caches, to whole kPixels.
+    template <bool Streams>
+    void HighToBytes(uint8_t* p, uint8_t alpha) const
+    {
+        p[0] = uint8_t(w[0] >> 8);
+        p[1] = uint8_t(w[2] >> 8);
+        p[2] = uint8_t(w[1] >> 8);
+        p[3] = alpha;
     }
 
     ScalarColumns operator+(ScalarColumns o) const
     {
         return {{uint16_t(w[0] + o.w[0]), uint16_t(w[1] + o.w[1]), uint16_t(w[2] + o.w[2]), uint16_t(w[3] + o.w[3])}};
     }
+    ScalarColumns operator-() const { return {{uint16_t(-w[0]), uint16_t(-w[1]), uint16_t(-w[2]), uint16_t(-w[3])}}; }
     ScalarColumns operator<<(int bits) const
     {
         return {{uint16_t(w[0] << bits), uint16_t(w[1] << bits), uint16_t(w[2] << bits), uint16_t(w[3] << bits)}};
@@ -288,18 +228,36 @@ struct SseColumns {
         const __m128i bytes = LoadEight(p);
         return {{_mm_and_si128(bytes, _mm_set1_epi16(0xFF)), _mm_srli_epi16(bytes, 8)}};
     }
-    static SseColumns FromHighBytes(const uint8_t* p)
+    static SseColumns FromHighBytes(const uint8_t* p) { return High(LoadEight(p)); }
+    static void LoadNeighbours(SseColumns& left, SseColumns& right, const uint8_t* line, const int* numbers)
     {
-        const __m128i bytes = LoadEight(p);
-        return {{_mm_slli_epi16(bytes, 8), _mm_andnot_si128(_mm_set1_epi16(0xFF), bytes)}};
+        const __m128i first = _mm_unpacklo_epi32(LoadTwo(line, numbers[0]), LoadTwo(line, numbers[1]));
+        const __m128i second = _mm_unpacklo_epi32(LoadTwo(line, numbers[2]), LoadTwo(line, numbers[3]));
+        left = High(_mm_unpacklo_epi64(first, second));
+        right = High(_mm_unpackhi_epi64(first, second));
     }
+    static SseColumns LoadWeights(const uint16_t* p) { return {{LoadEight(p), LoadEight(p)}}; }
     void Store(const Columns& p, int x) const
     {
         _mm_storeu_si128(reinterpret_cast<__m128i*>(p.blueRed + ptrdiff_t(x) * 2), v[0]);
         _mm_storeu_si128(reinterpret_cast<__m128i*>(p.greenAlpha + ptrdiff_t(x) * 2), v[1]);
     }
+    template <bool Streams>
+    void HighToBytes(uint8_t* p, uint8_t alpha) const
+    {
+        const __m128i green = _mm_and_si128(v[1], _mm_set1_epi32(0xFF00));
+        const __m128i highest = _mm_slli_epi32(_mm_set1_epi32(alpha), 24);
+        const __m128i pixels = _mm_or_si128(_mm_or_si128(_mm_srli_epi16(v[0], 8), highest), green);
+        __m128i* const place = reinterpret_cast<__m128i*>(p);
+        Streams ? _mm_stream_si128(place, pixels) : _mm_storeu_si128(place, pixels);
+    }
 
     SseColumns operator+(SseColumns o) const { return {{_mm_add_epi16(v[0], o.v[0]), _mm_add_epi16(v[1], o.v[1])}}; }
+    SseColumns operator-() const
+    {
+        const __m128i zero = _mm_setzero_si128();
+        return {{_mm_sub_epi16(zero, v[0]), _mm_sub_epi16(zero, v[1])}};
+    }
     SseColumns operator<<(int bits) const
     {
         const __m128i count = _mm_cvtsi32_si128(bits);
@@ -309,6 +267,14 @@ struct SseColumns {
 
 private:
     static __m128i LoadEight(const void* p) { return _mm_loadu_si128(static_cast<const __m128i*>(p)); }
+    static __m128i LoadTwo(const uint8_t* line, int number)
+    {
+        return _mm_loadl_epi64(reinterpret_cast<const __m128i*>(line + ptrdiff_t(number) * 4));
+    }
+    static SseColumns High(__m128i bytes)
+    {
+        return {{_mm_slli_epi16(bytes, 8), _mm_andnot_si128(_mm_set1_epi16(0xFF), bytes)}};
+    }
 };
 
 /// Weighted sums of columns below 2^15.
@@ -438,68 +404,30 @@ struct Avx2PixelWords {
 
     static constexpr int kPixels = 8;
 
-    static Avx2PixelWords Load(const int16_t* p) { return {{LoadEight(p), LoadEight(p + 16)}}; }
-    void Store(int16_t* p) const
-    {
-        _mm256_storeu_si256(reinterpret_cast<__m256i*>(p), v[0]);
-        _mm256_storeu_si256(reinterpret_cast<__m256i*>(p + 16), v[1]);
-    }
-    /// None of the numbers is more than seven above the first, and nine pixels from there on can be read.
-    static void LoadNeighbours(Avx2PixelWords& middle, Avx2PixelWords& half, const uint8_t* line, const int* numbers)
-    {
-        const uint8_t* const p = line + ptrdiff_t(numbers[0]) * 4;
-        // The middle quarters change places, so that unpacking leaves the pixels in their order.
-        const __m256i ordered = _mm256_permute4x64_epi64(LoadEight(numbers), _MM_SHUFFLE(3, 1, 2, 0));
-        const __m256i places = _mm256_sub_epi32(ordered, _mm256_set1_epi32(numbers[0]));
-        const __m256i left = _mm256_permutevar8x32_epi32(LoadEight(p), places),
-                      right = _mm256_permutevar8x32_epi32(LoadEight(p + 4), places);
-        const __m256i both[2] = {_mm256_unpacklo_epi8(left, right), _mm256_unpackhi_epi8(left, right)};
-        constexpr int kHalf = 1 << (kFraction - 1);
-        for (int i = 0; i < 2; ++i) {
-            middle.v[i] = _mm256_maddubs_epi16(both[i], _mm256_set1_epi8(kHalf));
-            half.v[i] = _mm256_maddubs_epi16(both[i], _mm256_set1_epi16(kHalf * 256 + (256 - kHalf)));
-        }
-    }
     static Avx2PixelWords SumOfFour(const uint8_t* upper, const uint8_t* lower)
     {
         return {{_mm256_add_epi16(SumOfTwo(upper), SumOfTwo(lower)),
                  _mm256_add_epi16(SumOfTwo(upper + 32), SumOfTwo(lower + 32))}};
     }
-
-    Avx2PixelWords operator+(Avx2PixelWords o) const
-    {
-        return {{_mm256_add_epi16(v[0], o.v[0]), _mm256_add_epi16(v[1], o.v[1])}};
-    }
-    Avx2PixelWords operator-(Avx2PixelWords o) const
-    {
-        return {{_mm256_sub_epi16(v[0], o.v[0]), _mm256_sub_epi16(v[1], o.v[1])}};
-    }
-    Avx2PixelWords Share(Avx2PixelWords o) const
-    {
-        return {{_mm256_mulhrs_epi16(v[0], o.v[0]), _mm256_mulhrs_epi16(v[1], o.v[1])}};
-    }
-    static Avx2PixelWords Splat(int value)
-    {
-        return {{_mm256_set1_epi16(int16_t(value)), _mm256_set1_epi16(int16_t(value))}};
-    }
     template <int Bits>
     void ToBytes(uint8_t* p, uint8_t alpha) const
     {
-        const Avx2PixelWords whole = Share(Splat(1 << (15 - Bits)));
+        const __m256i scale = _mm256_set1_epi16(1 << (15 - Bits));
+        const __m256i whole[2] = {_mm256_mulhrs_epi16(v[0], scale), _mm256_mulhrs_epi16(v[1], scale)};
         const __m256i bytes =
-            _mm256_permute4x64_epi64(_mm256_packus_epi16(whole.v[0], whole.v[1]), _MM_SHUFFLE(3, 1, 2, 0));
+            _mm256_permute4x64_epi64(_mm256_packus_epi16(whole[0], whole[1]), _MM_SHUFFLE(3, 1, 2, 0));
         const __m256i colours = _mm256_and_si256(bytes, _mm256_set1_epi32(0xFFFFFF));
         _mm256_storeu_si256(reinterpret_cast<__m256i*>(p),
                             _mm256_or_si256(colours, _mm256_slli_epi32(_mm256_set1_epi32(alpha), 24)));
     }
 
 private:
-    static __m256i LoadEight(const void* p) { return _mm256_loadu_si256(static_cast<const __m256i*>(p)); }
     static __m256i SumOfTwo(const uint8_t* p)
     {
         const __m256i pairs =
             _mm256_broadcastsi128_si256(_mm_setr_epi8(0, 4, 1, 5, 2, 6, 3, 7, 8, 12, 9, 13, 10, 14, 11, 15));
-        return _mm256_maddubs_epi16(_mm256_shuffle_epi8(LoadEight(p), pairs), _mm256_set1_epi8(1));
+        const __m256i eight = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(p));
+        return _mm256_maddubs_epi16(_mm256_shuffle_epi8(eight, pairs), _mm256_set1_epi8(1));
     }
 };
 
@@ -521,20 +449,39 @@ struct Avx2Columns {
         const __m256i bytes = LoadSixteen(p);
         return {{_mm256_and_si256(bytes, _mm256_set1_epi16(0xFF)), _mm256_srli_epi16(bytes, 8)}};
     }
-    static Avx2Columns FromHighBytes(const uint8_t* p)
+    static Avx2Columns FromHighBytes(const uint8_t* p) { return High(LoadSixteen(p)); }
+    /// None of the numbers is more than seven above the first, and nine pixels from there on can be read.
+    static void LoadNeighbours(Avx2Columns& left, Avx2Columns& right, const uint8_t* line, const int* numbers)
     {
-        const __m256i bytes = LoadSixteen(p);
-        return {{_mm256_slli_epi16(bytes, 8), _mm256_andnot_si256(_mm256_set1_epi16(0xFF), bytes)}};
+        const uint8_t* const p = line + ptrdiff_t(numbers[0]) * 4;
+        const __m256i places = _mm256_sub_epi32(LoadSixteen(numbers), _mm256_set1_epi32(numbers[0]));
+        left = High(_mm256_permutevar8x32_epi32(LoadSixteen(p), places));
+        right = High(_mm256_permutevar8x32_epi32(LoadSixteen(p + 4), places));
     }
+    static Avx2Columns LoadWeights(const uint16_t* p) { return {{LoadSixteen(p), LoadSixteen(p)}}; }
     void Store(const Columns& p, int x) const
     {
         _mm256_storeu_si256(reinterpret_cast<__m256i*>(p.blueRed + ptrdiff_t(x) * 2), v[0]);
         _mm256_storeu_si256(reinterpret_cast<__m256i*>(p.greenAlpha + ptrdiff_t(x) * 2), v[1]);
     }
+    template <bool Streams>
+    void HighToBytes(uint8_t* p, uint8_t alpha) const
+    {
+        const __m256i green = _mm256_and_si256(v[1], _mm256_set1_epi32(0xFF00));
+        const __m256i highest = _mm256_slli_epi32(_mm256_set1_epi32(alpha), 24);
+        const __m256i pixels = _mm256_or_si256(_mm256_or_si256(_mm256_srli_epi16(v[0], 8), highest), green);
+        __m256i* const place = reinterpret_cast<__m256i*>(p);
+        Streams ? _mm256_stream_si256(place, pixels) : _mm256_storeu_si256(place, pixels);
+    }
 
     Avx2Columns operator+(Avx2Columns o) const
     {
         return {{_mm256_add_epi16(v[0], o.v[0]), _mm256_add_epi16(v[1], o.v[1])}};
+    }
+    Avx2Columns operator-() const
+    {
+        const __m256i zero = _mm256_setzero_si256();
+        return {{_mm256_sub_epi16(zero, v[0]), _mm256_sub_epi16(zero, v[1])}};
     }
     Avx2Columns operator<<(int bits) const
     {
@@ -548,6 +495,10 @@ struct Avx2Columns {
 
 private:
     static __m256i LoadSixteen(const void* p) { return _mm256_loadu_si256(static_cast<const __m256i*>(p)); }
+    static Avx2Columns High(__m256i bytes)
+    {
+        return {{_mm256_slli_epi16(bytes, 8), _mm256_andnot_si256(_mm256_set1_epi16(0xFF), bytes)}};
+    }
 };
 
 struct Avx2Sums {

@@ -12,11 +12,10 @@ void ReduceLineBy(uint8_t* res, const float* sums, const Taps* taps, const float
     ReducePixels<Pixel>(res, sums, taps, weights, 0, width);
 }
 
-template <class Words>
-void StretchLineBy(int16_t* res, const uint8_t* line, const Neighbours& neighbours, int width)
+template <class Lanes>
+void StretchLineBy(const Columns& res, const uint8_t* line, const Neighbours& neighbours, int width)
 {
-    StretchPixels<ScalarPixelWords>(res, line, neighbours, StretchPixels<Words>(res, line, neighbours, 0, width),
-                                    width);
+    StretchPixels<ScalarColumns>(res, line, neighbours, StretchPixels<Lanes>(res, line, neighbours, 0, width), width);
 }
 
 }  // namespace
@@ -48,15 +47,15 @@ void ReduceColumns(const ResultLine& res, const Columns& columns, const Spans& s
     DispatchWide(avx2::ReduceColumns, ReduceColumnsBy<SseSums>, ReduceColumnsBy<ScalarSums>, res, columns, spans);
 }
 
-void StretchLine(int16_t* res, const uint8_t* line, const Neighbours& neighbours, int width)
+void StretchLine(const Columns& res, const uint8_t* line, const Neighbours& neighbours, int width)
 {
-    DispatchWide(avx2::StretchLine, StretchLineBy<SsePixelWords>, StretchLineBy<ScalarPixelWords>, res, line,
-                 neighbours, width);
+    DispatchWide(avx2::StretchLine, StretchLineBy<SseColumns>, StretchLineBy<ScalarColumns>, res, line, neighbours,
+                 width);
 }
 
-void MixLines(const ResultLine& res, const int16_t* upper, const int16_t* lower, int share)
+void MixLines(const ResultLine& res, const Columns& upper, const Columns& lower, uint16_t weight)
 {
-    DispatchWide(avx2::MixLines, MixLinesBy<SsePixelWords>, MixLinesBy<ScalarPixelWords>, res, upper, lower, share);
+    DispatchWide(avx2::MixLines, MixLinesBy<SseColumns>, MixLinesBy<ScalarColumns>, res, upper, lower, weight);
 }
 
 void HalveLines(const ResultLine& res, const uint8_t* upper, const uint8_t* lower)

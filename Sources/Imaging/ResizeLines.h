@@ -2,7 +2,7 @@
 
 #include <stdint.h>
 
-// Scaling, line by line: pixels are ARGB8888, and a line of floats or words has four numbers a pixel.
+// Scaling, line by line: pixels are ARGB8888, and a line of floats has four numbers a pixel.
 
 namespace zm {
 
@@ -15,12 +15,12 @@ struct Taps {
     int weight;  ///< index of the first of their weights, which add up to 1
 };
 
-/// Where lines that grow take their pixels from: number `left[i]` and the one after it. How far behind the middle of
-/// the two, in parts of 2^15 of the way to either, stands four times in `shares`, once for each channel. Before pixel
-/// `inner` of the result, nine pixels of the line follow from each number on.
+/// Where lines that grow take their pixels from: number `left[i]` and the one after it, whose weight in parts of 2^16,
+/// neither 0 nor all, stands twice in `weights`. Before pixel `inner` of the result, nine pixels of the line follow
+/// from each number on.
 struct Neighbours {
     const int* left;
-    const int16_t* shares;
+    const uint16_t* weights;
     int inner;
 };
 
@@ -29,6 +29,7 @@ struct ResultLine {
     uint8_t* pixels;
     int width;
     uint8_t alpha;
+    bool streams;  ///< past the caches, if MixLines() makes the line
 };
 
 /// Some lines of a picture and their weights. Colours are premultiplied.
@@ -83,11 +84,11 @@ void SumLines(float* sums, const WeightedLines& lines, int width, bool add);
 /// Sums of columns become pixels, premultiplied colours straight ones.
 void ReduceLine(uint8_t* res, const float* sums, const Taps* taps, const float* weights, int width);
 
-/// Interpolates along a line.
-void StretchLine(int16_t* res, const uint8_t* line, const Neighbours& neighbours, int width);
+/// Interpolates along a line. Columns are the colours times 256, and what MixLines() needs for rounding.
+void StretchLine(const Columns& res, const uint8_t* line, const Neighbours& neighbours, int width);
 
-/// Interpolates between two stretched lines; `share` of the lower one is in parts of 2^15.
-void MixLines(const ResultLine& res, const int16_t* upper, const int16_t* lower, int share);
+/// Interpolates between two stretched lines; the weight of the lower one is as in Neighbours.
+void MixLines(const ResultLine& res, const Columns& upper, const Columns& lower, uint16_t weight);
 
 /// Means of two by two pixels.
 void HalveLines(const ResultLine& res, const uint8_t* upper, const uint8_t* lower);
@@ -100,8 +101,8 @@ void WeighLines(const Columns& res, const Band& band, int width);
 void ReduceColumns(const ResultLine& res, const Columns& columns, const Spans& spans);
 void SumLines(float* sums, const WeightedLines& lines, int width, bool add);
 void ReduceLine(uint8_t* res, const float* sums, const Taps* taps, const float* weights, int width);
-void StretchLine(int16_t* res, const uint8_t* line, const Neighbours& neighbours, int width);
-void MixLines(const ResultLine& res, const int16_t* upper, const int16_t* lower, int share);
+void StretchLine(const Columns& res, const uint8_t* line, const Neighbours& neighbours, int width);
+void MixLines(const ResultLine& res, const Columns& upper, const Columns& lower, uint16_t weight);
 void HalveLines(const ResultLine& res, const uint8_t* upper, const uint8_t* lower);
 
 }  // namespace avx2

@@ -36,16 +36,16 @@ void ReduceColumns(const ResultLine& res, const Columns& columns, const Spans& s
     ReduceColumnsBy<Avx2Sums>(res, columns, spans);
 }
 
-void StretchLine(int16_t* res, const uint8_t* line, const Neighbours& neighbours, int width)
+void StretchLine(const Columns& res, const uint8_t* line, const Neighbours& neighbours, int width)
 {
-    const int inner = StretchPixels<Avx2PixelWords>(res, line, neighbours, 0, neighbours.inner);
-    const int done = StretchPixels<SsePixelWords>(res, line, neighbours, inner, width);
-    StretchPixels<ScalarPixelWords>(res, line, neighbours, done, width);
+    const int inner = StretchPixels<Avx2Columns>(res, line, neighbours, 0, neighbours.inner);
+    const int done = StretchPixels<SseColumns>(res, line, neighbours, inner, width);
+    StretchPixels<ScalarColumns>(res, line, neighbours, done, width);
 }
 
-void MixLines(const ResultLine& res, const int16_t* upper, const int16_t* lower, int share)
+void MixLines(const ResultLine& res, const Columns& upper, const Columns& lower, uint16_t weight)
 {
-    MixLinesBy<Avx2PixelWords>(res, upper, lower, share);
+    MixLinesBy<Avx2Columns>(res, upper, lower, weight);
 }
 
 void HalveLines(const ResultLine& res, const uint8_t* upper, const uint8_t* lower)

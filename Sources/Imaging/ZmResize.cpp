@@ -146,7 +146,8 @@ public:
     /// The same of an opaque picture.
     ResultLine Opaque(int y)
     {
-        return {Result(y), m_Dst.width, uint8_t(m_Dst.layout.channel[kAlpha].bits != 0 ? 255 : 0)};
+        return {Result(y), m_Dst.width, uint8_t(m_Dst.layout.channel[kAlpha].bits != 0 ? 255 : 0),
+                m_Direct && IsLarge()};
     }
     void Write(int y)
     {
@@ -156,6 +157,9 @@ public:
     }
 
 private:
+    /// Whether the result does not stay in the caches, so that reading it into them first would be in vain.
+    bool IsLarge() const { return int64_t(m_Dst.width) * m_Dst.height >= (2 << 20); }
+
     SourceLines m_Source;
     ImageView m_Dst;
     Conversion m_Write;
@@ -350,10 +354,10 @@ bool ResampleOpaque(const ImageView& src, const ImageView& dst)
     return true;
 }
 
-/// In parts of 2^15; all of them do not fit in 16 bits.
-int16_t ShareOf(double weight)
+/// In parts of 2^16, neither none nor all of them: both weights of a pair have 16 bits.
+uint16_t WeightOf(double share)
 {
-    return int16_t(std::min(int(floor(weight * 32768 + 0.5)), 32767));
+    return uint16_t(std::clamp(int(floor(share * 65536 + 0.5)), 1, 65535));
 }
 
 /// The last two source lines, stretched.
@@ -363,11 +367,9 @@ public:
     {
         m_Width = to;
         m_Left = NewArray<int>(to);
-        m_Shares = NewArray<int16_t>(int64_t(to) * 4);
-        m_Lines[0] = NewArray<int16_t>(int64_t(to) * 4);
-        m_Lines[1] = NewArray<int16_t>(int64_t(to) * 4);
+        m_Weights = NewArray<uint16_t>(int64_t(to) * 2);
         Axis axis;
-        if (m_Left == nullptr || m_Shares == nullptr || m_Lines[0] == nullptr || m_Lines[1] == nullptr ||
+        if (m_Left == nullptr || m_Weights == nullptr || !m_Lines[0].Prepare(to, 0) || !m_Lines[1].Prepare(to, 0) ||
             !axis.Prepare(from, to)) {
             return false;
         }
@@ -377,26 +379,27 @@ public:
             const bool last = taps.first == from - 1;
             const double right = last ? 1 : taps.count == 2 ? axis.Weights()[taps.weight + 1] : 0;
             m_Left[size_t(x)] = taps.first - last;
-            std::fill_n(m_Shares.get() + ptrdiff_t(x) * 4, 4, ShareOf(2 * right - 1));
+            std::fill_n(m_Weights.get() + ptrdiff_t(x) * 2, 2, WeightOf(right));
             m_Inner = taps.first + 9 <= from ? x + 1 : m_Inner;
         }
         return true;
     }
 
-    const int16_t* Line(Lines& lines, int y)
+    const Columns& Line(Lines& lines, int y)
     {
         const int place = y % 2;
         if (m_Number[place] != y) {
-            StretchLine(m_Lines[place].get(), lines.Read(y, 0), {m_Left.get(), m_Shares.get(), m_Inner}, m_Width);
+            StretchLine(m_Lines[place].Get(), lines.Read(y, 0), {m_Left.get(), m_Weights.get(), m_Inner}, m_Width);
             m_Number[place] = y;
         }
-        return m_Lines[place].get();
+        return m_Lines[place].Get();
     }
 
 private:
     int m_Width = 0, m_Inner = 0;
     HeapArray<int> m_Left;
-    HeapArray<int16_t> m_Shares, m_Lines[2];
+    HeapArray<uint16_t> m_Weights;
+    ColumnLine m_Lines[2];
     int m_Number[2] = {-1, -1};
 };
 
@@ -413,9 +416,9 @@ bool Stretch(const ImageView& src, const ImageView& dst)
     for (int y = 0; y < dst.height; ++y) {
         const Taps& taps = down.AllTaps()[y];
         const float share = taps.count == 2 ? down.Weights()[taps.weight + 1] : 0;
-        const int16_t* const upper = stretched.Line(lines, taps.first);
-        const int16_t* const lower = stretched.Line(lines, taps.first + taps.count - 1);
-        MixLines(lines.Opaque(y), upper, lower, ShareOf(share));
+        const Columns& upper = stretched.Line(lines, taps.first);
+        const Columns& lower = stretched.Line(lines, taps.first + taps.count - 1);
+        MixLines(lines.Opaque(y), upper, lower, WeightOf(share));
         lines.Write(y);
     }
     return true;
