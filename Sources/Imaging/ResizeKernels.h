@@ -54,12 +54,25 @@ inline void SumLinesBy(float* sums, const WeightedLines& lines, int width, bool 
 }
 
 template <class Pixel>
+inline Pixel WeightedSum(const float* pixels, const float* weights, int count)
+{
+    Pixel sum = Pixel::Load(pixels) * weights[0];
+    for (int i = 1; i < count; ++i) {
+        sum = sum + Pixel::Load(pixels + ptrdiff_t(i) * 4) * weights[i];
+    }
+    return sum;
+}
+
+template <class Pixel>
 inline Pixel Reduced(const float* sums, const Taps& taps, const float* weights)
 {
-    const float* const from = sums + ptrdiff_t(taps.first) * 4;
-    Pixel sum = Pixel::Load(from) * weights[taps.weight];
-    for (int i = 1; i < taps.count; ++i) {
-        sum = sum + Pixel::Load(from + ptrdiff_t(i) * 4) * weights[taps.weight + i];
+    const float *pixels = sums + ptrdiff_t(taps.first) * 4, *weight = weights + taps.weight;
+    int left = taps.count;
+    Pixel sum = WeightedSum<Pixel>(pixels, weight, left < kMostFloats ? left : kMostFloats);
+    while ((left -= kMostFloats) > 0) {
+        pixels += ptrdiff_t(kMostFloats) * 4;
+        weight += kMostFloats;
+        sum = sum + WeightedSum<Pixel>(pixels, weight, left < kMostFloats ? left : kMostFloats);
     }
     return sum;
 }

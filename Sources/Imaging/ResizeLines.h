@@ -78,6 +78,9 @@ void WeighLines(const Columns& res, const Band& band, int width);
 /// Weighted sums of columns become pixels.
 void ReduceColumns(const ResultLine& res, const Columns& columns, const Spans& spans);
 
+/// So many floats are added up one after the other; of more the sums are, since the errors of thousands would show.
+constexpr int kMostFloats = 256;
+
 /// Sums of the lines, added to what is there or instead of it.
 void SumLines(float* sums, const WeightedLines& lines, int width, bool add);
 

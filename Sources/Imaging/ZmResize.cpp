@@ -6,6 +6,7 @@
 #include "ZmBlit.h"
 
 #include <algorithm>
+#include <functional>
 #include <math.h>
 #include <numeric>
 #include <string.h>
@@ -167,26 +168,37 @@ private:
     HeapArray<uint8_t> m_Result;
 };
 
+/// The weighted sum of the lines behind line y of the result, in floats; `part` is room for as many.
+void SumOfLines(Lines& lines, const Axis& down, int y, int width, float* sums, float* part)
+{
+    const Taps& taps = down.AllTaps()[y];
+    for (int done = 0; done < taps.count; done += WeightedLines::kMost) {
+        WeightedLines some = {{}, {}, std::min(taps.count - done, WeightedLines::kMost)};
+        for (int i = 0; i < some.count; ++i) {
+            some.line[i] = lines.Read(taps.first + done + i, i);
+            some.weight[i] = down.Weights()[taps.weight + done + i];
+        }
+        const bool first = done < kMostFloats, last = done + some.count == taps.count;
+        SumLines(first ? sums : part, some, width, done % kMostFloats > 0);
+        if (!first && (last || (done + some.count) % kMostFloats == 0)) {
+            std::transform(sums, sums + ptrdiff_t(width) * 4, part, sums, std::plus<float>());
+        }
+    }
+}
+
 /// Any picture: columns are added up in floats, and then reduced to pixels.
 bool Resample(const ImageView& src, const ImageView& dst)
 {
     Lines lines;
     Axis across, down;
-    const HeapArray<float> sums = NewArray<float>(int64_t(src.width) * 4);
-    if (sums == nullptr || !lines.Prepare(src, dst, false) || !across.Prepare(src.width, dst.width) ||
-        !down.Prepare(src.height, dst.height)) {
+    const HeapArray<float> sums = NewArray<float>(int64_t(src.width) * 4),
+                           part = NewArray<float>(int64_t(src.width) * 4);
+    if (sums == nullptr || part == nullptr || !lines.Prepare(src, dst, false) ||
+        !across.Prepare(src.width, dst.width) || !down.Prepare(src.height, dst.height)) {
         return false;
     }
     for (int y = 0; y < dst.height; ++y) {
-        const Taps& taps = down.AllTaps()[y];
-        for (int done = 0; done < taps.count; done += WeightedLines::kMost) {
-            WeightedLines some = {{}, {}, std::min(taps.count - done, WeightedLines::kMost)};
-            for (int i = 0; i < some.count; ++i) {
-                some.line[i] = lines.Read(taps.first + done + i, i);
-                some.weight[i] = down.Weights()[taps.weight + done + i];
-            }
-            SumLines(sums.get(), some, src.width, done > 0);
-        }
+        SumOfLines(lines, down, y, src.width, sums.get(), part.get());
         ReduceLine(lines.Result(y), sums.get(), across.AllTaps(), across.Weights(), dst.width);
         lines.Write(y);
     }
