@@ -206,34 +206,22 @@ inline int StretchPixels(const Columns& res, const uint8_t* line, const Neighbou
     return x;
 }
 
-template <class Lanes, bool Streams>
-inline int MixPixels(const ResultLine& res, const Columns& upper, const Columns& lower, uint16_t weight, int from,
-                     int to)
+template <class Lanes>
+inline int MixPixels(const ResultLine& res, const Columns& upper, const Columns& lower, uint16_t weight, int from)
 {
     constexpr ptrdiff_t kAhead = 4096;  // memory that is written is read before
     const Lanes below = Lanes::Splat(weight), above = -below;
     const ResultLine r = res;
     const Columns u = upper, l = lower;
-    const int end = to - Lanes::kPixels;
+    const int end = r.width - Lanes::kPixels;
     int x = from;
 #pragma GCC unroll 2
     for (; x <= end; x += Lanes::kPixels) {
-        if constexpr (!Streams) {
-            FetchAhead(r.pixels + ptrdiff_t(x) * 4, kAhead);
-        }
+        FetchAhead(r.pixels + ptrdiff_t(x) * 4, kAhead);
         const Lanes sum = Lanes::Load(u, x).Share(above) + Lanes::Load(l, x).Share(below);
-        sum.template HighToBytes<Streams>(r.pixels + ptrdiff_t(x) * 4, r.alpha);
+        sum.HighToBytes(r.pixels + ptrdiff_t(x) * 4, r.alpha);
     }
     return x;
-}
-
-/// Pixels before the first one that can be streamed; all of them where none can.
-template <class Lanes>
-inline int PixelsBeforeStreams(const ResultLine& res)
-{
-    constexpr uintptr_t kSize = Lanes::kPixels * 4;
-    const uintptr_t before = (0 - reinterpret_cast<uintptr_t>(res.pixels)) % kSize;
-    return res.streams && before % 4 == 0 && int(before / 4) < res.width ? int(before / 4) : res.width;
 }
 
 template <class Words>
@@ -254,14 +242,7 @@ inline int HalvePixels(const ResultLine& res, const uint8_t* upper, const uint8_
 template <class Lanes>
 inline void MixLinesBy(const ResultLine& res, const Columns& upper, const Columns& lower, uint16_t weight)
 {
-    const int plain = PixelsBeforeStreams<Lanes>(res);
-    int x = MixPixels<Lanes, false>(res, upper, lower, weight, 0, plain);
-    x = MixPixels<ScalarColumns, false>(res, upper, lower, weight, x, plain);
-    x = MixPixels<Lanes, Lanes::kPixels != 1>(res, upper, lower, weight, x, res.width);
-    MixPixels<ScalarColumns, false>(res, upper, lower, weight, x, res.width);
-    if (res.streams) {
-        _mm_sfence();  // so that other threads see the line as they see other memory
-    }
+    MixPixels<ScalarColumns>(res, upper, lower, weight, MixPixels<Lanes>(res, upper, lower, weight, 0));
 }
 
 template <class Words>

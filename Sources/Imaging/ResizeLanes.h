@@ -183,8 +183,7 @@ struct ScalarColumns {
         memcpy(p.blueRed + ptrdiff_t(x) * 2, w, 4);
         memcpy(p.greenAlpha + ptrdiff_t(x) * 2, w + 2, 4);
     }
-    /// The high bytes, and that byte for alpha. Streams: past the caches, to whole kPixels.
-    template <bool Streams>
+    /// The high bytes, and that byte for alpha.
     void HighToBytes(uint8_t* p, uint8_t alpha) const
     {
         p[0] = uint8_t(w[0] >> 8);
@@ -242,14 +241,12 @@ struct SseColumns {
         _mm_storeu_si128(reinterpret_cast<__m128i*>(p.blueRed + ptrdiff_t(x) * 2), v[0]);
         _mm_storeu_si128(reinterpret_cast<__m128i*>(p.greenAlpha + ptrdiff_t(x) * 2), v[1]);
     }
-    template <bool Streams>
     void HighToBytes(uint8_t* p, uint8_t alpha) const
     {
         const __m128i green = _mm_and_si128(v[1], _mm_set1_epi32(0xFF00));
         const __m128i highest = _mm_slli_epi32(_mm_set1_epi32(alpha), 24);
-        const __m128i pixels = _mm_or_si128(_mm_or_si128(_mm_srli_epi16(v[0], 8), highest), green);
-        __m128i* const place = reinterpret_cast<__m128i*>(p);
-        Streams ? _mm_stream_si128(place, pixels) : _mm_storeu_si128(place, pixels);
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(p),
+                         _mm_or_si128(_mm_or_si128(_mm_srli_epi16(v[0], 8), highest), green));
     }
 
     SseColumns operator+(SseColumns o) const { return {{_mm_add_epi16(v[0], o.v[0]), _mm_add_epi16(v[1], o.v[1])}}; }
@@ -464,14 +461,12 @@ struct Avx2Columns {
         _mm256_storeu_si256(reinterpret_cast<__m256i*>(p.blueRed + ptrdiff_t(x) * 2), v[0]);
         _mm256_storeu_si256(reinterpret_cast<__m256i*>(p.greenAlpha + ptrdiff_t(x) * 2), v[1]);
     }
-    template <bool Streams>
     void HighToBytes(uint8_t* p, uint8_t alpha) const
     {
         const __m256i green = _mm256_and_si256(v[1], _mm256_set1_epi32(0xFF00));
         const __m256i highest = _mm256_slli_epi32(_mm256_set1_epi32(alpha), 24);
-        const __m256i pixels = _mm256_or_si256(_mm256_or_si256(_mm256_srli_epi16(v[0], 8), highest), green);
-        __m256i* const place = reinterpret_cast<__m256i*>(p);
-        Streams ? _mm256_stream_si256(place, pixels) : _mm256_storeu_si256(place, pixels);
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(p),
+                            _mm256_or_si256(_mm256_or_si256(_mm256_srli_epi16(v[0], 8), highest), green));
     }
 
     Avx2Columns operator+(Avx2Columns o) const

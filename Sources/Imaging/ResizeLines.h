@@ -29,7 +29,6 @@ struct ResultLine {
     uint8_t* pixels;
     int width;
     uint8_t alpha;
-    bool streams;  ///< past the caches, if MixLines() makes the line
 };
 
 /// Some lines of a picture and their weights. Colours are premultiplied.

@@ -147,8 +147,7 @@ public:
     /// The same of an opaque picture.
     ResultLine Opaque(int y)
     {
-        return {Result(y), m_Dst.width, uint8_t(m_Dst.layout.channel[kAlpha].bits != 0 ? 255 : 0),
-                m_Direct && IsLarge()};
+        return {Result(y), m_Dst.width, uint8_t(m_Dst.layout.channel[kAlpha].bits != 0 ? 255 : 0)};
     }
     void Write(int y)
     {
@@ -158,9 +157,6 @@ public:
     }
 
 private:
-    /// Whether the result does not stay in the caches, so that reading it into them first would be in vain.
-    bool IsLarge() const { return int64_t(m_Dst.width) * m_Dst.height >= (2 << 20); }
-
     SourceLines m_Source;
     ImageView m_Dst;
     Conversion m_Write;

@@ -95,8 +95,8 @@ TEST(ResizeTest, AllPathsGiveTheSamePixels)
 {
     const struct {
         int width, height, newWidth, newHeight;
-    } rows[] = {{402, 270, 201, 135}, {402, 270, 149, 101},  {402, 270, 50, 20}, {200, 90, 267, 121},
-                {90, 200, 121, 77},   {700, 500, 2100, 1000}};  // so large that lines are streamed
+    } rows[] = {
+        {402, 270, 201, 135}, {402, 270, 149, 101}, {402, 270, 50, 20}, {200, 90, 267, 121}, {90, 200, 121, 77}};
     for (const auto& row : rows) {
         SCOPED_TRACE(testing::Message() << row.width << " to " << row.newWidth);
         TestImage src(2, row.width, row.height), expected(1, row.newWidth, row.newHeight);

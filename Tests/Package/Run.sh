@@ -30,12 +30,12 @@ run() {
     "${emulator[@]}" "$program" "$@"
 }
 
-# use_prefix <prefix>: by find_package(), and where there is no emulator by pkg-config, too.
+# use_prefix <prefix>: by find_package(), and by pkg-config where the compiler alone makes programs of the variant.
 use_prefix() {
     local prefix=$1
     build_user FindPackage "-DCMAKE_PREFIX_PATH=$prefix" -DCMAKE_BUILD_TYPE=Release \
         "-DZMMATH_EXPECTED_VERSION=$version"
-    if [ ${#emulator[@]} -gt 0 ] || ! command -v pkg-config >/dev/null; then
+    if [ -z "$compiler" ] || ! command -v pkg-config >/dev/null; then
         echo "pkg-config left out"
         return
     fi
