@@ -1,7 +1,7 @@
 #pragma once
 
-/// Strings and containers beside those of the standard library: std::string_view, output streams, range-based for
-/// and std::hash. ZmMath.h does not include this header, for what it pulls in.
+// Strings and containers beside those of the standard library: std::string_view, output streams, range-based for
+// and std::hash. ZmMath.h does not include this header, for what it pulls in.
 
 #include "XHashTable.h"
 #include "XString.h"

@@ -23,7 +23,7 @@ public:
     /// Hears how far Save() is. It must not change the archive.
     class ProgressionCallback {
     public:
-        /// Called once for each member that is written, with what is done so far of a hundred.
+        /// Called when the share of the entries that are written, in percent, has changed.
         virtual void Progress(int percent) = 0;
 
     protected:

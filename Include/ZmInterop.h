@@ -1,14 +1,14 @@
 #pragma once
 
-/// Vectors, matrices, quaternions and colours as std::array, as pointer and count, and as std::span for those who
-/// compile as C++20. ZmMath.h does not include this header, for what it pulls in.
-///
-///     const ZmVector v = ZmFromArray<ZmVector>({1, 2, 3});
-///     file.Write(ZmFloats(matrix).data(), sizeof(ZmMatrix));
-///     const ZmStridedData positions = ZmStrided(vertices.data(), &Vertex::Position);
-///
-/// The floats stand in the order in which the record holds them: x, y, z, w; a matrix row by row; r, g, b, a. Nothing
-/// is copied by the views, which live as long as the record. Any thread.
+// Vectors, matrices, quaternions and colours as std::array, as pointer and count, and as std::span for those who
+// compile as C++20. ZmMath.h does not include this header, for what it pulls in.
+//
+//     const ZmVector v = ZmFromArray<ZmVector>({1, 2, 3});
+//     file.Write(ZmFloats(matrix).data(), sizeof(ZmMatrix));
+//     const ZmStridedData positions = ZmStrided(vertices.data(), &Vertex::Position);
+//
+// The floats stand in the order in which the record holds them: x, y, z, w; a matrix row by row; r, g, b, a. Nothing
+// is copied by the views, which live as long as the record. Any thread.
 
 #include "ZmColor.h"
 #include "ZmMatrix.h"

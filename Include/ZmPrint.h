@@ -1,13 +1,13 @@
 #pragma once
 
-/// Equality and stream output of the records of mathematics, for tests and logs. ZmMath.h does not include this header,
-/// for what it pulls in.
-///
-///     std::cout << box << '\n';   // [(-1, -1, -1) to (1, 1, 1)]
-///
-/// Records are equal if all their floats are: exactly, 0 and -0 alike, a non-number unlike everything. For tolerances
-/// there is ZmMatrix::Compare(). Floats are written as the stream is set to write them, six digits at first. Any
-/// thread; one thread at a time writes to a stream.
+// Equality and stream output of the records of mathematics, for tests and logs. ZmMath.h does not include this header,
+// for what it pulls in.
+//
+//     std::cout << box << '\n';   // [(-1, -1, -1) to (1, 1, 1)]
+//
+// Records are equal if all their floats are: exactly, 0 and -0 alike, a non-number unlike everything. For tolerances
+// there is ZmMatrix::Compare(). Floats are written as the stream is set to write them, six digits at first. Any
+// thread; one thread at a time writes to a stream.
 
 #include "ZmBbox.h"
 #include "ZmInterop.h"

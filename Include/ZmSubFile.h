@@ -7,7 +7,7 @@
 /// operations give 0.
 class ZM_API ZmSubFile : public ZmStream {
 public:
-    /// A copy is the same span with a position of its own; without a file there is none.
+    /// No span, without a file. A copy is the same span, with a position of its own.
     ZmSubFile();
     ZmSubFile(const ZmSubFile& src);
     ZmSubFile& operator=(const ZmSubFile& src);
