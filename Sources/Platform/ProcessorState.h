@@ -21,8 +21,10 @@ struct ProcessorState {
 
 extern ProcessorState g_Processor;
 
+uint64_t ReadTimeStampCounter();
+
 /// Identifies the processor and measures its clock, which takes some 10 ms. First step of the
-/// start-up.
-void DetectProcessor();
+/// start-up. Where reading the cycles faults, the clock counts as 0 MHz.
+void DetectProcessor(uint64_t (*readCycles)() = ReadTimeStampCounter);
 
 }  // namespace zm

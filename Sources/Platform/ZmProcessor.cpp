@@ -55,15 +55,21 @@ void SpinOnAdditions()
     }
 }
 
+struct ClockWork {
+    uint64_t (*readCycles)();
+    ClockReadings readings;
+};
+
 void ReadClocks(void* argument)
 {
-    ClockReadings& readings = *static_cast<ClockReadings*>(argument);
-    readings.cyclesStart = __rdtsc();  // the first reading only warms both counters up
+    ClockWork& work = *static_cast<ClockWork*>(argument);
+    ClockReadings& readings = work.readings;
+    readings.cyclesStart = work.readCycles();  // the first reading only warms both counters up
     readings.counterStart = ReadCounter();
-    readings.cyclesStart = __rdtsc();
+    readings.cyclesStart = work.readCycles();
     SpinOnAdditions();
     readings.counterEnd = ReadCounter();
-    readings.cyclesEnd = __rdtsc();
+    readings.cyclesEnd = work.readCycles();
 }
 
 void ProbeSse(void*)
@@ -71,15 +77,15 @@ void ProbeSse(void*)
     asm volatile("xorps %%xmm0, %%xmm0" : : : "xmm0");
 }
 
-ClockMeasurement MeasureThisClock()
+ClockMeasurement MeasureThisClock(uint64_t (*readCycles)())
 {
     const int previous = RaiseThreadPriority();
     SleepMilliseconds(10);  // a fresh time slice, so that the short loop is not interrupted
-    ClockReadings readings = {};
-    readings.counterFrequency = CounterFrequency();
-    const bool measured = RunCatchingFaults(ReadClocks, &readings);
+    ClockWork work = {readCycles, {}};
+    work.readings.counterFrequency = CounterFrequency();
+    const bool measured = RunCatchingFaults(ReadClocks, &work);
     RestoreThreadPriority(previous);
-    return measured ? MeasureClock(readings) : ClockMeasurement{0, 0.0f};
+    return measured ? MeasureClock(work.readings) : ClockMeasurement{0, 0.0f};
 }
 
 ProcessorIdentity IdentifyThisProcessor()
@@ -103,10 +109,15 @@ bool ThisProcessorHasAvx2()
 
 }  // namespace
 
-void DetectProcessor()
+uint64_t ReadTimeStampCounter()
+{
+    return __rdtsc();
+}
+
+void DetectProcessor(uint64_t (*readCycles)())
 {
     ProcessorState& state = g_Processor;
-    const ClockMeasurement clock = MeasureThisClock();
+    const ClockMeasurement clock = MeasureThisClock(readCycles);
     state.millisecondsPerTick = MillisecondsPerTick(CounterFrequency());
     state.millisecondsPerCycle = clock.millisecondsPerCycle;
     state.estimate = clock.mhz;

@@ -17,6 +17,9 @@ double ErrorAt(double x)
 
 TEST(SinCosTest, AnglesAreRightInEveryQuadrant)
 {
+    if (!SystemSinesAreExact()) {
+        GTEST_SKIP() << "the C library's sines are inexact here";
+    }
     Random random(1);
     double worst = 0;
     for (int round = 0; round < 50000; ++round) {
@@ -33,6 +36,9 @@ TEST(SinCosTest, AnglesAreRightInEveryQuadrant)
 
 TEST(SinCosTest, AnglesNextToQuartersAreRightInTheLastPlaceOfAFloat)
 {
+    if (!SystemSinesAreExact()) {
+        GTEST_SKIP() << "the C library's sines are inexact here";
+    }
     for (int quarter = -60000; quarter <= 60000; quarter += quarter > -40 && quarter < 40 ? 1 : 97) {
         const float nearest = float(quarter * 1.5707963267948966);
         for (const float x : {nearest, nextafterf(nearest, -1e9f), nextafterf(nearest, 1e9f)}) {
@@ -45,6 +51,9 @@ TEST(SinCosTest, AnglesNextToQuartersAreRightInTheLastPlaceOfAFloat)
 
 TEST(SinCosTest, HugeAnglesAreStillAngles)
 {
+    if (!SystemSinesAreExact()) {
+        GTEST_SKIP() << "the C library's sines are inexact here";
+    }
     for (const double x : {99999.99, 1e5, 100000.01, 1e6, -123456789.0, 1e10, 1e15}) {
         EXPECT_LE(ErrorAt(x), kSinCosError) << x;
     }

@@ -128,7 +128,7 @@ archive links dir/file readme.txt
 expect 1 'is a link' extract links --to links.d --force
 [ -z "$(ls outside)" ] && [ "$(cat new.txt)" = newer ] || fail 'written through a link'
 if command -v script >/dev/null; then
-    script -qec "'${tool[0]}' create --force bar.zmbg ../in" bar.log >/dev/null </dev/null
+    script -qec "$(printf '%q ' "${tool[@]}" create --force bar.zmbg ../in)" bar.log >/dev/null </dev/null
     grep -qF '[########################################] 100 %' bar.log || fail 'no bar on a terminal'
 fi
 if [ -e /dev/full ]; then

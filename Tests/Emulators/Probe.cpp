@@ -1,0 +1,5 @@
+// Shows whether programs of this kind run at all.
+int main()
+{
+    return 42;
+}
