@@ -63,6 +63,47 @@ struct XIsRelocatable<XHashItem<T, K>> {
     static constexpr bool value = XIsRelocatable<T>::value && XIsRelocatable<K>::value;
 };
 
+namespace zm {
+
+/// A place in the order of a table's items; `Entry` is the item, or the constant item.
+template <class Entry, class Item>
+class TablePosition {
+public:
+    TablePosition() = default;
+    TablePosition(Entry* item, const XArray<Item>* items) : m_Item(item), m_Items(items) {}
+
+    /// An Iterator is a ConstIterator too.
+    operator TablePosition<const Entry, Item>() const { return {m_Item, m_Items}; }
+
+    Entry& operator*() const { return *Checked(); }
+    Entry* operator->() const { return Checked(); }
+    TablePosition& operator++()
+    {
+        m_Item = Checked() + 1;
+        return *this;
+    }
+    TablePosition operator++(int)
+    {
+        const TablePosition old = *this;
+        ++*this;
+        return old;
+    }
+    bool operator==(const TablePosition& other) const { return m_Item == other.m_Item; }
+    bool operator!=(const TablePosition& other) const { return m_Item != other.m_Item; }
+
+private:
+    Entry* Checked() const
+    {
+        assert(m_Items != nullptr && m_Item >= m_Items->Begin() && m_Item < m_Items->End());
+        return m_Item;
+    }
+
+    Entry* m_Item = nullptr;
+    const XArray<Item>* m_Items = nullptr;
+};
+
+}  // namespace zm
+
 /// Values by key. The items lie in one array, in the order of their insertion, and iterating is a walk over it;
 /// a removal puts the last item into the place of the removed one. Buckets, a power of two of them, hold chains of
 /// items, the latest first. A table starts with 16 buckets and room for 12 items; when an insertion finds the room
@@ -83,48 +124,10 @@ public:
     /// What the iterators stand on.
     typedef XHashItem<T, K> Item;
 
-private:
-    template <class Entry>
-    class Position {
-    public:
-        Position() = default;
-        Position(Entry* item, const XArray<Item>* items) : m_Item(item), m_Items(items) {}
-
-        /// An Iterator is a ConstIterator too.
-        operator Position<const Entry>() const { return {m_Item, m_Items}; }
-
-        Entry& operator*() const { return *Checked(); }
-        Entry* operator->() const { return Checked(); }
-        Position& operator++()
-        {
-            m_Item = Checked() + 1;
-            return *this;
-        }
-        Position operator++(int)
-        {
-            const Position old = *this;
-            ++*this;
-            return old;
-        }
-        bool operator==(const Position& other) const { return m_Item == other.m_Item; }
-        bool operator!=(const Position& other) const { return m_Item != other.m_Item; }
-
-    private:
-        Entry* Checked() const
-        {
-            assert(m_Items != nullptr && m_Item >= m_Items->Begin() && m_Item < m_Items->End());
-            return m_Item;
-        }
-
-        Entry* m_Item = nullptr;
-        const XArray<Item>* m_Items = nullptr;
-    };
-
-public:
     /// Positions in the order of iteration. Debug builds assert that one that is read or advanced stands
-    /// before the end.
-    typedef Position<Item> Iterator;
-    typedef Position<const Item> ConstIterator;
+    /// before the end. XInterop.h makes them iterators for the algorithms of the standard library.
+    typedef zm::TablePosition<Item, Item> Iterator;
+    typedef zm::TablePosition<const Item, Item> ConstIterator;
 
     /// What Insert() has found or made.
     struct Inserted {

@@ -1,12 +1,13 @@
 #pragma once
 
-// Strings and containers beside those of the standard library: std::string_view, output streams, range-based for
-// and std::hash. ZmMath.h does not include this header, for what it pulls in.
+// Strings and containers beside those of the standard library: std::string_view, output streams, range-based for,
+// algorithms and std::hash. ZmMath.h does not include this header, for what it pulls in.
 
 #include "XHashTable.h"
 #include "XString.h"
 
 #include <functional>
+#include <iterator>
 #include <ostream>
 #include <string_view>
 
@@ -87,6 +88,16 @@ typename XHashTable<T, K, H, E>::ConstIterator end(const XHashTable<T, K, H, E>&
 }
 
 namespace std {
+
+/// Positions in tables as iterators: std::find_if(table.Begin(), table.End(), ...)
+template <class Entry, class Item>
+struct iterator_traits<zm::TablePosition<Entry, Item>> {
+    using iterator_category = forward_iterator_tag;  ///< they advance only
+    using value_type = Item;
+    using difference_type = ptrdiff_t;
+    using pointer = Entry*;
+    using reference = Entry&;
+};
 
 /// Strings as keys of the standard library's containers.
 template <>

@@ -6,6 +6,36 @@
 #include <stdint.h>
 #include <string.h>
 
+namespace zm {
+
+/// The numbers that int, unsigned int and float do not hold: what operations on strings and configurations take beside
+/// those three.
+template <class Number>
+struct IfWideNumber {
+};
+template <>
+struct IfWideNumber<double> {
+    typedef int Type;
+};
+template <>
+struct IfWideNumber<long> {
+    typedef int Type;
+};
+template <>
+struct IfWideNumber<unsigned long> {
+    typedef int Type;
+};
+template <>
+struct IfWideNumber<long long> {
+    typedef int Type;
+};
+template <>
+struct IfWideNumber<unsigned long long> {
+    typedef int Type;
+};
+
+}  // namespace zm
+
 /// A text and its length: the record under XString, and the type of parameters that only read a
 /// text. Such a parameter takes an XString or, without a copy, a plain text.
 class XBaseString {
@@ -108,9 +138,9 @@ inline bool operator!=(const char* text, const XBaseString& string)
     return !(string == XBaseString(text));
 }
 
-/// An 8-bit string that owns its text: a pointer and two 16-bit words. Every copy has a block of its own, from
-/// ZmAllocator::AllocateString(), of exactly the size that was asked for: made for short texts, and each growth
-/// allocates.
+/// An 8-bit string that owns its text: a pointer and two 16-bit words. Every copy has a block of its own, of exactly
+/// the size that was asked for: made for short texts, and each growth allocates. ZmAllocator counts the blocks as
+/// strings.
 ///
 /// Limits are silent: an append that would pass kMaxLength (65534) characters does nothing, and an assignment
 /// or construction from more than that gives an empty string. Positions and lengths beyond the text are cut to
@@ -128,8 +158,8 @@ public:
     ZM_API XString(const char* text, int length = 0);
 
     /// A block of `size` zero bytes, **with the length size - 1** although its text reads as empty: room for a
-    /// caller who fills it in. The length is the contract, do not repair it. A size outside 1 to 65535 gives the
-    /// empty string without storage.
+    /// caller who fills it in through Data() and then calls FitLength(). A size outside 1 to 65535 gives the empty
+    /// string without storage.
     ZM_API explicit XString(int size);
 
     /// A copy of an empty string has no storage.
@@ -167,8 +197,15 @@ public:
     ZM_API XString& FormatTime(const char* format);
     ZM_API XString& FormatTime(int time, const char* format);
 
+    /// The characters, to be written to: Length() of them, whose terminator stays. Null for a string without storage.
+    /// Valid until the string changes otherwise.
+    char* Data() { return m_Buffer; }
+
+    /// Cuts the string at its first NUL: the length becomes that of what was written to Data().
+    ZM_API void FitLength();
+
     /// Appends a text (null and "" do nothing), a character, or a value as printf() writes it with
-    /// "%d", "%u", "%f" and "%p".
+    /// "%d", "%u" (and their long forms), "%f" and "%p".
     /// @{
     ZM_API XString& operator<<(const char* text);
     ZM_API XString& operator<<(const XBaseString& string);
@@ -177,6 +214,11 @@ public:
     ZM_API XString& operator<<(int value);
     ZM_API XString& operator<<(unsigned int value);
     ZM_API XString& operator<<(float value);
+    ZM_API XString& operator<<(double value);
+    ZM_API XString& operator<<(long long value);
+    ZM_API XString& operator<<(unsigned long long value);
+    XString& operator<<(long value) { return *this << static_cast<long long>(value); }
+    XString& operator<<(unsigned long value) { return *this << static_cast<unsigned long long>(value); }
     ZM_API XString& operator<<(const void* pointer);
     /// @}
 
@@ -188,6 +230,11 @@ public:
     XString operator+(int value) const { return Plus(value); }
     XString operator+(unsigned int value) const { return Plus(value); }
     XString operator+(float value) const { return Plus(value); }
+    template <class Number, typename zm::IfWideNumber<Number>::Type = 0>
+    XString operator+(Number value) const
+    {
+        return Plus(value);
+    }
     /// @}
 
     /// Changes the case of the letters a to z up to the first NUL.

@@ -35,6 +35,11 @@ public:
     ZM_API int AddEntry(const char* section, const char* name, unsigned int value,
                         ZmConfigurationEntry** entry = nullptr);
     ZM_API int AddEntry(const char* section, const char* name, float value, ZmConfigurationEntry** entry = nullptr);
+    template <class Number, typename zm::IfWideNumber<Number>::Type = 0>
+    int AddEntry(const char* section, const char* name, Number value, ZmConfigurationEntry** entry = nullptr)
+    {
+        return AddEntry(section, name, (XString() << value).Text(), entry);
+    }
     /// @}
 
     /// The same among the defaults, where alone the section is searched and made.
@@ -43,6 +48,11 @@ public:
     ZM_API int AddDefaultEntry(const char* section, const char* name, int value);
     ZM_API int AddDefaultEntry(const char* section, const char* name, unsigned int value);
     ZM_API int AddDefaultEntry(const char* section, const char* name, float value);
+    template <class Number, typename zm::IfWideNumber<Number>::Type = 0>
+    int AddDefaultEntry(const char* section, const char* name, Number value)
+    {
+        return AddDefaultEntry(section, name, (XString() << value).Text());
+    }
     /// @}
 
     /// In these a null `parent` is the root; any other is **the name of a direct child of the root, not a path**. Null

@@ -29,6 +29,11 @@ public:
     ZM_API void SetValue(int value);
     ZM_API void SetValue(unsigned int value);
     ZM_API void SetValue(float value);
+    template <class Number, typename zm::IfWideNumber<Number>::Type = 0>
+    void SetValue(Number value)
+    {
+        SetValue((XString() << value).Text());
+    }
     /// @}
 
     /// Reads the text as scanf() does for "%d", "%u" and "%f": white space before the number and anything behind it is

@@ -40,6 +40,11 @@ public:
     ZM_API void AddEntry(const char* name, int value, ZmConfigurationEntry** entry = nullptr);
     ZM_API void AddEntry(const char* name, unsigned int value, ZmConfigurationEntry** entry = nullptr);
     ZM_API void AddEntry(const char* name, float value, ZmConfigurationEntry** entry = nullptr);
+    template <class Number, typename zm::IfWideNumber<Number>::Type = 0>
+    void AddEntry(const char* name, Number value, ZmConfigurationEntry** entry = nullptr)
+    {
+        AddEntry(name, (XString() << value).Text(), entry);
+    }
     /// @}
 
     /// The section of that name, made if there is none. Null without memory.

@@ -22,6 +22,14 @@ public:
     /// hold the mutex must not call this.
     ZM_API int LeaveMutex();
 
+    /// Takes the mutex if no other thread holds it. 1, or 0 if one does, or as above.
+    ZM_API int TryEnterMutex();
+
+    /// The names by which std::lock_guard, std::unique_lock and std::scoped_lock know the three.
+    void lock() { EnterMutex(); }
+    bool try_lock() { return TryEnterMutex() != 0; }
+    void unlock() { LeaveMutex(); }
+
     /// `mutex++` enters, `mutex--` leaves.
     int operator++(int) { return EnterMutex(); }
     int operator--(int) { return LeaveMutex(); }

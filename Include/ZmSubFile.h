@@ -2,6 +2,10 @@
 
 #include "ZmFile.h"
 
+// A stream's slots are fixed, and a destructor is none of them: delete a span through its own type.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
+
 /// A span of another file as a stream of its own. Several spans may lie on one file and be used in turns: each moves
 /// the file to its own position before it reads or writes. The file must outlive its spans. Without a file all
 /// operations give 0.
@@ -35,3 +39,5 @@ private:
     unsigned int m_Size = 0;
     unsigned int m_Position = 0;
 };
+
+#pragma GCC diagnostic pop

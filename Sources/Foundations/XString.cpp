@@ -195,6 +195,13 @@ XString& XString::Append(const char* text, size_t count)
     return *this;
 }
 
+void XString::FitLength()
+{
+    if (m_Buffer != nullptr) {
+        m_Length = uint16_t(strlen(m_Buffer));
+    }
+}
+
 XString& XString::operator<<(const char* text)
 {
     return text != nullptr && *text != 0 ? Append(text, strlen(text)) : *this;
@@ -222,7 +229,22 @@ XString& XString::operator<<(unsigned int value)
 
 XString& XString::operator<<(float value)
 {
-    return AppendFormat("%f", double(value));
+    return *this << double(value);
+}
+
+XString& XString::operator<<(double value)
+{
+    return AppendFormat("%f", value);
+}
+
+XString& XString::operator<<(long long value)
+{
+    return AppendNumber(value);
+}
+
+XString& XString::operator<<(unsigned long long value)
+{
+    return AppendNumber(value);
 }
 
 XString& XString::operator<<(const void* pointer)
@@ -234,15 +256,15 @@ XString& XString::operator<<(const void* pointer)
 template <class Number>
 XString& XString::AppendNumber(Number value)
 {
-    char text[16];
+    char text[24];
     const std::to_chars_result end = std::to_chars(text, text + sizeof(text), value);
     return Append(text, size_t(end.ptr - text));
 }
 
-// One value, whose text is short.
+// One value: the longest text is that of the largest double.
 XString& XString::AppendFormat(const char* format, ...)
 {
-    char text[64];
+    char text[320];
     va_list arguments;
     va_start(arguments, format);
     const int count = vsnprintf(text, sizeof(text), format, arguments);

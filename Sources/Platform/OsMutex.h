@@ -7,6 +7,8 @@ void* NewLock();
 /// Frees the lock, which nobody holds; null does nothing.
 void DeleteLock(void* lock);
 void EnterLock(void* lock);
+/// False, at once, while another thread holds the lock.
+bool TryEnterLock(void* lock);
 void LeaveLock(void* lock);
 
 }  // namespace zm

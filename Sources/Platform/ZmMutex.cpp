@@ -19,6 +19,11 @@ int ZmMutex::EnterMutex()
     return 1;
 }
 
+int ZmMutex::TryEnterMutex()
+{
+    return m_Lock != nullptr && zm::TryEnterLock(m_Lock);
+}
+
 int ZmMutex::LeaveMutex()
 {
     if (m_Lock == nullptr) {

@@ -30,9 +30,14 @@ TEST(ZmConfigurationTest, NumbersAreKeptAsTexts)
     tree.AddEntry(nullptr, "int", INT_MIN);
     tree.AddEntry(nullptr, "unsigned", UINT_MAX);
     tree.AddEntry(nullptr, "float", 1.5f);
+    tree.AddEntry(nullptr, "double", 0.1);
+    tree.AddEntry(nullptr, "long", 5L);
+    tree.AddDefaultEntry(nullptr, "size", sizeof(char));
     tree.AddEntry(nullptr, "large", FLT_MAX);
     EXPECT_EQ(TextOf(tree), "int=-2147483648;unsigned=4294967295;float=1.500000;"
-                            "large=340282346638528859811704183484516925440.000000;");
+                            "double=0.100000;long=5;large=340282346638528859811704183484516925440.000000;");
+
+    EXPECT_STREQ(tree.GetEntry("size", 0)->GetValue(), "1");
 
     const struct {
         const char *text, *numbers;

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <sstream>
 #include <string>
 #include <unordered_set>
@@ -57,6 +58,10 @@ TEST(XInteropTest, RangeForVisitsStringsArraysAndTables)
         seen += item.key.Text() + std::string("=") + std::to_string(item.value);
     }
     EXPECT_EQ(seen, "ab2461=32=63=9");
+    const auto isSix = [](const auto& item) { return item.value == 6; };
+    EXPECT_EQ(std::find_if(table.Begin(), table.End(), isSix)->key, "2");
+    EXPECT_EQ(std::find_if(constTable.Begin(), constTable.End(), isSix)->key, "2");
+    EXPECT_EQ(std::count(array.Begin(), array.End(), 4), 1);
 }
 
 TEST(XInteropTest, EqualStringsAreOneKeyOfAnUnorderedSet)

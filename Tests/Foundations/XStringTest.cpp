@@ -77,6 +77,19 @@ TEST(XStringTest, ConstructionFromASizeCountsItsZeros)
     }
 }
 
+TEST(XStringTest, ARoomIsFilledAndFitted)
+{
+    XString room(8);
+    memcpy(room.Data(), "abc", 3);
+    room.FitLength();
+    ExpectSizes(room, 3, 8);
+    room << "d";
+    EXPECT_STREQ(room.Text(), "abcd");
+    XString none;
+    none.FitLength();
+    EXPECT_EQ(none.Data(), nullptr);
+}
+
 TEST(XStringTest, CreateTakesTheLengthAsItStands)
 {
     XString string;
@@ -158,6 +171,8 @@ TEST(XStringTest, NumbersAreWrittenAsPrintfWritesThem)
         {XString() + UINT_MAX, "4294967295"},      {XString() + 1.5f, "1.500000"},
         {XString() + -0.0f, "-0.000000"},          {XString() + 0.1f, "0.100000"},
         {XString() + 1e10f, "10000000000.000000"}, {XString("a") + "b" + 'c' + XString("d"), "abcd"},
+        {XString() + 0.1, "0.100000"},             {XString() + 5L + sizeof(char), "51"},
+        {XString() + LLONG_MIN, "-9223372036854775808"}, {XString() + ULLONG_MAX, "18446744073709551615"},
     };
     for (const auto& row : rows) {
         EXPECT_STREQ(row.string.Text(), row.expected);
@@ -165,6 +180,7 @@ TEST(XStringTest, NumbersAreWrittenAsPrintfWritesThem)
     const XString largest = XString() + -FLT_MAX;
     EXPECT_EQ(largest.Length(), 1 + 39 + 7);
     EXPECT_EQ(strtof(largest.Text(), nullptr), -FLT_MAX);
+    EXPECT_EQ(strtod((XString() << -DBL_MAX).Text(), nullptr), -DBL_MAX);
     XString pointer("at ");
     pointer << static_cast<const void*>(&largest);
     EXPECT_EQ(strtoull(pointer.Text() + 3, nullptr, 16), reinterpret_cast<uintptr_t>(&largest));

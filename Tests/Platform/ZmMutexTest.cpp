@@ -4,6 +4,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <mutex>
 #include <thread>
 #include <vector>
 
@@ -23,9 +24,15 @@ TEST(ZmMutexThreadTest, AThreadEntersAgainAndLeavesAsOften)
     EXPECT_EQ(mutex--, 1);
     std::this_thread::sleep_for(std::chrono::milliseconds(20));
     EXPECT_FALSE(entered) << "after one of two";
+    bool taken = true;
+    std::thread([&] { taken = mutex.try_lock(); }).join();
+    EXPECT_FALSE(taken);
     EXPECT_EQ(mutex.LeaveMutex(), 1);
     other.join();
     EXPECT_TRUE(entered);
+    std::thread([&] { taken = std::unique_lock<ZmMutex>(mutex, std::try_to_lock).owns_lock(); }).join();
+    EXPECT_TRUE(taken);
+    const std::lock_guard<ZmMutex> guard(mutex);
 }
 
 TEST(ZmMutexThreadTest, OneThreadAtATimeHoldsIt)

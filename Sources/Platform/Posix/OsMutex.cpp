@@ -32,6 +32,11 @@ void EnterLock(void* lock)
     pthread_mutex_lock(static_cast<pthread_mutex_t*>(lock));
 }
 
+bool TryEnterLock(void* lock)
+{
+    return pthread_mutex_trylock(static_cast<pthread_mutex_t*>(lock)) == 0;
+}
+
 void LeaveLock(void* lock)
 {
     pthread_mutex_unlock(static_cast<pthread_mutex_t*>(lock));

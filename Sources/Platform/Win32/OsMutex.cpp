@@ -27,6 +27,11 @@ void EnterLock(void* lock)
     EnterCriticalSection(static_cast<CRITICAL_SECTION*>(lock));
 }
 
+bool TryEnterLock(void* lock)
+{
+    return TryEnterCriticalSection(static_cast<CRITICAL_SECTION*>(lock)) != 0;
+}
+
 void LeaveLock(void* lock)
 {
     LeaveCriticalSection(static_cast<CRITICAL_SECTION*>(lock));
