@@ -56,7 +56,7 @@ int ConfigurationReader::ReadFile(const char* path)
 }
 
 // A line is read only if text follows it, so the last one is not: callers end their texts with one that they can
-// spare (ZmConfigurationFormatTest, TextsAndTheirTrees).
+// spare (ConfigurationFormatTest, TextsAndTheirTrees).
 int ConfigurationReader::ReadText(const char* text, size_t length)
 {
     const char* const end = text + length;

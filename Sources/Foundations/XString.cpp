@@ -312,7 +312,8 @@ void XString::Strip()
     for (; read < m_Length && !(previous && zm::IsSpace(m_Buffer[read])); ++read) {
         previous = zm::IsSpace(m_Buffer[read]);
     }
-    // Stops one short of the end, and so loses the last character: callers know the result so (XStringTest, Strip).
+    // Stops one short of the end, and so loses the last character: callers depend on that result
+    // (XStringTest, ChangesInPlaceKeepTheStorage).
     size_t write = read;
     for (; read + 1 < m_Length; ++read) {
         const bool space = zm::IsSpace(m_Buffer[read]);
