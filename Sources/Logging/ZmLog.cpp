@@ -12,9 +12,10 @@
 #include <stdio.h>
 #include <stdlib.h>
 
+#include <string.h>
 namespace {
 
-constexpr int kFirstBuffer = 256, kGrowsBelow = 9000;
+constexpr int kFirstBuffer = 256, kGrowsBelow = 9000, kLargestBuffer = 16384;
 
 /// Set when the log is destroyed, for destructors that print after it.
 std::atomic<bool> g_Destroyed{false};
@@ -32,7 +33,7 @@ int g_LibraryModule = -1;
 
 void Warn(int line, const char* file, const char* format, ...)
 {
-    char text[512];
+    char text[kLargestBuffer];
     va_list arguments;
     va_start(arguments, format);
     vsnprintf(text, sizeof(text), format, arguments);
@@ -218,13 +219,29 @@ const char* ZmLog::Format(const char* format, va_list arguments)
 const char* ZmLog::FormatAny(const char* format, va_list arguments)
 {
     va_list again;
+    if (zm::EndsInConversion(format)) {
+        return CopyText(format);
+    }
     va_copy(again, arguments);
     const int length = vsnprintf(m_Buffer, size_t(m_BufferSize), format, arguments);
     if (length >= m_BufferSize && GrowBuffer(length + 1)) {
         vsnprintf(m_Buffer, size_t(m_BufferSize), format, again);
     }
     va_end(again);
-    return length >= 0 ? m_Buffer : "";
+    return length >= 0 ? m_Buffer : CopyText(format);
+}
+
+// A format that the C library refuses: better as it stands than not at all.
+const char* ZmLog::CopyText(const char* text)
+{
+    const size_t length = strnlen(text, kLargestBuffer - 1);
+    if (length >= size_t(m_BufferSize)) {
+        GrowBuffer(int(length) + 1);
+    }
+    const size_t copied = std::min(length, size_t(m_BufferSize) - 1);
+    memcpy(m_Buffer, text, copied);
+    m_Buffer[copied] = 0;
+    return m_Buffer;
 }
 
 bool ZmLog::GrowBuffer(int needed)
