@@ -75,7 +75,8 @@ public:
     /// object must stay. After that it is as new, but for its name and the joinable flag.
     void Close();
 
-    /// Before the thread is created; afterwards ignored.
+    /// Before the thread is created; afterwards ignored. The name is also the system's, for debuggers and process
+    /// viewers: its first 15 bytes on Linux, on Windows where the system has names for threads.
     /// @{
     void SetName(const char* name);
     void SetPriority(unsigned int priority);  ///< a Priority; 7 and more leave the thread as the system makes it

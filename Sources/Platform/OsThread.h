@@ -17,6 +17,9 @@ void YieldThread();
 void SleepMilliseconds(unsigned milliseconds);
 
 /// A thread that waits for StartThread(). Its handle and its number in the system; null if there is none to be had.
+/// Tells debuggers and process viewers a thread's name, as much of it as they take. Before StartThread().
+void NameThread(void* thread, const char* name);
+
 void* NewThread(unsigned (*function)(void*), void* argument, unsigned& id);
 void StartThread(void* thread);
 

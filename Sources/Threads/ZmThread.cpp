@@ -141,6 +141,7 @@ int ZmThread::CreateThread(Function function, void* argument)
     if (m_Priority < std::size(kSystemPriorities)) {
         zm::PrioritiseThread(handle, kSystemPriorities[m_Priority]);
     }
+    zm::NameThread(handle, m_Name.Text());
     Add(m_Flags, CREATED);
     zm::StartThread(handle);
     return 1;

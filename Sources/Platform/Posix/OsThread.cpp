@@ -11,6 +11,7 @@
 #include <stdint.h>
 #include <sys/resource.h>
 #include <sys/single_threaded.h>
+#include <string.h>
 #include <sys/syscall.h>
 #include <time.h>
 #include <unistd.h>
@@ -42,6 +43,7 @@ struct Thread {
     bool isGivenBack = false;  ///< under endLock: somebody has undertaken to join the thread, or it detaches itself
     std::atomic<bool> stopWanted{false};
     std::atomic<unsigned> stopCode{0};
+    char name[16] = "";  ///< the system takes no longer one
     std::atomic<bool> isStoppable{false};  ///< set by the thread while its function runs
     std::atomic<bool> wasStopped{false};
     sigjmp_buf beforeFunction;
@@ -219,6 +221,9 @@ void GiveBack(Thread& thread)
         joins = !thread.isGivenBack && thread.state == ENDED;
         thread.isGivenBack = true;
     }
+    if (self.name[0] != 0) {
+        pthread_setname_np(pthread_self(), self.name);
+    }
     if (joins) {
         pthread_join(thread.system, nullptr);
     }
@@ -307,6 +312,20 @@ void PrioritiseThread(void* thread, int priority)
     }
     setpriority(PRIO_PROCESS, static_cast<Thread*>(thread)->id, nice);
 }
+// The thread itself tells it, which costs nothing like opening the file of another one's name. No character of UTF-8
+// is cut in its middle.
+void NameThread(void* thread, const char* name)
+{
+    char(&res)[16] = static_cast<Thread*>(thread)->name;
+    size_t length = strnlen(name, sizeof(res));
+    if (length == sizeof(res)) {
+        for (--length; length != 0 && (name[length] & 0xC0) == 0x80;) {
+            --length;
+        }
+    }
+    memcpy(res, name, length);
+}
+
 
 ThreadWait WaitForThread(void* thread, unsigned timeoutMs)
 {

@@ -1,8 +1,0 @@
-#include <sys/resource.h>
-
-int SystemPriority();
-
-int SystemPriority()
-{
-    return getpriority(PRIO_PROCESS, 0);
-}

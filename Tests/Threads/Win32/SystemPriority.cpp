@@ -1,8 +1,0 @@
-#include <windows.h>
-
-int SystemPriority();
-
-int SystemPriority()
-{
-    return GetThreadPriority(GetCurrentThread());
-}
