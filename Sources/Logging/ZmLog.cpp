@@ -3,6 +3,7 @@
 #include "Logging/LibraryLog.h"
 #include "Logging/PlainFormat.h"
 #include "Platform/FirstUse.h"
+#include "Platform/OwnMutexHolder.h"
 #include "ZmConsoleListener.h"
 #include "ZmFileListener.h"
 #include "ZmOutputDebugListener.h"
@@ -11,8 +12,8 @@
 #include <atomic>
 #include <stdio.h>
 #include <stdlib.h>
-
 #include <string.h>
+
 namespace {
 
 constexpr int kFirstBuffer = 256, kGrowsBelow = 9000, kLargestBuffer = 16384;
@@ -172,7 +173,7 @@ ZmLog& ZmLog::SetInformation(int module, Level level, int line, const char* file
 
 ZmLog& ZmLog::SetInformationMT(int module, Level level, int line, const char* file)
 {
-    m_Mutex.EnterMutex();
+    zm::OwnMutexHolder::Enter(m_Mutex);
     return SetInformation(module, level, line, file);
 }
 
@@ -190,7 +191,7 @@ void ZmLog::PrintMT(const char* format, ...)
     va_start(arguments, format);
     VPrint(format, arguments);
     va_end(arguments);
-    m_Mutex.LeaveMutex();
+    zm::OwnMutexHolder::Leave(m_Mutex);
 }
 
 void ZmLog::VPrint(const char* format, va_list arguments)
@@ -218,10 +219,10 @@ const char* ZmLog::Format(const char* format, va_list arguments)
 // Cuts what does not fit in the largest buffer.
 const char* ZmLog::FormatAny(const char* format, va_list arguments)
 {
-    va_list again;
     if (zm::EndsInConversion(format)) {
         return CopyText(format);
     }
+    va_list again;
     va_copy(again, arguments);
     const int length = vsnprintf(m_Buffer, size_t(m_BufferSize), format, arguments);
     if (length >= m_BufferSize && GrowBuffer(length + 1)) {

@@ -1,5 +1,7 @@
 #include "Platform/OsMutex.h"
 
+#include "Platform/Posix/StopDelays.h"
+
 #include <pthread.h>
 #include <stdlib.h>
 
@@ -35,6 +37,18 @@ void EnterLock(void* lock)
 void LeaveLock(void* lock)
 {
     pthread_mutex_unlock(static_cast<pthread_mutex_t*>(lock));
+}
+
+void EnterOwnLock(void* lock)
+{
+    BeginStopDelay();
+    EnterLock(lock);
+}
+
+void LeaveOwnLock(void* lock)
+{
+    LeaveLock(lock);
+    EndStopDelay();
 }
 
 }  // namespace zm

@@ -1,5 +1,7 @@
 #include "Platform/OsThread.h"
 
+#include "Platform/Posix/StopDelays.h"
+
 #include <atomic>
 #include <errno.h>
 #include <linux/futex.h>
@@ -9,14 +11,17 @@
 #include <setjmp.h>
 #include <signal.h>
 #include <stdint.h>
+#include <string.h>
 #include <sys/resource.h>
 #include <sys/single_threaded.h>
-#include <string.h>
 #include <sys/syscall.h>
 #include <time.h>
 #include <unistd.h>
 
 namespace zm {
+
+ZM_PLAIN_THREAD_LOCAL volatile sig_atomic_t t_StopDelays = 0;
+ZM_PLAIN_THREAD_LOCAL volatile sig_atomic_t t_StopWaits = 0;
 
 namespace {
 
@@ -38,18 +43,19 @@ struct Thread {
     std::atomic<unsigned> state{HALTED};
     std::atomic<unsigned> exitCode{0};
     std::atomic<int> owners{2};
+    char name[16] = "";  ///< the system takes no longer one
 
     pthread_mutex_t endLock = PTHREAD_MUTEX_INITIALIZER;  ///< while it is held the thread does not end
     bool isGivenBack = false;  ///< under endLock: somebody has undertaken to join the thread, or it detaches itself
     std::atomic<bool> stopWanted{false};
     std::atomic<unsigned> stopCode{0};
-    char name[16] = "";  ///< the system takes no longer one
     std::atomic<bool> isStoppable{false};  ///< set by the thread while its function runs
     std::atomic<bool> wasStopped{false};
     sigjmp_buf beforeFunction;
 };
 
 thread_local Thread* t_Self = nullptr;
+
 
 void LetGo(Thread& thread)
 {
@@ -84,11 +90,20 @@ void Change(std::atomic<unsigned>& word, unsigned value)
     siglongjmp(self.beforeFunction, 1);
 }
 
-void OnStopSignal(int)
+void StopIfWanted()
 {
     Thread* self = t_Self;
     if (self != nullptr && self->stopWanted && self->isStoppable) {
         StopSelf(*self, self->stopCode);
+    }
+}
+
+void OnStopSignal(int)
+{
+    if (t_StopDelays != 0) {
+        t_StopWaits = 1;
+    } else {
+        StopIfWanted();
     }
 }
 
@@ -206,6 +221,9 @@ void* RunThread(void* parameter)
     t_Self = &self;
     AllowStopSignal();
     AwaitChange(self.state, HALTED, nullptr);
+    if (self.name[0] != 0) {
+        pthread_setname_np(pthread_self(), self.name);
+    }
     const Ending ending(self);
     self.exitCode = RunUnlessStopped(self);
     return nullptr;
@@ -220,9 +238,6 @@ void GiveBack(Thread& thread)
         const EndLockHolder holder(thread);
         joins = !thread.isGivenBack && thread.state == ENDED;
         thread.isGivenBack = true;
-    }
-    if (self.name[0] != 0) {
-        pthread_setname_np(pthread_self(), self.name);
     }
     if (joins) {
         pthread_join(thread.system, nullptr);
@@ -265,11 +280,6 @@ void RestoreThreadPriority(int previous)
     setpriority(PRIO_PROCESS, 0, previous);
 }
 
-bool IsOnlyThread()
-{
-    return __libc_single_threaded != 0;
-}
-
 void YieldThread()
 {
     sched_yield();
@@ -302,16 +312,6 @@ void StartThread(void* thread)
     Change(static_cast<Thread*>(thread)->state, RUNNING);
 }
 
-// The main thread's nice value stands for that of the process.
-void PrioritiseThread(void* thread, int priority)
-{
-    constexpr int kCritical = 15, kNiceSteps = 5, kIdle = 19, kHighest = -20;
-    int nice = getpriority(PRIO_PROCESS, id_t(getpid())) - kNiceSteps * priority;
-    if (priority == kCritical || priority == -kCritical) {
-        nice = priority == kCritical ? kHighest : kIdle;
-    }
-    setpriority(PRIO_PROCESS, static_cast<Thread*>(thread)->id, nice);
-}
 // The thread itself tells it, which costs nothing like opening the file of another one's name. No character of UTF-8
 // is cut in its middle.
 void NameThread(void* thread, const char* name)
@@ -326,6 +326,16 @@ void NameThread(void* thread, const char* name)
     memcpy(res, name, length);
 }
 
+// The main thread's nice value stands for that of the process.
+void PrioritiseThread(void* thread, int priority)
+{
+    constexpr int kCritical = 15, kNiceSteps = 5, kIdle = 19, kHighest = -20;
+    int nice = getpriority(PRIO_PROCESS, id_t(getpid())) - kNiceSteps * priority;
+    if (priority == kCritical || priority == -kCritical) {
+        nice = priority == kCritical ? kHighest : kIdle;
+    }
+    setpriority(PRIO_PROCESS, static_cast<Thread*>(thread)->id, nice);
+}
 
 ThreadWait WaitForThread(void* thread, unsigned timeoutMs)
 {
@@ -364,6 +374,12 @@ bool StopThread(void* thread, unsigned exitCode)
         return false;
     }
     if (thread == CallingThread() || thread == t_Self) {
+        if (t_Self != nullptr && t_StopDelays != 0) {
+            t_Self->stopCode = exitCode;
+            t_Self->stopWanted = true;
+            t_StopWaits = 1;
+            return true;
+        }
         if (t_Self != nullptr) {
             StopSelf(*t_Self, exitCode);
         }
@@ -382,6 +398,26 @@ bool StopThread(void* thread, unsigned exitCode)
     stopped.stopCode = exitCode;
     stopped.stopWanted = true;
     return pthread_kill(stopped.system, StopSignal()) == 0;
+}
+
+void StopAfterDelays()
+{
+    t_StopWaits = 0;
+    StopIfWanted();
+}
+
+void StopDelay::End()
+{
+    EndStopDelay();
+}
+
+bool StopDelay::BeginUnlessAlone()
+{
+    const bool othersRun = __libc_single_threaded == 0;
+    if (othersRun) {
+        BeginStopDelay();
+    }
+    return othersRun;
 }
 
 void CloseThread(void* thread)

@@ -49,11 +49,6 @@ void RestoreThreadPriority(int previous)
     }
 }
 
-bool IsOnlyThread()
-{
-    return false;  // the system does not tell
-}
-
 void YieldThread()
 {
     SwitchToThread();
@@ -80,6 +75,11 @@ void* NewThread(unsigned (*function)(void*), void* argument, unsigned& id)
     return thread;
 }
 
+void StartThread(void* thread)
+{
+    ResumeThread(thread);
+}
+
 // Not in every system whose other functions are needed here.
 void NameThread(void* thread, const char* name)
 {
@@ -90,11 +90,6 @@ void NameThread(void* thread, const char* name)
                              ToWide(name, CP_ACP, 0, description))) {
         reinterpret_cast<Function>(reinterpret_cast<void (*)()>(found))(thread, description);
     }
-}
-
-void StartThread(void* thread)
-{
-    ResumeThread(thread);
 }
 
 void PrioritiseThread(void* thread, int priority)
@@ -128,6 +123,13 @@ bool StopThread(void* thread, unsigned exitCode)
         return true;
     }
     return TerminateThread(thread, exitCode) != 0;
+}
+
+void StopDelay::End() {}
+
+bool StopDelay::BeginUnlessAlone()
+{
+    return true;  // the system does not tell who is
 }
 
 void CloseThread(void* thread)
