@@ -24,8 +24,8 @@ ZM_API int ZmRemoveDirectory(const char* path);
 /// it remains.
 ZM_API int ZmDeleteDirectory(const char* path);
 
-/// Makes the folders in which the path's last part lies, where they do not exist. The first three characters ("C:\")
-/// are taken as they are.
+/// Makes the folders in which the path's last part lies, where they do not exist. A drive, with the character after it
+/// ("C:\"), is taken as it is.
 ZM_API int ZmCreateFileTree(const char* path);
 
 /// Whether so many bytes may still be written in that folder.
