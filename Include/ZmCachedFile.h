@@ -22,8 +22,8 @@ public:
     /// Always 1. END: the offset is added to the size.
     int Seek(int offset, SeekMode mode) override;
 
-    /// Always `size`, past the end of the file too, where the bytes are whatever the block holds, at first zeros; 0 for
-    /// a closed file.
+    /// Always `size`, past the end of the file too, where the bytes are whatever the block holds, at first zeros. For a
+    /// closed file 0, but for what the block holds: Close() leaves it in memory, and Open() forgets it.
     ///
     /// **A read that begins in the block and runs out of it leaves the position too far**, by the bytes that were
     /// served from the block. That is the contract: callers seek before each read. Do not repair it.

@@ -5,7 +5,7 @@
 // Files and folders. Paths may use both separators on every platform. Results are 1 if it was done and 0 if not, for
 // a null path, too. Any thread.
 
-/// Whether there is a file or a folder of that name.
+/// Whether there is a file or a folder of that name; a folder's may end with a separator.
 ZM_API int ZmFileExist(const char* path);
 
 /// Within one disk. On POSIX systems an existing file of the new name is replaced, on Windows that fails.

@@ -41,6 +41,7 @@ int ConfigurationReader::ReadFile(const char* path)
         Fail("can't open file : ", path);
         return 0;
     }
+    m_Line = 0;
     char buffer[kMaxLine + 1];
     while (file.GetString(buffer, sizeof(buffer))) {
         if (!ReadLine(buffer, buffer + strlen(buffer))) {
@@ -59,6 +60,7 @@ int ConfigurationReader::ReadFile(const char* path)
 // spare (ZmConfigurationFormatTest, TextsAndTheirTrees).
 int ConfigurationReader::ReadText(const char* text, size_t length)
 {
+    m_Line = 0;
     const char* const end = text + length;
     for (const char* begin = text; begin != end;) {
         const size_t most = std::min(size_t(end - begin), size_t(kMaxLine));

@@ -74,8 +74,8 @@ int ZmCachedFile::Open(const char* name, OpenMode mode)
 }
 
 int ZmCachedFile::Close()
+// The block keeps its place: see the header.
 {
-    m_CacheStart = kNoBlock;
     return ZmFile::Close();
 }
 

@@ -22,6 +22,15 @@ std::string Joined(const std::string& directory, const char* name)
 }
 
 bool RemoveTree(const std::string& path)
+// But for those that are a folder of their own: "\\" and "C:\\".
+std::string WithoutLastSeparators(std::string path)
+{
+    while (path.size() > 1 && (path.back() == '/' || path.back() == '\\') && path[path.size() - 2] != ':') {
+        path.pop_back();
+    }
+    return path;
+}
+
 {
     const DWORD attributes = GetFileAttributesA(path.c_str());
     if (attributes == kNoAttributes) {
@@ -99,17 +108,16 @@ bool MakeDirectory(const char* path)
     return _mkdir(path) == 0;
 }
 
+// With a separator at its end the system does not know a folder. A file has no such name.
 bool RemoveDirectory(const char* path)
 {
+    const std::string name = WithoutLastSeparators(path);
     return RemoveDirectoryA(path) != 0;
 }
 
 bool DeleteTree(const char* path)
 {
-    std::string native = path;
-    while (native.size() > 1 && (native.back() == '/' || native.back() == '\\') && native[native.size() - 2] != ':') {
-        native.pop_back();
-    }
+    const std::string native = WithoutLastSeparators(path);
     return !native.empty() && RemoveTree(native);
 }
 
