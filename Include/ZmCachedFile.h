@@ -32,6 +32,7 @@ public:
     /// Writes where the operating system's file stands, not at Position(), and adds to that what was written.
     unsigned int Write(const void* buffer, unsigned int size) override;
 
+    /// Takes regular files only, since reading seeks: a device, a pipe or a folder is refused at once.
     int Open(const char* name, OpenMode mode) override;
     int Close() override;
 

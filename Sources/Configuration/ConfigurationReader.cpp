@@ -1,6 +1,6 @@
 #include "Configuration/ConfigurationReader.h"
 
-#include "ZmFile.h"
+#include "Files/RegularFile.h"
 
 #include <algorithm>
 
@@ -37,7 +37,7 @@ private:
 int ConfigurationReader::ReadFile(const char* path)
 {
     ZmFile file;
-    if (!file.Open(path, ZmFile::OpenMode(ZmFile::READONLY | ZmFile::TEXT))) {
+    if (!OpenRegularFile(file, path, ZmFile::READONLY | ZmFile::TEXT)) {
         Fail("can't open file : ", path);
         return 0;
     }

@@ -1,5 +1,6 @@
 #include "ZmCachedFile.h"
 
+#include "Files/RegularFile.h"
 #include "Logging/LibraryLog.h"
 #include "ZmAligned.h"
 
@@ -70,11 +71,11 @@ int ZmCachedFile::Open(const char* name, OpenMode mode)
 {
     m_CacheStart = kNoBlock;
     m_Position = 0;
-    return ZmFile::Open(name, mode);
+    return zm::OpenRegularFile(*this, name, mode);
 }
 
-int ZmCachedFile::Close()
 // The block keeps its place: see the header.
+int ZmCachedFile::Close()
 {
     return ZmFile::Close();
 }
