@@ -9,7 +9,7 @@ namespace bench {
 
 bool Report::ReportContext(const Context& context)
 {
-    std::fprintf(stderr, "%s; load average %.2f\n", GetProcessorDescription(),
+    std::fprintf(stderr, "%s, %g GHz; load average %.2f\n", GetProcessorBrand(), GetProcessorFrequency() / 1000.0,
                  context.cpu_info.load_avg.empty() ? 0 : context.cpu_info.load_avg.front());
     std::fprintf(stderr, "Measuring; the table comes at the end\n");
     return true;

@@ -3,8 +3,9 @@
 #include "XString.h"
 
 /// Walks over the files of a folder whose names match a pattern with '*' and '?', and over those of its subfolders, in
-/// the system's order: first the folder's own files, then one subfolder after the other. "*.*" matches every name; "."
-/// and ".." are never results; dot files are files as others. The case of names counts as it does on the platform.
+/// the system's order: first the folder's own files, then one subfolder after the other. ".*" at the end of a pattern
+/// matches no extension, too: "*.*" is every name, and "readme.*" finds "readme". "." and ".." are never results; dot
+/// files are files as others. The case of names counts as it does on the platform.
 ///
 ///     RKDirectoryParser files("data", "*.bmp", 1, 0);
 ///     while (const char* path = files.GetNextFile()) { ... }

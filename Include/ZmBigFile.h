@@ -36,11 +36,14 @@ public:
     ZmBigFile& operator=(const ZmBigFile&) = delete;
 
     /// Forgets everything, and opens an archive. Where there is no file, an empty one is made. 0 if that fails or if
-    /// the file is no archive; the object is closed then.
+    /// the file is no archive, or no file of the disk; the object is closed then.
     ///
     /// **Without `keepOrder` the entries are found but not saved**: the order, which Save() and SaveIndex() follow,
     /// stays empty. For archives that are only read.
     ZM_API int Open(const char* name, int keepOrder);
+
+    /// As Open(), but makes no file: 0 where there is none, as after a slip of the keyboard. For what only reads.
+    ZM_API int OpenExisting(const char* name, int keepOrder = 1);
 
     /// Looks up the name and extension of a path; its drive and directory do not count. So an entry whose own name has
     /// a directory is not found: see GetEntryFile().
@@ -52,7 +55,8 @@ public:
     /// Adds a file of the disk: at once, or with `deferLoad` when the archive is saved. An entry of that name is
     /// refilled in its place with `replace`; without, nothing is done.
     ///
-    /// **A file that cannot be read leaves an empty entry**, and the result is 0. Files of 2 GiB and more are refused.
+    /// **A file that cannot be read leaves an empty entry**, and the result is 0; what is no file of the disk, such as
+    /// a pipe, counts as one. Files of 2 GiB and more are refused.
     ZM_API int Append(const char* name, const char* path, int deferLoad, int replace);
 
     /// Adds a copy of bytes. 0 if there is an entry of that name.
@@ -108,6 +112,8 @@ private:
     typedef XHashTable<Entry*, XBaseString, NameHash, XEqual<XString>> NameTable;
 
     void Discard();
+    int DiscardUnless(bool done);
+    bool OpenToRead(const char* name, int keepOrder);
     bool ReadArchive();
     bool ReadIndex(unsigned int indexSize, unsigned int fileSize);
     Entry* NewEntry(const char* name, int length);
@@ -117,7 +123,7 @@ private:
     void RemoveFromOrder(const Entry* entry);
 
     bool CanBeSaved(unsigned int& indexSize);
-    bool WriteFile(const char* path, unsigned int indexSize, ProgressionCallback* progress);
+    bool WriteFile(const char* path, bool regular, unsigned int indexSize, ProgressionCallback* progress);
     bool WriteArchive(ZmFile& output, unsigned int indexSize, ProgressionCallback* progress);
     bool WriteIndex(ZmFile& output, unsigned int indexSize) const;
     bool WriteBytes(ZmFile& output, const Entry& entry);

@@ -22,8 +22,8 @@ public:
     /// Always 1. END: the offset is added to the size.
     int Seek(int offset, SeekMode mode) override;
 
-    /// Always `size`, past the end of the file too, where the bytes are whatever the block holds, at first zeros; 0 for
-    /// a closed file.
+    /// Always `size`, past the end of the file too, where the bytes are whatever the block holds, at first zeros. For a
+    /// closed file 0, but for what the block holds: Close() leaves it in memory, and Open() forgets it.
     ///
     /// **A read that begins in the block and runs out of it leaves the position too far**, by the bytes that were
     /// served from the block. That is the contract: callers seek before each read. Do not repair it.
@@ -32,6 +32,7 @@ public:
     /// Writes where the operating system's file stands, not at Position(), and adds to that what was written.
     unsigned int Write(const void* buffer, unsigned int size) override;
 
+    /// Takes regular files only, since reading seeks: a device, a pipe or a folder is refused at once.
     int Open(const char* name, OpenMode mode) override;
     int Close() override;
 

@@ -46,8 +46,9 @@ public:
     ZM_API void WriteStringEntry(const char* name, const char* value);
 
     /// Copies a value to `value`, which has room for kMaxValue bytes, and returns its bytes with the terminator. -1,
-    /// and `value` stays as it is, if there is no such text, if it is too long or may not be read, or if no section is
-    /// open.
+    /// and `value` stays as it is, if there is no such value, if it is too long or may not be read, or if no section is
+    /// open. What others have stored in the registry is given as it is, whatever its type; behind bytes without a
+    /// terminator stands one that is not counted, if there are fewer than kMaxValue.
     ZM_API int ReadStringEntry(const char* name, char* value) const;
 
 private:

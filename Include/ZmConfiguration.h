@@ -12,7 +12,7 @@
 /// **The text format** has one line for each entry, "name = value", and tags for sections, "<name>" and "</name>";
 /// Documentation/ConfigurationFormat.md describes it. It has no quoting. What it cannot hold is lost or read
 /// differently:
-/// - line feeds, and a carriage return at the end of a value;
+/// - line feeds, and a carriage return at the end of a value; every other byte but NUL may stand in one;
 /// - blanks and tabs around the names and values of entries;
 /// - names of entries that contain '=' or begin with '#' or '<';
 /// - names of sections that begin with '/';
@@ -99,9 +99,9 @@ public:
     /// @}
 
     /// Clears the main tree and reads it from a file: 1, and `error` is "OK"; or 0, and `error` says why. What stands
-    /// before the faulty line stays in the tree. `line` is the number of lines before that line, or of all lines.
-    /// Sections that are opened again go on, and of two entries with one name the first wins. Files may end their lines
-    /// with LF or CR LF.
+    /// before the faulty line stays in the tree. `line` is the number of lines before that line, or of all lines; it
+    /// stays as it is when no file could be opened. Sections that are opened again go on, and of two entries with one
+    /// name the first wins. Files may end their lines with LF or CR LF. A folder, a device or a pipe is no such file.
     ZM_API int BuildFromFile(const char* filename, int& line, XString& error);
 
     /// The same from a text. **The last line is not read**, whether a line feed follows it or not; and a carriage

@@ -6,6 +6,11 @@
 #include <stdint.h>
 #include <stdio.h>
 
+class ZmFile;
+namespace zm {
+int OpenRegularFile(ZmFile& file, const char* name, int mode);
+}
+
 /// A stream over a buffered file of the C library. Paths may use both separators on every platform.
 ///
 /// A closed file refuses everything: it reads, writes, seeks and formats nothing (0; Flush and Printf give EOF), its
@@ -15,8 +20,12 @@ public:
     /// An access, plus TEXT. Every other value opens as READONLY does. WRITEONLY makes an empty file; READWRITE needs a
     /// file; both APPEND forms write at the end and make the file if there is none.
     ///
-    /// Text files end their lines as the platform does. Where that is LF, GetString() still reads files with CR LF as
-    /// they read elsewhere.
+    /// Text files end their lines as the platform does; GetString() reads CR LF as LF on every platform. Where lines
+    /// end with CR LF, Read() and ReadItems() do the same in text modes; Position(), Seek(), Size() and Scanf() count
+    /// and see bytes everywhere. All other bytes are read as they stand, 0x1A too.
+    ///
+    /// A folder opens in no mode. READONLY, WRITEONLY and APPEND take devices and pipes as the system does, which lets
+    /// the opening of a named pipe wait for its other end. READWRITE and APPENDREAD refuse them at once.
     enum OpenMode : int {
         READONLY = 1,    ///< reading
         WRITEONLY = 2,   ///< writing an empty file
@@ -46,7 +55,8 @@ public:
     /// Closes the file.
     virtual ~ZmFile();
 
-    /// Closes what is open, and opens the named file: 1, or 0 if that fails. Null is an empty name.
+    /// Closes what is open, and opens the named file: 1, or 0 if that fails. Null is an empty name. Programs that this
+    /// one starts do not inherit it.
     virtual int Open(const char* name, OpenMode mode);
     /// 1, also for a closed file; 0 if buffered data could not be written. The file is closed in any case.
     virtual int Close();
@@ -73,12 +83,14 @@ protected:
 
 private:
     friend class ZmFileListener;
+    friend int zm::OpenRegularFile(ZmFile& file, const char* name, int mode);
     struct OpenedFile;
 
     /// As Write() and Flush(): a line of a log costs hardly more than the system's call. For files that are written in
     /// no other way.
     bool WriteLine(const char* text, unsigned int length);
 
+    int OpenAs(const char* name, OpenMode mode, bool regular);
     FILE* Stream() const;
     void Share(const ZmFile& src);
     void Forget();

@@ -5,7 +5,7 @@
 // Files and folders. Paths may use both separators on every platform. Results are 1 if it was done and 0 if not, for
 // a null path, too. Any thread.
 
-/// Whether there is a file or a folder of that name.
+/// Whether there is a file or a folder of that name; a folder's may end with a separator.
 ZM_API int ZmFileExist(const char* path);
 
 /// Within one disk. On POSIX systems an existing file of the new name is replaced, on Windows that fails.
@@ -24,8 +24,8 @@ ZM_API int ZmRemoveDirectory(const char* path);
 /// it remains.
 ZM_API int ZmDeleteDirectory(const char* path);
 
-/// Makes the folders in which the path's last part lies, where they do not exist. The first three characters ("C:\")
-/// are taken as they are.
+/// Makes the folders in which the path's last part lies, where they do not exist. A drive, with the character after it
+/// ("C:\"), is taken as it is.
 ZM_API int ZmCreateFileTree(const char* path);
 
 /// Whether so many bytes may still be written in that folder.

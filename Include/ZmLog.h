@@ -65,7 +65,8 @@ public:
     /// Says where the next messages come from. A null file reads as empty.
     ZM_API ZmLog& SetInformation(int module, Level level, int line, const char* file);
 
-    /// Formats a message as printf() does and hands it to the listeners, which may print in turn.
+    /// Formats a message as printf() does and hands it to the listeners, which may print in turn. Of a format that
+    /// printf() refuses, such as "100%", the message is the format itself.
     ZM_API void Print(const char* format, ...) ZM_PRINTF(2, 3);
 
     /// The pair for threads. Each call of the first must be followed by one of the second, in the same thread.
@@ -86,6 +87,7 @@ private:
     void VPrint(const char* format, va_list arguments);
     const char* Format(const char* format, va_list arguments);
     const char* FormatAny(const char* format, va_list arguments);
+    const char* CopyText(const char* text);
     bool GrowBuffer(int needed);
     void Dispatch(const char* text);
 

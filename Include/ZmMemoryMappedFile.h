@@ -7,7 +7,7 @@
 /// How far the mapping of a file came.
 enum ZmMMF_Error {
     ZmMMF_NoError = 0,      ///< mapped
-    ZmMMF_FileOpen = 1,     ///< no such file, or it may not be read
+    ZmMMF_FileOpen = 1,     ///< no such file, or it may not be read, or it is a folder, a device or a pipe
     ZmMMF_FileMapping = 2,  ///< an empty file, for example
     ZmMMF_MapView = 3       ///< no room for it among the addresses, for example
 };

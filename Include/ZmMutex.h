@@ -2,6 +2,10 @@
 
 #include "ZmApi.h"
 
+namespace zm {
+class OwnMutexHolder;
+}
+
 /// A recursive lock: the thread that holds it may enter again, and leaves as many times as it
 /// entered. The one lock of the library. Uncontended, entering and leaving stay in the process.
 class ZmMutex {
@@ -35,6 +39,8 @@ public:
     int operator--(int) { return LeaveMutex(); }
 
 private:
+    friend class zm::OwnMutexHolder;
+
     void* m_Lock;  ///< the operating system's lock, in a block of its own
 };
 

@@ -33,6 +33,11 @@ enum : uint32_t {
 /// belongs to the library and must not be changed.
 ZM_API char* GetProcessorDescription();
 
+/// What the processor calls itself, by its makers whoever they are, without blanks at its ends:
+/// at most 48 characters; empty where it has no such text. For people to read: the description
+/// above knows the processors of its day, and counts newer ones as the last of their line.
+ZM_API const char* GetProcessorBrand();
+
 /// The feature word: EDX of CPUID leaf 1, with the SSE bit cleared where the operating
 /// system does not support SSE. Vector paths are chosen by it at every call.
 ZM_API unsigned long GetProcessorFeatures();

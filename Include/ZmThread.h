@@ -67,15 +67,21 @@ public:
     /// Ends the thread where it stands, with that exit code or 0 for null. 1, also for a thread that has ended already,
     /// which keeps its exit code; 0 without a handle, or if the system did not do it. Only a last resort: no destructor
     /// of the thread runs, and what it holds (locks, memory, the heap's own lock) stays held for ever. The flags stay
-    /// as they were. It may not have ended yet when this returns: Wait(). On Linux it is stopped by a real-time signal,
-    /// which it must not block.
+    /// as they were. It may not have ended yet when this returns: Wait().
+    ///
+    /// On Linux it is stopped by a real-time signal, which it must not block, and not before it has left the locks of
+    /// the library itself: those of strings, the allocator, the log (up to the end of PrintMT()), the registry of
+    /// threads, environment variables and settings. So others may go on with all of these; a string that it was just
+    /// changing is lost. **On Windows the system ends it at once, also inside the library**: then strings or the log
+    /// may make every other thread wait for ever, and all that is left to do is to end the process.
     int Terminate(const unsigned int* exitCode);
 
     /// Gives the handle back and forgets the thread, which goes on if it runs; nothing tells its end then, so the
     /// object must stay. After that it is as new, but for its name and the joinable flag.
     void Close();
 
-    /// Before the thread is created; afterwards ignored.
+    /// Before the thread is created; afterwards ignored. The name is also the system's, for debuggers and process
+    /// viewers: its first 15 bytes on Linux, on Windows where the system has names for threads.
     /// @{
     void SetName(const char* name);
     void SetPriority(unsigned int priority);  ///< a Priority; 7 and more leave the thread as the system makes it

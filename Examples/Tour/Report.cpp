@@ -127,7 +127,9 @@ void PrintTimes(const std::vector<Tour::StageTime>& times)
 
 void PrintReport(const Tour& tour)
 {
-    std::printf("Processor   %s\n", WithSingleSpaces(GetProcessorDescription()).c_str());
+    const bool hasBrand = *GetProcessorBrand() != '\0';
+    std::printf("Processor   %s\n",
+                WithSingleSpaces(hasBrand ? GetProcessorBrand() : GetProcessorDescription()).c_str());
     PrintScene(tour);
     std::printf("Drawn       %zu triangles, %zu vertices transformed\n", tour.Counts.Triangles, tour.Counts.Vertices);
     PrintFrames(tour);

@@ -1,6 +1,6 @@
 #include "Configuration/ConfigurationReader.h"
 
-#include "ZmFile.h"
+#include "Files/RegularFile.h"
 
 #include <algorithm>
 
@@ -37,10 +37,11 @@ private:
 int ConfigurationReader::ReadFile(const char* path)
 {
     ZmFile file;
-    if (!file.Open(path, ZmFile::OpenMode(ZmFile::READONLY | ZmFile::TEXT))) {
+    if (!OpenRegularFile(file, path, ZmFile::READONLY | ZmFile::TEXT)) {
         Fail("can't open file : ", path);
         return 0;
     }
+    m_Line = 0;
     char buffer[kMaxLine + 1];
     while (file.GetString(buffer, sizeof(buffer))) {
         if (!ReadLine(buffer, buffer + strlen(buffer))) {
@@ -59,6 +60,7 @@ int ConfigurationReader::ReadFile(const char* path)
 // spare (ConfigurationFormatTest, TextsAndTheirTrees).
 int ConfigurationReader::ReadText(const char* text, size_t length)
 {
+    m_Line = 0;
     const char* const end = text + length;
     for (const char* begin = text; begin != end;) {
         const size_t most = std::min(size_t(end - begin), size_t(kMaxLine));

@@ -45,11 +45,11 @@ void ZmConfig::WriteStringEntry(const char* name, const char* value)
 
 int ZmConfig::ReadStringEntry(const char* name, char* value) const
 {
-    char text[kMaxValue];
+    char text[kMaxValue] = {};
     const int size = m_Section != nullptr ? zm::ReadSetting(m_Section, Text(name), text, kMaxValue) : -1;
-    if (size <= 0 || text[size - 1] != 0) {  // others may have stored what is no text
-        return -1;
+    if (size >= 0) {
+        const bool needsEnd = size < kMaxValue && (size == 0 || text[size - 1] != 0);
+        memcpy(value, text, size_t(size) + needsEnd);
     }
-    memcpy(value, text, size_t(size));
     return size;
 }

@@ -181,7 +181,6 @@ int ZmConfiguration::BuildFromFile(const char* filename, int& line, XString& err
 {
     const std::string path = filename != nullptr ? filename : "";  // it may be a value of the tree
     Clear();
-    line = 0;
     if (filename == nullptr) {
         error = "null filename";
         return 0;
@@ -195,7 +194,6 @@ int ZmConfiguration::BuildFromMemory(const char* text, int& line, XString& error
     const size_t length = text != nullptr ? strlen(text) : 0;
     const std::string copy(text, length <= size_t(XBaseString::kMaxLength) ? length : 0);
     Clear();
-    line = 0;
     return zm::ConfigurationReader(*m_Root, line, error).ReadText(copy.empty() ? text : copy.data(), length);
 }
 

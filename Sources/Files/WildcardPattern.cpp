@@ -16,9 +16,6 @@ bool MatchesPattern(const char* name, const char* pattern)
 // as they could only take what the last one can.
 bool MatchesPattern(const char* name, const char* pattern, bool ignoreCase)
 {
-    if (strcmp(pattern, "*.*") == 0) {
-        return true;
-    }
     const char *afterStar = nullptr, *taken = nullptr;
     while (*name != 0) {
         const bool same = *pattern == *name || (ignoreCase && ToLower(*pattern) == ToLower(*name));
@@ -38,7 +35,8 @@ bool MatchesPattern(const char* name, const char* pattern, bool ignoreCase)
     while (*pattern == '*') {
         ++pattern;
     }
-    return *pattern == 0;
+    // A name without an extension has an empty one: "*.*" is every name, and "readme.*" is "readme", too.
+    return *pattern == 0 || strcmp(pattern, ".*") == 0;
 }
 
 }  // namespace zm

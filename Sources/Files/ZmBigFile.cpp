@@ -1,6 +1,7 @@
 #include "ZmBigFile.h"
 
 #include "Files/BigFileEntry.h"
+#include "Files/RegularFile.h"
 #include "Foundations/Characters.h"
 #include "Logging/LibraryLog.h"
 #include "ZmPath.h"
@@ -34,13 +35,6 @@ bool AppendLowerCase(XString& res, const char* name)
     res << text;
     res.ToLower();
     return true;
-}
-
-/// On POSIX systems a folder opens as a file does.
-bool OpensAsFile(ZmFile& file, const char* path)
-{
-    constexpr unsigned int kTypeMask = 0xF000, kFolder = 0x4000;
-    return (ZmFile::GetFileMode(path) & kTypeMask) != kFolder && file.Open(path, ZmFile::READONLY) != 0;
 }
 
 constexpr uint64_t Repeated(unsigned char byte)
@@ -148,23 +142,34 @@ void ZmBigFile::Discard()
 
 int ZmBigFile::Open(const char* name, int keepOrder)
 {
+    if (OpenToRead(name, keepOrder)) {
+        return DiscardUnless(ReadArchive());
+    }
+    // In a mode that makes a file and never empties one: another process may just have made it.
+    const char* path = m_FileName.Text();
+    return DiscardUnless(ZmFile::GetFileMode(path) == 0 && m_File.Open(path, ZmFile::APPEND) != 0);
+}
+
+int ZmBigFile::OpenExisting(const char* name, int keepOrder)
+{
+    return DiscardUnless(OpenToRead(name, keepOrder) && ReadArchive());
+}
+
+bool ZmBigFile::OpenToRead(const char* name, int keepOrder)
+{
     const XString path(name);  // it may be this object's own
     Discard();
     m_FileName = path;
     m_KeepsOrder = keepOrder != 0;
-    if (!OpensAsFile(m_File, path.Text())) {
-        // In a mode that makes a file and never empties one: another process may just have made it.
-        if (ZmFile::GetFileMode(path.Text()) != 0 || !m_File.Open(path.Text(), ZmFile::APPEND)) {
-            Discard();
-            return 0;
-        }
-        return 1;
-    }
-    if (!ReadArchive()) {
+    return m_File.Open(path.Text(), ZmFile::READONLY) != 0;
+}
+
+int ZmBigFile::DiscardUnless(bool done)
+{
+    if (!done) {
         Discard();
-        return 0;
     }
-    return 1;
+    return done;
 }
 
 bool ZmBigFile::ReadArchive()
@@ -283,7 +288,7 @@ int ZmBigFile::Append(const char* name, const char* path, int deferLoad, int rep
         return 0;
     }
     ZmFile file;
-    const bool opened = OpensAsFile(file, path);
+    const bool opened = zm::OpenRegularFile(file, path, ZmFile::READONLY) != 0;
     const unsigned int size = file.Size();
     if (size > zm::kLargestArchive) {
         zm::Warn(__LINE__, "ZmBigFile", "File %s is too large for a big file", path);

@@ -1,4 +1,5 @@
 #include "Files/BigFileEntry.h"
+#include "Files/RegularFile.h"
 #include "Logging/LibraryLog.h"
 #include "Platform/OsFiles.h"
 #include "ZmAllocator.h"
@@ -88,10 +89,10 @@ int ZmBigFile::Save(const char* path, ProgressionCallback* progress)
     }
     const char* target = inPlace ? m_FileName.Text() : path;
     if (IsNoFile(target)) {
-        return WriteFile(target, indexSize, progress);
+        return WriteFile(target, false, indexSize, progress);
     }
     const std::string temporary = std::string(target) + ".tmp";
-    if (!WriteFile(temporary.c_str(), indexSize, progress)) {
+    if (!WriteFile(temporary.c_str(), true, indexSize, progress)) {
         return 0;
     }
     const bool wasOpen = m_File.IsValid() != 0;
@@ -132,10 +133,10 @@ bool ZmBigFile::CanBeSaved(unsigned int& indexSize)
     return true;
 }
 
-bool ZmBigFile::WriteFile(const char* path, unsigned int indexSize, ProgressionCallback* progress)
+bool ZmBigFile::WriteFile(const char* path, bool regular, unsigned int indexSize, ProgressionCallback* progress)
 {
     ZmFile output;
-    if (!output.Open(path, ZmFile::WRITEONLY)) {
+    if (!(regular ? zm::OpenRegularFile(output, path, ZmFile::WRITEONLY) : output.Open(path, ZmFile::WRITEONLY))) {
         zm::Warn(__LINE__, kSourceName, "File %s cannot be made: nothing is saved", path);
         return false;
     }
@@ -144,7 +145,7 @@ bool ZmBigFile::WriteFile(const char* path, unsigned int indexSize, ProgressionC
         return true;
     }
     zm::Warn(__LINE__, kSourceName, "File %s cannot be written whole: nothing is saved", path);
-    if (!IsNoFile(path)) {
+    if (regular) {
         zm::DeleteFilePath(path);
     }
     return false;

@@ -1,5 +1,6 @@
 #include "ZmCachedFile.h"
 
+#include "Files/RegularFile.h"
 #include "Logging/LibraryLog.h"
 #include "ZmAligned.h"
 
@@ -70,12 +71,12 @@ int ZmCachedFile::Open(const char* name, OpenMode mode)
 {
     m_CacheStart = kNoBlock;
     m_Position = 0;
-    return ZmFile::Open(name, mode);
+    return zm::OpenRegularFile(*this, name, mode);
 }
 
+// The block keeps its place: see the header.
 int ZmCachedFile::Close()
 {
-    m_CacheStart = kNoBlock;
     return ZmFile::Close();
 }
 

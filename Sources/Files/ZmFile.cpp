@@ -1,5 +1,6 @@
 #include "ZmFile.h"
 
+#include "Files/RegularFile.h"
 #include "Platform/OsFiles.h"
 
 #include <algorithm>
@@ -26,12 +27,18 @@ struct ZmFile::OpenedFile {
                 zm::SeekFile(file->stream, 0, SEEK_CUR);
             }
             file->direction = direction;
+            if (file->isText) {
+                zm::TurnText(file->stream, direction == WRITING);
+            }
         }
         return file->stream;
     }
 
+    /// Whether counted characters are read as a system with CR LF reads text.
+    bool DropsReturns() const { return isText && zm::kTextReadsDropReturns; }
+
     FILE* stream;  ///< null when one of them has closed it
-    bool dropsReturns;
+    bool isText;
     Direction direction;
     int owners;
     char buffer[32768];  ///< the C library's own is so small that it splits writes of this size
@@ -75,6 +82,34 @@ void DropReturn(char* text, unsigned int size, FILE* stream)
             ungetc(next, stream);
         }
     }
+}
+
+// Of what was read behind the first `length` characters; the length without.
+size_t DropReturns(char* text, size_t length, size_t end, FILE* stream)
+{
+    for (size_t i = length; i < end; ++i) {
+        if (text[i] == '\r') {
+            const int next = i + 1 < end ? text[i + 1] : ungetc(getc(stream), stream);
+            if (next == '\n') {
+                continue;
+            }
+        }
+        text[length++] = text[i];
+    }
+    return length;
+}
+
+size_t ReadText(char* res, uint64_t size, FILE* stream)
+{
+    size_t length = 0;
+    while (length < size) {
+        const size_t read = fread(res + length, 1, size_t(size) - length, stream);
+        if (read == 0) {
+            break;
+        }
+        length = DropReturns(res, length, length + read, stream);
+    }
+    return length;
 }
 
 }  // namespace
@@ -125,25 +160,36 @@ void ZmFile::Forget()
     m_File = nullptr;
 }
 
+// What both reads and writes seeks in between, and can do so in regular files only.
 int ZmFile::Open(const char* name, OpenMode mode)
+{
+    return OpenAs(name, mode, strchr(ModeString(mode), '+') != nullptr);
+}
+
+int zm::OpenRegularFile(ZmFile& file, const char* name, int mode)
+{
+    return file.OpenAs(name, ZmFile::OpenMode(mode), true);
+}
+
+int ZmFile::OpenAs(const char* name, OpenMode mode, bool regular)
 {
     if (Stream() != nullptr) {
         Close();
     }
     Forget();
     const char* modeString = ModeString(mode);
-    FILE* stream = zm::OpenFile(name != nullptr ? name : "", modeString);
+    FILE* stream =
+        zm::OpenFile(name != nullptr ? name : "", modeString, regular ? zm::FileKind::REGULAR : zm::FileKind::ANY);
     if (stream == nullptr) {
         return 0;
     }
-    const bool text = strchr(modeString, 'b') == nullptr;
     m_File = new (std::nothrow) OpenedFile;
     if (m_File == nullptr) {
         fclose(stream);
         return 0;
     }
     m_File->stream = stream;
-    m_File->dropsReturns = text && !zm::kTextModesDropReturns;
+    m_File->isText = strchr(modeString, 'b') == nullptr;
     m_File->direction = OpenedFile::NONE;
     m_File->owners = 1;
     setvbuf(stream, m_File->buffer, _IOFBF, sizeof(m_File->buffer));
@@ -202,7 +248,12 @@ void ZmFile::SeekTo(unsigned int position)
 unsigned int ZmFile::Read(void* buffer, unsigned int size)
 {
     FILE* stream = OpenedFile::Turn(m_File, OpenedFile::READING);
-    return stream != nullptr && fread(buffer, size, 1, stream) == 1 ? size : 0;
+    if (stream == nullptr) {
+        return 0;
+    }
+    const bool whole = m_File->DropsReturns() ? ReadText(static_cast<char*>(buffer), size, stream) == size
+                                              : fread(buffer, size, 1, stream) == 1;
+    return whole ? size : 0;
 }
 
 unsigned int ZmFile::Write(const void* buffer, unsigned int size)
@@ -223,7 +274,7 @@ int ZmFile::GetString(char* buffer, unsigned int size)
     if (stream == nullptr || size == 0 || fgets(buffer, int(std::min(size, unsigned(INT32_MAX))), stream) == nullptr) {
         return 0;
     }
-    if (m_File->dropsReturns && size > 1) {
+    if (m_File->isText && size > 1) {
         DropReturn(buffer, size, stream);
     }
     return 1;
@@ -270,7 +321,11 @@ unsigned int ZmFile::Scanf(const char* format, ...)
 unsigned int ZmFile::ReadItems(void* buffer, unsigned int size, unsigned int count)
 {
     FILE* stream = OpenedFile::Turn(m_File, OpenedFile::READING);
-    return stream != nullptr ? unsigned(fread(buffer, size, count, stream)) : 0;
+    if (stream == nullptr || size == 0) {
+        return 0;
+    }
+    return unsigned(m_File->DropsReturns() ? ReadText(static_cast<char*>(buffer), uint64_t(size) * count, stream) / size
+                                           : fread(buffer, size, count, stream));
 }
 
 unsigned int ZmFile::GetFileMode(const char* name)

@@ -11,6 +11,13 @@ bool IsSeparator(char c)
     return c == '\\' || c == '/';
 }
 
+// What stands before the first folder to be made: a drive with its separator ("C:\"), or the root.
+size_t LengthOfRoot(const std::string& path)
+{
+    const bool letter = !path.empty() && ((path[0] | 0x20) >= 'a' && (path[0] | 0x20) <= 'z');
+    return letter && path[1] == ':' ? 3 : 1;
+}
+
 }  // namespace
 
 int ZmFileExist(const char* path)
@@ -45,12 +52,11 @@ int ZmDeleteDirectory(const char* path)
 
 int ZmCreateFileTree(const char* path)
 {
-    constexpr size_t kAfterDrive = 3;
     if (path == nullptr) {
         return 0;
     }
     std::string folder = path;
-    for (size_t i = kAfterDrive; i < folder.size(); ++i) {
+    for (size_t i = LengthOfRoot(folder); i < folder.size(); ++i) {
         // Of two separators the first counts: the system may not know a folder by a name that ends with one.
         if (!IsSeparator(folder[i]) || IsSeparator(folder[i - 1])) {
             continue;

@@ -30,11 +30,11 @@ SmallBlocks g_Small;
 std::atomic<bool> g_Taken{false};
 
 /// Holds pages and counters while it lives: for a few instructions, so waiting threads spin. A process with one
-/// thread is spared the locked instruction, which would cost as much as all the rest. Destructors that run at the end
-/// of a process do not wait for a thread that was ended in here.
+/// thread is spared the locked instruction, which would cost as much as all the rest. A thread that is terminated
+/// leaves first; destructors that run at the end of a process do not wait for one that the system has ended in here.
 class Holder {
 public:
-    Holder() : m_Locks(!IsOnlyThread())
+    explicit Holder(const StopDelay& delay) : m_Locks(delay.OthersRun())
     {
         while (m_Locks && g_Taken.exchange(true, std::memory_order_acquire) && !OtherThreadsAreEnded()) {
             YieldThread();
@@ -50,7 +50,7 @@ public:
     Holder& operator=(const Holder&) = delete;
 
 private:
-    bool m_Locks;
+    const bool m_Locks;
 };
 
 void CountNew(size_t bytes)
@@ -72,10 +72,11 @@ void CountDelete(size_t bytes)
 
 char* NewCountedHeapText(size_t size, bool countHeapSize)
 {
+    const StopDelay delay;  // the heap has locks, too
     char* text = static_cast<char*>(malloc(size));
     if (text != nullptr) {
         const size_t bytes = countHeapSize ? HeapBlockSize(text) : size;
-        Holder holder;
+        const Holder holder(delay);
         CountNew(bytes);
     }
     return text;
@@ -83,8 +84,9 @@ char* NewCountedHeapText(size_t size, bool countHeapSize)
 
 void DeleteCountedHeapText(char* text, size_t bytes)
 {
+    const StopDelay delay;
     {
-        Holder holder;
+        const Holder holder(delay);
         CountDelete(bytes);
     }
     free(text);
@@ -97,7 +99,8 @@ char* NewText(size_t size)
     if (size > kLargestInPages) {
         return NewCountedHeapText(size, false);
     }
-    Holder holder;
+    const StopDelay delay;
+    const Holder holder(delay);
     void* text = g_Small.Take(size);
     if (text != nullptr) {
         CountNew(size);
@@ -114,7 +117,8 @@ void DeleteText(char* text, size_t size)
         DeleteCountedHeapText(text, size);
         return;
     }
-    Holder holder;
+    const StopDelay delay;
+    const Holder holder(delay);
     CountDelete(size);
     g_Small.GiveBack(text, size);
 }
@@ -136,7 +140,8 @@ void* NewRecord(size_t size)
     if (size > kLargestInPages) {
         return malloc(size);
     }
-    Holder holder;
+    const StopDelay delay;
+    const Holder holder(delay);
     return g_Small.Take(size);
 }
 
@@ -145,14 +150,16 @@ void DeleteRecord(void* record, size_t size)
     if (size > kLargestInPages) {
         free(record);
     } else if (record != nullptr) {
-        Holder holder;
+        const StopDelay delay;
+        const Holder holder(delay);
         g_Small.GiveBack(record, size);
     }
 }
 
 TextPages CopyStringStats(ZmAllocator::Stats& res)
 {
-    Holder holder;
+    const StopDelay delay;
+    const Holder holder(delay);
     res.StringCount = g_Stats.StringCount;
     res.PeakStringCount = g_Stats.PeakStringCount;
     res.TotalStringCount = g_Stats.TotalStringCount;
@@ -164,7 +171,8 @@ TextPages CopyStringStats(ZmAllocator::Stats& res)
 
 void FreeTextPages()
 {
-    Holder holder;
+    const StopDelay delay;
+    const Holder holder(delay);
     g_Small.FreePages();
 }
 

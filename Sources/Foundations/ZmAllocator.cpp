@@ -5,9 +5,9 @@
 #include "Foundations/StringStorage.h"
 #include "Platform/FirstUse.h"
 #include "Platform/OsFiles.h"
+#include "Platform/OwnMutexHolder.h"
 #include "XFixedSizeAllocator.h"
 #include "ZmAligned.h"
-#include "ZmMutex.h"
 
 #include <algorithm>
 #include <atomic>
@@ -58,7 +58,7 @@ public:
     Inside& operator=(const Inside&) = delete;
 
 private:
-    ZmMutexHolder m_Holder;
+    zm::OwnMutexHolder m_Holder;
     int& m_Depth;
 };
 
@@ -131,7 +131,7 @@ void ZmAllocator::ReleaseString(char* string)
 void* ZmAllocator::AllocateMemory(unsigned int size)
 {
     if (!IsDestroyed()) {
-        ZmMutexHolder lock(m_Parts->mutex);
+        zm::OwnMutexHolder lock(m_Parts->mutex);
         if (m_Parts->depth == 0) {
             zm::g_Stats.CurrentBytes = WrappingSum(zm::g_Stats.CurrentBytes, size);
             zm::g_Stats.TotalBytes = WrappingSum(zm::g_Stats.TotalBytes, size);
@@ -145,7 +145,7 @@ void* ZmAllocator::AllocateMemory(unsigned int size)
 void ZmAllocator::ReleaseMemory(void* block)
 {
     if (!IsDestroyed()) {
-        ZmMutexHolder lock(m_Parts->mutex);
+        zm::OwnMutexHolder lock(m_Parts->mutex);
         if (m_Parts->depth == 0) {
             // Only clamped, never reduced by what is freed: callers know the figure so.
             zm::g_Stats.CurrentBytes = std::max(zm::g_Stats.CurrentBytes, 0);
@@ -176,7 +176,7 @@ unsigned int ZmAllocator::GetAllocatedScratchMemory()
     if (IsDestroyed()) {
         return 0;
     }
-    ZmMutexHolder lock(m_Parts->mutex);
+    zm::OwnMutexHolder lock(m_Parts->mutex);
     return unsigned(std::min(m_Parts->scratch.TotalSize(), uint64_t(UINT_MAX)));
 }
 
@@ -185,7 +185,7 @@ int ZmAllocator::GetAllocatedScratchCount()
     if (IsDestroyed()) {
         return 0;
     }
-    ZmMutexHolder lock(m_Parts->mutex);
+    zm::OwnMutexHolder lock(m_Parts->mutex);
     return m_Parts->scratch.Count();
 }
 
@@ -200,7 +200,7 @@ void ZmAllocator::ReleaseUnusedScratch()
 XString* ZmAllocator::AllocateScratchString()
 {
     if (!IsDestroyed()) {
-        ZmMutexHolder lock(m_Parts->mutex);
+        zm::OwnMutexHolder lock(m_Parts->mutex);
         XArray<XString*>& strings = m_Parts->strings;
         if (!strings.IsEmpty()) {
             XString* string = strings.Back();
@@ -217,7 +217,7 @@ void ZmAllocator::ReleaseScratchString(XString* string)
         return;
     }
     if (!IsDestroyed()) {
-        ZmMutexHolder lock(m_Parts->mutex);
+        zm::OwnMutexHolder lock(m_Parts->mutex);
         if (m_Parts->strings.PushBack(string)) {
             return;
         }
@@ -233,7 +233,7 @@ void* ZmAllocator::AllocatePool(unsigned int size)
     if (IsDestroyed()) {
         return malloc(size);
     }
-    ZmMutexHolder lock(m_Parts->mutex);
+    zm::OwnMutexHolder lock(m_Parts->mutex);
     std::unique_ptr<XFixedSizeAllocator>& pool = m_Parts->pools[PoolOf(size)];
     if (pool == nullptr) {
         pool.reset(new (std::nothrow) XFixedSizeAllocator(int(PoolOf(size) * kPoolGrain), kPoolPageSize));
@@ -246,7 +246,7 @@ void ZmAllocator::ReleasePool(unsigned int size, void* block)
     if (block == nullptr || size == 0 || size > kLargestPoolBlock || IsDestroyed()) {
         return;
     }
-    ZmMutexHolder lock(m_Parts->mutex);
+    zm::OwnMutexHolder lock(m_Parts->mutex);
     if (XFixedSizeAllocator* pool = m_Parts->pools[PoolOf(size)].get()) {
         pool->Free(block);
     }
@@ -262,7 +262,7 @@ void ZmAllocator::DumpStats(const char* fileName)
 {
     zm::AllocatorFigures figures;
     if (!IsDestroyed()) {
-        ZmMutexHolder lock(m_Parts->mutex);
+        zm::OwnMutexHolder lock(m_Parts->mutex);
         for (const std::unique_ptr<XFixedSizeAllocator>& pool : m_Parts->pools) {
             if (pool != nullptr) {
                 figures.pools.PushBack({pool->GetBlockSize(), pool->GetChunkCount(), pool->GetChunksTotalSize(),

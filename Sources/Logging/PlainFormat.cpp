@@ -68,4 +68,16 @@ bool FormatPlain(char* res, int size, const char* format, va_list arguments)
     return true;
 }
 
+bool EndsInConversion(const char* format)
+{
+    for (const char* percent = strchr(format, '%'); percent != nullptr;) {
+        const char* type = percent + 1 + strspn(percent + 1, "-+ #'0123456789.*hlLqjzt");
+        if (*type == 0) {
+            return true;
+        }
+        percent = strchr(type + 1, '%');
+    }
+    return false;
+}
+
 }  // namespace zm

@@ -9,4 +9,8 @@ namespace zm {
 /// `size` characters and the end cannot hold.
 bool FormatPlain(char* res, int size, const char* format, va_list arguments);
 
+/// Whether a format ends in the middle of a conversion, as "100%" does. Of such a one C libraries make nothing, or
+/// drop what is unfinished.
+bool EndsInConversion(const char* format);
+
 }  // namespace zm

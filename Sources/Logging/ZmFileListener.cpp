@@ -1,5 +1,6 @@
 #include "ZmFileListener.h"
 
+#include "Files/RegularFile.h"
 #include "Logging/LogClock.h"
 #include "Platform/OsClock.h"
 #include "Platform/OsModule.h"
@@ -20,11 +21,10 @@ XString ProgramDirectory()
 // Where a full disk, or the end of a process, has cut a line. Only of a real file: reading a pipe would wait.
 bool EndsInsideLine(const char* path)
 {
-    constexpr unsigned int kTypeMask = 0xF000, kRegularFile = 0x8000;
     ZmFile file;
     char last = '\n';
-    return (ZmFile::GetFileMode(path) & kTypeMask) == kRegularFile && file.Open(path, ZmFile::READONLY) &&
-           file.Seek(-1, ZmStream::END) && file.Read(&last, 1) == 1 && last != '\n';
+    return zm::OpenRegularFile(file, path, ZmFile::READONLY) && file.Seek(-1, ZmStream::END) &&
+           file.Read(&last, 1) == 1 && last != '\n';
 }
 
 }  // namespace

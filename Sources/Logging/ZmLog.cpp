@@ -3,6 +3,7 @@
 #include "Logging/LibraryLog.h"
 #include "Logging/PlainFormat.h"
 #include "Platform/FirstUse.h"
+#include "Platform/OwnMutexHolder.h"
 #include "ZmConsoleListener.h"
 #include "ZmFileListener.h"
 #include "ZmOutputDebugListener.h"
@@ -11,10 +12,11 @@
 #include <atomic>
 #include <stdio.h>
 #include <stdlib.h>
+#include <string.h>
 
 namespace {
 
-constexpr int kFirstBuffer = 256, kGrowsBelow = 9000;
+constexpr int kFirstBuffer = 256, kGrowsBelow = 9000, kLargestBuffer = 16384;
 
 /// Set when the log is destroyed, for destructors that print after it.
 std::atomic<bool> g_Destroyed{false};
@@ -32,7 +34,7 @@ int g_LibraryModule = -1;
 
 void Warn(int line, const char* file, const char* format, ...)
 {
-    char text[512];
+    char text[kLargestBuffer];
     va_list arguments;
     va_start(arguments, format);
     vsnprintf(text, sizeof(text), format, arguments);
@@ -171,7 +173,7 @@ ZmLog& ZmLog::SetInformation(int module, Level level, int line, const char* file
 
 ZmLog& ZmLog::SetInformationMT(int module, Level level, int line, const char* file)
 {
-    m_Mutex.EnterMutex();
+    zm::OwnMutexHolder::Enter(m_Mutex);
     return SetInformation(module, level, line, file);
 }
 
@@ -189,7 +191,7 @@ void ZmLog::PrintMT(const char* format, ...)
     va_start(arguments, format);
     VPrint(format, arguments);
     va_end(arguments);
-    m_Mutex.LeaveMutex();
+    zm::OwnMutexHolder::Leave(m_Mutex);
 }
 
 void ZmLog::VPrint(const char* format, va_list arguments)
@@ -217,6 +219,9 @@ const char* ZmLog::Format(const char* format, va_list arguments)
 // Cuts what does not fit in the largest buffer.
 const char* ZmLog::FormatAny(const char* format, va_list arguments)
 {
+    if (zm::EndsInConversion(format)) {
+        return CopyText(format);
+    }
     va_list again;
     va_copy(again, arguments);
     const int length = vsnprintf(m_Buffer, size_t(m_BufferSize), format, arguments);
@@ -224,7 +229,20 @@ const char* ZmLog::FormatAny(const char* format, va_list arguments)
         vsnprintf(m_Buffer, size_t(m_BufferSize), format, again);
     }
     va_end(again);
-    return length >= 0 ? m_Buffer : "";
+    return length >= 0 ? m_Buffer : CopyText(format);
+}
+
+// A format that the C library refuses: better as it stands than not at all.
+const char* ZmLog::CopyText(const char* text)
+{
+    const size_t length = strnlen(text, kLargestBuffer - 1);
+    if (length >= size_t(m_BufferSize)) {
+        GrowBuffer(int(length) + 1);
+    }
+    const size_t copied = std::min(length, size_t(m_BufferSize) - 1);
+    memcpy(m_Buffer, text, copied);
+    m_Buffer[copied] = 0;
+    return m_Buffer;
 }
 
 bool ZmLog::GrowBuffer(int needed)

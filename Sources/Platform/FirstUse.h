@@ -35,6 +35,7 @@ private:
 
     __attribute__((cold, noinline)) void Make(void (*make)(void*))
     {
+        const StopDelay delay;
         State expected = kNew;
         if (m_State.compare_exchange_strong(expected, kBegun, std::memory_order_acquire)) {
             make(m_Memory);

@@ -10,11 +10,25 @@ namespace zm {
 // Files and folders by paths of either platform: both separators are understood. Paths are never null. Functions that
 // give a bool tell whether it was done.
 
-/// fopen(). Null if it fails.
-FILE* OpenFile(const char* path, const char* mode);
+/// What OpenFile() takes.
+enum class FileKind {
+    ANY,     ///< devices and pipes, too: opening a pipe waits for its other end
+    REGULAR  ///< nothing else, and it waits for nothing
+};
 
-/// Whether text modes turn CR LF into LF when they read.
-extern const bool kTextModesDropReturns;
+/// fopen() with one of its modes for text or, with a 'b' at the end, for bytes. Null if it fails, for a folder, and for
+/// what is not of that kind. Programs that are started do not inherit the file.
+///
+/// A file opened for text reads bytes as they stand, and writes LF as the platform ends lines. Where it both reads and
+/// writes, see TurnText().
+FILE* OpenFile(const char* path, const char* mode, FileKind kind = FileKind::ANY);
+
+/// For a file that is opened for text, to read and to write, at first to read: what is to come. Its buffer must be
+/// empty.
+void TurnText(FILE* file, bool toWriting);
+
+/// Whether reading text by the number of its characters takes CR LF as LF.
+extern const bool kTextReadsDropReturns;
 
 /// As ftell() and fseek(), for large files too; -1 if the position is unknown.
 int64_t TellFile(FILE* file);

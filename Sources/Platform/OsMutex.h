@@ -11,4 +11,10 @@ void EnterLock(void* lock);
 bool TryEnterLock(void* lock);
 void LeaveLock(void* lock);
 
+/// The same for a lock of the library itself: the thread is not stopped (StopThread()) while it is inside.
+/// @{
+void EnterOwnLock(void* lock);
+void LeaveOwnLock(void* lock);
+/// @}
+
 }  // namespace zm

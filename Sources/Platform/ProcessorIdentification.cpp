@@ -59,6 +59,22 @@ void SetName(ProcessorIdentity& id, const char* name)
     snprintf(id.name, sizeof id.name, "%s", name);
 }
 
+// Some processors have blanks before it, so that it stands at the right.
+void SetBrand(ProcessorIdentity& id, const CpuidLeaves& leaves)
+{
+    if (!HasBrand(leaves.extended0)) {
+        return;
+    }
+    char text[sizeof leaves.brand + 1] = {};
+    memcpy(text, leaves.brand, sizeof leaves.brand);
+    const char* begin = text + strspn(text, " ");
+    size_t length = strlen(begin);
+    while (length != 0 && begin[length - 1] == ' ') {
+        --length;
+    }
+    memcpy(id.brand, begin, length);
+}
+
 struct ClockRow {
     int bound, nominal;
 };
@@ -78,6 +94,16 @@ bool HasAmdVendor(const CpuidRegisters& vendor)
 {
     const uint32_t words[3] = {vendor.ebx, vendor.edx, vendor.ecx};
     return memcmp(words, "AuthenticAMD", sizeof words) == 0;
+}
+
+bool HasBrand(const CpuidRegisters& extended0)
+{
+    return extended0.eax >= 0x80000004u;
+}
+
+bool NamesByBrand(const CpuidRegisters& extended0)
+{
+    return (extended0.eax & 0xF) >= 4;
 }
 
 ProcessorIdentity UnknownProcessor()
@@ -101,9 +127,8 @@ ProcessorIdentity IdentifyProcessor(const CpuidLeaves& leaves)
     const bool amd = HasAmdVendor(leaves.vendor);
     id.type = TypeOf(id, amd && leaves.extended0.eax != 0 && (leaves.extended1.edx & k3DNow) != 0);
 
-    // Only the low four bits of the highest leaf are looked at, as the first processors with a
-    // brand string had it.
-    if (amd && (leaves.extended0.eax & 0xF) >= 4) {
+    SetBrand(id, leaves);
+    if (amd && NamesByBrand(leaves.extended0)) {
         memcpy(id.name, leaves.brand, sizeof leaves.brand);
     } else {
         SetName(id, DisplayName(id.type));

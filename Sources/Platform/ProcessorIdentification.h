@@ -24,13 +24,21 @@ struct CpuidLeaves {
 
 struct ProcessorIdentity {
     char name[49];  ///< the brand string, else the display name of the type
+    char brand[49];  ///< the brand string, trimmed; of any vendor
     ProcessorsType type;
     uint32_t family, model, stepping, cpuType;
     uint32_t features;
 };
 
-/// True for the vendor whose extended leaves are read.
+/// True for the vendor whose extended leaves give type and name.
 bool HasAmdVendor(const CpuidRegisters& vendor);
+
+/// Whether leaf 0x80000000 tells of a brand string: to be shown, and to be that vendor's name, for which only the low
+/// four bits of the highest leaf are looked at, as the first processors with such a string had them.
+/// @{
+bool HasBrand(const CpuidRegisters& extended0);
+bool NamesByBrand(const CpuidRegisters& extended0);
+/// @}
 
 ProcessorIdentity IdentifyProcessor(const CpuidLeaves& leaves);
 

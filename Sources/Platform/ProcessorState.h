@@ -10,6 +10,7 @@ namespace zm {
 /// the feature word, which callers may change, is kept apart (FeatureWord.h).
 struct ProcessorState {
     char description[64];
+    char brand[49];
     ProcessorsType type;
     int frequency;  ///< MHz, snapped
     int estimate;   ///< MHz, measured

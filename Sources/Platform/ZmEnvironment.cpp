@@ -2,7 +2,7 @@
 
 #include "Platform/FirstUse.h"
 #include "Platform/OsEnvironment.h"
-#include "ZmMutex.h"
+#include "Platform/OwnMutexHolder.h"
 
 #include <stdlib.h>
 #include <string.h>
@@ -34,7 +34,7 @@ int ZmGetEnvironmentVariable(const char* name, char* buffer, unsigned int size)
     }
     std::string value;
     {
-        const ZmMutexHolder holder(Lock());
+        const zm::OwnMutexHolder holder(Lock());
         if (!IsName(name) || !zm::ReadVariable(name, value)) {
             return -1;
         }
@@ -47,12 +47,12 @@ int ZmGetEnvironmentVariable(const char* name, char* buffer, unsigned int size)
 
 int ZmSetEnvironmentVariable(const char* name, const char* value)
 {
-    const ZmMutexHolder holder(Lock());
+    const zm::OwnMutexHolder holder(Lock());
     return IsName(name) && value != nullptr && zm::WriteVariable(name, value);
 }
 
 int ZmRemoveEnvironmentVariable(const char* name)
 {
-    const ZmMutexHolder holder(Lock());
+    const zm::OwnMutexHolder holder(Lock());
     return IsName(name) && zm::RemoveVariable(name);
 }

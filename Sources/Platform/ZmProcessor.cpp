@@ -9,6 +9,7 @@
 
 #include <cpuid.h>
 #include <emmintrin.h>
+#include <string.h>
 #include <x86intrin.h>
 
 namespace zm {
@@ -16,7 +17,7 @@ namespace zm {
 // Constant-initialised: other modules' initialisers may ask before detection has run.
 std::atomic<uint32_t> g_FeatureWord{0};
 std::atomic<bool> g_HasAvx2{false};
-ProcessorState g_Processor = {"", ZMPROCESSOR_UNKNOWN, 0, 0, 0, 0, 0, 0, 0.0f, 0.0f, 0};
+ProcessorState g_Processor = {"", "", ZMPROCESSOR_UNKNOWN, 0, 0, 0, 0, 0, 0, 0.0f, 0.0f, 0};
 
 namespace {
 
@@ -32,14 +33,12 @@ void ReadCpuid(void* argument)
     CpuidLeaves& leaves = *static_cast<CpuidLeaves*>(argument);
     leaves.vendor = Cpuid(0);
     leaves.signature = Cpuid(1);
-    if (!HasAmdVendor(leaves.vendor)) {
-        return;
-    }
+    const bool amd = HasAmdVendor(leaves.vendor);
     leaves.extended0 = Cpuid(0x80000000u);
-    if (leaves.extended0.eax != 0) {
+    if (amd && leaves.extended0.eax != 0) {
         leaves.extended1 = Cpuid(0x80000001u);
     }
-    if ((leaves.extended0.eax & 0xF) >= 4) {
+    if (HasBrand(leaves.extended0) || (amd && NamesByBrand(leaves.extended0))) {
         for (uint32_t i = 0; i < 3; ++i) {
             leaves.brand[i] = Cpuid(0x80000002u + i);
         }
@@ -132,6 +131,7 @@ void DetectProcessor(uint64_t (*readCycles)())
     g_FeatureWord.store(id.features, std::memory_order_relaxed);
     g_HasAvx2.store(ThisProcessorHasAvx2(), std::memory_order_relaxed);
 
+    memcpy(state.brand, id.brand, sizeof state.brand);
     DescribeProcessor(state.description, id.name, state.frequency, state.estimate);
     state.detected = 1;
 }
@@ -141,6 +141,11 @@ void DetectProcessor(uint64_t (*readCycles)())
 char* GetProcessorDescription()
 {
     return zm::g_Processor.description;
+}
+
+const char* GetProcessorBrand()
+{
+    return zm::g_Processor.brand;
 }
 
 unsigned long GetProcessorFeatures()

@@ -1,9 +1,9 @@
 #include "ZmThread.h"
 
 #include "Platform/OsThread.h"
+#include "Platform/OwnMutexHolder.h"
 #include "Threads/ThreadStart.h"
 #include "XHashTable.h"
-#include "ZmMutex.h"
 
 #include <iterator>
 #include <new>
@@ -105,7 +105,7 @@ ZmThread::ZmThread()
 ZmThread::~ZmThread()
 {
     if (g_Registry != nullptr && m_Handle != nullptr) {
-        const ZmMutexHolder holder(g_Registry->mutex);
+        const zm::OwnMutexHolder holder(g_Registry->mutex);
         g_Registry->threads.Remove(m_Handle);
     }
 }
@@ -135,12 +135,13 @@ int ZmThread::CreateThread(Function function, void* argument)
         m_Name.Format("THREAD_%llu", static_cast<unsigned long long>(reinterpret_cast<uintptr_t>(handle)));
     }
     if (g_Registry != nullptr) {
-        const ZmMutexHolder holder(g_Registry->mutex);
+        const zm::OwnMutexHolder holder(g_Registry->mutex);
         g_Registry->Enter(handle, this);
     }
     if (m_Priority < std::size(kSystemPriorities)) {
         zm::PrioritiseThread(handle, kSystemPriorities[m_Priority]);
     }
+    zm::NameThread(handle, m_Name.Text());
     Add(m_Flags, CREATED);
     zm::StartThread(handle);
     return 1;
@@ -223,7 +224,7 @@ ZmThread* ZmThread::GetCurrentZmThread()
     if (g_Registry == nullptr) {
         return nullptr;
     }
-    const ZmMutexHolder holder(g_Registry->mutex);
+    const zm::OwnMutexHolder holder(g_Registry->mutex);
     ZmThread* const* thread = g_Registry->threads.LookUp(zm::CallingThread());
     return thread != nullptr ? *thread : nullptr;
 }

@@ -45,6 +45,7 @@ TEST_F(ConfigurationFormatTest, TextsAndTheirTrees)
         {"end of the root", "\n</root>\na = 1\n", "1 closing bad section : root != root "},
         {"end of nothing", "</>\n", "0 closing bad section :  != root "},
         {"open tag", "a=1\n<S\nb=2\n", "1 can't find end of section tag a=1;"},
+        {"a byte that ends texts elsewhere", "a=1\x1a\nb=\x1a\x1a\n\x1a=2\n", "3 OK a=1\x1a;b=\x1a\x1a;\x1a=2;"},
         {"no equal", "a=1\nb\n", "1 can't find equal ('=') separator a=1;"},
     };
     for (const auto& row : kRows) {
@@ -76,7 +77,7 @@ TEST_F(ConfigurationFormatTest, WhereFilesAndTextsDiffer)
 
 std::string RandomName(Random& random)
 {
-    static const char kCharacters[] = "ab.c>\r \t\x01\xff-";
+    static const char kCharacters[] = "ab.c>\r \t\x1a\xff-";
     std::string name = "n";
     for (int length = random.Int(0, 6); length > 0; --length) {
         name += kCharacters[random.Int(0, 10)];
@@ -133,13 +134,16 @@ TEST_F(ConfigurationFormatTest, FilesAreWrittenAsThis)
 TEST_F(ConfigurationFormatTest, NamesOfFilesAndTextsMayBeValuesOfTheTree)
 {
     ZmConfiguration tree(0);
-    int line;
+    int line = 42;
     XString error;
     tree.AddEntry(nullptr, "file", (m_Folder / "none").c_str());
     EXPECT_EQ(tree.BuildFromFile(tree.GetEntry("file", 0)->GetValue(), line, error), 0);
     EXPECT_EQ(error.Text(), "can't open file : " + m_Folder / "none");
     EXPECT_EQ(tree.BuildFromFile(nullptr, line, error), 0);
     EXPECT_STREQ(error.Text(), "null filename");
+    EXPECT_EQ(tree.BuildFromFile(m_Folder.Path().c_str(), line, error), 0);
+    EXPECT_EQ(error.Text(), "can't open file : " + m_Folder.Path());
+    EXPECT_EQ(line, 42) << "no line of any file";
     tree.AddEntry(nullptr, "text", "a = 1 \n\n");
     EXPECT_EQ(tree.BuildFromMemory(tree.GetEntry("text", 0)->GetValue(), line, error), 1);
     EXPECT_EQ(TextOf(tree), "a=1;");

@@ -118,6 +118,8 @@ TEST(DirectoryParserTest, AWalkThroughOneFolderTakesWhatMatches)
         {"*.txt", true, {"a.txt", "b.txt", "a.b.txt", "sub.txt"}},
         {"?.txt", false, {"a.txt", "b.txt"}},
         {"a.txt", false, {"a.txt"}},
+        {"noext.*", false, {"noext"}},
+        {"sub.*", true, {"sub", "sub.txt"}},
         {"none", true, {}},
     };
     for (const auto& row : kRows) {

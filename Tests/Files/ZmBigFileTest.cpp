@@ -214,6 +214,22 @@ TEST_F(BigFileTest, WithoutItsOrderAnArchiveIsReadOnly)
     EXPECT_EQ(BytesOf(m_Folder / "other"), ArchiveBytes({}));
 }
 
+TEST_F(BigFileTest, OnlyOpenMakesAFile)
+{
+    EXPECT_EQ(m_Archive.OpenExisting(m_Path.c_str()), 0);
+    EXPECT_FALSE(std::filesystem::exists(m_Path));
+    EXPECT_EQ(m_Archive.Save(nullptr, nullptr), 0) << "the name is not kept";
+    Make({{"a", "1"}, {"b", "22"}});
+    EXPECT_EQ(m_Archive.OpenExisting(m_Path.c_str()), 1);
+    EXPECT_EQ(m_Archive.Remove("a") + m_Archive.Save(nullptr, nullptr), 2);
+    EXPECT_EQ(Saved(), (Members{{"b", "22"}})) << "with its order";
+    EXPECT_EQ(m_Archive.OpenExisting(m_Path.c_str(), 0) + m_Archive.Save(nullptr, nullptr), 2);
+    EXPECT_EQ(Saved(), Members()) << "or without";
+    MakeFile(m_Path, "no archive");
+    EXPECT_EQ(m_Archive.OpenExisting(m_Path.c_str()) + m_Archive.OpenExisting(nullptr), 0);
+    EXPECT_EQ(m_Archive.GetEntryCount(), 0);
+}
+
 TEST_F(BigFileTest, IndexListsReorderAndLoseALastCharacter)
 {
     const std::string list = m_Folder / "list";

@@ -56,9 +56,49 @@ TEST(FileSystemTest, AFileTreeIsMadeUpToTheLastSeparator)
     MakeFile(folder / "file");
     EXPECT_EQ(ZmCreateFileTree((folder / "file/a/b").c_str()), 0);
     EXPECT_EQ(ZmCreateFileTree((folder / std::string(5000, 'x') + "/a").c_str()), 0);
-    EXPECT_EQ(ZmCreateFileTree("x\\y"), 1) << "the first three characters are a drive";
-    EXPECT_FALSE(fs::exists("x"));
     EXPECT_EQ(ZmCreateFileTree(""), 1);
+}
+
+/// The current folder while it lives.
+class CurrentFolder {
+public:
+    explicit CurrentFolder(const std::string& path) : m_Old(fs::current_path()) { fs::current_path(path); }
+    ~CurrentFolder() { fs::current_path(m_Old); }
+
+private:
+    const fs::path m_Old;
+};
+
+TEST(FileSystemTest, AFileTreeWithoutADriveIsMadeFromItsFirstFolder)
+{
+    const struct {
+        const char *path, *made;
+    } kRows[] = {{"d1/x.txt", "d1"}, {"a/b/c.txt", "a/b"}, {"q\\", "q"},     {"./e/f/x", "e/f"},
+                 {"g/../h/x", "h"},  {"ab\\c/d", "ab/c"},  {"i//j//k", "i/j"}, {"l\\m", "l"}};
+    const TemporaryFolder folder;
+    {
+        const CurrentFolder current(folder.Path());
+        for (const auto& row : kRows) {
+            EXPECT_EQ(ZmCreateFileTree(row.path), 1) << row.path;
+            EXPECT_TRUE(fs::is_directory(row.made) && fs::is_empty(row.made)) << row.path;
+        }
+        for (const char* drive : {"C:", "C:\\", "C:\\x", "c:/x", "x", "/", "\\", "\\x"}) {
+            EXPECT_EQ(ZmCreateFileTree(drive), 1) << drive;
+        }
+        EXPECT_EQ(std::distance(fs::directory_iterator("."), {}), 9) << "none for drives";
+    }
+}
+
+TEST(FileSystemTest, ASeparatorAtTheEndBelongsToFolders)
+{
+    const TemporaryFolder folder;
+    MakeFile(folder / "file");
+    for (const char* end : {"/", "\\", "//"}) {
+        EXPECT_EQ(ZmFileExist((folder.Path() + end).c_str()), 1) << end;
+        EXPECT_EQ(ZmFileExist((folder / "file" + end).c_str()), 0) << end;
+        EXPECT_EQ(ZmFileExist((folder / "missing" + end).c_str()), 0) << end;
+    }
+    EXPECT_EQ(ZmFileExist("/"), 1);
 }
 
 TEST(FileSystemTest, AFolderIsDeletedWithItsContents)

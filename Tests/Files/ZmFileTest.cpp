@@ -1,12 +1,19 @@
 #include "ZmFile.h"
 
+#include "RKDirectoryParser.h"
 #include "Support/TemporaryFolder.h"
+#include "ZmBigFile.h"
+#include "ZmMemoryMappedFile.h"
+#include "ZmSystem.h"
 
 #include <gtest/gtest.h>
 
 #include <string.h>
 
 #include <vector>
+
+/// The number of open files that a program which is started would have, too.
+int InheritableFiles();
 
 namespace {
 
@@ -163,7 +170,8 @@ TEST(FileTest, GetStringReadsCrLfAsLfInTextModes)
 {
     const TemporaryFolder folder;
     for (const char* bytes : {"", "a", "\r\n", "\n\n\r\n\r\n", "a\r\nbc\r\ndef\r\nghij\r\nklmno\r\n",
-                              "abcdefgh\r\r\n\rxy\n", "\r\r\r\r\n", "no end\r", "mixed\nlines\r\nhere"}) {
+                              "abcdefgh\r\r\n\rxy\n", "\r\r\r\r\n", "no end\r", "mixed\nlines\r\nhere",
+                              "a\x1a\x1a b\r\n\x1a\r\nc\x1a"}) {
         MakeFile(folder / "file", bytes);
         for (unsigned int size = 2; size <= 10; ++size) {
             SCOPED_TRACE(testing::PrintToString(bytes) + " by " + std::to_string(size));
@@ -173,6 +181,98 @@ TEST(FileTest, GetStringReadsCrLfAsLfInTextModes)
             }
         }
     }
+}
+
+// Systems whose lines end with CR LF drop the CR also where characters are counted.
+std::string CharactersOf(const std::string& bytes)
+{
+    std::string text;
+    for (const std::string& piece : PiecesOf(bytes, bytes.size() + 2, ZmGetPlatform() == ZM_PLATFORM_WINDOWS)) {
+        text += piece;
+    }
+    return text;
+}
+
+TEST(FileTest, CountedCharactersAreTheSameInPiecesOfAnySize)
+{
+    const TemporaryFolder folder;
+    for (const std::string& bytes : {std::string("a\r\nbc\r\r\n\x1a" "d\0e\r", 14), std::string("\r\n\r\n"), std::string()}) {
+        MakeFile(folder / "file", bytes);
+        const std::string text = CharactersOf(bytes);
+        for (const int mode : {ZmFile::READONLY, ZmFile::READWRITE, ZmFile::APPENDREAD}) {
+            for (unsigned size = 1; size <= 16; ++size) {
+                SCOPED_TRACE(testing::PrintToString(bytes) + " by " + std::to_string(size));
+                ZmFile whole, pieces;
+                whole.Open((folder / "file").c_str(), ZmFile::OpenMode(mode | ZmFile::TEXT));
+                pieces.Open((folder / "file").c_str(), ZmFile::OpenMode(mode | ZmFile::TEXT));
+                std::string read(100, '?'), piece(size, '?'), joined;
+                ASSERT_EQ(whole.ReadItems(&read[0], size, 100 / size), text.size() / size);
+                EXPECT_EQ(read.substr(0, text.size()), text);
+                EXPECT_EQ(whole.ReadItems(&read[0], 0, 7), 0u);
+                while (pieces.Read(&piece[0], size) == size) {
+                    joined += piece;
+                }
+                EXPECT_EQ(joined, text.substr(0, text.size() / size * size));
+            }
+        }
+    }
+}
+
+TEST(FileTest, LinesAreReadAndWrittenByTurns)
+{
+    const bool windows = ZmGetPlatform() == ZM_PLATFORM_WINDOWS;
+    const TemporaryFolder folder;
+    const std::string path = folder / "file", end = windows ? "\r\n" : "\n";
+    char buffer[16];
+    MakeFile(path, "one\x1a\r\ntwo\x1a");
+    ZmFile file;
+    ASSERT_TRUE(file.Open(path.c_str(), ZmFile::OpenMode(ZmFile::APPENDREAD | ZmFile::TEXT)));
+    EXPECT_TRUE(file.GetString(buffer, 16) && strcmp(buffer, "one\x1a\n") == 0);
+    EXPECT_EQ(file.Position(), 6u);
+    EXPECT_EQ(file.Printf("%s\n", "three"), 6u);
+    file.Seek(6, ZmStream::START);
+    EXPECT_TRUE(file.GetString(buffer, 16) && strcmp(buffer, "two\x1athree\n") == 0) << buffer;
+    EXPECT_EQ(file.Write("four\n", 5), 5u);
+    file.Close();
+    EXPECT_EQ(BytesOf(path), "one\x1a\r\ntwo\x1athree" + end + "four" + end);
+}
+
+TEST(FileTest, AFolderOpensInNoMode)
+{
+    const TemporaryFolder folder;
+    for (int mode = 0; mode < 16; ++mode) {
+        ZmFile file;
+        ZmCachedFile cached;
+        EXPECT_EQ(file.Open(folder.Path().c_str(), ZmFile::OpenMode(mode)), 0) << mode;
+        EXPECT_EQ(cached.Open(folder.Path().c_str(), ZmFile::OpenMode(mode)), 0) << mode;
+    }
+}
+
+TEST(FileTest, ProgramsThatAreStartedInheritNoFile)
+{
+    const TemporaryFolder folder;
+    const std::string path = folder / "file";
+    const int before = InheritableFiles();
+    {
+        std::FILE* inherited = fopen(path.c_str(), "w");
+        ASSERT_NE(inherited, nullptr);
+        EXPECT_EQ(InheritableFiles(), before + 1) << "as files are where nobody sees to it";
+        fclose(inherited);
+    }
+    std::vector<ZmFile> files(14);
+    for (int mode = 1; mode < 14; ++mode) {
+        EXPECT_TRUE(files[size_t(mode)].Open(path.c_str(), ZmFile::OpenMode(mode)));
+    }
+    MakeFile(path, "bytes");
+    ZmCachedFile cached;
+    EXPECT_TRUE(cached.Open(path.c_str(), ZmFile::READONLY));
+    const ZmMemoryMappedFile mapped(path.c_str());
+    EXPECT_EQ(mapped.GetErrorType(), ZmMMF_NoError);
+    RKDirectoryParser walk(folder.Path().c_str(), "*", 0, 0);
+    EXPECT_NE(walk.GetNextFile(), nullptr);
+    ZmBigFile archive;
+    EXPECT_TRUE(archive.Open((folder / "archive").c_str(), 1));
+    EXPECT_EQ(InheritableFiles(), before);
 }
 
 TEST(FileTest, GetStringLosesNoLineBehindAReturnAndANul)

@@ -1,6 +1,7 @@
 #include "ZmLog.h"
 
 #include "Support/HeardMessages.h"
+#include "Support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -150,6 +151,31 @@ TEST_F(LogTest, MessagesAreFormattedAsThoseOfTheCLibrary)
             }
         }
     }
+}
+
+TEST_F(LogTest, FormatsThatPrintfRefusesAreTheMessage)
+{
+    m_Heard.Listen("one", m_A);
+    const std::string longText(20000, 'x');
+    const struct {
+        std::string format, text;
+    } kRows[] = {{"100%", "100%"}, {"%", "%"}, {"%d%%%", "%d%%%"}, {"5 % ", "5 % "}, {"%-08.3", "%-08.3"},
+                 {"%d %ll", "%d %ll"}, {"%d%%", "7%"}, {"%5d%%|", "    7%|"}, {longText + "%", longText.substr(0, 16383)}};
+    for (const auto& row : kRows) {
+        m_Log.SetInformation(m_A, ZmLog::LEVEL_INFO, 1, "").Print(row.format.c_str(), 7);
+        EXPECT_EQ(m_Heard.Take().at(0).text, row.text);
+    }
+}
+
+TEST_F(LogTest, TheLibrarysWarningsKeepLongNames)
+{
+    const TemporaryFolder folder;
+    m_Heard.Listen("one", m_Log.RegisterModule("ZmMath"));
+    const std::string name(505, 'n'), archivePath = folder / "archive";
+    MakeFile(folder / "list", name + "\n");
+    ZmBigFile archive;
+    ASSERT_EQ(archive.Open(archivePath.c_str(), 1) + archive.LoadIndex((folder / "list").c_str()), 2);
+    EXPECT_EQ(m_Heard.Take().at(0).text, "Entry " + name + " not found in Big File " + archivePath);
 }
 
 TEST_F(LogTest, ListenersHearInTheOrderOfRegistrationAndTheLastFillsAGap)

@@ -120,11 +120,39 @@ TEST(ProcessorIdentificationTest, OneVendorsExtendedLeavesGive3DNowAndTheBrand)
     }
 }
 
+TEST(ProcessorIdentificationTest, AnyVendorsBrandIsTrimmed)
+{
+    const std::string full = "Forty-eight characters without a zero at the end";
+    const struct {
+        const char* name;
+        uint32_t extended0;
+        std::string brand, expected;
+    } kRows[] = {
+        {"blanks at both ends", 0x80000008u, "     Cpu  (R) 5 @ 2 GHz  ", "Cpu  (R) 5 @ 2 GHz"},
+        {"a brand is the highest leaf", 0x80000004u, full, full},
+        {"low bits below 4", 0x80000020u, "Cpu", "Cpu"},
+        {"no such leaf", 0x80000003u, "Cpu", ""},
+        {"no extended leaves", 0x0000000Du, "Cpu", ""},
+        {"blanks alone", 0x80000008u, std::string(48, ' '), ""},
+        {"empty", 0x80000008u, "", ""},
+    };
+    for (const auto& row : kRows) {
+        for (const char* vendor : {"GenuineIntel", "AuthenticAMD", "HygonGenuine"}) {
+            SCOPED_TRACE(std::string(row.name) + " of " + vendor);
+            CpuidLeaves leaves = Leaves(vendor, 6, 8, 0);
+            leaves.extended0.eax = row.extended0;
+            memcpy(leaves.brand, row.brand.data(), row.brand.size());
+            EXPECT_EQ(IdentifyProcessor(leaves).brand, row.expected);
+        }
+    }
+}
+
 TEST(ProcessorIdentificationTest, WithoutCpuidNothingIsKnown)
 {
     const ProcessorIdentity id = UnknownProcessor();
     EXPECT_EQ(id.type, -1);
     EXPECT_STREQ(id.name, "Unknown Processor");
+    EXPECT_STREQ(id.brand, "");
     EXPECT_EQ(id.family | id.model | id.features, 0u);
 }
 

@@ -1,5 +1,6 @@
 #include "ZmProcessor.h"
 
+#include <cpuid.h>
 #include <gtest/gtest.h>
 #include <stdio.h>
 
@@ -19,6 +20,18 @@ TEST(ProcessorTest, BitsAreAddedAndThenRemoved)
     EXPECT_EQ(GetProcessorFeatures(), (word | 1u << 10) & ~(sse | mmx));
     ModifyProcessorFeatures(word, ~word);
     EXPECT_EQ(GetProcessorFeatures(), word);
+}
+
+TEST(ProcessorTest, TheBrandIsWhatTheProcessorsLeavesSpell)
+{
+    unsigned leaf[12] = {}, highest = 0, ignored = 0;
+    __cpuid(0x80000000u, highest, ignored, ignored, ignored);
+    for (unsigned i = 0; i < 3 && highest >= 0x80000004u; ++i) {
+        __cpuid(0x80000002u + i, leaf[4 * i], leaf[4 * i + 1], leaf[4 * i + 2], leaf[4 * i + 3]);
+    }
+    const std::string spelt(reinterpret_cast<const char*>(leaf), sizeof leaf), brand = GetProcessorBrand();
+    EXPECT_EQ(brand.empty(), spelt.find_first_not_of(std::string(" \0", 2)) == std::string::npos);
+    EXPECT_NE(spelt.find(brand), std::string::npos) << brand;
 }
 
 TEST(ProcessorTest, TheDescriptionNamesTheClock)

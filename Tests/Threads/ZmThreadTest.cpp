@@ -1,6 +1,8 @@
 #include "ZmThread.h"
 #include "ZmSystem.h"
 
+#include "Threads/SystemThread.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -9,12 +11,6 @@
 #include <functional>
 #include <string>
 #include <thread>
-
-/// Of the calling thread, as the system counts: a nice value on POSIX systems.
-int SystemPriority();
-
-/// Whether threads can be stopped from outside. POSIX systems do it by a signal that emulators may not have.
-bool SystemStopsThreads();
 
 namespace {
 
@@ -109,6 +105,33 @@ TEST(ZmThreadTest, NameAndPriorityAreThoseOfTheCreation)
     named.SetPriority(ZmThread::PRIORITY_LOWEST);
     EXPECT_TRUE(named.GetName() == "loader" && named.GetPriority() == ZmThread::PRIORITY_BELOW_NORMAL);
     EXPECT_EQ(unnamed.GetName().Text(), "THREAD_" + std::to_string(uintptr_t(unnamed.GetHandle())));
+}
+
+TEST(ZmThreadTest, NamesReachTheSystem)
+{
+    const bool windows = ZmGetPlatform() == ZM_PLATFORM_WINDOWS;
+    const std::string accents = "\u00e9\u00e9\u00e9\u00e9\u00e9\u00e9\u00e9\u00e9", before = SystemThreadName();
+    const struct {
+        std::string name, onLinux;
+    } kRows[] = {{"loader", "loader"},
+                 {"fifteen letters", "fifteen letters"},
+                 {"sixteen letters!", "sixteen letters"},
+                 {accents, accents.substr(0, 14)},
+                 {"a" + accents, "a" + accents.substr(0, 14)}};
+    std::string seen;
+    for (const auto& row : kRows) {
+        Worker thread([&] { return seen = SystemThreadName(), 0u; });
+        thread.SetName(row.name.c_str());
+        ASSERT_EQ(thread.Start(), 1);
+        thread.Code();
+        EXPECT_TRUE(seen == (windows ? row.name : row.onLinux) || seen == "?") << seen;
+    }
+    Worker unnamed([&] { return seen = SystemThreadName(), 0u; });
+    ASSERT_EQ(unnamed.Start(), 1);
+    unnamed.Code();
+    const std::string given = unnamed.GetName().Text();
+    EXPECT_TRUE(seen == (windows ? given : given.substr(0, 15)) || seen == "?") << seen;
+    EXPECT_EQ(SystemThreadName(), before) << "the program's own thread keeps its name";
 }
 
 TEST(ZmThreadTest, PrioritiesReachTheSystem)

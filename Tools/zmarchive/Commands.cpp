@@ -85,7 +85,7 @@ void OpenArchive(ZmBigFile& archive, const Arguments& arguments)
 {
     if (!fs::is_regular_file(arguments.Archive))
         throw Failure(Printable(arguments.Archive) + ": no such file");
-    if (!archive.Open(arguments.Archive.c_str(), 1))
+    if (!archive.OpenExisting(arguments.Archive.c_str()))
         throw Failure(Printable(arguments.Archive) + " is no archive, or cannot be read");
 }
 

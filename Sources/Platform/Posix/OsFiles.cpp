@@ -133,14 +133,37 @@ bool TreeRemoval::RemoveFiles(std::vector<std::string>& rest) const
     return true;
 }
 
-}  // namespace
-
-FILE* OpenFile(const char* path, const char* mode)
+int FlagsOf(const char* mode)
 {
-    return fopen(Native(path).c_str(), mode);
+    const int access = strchr(mode, '+') != nullptr ? O_RDWR : *mode == 'r' ? O_RDONLY : O_WRONLY;
+    return access | (*mode == 'w' ? O_CREAT | O_TRUNC : *mode == 'a' ? O_CREAT | O_APPEND : 0);
 }
 
-const bool kTextModesDropReturns = false;
+/// By kind. Not to block keeps a pipe from waiting for its other end; files of the disk take no notice of it.
+constexpr int kFlagsOf[] = {0, O_NONBLOCK | O_NOCTTY};
+
+bool IsOfKind(int file, FileKind kind)
+{
+    struct stat status;
+    return fstat(file, &status) == 0 &&
+           (kind == FileKind::REGULAR ? S_ISREG(status.st_mode) : !S_ISDIR(status.st_mode));
+}
+
+}  // namespace
+
+FILE* OpenFile(const char* path, const char* mode, FileKind kind)
+{
+    const int file = open(Native(path).c_str(), FlagsOf(mode) | O_CLOEXEC | kFlagsOf[int(kind)], 0666);
+    FILE* res = file >= 0 && IsOfKind(file, kind) ? fdopen(file, mode) : nullptr;
+    if (res == nullptr && file >= 0) {
+        close(file);
+    }
+    return res;
+}
+
+void TurnText(FILE*, bool) {}
+
+const bool kTextReadsDropReturns = false;
 
 int64_t TellFile(FILE* file)
 {
@@ -281,9 +304,9 @@ void DirectorySearch::Close()
 
 MappedFile::Result MapFile(const char* path, MappedFile& res)
 {
-    const int file = open(Native(path).c_str(), O_RDONLY | O_CLOEXEC);
+    const int file = open(Native(path).c_str(), O_RDONLY | O_CLOEXEC | kFlagsOf[int(FileKind::REGULAR)]);
     struct stat status;
-    if (file < 0 || fstat(file, &status) != 0 || !S_ISREG(status.st_mode)) {
+    if (file < 0 || !IsOfKind(file, FileKind::REGULAR) || fstat(file, &status) != 0) {
         if (file >= 0) {
             close(file);
         }

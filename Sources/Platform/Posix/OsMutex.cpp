@@ -1,5 +1,7 @@
 #include "Platform/OsMutex.h"
 
+#include "Platform/Posix/StopDelays.h"
+
 #include <pthread.h>
 #include <stdlib.h>
 
@@ -40,6 +42,18 @@ bool TryEnterLock(void* lock)
 void LeaveLock(void* lock)
 {
     pthread_mutex_unlock(static_cast<pthread_mutex_t*>(lock));
+}
+
+void EnterOwnLock(void* lock)
+{
+    BeginStopDelay();
+    EnterLock(lock);
+}
+
+void LeaveOwnLock(void* lock)
+{
+    LeaveLock(lock);
+    EndStopDelay();
 }
 
 }  // namespace zm

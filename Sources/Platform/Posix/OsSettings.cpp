@@ -3,6 +3,7 @@
 
 #include "Platform/OsSettings.h"
 
+#include "Platform/OsThread.h"
 #include "Platform/Posix/SettingsText.h"
 
 #include <errno.h>
@@ -181,6 +182,7 @@ bool WriteSetting(void* key, const char* name, const char* value)
     if (!opened.writes || !MakeFolders(opened.File())) {
         return false;
     }
+    const StopDelay delay;  // or the file's lock would stay
     OpenFile lock(opened.folder + ".lock", O_RDWR | O_CREAT);
     const std::string path = WithoutLinks(opened.File());
     std::string old;

@@ -1,5 +1,7 @@
 #include "Platform/OsThread.h"
 
+#include "Platform/Posix/StopDelays.h"
+
 #include <atomic>
 #include <errno.h>
 #include <linux/futex.h>
@@ -9,6 +11,7 @@
 #include <setjmp.h>
 #include <signal.h>
 #include <stdint.h>
+#include <string.h>
 #include <sys/resource.h>
 #include <sys/single_threaded.h>
 #include <sys/syscall.h>
@@ -16,6 +19,9 @@
 #include <unistd.h>
 
 namespace zm {
+
+ZM_PLAIN_THREAD_LOCAL volatile sig_atomic_t t_StopDelays = 0;
+ZM_PLAIN_THREAD_LOCAL volatile sig_atomic_t t_StopWaits = 0;
 
 namespace {
 
@@ -37,6 +43,7 @@ struct Thread {
     std::atomic<unsigned> state{HALTED};
     std::atomic<unsigned> exitCode{0};
     std::atomic<int> owners{2};
+    char name[16] = "";  ///< the system takes no longer one
 
     pthread_mutex_t endLock = PTHREAD_MUTEX_INITIALIZER;  ///< while it is held the thread does not end
     bool isGivenBack = false;  ///< under endLock: somebody has undertaken to join the thread, or it detaches itself
@@ -48,6 +55,7 @@ struct Thread {
 };
 
 thread_local Thread* t_Self = nullptr;
+
 
 void LetGo(Thread& thread)
 {
@@ -82,11 +90,20 @@ void Change(std::atomic<unsigned>& word, unsigned value)
     siglongjmp(self.beforeFunction, 1);
 }
 
-void OnStopSignal(int)
+void StopIfWanted()
 {
     Thread* self = t_Self;
     if (self != nullptr && self->stopWanted && self->isStoppable) {
         StopSelf(*self, self->stopCode);
+    }
+}
+
+void OnStopSignal(int)
+{
+    if (t_StopDelays != 0) {
+        t_StopWaits = 1;
+    } else {
+        StopIfWanted();
     }
 }
 
@@ -204,6 +221,9 @@ void* RunThread(void* parameter)
     t_Self = &self;
     AllowStopSignal();
     AwaitChange(self.state, HALTED, nullptr);
+    if (self.name[0] != 0) {
+        pthread_setname_np(pthread_self(), self.name);
+    }
     const Ending ending(self);
     self.exitCode = RunUnlessStopped(self);
     return nullptr;
@@ -260,11 +280,6 @@ void RestoreThreadPriority(int previous)
     setpriority(PRIO_PROCESS, 0, previous);
 }
 
-bool IsOnlyThread()
-{
-    return __libc_single_threaded != 0;
-}
-
 void YieldThread()
 {
     sched_yield();
@@ -295,6 +310,20 @@ void* NewThread(unsigned (*function)(void*), void* argument, unsigned& id)
 void StartThread(void* thread)
 {
     Change(static_cast<Thread*>(thread)->state, RUNNING);
+}
+
+// The thread itself tells it, which costs nothing like opening the file of another one's name. No character of UTF-8
+// is cut in its middle.
+void NameThread(void* thread, const char* name)
+{
+    char(&res)[16] = static_cast<Thread*>(thread)->name;
+    size_t length = strnlen(name, sizeof(res));
+    if (length == sizeof(res)) {
+        for (--length; length != 0 && (name[length] & 0xC0) == 0x80;) {
+            --length;
+        }
+    }
+    memcpy(res, name, length);
 }
 
 // The main thread's nice value stands for that of the process.
@@ -345,6 +374,12 @@ bool StopThread(void* thread, unsigned exitCode)
         return false;
     }
     if (thread == CallingThread() || thread == t_Self) {
+        if (t_Self != nullptr && t_StopDelays != 0) {
+            t_Self->stopCode = exitCode;
+            t_Self->stopWanted = true;
+            t_StopWaits = 1;
+            return true;
+        }
         if (t_Self != nullptr) {
             StopSelf(*t_Self, exitCode);
         }
@@ -363,6 +398,26 @@ bool StopThread(void* thread, unsigned exitCode)
     stopped.stopCode = exitCode;
     stopped.stopWanted = true;
     return pthread_kill(stopped.system, StopSignal()) == 0;
+}
+
+void StopAfterDelays()
+{
+    t_StopWaits = 0;
+    StopIfWanted();
+}
+
+void StopDelay::End()
+{
+    EndStopDelay();
+}
+
+bool StopDelay::BeginUnlessAlone()
+{
+    const bool othersRun = __libc_single_threaded == 0;
+    if (othersRun) {
+        BeginStopDelay();
+    }
+    return othersRun;
 }
 
 void CloseThread(void* thread)

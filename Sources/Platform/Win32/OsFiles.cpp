@@ -1,6 +1,7 @@
 #include "Platform/OsFiles.h"
 
 #include <direct.h>
+#include <fcntl.h>
 #include <io.h>
 #include <string.h>
 #include <sys/stat.h>
@@ -19,6 +20,15 @@ constexpr DWORD kNoAttributes = INVALID_FILE_ATTRIBUTES;
 std::string Joined(const std::string& directory, const char* name)
 {
     return directory + '\\' + name;
+}
+
+// But for those that are a folder of their own: "\\" and "C:\\".
+std::string WithoutLastSeparators(std::string path)
+{
+    while (path.size() > 1 && (path.back() == '/' || path.back() == '\\') && path[path.size() - 2] != ':') {
+        path.pop_back();
+    }
+    return path;
 }
 
 bool RemoveTree(const std::string& path)
@@ -43,14 +53,45 @@ bool RemoveTree(const std::string& path)
     return done && RemoveDirectoryA(path.c_str()) != 0;
 }
 
-}  // namespace
-
-FILE* OpenFile(const char* path, const char* mode)
+HANDLE HandleOf(int file)
 {
-    return fopen(path, mode);
+    return reinterpret_cast<HANDLE>(_get_osfhandle(file));
 }
 
-const bool kTextModesDropReturns = true;
+bool IsRegular(HANDLE file)
+{
+    return GetFileType(file) == FILE_TYPE_DISK;
+}
+
+// For bytes in all modes: reading text, the run time would end the file at a byte 0x1A, and cut that off the end of one
+// that it may write.
+int FlagsOf(const char* mode)
+{
+    const int access = strchr(mode, '+') != nullptr ? _O_RDWR : *mode == 'r' ? _O_RDONLY : _O_WRONLY;
+    return access | (*mode == 'w' ? _O_CREAT | _O_TRUNC : *mode == 'a' ? _O_CREAT | _O_APPEND : 0) | _O_BINARY;
+}
+
+}  // namespace
+
+FILE* OpenFile(const char* path, const char* mode, FileKind kind)
+{
+    const int file = _open(path, FlagsOf(mode) | _O_NOINHERIT, _S_IREAD | _S_IWRITE);
+    const bool takes = file >= 0 && (kind == FileKind::ANY || IsRegular(HandleOf(file)));
+    FILE* res = takes ? _fdopen(file, mode) : nullptr;
+    if (res != nullptr) {
+        TurnText(res, strpbrk(mode, "rb+") == nullptr);
+    } else if (file >= 0) {
+        _close(file);
+    }
+    return res;
+}
+
+void TurnText(FILE* file, bool toWriting)
+{
+    _setmode(_fileno(file), toWriting ? _O_TEXT : _O_BINARY);
+}
+
+const bool kTextReadsDropReturns = true;
 
 int64_t TellFile(FILE* file)
 {
@@ -67,10 +108,13 @@ bool WriteDirectly(FILE* file, const char* text, size_t length)
     return _write(_fileno(file), text, unsigned(length)) == int(length);
 }
 
+// With a separator at its end the system does not know a folder. A file has no such name.
 unsigned FileMode(const char* path)
 {
+    const std::string name = WithoutLastSeparators(path);
     struct _stat64 status;
-    return _stat64(path, &status) == 0 ? status.st_mode : 0;
+    const unsigned mode = _stat64(name.c_str(), &status) == 0 ? status.st_mode : 0;
+    return name == path || (mode & _S_IFDIR) != 0 ? mode : 0;
 }
 
 bool RenamePath(const char* from, const char* to)
@@ -106,10 +150,7 @@ bool RemoveDirectory(const char* path)
 
 bool DeleteTree(const char* path)
 {
-    std::string native = path;
-    while (native.size() > 1 && (native.back() == '/' || native.back() == '\\') && native[native.size() - 2] != ':') {
-        native.pop_back();
-    }
+    const std::string native = WithoutLastSeparators(path);
     return !native.empty() && RemoveTree(native);
 }
 
@@ -182,7 +223,10 @@ void DirectorySearch::Close()
 MappedFile::Result MapFile(const char* path, MappedFile& res)
 {
     const HANDLE file = CreateFileA(path, GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
-    if (file == INVALID_HANDLE_VALUE) {
+    if (file == INVALID_HANDLE_VALUE || !IsRegular(file)) {
+        if (file != INVALID_HANDLE_VALUE) {
+            CloseHandle(file);
+        }
         return MappedFile::NOT_OPENED;
     }
     LARGE_INTEGER size;

@@ -37,4 +37,15 @@ void LeaveLock(void* lock)
     LeaveCriticalSection(static_cast<CRITICAL_SECTION*>(lock));
 }
 
+// Terminating a thread does not ask it.
+void EnterOwnLock(void* lock)
+{
+    EnterLock(lock);
+}
+
+void LeaveOwnLock(void* lock)
+{
+    LeaveLock(lock);
+}
+
 }  // namespace zm

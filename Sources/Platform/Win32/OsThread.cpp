@@ -1,6 +1,7 @@
 #include "Platform/OsThread.h"
 
 #include <new>
+#include <string.h>
 #include <windows.h>
 
 namespace zm {
@@ -11,6 +12,17 @@ struct Start {
     unsigned (*function)(void*);
     void* argument;
 };
+
+constexpr int kMaxThreadName = 255;
+
+/// From that code page; a name that is too long is cut.
+bool ToWide(const char* name, UINT codePage, DWORD flags, wchar_t (&res)[kMaxThreadName + 1])
+{
+    const int bytes = int(strnlen(name, kMaxThreadName));
+    const int length = MultiByteToWideChar(codePage, flags, name, bytes, res, kMaxThreadName);
+    res[length] = 0;
+    return length != 0;
+}
 
 // The system calls its functions in another way than the compiler.
 DWORD WINAPI RunStart(void* parameter)
@@ -35,11 +47,6 @@ void RestoreThreadPriority(int previous)
     if (previous != THREAD_PRIORITY_ERROR_RETURN) {
         SetThreadPriority(GetCurrentThread(), previous);
     }
-}
-
-bool IsOnlyThread()
-{
-    return false;  // the system does not tell
 }
 
 void YieldThread()
@@ -73,6 +80,18 @@ void StartThread(void* thread)
     ResumeThread(thread);
 }
 
+// Not in every system whose other functions are needed here.
+void NameThread(void* thread, const char* name)
+{
+    typedef HRESULT(WINAPI * Function)(HANDLE, const wchar_t*);
+    const FARPROC found = GetProcAddress(GetModuleHandleA("kernel32.dll"), "SetThreadDescription");
+    wchar_t description[kMaxThreadName + 1];
+    if (found != nullptr && (ToWide(name, CP_UTF8, MB_ERR_INVALID_CHARS, description) ||
+                             ToWide(name, CP_ACP, 0, description))) {
+        reinterpret_cast<Function>(reinterpret_cast<void (*)()>(found))(thread, description);
+    }
+}
+
 void PrioritiseThread(void* thread, int priority)
 {
     SetThreadPriority(thread, priority);
@@ -104,6 +123,13 @@ bool StopThread(void* thread, unsigned exitCode)
         return true;
     }
     return TerminateThread(thread, exitCode) != 0;
+}
+
+void StopDelay::End() {}
+
+bool StopDelay::BeginUnlessAlone()
+{
+    return true;  // the system does not tell who is
 }
 
 void CloseThread(void* thread)

@@ -1,4 +1,4 @@
-#include "ZmCachedFile.h"
+#include "ZmFile.h"
 
 #include <gtest/gtest.h>
 
@@ -21,20 +21,6 @@ TEST(FullDeviceTest, WritingFailsWhenItReachesTheDevice)
     file.Close();
     ASSERT_TRUE(file.Open("/dev/full", ZmFile::WRITEONLY));
     EXPECT_EQ(file.Write(much.data(), unsigned(much.size())), 0u);
-}
-
-TEST(FullDeviceTest, AFolderOpensAndReadsNothing)
-{
-    char buffer[16];
-    ZmFile file;
-    ASSERT_TRUE(file.Open("/dev", ZmFile::READONLY));
-    EXPECT_EQ(file.Read(buffer, 1), 0u);
-    EXPECT_EQ(file.IsValid(), 0);
-    EXPECT_EQ(file.GetString(buffer, 16), 0);
-    ZmCachedFile cached;
-    ASSERT_TRUE(cached.Open("/dev", ZmFile::READONLY));
-    EXPECT_EQ(cached.Read(buffer, 16), 16u);
-    EXPECT_EQ(std::string(buffer, 16), std::string(16, '\0'));
 }
 
 }  // namespace

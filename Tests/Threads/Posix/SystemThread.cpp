@@ -1,13 +1,19 @@
+#include "Threads/SystemThread.h"
+
 #include <pthread.h>
 #include <signal.h>
 #include <sys/resource.h>
 
-int SystemPriority();
-bool SystemStopsThreads();
-
 int SystemPriority()
 {
     return getpriority(PRIO_PROCESS, 0);
+}
+
+std::string SystemThreadName()
+{
+    char name[16] = "";
+    pthread_getname_np(pthread_self(), name, sizeof(name));
+    return name;
 }
 
 bool SystemStopsThreads()

@@ -1,0 +1,88 @@
+#include "Support/HeardMessages.h"
+#include "Support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <thread>
+
+namespace {
+
+/// Pipes that nobody writes to or reads from, a device and a folder. What waits for the other end of a pipe is ended.
+class PipesTest : public testing::Test {
+protected:
+    PipesTest()
+    {
+        EXPECT_EQ(mkfifo(m_Pipe.c_str(), 0600), 0);
+        alarm(60);
+    }
+    ~PipesTest() override { alarm(0); }
+
+    const TemporaryFolder m_Folder;
+    const std::string m_Pipe = m_Folder / "pipe";
+    const std::string m_NoFiles[3] = {m_Pipe, "/dev/null", m_Folder.Path()};
+};
+
+TEST_F(PipesTest, WhatSeeksRefusesThemWithoutWaiting)
+{
+    for (const std::string& path : m_NoFiles) {
+        SCOPED_TRACE(path);
+        EXPECT_EQ(ZmMemoryMappedFile(path.c_str()).GetErrorType(), ZmMMF_FileOpen);
+        for (int access = ZmFile::READONLY; access <= ZmFile::APPENDREAD; ++access) {
+            for (const int mode : {access, access | ZmFile::TEXT}) {
+                ZmCachedFile cached;
+                EXPECT_EQ(cached.Open(path.c_str(), ZmFile::OpenMode(mode)), 0);
+                ZmFile file;
+                if (access == ZmFile::READWRITE || access == ZmFile::APPENDREAD) {
+                    EXPECT_EQ(file.Open(path.c_str(), ZmFile::OpenMode(mode)), 0);
+                }
+            }
+        }
+        ZmConfiguration tree(0);
+        XString error;
+        int line = 42;
+        EXPECT_EQ(tree.BuildFromFile(path.c_str(), line, error), 0);
+        EXPECT_EQ(error.Text(), "can't open file : " + path);
+        EXPECT_EQ(line, 42);
+    }
+}
+
+TEST_F(PipesTest, ArchivesRefuseThemWithoutWaiting)
+{
+    MakeFile(m_Folder / "file", "bytes");
+    ZmBigFile archive;
+    for (const std::string& path : m_NoFiles) {
+        SCOPED_TRACE(path);
+        EXPECT_EQ(archive.Open(path.c_str(), 1) + archive.OpenExisting(path.c_str()), 0);
+        EXPECT_EQ(archive.Append("now", path.c_str(), 0, 1) + archive.Append("later", path.c_str(), 1, 1), 0);
+    }
+    ASSERT_EQ(archive.Append("file", (m_Folder / "file").c_str(), 1, 0), 1);
+    std::filesystem::rename(m_Pipe, m_Folder / "file");
+    ASSERT_EQ(mkfifo((m_Folder / "archive.tmp").c_str(), 0600), 0);
+    EXPECT_EQ(archive.Save((m_Folder / "archive").c_str(), nullptr), 0) << "it would write into a pipe";
+    EXPECT_EQ(archive.Save((m_Folder / "other").c_str(), nullptr), 1);
+    EXPECT_EQ(BytesOf(m_Folder / "other").substr(BytesOf(m_Folder / "other").size() - 5), std::string(5, '\0'));
+}
+
+TEST_F(PipesTest, PlainReadingAndWritingGoThroughThem)
+{
+    std::thread writer([this] {
+        ZmFile file;
+        EXPECT_EQ(file.Open(m_Pipe.c_str(), ZmFile::WRITEONLY), 1);
+        EXPECT_EQ(file.Write("one\ntwo\n", 8), 8u);
+    });
+    ZmFile file;
+    char buffer[8];
+    EXPECT_EQ(file.Open(m_Pipe.c_str(), ZmFile::OpenMode(ZmFile::READONLY | ZmFile::TEXT)), 1);
+    EXPECT_EQ(file.GetString(buffer, 8), 1);
+    EXPECT_STREQ(buffer, "one\n");
+    EXPECT_EQ(file.Read(buffer, 4), 4u);
+    writer.join();
+    EXPECT_EQ(file.Read(buffer, 1), 0u);
+    for (const int mode : {ZmFile::READONLY, ZmFile::WRITEONLY, ZmFile::APPEND}) {
+        EXPECT_EQ(file.Open("/dev/null", ZmFile::OpenMode(mode)), 1);
+    }
+}
+
+}  // namespace

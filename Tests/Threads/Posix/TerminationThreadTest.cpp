@@ -1,0 +1,145 @@
+#include "Support/HeardMessages.h"
+#include "Support/Random.h"
+#include "Threads/SystemThread.h"
+
+#include <gtest/gtest.h>
+#include <string.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <chrono>
+
+namespace {
+
+char g_LongText[201];
+
+class TerminationThreadTest : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        if (!SystemStopsThreads()) {
+            GTEST_SKIP() << "the system does not deliver the last real-time signal";
+        }
+    }
+};
+
+/// What takes the library's own locks, and of the heap no other than the library itself does inside them.
+const struct {
+    const char* name;
+    void (*use)();
+} kUses[] = {
+    {"short strings",
+     [] {
+         XString text("a text");
+         text << "and more of it";
+     }},
+    {"long strings", [] { XString text(g_LongText); }},
+    {"pools",
+     [] {
+         ZmAllocator& allocator = ZmAllocator::Instance();
+         allocator.ReleasePool(40, allocator.AllocatePool(40));
+     }},
+    {"scratch",
+     [] {
+         ZmAllocator& allocator = ZmAllocator::Instance();
+         allocator.ReleaseScratch(allocator.AllocateScratch(5000));
+     }},
+    {"the log", [] { ZmLog::GetLog().SetInformationMT(2, ZmLog::LEVEL_INFO, 1, "file").PrintMT("%5d", 1); }},
+    {"the registry", [] { ZmThread::GetCurrentZmThread(); }},
+    {"the environment", [] { ZmGetEnvironmentVariable("ZMMATH_NO_VARIABLE", nullptr, 0); }},
+};
+
+std::atomic<bool> g_Runs{false};
+
+unsigned int UseForEver(void* use)
+{
+    for (;;) {
+        (*static_cast<void (*const*)()>(use))();
+        g_Runs = true;
+    }
+}
+
+// Whoever takes a lock that a terminated thread has kept waits until the alarm.
+TEST_F(TerminationThreadTest, ThreadsThatAreTerminatedLeaveTheLocksOfTheLibrary)
+{
+    Random random(1);
+    memset(g_LongText, 'x', sizeof(g_LongText) - 1);
+    alarm(120);
+    for (const auto& row : kUses) {
+        SCOPED_TRACE(row.name);
+        for (int round = 0; round < 100; ++round) {
+            ZmThread thread;
+            const unsigned int given = unsigned(round);
+            unsigned int code = 0;
+            g_Runs = false;
+            ASSERT_EQ(thread.CreateThread(UseForEver, const_cast<void (**)()>(&row.use)), 1);
+            while (!g_Runs) {
+                usleep(1);
+            }
+            const auto until = std::chrono::steady_clock::now() + std::chrono::microseconds(random.Int(0, 100));
+            while (std::chrono::steady_clock::now() < until) {
+            }
+            ASSERT_EQ(thread.Terminate(&given), 1);
+            ASSERT_EQ(thread.Wait(&code, 0), 53);
+            ASSERT_EQ(code, given);
+            thread.Close();
+            row.use();
+        }
+    }
+    alarm(0);
+}
+
+std::atomic<bool> g_Open{false};
+std::atomic<int> g_Heard{0};
+
+TEST_F(TerminationThreadTest, AStopInsideTheLogWaitsForTheEndOfTheMessage)
+{
+    HeardMessages heard;
+    heard.Listen("slow", 2);
+    heard.m_Answer = [](const HeardMessage&) {
+        for (g_Heard += 1; !g_Open;) {
+            usleep(100);
+        }
+    };
+    g_Open = false;
+    g_Heard = 0;
+    ZmThread thread;
+    ASSERT_EQ(thread.CreateThread(UseForEver, const_cast<void (**)()>(&kUses[4].use)), 1);
+    while (g_Heard == 0) {
+        usleep(100);
+    }
+    const unsigned int given = 9;
+    unsigned int code = 0;
+    EXPECT_EQ(thread.Terminate(&given), 1);
+    EXPECT_EQ(thread.Wait(&code, 20), 9) << "still inside";
+    g_Open = true;
+    EXPECT_EQ(thread.Wait(&code, 0), 53);
+    EXPECT_EQ(code, 9u);
+    EXPECT_EQ(g_Heard, 1) << "and went no further";
+    thread.Close();
+    heard.m_Answer = nullptr;
+    kUses[4].use();
+    EXPECT_EQ(heard.Take().size(), 2u);
+}
+
+ZmThread g_Self;
+
+TEST_F(TerminationThreadTest, AListenerThatTerminatesItsThreadEndsItsMessageFirst)
+{
+    HeardMessages heard;
+    heard.Listen("ends it", 2);
+    heard.m_Answer = [](const HeardMessage&) {
+        const unsigned int code = 5;
+        EXPECT_EQ(g_Self.Terminate(&code), 1);
+    };
+    unsigned int code = 0;
+    ASSERT_EQ(g_Self.CreateThread(UseForEver, const_cast<void (**)()>(&kUses[4].use)), 1);
+    EXPECT_EQ(g_Self.Wait(&code, 0), 53);
+    EXPECT_EQ(code, 5u);
+    g_Self.Close();
+    heard.m_Answer = nullptr;
+    kUses[4].use();
+    EXPECT_EQ(heard.Take().size(), 2u);
+}
+
+}  // namespace
