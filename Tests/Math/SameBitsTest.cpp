@@ -263,7 +263,7 @@ const struct Family {
     {"matrices", Matrices, false, 0x02AA7429302D5C56},
     {"angles", Angles, false, 0x8121AF832065293A},
     {"quaternions", Quaternions, false, 0x5C12806A7483AD9D},
-    {"total decompositions", TotalDecompositions, false, 0x76395947B90A3233},
+    {"total decompositions", TotalDecompositions, false, 0x659183D813CDD20A},
     {"normalized", Normalized, true, 0xC455B01231C63759},
     {"boxes", Boxes, false, 0x8D96041104FA88A8},
     {"planes, rays, rectangles, frustums", PlanesRaysRectanglesAndFrustums, false, 0xE858484A39544C2F},
