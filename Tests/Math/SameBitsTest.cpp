@@ -260,7 +260,7 @@ const struct Family {
 } kFamilies[] = {
     {"transforms", Transforms, false, 0x954048F37102E927},
     {"transformed arrays", TransformedArrays, false, 0x037B06597390B4D6},
-    {"matrices", Matrices, false, 0x02AA7429302D5C56},
+    {"matrices", Matrices, false, 0x704EB467B31595E8},
     {"angles", Angles, false, 0x8121AF832065293A},
     {"quaternions", Quaternions, false, 0x5C12806A7483AD9D},
     {"total decompositions", TotalDecompositions, false, 0x659183D813CDD20A},
