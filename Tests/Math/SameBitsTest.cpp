@@ -270,7 +270,7 @@ const struct Family {
     {"array arithmetic", ArrayArithmetic, false, 0x3ED41BF6FED29688},
     {"colors", Colors, false, 0x71334AA7E0417937},
     {"sine table", SineTable, false, 0x9127808C2B79EF7C},
-    {"intersections", Intersections, false, 0x19366B1A09D497E0},
+    {"intersections", Intersections, false, 0x05CDC71696187651},
     {"distances", Distances, false, 0x3A2C9FBFE9629852},
     {"fitted boxes", FittedBoxes, false, 0xB880CB3899AE0065},
 };
