@@ -51,7 +51,7 @@ void SetTranslation(ZmMatrix& m, const ZmVector& pos)
     m[3][2] = pos.z;
 }
 
-// Six steps of a float below 1: what a rotation that was built in floats, or the product of two, may stretch by.
+// Six steps of a float above 1: what a rotation that was built in floats, or the product of two, may stretch by.
 const double kSameStretch = 12 * 0x1p-24;
 // Of the largest stretch, what rounding in double leaves of those that are 0.
 const double kNoStretch = 0x1p-50;
