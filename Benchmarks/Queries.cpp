@@ -25,6 +25,8 @@ constexpr Task kTasks[] = {
     {"Queries/box-box", 4, 0, Prepare, {kPairs}, {0.40}},
     {"Queries/sphere-box", 4, 0, Prepare, {kPairs}, {0.15}},
     {"Queries/ray-box", 4, 0, Prepare, {kPairs}, {0.25}},
+    {"Queries/ray-sphere", 4, 0, Prepare, {kPairs}, {1.00}},
+    {"Queries/moving-spheres", 4, 0, Prepare, {kPairs}, {1.00}},
     {"Queries/ray-triangle", 4, 0, Prepare, {kPairs}, {0.75}},
     {"Queries/oriented-boxes", 4, 0, Prepare, {kPairs}, {0.80}},
     {"Queries/frustum-planes-box", 4, 0, Prepare, {kPairs}, {1.00}},
@@ -57,6 +59,24 @@ void RayBox(const Work& w)
 {
     EachPair(w, [](const QueryInputs& in, int i, int j) {
         return ZmIntersect::RayBox(Record<ZmRay>(in.rays[i]), Record<ZmBbox>(in.boxes[j]));
+    });
+}
+
+void RaySphere(const Work& w)
+{
+    ZmVector points[2];
+    EachPair(w, [&](const QueryInputs& in, int i, int j) {
+        return ZmIntersect::RaySphere(Record<ZmRay>(in.rays[i]), Record<ZmSphere>(in.balls[j]), &points[0], &points[1]);
+    });
+}
+
+void MovingSpheres(const Work& w)
+{
+    float t0 = 0, t1 = 0;
+    EachPair(w, [&](const QueryInputs& in, int i, int j) {
+        const float *a = in.movers[i], *b = in.balls[j];
+        return ZmIntersect::SphereSphere(Record<ZmSphere>(a), Record<ZmVector>(a + 4), Record<ZmSphere>(b),
+                                         Record<ZmVector>(b + 4), &t0, &t1);
     });
 }
 
@@ -129,6 +149,8 @@ constexpr Entry kEntries[] = {
     {"Queries/box-box", BoxBox},
     {"Queries/sphere-box", SphereBox},
     {"Queries/ray-box", RayBox},
+    {"Queries/ray-sphere", RaySphere},
+    {"Queries/moving-spheres", MovingSpheres},
     {"Queries/ray-triangle", RayTriangle},
     {"Queries/oriented-boxes", OrientedBoxes},
     {"Queries/frustum-planes-box", FrustumPlanesBox},

@@ -149,6 +149,14 @@ bool DividesTheForms(const QueryInputs& in, const float* place)
     return straddles && outside;
 }
 
+/// From somewhere around the middle to somewhere nearer to it.
+void MakeMover(Generator& random, float* mover, float range, float smallest, float largest)
+{
+    random.Vector(mover, range);
+    mover[3] = random.Uniform(smallest, largest);
+    random.Vector(mover + 4, 2);
+}
+
 /// A translation to somewhere around the frustum.
 void MakePlace(Generator& random, const QueryInputs& in, float* matrix)
 {
@@ -211,6 +219,11 @@ std::unique_ptr<QueryInputs> Make()
     for (float(&point)[3] : in.cloud) {
         MakePoint(random, point);
     }
+    for (int i = 0; i < kPairs; ++i) {
+        MakeMover(random, in.movers[i], 4, 0.3f, 0.8f);
+        MakeMover(random, in.balls[i], 1.5f, 0.6f, 1.8f);
+    }
+    Repeat(in.balls);
     return made;
 }
 

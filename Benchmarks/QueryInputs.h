@@ -30,6 +30,7 @@ struct alignas(64) QueryInputs {
     float origin[3], right[3], up[3], direction[3];
     float frustumPlanes[6][4];  ///< left, right, top, bottom, near, far; positive inside
     float cloud[kCloudPoints][3];
+    float movers[kPairs][7], balls[kSeconds][7];  ///< spheres and the ends of their ways; the balls meet rays, too
 
     int pass;  ///< how many there were since the inputs were prepared
 };

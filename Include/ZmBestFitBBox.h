@@ -8,7 +8,8 @@
 ///
 /// A point is three floats at the start of its element; elements start `stride` bytes apart at any alignment,
 /// and only the points' own bytes are read. Flat, straight and single-point clouds give boxes with
-/// half-sizes of 0 plus the border. Any thread.
+/// half-sizes of 0 plus the border. The cloud may be of any size: it is scaled before its axes are looked for.
+/// Any thread.
 ///
 /// Returns 1, or 0
 /// - for a count below 1 or a null pointer, with `result` the identity;

@@ -13,17 +13,19 @@
 /// Where several pairs are closest, one of them is given. Any thread; the same bits on every path
 /// and platform.
 ///
-/// Between two linear objects a zero direction stands for a point, with the parameter 0. In the three forms
-/// for points it gives a non-number, unless the object is a ray or a segment, where it is a point too.
+/// Between two linear objects a zero direction stands for a point, with the parameter 0; beside a point, a line keeps
+/// its nearest point and not the 0 of parallel lines. In the three forms for points a zero direction gives a
+/// non-number, unless the object is a ray or a segment, where it is a point too.
 class ZmDistance {
 public:
-    /// Lines count as parallel when |Direction0 x Direction1|^2 is below 2^-23 or, for directions short enough,
-    /// below 2^-23 times |Direction0|^2 * |Direction1|^2. Then *t1 = 0 and *t0 is the foot of the second line's
-    /// origin on the first line, although lines that are not quite parallel come closer somewhere far away.
+    /// Lines count as parallel when |Direction0 x Direction1|^2 is below 2^-23, whatever the lengths of the directions.
+    /// Then *t1 = 0 and *t0 is the foot of the second line's origin on the first line, although lines that are not
+    /// quite parallel come closer somewhere. So pass directions of a sensible length: for unit vectors the limit is an
+    /// angle of 0.02 degrees; where the product of the lengths is below 3.4e-4 any two lines count as parallel.
     ZM_API static float LineLineSquareDistance(const ZmRay& line0, const ZmRay& line1, float* t0, float* t1);
 
-    /// These give the smallest distance for nearly parallel pairs too. Where directions are parallel as far as floats
-    /// can tell, the second parameter is 0 if that belongs to a closest pair.
+    /// These give the smallest distance for nearly parallel pairs too, and for directions of any length. Where
+    /// directions are parallel as far as floats can tell, the second parameter is 0 if that belongs to a closest pair.
     ZM_API static float LineRaySquareDistance(const ZmRay& line, const ZmRay& ray, float* t0, float* t1);
     ZM_API static float LineSegmentSquareDistance(const ZmRay& line, const ZmRay& segment, float* t0, float* t1);
     ZM_API static float RayRaySquareDistance(const ZmRay& ray0, const ZmRay& ray1, float* t0, float* t1);

@@ -12,6 +12,7 @@ public:
     /// Matrix = the covariance of a cloud, divided by the number of points. A point is three floats at the start of
     /// its element; elements start `stride` bytes apart at any alignment. The sums are taken in double from the first
     /// point on, so neither the number of points nor their distance from the origin costs digits.
+    /// Distances below 1e-19 have squares that no float holds (ZmComputeBestFitBBox scales first).
     /// Without points (count < 1 or a null pointer) Matrix is zero.
     ZM_API void Covariance(const unsigned char* points, unsigned long stride, int count);
 

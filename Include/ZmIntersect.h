@@ -13,10 +13,11 @@
 /// with t >= 0), a segment (0 <= t <= 1, so Direction is end minus start) or a line (any t). Directions need
 /// not be of unit length, and `dist` is always t, no Euclidean distance.
 ///
-/// Every function returns 0 for no intersection. The tolerance EPS is 2^-23, and the parameter of a segment
-/// may reach 1 + 2^-23. Outputs keep their values where nothing is said about them; they must not lie inside
-/// an input of the same call, except where that input is a plain point. Non-numbers in the input give 0 or a
-/// result without meaning, never a crash. No state: any thread may call. All functions give the same
+/// Every function returns 0 for no intersection. The tolerance EPS is 2^-23, whatever the size of what is compared with
+/// it: directions and normals of about unit length are judged as one expects, tiny ones count as parallel or as
+/// nothing. The parameter of a segment may reach 1 + 2^-23. Outputs keep their values where nothing is said about them;
+/// they must not lie inside an input of the same call, except where that input is a plain point. Non-numbers in the
+/// input give 0 or a result without meaning, never a crash. No state: any thread may call. All functions give the same
 /// bits whatever the feature word says.
 class ZmIntersect {
 public:
@@ -71,7 +72,10 @@ public:
 
     // --- Triangles ----------------------------------------------------------------
     //
-    // `normal` is the caller's, of any length; it is never computed from the corners.
+    // `normal` is the caller's and never computed from the corners. Make it a unit vector: a vector product of two
+    // edges shrinks with the square of their length, and EPS does not. With such a normal RayFace and the others take
+    // every ray of unit length for parallel to a triangle with edges of 3e-4 or less, and FaceFace takes parallel
+    // triangles with edges of 1e-3 or less for crossing though they are ten edges apart.
 
     /// Whether a point of the triangle's plane lies in the triangle, seen along the largest component of the
     /// normal (the first of equals): 1 for one winding, 2 for the other, 0 outside. A point on
@@ -115,13 +119,15 @@ public:
 
     /// The points in which the whole LINE of the ray meets the sphere, those behind the origin included:
     /// 2 with both written in the order of travel, 1 with inter1 written where the line just touches, or 0.
-    /// The pointers must not be null. A zero direction gives 0.
+    /// The pointers must not be null. A zero direction gives 0. In double, so that spheres thousands of radii away are
+    /// met where they are; the points are rounded to floats.
     ZM_API static int RaySphere(const ZmRay& ray, const ZmSphere& sphere, ZmVector* inter1, ZmVector* inter2);
 
     /// Whether two spheres meet while each moves straight from its centre to its end: 1 with the first meeting
     /// in [0, 1], else 0. Spheres that touch at the start give 1 with both times 0. Otherwise
     /// *t0 <= *t1 are the times at which they touch, written also when they lie outside [0, 1], but not when
-    /// the spheres never meet on their lines; 0 and 0 without relative motion. A null pointer is not written.
+    /// the spheres never meet on their lines; 0 and 0 without relative motion. A null pointer is not written. In
+    /// double.
     ZM_API static int SphereSphere(const ZmSphere& sphere1, const ZmVector& end1, const ZmSphere& sphere2,
                                    const ZmVector& end2, float* t0, float* t1);
 

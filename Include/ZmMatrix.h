@@ -115,7 +115,8 @@ ZM_API float Zm3DMatrixDeterminant(const ZmMatrix& m);
 /// `res` and `src` must be different objects. If the 3x3 block is singular (its
 /// determinant rounds to 0 in float, or is below 1e-15 of the sum of its terms'
 /// magnitudes) `res` keeps its old value and nothing tells you: test
-/// Zm3DMatrixDeterminant() first where that matters.
+/// Zm3DMatrixDeterminant() first where that matters. Computed in double: the block is
+/// right to a rounding of float also where it is nearly singular.
 ZM_API void Zm3DInverseMatrix(ZmMatrix& res, const ZmMatrix& src);
 
 // --- Builders -----------------------------------------------------------------
@@ -132,7 +133,8 @@ ZM_API void Zm3DMatrixFromRotationAndOrigin(ZmMatrix& res, const ZmVector& axis,
 
 /// Rotation about X by `eax`, then Y by `eay`, then Z by `eaz`, in radians. A
 /// positive angle about X takes Y to (0, cos, PLUS sin). Angles of a magnitude up
-/// to 1e-8 count as exactly 0.
+/// to 1e-8 count as exactly 0; without a turn about Y element [0][2] is then -0, which
+/// compares as 0.
 ZM_API void Zm3DMatrixFromEulerAngles(ZmMatrix& res, float eax, float eay, float eaz);
 
 /// The angles that Zm3DMatrixFromEulerAngles would take, scale stripped from the

@@ -27,7 +27,8 @@ struct ZmVector {
 
     /// Scales to unit length in place. With the SSE feature bit set it uses the
     /// processor's approximate reciprocal square root: relative error of the
-    /// length up to 1.5 * 2^-12, on purpose; else it multiplies by 1/sqrt, exact to rounding.
+    /// length up to 1.5 * 2^-12, on purpose; else, and for lengths below 1.1e-19, whose squares
+    /// that root takes for 0, it multiplies by 1/sqrt, exact to rounding.
     /// A zero vector becomes three non-numbers: test the length first.
     ZM_API void Normalize();
 

@@ -128,6 +128,52 @@ void RayBoxByAxes(const Work& w)
 }
 
 /// T. Moeller and B. Trumbore, Journal of Graphics Tools 2(1), 1997, with the point that ours gives.
+/// Makes a result needed.
+void Keep(float result)
+{
+    [[maybe_unused]] volatile float kept = result;
+}
+
+void RaySphere(const Work& w)
+{
+    Vec first(0, 0, 0), second(0, 0, 0);
+    EachPair(w, [&](const QueryInputs& in, int i, int j) {
+        const float *ray = in.rays[i], *sphere = in.balls[j];
+        const Vec d(ray + 3), origin(ray), unit = d * (1 / std::sqrt(Dot(d, d))), offset = Vec(sphere) - origin;
+        const float middle = Dot(offset, unit);
+        const float discriminant = sphere[3] * sphere[3] - (Dot(offset, offset) - middle * middle);
+        if (discriminant < 0) {
+            return 0;
+        }
+        first = origin + unit * (middle - std::sqrt(discriminant));
+        second = origin + unit * (middle + std::sqrt(discriminant));
+        return discriminant > 0 ? 2 : 1;
+    });
+    Keep(Dot(first, second));
+}
+
+void MovingSpheres(const Work& w)
+{
+    float first = 0, last = 0;
+    EachPair(w, [&](const QueryInputs& in, int i, int j) {
+        const float *a = in.movers[i], *b = in.balls[j];
+        const Vec between = Vec(b) - Vec(a), motion = (Vec(b + 4) - Vec(b)) - (Vec(a + 4) - Vec(a));
+        const float reach = a[3] + b[3], gap = Dot(between, between) - reach * reach;
+        if (gap <= 0) {
+            return 1;
+        }
+        const float square = Dot(motion, motion), middle = Dot(motion, between);
+        const float discriminant = middle * middle - square * gap;
+        if (square == 0 || discriminant < 0) {
+            return 0;
+        }
+        first = (-middle - std::sqrt(discriminant)) / square;
+        last = (std::sqrt(discriminant) - middle) / square;
+        return int(first >= 0 && first <= 1);
+    });
+    Keep(first + last);
+}
+
 void RayTriangle(const Work& w)
 {
     volatile float sink;
@@ -260,6 +306,8 @@ constexpr Entry kEntries[] = {
     {"Queries/sphere-box", SphereBox},
     {"Queries/ray-box", RayBoxBySlabs, "slabs"},
     {"Queries/ray-box", RayBoxByAxes, "axes"},
+    {"Queries/ray-sphere", RaySphere},
+    {"Queries/moving-spheres", MovingSpheres},
     {"Queries/ray-triangle", RayTriangle},
     {"Queries/oriented-boxes", OrientedBoxes},
     {"Queries/frustum-planes-box", FrustumPlanesBox},

@@ -116,13 +116,22 @@ struct DoubleLanes {
         return _mm256_setr_pd(f(lanes[0]), f(lanes[1]), f(lanes[2]), f(lanes[3]));
     }
     SseLanes ToFloats() const { return {_mm256_cvtpd_ps(v)}; }
+    /// The first three turned round, the fourth as it is.
+    DoubleLanes Yzx() const { return _mm256_permute4x64_pd(v, _MM_SHUFFLE(3, 0, 2, 1)); }
+    DoubleLanes Zxy() const { return _mm256_permute4x64_pd(v, _MM_SHUFFLE(3, 1, 0, 2)); }
     /// Lanes 0 and 2 plus lanes 1 and 3.
     double Sum() const
     {
         const __m128d halves = _mm_add_pd(_mm256_castpd256_pd128(v), _mm256_extractf128_pd(v, 1));
         return _mm_cvtsd_f64(_mm_add_sd(halves, _mm_unpackhi_pd(halves, halves)));
     }
-
+    /// Lanes 0 and 2 plus lane 1, of either.
+    static DoublePair SumsOfThree(DoubleLanes a, DoubleLanes b)
+    {
+        const __m256d even = _mm256_unpacklo_pd(a.v, b.v);
+        const __m128d odd = _mm_unpackhi_pd(_mm256_castpd256_pd128(a.v), _mm256_castpd256_pd128(b.v));
+        return _mm_add_pd(_mm_add_pd(_mm256_castpd256_pd128(even), _mm256_extractf128_pd(even, 1)), odd);
+    }
     DoubleLanes PlusOneBit() const { return Bits(_mm256_add_epi64(_mm256_castpd_si256(v), _mm256_set1_epi64x(1))); }
     DoubleLanes MaskOfBit0() const
     {
@@ -155,10 +164,17 @@ struct DoubleLanes {
     bool AllBelow(double limit) const { return low.AllBelow(limit) && high.AllBelow(limit); }
     DoubleLanes Map(double (*f)(double)) const { return {low.Map(f), high.Map(f)}; }
     SseLanes ToFloats() const { return {_mm_movelh_ps(_mm_cvtpd_ps(low.v), _mm_cvtpd_ps(high.v))}; }
+    DoubleLanes Yzx() const { return {_mm_shuffle_pd(low.v, high.v, 1), _mm_shuffle_pd(low.v, high.v, 2)}; }
+    DoubleLanes Zxy() const { return {_mm_shuffle_pd(high.v, low.v, 0), _mm_shuffle_pd(low.v, high.v, 3)}; }
     double Sum() const
     {
         const DoublePair halves = low + high;
         return halves.First() + halves.Second();
+    }
+    static DoublePair SumsOfThree(DoubleLanes a, DoubleLanes b)
+    {
+        return (DoublePair::Firsts(a.low, b.low) + DoublePair::Firsts(a.high, b.high)) +
+               DoublePair::Seconds(a.low, b.low);
     }
 
     DoubleLanes PlusOneBit() const { return {low.PlusOneBit(), high.PlusOneBit()}; }

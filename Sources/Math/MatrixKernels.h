@@ -44,41 +44,29 @@ inline void AffineProduct(float* res, const float* a, const float* b)
     }
 }
 
-inline SseLanes Yzx(SseLanes r)
-{
-    return r.Pick<1, 2, 0>();
-}
-
-inline SseLanes Zxy(SseLanes r)
-{
-    return r.Pick<2, 0, 1>();
-}
-
-/// Affine inverse: the adjugate over the determinant. The determinant is summed in double, together
-/// with the magnitude of its terms: when nothing is left of it against them, nothing is written.
+/// Affine inverse: the adjugate over the determinant, in double, where the products of two floats are exact: nothing
+/// that cancels out between them costs digits. The determinant is summed together with the magnitude of its terms:
+/// when nothing is left of it against them, or of it in a float, nothing is written.
 inline void AffineInverse(float* res, const float* m)
 {
-    const SseLanes r0 = SseLanes::Load4(m).ClearW(), r1 = SseLanes::Load4(m + 4).ClearW(),
-                   r2 = SseLanes::Load4(m + 8).ClearW();
-    const SseLanes yzx0 = Yzx(r0), yzx1 = Yzx(r1), yzx2 = Yzx(r2), zxy0 = Zxy(r0), zxy1 = Zxy(r1), zxy2 = Zxy(r2);
+    // What stands in the fourth lanes has no meaning.
+    const DoubleLanes a(SseLanes::Load4(m)), b(SseLanes::Load4(m + 4)), c(SseLanes::Load4(m + 8)),
+        yzxA = a.Yzx(), yzxB = b.Yzx(), yzxC = c.Yzx();
 
-    const DoubleLanes first(r0), plus = first * (DoubleLanes(yzx1) * DoubleLanes(zxy2)),
-                                 minus = first * (DoubleLanes(zxy1) * DoubleLanes(yzx2));
-    const float det = float((plus - minus).Sum());
-    const double magnitude = (plus.Abs() + minus.Abs()).Sum();
-    if (det == 0 || __builtin_fabs(double(det)) < 1e-15 * magnitude) {
+    // The columns of the adjugate are the vector products of the rows; here each of them begins with its z.
+    const DoubleLanes bc = b * yzxC, cb = yzxB * c, crossBC = bc - cb, first = a.Zxy();
+    const DoublePair sums = DoubleLanes::SumsOfThree(first * crossBC, first.Abs() * (bc.Abs() + cb.Abs()));
+    const double det = sums.First(), size = __builtin_fabs(det), kRoundsToZero = 0x1p-150;
+    if (int(size <= kRoundsToZero) | int(size < 1e-15 * sums.Second())) {
         return;
     }
 
-    // The columns of the adjugate are the vector products of the rows.
-    const SseLanes divisor = SseLanes::Splat(det);
-    const SseLanes column0 = (yzx1 * zxy2 - zxy1 * yzx2) / divisor, column1 = (yzx2 * zxy0 - zxy2 * yzx0) / divisor,
-                   column2 = ((yzx0 * zxy1 - zxy0 * yzx1) / divisor).ClearW();
-    const __m128 xy = _mm_unpacklo_ps(column0.v, column1.v), z = _mm_unpackhi_ps(column0.v, column1.v);
-    const SseLanes row0 = {_mm_shuffle_ps(xy, column2.v, _MM_SHUFFLE(3, 0, 1, 0))},
-                   row1 = {_mm_shuffle_ps(xy, column2.v, _MM_SHUFFLE(3, 1, 3, 2))},
-                   row2 = {_mm_shuffle_ps(z, column2.v, _MM_SHUFFLE(3, 2, 1, 0))};
-    const SseLanes origin = SseLanes::Load4(m + 12);
+    const DoubleLanes factor = DoubleLanes::Splat(1 / det);
+    const SseLanes column0 = (crossBC * factor).ToFloats(), column1 = ((c * yzxA - yzxC * a) * factor).ToFloats(),
+                   column2 = ((a * yzxB - yzxA * b) * factor).ToFloats().ClearW();
+    const SseLanes zx = {_mm_unpacklo_ps(column0.v, column1.v)}, y = {_mm_unpackhi_ps(column0.v, column1.v)};
+    const SseLanes row0 = SseLanes::Shuffle<2, 3, 1, 3>(zx, column2), row1 = SseLanes::Shuffle<0, 1, 2, 3>(y, column2),
+                   row2 = SseLanes::Shuffle<0, 1, 0, 3>(zx, column2), origin = SseLanes::Load4(m + 12);
     const SseLanes moved =
         (origin.SplatInRows<0>() * row0 + origin.SplatInRows<1>() * row1) + origin.SplatInRows<2>() * row2;
     row0.Store4(res);

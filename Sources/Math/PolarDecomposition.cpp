@@ -7,7 +7,14 @@
 namespace zm {
 namespace {
 
-const double kNegligible = 1e-15;  // a few roundings of double against the terms that were added
+// Four roundings of double: what the terms of the determinant and their sum may be off by, of all terms.
+const double kUndecided = 0x1p-51;
+
+// The second stretch against the first, both squared, below which a matrix without a third one counts as of rank one.
+// A float resolves the square root of it, and from here on a third stretch that is lost in kUndecided is too small to
+// turn the second one's sign when the missing axes are completed.
+const double kRankOne = 0x1p-48;
+
 const int kMaxSteps = 30;
 const int kMaxSweeps = 12;
 
@@ -57,15 +64,15 @@ Matrix3 WeightedSum(double ka, const Matrix3& a, double kb, const Matrix3& b)
     return r;
 }
 
-/// Whether the determinant is lost in the roundings of its terms.
-bool IsSingular(const Matrix3& m, double determinant)
+/// Whether the sign of the determinant is lost in the roundings of its terms. The cofactors of floats are exact but
+/// for one rounding each, however much cancels out in them, so that few determinants are lost.
+bool IsSingular(const Matrix3& m, const Matrix3& cofactors, double determinant)
 {
-    double magnitude = 0;
+    double terms = 0;
     for (int j = 0; j < 3; ++j) {
-        const double a = m.m[1][(j + 1) % 3] * m.m[2][(j + 2) % 3], b = m.m[1][(j + 2) % 3] * m.m[2][(j + 1) % 3];
-        magnitude += fabs(m.m[0][j]) * (fabs(a) + fabs(b));
+        terms += fabs(m.m[0][j] * cofactors.m[0][j]);
     }
-    return fabs(determinant) <= kNegligible * magnitude;
+    return fabs(determinant) <= kUndecided * terms;
 }
 
 const Matrix3 kUnit = {{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}};
@@ -136,25 +143,25 @@ double ScaleFactor(double cofactorNorm, double norm, double det)
 /// The orthogonal factor of a matrix that is not singular.
 ///
 /// After a step no singular value is below 1, so the square norm tells by how much the largest exceeds it
-/// and with that how near the end is.
-Matrix3 NewtonPolar(Matrix3 x, double norm)
+/// and with that how near the end is. The sign is that of the last determinant, which no rounding can touch.
+PolarFactors NewtonPolar(const Matrix3& m, double norm)
 {
-    if (!(norm > 1e-40 && norm < 1e40)) {
-        // Keeps the products below within the range of double.
-        x = WeightedSum(1 / sqrt(norm), x, 0, x);
-        norm = SquareNorm(x);
-    }
+    PolarFactors res = {m, false};
+    Matrix3& x = res.rotation;
     for (int step = 0; step < kMaxSteps; ++step) {
         const Matrix3 c = Cofactors(x);
         const double det = Dot(x.m[0], c.m[0]);
-        const double gamma = fabs(norm - 3) < kNearlyOrthogonal ? 1 : ScaleFactor(SquareNorm(c), norm, det);
+        // The norm alone is not enough: two large singular values and a tiny one may have it as well.
+        const bool nearlyOrthogonal = fabs(norm - 3) < kNearlyOrthogonal && fabs(det) > 1 - kNearlyOrthogonal;
+        const double gamma = nearlyOrthogonal ? 1 : ScaleFactor(SquareNorm(c), norm, det);
         x = WeightedSum(0.5 * gamma, x, 0.5 / (gamma * det), c);
         norm = SquareNorm(x);
+        res.mirrored = det < 0;
         if (!(norm - 3 > kConverged)) {
             break;
         }
     }
-    return x;
+    return res;
 }
 
 /// The rotation that makes a symmetric 2x2 block diagonal, by the smaller of the two angles.
@@ -215,17 +222,17 @@ PolarFactors DecomposePolar(const Matrix3& m)
     }
     const Matrix3 c = Cofactors(m);
     const double det = Dot(m.m[0], c.m[0]);
-    if (!IsSingular(m, det)) {
-        return {NewtonPolar(m, norm), det < 0};
+    if (!IsSingular(m, c, det)) {
+        return NewtonPolar(m, norm);
     }
     const double cofactorNorm = SquareNorm(c);
-    if (cofactorNorm <= kNegligible * kNegligible * norm * norm) {
+    if (cofactorNorm <= kRankOne * norm * norm) {
         return {RotationOfRankOne(m), false};
     }
     // The cofactors of a matrix of rank two are one direction on each side, just the missing ones.
     // Adding them leaves the other two alone and makes the determinant positive.
     const Matrix3 completed = WeightedSum(1, m, sqrt(norm / cofactorNorm), c);
-    return {NewtonPolar(completed, SquareNorm(completed)), false};
+    return NewtonPolar(completed, SquareNorm(completed));
 }
 
 Matrix3 StretchOf(const Matrix3& m, const Matrix3& rotation)

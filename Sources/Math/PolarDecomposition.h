@@ -14,8 +14,8 @@ struct PolarFactors {
     bool mirrored;  ///< whether the rotation has determinant -1
 };
 
-/// The orthogonal factor, by Newton's iteration with norm scaling (N. Higham, "Computing the Polar
-/// Decomposition - with Applications", 1986).
+/// The orthogonal factor of a matrix of floats, by Newton's iteration with norm scaling (N. Higham, "Computing the
+/// Polar Decomposition - with Applications", 1986).
 PolarFactors DecomposePolar(const Matrix3& m);
 
 /// The stretch that goes with an orthogonal factor: m * rotation^T, made exactly symmetric.

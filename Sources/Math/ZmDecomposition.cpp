@@ -51,6 +51,30 @@ void SetTranslation(ZmMatrix& m, const ZmVector& pos)
     m[3][2] = pos.z;
 }
 
+// Six steps of a float above 1: what a rotation that was built in floats, or the product of two, may stretch by.
+const double kSameStretch = 12 * 0x1p-24;
+// Of the largest stretch, what rounding in double leaves of those that are 0.
+const double kNoStretch = 0x1p-50;
+
+/// Makes equal what only rounding has made different: the three stretches or the two that are nearest to each other.
+/// Their axes would be noise.
+void UniteStretches(double (&k)[3])
+{
+    const auto larger = [](double a, double b) { return a > b ? a : b; };
+    const auto smaller = [](double a, double b) { return a < b ? a : b; };
+    const double largest = larger(larger(k[0], k[1]), k[2]), smallest = smaller(smaller(k[0], k[1]), k[2]);
+    if (largest - smallest <= kSameStretch * largest) {
+        k[0] = k[1] = k[2] = 0.5 * (largest + smallest);
+        return;
+    }
+    const double apart[3] = {fabs(k[1] - k[2]), fabs(k[2] - k[0]), fabs(k[0] - k[1])};
+    const int odd = apart[0] < apart[1] && apart[0] < apart[2] ? 0 : apart[1] < apart[2] ? 1 : 2;
+    double &a = k[(odd + 1) % 3], &b = k[(odd + 2) % 3];
+    if (apart[odd] <= larger(kSameStretch * larger(a, b), kNoStretch * largest)) {
+        a = b = 0.5 * (a + b);
+    }
+}
+
 float& Component(ZmQuaternion& q, int i)
 {
     return i == 0 ? q.x : i == 1 ? q.y : i == 2 ? q.z : q.w;
@@ -163,12 +187,14 @@ float Zm3DDecomposeMatrixTotalPtr(const ZmMatrix& m, ZmQuaternion* quat, ZmVecto
         *quat = RotationOf(polar.rotation, sign);
     }
     if (scale || uRot) {
-        const zm::SpectralFactors spectral = zm::DecomposeSymmetric(zm::StretchOf(block, polar.rotation));
-        const double* const k = spectral.values;
+        zm::SpectralFactors spectral = zm::DecomposeSymmetric(zm::StretchOf(block, polar.rotation));
+        const double(&k)[3] = spectral.values;
+        UniteStretches(spectral.values);
         // What rounding leaves below 0 is 0. (Comparisons that let non-numbers pass.)
         ZmVector stretch(k[0] < 0 ? 0 : float(k[0]), k[1] < 0 ? 0 : float(k[1]), k[2] < 0 ? 0 : float(k[2]));
         ZmQuaternion axes = RotationOf(spectral.axes);
         axes.Multiply(Zm3DQuaternionSnuggle(&axes, &stretch));
+        axes.Normalize();
         if (scale) {
             *scale = stretch;
         }

@@ -14,8 +14,10 @@ struct PointCloud {
 /// The first point, from which everything is measured: numbers stay small however far away the cloud is.
 ZmVector FirstPoint(const PointCloud& cloud);
 
-/// The covariance of the points; zero when there are none.
+/// The covariance of the points; zero when there are none. The other form divides it by a power of two, so that its
+/// largest element is about 1: neither the squares of tiny distances nor those of huge ones leave the range of float.
 void CovarianceOf(const PointCloud& cloud, float (&res)[3][3]);
+void ScaledCovarianceOf(const PointCloud& cloud, float (&res)[3][3]);
 
 /// The range of the points along three axes, as vectors of the three smallest and the three largest coordinates,
 /// measured from the first point.

@@ -32,15 +32,15 @@ int ZmComputeBestFitBBox(const unsigned char* points, unsigned long stride, int 
         result = ZmMatrix::Identity();
         return 0;
     }
+    const PointCloud cloud = {points, stride, count};
     ZmEigenMatrix eigen;
-    eigen.Covariance(points, stride, count);
+    ScaledCovarianceOf(cloud, eigen.Matrix);  // the axes are the same at any scale
     eigen.EigenStuff3();
     ZmVector axes[3];
     for (int i = 0; i < 3; ++i) {
         axes[i] = {eigen.Matrix[0][i], eigen.Matrix[1][i], eigen.Matrix[2][i]};
     }
 
-    const PointCloud cloud = {points, stride, count};
     const CloudExtents extents = ExtentsOf(cloud, axes);
     ZmVector center = FirstPoint(cloud);
     for (int i = 0; i < 3; ++i) {

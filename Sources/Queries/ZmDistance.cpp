@@ -1,6 +1,6 @@
 #include "ZmDistance.h"
 
-#include "Math/DoubleLanes.h"
+#include "Queries/DoubleVector.h"
 #include "Queries/SixFloats.h"
 #include "Queries/Tolerances.h"
 
@@ -9,26 +9,8 @@ using namespace zm;
 namespace {
 
 // Everything in double, where differences and products of floats lose nothing, and without branches: which bound a
-// closest point comes to lie on cannot be predicted. Single numbers stand in the first place of a pair; what stands in
-// the second then has no meaning.
+// closest point comes to lie on cannot be predicted.
 using Pair = DoublePair;
-
-/// A vector of three as x and y, and z.
-struct DoubleVector {
-    Pair xy, z;
-
-    DoubleVector(Pair first, Pair last) : xy(first), z(last) {}
-    explicit DoubleVector(SseLanes v) : xy(_mm_cvtps_pd(v.v)), z(_mm_cvtps_pd(_mm_movehl_ps(v.v, v.v))) {}
-
-    DoubleVector operator-(const DoubleVector& o) const { return {xy - o.xy, z - o.z}; }
-    DoubleVector operator+(const DoubleVector& o) const { return {xy + o.xy, z + o.z}; }
-    DoubleVector operator*(Pair s) const { return {xy * Pair::Firsts(s, s), z * s}; }
-    friend Pair Dot(const DoubleVector& a, const DoubleVector& b)
-    {
-        const Pair products = a.xy * b.xy;
-        return (products + products.Swapped()) + a.z * b.z;
-    }
-};
 
 /// Two vectors side by side.
 struct VectorPair {
@@ -66,22 +48,25 @@ inline void Store(float* res, Pair value)
     }
 }
 
-/// Squared sine of the angle up to which two objects without an end count as parallel: rounding the directions to
-/// floats leaves as much, and would send the closest points very far away.
+/// Squared sine of the angle up to which a ray and a line or ray count as parallel: rounding the directions to floats
+/// leaves as much, and would send the closest points very far away.
 const double kParallelSquare = 0x1p-44;
 
-/// The largest square of the directions' vector product with which two objects count as parallel.
+/// The largest double below kEpsilon, from which on two lines are not parallel.
+const double kBelowEpsilon = kEpsilon * (1 - 0x1p-53);
+
+/// The largest square of the directions' vector product with which two objects count as parallel. That of two lines is
+/// fixed, whatever the lengths of the directions (ZmDistanceTest, ParametersOfParallelAndPointlikePairs).
 template <Reach reach0, Reach reach1>
 inline Pair ParallelLimit(Pair squares)
 {
     if (reach0 == Reach::Segment || reach1 == Reach::Segment) {
         return Pair::Splat(0);
     }
-    const Pair scale = squares * squares.Swapped(), limit = scale * Pair::Splat(kParallelSquare);
     if (reach0 == Reach::Ray || reach1 == Reach::Ray) {
-        return limit;
+        return squares * squares.Swapped() * Pair::Splat(kParallelSquare);
     }
-    return Pair::Max(Pair::Min(scale, Pair::Splat(1)) * Pair::Splat(kEpsilon), limit);
+    return Pair::Splat(kBelowEpsilon);
 }
 
 /// The squared distance of two objects is |offset + s d0 - t d1|^2, convex in s and t: where its minimum lies outside

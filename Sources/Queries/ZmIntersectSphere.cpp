@@ -1,38 +1,34 @@
-#include "Math/Normalize.h"
 #include "Platform/FeatureWord.h"
+#include "Queries/DoubleVector.h"
 #include "Queries/SixFloats.h"
+#include "Queries/StoreIf.h"
 #include "ZmIntersect.h"
+
+#include <math.h>
 
 using namespace zm;
 
 namespace {
 
-/// Times at which two moving spheres touch.
-struct Contacts {
-    bool known;  ///< else there are none, and nothing to write
-    bool ever;   ///< else both are 0 for want of relative motion
-    float first, last;
+/// A point that moves along a line past a sphere about the origin: the times t of |offset - t * direction| = radius
+/// solve square * t^2 - 2 * middle * t + (|offset|^2 - radius^2) = 0.
+///
+/// In double, and the discriminant comes from the vector product, with the line's distance from the centre:
+/// middle^2 less the product of the outer coefficients would lose that distance where the way to the sphere is long.
+struct Approach {
+    double square, middle, discriminant;
+
+    Approach(const DoubleVector& offset, const DoubleVector& direction, double radius)
+        : square(Dot(direction, direction).First()), middle(Dot(offset, direction).First()),
+          discriminant(radius * radius * square - CrossSquare(offset, direction).First())
+    {
+    }
 };
 
-/// a t^2 + b t + c = 0, the smaller solution first.
-Contacts SolveContacts(float a, float b, float c)
-{
-    if (a == 0) {
-        const float root = b != 0 ? -c / b : 0;
-        return {true, b != 0, root, root};
-    }
-    const float discriminant = b * b - 4 * a * c;
-    if (discriminant > 0) {
-        const float root = sqrtf(discriminant);
-        return {true, true, (-b - root) / (2 * a), (root - b) / (2 * a)};
-    }
-    return {discriminant == 0, true, -b / (2 * a), -b / (2 * a)};
-}
-
-void Store(float* res, float value)
+void Store(float* res, bool known, float value)
 {
     if (res) {
-        *res = value;
+        StoreIf(known, *res, value);
     }
 }
 
@@ -51,17 +47,20 @@ int TouchesBox(const ZmSphere& sphere, const ZmBbox& box)
 
 int ZmIntersect::RaySphere(const ZmRay& ray, const ZmSphere& sphere, ZmVector* inter1, ZmVector* inter2)
 {
-    const ZmVector unit = NormalizedExactly(ray.Direction), origin = ray.Origin, offset = sphere.Center - origin;
-    const float middle = Dot(offset, unit);
-    const float discriminant = sphere.Radius * sphere.Radius - (Dot(offset, offset) - middle * middle);
-    if (discriminant > 0) {
-        const float half = sqrtf(discriminant);
-        *inter1 = origin + unit * (middle - half);
-        *inter2 = origin + unit * (middle + half);
+    const SixFloats<SseLanes> floats(&ray);
+    const DoubleVector origin(floats.first), direction(floats.second);
+    const Approach line(DoubleVector(SseLanes::Load4(&sphere)) - origin, direction, sphere.Radius);
+    const auto store = [&](ZmVector* res, double t) {
+        (origin + direction * DoublePair::Splat(t)).ToFloats().Store3(res);
+    };
+    if (line.discriminant > 0) {
+        const double inverse = 1 / line.square, half = sqrt(line.discriminant);
+        store(inter1, (line.middle - half) * inverse);
+        store(inter2, (line.middle + half) * inverse);
         return 2;
     }
-    if (discriminant == 0) {
-        *inter1 = origin + unit * middle;
+    if (line.discriminant == 0 && line.square > 0) {
+        store(inter1, line.middle / line.square);
         return 1;
     }
     return 0;
@@ -70,21 +69,23 @@ int ZmIntersect::RaySphere(const ZmRay& ray, const ZmSphere& sphere, ZmVector* i
 int ZmIntersect::SphereSphere(const ZmSphere& sphere1, const ZmVector& end1, const ZmSphere& sphere2,
                               const ZmVector& end2, float* t0, float* t1)
 {
-    const ZmVector between = sphere2.Center - sphere1.Center;
-    const ZmVector motion = (end2 - sphere2.Center) - (end1 - sphere1.Center);
-    const float reach = sphere1.Radius + sphere2.Radius, gap = Dot(between, between) - reach * reach;
-    if (Dot(between, between) <= reach * reach) {
-        Store(t0, 0);
-        Store(t1, 0);
-        return 1;
-    }
-    const Contacts contacts = SolveContacts(Dot(motion, motion), 2 * Dot(motion, between), gap);
-    if (!contacts.known) {
-        return 0;
-    }
-    Store(t0, contacts.first);
-    Store(t1, contacts.last);
-    return contacts.ever && contacts.first >= 0 && !(contacts.first > 1);
+    const DoubleVector between = DoubleVector(SseLanes::Load4(&sphere2)) - DoubleVector(SseLanes::Load4(&sphere1));
+    const DoubleVector after = DoubleVector(SseLanes::Load3(&end2)) - DoubleVector(SseLanes::Load3(&end1));
+    const double reach = double(sphere1.Radius) + sphere2.Radius, gap = Dot(between, between).First() - reach * reach;
+    const Approach way(between, between - after, reach);
+    const bool touching = gap <= 0, moving = way.square > 0, meeting = way.discriminant >= 0;
+
+    // Both roots have the sign of the middle, so that neither has to be a difference.
+    const double sum = way.middle + copysign(sqrt(way.discriminant), way.middle);
+    DoublePair roots = DoublePair(_mm_setr_pd(gap, sum)) / DoublePair(_mm_setr_pd(sum, way.square));
+    const DoublePair none = DoublePair::Splat(0), single = DoublePair::Equal(DoublePair::Splat(way.discriminant), none);
+    roots = DoublePair::Select(single, DoublePair::Seconds(roots, roots), roots);
+    roots =
+        roots & DoublePair::Less(none, DoublePair::Splat(gap)) & DoublePair::Less(none, DoublePair::Splat(way.square));
+    const float first = float(DoublePair::Min(roots, roots.Swapped()).First());
+    Store(t0, touching | meeting, first);
+    Store(t1, touching | meeting, float(DoublePair::Max(roots, roots.Swapped()).First()));
+    return int(touching) | (int(meeting) & int(moving) & int(first >= 0) & int(first <= 1));
 }
 
 int ZmIntersect::SphereAABB(const ZmSphere& sphere, const ZmBbox& box)

@@ -100,12 +100,13 @@ Matrix44d Stretch(const ZmVector& k, const ZmQuaternion& u)
 const double kFactorRounding = 16 * kRounding;
 
 /// That the parts are a rotation and a stretch without negative factors, and together give m back, or its
-/// block negated where it is mirrored.
+/// block negated where it is mirrored, to roundings of the largest row.
 void ExpectPolarParts(const ZmMatrix& m, const Parts& parts)
 {
     double largest = 0;
-    for (int i = 0; i < 9; ++i) {
-        largest = std::max(largest, fabs(double(m[i / 3][i % 3])));
+    for (int i = 0; i < 3; ++i) {
+        largest =
+            std::max(largest, sqrt(double(m[i][0]) * m[i][0] + double(m[i][1]) * m[i][1] + double(m[i][2]) * m[i][2]));
     }
     for (const ZmQuaternion& q : {parts.quat, parts.uRot}) {
         EXPECT_NEAR(double(q.x) * q.x + double(q.y) * q.y + double(q.z) * q.z + double(q.w) * q.w, 1, 8 * kRounding);
@@ -180,6 +181,70 @@ TEST(DecompositionTest, MixedMagnitudesComeBack)
             m[i / 3][i % 3] *= scales[random.Int(0, 4)];
         }
         ExpectPolarParts(m, Parts(m));
+    });
+}
+
+/// The sign of the determinant, or 0 where double cannot tell. The products of two floats are exact.
+float SignOfDeterminant(const ZmMatrix& m)
+{
+    double determinant = 0, terms = 0;
+    for (int j = 0; j < 3; ++j) {
+        const int k = (j + 1) % 3, l = (j + 2) % 3;
+        const double term = m[2][j] * (double(m[0][k]) * m[1][l] - double(m[0][l]) * m[1][k]);
+        determinant += term;
+        terms += fabs(term);
+    }
+    return fabs(determinant) <= 0x1p-50 * terms ? 0.0f : determinant < 0 ? -1.0f : 1.0f;
+}
+
+TEST(DecompositionTest, StretchesOfAnySizesAndSignsComeBackFromBetweenTwoRotations)
+{
+    // Rounding to floats leaves little of what is small beside something large: most blocks are next to singular.
+    const float scales[] = {0,     1e-20f, 1e-16f, 1e-12f, 1e-10f, 1e-8f, 1e-7f, 1e-6f, 1e-4f,
+                            1e-3f, 1e-2f,  0.1f,   1,      10,     1e2f,  1e3f,  1e4f,  1e6f};
+    OnEachPath(7000, [&](Random& random) {
+        Matrix44d diagonal;
+        for (int i = 0; i < 3; ++i) {
+            diagonal[i][i] = scales[random.Int(0, 17)] * (random.Int(0, 1) ? 1.0f : -1.0f);
+        }
+        const Matrix44d block = RotationOf(random.Rotation()) * diagonal * RotationOf(random.Rotation());
+        ZmMatrix m = ZmMatrix::Identity();
+        for (int i = 0; i < 9; ++i) {
+            m[i / 3][i % 3] = float(block[i / 3][i % 3].value);
+        }
+        const Parts parts(m);
+        ExpectPolarParts(m, parts);
+        EXPECT_NE(parts.sign, -SignOfDeterminant(m));
+    });
+}
+
+TEST(DecompositionTest, ATinyStretchBesideTwoLargeOnesIsNoRotation)
+{
+    // The largest two leave a square norm of 3.15, as a rotation might, the third one is 1e-11.
+    const ZmMatrix m = Block3(0x1.ba44b8p-4f, 0x1.918a4ap-4f, -0x1.758838p-1f, -0x1.abaee2p-2f, -0x1.5d6a26p-2f,
+                              0x1.847b1ep+0f, -0x1.53e6dap-5f, -0x1.01d306p-5f, 0x1.142104p-4f);
+    ExpectPolarParts(m, Parts(m));
+}
+
+const double kNoTurn = 1e-5;  // far below the 8.7e-4 of a tenth of a degree
+
+TEST(DecompositionTest, StretchesThatAreEqualButForRoundingAreNotTurned)
+{
+    const ZmVector scales[] = {{1, 1, 1}, {0.3f, 0.3f, 0.3f}, {700, 700, -700}, {2, 2, 5}, {5, 1e-3f, 1e-3f}};
+    OnEachPath(500, [&](Random& random) {
+        ZmMatrix first, second, product;
+        random.Rotation().ToMatrix(first);
+        random.Rotation().ToMatrix(second);
+        Zm3DMultiplyMatrix(product, first, second);
+        for (const ZmVector& scale : scales) {
+            ZmMatrix m = product;
+            for (int i = 0; i < 9; ++i) {
+                m[i / 3][i % 3] *= scale[i / 3];
+            }
+            const Parts parts(m);
+            ExpectPolarParts(m, parts);
+            ExpectNear(parts.uRot, 0, 0, 0, 1, kNoTurn);
+        }
     });
 }
 

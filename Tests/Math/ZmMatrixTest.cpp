@@ -148,6 +148,31 @@ TEST(MatrixTest, InverseUndoesAnyAffineMatrix)
     });
 }
 
+TEST(MatrixTest, InverseOfANearlySingularBlockKeepsItsDigits)
+{
+    OnEachPath(2000, [](Random& random) {
+        // Next to rank two or to rank one.
+        const float tilts[] = {1, 1e-1f, 1e-2f, 1e-3f, 1e-4f};
+        const ZmVector x = random.Vector(), near = x * random.Float(2) + random.Vector(tilts[random.Int(0, 4)]);
+        const ZmVector y = random.Int(0, 1) ? random.Vector() : near;
+        const ZmMatrix m(x, x * random.Float(2) + y * random.Float(2) + random.Vector(tilts[random.Int(0, 4)]), y,
+                         random.Vector());
+        ZmMatrix res;
+        Zm3DInverseMatrix(res, m);
+        const Matrix44d expected = Inverse(m);
+        for (int i = 0; i < 12; ++i) {
+            const Num value = expected[i / 3][i % 3];
+            double translation = 0;  // of which the rounded block leaves an error, as do the products and sums
+            for (int k = 0; k < 3; ++k) {
+                translation += fabs(m[3][k] * expected[k][i % 3].value);
+            }
+            EXPECT_NEAR(res[i / 3][i % 3], value.value,
+                        i < 9 ? 1.1 * kRounding * fabs(value.value) + 1e-40 : 4.1 * kRounding * translation)
+                << i;
+        }
+    });
+}
+
 const float kStep = 0x1p-23f;
 
 const struct {

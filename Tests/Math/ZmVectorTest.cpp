@@ -28,6 +28,18 @@ TEST(VectorTest, NormalizeIsExactOnTheScalarPathAndGoodToTwelveBitsOnTheOther)
     });
 }
 
+TEST(VectorTest, TinyVectorsStayFinite)
+{
+    // Their squares are denormal; the reciprocal of the root is not.
+    OnEachPath(100, [](Random& random) {
+        for (const float range : {1e-19f, 1e-20f, 1e-21f}) {
+            ZmVector v = random.UnitVector() * range;
+            v.Normalize();
+            EXPECT_NEAR(Length(v), 1, 0.1) << range;
+        }
+    });
+}
+
 TEST(VectorTest, NormalizingZeroGivesNonNumbers)
 {
     OnEachPath(1, [](Random&) {

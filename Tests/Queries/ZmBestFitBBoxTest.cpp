@@ -92,6 +92,27 @@ TEST(ZmBestFitBBoxTest, FindsTheBoxOfItsCorners)
     }
 }
 
+TEST(ZmBestFitBBoxTest, TheBoxOfAScaledCloudIsTheScaledBox)
+{
+    // By powers of two nothing is rounded. Squares of the tiny sizes and of the huge one are beyond the range of float.
+    const float factors[] = {0x1p-90f, 0x1p-75f, 0x1p-50f, 0x1p10f, 0x1p80f};
+    OnEachPath(20, [&](Random& random) {
+        const Cloud cloud = MakeCloud(random, {3, 2, 1}, {5, 6, 7}, 10);
+        const ZmMatrix box = Fit(cloud);
+        for (const float factor : factors) {
+            SCOPED_TRACE(factor);
+            Cloud scaled = cloud;
+            for (ZmVector& p : scaled) {
+                p *= factor;
+            }
+            const ZmMatrix fitted = Fit(scaled, 0, factor < 1e6f);
+            for (int i = 0; i < 12; ++i) {
+                EXPECT_EQ(fitted[i / 3][i % 3], box[i / 3][i % 3] * factor);
+            }
+        }
+    });
+}
+
 TEST(ZmBestFitBBoxTest, AMillionPointsFarAwayLoseNothing)
 {
     // A grid, so that the covariance is known. All of its coordinates are floats.

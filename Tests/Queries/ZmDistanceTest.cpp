@@ -78,7 +78,7 @@ double Smallest(const Pair& pair, const Range& first, const Range& second)
 struct PairKind {
     const char* name;
     void (*make)(Random&, ZmRay&, ZmRay&);
-    int firstForm;  ///< of kForms; pairs without ends count as parallel sooner than others
+    int firstForm;  ///< of kForms; two lines count as parallel sooner than others, short ones at any angle
 };
 
 float Scale(Random& random)
@@ -110,7 +110,7 @@ const PairKind kKinds[] = {
          const ZmVector beside = a.Origin + a.Direction * random.Float(-0.5f, 1.5f);
          b = {beside + random.Vector(sizeB), random.UnitVector() * sizeB};
      },
-     0},
+     1},
     {"parallel",
      [](Random& random, ZmRay& a, ZmRay& b) {
          a = {random.Vector(2), random.Vector(2)};
@@ -189,13 +189,34 @@ const struct {
      0,
      3 - 4096,
      -4096},
-    {"short lines at right angles",
+    {"lines at exactly the limit are not parallel",
      ZmDistance::LineLineSquareDistance,
-     {{0, 0, 1}, {0x1p-10f, 0, 0}},
-     {{1, 1, 0}, {0, 0x1p-10f, 0}},
+     {{0, 0, 0}, {0x1p-11f, 0, 0}},
+     {{3, 2, 1}, {0x1p-11f, 0x1p-1f, 0x1p-1f}},
+     0.5f,
+     3 * 2048 - 3,
+     -3},
+    {"short lines count as parallel at any angle",
+     ZmDistance::LineLineSquareDistance,
+     {{0, 0, 0}, {0x1p-7f, 0, 0}},
+     {{1, 1, 1}, {0, 0x1p-7f, 0}},
+     2,
+     128,
+     0},
+    {"long lines hardly at any",
+     ZmDistance::LineLineSquareDistance,
+     {{0, 0, 0}, {4096, 0, 0}},
+     {{4096, 2, 1}, {4096, 0x1p-11f, 0}},
      1,
-     1024,
-     -1024},
+     1 - 4096,
+     -4096},
+    {"short segments that cross",
+     ZmDistance::SegmentSegmentSquareDistance,
+     {{0, 0, 0}, {0x1p-7f, 0, 0}},
+     {{0x1p-8f, -0x1p-8f, 0}, {0, 0x1p-7f, 0}},
+     0,
+     0.5f,
+     0.5f},
     {"parallel rays that part",
      ZmDistance::RayRaySquareDistance,
      {{0, 0, 0}, {-1, 0, 0}},

@@ -1,4 +1,5 @@
 #include "Queries/Overlaps.h"
+#include "Support/Reference.h"
 
 namespace {
 
@@ -45,6 +46,56 @@ TEST(ZmIntersectSphereTest, RandomPointsLieOnBoth)
             const Double3 away = Cross(Double3(points[i]) - ray.Origin, d);
             EXPECT_NEAR(Length(points[i] - sphere.Center), sphere.Radius, 1e-4);
             EXPECT_LT(sqrt(Dot(away, away) / Dot(d, d)), 1e-4);
+        }
+    }
+}
+
+// How far the answer may be off where the line or the way all but touches, in radii.
+const double kBand = 16 * kRounding;
+
+/// A point `radii` of about 1 away from another.
+ZmVector Away(Random& random, const ZmVector& from, float radii)
+{
+    return from + random.UnitVector() * radii;
+}
+
+TEST(ZmIntersectSphereTest, FarAwayRaysMeetWhatTheyAimAt)
+{
+    OverlapCounts counts("counts", kBand);
+    Random random(4);
+    for (int round = 0; round < 20000; ++round) {
+        const float radii[] = {3, 100, 1e3f, 1e4f, 1e5f}, lengths[] = {1e-4f, 0.3f, 1, 7};
+        const ZmSphere sphere = {random.Vector(1), 1};
+        const ZmVector origin = Away(random, sphere.Center, radii[random.Int(0, 4)]);
+        const ZmRay ray = {origin, (sphere.Center + random.Vector(1.1f) - origin) * lengths[random.Int(0, 3)]};
+        const Double3 d = ray.Direction, offset = Double3(sphere.Center) - origin, cross = Cross(offset, d);
+        ZmVector points[2];
+        const int count = ZmIntersect::RaySphere(ray, sphere, &points[0], &points[1]);
+        counts.Check(count != 0, sqrt(Dot(cross, cross) / Dot(d, d)) - 1);
+        for (int i = 0; i < count; ++i) {
+            EXPECT_NEAR(Length(points[i] - sphere.Center), 1, 8 * kRounding) << "point " << i;
+        }
+    }
+}
+
+TEST(ZmIntersectSphereTest, SpheresFarApartMeetWhereTheyAimAt)
+{
+    OverlapCounts counts("counts", kBand);
+    Random random(4);
+    for (int round = 0; round < 20000; ++round) {
+        const float radii[] = {3, 100, 1e3f, 1e4f, 1e5f};
+        const ZmSphere a = {random.Vector(1), 0.75f}, b = {Away(random, a.Center, radii[random.Int(0, 4)]), 0.25f};
+        const ZmVector endA = random.Vector(1), endB = endA + random.Vector(1.8f) - (b.Center - a.Center) * 0.5f;
+        const Double3 between = Double3(b.Center) - a.Center;
+        const Double3 motion = Double3(endB) - b.Center - (Double3(endA) - a.Center), cross = Cross(between, motion);
+        const double square = Dot(motion, motion), distance = sqrt(Dot(cross, cross) / square);
+        const double first = (-Dot(between, motion) - sqrt(square - Dot(cross, cross))) / square;
+        float t0 = kKept, t1 = kKept;
+        const int code = ZmIntersect::SphereSphere(a, endA, b, endB, &t0, &t1);
+        if (sqrt(Dot(between, between)) > 1 + kBand) {
+            counts.Check(code, first < 0 || first > 1 ? std::max(distance - 1, kBand) : distance - 1);
+            EXPECT_EQ(t0 == kKept, t1 == kKept);
+            EXPECT_TRUE(!code || fabs(t0 - first) <= 2 * kRounding * first + 1e-9) << t0 << " " << first;
         }
     }
 }
