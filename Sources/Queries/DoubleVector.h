@@ -26,9 +26,9 @@ struct DoubleVector {
     friend DoublePair CrossSquare(const DoubleVector& a, const DoubleVector& b)
     {
         const DoublePair az = DoublePair::Firsts(a.z, a.z), bz = DoublePair::Firsts(b.z, b.z);
-        const DoublePair yx = a.xy * bz - b.xy * az, products = a.xy * b.xy.Swapped();
-        const DoublePair z = products - products.Swapped(), squares = yx * yx;
-        return (squares + squares.Swapped()) + z * z;
+        const DoublePair xyMinors = a.xy * bz - b.xy * az, products = a.xy * b.xy.Swapped();
+        const DoublePair zMinor = products - products.Swapped(), squares = xyMinors * xyMinors;
+        return (squares + squares.Swapped()) + zMinor * zMinor;
     }
     SseLanes ToFloats() const { return {_mm_movelh_ps(_mm_cvtpd_ps(xy.v), _mm_cvtpd_ps(z.v))}; }
 };
