@@ -264,10 +264,10 @@ TEST(FileTest, ProgramsThatAreStartedInheritNoFile)
     for (int mode = 1; mode < 14; ++mode) {
         EXPECT_TRUE(files[size_t(mode)].Open(path.c_str(), ZmFile::OpenMode(mode)));
     }
-    MakeFile(path, "bytes");
     ZmCachedFile cached;
     EXPECT_TRUE(cached.Open(path.c_str(), ZmFile::READONLY));
-    const ZmMemoryMappedFile mapped(path.c_str());
+    MakeFile(folder / "mapped", "bytes");
+    const ZmMemoryMappedFile mapped((folder / "mapped").c_str());
     EXPECT_EQ(mapped.GetErrorType(), ZmMMF_NoError);
     RKDirectoryParser walk(folder.Path().c_str(), "*", 0, 0);
     EXPECT_NE(walk.GetNextFile(), nullptr);
