@@ -23,7 +23,7 @@ struct CpuidLeaves {
 };
 
 struct ProcessorIdentity {
-    char name[49];  ///< the brand string, else the display name of the type
+    char name[49];   ///< the brand string, else the display name of the type
     char brand[49];  ///< the brand string, trimmed; of any vendor
     ProcessorsType type;
     uint32_t family, model, stepping, cpuType;

@@ -23,11 +23,21 @@ TEST(WildcardPatternTest, DotStarAtTheEndIsNoExtensionToo)
     const struct {
         const char *name, *pattern;
         bool matches;
-    } kRows[] = {{"readme", "readme.*", true},     {"readme.txt", "readme.*", true}, {"readme.", "readme.*", true},
-                 {"readme2", "readme.*", false},   {"readme", "readme.?", false},    {"readme", "readme.", false},
-                 {"a.b", "a.b.*", true},           {"xaa", "x*a.*", true},           {"xab", "x*a.*", false},
-                 {"readme", "readme.*.*", false},  {"ab", "?.*", false},             {"a", "?.*", true},
-                 {"readme.a.b", "readme.*", true}, {"readme", "*m?.*", true},        {"readme", "readme.*t", false}};
+    } kRows[] = {{"readme", "readme.*", true},
+                 {"readme.txt", "readme.*", true},
+                 {"readme.", "readme.*", true},
+                 {"readme2", "readme.*", false},
+                 {"readme", "readme.?", false},
+                 {"readme", "readme.", false},
+                 {"a.b", "a.b.*", true},
+                 {"xaa", "x*a.*", true},
+                 {"xab", "x*a.*", false},
+                 {"readme", "readme.*.*", false},
+                 {"ab", "?.*", false},
+                 {"a", "?.*", true},
+                 {"readme.a.b", "readme.*", true},
+                 {"readme", "*m?.*", true},
+                 {"readme", "readme.*t", false}};
     for (const auto& row : kRows) {
         EXPECT_EQ(zm::MatchesPattern(row.name, row.pattern, false), row.matches) << row.name << " by " << row.pattern;
     }

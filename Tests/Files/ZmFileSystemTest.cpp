@@ -73,7 +73,7 @@ TEST(FileSystemTest, AFileTreeWithoutADriveIsMadeFromItsFirstFolder)
 {
     const struct {
         const char *path, *made;
-    } kRows[] = {{"d1/x.txt", "d1"}, {"a/b/c.txt", "a/b"}, {"q\\", "q"},     {"./e/f/x", "e/f"},
+    } kRows[] = {{"d1/x.txt", "d1"}, {"a/b/c.txt", "a/b"}, {"q\\", "q"},       {"./e/f/x", "e/f"},
                  {"g/../h/x", "h"},  {"ab\\c/d", "ab/c"},  {"i//j//k", "i/j"}, {"l\\m", "l"}};
     const TemporaryFolder folder;
     {

@@ -159,8 +159,15 @@ TEST_F(LogTest, FormatsThatPrintfRefusesAreTheMessage)
     const std::string longText(20000, 'x');
     const struct {
         std::string format, text;
-    } kRows[] = {{"100%", "100%"}, {"%", "%"}, {"%d%%%", "%d%%%"}, {"5 % ", "5 % "}, {"%-08.3", "%-08.3"},
-                 {"%d %ll", "%d %ll"}, {"%d%%", "7%"}, {"%5d%%|", "    7%|"}, {longText + "%", longText.substr(0, 16383)}};
+    } kRows[] = {{"100%", "100%"},
+                 {"%", "%"},
+                 {"%d%%%", "%d%%%"},
+                 {"5 % ", "5 % "},
+                 {"%-08.3", "%-08.3"},
+                 {"%d %ll", "%d %ll"},
+                 {"%d%%", "7%"},
+                 {"%5d%%|", "    7%|"},
+                 {longText + "%", longText.substr(0, 16383)}};
     for (const auto& row : kRows) {
         m_Log.SetInformation(m_A, ZmLog::LEVEL_INFO, 1, "").Print(row.format.c_str(), 7);
         EXPECT_EQ(m_Heard.Take().at(0).text, row.text);

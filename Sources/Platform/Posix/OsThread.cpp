@@ -56,7 +56,6 @@ struct Thread {
 
 thread_local Thread* t_Self = nullptr;
 
-
 void LetGo(Thread& thread)
 {
     if (thread.owners.fetch_sub(1, std::memory_order_acq_rel) == 1) {

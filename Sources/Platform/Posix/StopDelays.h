@@ -8,8 +8,8 @@ namespace zm {
 // Written by their thread and its signal handler alone. They stand beside every lock of the library, and so are reached
 // without a call.
 #define ZM_PLAIN_THREAD_LOCAL __thread __attribute__((tls_model("initial-exec"), visibility("hidden")))
-extern ZM_PLAIN_THREAD_LOCAL volatile sig_atomic_t t_StopDelays;   ///< that the calling thread has begun
-extern ZM_PLAIN_THREAD_LOCAL volatile sig_atomic_t t_StopWaits;    ///< whether it is to be stopped after the last
+extern ZM_PLAIN_THREAD_LOCAL volatile sig_atomic_t t_StopDelays;  ///< that the calling thread has begun
+extern ZM_PLAIN_THREAD_LOCAL volatile sig_atomic_t t_StopWaits;   ///< whether it is to be stopped after the last
 
 /// Stops the calling thread, which has been waiting for the end of its delays.
 void StopAfterDelays();

@@ -86,8 +86,8 @@ void NameThread(void* thread, const char* name)
     typedef HRESULT(WINAPI * Function)(HANDLE, const wchar_t*);
     const FARPROC found = GetProcAddress(GetModuleHandleA("kernel32.dll"), "SetThreadDescription");
     wchar_t description[kMaxThreadName + 1];
-    if (found != nullptr && (ToWide(name, CP_UTF8, MB_ERR_INVALID_CHARS, description) ||
-                             ToWide(name, CP_ACP, 0, description))) {
+    if (found != nullptr &&
+        (ToWide(name, CP_UTF8, MB_ERR_INVALID_CHARS, description) || ToWide(name, CP_ACP, 0, description))) {
         reinterpret_cast<Function>(reinterpret_cast<void (*)()>(found))(thread, description);
     }
 }

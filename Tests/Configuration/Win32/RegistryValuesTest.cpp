@@ -24,7 +24,8 @@ TEST(RegistryValuesTest, ValuesOfOthersAreGivenAsTheirBytes)
     };
     HKEY key;
     ASSERT_EQ(RegCreateKeyExA(HKEY_CURRENT_USER, "Software\\Quarnel\\UserConfig\\ZmMathTestBytes", 0, nullptr, 0,
-                              KEY_WRITE, nullptr, &key, nullptr), 0);
+                              KEY_WRITE, nullptr, &key, nullptr),
+              0);
     ZmConfig settings;
     settings.OpenSection("ZmMathTestBytes", ZmConfig::MODE_READ);
     for (const auto& row : kRows) {

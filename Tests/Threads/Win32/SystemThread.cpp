@@ -12,7 +12,8 @@ std::string SystemThreadName()
     typedef HRESULT(WINAPI * Function)(HANDLE, wchar_t**);
     const FARPROC found = GetProcAddress(GetModuleHandleA("kernel32.dll"), "GetThreadDescription");
     wchar_t* wide = nullptr;
-    if (found == nullptr || reinterpret_cast<Function>(reinterpret_cast<void (*)()>(found))(GetCurrentThread(), &wide) < 0) {
+    if (found == nullptr ||
+        reinterpret_cast<Function>(reinterpret_cast<void (*)()>(found))(GetCurrentThread(), &wide) < 0) {
         return "?";
     }
     char name[512] = "";
