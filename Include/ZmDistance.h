@@ -18,16 +18,17 @@
 /// non-number, unless the object is a ray or a segment, where it is a point too.
 class ZmDistance {
 public:
-    /// Lines count as parallel when |Direction0 x Direction1|^2 is below 2^-23, whatever the lengths of the directions.
-    /// Then *t1 = 0 and *t0 is the foot of the second line's origin on the first line, although lines that are not
-    /// quite parallel come closer somewhere. So pass directions of a sensible length: for unit vectors the limit is an
-    /// angle of 0.02 degrees; where the product of the lengths is below 3.4e-4 any two lines count as parallel.
+    /// A line counts as parallel to the other object when |Direction0 x Direction1|^2 is below 2^-23, whatever the
+    /// lengths of the directions. Then *t1 = 0 and *t0 is the foot of the other origin on the line, although objects
+    /// that are not quite parallel come closer somewhere. So pass directions of a sensible length: for unit vectors the
+    /// limit is an angle of 0.02 degrees; where the product of the lengths is below 3.4e-4 any direction counts as
+    /// parallel.
     ZM_API static float LineLineSquareDistance(const ZmRay& line0, const ZmRay& line1, float* t0, float* t1);
+    ZM_API static float LineRaySquareDistance(const ZmRay& line, const ZmRay& ray, float* t0, float* t1);
+    ZM_API static float LineSegmentSquareDistance(const ZmRay& line, const ZmRay& segment, float* t0, float* t1);
 
     /// These give the smallest distance for nearly parallel pairs too, and for directions of any length. Where
     /// directions are parallel as far as floats can tell, the second parameter is 0 if that belongs to a closest pair.
-    ZM_API static float LineRaySquareDistance(const ZmRay& line, const ZmRay& ray, float* t0, float* t1);
-    ZM_API static float LineSegmentSquareDistance(const ZmRay& line, const ZmRay& segment, float* t0, float* t1);
     ZM_API static float RayRaySquareDistance(const ZmRay& ray0, const ZmRay& ray1, float* t0, float* t1);
     ZM_API static float RaySegmentSquareDistance(const ZmRay& ray, const ZmRay& segment, float* t0, float* t1);
     ZM_API static float SegmentSegmentSquareDistance(const ZmRay& segment0, const ZmRay& segment1, float* t0,

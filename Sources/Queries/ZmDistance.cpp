@@ -48,25 +48,25 @@ inline void Store(float* res, Pair value)
     }
 }
 
-/// Squared sine of the angle up to which a ray and a line or ray count as parallel: rounding the directions to floats
-/// leaves as much, and would send the closest points very far away.
+/// Squared sine of the angle up to which two rays count as parallel: rounding the directions to floats leaves as much,
+/// and would send the closest points very far away.
 const double kParallelSquare = 0x1p-44;
 
-/// The largest double below kEpsilon, from which on two lines are not parallel.
+/// The largest double below kEpsilon.
 const double kBelowEpsilon = kEpsilon * (1 - 0x1p-53);
 
-/// The largest square of the directions' vector product with which two objects count as parallel. That of two lines is
+/// The largest square of the directions' vector product with which two objects count as parallel. Beside a line it is
 /// fixed, whatever the lengths of the directions (ZmDistanceTest, ParametersOfParallelAndPointlikePairs).
 template <Reach reach0, Reach reach1>
 inline Pair ParallelLimit(Pair squares)
 {
-    if (reach0 == Reach::Segment || reach1 == Reach::Segment) {
+    if (reach0 == Reach::Line) {
+        return Pair::Splat(kBelowEpsilon);
+    }
+    if (reach1 == Reach::Segment) {
         return Pair::Splat(0);
     }
-    if (reach0 == Reach::Ray || reach1 == Reach::Ray) {
-        return squares * squares.Swapped() * Pair::Splat(kParallelSquare);
-    }
-    return Pair::Splat(kBelowEpsilon);
+    return squares * squares.Swapped() * Pair::Splat(kParallelSquare);
 }
 
 /// The squared distance of two objects is |offset + s d0 - t d1|^2, convex in s and t: where its minimum lies outside

@@ -26,8 +26,8 @@ const struct {
 } kForms[] = {
     {"LineLine", ZmDistance::LineLineSquareDistance, kLine, kLine},
     {"LineRay", ZmDistance::LineRaySquareDistance, kLine, kRay},
-    {"RayRay", ZmDistance::RayRaySquareDistance, kRay, kRay},
     {"LineSegment", ZmDistance::LineSegmentSquareDistance, kLine, kSegment},
+    {"RayRay", ZmDistance::RayRaySquareDistance, kRay, kRay},
     {"RaySegment", ZmDistance::RaySegmentSquareDistance, kRay, kSegment},
     {"SegmentSegment", ZmDistance::SegmentSegmentSquareDistance, kSegment, kSegment},
 };
@@ -78,7 +78,7 @@ double Smallest(const Pair& pair, const Range& first, const Range& second)
 struct PairKind {
     const char* name;
     void (*make)(Random&, ZmRay&, ZmRay&);
-    int firstForm;  ///< of kForms; two lines count as parallel sooner than others, short ones at any angle
+    int firstForm;  ///< of kForms; lines count as parallel sooner than others, beside short directions at any angle
 };
 
 float Scale(Random& random)
@@ -110,7 +110,7 @@ const PairKind kKinds[] = {
          const ZmVector beside = a.Origin + a.Direction * random.Float(-0.5f, 1.5f);
          b = {beside + random.Vector(sizeB), random.UnitVector() * sizeB};
      },
-     1},
+     3},
     {"parallel",
      [](Random& random, ZmRay& a, ZmRay& b) {
          a = {random.Vector(2), random.Vector(2)};
@@ -123,8 +123,8 @@ const PairKind kKinds[] = {
          const float tilts[] = {1e-1f, 1e-2f, 1e-3f, 1e-4f, 1e-5f};
          Tilt(random, tilts[random.Int(0, 4)], a, b);
      },
-     1},
-    {"parallel but for rounding", [](Random& random, ZmRay& a, ZmRay& b) { Tilt(random, 1e-7f, a, b); }, 3},
+     3},
+    {"parallel but for rounding", [](Random& random, ZmRay& a, ZmRay& b) { Tilt(random, 1e-7f, a, b); }, 4},
     {"crossing",
      [](Random& random, ZmRay& a, ZmRay& b) {
          const ZmVector common = random.Vector(1), alongA = random.Vector(2), alongB = random.Vector(2);
@@ -202,6 +202,20 @@ const struct {
      {{1, 1, 1}, {0, 0x1p-7f, 0}},
      2,
      128,
+     0},
+    {"a line beside a short ray, too",
+     ZmDistance::LineRaySquareDistance,
+     {{0, 0, 0}, {0x1p-7f, 0, 0}},
+     {{1, 1, 1}, {0, -0x1p-7f, 0}},
+     2,
+     128,
+     0},
+    {"and beside a short segment",
+     ZmDistance::LineSegmentSquareDistance,
+     {{0, 0, 0}, {1, 0, 0}},
+     {{1, 1, 0}, {0, -0x1p-12f, 0}},
+     1,
+     1,
      0},
     {"long lines hardly at any",
      ZmDistance::LineLineSquareDistance,
