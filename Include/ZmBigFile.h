@@ -78,8 +78,12 @@ public:
     /// returned without a path where none is known, if the archive would be too large, if an entry's bytes are not in
     /// the file, if not all can be written, and where the system does not replace a file that somebody has open.
     ///
-    /// The archive appears under its name when it is whole, and takes the place of what was there, in one step; until
-    /// then it is in a file of that name with ".tmp" behind. Of a file that a deferred entry names and that is gone, or
+    /// The archive takes the place of what was there in one step, when it is whole and on the disk; until then it is
+    /// written beside it, under a name that ends in ".tmp" and that nobody else has, so that any number of processes may
+    /// save at once. Where the path is a link, the file that it leads to is replaced and the link stays. Permissions
+    /// stay, and the owner as far as the system allows; other names of the file (hard links) keep the old archive. A
+    /// file that may not be written is not replaced. What a killed process has left is removed when the same archive is
+    /// saved again. Of a file that a deferred entry names and that is gone, or
     /// of another size, zeros are written and the log gets a warning.
     ///
     /// With a path the object stays as it is. **Without, the archive replaces the one that is open, and the object is

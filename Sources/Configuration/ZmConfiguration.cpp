@@ -3,7 +3,7 @@
 #include "Configuration/ConfigurationReader.h"
 #include "Configuration/ConfigurationWriter.h"
 #include "Configuration/SectionPath.h"
-#include "Platform/OsReplacement.h"
+#include "Platform/Replacement.h"
 #include "ZmFile.h"
 
 #include <string>
@@ -203,13 +203,13 @@ int ZmConfiguration::SaveToFile(const char* filename) const
         return 0;
     }
     zm::Replacement replacement;
-    const bool replaces = zm::BeginReplacement(filename, replacement);
+    const bool replaces = replacement.Begin(filename, zm::Replacement::EXACT);
     ZmFile file;
-    int done = file.Open(replaces ? replacement.temporary.c_str() : filename,
+    int done = file.Open(replaces ? replacement.Path() : filename,
                          ZmFile::OpenMode(ZmFile::WRITEONLY | ZmFile::TEXT)) != 0 &&
                zm::WriteConfiguration(file, *m_Root, m_Indent);
     done = file.Close() != 0 && done;
-    return replaces ? zm::EndReplacement(replacement, done != 0) : done;
+    return done && (!replaces || replacement.Commit());
 }
 
 // Operations of an object, although they do nothing yet.

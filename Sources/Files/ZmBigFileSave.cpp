@@ -1,13 +1,12 @@
 #include "Files/BigFileEntry.h"
 #include "Files/RegularFile.h"
 #include "Logging/LibraryLog.h"
-#include "Platform/OsFiles.h"
+#include "Platform/Replacement.h"
 #include "ZmAllocator.h"
 #include "ZmMemoryMappedFile.h"
 
 #include <algorithm>
 #include <string.h>
-#include <string>
 
 namespace {
 
@@ -91,17 +90,20 @@ int ZmBigFile::Save(const char* path, ProgressionCallback* progress)
     if (IsNoFile(target)) {
         return WriteFile(target, false, indexSize, progress);
     }
-    const std::string temporary = std::string(target) + ".tmp";
-    if (!WriteFile(temporary.c_str(), true, indexSize, progress)) {
+    zm::Replacement replacement;
+    if (!replacement.Begin(target, zm::Replacement::CLOSEST)) {
+        zm::Warn(__LINE__, kSourceName, "File %s cannot be replaced: nothing is saved", target);
+        return 0;
+    }
+    if (!WriteFile(replacement.Path(), true, indexSize, progress)) {
         return 0;
     }
     const bool wasOpen = m_File.IsValid() != 0;
     if (inPlace) {
         m_File.Close();  // not every system replaces a file that is open
     }
-    if (!zm::ReplaceFile(temporary.c_str(), target)) {
+    if (!replacement.Commit()) {
         zm::Warn(__LINE__, kSourceName, "Big File %s cannot be replaced", target);
-        zm::DeleteFilePath(temporary.c_str());
         if (inPlace && wasOpen) {
             m_File.Open(target, ZmFile::READONLY);
         }
@@ -145,9 +147,6 @@ bool ZmBigFile::WriteFile(const char* path, bool regular, unsigned int indexSize
         return true;
     }
     zm::Warn(__LINE__, kSourceName, "File %s cannot be written whole: nothing is saved", path);
-    if (regular) {
-        zm::DeleteFilePath(path);
-    }
     return false;
 }
 

@@ -43,9 +43,6 @@ unsigned FileMode(const char* path);
 
 /// Renames. Fails where the new name exists and the platform's rename() does not replace it.
 bool RenamePath(const char* from, const char* to);
-/// Gives the file `from` the name `to`, in one step. A file that has the name is replaced: not before the new one's
-/// bytes are on the disk, and its access rights stay.
-bool ReplaceFile(const char* from, const char* to);
 bool DeleteFilePath(const char* path);
 bool MakeDirectory(const char* path);
 /// An empty one only.

@@ -1,10 +1,12 @@
 #pragma once
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <random>
 #include <string>
+#include <vector>
 
 /// A folder of its own for a test, empty at first and removed at the end with all that is in it.
 class TemporaryFolder {
@@ -27,6 +29,17 @@ public:
     /// With '/' between the parts, which every platform takes.
     std::string Path() const { return m_Path.generic_string(); }
     std::string operator/(const std::string& name) const { return Path() + '/' + name; }
+
+    /// The names of what is in it, sorted.
+    std::vector<std::string> Files() const
+    {
+        std::vector<std::string> names;
+        for (const auto& entry : std::filesystem::directory_iterator(m_Path)) {
+            names.push_back(entry.path().filename().string());
+        }
+        std::sort(names.begin(), names.end());
+        return names;
+    }
 
 private:
     std::filesystem::path m_Path;

@@ -33,7 +33,7 @@ void AddFolder(std::vector<SourceFile>& res, const fs::path& folder, bool flat, 
         if (walk->is_directory()) {
             if (IsLink(path.string()))
                 walk.disable_recursion_pending();
-        } else if (walk->is_regular_file() && !IsSame(path, archive) && !IsSame(path, archive + ".tmp")) {
+        } else if (walk->is_regular_file() && !IsSame(path, archive)) {
             AddFile(found, path, flat ? path.filename() : path.lexically_relative(folder));
         }
     }

@@ -201,25 +201,6 @@ bool RenamePath(const char* from, const char* to)
     return rename(Native(from).c_str(), Native(to).c_str()) == 0;
 }
 
-bool ReplaceFile(const char* from, const char* to)
-{
-    const std::string source = Native(from), target = Native(to);
-    struct stat status;
-    if (stat(target.c_str(), &status) == 0) {
-        const int file = open(source.c_str(), O_RDONLY | O_CLOEXEC);
-        // Some file systems have no rights to set.
-        [[maybe_unused]] const int rights = fchmod(file, status.st_mode & 07777);
-        const bool stored = fsync(file) == 0;
-        if (file >= 0) {
-            close(file);
-        }
-        if (!stored) {
-            return false;
-        }
-    }
-    return rename(source.c_str(), target.c_str()) == 0;
-}
-
 bool DeleteFilePath(const char* path)
 {
     return unlink(Native(path).c_str()) == 0;

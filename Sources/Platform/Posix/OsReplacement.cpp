@@ -7,101 +7,145 @@
 #include <errno.h>
 #include <fcntl.h>
 #include <limits.h>
+#include <stdint.h>
 #include <stdio.h>
-#include <stdlib.h>
+#include <sys/file.h>
 #include <sys/stat.h>
-#include <time.h>
 #include <unistd.h>
 
 namespace zm {
 
 namespace {
 
-std::string WithoutLinks(const char* path)
+// A handle is the number of the file and one, since null is none.
+void* HandleOf(int file)
 {
-    std::string native = path;
-    std::replace(native.begin(), native.end(), '\\', '/');
-    struct stat status;
-    if (lstat(native.c_str(), &status) == 0 && S_ISLNK(status.st_mode)) {
-        char resolved[PATH_MAX];
-        native = realpath(native.c_str(), resolved) != nullptr ? resolved : "";
-    }
-    return native;
+    return reinterpret_cast<void*>(intptr_t(file) + 1);
 }
 
-// A name that nobody has; -1 if that folder takes no files.
-int MakeBeside(const std::string& target, mode_t mode, std::string& res)
+int FileOf(void* handle)
 {
-    timespec now;
-    clock_gettime(CLOCK_MONOTONIC, &now);
-    unsigned number = unsigned(now.tv_nsec) ^ unsigned(getpid()) << 10;
-    int file = -1;
-    do {
-        char ending[16];
-        snprintf(ending, sizeof(ending), ".%08x", number++);
-        res = target + ending;
-        file = open(res.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
-    } while (file < 0 && errno == EEXIST);
-    return file;
+    return int(reinterpret_cast<intptr_t>(handle) - 1);
 }
 
-bool TakesPlaceUnnoticed(const std::string& target, const struct stat& status)
+bool MakeLike(int file, const struct stat& status, Replacement::Options options)
 {
-    return S_ISREG(status.st_mode) && status.st_nlink == 1 &&
-           faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) == 0;
-}
-
-bool MakeLike(int file, const struct stat& status)
-{
+    constexpr mode_t kAll = 07777, kNobodysRights = 0777;  // without those that depend on the owner
     struct stat made;
-    const bool sameOwner = fstat(file, &made) == 0 && made.st_uid == status.st_uid && made.st_gid == status.st_gid;
-    return (sameOwner || fchown(file, status.st_uid, status.st_gid) == 0) && fchmod(file, status.st_mode & 07777) == 0;
+    const bool sameOwner = (fstat(file, &made) == 0 && made.st_uid == status.st_uid && made.st_gid == status.st_gid) ||
+                           fchown(file, status.st_uid, status.st_gid) == 0;
+    if (!sameOwner) {
+        if ((options & Replacement::CLOSEST) == 0) {
+            return false;
+        }
+        [[maybe_unused]] const int group = fchown(file, uid_t(-1), status.st_gid);
+    }
+    // After the owner, whose change takes some of the permissions.
+    return fchmod(file, status.st_mode & (sameOwner ? kAll : kNobodysRights)) == 0;
+}
+
+bool IsNamed(int file, const char* path)
+{
+    struct stat opened, named;
+    return fstat(file, &opened) == 0 && S_ISREG(opened.st_mode) && lstat(path, &named) == 0 &&
+           named.st_dev == opened.st_dev && named.st_ino == opened.st_ino;
 }
 
 // To the disk, where the file system knows how.
-bool Synchronise(const std::string& path, int access)
+bool Synchronise(int file)
 {
-    const int file = open(path.c_str(), access | O_CLOEXEC);
-    const bool done = file >= 0 && (fsync(file) == 0 || errno == EINVAL);
+    return fsync(file) == 0 || errno == EINVAL;
+}
+
+// Where the folder cannot be read, the system writes its new name in its own time.
+void SynchroniseFolderOf(const std::string& path)
+{
+    const size_t slash = path.rfind('/');
+    const std::string folder = slash == std::string::npos ? "." : path.substr(0, slash + 1);
+    const int file = open(folder.c_str(), O_RDONLY | O_CLOEXEC);
     if (file >= 0) {
+        Synchronise(file);
         close(file);
     }
-    return done;
 }
 
 }  // namespace
 
-bool BeginReplacement(const char* path, Replacement& res)
+std::string PathWithoutLinks(const char* path)
 {
-    res.target = WithoutLinks(path);
-    struct stat status;
-    const bool exists = stat(res.target.c_str(), &status) == 0;
-    if (res.target.empty() || (exists ? !TakesPlaceUnnoticed(res.target, status) : errno != ENOENT)) {
-        return false;
+    constexpr int kMostLinks = 40;  // as the system itself follows
+    std::string native = path;
+    std::replace(native.begin(), native.end(), '\\', '/');
+    for (int links = 0; links < kMostLinks; ++links) {
+        char text[PATH_MAX];
+        const ssize_t length = readlink(native.c_str(), text, sizeof(text));
+        if (length < 0) {
+            return native;
+        }
+        const std::string next(text, size_t(length));
+        native = *text == '/' ? next : native.substr(0, native.rfind('/') + 1) + next;
     }
-    const int file = MakeBeside(res.target, exists ? 0600 : 0666, res.temporary);
-    if (file < 0) {
-        return false;
-    }
-    const bool done = !exists || MakeLike(file, status);
-    close(file);
-    if (!done) {
-        unlink(res.temporary.c_str());
-    }
-    return done;
+    return "";
 }
 
-bool EndReplacement(const Replacement& replacement, bool done)
+bool TakesReplacement(const char* target, Replacement::Options options)
 {
-    if (done && Synchronise(replacement.temporary, O_WRONLY) &&
-        rename(replacement.temporary.c_str(), replacement.target.c_str()) == 0) {
-        // The new name is in the folder; where that cannot be read, the system writes it in its own time.
-        const size_t slash = replacement.target.rfind('/');
-        Synchronise(slash == std::string::npos ? "." : replacement.target.substr(0, slash + 1), O_RDONLY);
-        return true;
+    struct stat status;
+    if (stat(target, &status) != 0) {
+        return errno == ENOENT;
     }
-    unlink(replacement.temporary.c_str());
-    return false;
+    return S_ISREG(status.st_mode) && (status.st_nlink == 1 || (options & Replacement::CLOSEST) != 0) &&
+           faccessat(AT_FDCWD, target, W_OK, AT_EACCESS) == 0;
+}
+
+void* MakeNewFile(const char* path, const char* target, Replacement::Options options, bool& taken)
+{
+    struct stat status;
+    const bool exists = stat(target, &status) == 0;
+    const mode_t mode = exists || (options & Replacement::PRIVATE) != 0 ? 0600 : 0666;
+    const int file = open(path, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
+    taken = file < 0 && errno == EEXIST;
+    if (file < 0) {
+        return nullptr;
+    }
+    flock(file, LOCK_EX);  // where locks do not work, nobody removes unheld files either
+    taken = !IsNamed(file, path);  // RemoveUnheldFile() of another process was quicker than the lock
+    if (taken || (exists && !MakeLike(file, status, options))) {
+        DiscardNewFile(HandleOf(file), path);
+        return nullptr;
+    }
+    return HandleOf(file);
+}
+
+void DiscardNewFile(void* held, const char* path)
+{
+    if (IsNamed(FileOf(held), path)) {
+        unlink(path);
+    }
+    close(FileOf(held));
+}
+
+bool GiveName(void*& held, const char* path, const char* target)
+{
+    if (!Synchronise(FileOf(held)) || rename(path, target) != 0) {
+        return false;
+    }
+    close(FileOf(held));
+    held = nullptr;
+    SynchroniseFolderOf(target);
+    return true;
+}
+
+void RemoveUnheldFile(const char* path)
+{
+    const int file = open(path, O_WRONLY | O_NONBLOCK | O_NOFOLLOW | O_CLOEXEC);
+    // Whoever had the lock may have given the file its name meanwhile.
+    if (file >= 0 && flock(file, LOCK_EX | LOCK_NB) == 0 && IsNamed(file, path)) {
+        unlink(path);
+    }
+    if (file >= 0) {
+        close(file);
+    }
 }
 
 }  // namespace zm

@@ -5,10 +5,10 @@
 
 #include "Platform/OsThread.h"
 #include "Platform/Posix/SettingsText.h"
+#include "Platform/Replacement.h"
 
 #include <errno.h>
 #include <fcntl.h>
-#include <limits.h>
 #include <pwd.h>
 #include <stdlib.h>
 #include <string.h>
@@ -105,9 +105,6 @@ public:
         return true;
     }
 
-    /// To the disk, where the file system knows how.
-    bool Synchronise() const { return m_File >= 0 && (fsync(m_File) == 0 || errno == EINVAL); }
-
 private:
     int m_File;
 };
@@ -119,29 +116,12 @@ bool ReadFile(const std::string& path, std::string& res)
     return file.IsOpen() ? file.ReadAll(res) : errno == ENOENT;
 }
 
-// One file is one step: it is written beside the old one and takes its place by its name. Whoever holds the lock is
-// the only writer, and so what a killed one has left under the other name is of no use to anybody.
-bool ReplaceFile(const std::string& path, const std::string& text)
+// Whoever holds the lock is the only writer.
+bool ReplaceText(const std::string& path, const std::string& text)
 {
-    const std::string fresh = path + ".new";
-    bool done = false;
-    {
-        OpenFile file(fresh, O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW);
-        done = file.IsOpen() && file.WriteAll(text) && file.Synchronise();
-    }
-    if (!done || rename(fresh.c_str(), path.c_str()) != 0) {
-        unlink(fresh.c_str());
-        return false;
-    }
-    OpenFile(path.substr(0, path.rfind('/') + 1), O_RDONLY).Synchronise();
-    return true;
-}
-
-// Where the file is a link, what it leads to is replaced and the link stays.
-std::string WithoutLinks(const std::string& path)
-{
-    char resolved[PATH_MAX];
-    return realpath(path.c_str(), resolved) != nullptr ? resolved : path;
+    Replacement replacement;
+    return replacement.Begin(path.c_str(), Replacement::Options(Replacement::CLOSEST | Replacement::PRIVATE)) &&
+           OpenFile(replacement.Path(), O_WRONLY).WriteAll(text) && replacement.Commit();
 }
 
 }  // namespace
@@ -184,13 +164,13 @@ bool WriteSetting(void* key, const char* name, const char* value)
     }
     const StopDelay delay;  // or the file's lock would stay
     OpenFile lock(opened.folder + ".lock", O_RDWR | O_CREAT);
-    const std::string path = WithoutLinks(opened.File());
+    const std::string path = opened.File();
     std::string old;
     if (!lock.Lock() || !ReadFile(path, old)) {
         return false;
     }
     const std::string text = WithSetting(old, name, value);
-    return text == old || ReplaceFile(path, text);
+    return text == old || ReplaceText(path, text);
 }
 
 int ReadSetting(void* key, const char* name, char* value, int size)

@@ -7,9 +7,8 @@
 #include <sys/stat.h>
 #include <windows.h>
 
-// The header of the system has macros of these names.
+// The header of the system has a macro of this name.
 #undef RemoveDirectory
-#undef ReplaceFile
 
 namespace zm {
 
@@ -120,17 +119,6 @@ unsigned FileMode(const char* path)
 bool RenamePath(const char* from, const char* to)
 {
     return rename(from, to) == 0;
-}
-
-bool ReplaceFile(const char* from, const char* to)
-{
-    const HANDLE file = CreateFileA(from, GENERIC_WRITE, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
-    if (file == INVALID_HANDLE_VALUE) {
-        return false;
-    }
-    const bool stored = FlushFileBuffers(file) != 0;
-    CloseHandle(file);
-    return stored && MoveFileExA(from, to, MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0;
 }
 
 bool DeleteFilePath(const char* path)

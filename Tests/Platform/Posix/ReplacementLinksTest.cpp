@@ -1,0 +1,95 @@
+#include "Platform/Replacement.h"
+#include "Support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace fs = std::filesystem;
+using zm::Replacement;
+
+namespace {
+
+bool Replace(const std::string& path, int options)
+{
+    Replacement replacement;
+    if (!replacement.Begin(path.c_str(), Replacement::Options(options))) {
+        return false;
+    }
+    MakeFile(replacement.Path(), "new");
+    return replacement.Commit();
+}
+
+TEST(ReplacementLinksTest, LinksStayAndWhatTheyLeadToIsReplaced)
+{
+    const TemporaryFolder folder;
+    fs::create_directory(folder / "sub");
+    MakeFile(folder / "sub/file", "old");
+    fs::create_symlink("sub/second", folder / "first");
+    fs::create_symlink("file", folder / "sub/second");
+    fs::create_symlink("sub/none", folder / "dangling");
+    fs::create_symlink("circle", folder / "circle");
+    EXPECT_TRUE(Replace(WithBackslashes(folder / "first"), Replacement::EXACT));
+    EXPECT_TRUE(Replace(folder / "dangling", Replacement::EXACT));
+    EXPECT_FALSE(Replace(folder / "circle", Replacement::EXACT));
+    EXPECT_EQ(BytesOf(folder / "sub/file") + BytesOf(folder / "sub/none"), "newnew");
+    for (const char* link : {"first", "sub/second", "dangling", "circle"}) {
+        EXPECT_TRUE(fs::is_symlink(folder / link)) << link;
+    }
+}
+
+TEST(ReplacementLinksTest, OwnerAndPermissionsStay)
+{
+    const TemporaryFolder folder;
+    const std::string path = folder / "file";
+    MakeFile(path);
+    ASSERT_EQ(chmod(path.c_str(), 0640), 0);
+    const bool isRoot = chown(path.c_str(), 1234, 2345) == 0;
+    EXPECT_TRUE(Replace(path, Replacement::EXACT));
+    struct stat status;
+    ASSERT_EQ(stat(path.c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 07777, 0640u);
+    EXPECT_TRUE(!isRoot || (status.st_uid == 1234 && status.st_gid == 2345));
+    EXPECT_TRUE(Replace(folder / "private", Replacement::PRIVATE));
+    ASSERT_EQ(stat((folder / "private").c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 07777, 0600u);
+}
+
+TEST(ReplacementLinksTest, AFileWithTwoNamesIsReplacedUnderOneOrNotAtAll)
+{
+    const TemporaryFolder folder;
+    MakeFile(folder / "one", "old");
+    fs::create_hard_link(folder / "one", folder / "two");
+    EXPECT_FALSE(Replace(folder / "one", Replacement::EXACT));
+    EXPECT_TRUE(Replace(folder / "one", Replacement::CLOSEST));
+    EXPECT_EQ(BytesOf(folder / "one") + BytesOf(folder / "two"), "newold");
+}
+
+// Each of them removes what it takes for leftovers of the others.
+TEST(ReplacementLinksTest, ProcessesDoNotDisturbEachOther)
+{
+    const TemporaryFolder folder;
+    const std::string path = folder / "file";
+    constexpr int kProcesses = 3, kRounds = 200;
+    pid_t children[kProcesses];
+    for (pid_t& child : children) {
+        child = fork();
+        if (child == 0) {
+            int failed = 0;
+            for (int round = 0; round < kRounds; ++round) {
+                failed += !Replace(path, Replacement::CLOSEST);
+            }
+            _exit(failed);
+        }
+    }
+    for (const pid_t child : children) {
+        int status = -1;
+        waitpid(child, &status, 0);
+        EXPECT_EQ(status, 0);
+    }
+    EXPECT_EQ(folder.Files(), std::vector<std::string>{"file"});
+    EXPECT_EQ(BytesOf(path), "new");
+}
+
+}  // namespace
