@@ -39,33 +39,33 @@ Arrays MakeArrays(void* res, const void* src, int count, unsigned long resStride
 }
 
 template <class L, int kComponents>
-void Multiply(Arrays a, L v)
+void Multiply(Arrays a, const ZmVector4& vector)
 {
+    const L v = L::Load4(&vector);
     for (; a.count > 0; --a.count, a.res += a.resStride, a.src += a.srcStride) {
         Store<kComponents>(a.res, Load<L, kComponents>(a.src) * v);
     }
 }
 
 template <class L, int kComponents>
-void MultiplyAdd(Arrays a, L mul, L add)
+void MultiplyAdd(Arrays a, const ZmVector4& factor, const ZmVector4& summand)
 {
+    const L mul = L::Load4(&factor), add = L::Load4(&summand);
     for (; a.count > 0; --a.count, a.res += a.resStride, a.src += a.srcStride) {
         Store<kComponents>(a.res, Load<L, kComponents>(a.src) * mul + add);
     }
 }
 
 template <int kComponents>
-void DispatchMultiply(const Arrays& a, float x, float y, float z, float w)
+void DispatchMultiply(const Arrays& a, const ZmVector4& v)
 {
-    UseSse() ? Multiply<SseLanes, kComponents>(a, SseLanes::Set(x, y, z, w))
-             : Multiply<ScalarLanes, kComponents>(a, ScalarLanes::Set(x, y, z, w));
+    Dispatch(Multiply<SseLanes, kComponents>, Multiply<ScalarLanes, kComponents>, a, v);
 }
 
 template <int kComponents>
 void DispatchMultiplyAdd(const Arrays& a, const ZmVector4& mul, const ZmVector4& add)
 {
-    UseSse() ? MultiplyAdd<SseLanes, kComponents>(a, SseLanes::Load4(&mul), SseLanes::Load4(&add))
-             : MultiplyAdd<ScalarLanes, kComponents>(a, ScalarLanes::Load4(&mul), ScalarLanes::Load4(&add));
+    Dispatch(MultiplyAdd<SseLanes, kComponents>, MultiplyAdd<ScalarLanes, kComponents>, a, mul, add);
 }
 
 template <class L>
@@ -124,19 +124,19 @@ void InterpolateVectorArray(void* res, const void* a, const void* b, float t, in
 void MultiplyVectorArray(void* res, const void* src, const ZmVector& v, int count, unsigned long resStride,
                          unsigned long srcStride)
 {
-    DispatchMultiply<3>(MakeArrays(res, src, count, resStride, srcStride), v.x, v.y, v.z, 0);
+    DispatchMultiply<3>(MakeArrays(res, src, count, resStride, srcStride), {v.x, v.y, v.z, 0});
 }
 
 void MultiplyVector2Array(void* res, const void* src, const Zm2DVector& v, int count, unsigned long resStride,
                           unsigned long srcStride)
 {
-    DispatchMultiply<2>(MakeArrays(res, src, count, resStride, srcStride), v.x, v.y, 0, 0);
+    DispatchMultiply<2>(MakeArrays(res, src, count, resStride, srcStride), {v.x, v.y, 0, 0});
 }
 
 void MultiplyVector4Array(void* res, const void* src, const ZmVector4& v, int count, unsigned long resStride,
                           unsigned long srcStride)
 {
-    DispatchMultiply<4>(MakeArrays(res, src, count, resStride, srcStride), v.x, v.y, v.z, v.w);
+    DispatchMultiply<4>(MakeArrays(res, src, count, resStride, srcStride), v);
 }
 
 void MultiplyAddVectorArray(void* res, const void* src, const ZmVector& mul, const ZmVector& add, int count,

@@ -54,5 +54,5 @@ uint32_t RGBAFTOCOLOR(float r, float g, float b, float a)
 
 uint32_t RGBAFTOCOLOR(const ZmColor* c)
 {
-    return zm::UseSse() ? PackSse(*c) : PackScalar(*c);
+    return zm::Dispatch(PackSse, PackScalar, *c);
 }

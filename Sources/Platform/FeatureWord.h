@@ -23,29 +23,19 @@ inline bool UseAvx2()
     return UseSse() && g_HasAvx2.load(std::memory_order_relaxed);
 }
 
-/// Calls the widest of three forms of a function that may be used. Plain branches: an indirect jump would
-/// cost as much as a small kernel.
+/// Calls the widest of three forms of a function that may be used, and returns its result. Plain branches: an
+/// indirect jump would cost as much as a small kernel.
 template <class Avx2, class Sse, class Scalar, class... Args>
-inline void DispatchWide(Avx2 avx2, Sse sse, Scalar scalar, Args&&... args)
+inline auto DispatchWide(Avx2 avx2, Sse sse, Scalar scalar, Args&&... args)
 {
-    if (UseAvx2()) {
-        avx2(args...);
-    } else if (UseSse()) {
-        sse(args...);
-    } else {
-        scalar(args...);
-    }
+    return UseAvx2() ? avx2(args...) : UseSse() ? sse(args...) : scalar(args...);
 }
 
 /// The same for functions without a wide form.
 template <class Sse, class Scalar, class... Args>
-inline void Dispatch(Sse sse, Scalar scalar, Args&&... args)
+inline auto Dispatch(Sse sse, Scalar scalar, Args&&... args)
 {
-    if (UseSse()) {
-        sse(args...);
-    } else {
-        scalar(args...);
-    }
+    return UseSse() ? sse(args...) : scalar(args...);
 }
 
 }  // namespace zm

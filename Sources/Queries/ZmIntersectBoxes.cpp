@@ -139,17 +139,17 @@ unsigned OutsideOf(const ZmBbox& box, const ZmVector& p)
 
 int ZmIntersect::AABBAABB(const ZmBbox& box1, const ZmBbox& box2)
 {
-    return UseSse() ? Overlap<SseLanes>(box1, box2) : Overlap<ScalarLanes>(box1, box2);
+    return Dispatch(Overlap<SseLanes>, Overlap<ScalarLanes>, box1, box2);
 }
 
 int ZmIntersect::AABBOBB(const ZmBbox& box, const ZmOBB& obb)
 {
-    return UseSse() ? OverlapWithOriented<SseLanes>(box, obb) : OverlapWithOriented<ScalarLanes>(box, obb);
+    return Dispatch(OverlapWithOriented<SseLanes>, OverlapWithOriented<ScalarLanes>, box, obb);
 }
 
 int ZmIntersect::OBBOBB(const ZmOBB& obb1, const ZmOBB& obb2)
 {
-    return UseSse() ? OverlapOriented<SseLanes>(obb1, obb2) : OverlapOriented<ScalarLanes>(obb1, obb2);
+    return Dispatch(OverlapOriented<SseLanes>, OverlapOriented<ScalarLanes>, obb1, obb2);
 }
 
 int ZmIntersect::AABBFace(const ZmBbox& box, const ZmVector& pt0, const ZmVector& pt1, const ZmVector& pt2,

@@ -164,7 +164,7 @@ int OverlapsFrustum(const ZmFrustum& frustum, const PlacedBox& box)
 
 int Overlaps(const ZmFrustum& frustum, const PlacedBox& box)
 {
-    return UseSse() ? OverlapsFrustum<SseLanes>(frustum, box) : OverlapsFrustum<ScalarLanes>(frustum, box);
+    return Dispatch(OverlapsFrustum<SseLanes>, OverlapsFrustum<ScalarLanes>, frustum, box);
 }
 
 }  // namespace
@@ -182,7 +182,7 @@ int ZmIntersect::FrustumFace(const ZmFrustum& frustum, const ZmVector& pt0, cons
 
 int ZmIntersect::FrustumBox(const ZmFrustum& frustum, const ZmBbox& box, const ZmMatrix& matrix)
 {
-    return UseSse() ? PassesPlanes<SseLanes>(frustum, box, matrix) : PassesPlanes<ScalarLanes>(frustum, box, matrix);
+    return Dispatch(PassesPlanes<SseLanes>, PassesPlanes<ScalarLanes>, frustum, box, matrix);
 }
 
 int ZmIntersect::FrustumAABB(const ZmFrustum& frustum, const ZmBbox& box)

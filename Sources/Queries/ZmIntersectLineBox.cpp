@@ -159,16 +159,15 @@ int ZmIntersect::LineBox(const ZmRay& line, const ZmBbox& box, ZmVector& inPoint
 
 int ZmIntersect::RayBox(const ZmRay& ray, const ZmBbox& box)
 {
-    return UseSse() ? OverlapsBox<SseLanes, Reach::Ray>(ray, box) : OverlapsBox<ScalarLanes, Reach::Ray>(ray, box);
+    return Dispatch(OverlapsBox<SseLanes, Reach::Ray>, OverlapsBox<ScalarLanes, Reach::Ray>, ray, box);
 }
 
 int ZmIntersect::SegmentBox(const ZmRay& segment, const ZmBbox& box)
 {
-    return UseSse() ? OverlapsBox<SseLanes, Reach::Segment>(segment, box)
-                    : OverlapsBox<ScalarLanes, Reach::Segment>(segment, box);
+    return Dispatch(OverlapsBox<SseLanes, Reach::Segment>, OverlapsBox<ScalarLanes, Reach::Segment>, segment, box);
 }
 
 int ZmIntersect::LineBox(const ZmRay& line, const ZmBbox& box)
 {
-    return UseSse() ? OverlapsBox<SseLanes, Reach::Line>(line, box) : OverlapsBox<ScalarLanes, Reach::Line>(line, box);
+    return Dispatch(OverlapsBox<SseLanes, Reach::Line>, OverlapsBox<ScalarLanes, Reach::Line>, line, box);
 }

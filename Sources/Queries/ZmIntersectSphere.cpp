@@ -90,5 +90,5 @@ int ZmIntersect::SphereSphere(const ZmSphere& sphere1, const ZmVector& end1, con
 
 int ZmIntersect::SphereAABB(const ZmSphere& sphere, const ZmBbox& box)
 {
-    return UseSse() ? TouchesBox<SseLanes>(sphere, box) : TouchesBox<ScalarLanes>(sphere, box);
+    return Dispatch(TouchesBox<SseLanes>, TouchesBox<ScalarLanes>, sphere, box);
 }
