@@ -2,30 +2,30 @@
 
 #include "XString.h"
 
-/// Walks over the files of a folder whose names match a pattern with '*' and '?', and over those of its subfolders, in
-/// the system's order: first the folder's own files, then one subfolder after the other. ".*" at the end of a pattern
-/// matches no extension, too: "*.*" is every name, and "readme.*" finds "readme". "." and ".." are never results; dot
-/// files are files as others. The case of names counts as it does on the platform.
+/// Lists the files of a folder, and optionally of its subfolders, whose names match a pattern with '*' and '?'. The
+/// order is that of the system: first the folder's own files, then one subfolder after the other. ".*" at the end of a
+/// pattern also matches a missing extension: "*.*" matches every name, and "readme.*" matches "readme". "." and ".."
+/// are never returned; dot files are ordinary files. Case matters as it does on the platform.
 ///
 ///     RKDirectoryParser files("data", "*.bmp", 1, 0);
 ///     while (const char* path = files.GetNextFile()) { ... }
 ///
-/// Paths are joined with backslashes: "data\sub\a.bmp". Folders that cannot be read are left out. Links to folders
-/// count as folders and are not entered.
+/// Paths are joined with backslashes: "data\sub\a.bmp". Unreadable folders are skipped. Links to folders count as
+/// folders but are not entered.
 class RKDirectoryParser {
 public:
-    /// `recursive`: into all subfolders, whatever their names. `listDirectories`: folders are results too; in a walk
-    /// without subfolders those that match, otherwise each subfolder when the walk comes to it, but not the folders
-    /// **below the first subfolder** of a folder: that is the contract, do not repair it.
+    /// `recursive`: enters all subfolders, whatever their names. `listDirectories`: returns folders as well. Without
+    /// `recursive` these are the folders that match; with it, each subfolder when it is reached, except the folders
+    /// **below the first subfolder** of a folder.
     ZM_API RKDirectoryParser(const char* dir, const char* pattern, int recursive, int listDirectories);
     ZM_API ~RKDirectoryParser();
     RKDirectoryParser(const RKDirectoryParser&) = delete;
     RKDirectoryParser& operator=(const RKDirectoryParser&) = delete;
 
-    /// Begins anew; null keeps the folder or the pattern of before.
+    /// Starts again; null keeps the previous folder or pattern.
     ZM_API void Reset(const char* dir, const char* pattern, int recursive, int listDirectories);
 
-    /// The path of the next file, valid until the next call; null at the end.
+    /// Returns the path of the next file, valid until the next call, or null at the end.
     ZM_API const char* GetNextFile();
 
 private:

@@ -5,17 +5,17 @@
 #include <assert.h>
 #include <limits.h>
 
-/// Growable array in one block. When full, its capacity doubles; the first item makes room for two
-/// plain values, or for one item of any other type. Items move in memory when the array grows:
-/// pointers into it do not survive that. One thread at a time may change it.
+/// Growable array in one block. When it is full, its capacity doubles; the first item reserves capacity for two plain
+/// values, or for one item of any other type. Growing moves the items and invalidates pointers to them. Only one thread
+/// at a time may change an array.
 ///
-/// Memory: a call that finds none returns 0 and leaves the array as it was.
+/// If memory runs out, a call returns 0 and leaves the array unchanged.
 template <class T>
 class XArray {
 public:
     XArray() = default;
 
-    /// A copy has room for its items and no more; it stays empty where there is no memory.
+    /// The copy has capacity for its items only; it stays empty if memory runs out.
     XArray(const XArray& src)
     {
         if (Reserve(src.Size())) {
@@ -25,10 +25,10 @@ public:
         }
     }
 
-    /// Leaves `src` empty, without memory.
+    /// Leaves `src` empty and without memory.
     XArray(XArray&& src) noexcept { Swap(src); }
 
-    /// Takes over the items of a copy, or of what is moved.
+    /// Takes over the items of the copied or moved argument.
     XArray& operator=(XArray src) noexcept
     {
         Swap(src);
@@ -41,34 +41,34 @@ public:
         zm::DeleteBlock(m_Begin);
     }
 
-    /// Items.
+    /// Number of items.
     int Size() const { return int(m_End - m_Begin); }
     bool IsEmpty() const { return m_End == m_Begin; }
 
-    /// Items that fit without growing.
+    /// Number of items that fit without growing.
     int Capacity() const { return int(m_CapacityEnd - m_Begin); }
 
-    /// `position` is from 0 to Size() - 1; debug builds assert it.
+    /// Item at `position`, from 0 to Size() - 1; debug builds assert it.
     T& operator[](int position) { return *At(position); }
     const T& operator[](int position) const { return *At(position); }
 
-    /// The first item; the place after the last one. Null both, or equal, in an empty array.
+    /// Pointers to the first item and past the last one. In an empty array they are equal, or both null.
     T* Begin() { return m_Begin; }
     const T* Begin() const { return m_Begin; }
     T* End() { return m_End; }
     const T* End() const { return m_End; }
 
-    /// The array must not be empty.
+    /// First and last item; the array must not be empty.
     T& Front() { return *At(0); }
     const T& Front() const { return *At(0); }
     T& Back() { return *At(Size() - 1); }
     const T& Back() const { return *At(Size() - 1); }
 
-    /// Appends. `value` may be an item of this array. 1, or 0 without memory.
+    /// Appends a value, which may be an item of this array. Returns 1, or 0 if memory runs out.
     int PushBack(const T& value) { return EmplaceBack(value) != nullptr; }
     int PushBack(T&& value) { return EmplaceBack(zm::Move(value)) != nullptr; }
 
-    /// Appends T(arguments...). The item, or null without memory.
+    /// Appends T(arguments...). Returns the item, or null if memory runs out.
     template <class... Arguments>
     T* EmplaceBack(Arguments&&... arguments)
     {
@@ -95,7 +95,7 @@ public:
         --m_End;
     }
 
-    /// Makes room for `capacity` items exactly, if there is less. 1, or 0 without memory.
+    /// Raises the capacity to exactly `capacity` items if it is lower. Returns 1, or 0 if memory runs out.
     int Reserve(int capacity)
     {
         if (capacity <= Capacity()) {
@@ -148,7 +148,7 @@ private:
         return capacity <= INT_MAX / 2 ? 2 * capacity : INT_MAX;
     }
 
-    // Moves the items to the block, where `size` are from now on.
+    // Moves the items to the block, which holds `size` items afterwards.
     void Install(T* block, int capacity, int size)
     {
         zm::Relocate(block, m_Begin, size_t(Size()));
@@ -166,7 +166,7 @@ private:
         if (block == nullptr) {
             return nullptr;
         }
-        // First of all: an argument may be one of the items that move.
+        // Must come first: an argument may be one of the items that move.
         T* item = new (block + size) T(static_cast<Arguments&&>(arguments)...);
         Install(block, capacity, size + 1);
         return item;

@@ -5,7 +5,7 @@
 
 namespace zm {
 
-// What a hash offers beyond its call: see XHashFun.
+// The optional members of a hash; see XHashFun.
 template <class H, class K>
 struct HashTraits {
     template <class F>
@@ -45,17 +45,17 @@ struct OnlyIfSame<A, A> {
 /// An entry of a table.
 template <class T, class K>
 struct XHashItem {
-    /// An item on its own, in no bucket yet.
+    /// Creates an item that is in no bucket yet.
     template <class Key>
     XHashItem(Key&& itemKey, T&& itemValue, uint64_t keyHash)
         : key(static_cast<Key&&>(itemKey)), value(zm::Move(itemValue)), next(nullptr), hash(keyHash)
     {
     }
 
-    K key;            ///< of an item in a table, not to be changed
-    T value;          ///< what the key stands for; may be changed
-    XHashItem* next;  ///< the next one of its bucket, or null
-    uint64_t hash;    ///< low half: the key's hash; high half: more of it, where XHashFun has more
+    K key;            ///< must not be changed while the item is in a table
+    T value;          ///< the key's value; may be changed
+    XHashItem* next;  ///< next item of the bucket, or null
+    uint64_t hash;    ///< low half: the key's hash; high half: further bits, if XHashFun provides them
 };
 
 template <class T, class K>
@@ -65,14 +65,14 @@ struct XIsRelocatable<XHashItem<T, K>> {
 
 namespace zm {
 
-/// A place in the order of a table's items; `Entry` is the item, or the constant item.
+/// A position in a table's order; `Entry` is the item type, const or not.
 template <class Entry, class Item>
 class TablePosition {
 public:
     TablePosition() = default;
     TablePosition(Entry* item, const XArray<Item>* items) : m_Item(item), m_Items(items) {}
 
-    /// An Iterator is a ConstIterator too.
+    /// Converts an Iterator to a ConstIterator.
     operator TablePosition<const Entry, Item>() const { return {m_Item, m_Items}; }
 
     Entry& operator*() const { return *Checked(); }
@@ -104,49 +104,49 @@ private:
 
 }  // namespace zm
 
-/// Values by key. The items lie in one array, in the order of their insertion, and iterating is a walk over it;
-/// a removal puts the last item into the place of the removed one. Buckets, a power of two of them, hold chains of
-/// items, the latest first. A table starts with 16 buckets and room for 12 items; when an insertion finds the room
-/// full, buckets and room double. Memory is allocated with the first item, and for the first 12 as they come.
+/// Hash table. The items are stored in one array in the order of insertion, which is also the order of iteration; the
+/// last item takes the place of a removed one. The number of buckets is a power of two; each bucket is a chain of
+/// items, the latest first. A table starts with 16 buckets and a capacity of 12 items; when an insertion finds it full,
+/// both double. Nothing is allocated before the first item, and the array for the first 12 grows as they are added.
 ///
-/// H and E are function objects without state: the hash of a key and whether two keys are equal (XHashFun, XEqual).
-/// Keys and values are moved in memory by insertions and removals: pointers to them, and iterators, do not survive
-/// those. Values are not more than values: a table of pointers does not delete what they point to.
+/// H and E are stateless function objects: the hash of a key, and the equality of two keys (XHashFun, XEqual).
+/// Insertions and removals move keys and values, which invalidates pointers to them and iterators. A table of pointers
+/// does not delete the objects they point to.
 ///
-/// One thread at a time may change a table; many may read it. Memory: an insertion that finds none leaves the
-/// table as it was.
+/// Only one thread at a time may change a table; several may read it. If memory runs out during an insertion, the table
+/// stays unchanged.
 template <class T, class K, class H = XHashFun<K>, class E = XEqual<K>>
 class XHashTable {
 public:
-    /// What is looked up: a key, or the cheaper type that its hash names.
+    /// Type of key for look-ups: the key type, or the cheaper type that the hash declares.
     typedef typename zm::HashTraits<H, K>::LookUpKey LookUpKey;
 
-    /// What the iterators stand on.
+    /// The item type of the iterators.
     typedef XHashItem<T, K> Item;
 
-    /// Positions in the order of iteration. Debug builds assert that one that is read or advanced stands
-    /// before the end. XInterop.h makes them iterators for the algorithms of the standard library.
+    /// Iterators in the order of the items. Debug builds assert that they are not read or advanced at the end.
+    /// XInterop.h makes them usable with the algorithms of the standard library.
     typedef zm::TablePosition<Item, Item> Iterator;
     typedef zm::TablePosition<const Item, Item> ConstIterator;
 
-    /// What Insert() has found or made.
+    /// Result of Insert().
     struct Inserted {
-        Iterator position;  ///< the key's item; End() without memory
-        bool created;       ///< whether it is new
+        Iterator position;  ///< the key's item; End() if memory ran out
+        bool created;       ///< whether the item is new
     };
 
-    /// Buckets of a small table.
+    /// Number of buckets in a small table.
     static constexpr int kFirstBuckets = 16;
 
     XHashTable() = default;
 
-    /// The same items in the same order; empty where there is no memory.
+    /// Copies the items in the same order; the copy is empty if memory runs out.
     XHashTable(const XHashTable& src);
 
     /// Leaves `src` empty.
     XHashTable(XHashTable&& src) noexcept { Swap(src); }
 
-    /// Takes over the items of a copy, or of what is moved.
+    /// Takes over the items of the copied or moved argument.
     XHashTable& operator=(XHashTable src) noexcept
     {
         Swap(src);
@@ -155,27 +155,27 @@ public:
 
     ~XHashTable() { zm::DeleteBlock(m_Buckets); }
 
-    /// Items.
+    /// Number of items.
     int Size() const { return m_Items.Size(); }
     bool IsEmpty() const { return m_Items.IsEmpty(); }
 
-    /// Chains that the items are spread over; a power of two.
+    /// Number of buckets; a power of two.
     int BucketCount() const { return m_Buckets != nullptr ? int(m_BucketsEnd - m_Buckets) : kFirstBuckets; }
 
-    /// Items that fit without growing: three quarters of the buckets.
+    /// Number of items that fit without growing: three quarters of the buckets.
     int Capacity() const { return RoomOf(BucketCount()); }
 
-    /// From the first item to the place after the last.
+    /// Iterators to the first item and past the last one.
     Iterator Begin() { return At(m_Items.Begin()); }
     Iterator End() { return At(m_Items.End()); }
     ConstIterator Begin() const { return ConstAt(m_Items.Begin()); }
     ConstIterator End() const { return ConstAt(m_Items.End()); }
 
-    /// The item at a position of the order, from 0 to Size() - 1.
+    /// Item at a position in the order, from 0 to Size() - 1.
     Item& ItemAt(int position) { return m_Items[position]; }
     const Item& ItemAt(int position) const { return m_Items[position]; }
 
-    /// The key's item, or End().
+    /// Returns the key's item, or End().
     Iterator Find(const LookUpKey& key)
     {
         Item* item = Search(key);
@@ -188,7 +188,7 @@ public:
         return item != nullptr ? ConstAt(item) : End();
     }
 
-    /// The key's value, or null.
+    /// Returns the key's value, or null.
     T* LookUp(const LookUpKey& key)
     {
         Item* item = Search(key);
@@ -201,30 +201,30 @@ public:
         return item != nullptr ? &item->value : nullptr;
     }
 
-    /// The key's item, which is created with `value` where there is none; an item that was there keeps its own.
-    /// A key that is a temporary or moved is taken over.
+    /// Returns the key's item, created with `value` if there is none; an existing item keeps its value. A key passed as
+    /// an rvalue is moved into the table.
     Inserted Insert(const LookUpKey& key, T value = T()) { return InsertKey(key, value); }
-    /// The same for a key to be taken over.
+    /// The same for a key that is moved into the table.
     template <class Key, typename zm::OnlyIfSame<Key, K>::Type = 0>
     Inserted Insert(Key&& key, T value = T())
     {
         return InsertKey(zm::Move(key), value);
     }
 
-    /// 1, or 0 if the key was there already, or without memory; nothing has changed then.
+    /// Inserts an item. Returns 1, or 0 with nothing changed if the key already exists or memory runs out.
     int InsertUnique(const LookUpKey& key, T value) { return InsertKey(key, value).created; }
-    /// The same for a key to be taken over.
+    /// The same for a key that is moved into the table.
     template <class Key, typename zm::OnlyIfSame<Key, K>::Type = 0>
     int InsertUnique(Key&& key, T value)
     {
         return InsertKey(zm::Move(key), value).created;
     }
 
-    /// Removes the key's item and returns its value; the empty value T() if there is none. The last item of the
+    /// Removes the key's item and returns its value, or the empty value T() if there is none. The last item of the
     /// order takes the place of the removed one.
     T Remove(const LookUpKey& key);
 
-    /// Removes all items; the memory stays.
+    /// Removes all items and keeps the memory.
     void Clear()
     {
         m_Items.Clear();
@@ -314,7 +314,7 @@ typename XHashTable<T, K, H, E>::Inserted XHashTable<T, K, H, E>::InsertKey(Key&
     return {At(item), true};
 }
 
-// Room for one more item at least.
+// Makes space for at least one more item.
 template <class T, class K, class H, class E>
 bool XHashTable<T, K, H, E>::Grow()
 {
@@ -334,7 +334,7 @@ bool XHashTable<T, K, H, E>::Grow()
     return true;
 }
 
-// New buckets of that number, and room for so many items.
+// Allocates that number of buckets, and capacity for that number of items.
 template <class T, class K, class H, class E>
 bool XHashTable<T, K, H, E>::MakeRoom(int buckets, int room)
 {
@@ -350,7 +350,7 @@ bool XHashTable<T, K, H, E>::MakeRoom(int buckets, int room)
     return true;
 }
 
-// Makes the chains anew: they hold addresses, which a growth changes.
+// Rebuilds the chains: they hold addresses, which change when the array grows.
 template <class T, class K, class H, class E>
 void XHashTable<T, K, H, E>::ChainAll()
 {
@@ -368,7 +368,7 @@ void XHashTable<T, K, H, E>::Chain(Item* item)
     *bucket = item;
 }
 
-// What points to the item: its bucket, or the item before it in the chain.
+// Returns the pointer to the item: its bucket, or the `next` of the item before it in the chain.
 template <class T, class K, class H, class E>
 typename XHashTable<T, K, H, E>::Item** XHashTable<T, K, H, E>::LinkTo(const Item* item) const
 {

@@ -1,7 +1,7 @@
 #pragma once
 
-// Strings and containers beside those of the standard library: std::string_view, output streams, range-based for,
-// algorithms and std::hash. ZmMath.h does not include this header, for what it pulls in.
+// Interoperability of strings and containers with the standard library: std::string_view, output streams, range-based
+// for, algorithms and std::hash. ZmMath.h does not include this header, because of the headers it needs.
 
 #include "XHashTable.h"
 #include "XString.h"
@@ -11,13 +11,14 @@
 #include <ostream>
 #include <string_view>
 
-/// The text of a string, for as long as the string stays as it is.
+/// Views the text of a string; valid until the string changes.
 inline std::string_view XView(const XBaseString& string)
 {
     return {string.Text(), string.Length()};
 }
 
-/// A string with all characters of a view, NULs included; empty for more than XBaseString::kMaxLength.
+/// Creates a string from all characters of a view, including NULs; empty if there are more than
+/// XBaseString::kMaxLength.
 inline XString XFromView(std::string_view view)
 {
     XString string;
@@ -27,7 +28,7 @@ inline XString XFromView(std::string_view view)
     return string;
 }
 
-/// Writes all characters of the string, in the stream's width and fill.
+/// Writes all characters of the string, with the stream's width and fill.
 inline std::ostream& operator<<(std::ostream& stream, const XBaseString& string)
 {
     return stream << XView(string);
@@ -89,7 +90,7 @@ typename XHashTable<T, K, H, E>::ConstIterator end(const XHashTable<T, K, H, E>&
 
 namespace std {
 
-/// Positions in tables as iterators: std::find_if(table.Begin(), table.End(), ...)
+/// Makes table positions iterators: std::find_if(table.Begin(), table.End(), ...)
 template <class Entry, class Item>
 struct iterator_traits<zm::TablePosition<Entry, Item>> {
     using iterator_category = forward_iterator_tag;  ///< they advance only
@@ -99,10 +100,10 @@ struct iterator_traits<zm::TablePosition<Entry, Item>> {
     using reference = Entry&;
 };
 
-/// Strings as keys of the standard library's containers.
+/// Lets strings be keys of the standard library's containers.
 template <>
 struct hash<XString> {
-    /// As the standard library hashes the text.
+    /// Hashes the text as the standard library does.
     size_t operator()(const XString& text) const noexcept { return hash<string_view>()(XView(text)); }
 };
 

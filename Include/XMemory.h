@@ -6,19 +6,19 @@
 #include <stddef.h>
 #include <string.h>
 
-/// Whether an object may move by copying its bytes and forgetting the old ones, without its
-/// destructor: true of plain values and of most owners of one block. The containers move such
-/// items in one copy. Specialise it for a type of your own to say so of that type.
+/// Whether objects of a type may be moved by copying their bytes and dropping the originals without calling their
+/// destructor. True for plain values and for most types that own a single block. The containers move such items with
+/// one copy. Specialise it to declare your own type relocatable.
 template <class T>
 struct XIsRelocatable {
-    /// True for what the compiler calls trivially copyable.
+    /// True for types that the compiler considers trivially copyable.
     static constexpr bool value = __is_trivially_copyable(T);
 };
 
 namespace zm {
 
-/// Memory for the items of a container, from the global allocation operators; null where there is
-/// none. All modules take it here, so that one may fill what another one frees. Any thread.
+/// Allocates memory for a container's items with the global allocation operators; null if memory runs out. All modules
+/// allocate here, so that one may free what another one allocated. Any thread may call.
 ZM_API void* NewBlock(unsigned long long bytes);
 
 /// Frees a block of NewBlock(); null does nothing.
@@ -30,7 +30,7 @@ constexpr T&& Move(T& value)
     return static_cast<T&&>(value);
 }
 
-/// Moves items into memory that holds none. The places may overlap when the new one is lower.
+/// Moves items into uninitialised memory. The ranges may overlap if the new one is lower.
 template <class T>
 void Relocate(T* to, T* from, size_t count)
 {

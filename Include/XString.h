@@ -8,8 +8,8 @@
 
 namespace zm {
 
-/// The numbers that int, unsigned int and float do not hold: what operations on strings and configurations take beside
-/// those three.
+/// Number types beyond int, unsigned int and float. Operations on strings and configurations accept them in addition
+/// to those three.
 template <class Number>
 struct IfWideNumber {
 };
@@ -36,82 +36,81 @@ struct IfWideNumber<unsigned long long> {
 
 }  // namespace zm
 
-/// A text and its length: the record under XString, and the type of parameters that only read a
-/// text. Such a parameter takes an XString or, without a copy, a plain text.
+/// Text and length: the record under XString, and the parameter type for functions that only read text. Such a
+/// parameter accepts an XString or, without a copy, a plain C string.
 class XBaseString {
 public:
-    /// Longest text that an operation makes.
+    /// Maximum length of a text, in characters.
     static constexpr int kMaxLength = 65534;
-    /// What the searches return for "not found".
+    /// Returned by the searches when nothing is found.
     static constexpr uint16_t kNotFound = 65535;
 
     constexpr XBaseString() = default;
 
-    /// Looks at a text that must outlive this record. Null, and a text of more than kMaxLength
-    /// characters, read as empty.
+    /// Refers to `text`, which must outlive this record. Null and texts longer than kMaxLength are treated as empty.
     XBaseString(const char* text);
 
-    /// The characters and a terminating NUL, never null: a string without storage reads as one
-    /// empty text that all such strings share.
+    /// The NUL-terminated characters. Never null: all strings without storage share one empty text.
     const char* Text() const { return m_Buffer != nullptr ? m_Buffer : s_Empty; }
 
-    /// Characters before the terminator. They may contain NULs; see XString(int).
+    /// Number of characters before the terminator. The text may contain NULs; see XString(int).
     uint16_t Length() const { return m_Length; }
     bool IsEmpty() const { return m_Length == 0; }
 
-    /// Bytes that the string owns, terminator included; 0 for a string without storage.
+    /// Bytes owned by the string, including the terminator; 0 for a string without storage.
     uint16_t Capacity() const { return m_Allocated; }
 
     /// The character at `position`, from 0 to Length().
     char operator[](int position) const { return Text()[position]; }
 
-    /// Order by bytes without sign, then by length: negative if this string comes first, 0 if both are the same.
+    /// Compares as unsigned bytes, then by length. Returns a negative value if this string comes first, 0 if both are
+    /// equal.
     ZM_API int Compare(const XBaseString& other) const;
 
-    /// Without regard to the case of A to Z. Two texts: the difference of the first two lower-case
-    /// characters that differ, as signed characters, up to the first NUL of this string. If this string
-    /// is empty, minus the other's length; if only the other one is, this one's length.
+    /// Compares ignoring the case of A to Z. For two non-empty strings returns the difference, as signed characters, of
+    /// the first two lower-cased characters that differ; stops at the first NUL of this string. If this string is
+    /// empty, returns minus the other's length; if only the other is empty, returns this string's length.
     ZM_API int ICompare(const XBaseString& other) const;
 
-    /// Length and all bytes, NULs included.
+    /// Compares length and all bytes, including NULs.
     bool operator==(const XBaseString& other) const
     {
         return m_Length == other.m_Length && memcmp(Text(), other.Text(), m_Length) == 0;
     }
-    /// By Compare().
+    /// Compare in the order of Compare().
     bool operator!=(const XBaseString& other) const { return !(*this == other); }
     bool operator<(const XBaseString& other) const { return Compare(other) < 0; }
     bool operator>(const XBaseString& other) const { return Compare(other) > 0; }
     bool operator<=(const XBaseString& other) const { return Compare(other) <= 0; }
     bool operator>=(const XBaseString& other) const { return Compare(other) >= 0; }
 
-    /// Searches. `start` is the position at which to begin; the result is a position, or kNotFound. A start
-    /// beyond the length finds nothing, and an empty string contains nothing. They read up to the first NUL.
+    /// Searches. They begin at position `start` and return a position or kNotFound. A start beyond the length finds
+    /// nothing, and nothing is found in an empty string. Only the text up to the first NUL is searched.
     /// @{
 
-    /// The character's first place from `start` on.
+    /// Finds the first occurrence of the character.
     ZM_API uint16_t Find(char character, uint16_t start = 0) const;
 
-    /// The string's first place from `start` on; an empty one is found nowhere.
+    /// Finds the first occurrence of the string; an empty string is never found.
     ZM_API uint16_t Find(const XBaseString& string, uint16_t start = 0) const;
 
-    /// The same without regard to the case of A to Z. Makes two copies.
+    /// Finds the first occurrence, ignoring the case of A to Z. Makes two copies.
     ZM_API uint16_t IFind(const XBaseString& string, uint16_t start = 0) const;
 
-    /// The character's last place before the position `end`; kNotFound, and any end beyond the length, mean
+    /// Finds the last occurrence of the character before position `end`. kNotFound, or any end beyond the length, means
     /// the whole string.
     ZM_API uint16_t RFind(char character, uint16_t end = kNotFound) const;
 
     /// @}
 
 protected:
-    /// The text of all strings without storage.
+    /// The text shared by all strings without storage.
     ZM_API static const char s_Empty[1];
 
-    /// Gives back a string's block.
+    /// Frees the storage of a string.
     ZM_API static void Release(const XBaseString& record);
 
-    /// Text, length and bytes of the block; null and zeros without one.
+    /// Text, length and size of the block in bytes; null and zeros without a block.
     char* m_Buffer = nullptr;
     uint16_t m_Length = 0;
     uint16_t m_Allocated = 0;
@@ -126,47 +125,47 @@ inline XBaseString::XBaseString(const char* text)
     }
 }
 
-/// With the plain text on the left.
+/// Compares with a plain C string on the left.
 inline bool operator==(const char* text, const XBaseString& string)
 {
     return string == XBaseString(text);
 }
 
-/// With the plain text on the left.
+/// Compares with a plain C string on the left.
 inline bool operator!=(const char* text, const XBaseString& string)
 {
     return !(string == XBaseString(text));
 }
 
-/// An 8-bit string that owns its text: a pointer and two 16-bit words. Every copy has a block of its own, of exactly
-/// the size that was asked for: made for short texts, and each growth allocates. ZmAllocator counts the blocks as
-/// strings.
+/// 8-bit string that owns its text: a pointer and two 16-bit words. Every copy has its own block of exactly the
+/// requested size. Designed for short texts: each growth reallocates. ZmAllocator counts the blocks as strings.
 ///
-/// Limits are silent: an append that would pass kMaxLength (65534) characters does nothing, and an assignment
-/// or construction from more than that gives an empty string. Positions and lengths beyond the text are cut to
-/// it. Arguments may be the string itself or lie in it. Letters and white space are those of ASCII, whatever
-/// the locale. Without memory for a block the process ends in the processor's fault.
+/// Limits are silent: an append that would exceed kMaxLength (65534) characters does nothing, and an assignment or
+/// construction from a longer text gives an empty string. Positions and lengths beyond the text are clamped to it.
+/// Arguments may be the string itself or point into it. Letters and white space are those of ASCII, whatever the
+/// locale. If a block cannot be allocated, the process crashes with a memory-access fault.
 ///
-/// Different strings may be used by different threads at once; one string, by one thread at a time or only read.
+/// Different strings may be used by different threads at once. A single string must not be used by several threads at
+/// once unless all of them only read it.
 class XString : public XBaseString {
 public:
-    /// Empty, without storage.
+    /// An empty string without storage.
     XString() = default;
 
-    /// The first `length` characters of `text`, past any NUL in it; length 0 means up to its first NUL. Null
-    /// and a text that begins with NUL give the empty string without storage, and so does a negative length.
+    /// Copies the first `length` characters of `text`, including any NULs; length 0 means up to the first NUL. Null, a
+    /// text that begins with NUL, or a negative length gives an empty string without storage.
     ZM_API XString(const char* text, int length = 0);
 
-    /// A block of `size` zero bytes, **with the length size - 1** although its text reads as empty: room for a
-    /// caller who fills it in through Data() and then calls FitLength(). A size outside 1 to 65535 gives the empty
-    /// string without storage.
+    /// Allocates a block of `size` zero bytes **and sets the length to size - 1**, although the text reads as empty.
+    /// The caller fills it through Data() and then calls FitLength(). A size outside 1 to 65535 gives an empty string
+    /// without storage.
     ZM_API explicit XString(int size);
 
-    /// A copy of an empty string has no storage.
+    /// Copies; the copy of an empty string has no storage.
     ZM_API XString(const XString& src);
     ZM_API XString(const XBaseString& src);
 
-    /// Takes the storage and leaves `src` empty.
+    /// Takes over the storage and leaves `src` empty.
     XString(XString&& src) noexcept : XBaseString(src) { src.Forget(); }
 
     ~XString()
@@ -176,36 +175,36 @@ public:
         }
     }
 
-    /// The text becomes the argument's; storage that is large enough is kept. Null empties the string.
+    /// Copies the argument's text and keeps storage that is large enough. Null empties the string.
     ZM_API XString& operator=(const char* text);
     ZM_API XString& operator=(const XBaseString& src);
     XString& operator=(const XString& src) { return *this = static_cast<const XBaseString&>(src); }
 
-    /// Exactly `length` characters of `text`, or that many NULs if it is null. Unlike the constructor takes
-    /// length 0 as it stands; the string then owns at least its terminator. A length outside 0 to kMaxLength
-    /// empties the string.
+    /// Copies exactly `length` characters of `text`, or stores `length` NULs if it is null. Unlike in the constructor,
+    /// length 0 means no characters; the string then still owns at least its terminator. A length outside 0 to
+    /// kMaxLength empties the string.
     ZM_API XString& Create(const char* text, int length);
 
-    /// The part of `src` from position `start` to its end; empty if the start lies outside it.
+    /// Copies `src` from position `start` to its end; empty if the start lies outside it.
     ZM_API XString& CreateTail(const XBaseString& src, int start);
 
-    /// The text that printf() would write, cut to 511 characters.
+    /// Stores the text that printf() would write, cut to 511 characters.
     ZM_API XString& Format(const char* format, ...) ZM_PRINTF(2, 3);
 
-    /// The text of strftime() for the local time, now or of a calendar time in seconds; empty where it
-    /// would have 512 characters or more, or where the system cannot convert that time.
+    /// Stores what strftime() writes for the local time: now, or at a calendar time in seconds. Empty if the text would
+    /// have 512 characters or more, or if the system cannot convert the time.
     ZM_API XString& FormatTime(const char* format);
     ZM_API XString& FormatTime(int time, const char* format);
 
-    /// The characters, to be written to: Length() of them, whose terminator stays. Null for a string without storage.
-    /// Valid until the string changes otherwise.
+    /// Writable characters: Length() of them, followed by a terminator that must not change. Null for a string without
+    /// storage. Valid until the string is changed in any other way.
     char* Data() { return m_Buffer; }
 
-    /// Cuts the string at its first NUL: the length becomes that of what was written to Data().
+    /// Cuts the string at its first NUL, so that the length matches what was written to Data().
     ZM_API void FitLength();
 
     /// Appends a text (null and "" do nothing), a character, or a value as printf() writes it with
-    /// "%d", "%u" (and their long forms), "%f" and "%p".
+    /// "%d", "%u" (or their long forms), "%f" or "%p".
     /// @{
     ZM_API XString& operator<<(const char* text);
     ZM_API XString& operator<<(const XBaseString& string);
@@ -222,7 +221,7 @@ public:
     ZM_API XString& operator<<(const void* pointer);
     /// @}
 
-    /// A copy with the argument appended.
+    /// Returns a copy with the argument appended.
     /// @{
     XString operator+(const char* text) const { return Plus(text); }
     XString operator+(const XBaseString& string) const { return Plus(string); }
@@ -237,35 +236,34 @@ public:
     }
     /// @}
 
-    /// Changes the case of the letters a to z up to the first NUL.
+    /// Changes the case of ASCII letters up to the first NUL.
     ZM_API void ToUpper();
     ZM_API void ToLower();
 
-    /// Removes white space at both ends.
+    /// Removes white space from both ends.
     ZM_API void Trim();
 
-    /// Collapses runs of white space into one space each, also at the ends. **A string that holds a run of two or
-    /// more loses its last character**: "a  bc" becomes "a b". That is the contract, do not repair it. Single
-    /// white-space characters before the first run stay as they are.
+    /// Collapses each run of white space into one space, also at the ends. **A string with a run of two or more loses
+    /// its last character**: "a  bc" becomes "a b". Single white-space characters before the first run stay unchanged.
     ZM_API void Strip();
 
-    /// `length` characters from `start` on, or all from there for 0. Empty if the text there begins with NUL.
+    /// Returns `length` characters from `start` on; 0 means all of them. Empty if the text there begins with NUL.
     ZM_API XString Substring(uint16_t start, uint16_t length = 0) const;
 
-    /// Keeps `length` characters from `start` on.
+    /// Keeps only `length` characters from `start` on.
     ZM_API void Crop(uint16_t start, uint16_t length);
 
     /// Removes `length` characters from `start` on.
     ZM_API void Cut(uint16_t start, uint16_t length);
 
-    /// Replaces every such character and returns their number.
+    /// Replaces every occurrence of the character. Returns the number of replacements.
     ZM_API int Replace(char from, char to);
 
-    /// Replaces every occurrence, from left to right and up to the first NUL, and returns their number. An empty
-    /// `from` occurs nowhere. If the result would be longer than kMaxLength, does nothing and returns 0.
+    /// Replaces every occurrence, from left to right and up to the first NUL. Returns the number of replacements. An
+    /// empty `from` is never found. Does nothing and returns 0 if the result would be longer than kMaxLength.
     ZM_API int Replace(const XBaseString& from, const XBaseString& to);
 
-    /// Room for `size` characters, at most kMaxLength, if there is less. The text stays.
+    /// Grows the storage to hold `size` characters, at most kMaxLength. The text stays unchanged.
     ZM_API void Reserve(uint16_t size);
 
     /// Exchanges the storage.

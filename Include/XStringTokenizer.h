@@ -2,19 +2,19 @@
 
 #include "XString.h"
 
-/// Splits a string in place: each delimiter that ends a token is overwritten with NUL, while the string's length
-/// stays. The string and the delimiters must outlive the tokenizer; a null set of delimiters is an empty one,
-/// and makes one token of the whole string.
+/// Splits a string in place: overwrites each delimiter that ends a token with NUL, without changing the string's
+/// length. The string and the delimiters must outlive the tokenizer. A null set of delimiters is treated as empty,
+/// which makes the whole string one token.
 ///
 ///     XStringTokenizer tokens(line, " \t");
 ///     for (const char* token = nullptr; (token = tokens.NextToken(token)) != nullptr;) { ... }
 class XStringTokenizer {
 public:
-    /// Changes nothing yet.
+    /// Stores the arguments; does not change the string yet.
     XStringTokenizer(XString& string, const char* delimiters) : m_String(&string), m_Delimiters(delimiters) {}
 
-    /// The first token for null, then the one after `previous`, which is what the last call returned. Null when
-    /// there is none, or when `previous` does not point into the string. Tokens are never empty.
+    /// Returns the first token if `previous` is null, otherwise the one after `previous`, the result of the last call.
+    /// Returns null if there is none, or if `previous` does not point into the string. Tokens are never empty.
     ZM_API const char* NextToken(const char* previous);
 
 private:

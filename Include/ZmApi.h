@@ -1,7 +1,7 @@
 #pragma once
 
-/// ZM_API marks what the shared library exports. Programs that contain the
-/// library's object files instead define ZMMATH_STATIC_OBJECTS.
+/// ZM_API marks what the shared library exports. Programs that link the library's object files directly define
+/// ZMMATH_STATIC_OBJECTS instead.
 #if defined(ZMMATH_STATIC_OBJECTS)
 #define ZM_API
 #elif defined(_WIN32)
@@ -14,7 +14,7 @@
 #define ZM_API __attribute__((visibility("default")))
 #endif
 
-/// A member function whose parameter number `format` is a printf() format and whose arguments begin at number
+/// Marks a member function whose parameter number `format` is a printf() format and whose arguments begin at number
 /// `arguments`; the object itself is number 1.
 #if defined(__MINGW32__) && !defined(__clang__)
 #define ZM_PRINTF(format, arguments) __attribute__((__format__(gnu_printf, format, arguments)))

@@ -5,9 +5,8 @@
 
 #include <stdint.h>
 
-/// Sides of homogeneous clip space on which a point (x, y, z, w) lies outside, and sides
-/// of a box in ZmBbox. For a box "below" is the LOWER bit of the X pair but the HIGHER one
-/// of the Y and Z pairs.
+/// Sides of homogeneous clip space on which a point (x, y, z, w) lies outside, and sides of a box in ZmBbox. For a box,
+/// "below" is the LOWER bit of the X pair but the HIGHER bit of the Y and Z pairs.
 enum ZMCLIP_FLAGS : uint32_t {
     ZMCLIP_NONE = 0,
     ZMCLIP_LEFT = 0x10,    ///< x < -w; below the box in X
@@ -19,38 +18,33 @@ enum ZMCLIP_FLAGS : uint32_t {
     ZMCLIP_ALL = 0x3F0     ///< any of the six
 };
 
-/// Axis-aligned box, valid when Min <= Max on every axis. The LARGEST corner is stored
-/// first; array code relies on that order. Boundaries belong to the box. Functions are
-/// reentrant and report nothing.
+/// Axis-aligned box, valid when Min <= Max on every axis. The LARGEST corner is stored first; array code relies on that
+/// order. Boundaries belong to the box. Functions are reentrant and report no errors.
 struct ZmBbox {
     ZmVector Max;  ///< the largest corner
     ZmVector Min;  ///< the smallest corner
 
-    /// The eight corners, transformed as points by m. Bit 0 of a corner's index chooses
-    /// Max.x over Min.x, bit 1 Max.y, bit 2 Max.z.
+    /// Writes the eight corners, transformed as points by m. Bit 0 of a corner's index selects Max.x over Min.x, bit 1
+    /// Max.y, bit 2 Max.z.
     ZM_API void TransformTo(ZmVector* corners, const ZmMatrix& m) const;
 
-    /// This = the axis-aligned box around `box` transformed by m (affine). `box` may be this
-    /// box. Takes the four-wide path with the SSE feature bit set; both give the same bits.
+    /// Sets this to the axis-aligned box around `box` transformed by m (affine). `box` may be this box. Takes the
+    /// four-wide path when the SSE feature bit is set; both paths give the same bits.
     ZM_API void TransformFrom(const ZmBbox& box, const ZmMatrix& m);
 
-    /// Which of two boxes is in front, seen from pt: 1 the other box, -1 this box,
-    /// 0 undecided. In order:
-    /// - pt inside this box: -1 when the boxes are separated; when they are not, 1 if this
-    ///   box contains the other, else 0;
-    /// - separated boxes: -1 when this box lies between pt and the other along an axis that
-    ///   separates the boxes, else 1 when the other lies between pt and this one along such
+    /// Returns which of two boxes is in front, seen from pt: 1 the other box, -1 this box, 0 undecided. In order:
+    /// - pt inside this box: -1 if the boxes are separated; otherwise 1 if this box contains the other, else 0;
+    /// - separated boxes: -1 if this box lies between pt and the other along an axis that
+    ///   separates the boxes, else 1 if the other lies between pt and this one along such
     ///   an axis, else 0;
-    /// - the other box contains this one: -1 when pt is inside the other, else 1;
+    /// - the other box contains this one: -1 if pt is inside the other, else 1;
     /// - any other overlap: 0.
     ZM_API int Classify(const ZmBbox& box, const ZmVector& pt) const;
 
-    /// Writes one word a vertex: the OR of the ZMCLIP_FLAGS sides on which the vertex lies
-    /// outside this box, 0 inside it. Vertices are three floats each and start `strideBytes`
-    /// apart at any alignment; only their own 12 bytes are read. `flags` is a tight array of
-    /// `count` words. Neither pointer may be null.
-    /// A non-number is outside of nothing. A count below 1 writes nothing. Both paths of
-    /// the SSE feature bit give the same flags.
+    /// Writes one word per vertex: the OR of the ZMCLIP_FLAGS sides on which the vertex lies outside this box, 0 inside
+    /// it. Vertices are three floats each and start `strideBytes` apart at any alignment; only their own 12 bytes are
+    /// read. `flags` is a tight array of `count` words. Neither pointer may be null. NaNs count as inside. A count
+    /// below 1 writes nothing. Both paths of the SSE feature bit give the same flags.
     ZM_API void ClassifyVertices(int count, const unsigned char* vertices, unsigned long strideBytes,
                                  unsigned long* flags) const;
 
@@ -59,20 +53,19 @@ struct ZmBbox {
                                         unsigned long* flags) const;
 };
 
-/// Projects a box. `andFlags` and `orFlags` get the AND and the OR of the corners' clip
-/// flags. Returns 1 when the box may be visible, 0 when it lies wholly outside one clip
-/// plane. A box that is flat in Z (Max.z == Min.z) has four corners.
+/// Projects a box. `andFlags` and `orFlags` receive the AND and the OR of the corners' clip flags. Returns 1 if the box
+/// may be visible, 0 if it lies wholly outside one clip plane. A box that is flat in Z (Max.z == Min.z) has four
+/// corners.
 ///
-/// `extents`, when not null, gets the rectangle around the corners with w > 0 on the screen
-/// `screenSize`, unless the box is wholly outside one plane (then it stays as it was). With a
-/// corner in front of the near plane (ZMCLIP_FRONT in orFlags) each edge whose side bit is in
-/// orFlags becomes the screen's own edge, also for a box that is wholly outside. Without a
-/// corner at w > 0 the rectangle is the empty one from 1000000 to -1000000. A null
-/// `screenSize` counts as a null `extents`. Both paths of the SSE feature bit give the same
-/// bits; no static storage is used, so any thread may call.
+/// `extents`, unless null, receives the rectangle around the corners with w > 0 on the screen `screenSize`. It stays
+/// unchanged if the box is wholly outside one plane. If a corner lies in front of the near plane (ZMCLIP_FRONT in
+/// orFlags), each edge whose side bit is in orFlags becomes the screen's own edge, even for a box that is wholly
+/// outside. If no corner has w > 0, the rectangle is the empty one from 1000000 to -1000000. A null `screenSize` counts
+/// as a null `extents`. Both paths of the SSE feature bit give the same bits. No static storage is used, so any thread
+/// may call.
 ZM_API int ZmTransformBox2D(const ZmMatrix& worldProjection, const ZmBbox& box, const ZmRect* screenSize,
                             ZmRect* extents, ZMCLIP_FLAGS& andFlags, ZMCLIP_FLAGS& orFlags);
 
-/// Smallest and largest z / w of the box's corners with w > 0. Without any such corner both
-/// stay as they were.
+/// Writes the smallest and largest z / w of the box's corners with w > 0. If there is no such corner, both stay
+/// unchanged.
 ZM_API void ZmProjectBoxZExtents(const ZmMatrix& worldProjection, const ZmBbox& box, float& zhMin, float& zhMax);

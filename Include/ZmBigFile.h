@@ -6,24 +6,25 @@
 #include "ZmCachedFile.h"
 #include "ZmSubFile.h"
 
-/// An archive: many named files, the entries, in one file. Entries are found by name and read in place; appending,
-/// removing and reordering change the list in memory, and Save() writes a new archive. Documentation/ArchiveFormat.md
-/// describes the file.
+/// An archive: one file that contains many named files, the entries. Entries are found by name and read in place.
+/// Appending, removing and reordering change the list in memory; Save() writes a new archive. The file format is
+/// described in Documentation/ArchiveFormat.md.
 ///
-/// Names are kept in lower case. Find() looks a name up **without its directory**; everything else takes whole names.
+/// Names are stored in lower case. Find() looks up a name **without its directory**; all other functions take whole
+/// names.
 ///
-/// An archive has at most 2 GiB - 1 bytes. Damaged ones open as far as they make sense: entries up to the damage of the
-/// index are there, with a warning in the log, and the sub-file of one whose bytes are not all in the file is not
-/// valid.
+/// An archive has at most 2 GiB - 1 bytes. A damaged archive opens as far as possible: entries before the damaged part
+/// of the index are available, with a warning in the log, and the sub-file of an entry whose bytes are not all in the
+/// file is not valid.
 ///
-/// One thread uses an archive, and the sub-files of it, at a time. Functions return 1, or 0 if it was not done; names
-/// and paths may be null, which reads as empty.
+/// Not thread-safe: only one thread at a time may use an archive and its sub-files. Functions return 1 on success, 0
+/// on failure. Null names and paths are treated as empty.
 class ZmBigFile {
 public:
-    /// Hears how far Save() is. It must not change the archive.
+    /// Receives the progress of Save(). It must not change the archive.
     class ProgressionCallback {
     public:
-        /// Called when the share of the entries that are written, in percent, has changed.
+        /// Called when the percentage of entries written has changed.
         virtual void Progress(int percent) = 0;
 
     protected:
@@ -35,84 +36,84 @@ public:
     ZmBigFile(const ZmBigFile&) = delete;
     ZmBigFile& operator=(const ZmBigFile&) = delete;
 
-    /// Forgets everything, and opens an archive. Where there is no file, an empty one is made. 0 if that fails or if
-    /// the file is no archive, or no file of the disk; the object is closed then.
+    /// Discards the current contents and opens an archive. Creates an empty file if there is none. Returns 0, with the
+    /// object closed, if that fails or if the file is not an archive or not a regular file.
     ///
-    /// **Without `keepOrder` the entries are found but not saved**: the order, which Save() and SaveIndex() follow,
+    /// **Without `keepOrder` the entries can be found but not saved**: the order that Save() and SaveIndex() follow
     /// stays empty. For archives that are only read.
     ZM_API int Open(const char* name, int keepOrder);
 
-    /// As Open(), but makes no file: 0 where there is none, as after a slip of the keyboard. For what only reads.
+    /// As Open(), but never creates a file: returns 0 if there is none. Use it for reading, where a mistyped name
+    /// should fail.
     ZM_API int OpenExisting(const char* name, int keepOrder = 1);
 
-    /// Looks up the name and extension of a path; its drive and directory do not count. So an entry whose own name has
-    /// a directory is not found: see GetEntryFile().
+    /// Looks up an entry by the name and extension of a path, ignoring its drive and directory. An entry whose own name
+    /// has a directory is therefore never found: see GetEntryFile().
     ///
-    /// `sub`, unless null, becomes the entry's bytes in the archive's file, which it uses until that is closed. For
-    /// entries that are not in the file yet it is of no use.
+    /// `sub`, unless null, is set to the entry's bytes in the archive's file. It depends on that file and must not be
+    /// used after the file is closed. It is of no use for entries that are not in the file yet.
     ZM_API int Find(const char* name, ZmSubFile* sub);
 
-    /// Adds a file of the disk: at once, or with `deferLoad` when the archive is saved. An entry of that name is
-    /// refilled in its place with `replace`; without, nothing is done.
+    /// Adds a file from disk: now, or with `deferLoad` when the archive is saved. If an entry of that name exists,
+    /// `replace` refills it in its place; without `replace` nothing is done.
     ///
-    /// **A file that cannot be read leaves an empty entry**, and the result is 0; what is no file of the disk, such as
-    /// a pipe, counts as one. Files of 2 GiB and more are refused.
+    /// **A file that cannot be read leaves an empty entry**, and the result is 0. Anything but a regular file, such as
+    /// a pipe, counts as unreadable. Files of 2 GiB and more are refused.
     ZM_API int Append(const char* name, const char* path, int deferLoad, int replace);
 
-    /// Adds a copy of bytes. 0 if there is an entry of that name.
+    /// Adds a copy of the bytes. Returns 0 if an entry of that name exists.
     ZM_API int Append(const char* name, const void* data, unsigned int size);
 
-    /// Forgets the entry of that name; 0 if there is none.
+    /// Removes the entry of that name. Returns 0 if there is none.
     ZM_API int Remove(const char* name);
 
-    /// Brings the entries that a text file lists, one name a line, to the front, in its order. The others follow in
-    /// theirs. What is no entry is warned of.
+    /// Moves the entries listed in a text file, one name per line, to the front in the order of the file. The others
+    /// follow in their previous order. Names that are not entries are logged as warnings.
     ///
-    /// **Each line loses its last character**, which should be the line feed: end the last line with one, too.
+    /// **Each line loses its last character**, which should be the line feed: end the last line with one as well.
     ZM_API int LoadIndex(const char* listPath);
 
-    /// Writes such a list, or with `verbose` one of lines "Offset %10d : %s (%d)".
+    /// Writes such a list, or with `verbose` a list of lines "Offset %10d : %s (%d)".
     ZM_API void SaveIndex(const char* listPath, int verbose);
 
-    /// Writes an archive of the entries in their order. 0 changes nothing: neither the file nor this object. It is
-    /// returned without a path where none is known, if the archive would be too large, if an entry's bytes are not in
-    /// the file, if not all can be written, and where the system does not replace a file that somebody has open.
+    /// Writes an archive of the entries in their order. Returns 0, with the file and this object unchanged, if no path
+    /// is given and none is known, if the archive would be too large, if an entry's bytes are not in the file, if not
+    /// all data can be written, or if the system cannot replace a file that is open elsewhere.
     ///
-    /// The archive takes the place of what was there in one step, when it is whole and on the disk; until then it is
-    /// written beside it, under a name that ends in ".tmp" and that nobody else has, so that any number of processes may
-    /// save at once. Where the path is a link, the file that it leads to is replaced and the link stays. Permissions
-    /// stay, and the owner as far as the system allows; other names of the file (hard links) keep the old archive. A
-    /// file that may not be written is not replaced. What a killed process has left is removed when the same archive is
-    /// saved again. Of a file that a deferred entry names and that is gone, or
-    /// of another size, zeros are written and the log gets a warning.
+    /// The archive is written to a file beside the old one and replaces it in one step once it is complete and on the
+    /// disk. The new file has a unique name that ends in ".tmp", so several processes can save at the same time. If the
+    /// path is a link, the file it leads to is replaced and the link stays. Permissions are kept, and the owner as far
+    /// as the system allows; other names of the file (hard links) keep the old archive. A file that may not be written
+    /// is not replaced. Files left behind by a killed process are removed when the same archive is saved again. If the
+    /// file of a deferred entry is missing or has changed its size, zeros are written instead and a warning is logged.
     ///
-    /// With a path the object stays as it is. **Without, the archive replaces the one that is open, and the object is
-    /// closed**: open it again.
+    /// With a path the object stays unchanged. **Without a path the new archive replaces the open one, and the object
+    /// is closed**: open it again.
     ///
-    /// `progress`, unless null, hears each percentage once; the last is 100. Where the order has not as many entries as
-    /// there are names, the standard output gets "diff : %d <=> %d" with the two numbers.
+    /// `progress`, unless null, is called once for each percentage; the last one is 100. If the order and the name
+    /// table differ in size, "diff : %d <=> %d" with the two sizes is written to the standard output.
     ZM_API int Save(const char* path, ProgressionCallback* progress);
 
-    /// What is inside, by position: the order in which Save() writes, or, if that was not kept, the order of the table
-    /// of names. Positions outside 0 to GetEntryCount() - 1 give null, 0 and 0.
+    /// Access to the entries by position: in the order that Save() writes or, if that was not kept, in the order of the
+    /// name table. Positions outside 0 to GetEntryCount() - 1 give null or 0.
     /// @{
     ZM_API int GetEntryCount() const;
     ZM_API const char* GetEntryName(int position) const;  ///< valid until Open()
     ZM_API unsigned int GetEntrySize(int position) const;
-    /// As Find(), with 0 also for an entry that is not in the file yet.
+    /// As Find(), but also returns 0 for an entry that is not in the file yet.
     ZM_API int GetEntryFile(int position, ZmSubFile* sub);
-    /// As Remove(). The way to one of several entries of the same name, of which names find the last.
+    /// As Remove(). Reaches each of several entries with the same name; by name only the last is found.
     ZM_API int RemoveEntry(int position);
     /// @}
 
 private:
     struct Entry;
-    /// With a secret of the process in it: names with the same XHashFun are easily made, and an archive of some
-    /// megabytes full of them would take minutes to open.
+    /// Includes a per-process secret: names with equal XHashFun values are easy to construct, and an archive with some
+    /// megabytes of them would take minutes to open.
     struct NameHash {
         static uint64_t Tagged(const XBaseString& name);
     };
-    /// The keys are the entries' own texts.
+    /// The keys are the entries' own names.
     typedef XHashTable<Entry*, XBaseString, NameHash, XEqual<XString>> NameTable;
 
     void Discard();
@@ -138,7 +139,7 @@ private:
     NameTable m_Names;
     XString m_FileName;
     ZmCachedFile m_File;
-    XString m_Prefix;           ///< of the names that are looked for; nothing sets it yet
-    Entry* m_Newest = nullptr;  ///< of all entries in the pool, removed ones included
+    XString m_Prefix;           ///< prefix for looked-up names; always empty at present
+    Entry* m_Newest = nullptr;  ///< newest of all entries in the pool, including removed ones
     bool m_KeepsOrder = true;
 };

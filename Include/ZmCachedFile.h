@@ -2,48 +2,49 @@
 
 #include "ZmFile.h"
 
-/// A file whose reads are served from one block of it, kept in memory. For files that do not change while they are
-/// read: neither writing nor SetCacheSize() looks after the block.
+/// A file that serves reads from one block in memory. Meant for files that do not change while they are read: neither
+/// writing nor SetCacheSize() updates the block.
 ///
-/// The stream has a position of its own, which Seek() moves; the operating system's file moves when the block is
-/// filled and when something is written.
+/// The stream has its own position, which Seek() moves. The position of the operating system's file changes when the
+/// block is filled and when data is written.
 class ZM_API ZmCachedFile : public ZmFile {
 public:
-    /// Bytes of a block where none are named.
+    /// Default block size in bytes.
     static constexpr unsigned int kDefaultCacheSize = 32768;
 
-    /// Size 0 is taken as the default size.
+    /// Size 0 means the default size.
     explicit ZmCachedFile(unsigned int cacheSize = kDefaultCacheSize);
     ZmCachedFile(const ZmCachedFile&) = delete;
     ZmCachedFile& operator=(const ZmCachedFile&) = delete;
     ~ZmCachedFile() override;
 
     unsigned int Position() override;
-    /// Always 1. END: the offset is added to the size.
+    /// Moves the stream's own position. Always returns 1. With END the offset is added to the size.
     int Seek(int offset, SeekMode mode) override;
 
-    /// Always `size`, past the end of the file too, where the bytes are whatever the block holds, at first zeros. For a
-    /// closed file 0, but for what the block holds: Close() leaves it in memory, and Open() forgets it.
+    /// Reads through the block. Always returns `size`, even past the end of the file, where the bytes are whatever the
+    /// block holds, initially zeros. For a closed file returns 0, unless the block holds the bytes: Close() keeps it in
+    /// memory, Open() discards it.
     ///
-    /// **A read that begins in the block and runs out of it leaves the position too far**, by the bytes that were
-    /// served from the block. That is the contract: callers seek before each read. Do not repair it.
+    /// **A read that begins in the block and continues beyond it leaves the position too far**, by the number of bytes
+    /// that the block supplied. Callers must seek before each read.
     unsigned int Read(void* buffer, unsigned int size) override;
 
-    /// Writes where the operating system's file stands, not at Position(), and adds to that what was written.
+    /// Writes at the position of the operating system's file, not at Position(); Position() advances by the bytes
+    /// written.
     unsigned int Write(const void* buffer, unsigned int size) override;
 
-    /// Takes regular files only, since reading seeks: a device, a pipe or a folder is refused at once.
+    /// Opens regular files only, since reading seeks: devices, pipes and folders are refused at once.
     int Open(const char* name, OpenMode mode) override;
     int Close() override;
 
-    /// These three have no cached form: they say so with a warning in the log, and work where the operating
-    /// system's file stands.
+    /// These three are not cached: they log a warning and work at the position of the operating system's file.
     int GetString(char* buffer, unsigned int size) override;
     unsigned int Flush() override;
     unsigned int ReadItems(void* buffer, unsigned int size, unsigned int count) override;
 
-    /// A block of another size, full of zeros; the block that is in memory keeps its place, so call this before
-    /// reading. 0 is refused, as is what there is no memory for.
+    /// Changes the size of the block and fills it with zeros, without changing the position that it represents: call
+    /// this before reading. Size 0 is refused, and so is a size for which there is no memory.
     void SetCacheSize(unsigned int size);
     unsigned int GetCacheSize() const { return m_CacheSize; }
 
@@ -59,5 +60,5 @@ private:
     unsigned int m_Position = 0;
     unsigned int m_CacheSize;
     char* m_Cache;
-    unsigned int m_CacheStart;  ///< of the block in the file; 4294967295 for none
+    unsigned int m_CacheStart;  ///< position of the block in the file; 4294967295 for none
 };

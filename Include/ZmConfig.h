@@ -2,33 +2,33 @@
 
 #include "ZmApi.h"
 
-/// Settings of the user, which outlive the program: texts by name, in sections. On Windows they lie in the registry,
-/// under "Software\Quarnel\UserConfig" of the current user; elsewhere in files of that folder in $XDG_CONFIG_HOME, or
-/// in ~/.config without it.
+/// Persistent user settings: texts by name, in sections. On Windows they are stored in the registry, under
+/// "Software\Quarnel\UserConfig" of the current user; elsewhere in files under a folder of that name in
+/// $XDG_CONFIG_HOME, or in ~/.config if that is not set.
 ///
 ///     ZmConfig settings;
 ///     settings.OpenSection("Viewer", ZmConfig::MODE_READWRITE);
 ///     settings.WriteStringEntry("Last file", path);
 ///     settings.CloseSection("Viewer");
 ///
-/// Names of sections and settings are compared without regard to the case of A to Z, and '\' in the name of a section
-/// separates levels. Null reads as empty; the empty section is the root itself. In files any byte but NUL may stand in
-/// names and values; the registry holds characters of the system's code page.
+/// Names of sections and settings are compared ignoring the case of A to Z; '\' in a section name separates levels.
+/// Null is treated as empty; the empty section is the root itself. In files, names and values may contain any byte but
+/// NUL; the registry stores characters of the system's code page.
 ///
-/// What has been written the next reading sees, in every process. Each writing is one step: a program that is killed in
-/// the middle of it loses that value and no other, and programs that write at once lose none of their values. In files
-/// it waits for the disk, so that it costs some milliseconds. Failures to open and to write are not reported. One
-/// object belongs to one thread at a time; several may work in different ones.
+/// Every written value is visible to the next read in any process. Each write is atomic: a program killed during a
+/// write loses that value only, and programs that write at the same time do not lose each other's values. With
+/// files a write waits for the disk, which takes some milliseconds. Failures to open and write are not reported. Only
+/// one thread at a time may use an object; different threads may use different objects.
 class ZmConfig {
 public:
-    /// What may be done in a section: the registry's access rights, of which files know reading and writing.
+    /// Access to a section: the registry's access rights, of which files distinguish only reading and writing.
     enum Mode : unsigned int {
         MODE_READ = 0x20019,
         MODE_WRITE = 0x20006,
         MODE_READWRITE = MODE_READ | MODE_WRITE
     };
 
-    /// Bytes of the longest value that is read, with its terminator.
+    /// Size in bytes of the longest value that can be read, including the terminator.
     static constexpr int kMaxValue = 256;
 
     ZM_API ZmConfig();
@@ -36,19 +36,19 @@ public:
     ZmConfig(const ZmConfig&) = delete;
     ZmConfig& operator=(const ZmConfig&) = delete;
 
-    /// Opens a section, and makes it if it is missing; the one that was open is closed.
+    /// Opens a section, creating it if it is missing. Closes the section that was open.
     ZM_API void OpenSection(const char* name, Mode mode);
 
-    /// Closes the section that is open, whatever the name.
+    /// Closes the open section, whatever the name.
     ZM_API void CloseSection(const char* name);
 
-    /// Values of any length can be written, but see kMaxValue.
+    /// Writes a value. It may have any length, but see kMaxValue for reading.
     ZM_API void WriteStringEntry(const char* name, const char* value);
 
-    /// Copies a value to `value`, which has room for kMaxValue bytes, and returns its bytes with the terminator. -1,
-    /// and `value` stays as it is, if there is no such value, if it is too long or may not be read, or if no section is
-    /// open. What others have stored in the registry is given as it is, whatever its type; behind bytes without a
-    /// terminator stands one that is not counted, if there are fewer than kMaxValue.
+    /// Copies a value to `value`, which must have space for kMaxValue bytes. Returns the size in bytes, including the
+    /// terminator. Returns -1 and leaves `value` unchanged if there is no such value, if it is too long or may not be
+    /// read, or if no section is open. Registry values stored by other programs are returned unchanged, whatever their
+    /// type; if they lack a terminator and have fewer than kMaxValue bytes, one is added that is not counted.
     ZM_API int ReadStringEntry(const char* name, char* value) const;
 
 private:

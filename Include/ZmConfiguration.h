@@ -2,32 +2,31 @@
 
 #include "ZmConfigurationSection.h"
 
-/// A tree of settings under a section named "root", and a tree of defaults under one named "default", which is asked
-/// for what the first does not have. Both are walked and changed through ZmConfigurationSection, whose rules on names,
-/// order, threads and memory hold here, too.
+/// A tree of settings under a section named "root", and a tree of defaults under a section named "default", which
+/// supplies whatever the first does not contain. Both are traversed and changed through ZmConfigurationSection, whose
+/// rules on names, order, threads and memory apply here as well.
 ///
-/// A path with its `dots` set names a chain of sections: "a.b.c" is "c" in "b" in "a". Otherwise a path is one name,
+/// With `dots` set, a path names a chain of sections: "a.b.c" is "c" in "b" in "a". Otherwise a path is a single name,
 /// which may contain dots.
 ///
-/// **The text format** has one line for each entry, "name = value", and tags for sections, "<name>" and "</name>";
-/// Documentation/ConfigurationFormat.md describes it. It has no quoting. What it cannot hold is lost or read
-/// differently:
-/// - line feeds, and a carriage return at the end of a value; every other byte but NUL may stand in one;
+/// **The text format** has one line for each entry, "name = value", and tags for sections, "<name>" and "</name>"; see
+/// Documentation/ConfigurationFormat.md. It has no quoting. The following are lost or read differently:
+/// - line feeds, and a carriage return at the end of a value; values may contain any other byte but NUL;
 /// - blanks and tabs around the names and values of entries;
 /// - names of entries that contain '=' or begin with '#' or '<';
 /// - names of sections that begin with '/';
 /// - lines of more than 1023 characters, indentation included, which are read in pieces.
 class ZmConfiguration {
 public:
-    /// `indent` is the number of blanks before a line for each section around it, in files that are saved.
+    /// `indent` is the number of blanks per section level at the start of each line in saved files.
     ZM_API explicit ZmConfiguration(unsigned short indent);
     ZM_API ~ZmConfiguration();
     ZmConfiguration(const ZmConfiguration&) = delete;
     ZmConfiguration& operator=(const ZmConfiguration&) = delete;
 
-    /// Adds an entry where there is none of that name, as ZmConfigurationSection::AddEntry() does. `section` is a path
-    /// with dots, whose missing sections are made; null is the root. **A section that is missing in the main tree but
-    /// known among the defaults receives the entry there.** 1, or 0 if the section cannot be made.
+    /// Adds an entry unless one of that name exists, as ZmConfigurationSection::AddEntry() does. `section` is a path
+    /// with dots; missing sections are created, and null is the root. **A section that is missing in the main tree but
+    /// exists in the defaults receives the entry there.** Returns 1, or 0 if the section cannot be created.
     /// @{
     ZM_API int AddEntry(const char* section, const char* name, const char* value,
                         ZmConfigurationEntry** entry = nullptr);
@@ -42,7 +41,7 @@ public:
     }
     /// @}
 
-    /// The same among the defaults, where alone the section is searched and made.
+    /// The same in the defaults: the section is searched and created only there.
     /// @{
     ZM_API int AddDefaultEntry(const char* section, const char* name, const char* value);
     ZM_API int AddDefaultEntry(const char* section, const char* name, int value);
@@ -55,8 +54,8 @@ public:
     }
     /// @}
 
-    /// In these a null `parent` is the root; any other is **the name of a direct child of the root, not a path**. Null
-    /// or 0 if there is none. They work on the main tree only.
+    /// For these functions a null `parent` is the root; any other is **the name of a direct child of the root, not a
+    /// path**. They return null or 0 if it does not exist. They work on the main tree only.
     /// @{
     ZM_API ZmConfigurationSection* CreateSubSection(const char* parent, const char* name);
     ZM_API int DeleteEntry(const char* parent, const char* name);
@@ -65,22 +64,23 @@ public:
     ZM_API ZmConfigurationSection* RemoveSection(const char* parent, const char* name);
     /// @}
 
-    /// The same among the defaults; a parent must be there already.
+    /// The same in the defaults; the parent must already exist.
     ZM_API ZmConfigurationSection* CreateDefaultSubSection(const char* parent, const char* name);
 
-    /// The section of that path, in the main tree or else among the defaults; or null.
+    /// Returns the section of that path in the main tree or else in the defaults, or null.
     ZM_API ZmConfigurationSection* GetSubSection(const char* path, int dots) const;
 
-    /// Without dots the entry of that name in the root, or else among the defaults; or null. **With dots the whole path
-    /// names the section, and its last part the entry, too**: "a.b.c" finds the entry "c" of the section "a.b.c". To
-    /// find the entry "c" of the section "a.b" call GetSubSection("a.b", 1) and its GetEntry("c").
+    /// Without dots, returns the entry of that name in the root or else in the defaults, or null. **With dots, the
+    /// whole path names the section, and its last part names the entry as well**: "a.b.c" finds the entry "c" of the
+    /// section "a.b.c". To find the entry "c" of the section "a.b", call GetSubSection("a.b", 1) and then GetEntry("c")
+    /// on it.
     ZM_API ZmConfigurationEntry* GetEntry(const char* path, int dots) const;
 
-    /// Empty the main tree, and the defaults.
+    /// Empty the main tree or the defaults.
     ZM_API void Clear();
     ZM_API void ClearDefault();
 
-    /// The counts and walks of the root.
+    /// Counts and iteration for the root.
     /// @{
     int GetNumberOfEntries() const { return m_Root->GetNumberOfEntries(); }
     int GetNumberOfSubSections() const { return m_Root->GetNumberOfSubSections(); }
@@ -98,25 +98,28 @@ public:
     }
     /// @}
 
-    /// Clears the main tree and reads it from a file: 1, and `error` is "OK"; or 0, and `error` says why. What stands
-    /// before the faulty line stays in the tree. `line` is the number of lines before that line, or of all lines; it
-    /// stays as it is when no file could be opened. Sections that are opened again go on, and of two entries with one
-    /// name the first wins. Files may end their lines with LF or CR LF. A folder, a device or a pipe is no such file.
+    /// Clears the main tree and reads it from a file. Returns 1 and sets `error` to "OK", or returns 0 and sets `error`
+    /// to the reason. Everything before the faulty line stays in the tree. `line` is the number of lines before that
+    /// line, or of all lines; it stays unchanged if the file could not be opened. A section that is opened again is
+    /// continued; of two entries with the same name the first wins. Lines may end in LF or CR LF. Folders, devices and
+    /// pipes cannot be opened.
     ZM_API int BuildFromFile(const char* filename, int& line, XString& error);
 
-    /// The same from a text. **The last line is not read**, whether a line feed follows it or not; and a carriage
-    /// return before a line feed belongs to the line. Null is an empty text.
+    /// The same from a text. **The last line is not read**, whether a line feed follows it or not. A carriage return
+    /// before a line feed is part of the line. Null is treated as an empty text.
     ZM_API int BuildFromMemory(const char* text, int& line, XString& error);
 
-    /// Writes the main tree: 1 when all of it is written and the file closed, or 0. The defaults are not written.
+    /// Writes the main tree; the defaults are not written. Returns 1 if everything was written and the file closed,
+    /// else 0.
     ///
-    /// The new file is written whole beside the old one, brought to the disk and then takes its place in one step, so a
-    /// full disk or a crash leaves the old one as it was (a crash may leave the unfinished one, too). A symbolic link
-    /// stays and the file that it leads to is replaced; permissions and owner stay, access lists beyond them may not.
+    /// The new file is written completely beside the old one, flushed to disk and then replaces it in one step. A full
+    /// disk or a crash therefore leaves the old file intact; a crash may also leave the unfinished new file behind. A
+    /// symbolic link is kept, and its target is replaced. Permissions and owner are kept; further access lists may be
+    /// lost.
     ///
-    /// Where that cannot be, the file itself is written: where it is no regular file (a pipe or device), where it has
-    /// several names (hard links), and where nothing can be made in its folder or its owner not be kept. A failure then
-    /// leaves it damaged. A file that may not be written is not replaced.
+    /// The file itself is overwritten if it cannot be replaced: if it is not a regular file (a pipe or device), if it
+    /// has several names (hard links), or if no file can be created in its folder or its owner cannot be kept. A
+    /// failure then leaves it damaged. A write-protected file is not replaced.
     ZM_API int SaveToFile(const char* filename) const;
 
     /// There is no binary format: these do nothing and return 0.

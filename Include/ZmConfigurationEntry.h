@@ -4,7 +4,7 @@
 
 class ZmConfigurationSection;
 
-/// A named value of a configuration. It is kept as a text, whatever it was set from. One thread at a time may change
+/// A named value of a configuration, stored as text whatever type it was set from. Only one thread at a time may change
 /// it.
 class ZmConfigurationEntry {
 public:
@@ -18,12 +18,12 @@ public:
     /// The text, valid until the value changes.
     const char* GetValue() const { return m_Value.Text(); }
 
-    /// The section that holds the entry; of a removed one, the section that held it.
+    /// The section that holds the entry, or that held it before it was removed.
     ZmConfigurationSection* GetParent() const { return m_Parent; }
 
-    /// Numbers become the text that printf() writes for "%d", "%u" and "%f": a float loses what lies behind its sixth
-    /// decimal place, and its decimal point is that of the process's locale. Null, and a text of more than 65534
-    /// characters, give an empty value.
+    /// Sets the value. Numbers become the text that printf() writes for "%d", "%u" and "%f": a float keeps six decimal
+    /// places, and its decimal point is that of the process's locale. Null, and a text of more than 65534 characters,
+    /// give an empty value.
     /// @{
     ZM_API void SetValue(const char* value);
     ZM_API void SetValue(int value);
@@ -36,15 +36,15 @@ public:
     }
     /// @}
 
-    /// Reads the text as scanf() does for "%d", "%u" and "%f": white space before the number and anything behind it is
-    /// passed over, so "12abc" is 12. 1, or 0 if the text does not begin with a number; `res` is then not to be used.
+    /// Read the text as scanf() does for "%d", "%u" and "%f": leading white space and anything after the number are
+    /// ignored, so "12abc" is 12. Return 1, or 0 if the text does not begin with a number; `res` must then not be used.
     /// @{
     ZM_API int GetValueAsInteger(int& res) const;
     ZM_API int GetValueAsUnsignedInteger(unsigned int& res) const;
     ZM_API int GetValueAsFloat(float& res) const;
     /// @}
 
-    /// Anybody may delete an entry that was removed: its memory goes back to where the library took it.
+    /// Frees a removed entry. May be called from any module: the memory returns to the library's own heap.
     ZM_API static void operator delete(void* block);
 
 private:

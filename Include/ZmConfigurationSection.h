@@ -7,21 +7,20 @@ namespace zm {
 class ConfigurationReader;
 }
 
-/// A named node of a configuration: entries and sections below it, each kind with names of its own. Names are compared
-/// byte by byte. A null name reads as the empty one, and so does a name of more than 65534 characters; the empty name
-/// is a name as any other.
+/// A named node of a configuration. It holds entries and sections, whose names are separate. Names are compared byte by
+/// byte. A null name, or a name of more than 65534 characters, is treated as empty; the empty name is a valid name.
 ///
-/// A section owns what is in it. Children are visited in the order in which they were added, except that a removal puts
-/// the last child into the place of the removed one. No operation recurses, however deep the tree.
+/// A section owns its contents. Children are visited in the order in which they were added, except that the last child
+/// takes the place of a removed one. No operation recurses, however deep the tree is.
 ///
-/// One thread at a time may change a tree; many may read it. Memory: what finds none adds nothing.
+/// Only one thread at a time may change a tree; several may read it. If memory runs out, nothing is added.
 class ZmConfigurationSection {
 public:
-    /// Children by name, in the order in which they are visited.
+    /// Children by name, in the order of iteration.
     typedef XHashTable<ZmConfigurationEntry*, XString, XHashFun<XString>, XEqual<XString>> EntryTable;
     typedef XHashTable<ZmConfigurationSection*, XString, XHashFun<XString>, XEqual<XString>> SectionTable;
 
-    /// A section of one's own; the parent does not learn of it and may be null.
+    /// Creates an independent section; it is not added to the parent, which may be null.
     ZM_API ZmConfigurationSection(const char* name, ZmConfigurationSection* parent);
     ZM_API ~ZmConfigurationSection();
     ZmConfigurationSection(const ZmConfigurationSection&) = delete;
@@ -30,11 +29,11 @@ public:
     /// The name, which never changes.
     const char* GetName() const { return m_Name.Text(); }
 
-    /// Null for the root of a tree. A removed section keeps the parent that it had.
+    /// Null for the root of a tree. A removed section keeps its former parent.
     ZmConfigurationSection* GetParent() const { return m_Parent; }
 
-    /// Adds an entry, unless there is one of that name: **the first one wins**, its value stays. `entry`, which may be
-    /// null, receives the entry that was there before, or null if the name was new; change its value by SetValue().
+    /// Adds an entry unless one of that name exists: **the first one wins**, and its value stays. `entry`, unless null,
+    /// receives the entry that already existed, or null if the name was new. Use SetValue() to change a value.
     /// @{
     ZM_API void AddEntry(const char* name, const char* value, ZmConfigurationEntry** entry = nullptr);
     ZM_API void AddEntry(const char* name, int value, ZmConfigurationEntry** entry = nullptr);
@@ -47,22 +46,22 @@ public:
     }
     /// @}
 
-    /// The section of that name, made if there is none. Null without memory.
+    /// Returns the section of that name, created if necessary, or null if memory runs out.
     ZM_API ZmConfigurationSection* CreateSubSection(const char* name);
 
-    /// A direct child, or null. Dots have no meaning here.
+    /// Returns a direct child, or null. Dots have no meaning here.
     /// @{
     ZM_API ZmConfigurationEntry* GetEntry(const char* name) const;
     ZM_API ZmConfigurationSection* GetSubSection(const char* name) const;
     /// @}
 
-    /// Takes a direct child out and returns it; the caller owns it from now on and deletes it. Null if there is none.
+    /// Removes a direct child and returns it, or null if there is none. The caller owns it and must delete it.
     /// @{
     ZM_API ZmConfigurationEntry* RemoveEntry(const char* name);
     ZM_API ZmConfigurationSection* RemoveSection(const char* name);
     /// @}
 
-    /// Destroys a direct child, with all below it: 1, or 0 if there is none.
+    /// Destroys a direct child and everything below it. Returns 1, or 0 if there is none.
     /// @{
     ZM_API int DeleteEntry(const char* name);
     ZM_API int DeleteSection(const char* name);
@@ -71,15 +70,15 @@ public:
     /// Destroys everything in the section.
     ZM_API void Clear();
 
-    /// Of this section alone.
+    /// Count the children of this section alone.
     int GetNumberOfEntries() const { return m_Entries.Size(); }
     int GetNumberOfSubSections() const { return m_Sections.Size(); }
 
-    /// Of this section and all below it; a section does not count itself.
+    /// Count this section's children and everything below; a section does not count itself.
     ZM_API int GetNumberOfEntriesRecursive() const;
     ZM_API int GetNumberOfSubSectionsRecursive() const;
 
-    /// A walk over the direct children, which must not change meanwhile: begin, then take the next until it is null.
+    /// Iterates over the direct children, which must not change meanwhile: begin, then take the next until it is null.
     ///
     ///     auto position = section.BeginChildEntry();
     ///     while (const ZmConfigurationEntry* entry = section.GetNextChildEntry(position)) ...
@@ -96,7 +95,7 @@ public:
     }
     /// @}
 
-    /// Sections come from the memory that all modules share, so that anybody may delete one that was removed.
+    /// Sections use the heap shared by all modules, so any module may delete a removed section.
     /// @{
     static void* operator new(size_t size) noexcept { return zm::NewBlock(size); }
     static void operator delete(void* block) { zm::DeleteBlock(block); }

@@ -2,22 +2,22 @@
 
 #include "ZmLogListener.h"
 
-/// Writes lines to a console window of its own, made by the first line; on POSIX systems, to the standard output. The
-/// title is the listener's name, in the DATED form with the date.
+/// Writes lines to a console window of its own, created by the first line; on POSIX systems, to the standard output.
+/// The title is the listener's name, followed by the date if DATED is set.
 class ZM_API ZmConsoleListener : public ZmLogListener {
 public:
-    /// What GetGuid() of such a listener returns.
+    /// Result of GetGuid().
     static const XGUID m_Guid;
 
-    /// Makes such a listener: for ZmLog::RegisterListenerFactory().
+    /// Creates a listener: for ZmLog::RegisterListenerFactory().
     static ZmLogListener* ListenerFactory(const char* name);
 
     ~ZmConsoleListener() override;
     const XGUID& GetGuid() const override;
     void Output(int module, int level, int line, const char* file, const char* text) override;
 
-    /// Makes the console, if there is none, and sets the size of its buffer in characters. Whether that was done;
-    /// always 0 on POSIX systems.
+    /// Creates the console if there is none, and sets the size of its buffer in characters. Returns whether that
+    /// succeeded; always 0 on POSIX systems.
     int SetSize(int width, int height);
 
 private:

@@ -13,72 +13,74 @@ int OpenRegularFile(ZmFile& file, const char* name, int mode);
 
 /// A stream over a buffered file of the C library. Paths may use both separators on every platform.
 ///
-/// A closed file refuses everything: it reads, writes, seeks and formats nothing (0; Flush and Printf give EOF), its
-/// position and size are 0, and its end is reached.
+/// A closed file does nothing: reading, writing, seeking and formatting return 0 (Flush and Printf return EOF), the
+/// position and size are 0, and the end of the file counts as reached.
 class ZM_API ZmFile : public ZmStream {
 public:
-    /// An access, plus TEXT. Every other value opens as READONLY does. WRITEONLY makes an empty file; READWRITE needs a
-    /// file; both APPEND forms write at the end and make the file if there is none.
+    /// An access mode, optionally plus TEXT. Any other value opens as READONLY does. WRITEONLY creates an empty file;
+    /// READWRITE requires an existing file; both APPEND modes write at the end and create the file if it is missing.
     ///
-    /// Text files end their lines as the platform does; GetString() reads CR LF as LF on every platform. Where lines
-    /// end with CR LF, Read() and ReadItems() do the same in text modes; Position(), Seek(), Size() and Scanf() count
-    /// and see bytes everywhere. All other bytes are read as they stand, 0x1A too.
+    /// Text files use the platform's line ends. GetString() reads CR LF as LF on every platform. On platforms whose
+    /// lines end in CR LF, Read() and ReadItems() do the same in text modes. Position(), Seek(), Size() and Scanf()
+    /// work on bytes everywhere. All other bytes, including 0x1A, are read unchanged.
     ///
-    /// A folder opens in no mode. READONLY, WRITEONLY and APPEND take devices and pipes as the system does, which lets
-    /// the opening of a named pipe wait for its other end. READWRITE and APPENDREAD refuse them at once.
+    /// A folder cannot be opened in any mode. READONLY, WRITEONLY and APPEND open devices and pipes as the system does,
+    /// so opening a named pipe may wait for its other end. READWRITE and APPENDREAD refuse them at once.
     enum OpenMode : int {
         READONLY = 1,    ///< reading
-        WRITEONLY = 2,   ///< writing an empty file
-        READWRITE = 3,   ///< both, in a file that exists
+        WRITEONLY = 2,   ///< writing to an empty file
+        READWRITE = 3,   ///< reading and writing an existing file
         APPEND = 4,      ///< writing at the end
         APPENDREAD = 5,  ///< writing at the end, reading anywhere
-        TEXT = 8         ///< to be added: line ends of the platform
+        TEXT = 8         ///< flag to add: the platform's line ends
     };
 
     ZmFile();
 
-    /// Both objects share one open file from then on: when one closes it or is destroyed, it is closed for both.
+    /// Both objects then share one open file: when either closes it or is destroyed, it is closed for both.
     ZmFile(const ZmFile& src);
     ZmFile& operator=(const ZmFile& src);
 
     unsigned int Position() override;
-    /// Moves to the end and back.
+    /// Size in bytes. Moves to the end of the file and back.
     unsigned int Size() override;
-    /// 0 for a closed file and after an error of reading or writing.
+    /// Returns 0 for a closed file and after a read or write error.
     int IsValid() override;
-    /// END: the offset is added to the size. Unknown modes are taken as START.
+    /// With END the offset is added to the size. Unknown modes are treated as START.
     int Seek(int offset, SeekMode mode) override;
-    /// All or nothing: `size`, or 0 if not all bytes could be read (those that could are in the buffer) or written.
+    /// Return `size`, or 0 if not all bytes could be read or written. A failed read leaves the bytes it got in the
+    /// buffer.
     unsigned int Read(void* buffer, unsigned int size) override;
     unsigned int Write(const void* buffer, unsigned int size) override;
 
     /// Closes the file.
     virtual ~ZmFile();
 
-    /// Closes what is open, and opens the named file: 1, or 0 if that fails. Null is an empty name. Programs that this
-    /// one starts do not inherit it.
+    /// Closes any open file, then opens the named one. Returns 1 on success, 0 on failure. Null is treated as an empty
+    /// name. Child processes do not inherit the file.
     virtual int Open(const char* name, OpenMode mode);
-    /// 1, also for a closed file; 0 if buffered data could not be written. The file is closed in any case.
+    /// Closes the file in any case. Returns 1, also for a closed file, or 0 if buffered data could not be written.
     virtual int Close();
-    /// A line with its line feed, or as much of it as `size` - 1 characters hold, terminated. 1; 0 at the end.
+    /// Reads a line with its line feed, or the first `size` - 1 characters of it, and terminates it. Returns 1, or 0 at
+    /// the end of the file.
     virtual int GetString(char* buffer, unsigned int size);
     /// As fprintf() and fscanf(), with their results.
     virtual unsigned int Printf(const char* format, ...) ZM_PRINTF(2, 3);
-    /// **0 when all data was written**, as fflush() returns.
+    /// Writes buffered data to the file. **Returns 0 when all data was written**, as fflush() does.
     virtual unsigned int Flush();
-    /// Whether a reading has met the end.
+    /// Returns whether a read has reached the end of the file.
     virtual int EndOfFile();
     virtual unsigned int Scanf(const char* format, ...) ZM_SCANF(2, 3);
-    /// Whole items of `size` bytes that were read, of `count`.
+    /// Reads up to `count` items of `size` bytes. Returns the number of whole items read.
     virtual unsigned int ReadItems(void* buffer, unsigned int size, unsigned int count);
 
-    /// The mode word of stat(): type and permissions; 0 for null, for an empty name, and where there is no such file.
+    /// Returns the mode word of stat() (type and permissions), or 0 for a null or empty name or a missing file.
     static unsigned int GetFileMode(const char* name);
 
 protected:
-    /// Whether the object has a file.
+    /// Whether the object has an open file.
     bool IsOpen() const { return Stream() != nullptr; }
-    /// As Seek() from the start, for positions of 2 GiB and more, too.
+    /// Seeks from the start, including positions of 2 GiB and more.
     void SeekTo(unsigned int position);
 
 private:
@@ -86,8 +88,8 @@ private:
     friend int zm::OpenRegularFile(ZmFile& file, const char* name, int mode);
     struct OpenedFile;
 
-    /// As Write() and Flush(): a line of a log costs hardly more than the system's call. For files that are written in
-    /// no other way.
+    /// Write() and Flush() in one, so that a log line costs hardly more than the system call. Only for files that are
+    /// written in no other way.
     bool WriteLine(const char* text, unsigned int length);
 
     int OpenAs(const char* name, OpenMode mode, bool regular);

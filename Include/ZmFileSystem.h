@@ -2,34 +2,34 @@
 
 #include "XString.h"
 
-// Files and folders. Paths may use both separators on every platform. Results are 1 if it was done and 0 if not, for
-// a null path, too. Any thread.
+// Files and folders. Paths may use both separators on every platform. Functions return 1 on success and 0 on failure,
+// also for a null path. Any thread may call.
 
-/// Whether there is a file or a folder of that name; a folder's may end with a separator.
+/// Returns whether a file or folder of that name exists; a folder's name may end with a separator.
 ZM_API int ZmFileExist(const char* path);
 
-/// Within one disk. On POSIX systems an existing file of the new name is replaced, on Windows that fails.
+/// Renames within one volume. An existing file of the new name is replaced on POSIX systems; on Windows the call fails.
 ZM_API int ZmRenameFile(const char* oldPath, const char* newPath);
 
-/// A file, not a folder.
+/// Deletes a file, not a folder.
 ZM_API int ZmDeleteFile(const char* path);
 
-/// One folder, in an existing one.
+/// Creates one folder in an existing one.
 ZM_API int ZmMakeDirectory(const char* path);
 
-/// An empty folder.
+/// Removes an empty folder.
 ZM_API int ZmRemoveDirectory(const char* path);
 
-/// A folder with everything in it, without asking. Links in it are removed; what they point to stays. 0 if anything of
-/// it remains.
+/// Deletes a folder and everything in it, without confirmation. Links in it are removed, but not their targets. Returns
+/// 0 if any part of it remains.
 ZM_API int ZmDeleteDirectory(const char* path);
 
-/// Makes the folders in which the path's last part lies, where they do not exist. A drive, with the character after it
-/// ("C:\"), is taken as it is.
+/// Creates all missing folders above the last part of the path. A drive and the character after it ("C:\") are used
+/// unchanged.
 ZM_API int ZmCreateFileTree(const char* path);
 
-/// Whether so many bytes may still be written in that folder.
+/// Returns whether `size` more bytes can be written in that folder.
 ZM_API int ZmTestDiskSpace(const char* dir, unsigned long size);
 
-/// The folder for temporary files, ending with a separator; empty if the system does not tell.
+/// Returns the folder for temporary files, with a separator at the end; empty if the system does not report one.
 ZM_API XString ZmGetTempPath();

@@ -3,8 +3,7 @@
 #include "ZmMatrix.h"
 #include "ZmPlane.h"
 
-/// View pyramid with its six bounding planes, whose normals point out of it whichever
-/// handedness the three axes have.
+/// View pyramid with six bounding planes. Their normals point outwards whichever handedness the three axes have.
 ///
 /// Fields may be changed freely; call Update() afterwards.
 class ZmFrustum {
@@ -19,25 +18,24 @@ public:
         PLANE_FAR
     };
 
-    /// At the origin, looking along +Z with X to the right and Y up, half-sizes 1 at
-    /// distance 1, far distance 2.
+    /// At the origin, looking along +Z with X to the right and Y up; half-sizes 1 at distance 1, far distance 2.
     ZM_API ZmFrustum();
 
-    /// `fov` is the full horizontal angle in radians; `aspectRatio` is height over width.
-    /// The axes are used as given and should be unit and orthogonal.
+    /// `fov` is the full horizontal angle in radians; `aspectRatio` is height divided by width. The axes are used as
+    /// given and should be orthonormal.
     ZM_API ZmFrustum(const ZmVector& origin, const ZmVector& right, const ZmVector& up, const ZmVector& dir,
                      float nearPlane, float farPlane, float fov, float aspectRatio);
 
     /// Recomputes the ratio, the factors and the planes from the other fields.
     ZM_API void Update();
 
-    /// Moves the frustum by m and calls Update(). A scaling matrix scales it: the lengths that
-    /// the axes gain go into the half-sizes and distances, and the axes are of unit length
-    /// afterwards. Shear cannot be represented; the axes are then no longer orthogonal.
+    /// Transforms the frustum by m and calls Update(). A scaling matrix scales it: the change of the axes' lengths goes
+    /// into the half-sizes and distances, and the axes have unit length afterwards. Shear cannot be represented; the
+    /// axes are then no longer orthogonal.
     ZM_API void Transform(const ZmMatrix& m);
 
-    /// The eight corners: left bottom, right bottom, right top, left top of the near
-    /// rectangle, then the same of the far one.
+    /// Writes the eight corners: left bottom, right bottom, right top, left top of the near rectangle, then the same of
+    /// the far one.
     ZM_API void ComputeVertices(ZmVector* vertices) const;
 
     ZmVector Origin;     ///< the eye

@@ -1,14 +1,14 @@
 #pragma once
 
-// Vectors, matrices, quaternions and colours as std::array, as pointer and count, and as std::span for those who
-// compile as C++20. ZmMath.h does not include this header, for what it pulls in.
+// Vectors, matrices, quaternions and colours as std::array, as pointer and count, and in C++20 as std::span. ZmMath.h
+// does not include this header, because of the headers it needs.
 //
 //     const ZmVector v = ZmFromArray<ZmVector>({1, 2, 3});
 //     file.Write(ZmFloats(matrix).data(), sizeof(ZmMatrix));
 //     const ZmStridedData positions = ZmStrided(vertices.data(), &Vertex::Position);
 //
-// The floats stand in the order in which the record holds them: x, y, z, w; a matrix row by row; r, g, b, a. Nothing
-// is copied by the views, which live as long as the record. Any thread.
+// The floats are in the order of the record: x, y, z, w; a matrix row by row; r, g, b, a. The views copy nothing and
+// are valid as long as the record lives. Any thread may call.
 
 #include "ZmColor.h"
 #include "ZmMatrix.h"
@@ -23,7 +23,7 @@
 
 namespace zm {
 
-// How many floats a record has, and its way from and to an array of them.
+// The number of floats in a record, and the conversions from and to an array of them.
 template <class T>
 struct Floats;
 
@@ -86,25 +86,25 @@ struct Floats<ZmMatrix> {
 
 }  // namespace zm
 
-/// std::array of as many floats as the record T has.
+/// std::array with as many floats as the record T.
 template <class T>
 using ZmArrayOf = typename zm::Floats<T>::Array;
 
-/// The floats of a record.
+/// Copies the floats of a record to an array.
 template <class T>
 constexpr ZmArrayOf<T> ZmToArray(const T& record)
 {
     return zm::Floats<T>::To(record);
 }
 
-/// A record of those floats.
+/// Creates a record from an array of its floats.
 template <class T>
 constexpr T ZmFromArray(const ZmArrayOf<T>& floats)
 {
     return zm::Floats<T>::From(floats);
 }
 
-/// A record of the first of `count` floats. Where there are too few the others are 0; null goes with a count of 0.
+/// Creates a record from the first of `count` floats; missing ones are 0. The pointer may be null if `count` is 0.
 template <class T>
 constexpr T ZmFromFloats(const float* floats, size_t count)
 {
@@ -115,18 +115,18 @@ constexpr T ZmFromFloats(const float* floats, size_t count)
     return ZmFromArray<T>(array);
 }
 
-/// The floats of a record where they are: a range, for std::span too. F is float or const float.
+/// View of a record's floats in place: a range, also usable for std::span. F is float or const float.
 template <class F, size_t N>
 class ZmFloatView {
 public:
-    /// Of N floats.
+    /// Views N floats.
     constexpr explicit ZmFloatView(F* floats) : m_Floats(floats) {}
 
-    /// The first of the floats, and their number.
+    /// Pointer to the first float; number of floats.
     constexpr F* data() const { return m_Floats; }
     static constexpr size_t size() { return N; }
 
-    /// From the first to the place after the last.
+    /// Pointers to the first float and past the last one.
     constexpr F* begin() const { return m_Floats; }
     constexpr F* end() const { return m_Floats + N; }
 
@@ -151,7 +151,7 @@ ZmFloatView<const float, std::tuple_size_v<ZmArrayOf<T>>> ZmFloats(const T& reco
 }
 
 #if __cplusplus >= 202002L
-/// The same as a span of that many floats.
+/// The same as a std::span of fixed size.
 template <class T>
 auto ZmSpan(T& record)
 {
@@ -160,8 +160,8 @@ auto ZmSpan(T& record)
 }
 #endif
 
-/// The elements of an array, for the functions that take strided data; and one member of each of them. The array of a
-/// source is only read, so it may be constant. Null stays null.
+/// Describes the elements of an array, or one member of each element, for the functions that take strided data. The
+/// array of a source is only read, so it may be constant. Null stays null.
 template <class T>
 ZmStridedData ZmStrided(T* elements)
 {

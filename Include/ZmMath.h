@@ -1,7 +1,6 @@
 #pragma once
 
-/// Everything at once. Costs little to include: no header of the library pulls in more than
-/// small C headers.
+/// Includes the whole library. Cheap to include: its headers pull in small C headers only.
 
 #include "RKDirectoryParser.h"
 #include "XArray.h"

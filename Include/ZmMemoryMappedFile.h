@@ -4,28 +4,28 @@
 
 #include <stdint.h>
 
-/// How far the mapping of a file came.
+/// Result of mapping a file.
 enum ZmMMF_Error {
     ZmMMF_NoError = 0,      ///< mapped
-    ZmMMF_FileOpen = 1,     ///< no such file, or it may not be read, or it is a folder, a device or a pipe
-    ZmMMF_FileMapping = 2,  ///< an empty file, for example
-    ZmMMF_MapView = 3       ///< no room for it among the addresses, for example
+    ZmMMF_FileOpen = 1,     ///< the file is missing, unreadable, a folder, a device or a pipe
+    ZmMMF_FileMapping = 2,  ///< the file is empty, for example
+    ZmMMF_MapView = 3       ///< not enough address space, for example
 };
 
-/// A whole file in memory, to be read, while the object lives. The file must not be made shorter meanwhile.
-/// Any threads may read the bytes.
+/// Maps a whole file into memory for reading, as long as the object lives. The file must not be truncated meanwhile.
+/// Any number of threads may read the bytes.
 class ZmMemoryMappedFile {
 public:
-    /// Null fails as a missing file does.
+    /// Maps the file. Null is treated as a missing file.
     ZM_API explicit ZmMemoryMappedFile(const char* path);
     ZM_API ~ZmMemoryMappedFile();
     ZmMemoryMappedFile(const ZmMemoryMappedFile&) = delete;
     ZmMemoryMappedFile& operator=(const ZmMemoryMappedFile&) = delete;
 
-    /// Whether the file is mapped, or what failed.
+    /// Returns whether the file is mapped, or which step failed.
     ZmMMF_Error GetErrorType() const { return m_Error; }
 
-    /// The bytes, and their number: null and 0 after an error. A file of 4 GiB and more is refused with
+    /// The bytes and their number; null and 0 after an error. Files of 4 GiB and more are refused with
     /// ZmMMF_FileMapping.
     const void* GetBase() const { return m_Base; }
     uint32_t GetSize() const { return m_Size; }

@@ -6,30 +6,29 @@ namespace zm {
 class OwnMutexHolder;
 }
 
-/// A recursive lock: the thread that holds it may enter again, and leaves as many times as it
-/// entered. The one lock of the library. Uncontended, entering and leaving stay in the process.
+/// Recursive lock: the thread that holds it may enter again and must leave as often as it entered. This is the only
+/// lock type of the library. Uncontended, entering and leaving need no system call.
 class ZmMutex {
 public:
     ZM_API ZmMutex();
 
-    /// Nobody may hold the mutex or wait for it.
+    /// The mutex must not be held or waited for.
     ZM_API ~ZmMutex();
 
     ZmMutex(const ZmMutex&) = delete;
     ZmMutex& operator=(const ZmMutex&) = delete;
 
-    /// Waits until no other thread holds the mutex, and takes it. 1; or 0 at once where the mutex
-    /// could not be made for want of memory and so protects nothing.
+    /// Waits until no other thread holds the mutex and acquires it. Returns 1, or 0 at once if the mutex could not be
+    /// created because memory ran out; it then protects nothing.
     ZM_API int EnterMutex();
 
-    /// Gives back one EnterMutex() of the calling thread. 1, or 0 as above. A thread that does not
-    /// hold the mutex must not call this.
+    /// Releases one EnterMutex() of the calling thread, which must hold the mutex. Returns 1, or 0 as above.
     ZM_API int LeaveMutex();
 
-    /// Takes the mutex if no other thread holds it. 1, or 0 if one does, or as above.
+    /// Acquires the mutex if no other thread holds it. Returns 1, or 0 if another thread holds it, or as above.
     ZM_API int TryEnterMutex();
 
-    /// The names by which std::lock_guard, std::unique_lock and std::scoped_lock know the three.
+    /// The same three for std::lock_guard, std::unique_lock and std::scoped_lock.
     void lock() { EnterMutex(); }
     bool try_lock() { return TryEnterMutex() != 0; }
     void unlock() { LeaveMutex(); }
@@ -41,10 +40,10 @@ public:
 private:
     friend class zm::OwnMutexHolder;
 
-    void* m_Lock;  ///< the operating system's lock, in a block of its own
+    void* m_Lock;  ///< the operating system's lock, in a separate block
 };
 
-/// Holds a mutex while it lives.
+/// Holds a mutex for the lifetime of the object.
 class ZmMutexHolder {
 public:
     /// Waits for the mutex.

@@ -4,7 +4,7 @@
 
 /// Box in any orientation: three unit axes with half-extents about a centre.
 struct ZmOBB {
-    ZmVector Center;   ///< the middle
-    ZmVector Axis[3];  ///< unit length, at right angles to one another
+    ZmVector Center;   ///< centre of the box
+    ZmVector Axis[3];  ///< of unit length, mutually orthogonal
     float Extent[3];   ///< half the size along each axis
 };

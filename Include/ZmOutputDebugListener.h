@@ -2,13 +2,13 @@
 
 #include "ZmLogListener.h"
 
-/// Passes lines to the debugger; on POSIX systems, to the system log.
+/// Writes lines to the debugger; on POSIX systems, to the system log.
 class ZM_API ZmOutputDebugListener : public ZmLogListener {
 public:
-    /// What GetGuid() of such a listener returns.
+    /// Result of GetGuid().
     static const XGUID m_Guid;
 
-    /// Makes such a listener: for ZmLog::RegisterListenerFactory().
+    /// Creates a listener: for ZmLog::RegisterListenerFactory().
     static ZmLogListener* ListenerFactory(const char* name);
 
     ~ZmOutputDebugListener() override;

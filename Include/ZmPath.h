@@ -2,16 +2,16 @@
 
 #include "XString.h"
 
-// Texts of paths. Nothing here looks at the disk, and the results are the same on every platform: the separator that
-// is written is the backslash, and both are read. Functions that take paths to the disk (ZmFile, ZmFileSystem.h, ...)
-// understand both everywhere.
+// Path texts. Nothing here accesses the disk, and the results are the same on every platform: both separators are
+// read, and the backslash is written. Functions that access files (ZmFile, ZmFileSystem.h, ...) accept both separators
+// everywhere.
 
-/// The parts of a path: "C:", "\folder\", "name", ".ext". Each may be empty. The drive is one character and ':'; the
-/// directory keeps its last separator and the extension its dot, the last one of the name. If a part does not fit (255
-/// characters), or the path is null, all four are empty.
+/// Splits a path into its parts: "C:", "\folder\", "name", ".ext". Each may be empty. The drive is one character and
+/// ':'. The directory includes its last separator. The extension includes its dot, the last one of the name. If a part
+/// is longer than 255 characters, or the path is null, all four are empty.
 class RKPathSplitter {
 public:
-    /// Takes the path apart at once; keeps nothing of it.
+    /// Splits the path at once and does not refer to it afterwards.
     ZM_API explicit RKPathSplitter(const char* path);
 
     /// The parts, never null.
@@ -27,12 +27,12 @@ private:
     char m_Extension[256];
 };
 
-/// The path of four parts, each of which may be null or empty. The drive counts with its first character; a directory
-/// gets a separator at its end and an extension a dot in front if they have none. Empty if the path has more than 259
-/// characters.
+/// Joins a path from four parts, each of which may be null or empty. Only the first character of the drive counts. A
+/// separator is appended to the directory and a dot prepended to the extension if missing. Empty if the path would have
+/// more than 259 characters.
 class RKPathMaker {
 public:
-    /// Puts the path together at once.
+    /// Joins the path at once.
     ZM_API RKPathMaker(const char* drive, const char* dir, const char* name, const char* extension);
 
     /// The path, never null.
@@ -42,26 +42,26 @@ private:
     char m_Path[260];
 };
 
-/// `out`, of 260 bytes, becomes the file in the directory: a backslash is added where the directory is not empty and
-/// does not end with a separator. 1; or 0 and an empty text if that is too long. Null reads as empty. The arguments
-/// must not overlap `out`.
+/// Writes the path of a file in a directory to `out`, which has 260 bytes. A backslash is added unless the directory is
+/// empty or ends with a separator. Returns 1, or 0 with an empty text if the path is too long. Null is treated as
+/// empty. The arguments must not overlap `out`.
 ZM_API int ZmMakePath(char* out, const char* dir, const char* file);
 
-/// Appends one backslash, also to a path that ends with one.
+/// Appends one backslash, even if the path already ends with one.
 ZM_API void ZmAddDirectorySeparator(XString& path);
 
-/// After a drive ("C:\") that stays as it is, turns every ':' and '/' into a backslash.
+/// Replaces every ':' and '/' with a backslash, except in a drive at the start ("C:\").
 ZM_API void ZmConvertPathToSystemPath(XString& path);
 
-/// `out` becomes the path as a URL. 0; or 4294967295 and an empty `out` for null.
+/// Converts a path to a URL. Returns 0, or 4294967295 with an empty `out` for null.
 ///
-/// A text that begins with "file://", in either case, and one without any of the characters " \+,;=@[]^{}" stays as it
-/// is, without a prefix. Otherwise "file://" comes first, if the text holds no "://", backslashes become '/', and the
-/// other characters of the set '%' and two hexadecimal digits in lower case. A URL of more than 65534 characters is
-/// refused like null.
+/// A text that begins with "file://", in either case, or that contains none of the characters " \+,;=@[]^{}" is copied
+/// unchanged, without a prefix. Otherwise "file://" is prepended unless the text contains "://", backslashes become
+/// '/', and the other characters of the set become '%' and two lower-case hexadecimal digits. If the URL would have
+/// more than 65534 characters, the call fails as for null.
 ZM_API unsigned long ZmEscapeURL(const char* in, XString& out);
 
-/// Replaces '%' and the two characters after it, read as **two decimal digits**, by that number in decimal: "%41"
-/// becomes "41", "%05" becomes "5". Not the reverse of ZmEscapeURL(); this is the contract, do not repair it. A '%'
-/// with fewer than two characters after it stays.
+/// Replaces '%' and the two characters after it, read as **two decimal digits**, with that number in decimal: "%41"
+/// becomes "41", "%05" becomes "5". Not the inverse of ZmEscapeURL(). A '%' followed by fewer than two characters stays
+/// unchanged.
 ZM_API void ZmUnEscapeUrl(XString& text);

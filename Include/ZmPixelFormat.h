@@ -5,9 +5,9 @@
 
 #include <stdint.h>
 
-/// Layouts of pixels. Colour formats are named from the highest bits of a pixel to the lowest, read as a little-endian
-/// word: the bytes of ARGB8888 lie in memory as blue, green, red, alpha. Bump formats have their U, V and luminance
-/// in the red, green and blue masks.
+/// Pixel layouts. Colour formats are named from the highest bits of a pixel to the lowest, read as a little-endian
+/// word: the bytes of ARGB8888 are stored in memory as blue, green, red, alpha. Bump formats have their U, V and
+/// luminance in the red, green and blue masks.
 enum ZM_PIXELFORMAT : uint32_t {
     ZM_PF_UNKNOWN = 0,
     ZM_PF_32_ARGB8888 = 1,
@@ -43,38 +43,38 @@ enum ZM_PIXELFORMAT : uint32_t {
     ZM_PF_INDEXED4_B = 31
 };
 
-// All of these may be called from any thread. Values outside of the enumeration are allowed everywhere.
+// Any thread may call these functions. Values outside the enumeration are allowed everywhere.
 
-/// The format with the descriptor's bits per pixel (of which the low 16 bits count) and masks. The colour formats
-/// come first, with all four masks; then the bump formats, whatever the alpha mask; then a compressed or bump
-/// format in `CompressedFormat`. So a descriptor of ZM_PF_BUMP_L8V8U8 reads back as ZM_PF_32_BGR888, whose
-/// masks it has. Indexed images are told by `PaletteCount`; their formats are never returned. ZM_PF_UNKNOWN when
-/// nothing fits.
+/// Returns the format with the descriptor's bits per pixel (only the low 16 bits count) and masks. Colour formats are
+/// tried first and must match all four masks; then bump formats, whose alpha mask is ignored; then a compressed or bump
+/// format in `CompressedFormat`. A descriptor of ZM_PF_BUMP_L8V8U8 therefore gives ZM_PF_32_BGR888, whose masks it has.
+/// Indexed formats are never returned: `PaletteCount` identifies indexed images. Returns ZM_PF_UNKNOWN if nothing
+/// matches.
 ZM_API ZM_PIXELFORMAT ZmImageDesc2PixelFormat(const ZmImageDescEx& desc);
 
-/// Sets `BitsPerPixel`, the four masks and `CompressedFormat` (0 but for compressed and bump formats); nothing else.
-/// Compressed formats have 0 bits and masks. ZM_PF_UNKNOWN changes nothing; a value above the enumeration sets only
-/// `CompressedFormat`, to 0.
+/// Sets `BitsPerPixel`, the four masks and `CompressedFormat` (0 except for compressed and bump formats), nothing else.
+/// Compressed formats have 0 bits and masks of 0. ZM_PF_UNKNOWN changes nothing; a value above the enumeration only
+/// sets `CompressedFormat` to 0.
 ZM_API void ZmPixelFormat2ImageDesc(ZM_PIXELFORMAT format, ZmImageDescEx& desc);
 
-/// A name for people, such as "16 bits RGB  565". Empty for ZM_PF_UNKNOWN, for indexed formats and above.
-/// The text belongs to the library.
+/// Returns a readable name such as "16 bits RGB  565". Empty for ZM_PF_UNKNOWN, for indexed formats and for values
+/// above the enumeration. The library owns the text.
 ZM_API const char* ZmPixelFormat2String(ZM_PIXELFORMAT format);
 
-/// Sets the masks that are usual for the descriptor's `BitsPerPixel`: RGB555 for 15 and 16 bits (on purpose not
-/// RGB565), RGB888 for 24, ARGB8888 for 32. Other depths leave the masks as they are.
+/// Sets the usual masks for the descriptor's `BitsPerPixel`: RGB555 for 15 and 16 bits (deliberately not RGB565),
+/// RGB888 for 24, ARGB8888 for 32. Other depths leave the masks unchanged.
 ZM_API void ZmBppToMask(ZmImageDescEx& desc);
 
-/// GetBitCount() of the red, green, blue and alpha mask.
+/// Calls GetBitCount() on the red, green, blue and alpha mask.
 ZM_API void ZmGetBitCounts(const ZmImageDescEx& desc, unsigned long& r, unsigned long& g, unsigned long& b,
                            unsigned long& a);
 
-/// GetBitShift() of the red, green, blue and alpha mask.
+/// Calls GetBitShift() on the red, green, blue and alpha mask.
 ZM_API void ZmGetBitShifts(const ZmImageDescEx& desc, unsigned long& r, unsigned long& g, unsigned long& b,
                            unsigned long& a);
 
-/// The length of the lowest run of one bits; bits above a gap do not count. 0 for 0.
+/// Returns the length of the lowest run of one bits; bits above a gap do not count. 0 for a mask of 0.
 ZM_API unsigned long GetBitCount(unsigned long mask);
 
-/// The number of zero bits below the lowest one bit; 0 for 0.
+/// Returns the number of zero bits below the lowest one bit; 0 for a mask of 0.
 ZM_API unsigned long GetBitShift(unsigned long mask);

@@ -1,13 +1,13 @@
 #pragma once
 
-// Equality and stream output of the records of mathematics, for tests and logs. ZmMath.h does not include this header,
-// for what it pulls in.
+// Equality and stream output for the mathematical types, for tests and logs. ZmMath.h does not include this header,
+// because of the headers it needs.
 //
 //     std::cout << box << '\n';   // [(-1, -1, -1) to (1, 1, 1)]
 //
-// Records are equal if all their floats are: exactly, 0 and -0 alike, a non-number unlike everything. For tolerances
-// there is ZmMatrix::Compare(). Floats are written as the stream is set to write them, six digits at first. Any
-// thread; one thread at a time writes to a stream.
+// Records are equal if all their floats are equal: exactly, 0 and -0 alike, NaN unequal to everything. For tolerances
+// use ZmMatrix::Compare(). Floats are written with the stream's settings, by default with six digits. Any thread may
+// call, but only one thread at a time may write to a stream.
 
 #include "ZmBbox.h"
 #include "ZmInterop.h"
@@ -19,7 +19,7 @@
 
 #include <ostream>
 
-/// Whether all fields are the same.
+/// Returns whether all fields are equal.
 /// @{
 constexpr bool operator==(const Zm2DVector& a, const Zm2DVector& b)
 {
@@ -85,7 +85,7 @@ constexpr bool operator==(const RKPOINT& a, const RKPOINT& b)
 }
 /// @}
 
-/// Whether any field differs.
+/// Returns whether any field differs.
 /// @{
 constexpr bool operator!=(const Zm2DVector& a, const Zm2DVector& b)
 {
@@ -161,7 +161,7 @@ std::ostream& PrintRecord(std::ostream& stream, const T& record)
 
 }  // namespace zm
 
-/// (x, y, z), and the same with as many components as there are; colours as (r, g, b, a).
+/// (x, y, z), likewise with two or four components; colours as (r, g, b, a).
 /// @{
 inline std::ostream& operator<<(std::ostream& stream, const Zm2DVector& v)
 {

@@ -4,11 +4,11 @@
 
 #include <stdint.h>
 
-// The processor is identified and its clock measured once, when the library is loaded. The
-// answers below never change afterwards, except through ModifyProcessorFeatures.
+// The processor is identified and its clock measured once, when the library is loaded. The results below never change
+// afterwards, except through ModifyProcessorFeatures.
 
-/// Processor families told apart by CPUID's family and model; newer ones count as the
-/// last of their line. Value 8 was never assigned.
+/// Processor families, distinguished by CPUID's family and model; newer processors count as the last of their line.
+/// Value 8 is unused.
 enum ProcessorsType : int32_t {
     ZMPROCESSOR_UNKNOWN = -1,
     ZMPROCESSOR_PENTIUM = 0,
@@ -23,33 +23,32 @@ enum ProcessorsType : int32_t {
     ZMPROCESSOR_PENTIUM_IV = 10
 };
 
-/// Bits of the feature word that the library itself reads.
+/// Bits of the feature word that the library itself uses.
 enum : uint32_t {
     ZMPROCESSOR_FEATURE_MMX = 1u << 23,  ///< vector code for images
     ZMPROCESSOR_FEATURE_SSE = 1u << 25   ///< vector code for floats
 };
 
-/// One line with the name and the clock, at most 63 characters (cut there). The text
-/// belongs to the library and must not be changed.
+/// Returns one line with the name and the clock, cut to 63 characters. The library owns the text, which must not be
+/// changed.
 ZM_API char* GetProcessorDescription();
 
-/// What the processor calls itself, by its makers whoever they are, without blanks at its ends:
-/// at most 48 characters; empty where it has no such text. For people to read: the description
-/// above knows the processors of its day, and counts newer ones as the last of their line.
+/// Returns the brand string that the processor reports, whatever its manufacturer, without leading and trailing
+/// blanks: at most 48 characters, empty if there is none. For display: unlike the description above, it also names
+/// processors newer than the known families.
 ZM_API const char* GetProcessorBrand();
 
-/// The feature word: EDX of CPUID leaf 1, with the SSE bit cleared where the operating
-/// system does not support SSE. Vector paths are chosen by it at every call.
+/// Returns the feature word: EDX of CPUID leaf 1, with the SSE bit cleared if the operating system does not support
+/// SSE. Every call of a function with several paths chooses its path by this word.
 ZM_API unsigned long GetProcessorFeatures();
 
-/// The family found at load; ZMPROCESSOR_UNKNOWN where CPUID does not tell.
+/// Returns the family found at load; ZMPROCESSOR_UNKNOWN if CPUID does not report it.
 ZM_API ProcessorsType GetProcessorType();
 
-/// Clock in MHz, snapped to a nominal value up to 1500; 0 where it cannot be measured.
+/// Returns the clock in MHz, snapped to a nominal value up to 1500; 0 if it cannot be measured.
 ZM_API int GetProcessorFrequency();
 
-/// Feature word = (word OR add) AND NOT remove. Takes effect at the next call of each
-/// dispatching function, in all threads; computations that run meanwhile end on the path they
-/// chose. Two threads that modify at once may lose one change. Setting bits that the
-/// processor lacks makes the library use them all the same.
+/// Sets the feature word to (word OR add) AND NOT remove. Takes effect at the next call of each dispatching function,
+/// in all threads; running computations finish on the path they chose. If two threads modify it at once, one change may
+/// be lost. Bits that the processor lacks are used nevertheless once set.
 ZM_API void ModifyProcessorFeatures(unsigned long add, unsigned long remove);

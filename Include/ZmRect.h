@@ -4,24 +4,23 @@
 
 /// Screen rectangle; y grows downwards, so top < bottom.
 ///
-/// The four functions below change this rectangle in place and check nothing: a
-/// screen without width or height gives non-numbers or infinities. The arguments may
-/// be this rectangle itself.
+/// The four functions below change this rectangle in place and check nothing: a screen without width or height gives
+/// NaNs or infinities. The arguments may be this rectangle itself.
 struct ZmRect {
     /// The edges.
     float left, top, right, bottom;
 
-    /// Undefined; the four edges.
+    /// Leaves the edges undefined; sets them.
     ZmRect() = default;
     constexpr ZmRect(float l, float t, float r, float b) : left(l), top(t), right(r), bottom(b) {}
 
-    /// From the frame of srcScreen to that of destScreen.
+    /// Converts from the coordinates of srcScreen to those of destScreen.
     ZM_API void Transform(const ZmRect& destScreen, const ZmRect& srcScreen);
 
     /// Scales by destSize / srcSize.
     ZM_API void Transform(const Zm2DVector& destSize, const Zm2DVector& srcSize);
 
-    /// To coordinates in which `screen` reaches from 0 to 1, and back.
+    /// Convert to coordinates in which `screen` reaches from 0 to 1, and back.
     ZM_API void TransformToHomogeneous(const ZmRect& screen);
     ZM_API void TransformFromHomogeneous(const ZmRect& screen);
 };
@@ -38,6 +37,5 @@ struct RKPOINT {
     int x, y;
 };
 
-/// 1 when the point is inside, all four edges included, else 0. Neither pointer may
-/// be null.
+/// Returns 1 if the point is inside, including all four edges, else 0. Neither pointer may be null.
 ZM_API int ZmPtInRect(const RKRECT* rect, const RKPOINT* pt);

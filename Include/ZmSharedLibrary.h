@@ -2,15 +2,15 @@
 
 #include "ZmApi.h"
 
-// Shared libraries by the system's handles, which ZmGetModuleFileName() takes, too. Any thread.
+// Shared libraries by the system's handles, which ZmGetModuleFileName() also accepts. Any thread may call.
 
-/// Loads a library, or takes one that is loaded once more. Both separators separate; a name without one is searched
-/// where the system searches libraries. Null if there is none that can be loaded; no window tells why.
+/// Loads a library, or adds a reference if it is loaded already. Both separators are accepted; a name without one is
+/// searched in the system's library paths. Returns null if the library cannot be loaded; never shows an error dialogue.
 ZM_API void* ZmLoadSharedLibrary(const char* path);
 
-/// The address of a function or variable that the library exports by that name; null if there is none.
+/// Returns the address of an exported function or variable, or null if there is none of that name.
 ZM_API void* ZmGetSharedLibrarySymbol(void* library, const char* name);
 
-/// Takes back one loading; with the last one the addresses become invalid. 1, or 0 for null and where the system
-/// refuses.
+/// Releases one reference; with the last one the library's addresses become invalid. Returns 1, or 0 for null or if the
+/// system refuses.
 ZM_API int ZmFreeSharedLibrary(void* library);

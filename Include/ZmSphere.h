@@ -4,6 +4,6 @@
 
 /// All points within Radius of Center; Radius is not negative.
 struct ZmSphere {
-    ZmVector Center;  ///< the middle
+    ZmVector Center;  ///< centre of the sphere
     float Radius;     ///< 0 for a point
 };

@@ -2,25 +2,22 @@
 
 #include "ZmVector.h"
 
-/// An array whose elements start `Stride` bytes apart: one component of an
-/// interleaved vertex buffer, say. The stride may be any number of bytes, and
-/// elements need no alignment.
+/// An array whose elements start `Stride` bytes apart, for example one component of an interleaved vertex buffer. Any
+/// stride is allowed, and elements need no alignment.
 struct ZmStridedData {
     void* Ptr;            ///< first element
     unsigned int Stride;  ///< bytes from one element to the next
 
-    /// Undefined; the two values.
+    /// Leaves both members undefined; sets them.
     ZmStridedData() = default;
     constexpr ZmStridedData(void* ptr, unsigned int strideBytes) : Ptr(ptr), Stride(strideBytes) {}
 };
 
-// The moving functions below return 1, or 0 with nothing written for arguments that
-// make no sense: a null pointer, a stride or size of 0, a size that is not a multiple
-// of 4, a count below 1. They touch only the elements' own bytes. Source and
-// destination must not overlap. Sizes of 4, 8, 12 and 16 bytes are the fastest.
-// Any thread.
+// The functions that fill and copy return 1, or 0 without writing anything for invalid arguments: a null pointer, a
+// stride or size of 0, a size that is not a multiple of 4, a count below 1. They touch only the elements' own bytes.
+// Source and destination must not overlap. Sizes of 4, 8, 12 and 16 bytes are the fastest. Any thread may call.
 
-/// Writes `value`, `size` bytes, to each of `count` elements.
+/// Writes `value`, which has `size` bytes, to each of `count` elements.
 ZM_API int ZmFillStructure(int count, void* dst, unsigned long dstStride, unsigned long size, const void* value);
 ZM_API int ZmFillStructure(int count, const ZmStridedData& dst, unsigned long size, const void* value);
 
@@ -29,17 +26,16 @@ ZM_API int ZmCopyStructure(int count, void* dst, unsigned long dstStride, unsign
                            unsigned long srcStride);
 ZM_API int ZmCopyStructure(int count, const ZmStridedData& dst, unsigned long size, const ZmStridedData& src);
 
-/// Gathers: element k of dst becomes element indices[k] of src. Strides of 0 are
-/// allowed here; indices are not checked. Sizes of 20 and 24 bytes are fast too.
+/// Gathers: copies element indices[k] of src to element k of dst. Strides of 0 are allowed here; indices are not
+/// checked. Sizes of 20 and 24 bytes are fast as well.
 ZM_API int ZmIndexedCopy(const ZmStridedData& dst, const ZmStridedData& src, unsigned long size, const int* indices,
                          int count);
 ZM_API int ZmIndexedCopy(const ZmStridedData& dst, const ZmStridedData& src, unsigned long size,
                          const unsigned short* indices, int count);
 
-// Arithmetic over arrays of float components. Strides are in bytes, elements need no
-// alignment, and no other bytes are touched. No pointer may be null. `res` may be a
-// source with the same stride, other overlaps are not supported. A count below 1 does
-// nothing. No static storage: any thread.
+// Arithmetic over arrays of float components. Strides are in bytes, elements need no alignment, and no other bytes are
+// touched. No pointer may be null. `res` may equal a source if the strides are equal; other overlaps are not supported.
+// A count below 1 does nothing. No static storage is used, so any thread may call.
 
 /// res[i] = a[i] + (b[i] - a[i]) * t over tight arrays of float.
 ZM_API void InterpolateFloatArray(void* res, const void* a, const void* b, float t, int count);

@@ -2,32 +2,32 @@
 
 #include "ZmFile.h"
 
-// A stream's slots are fixed, and a destructor is none of them: delete a span through its own type.
+// Streams have no virtual destructor: delete a ZmSubFile through its own type.
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
 
-/// A span of another file as a stream of its own. Several spans may lie on one file and be used in turns: each moves
-/// the file to its own position before it reads or writes. The file must outlive its spans. Without a file all
-/// operations give 0.
+/// A span of another file, presented as a stream. Several spans of one file may be used alternately: each moves the
+/// file to its own position before it reads or writes. The file must outlive its spans. Without a file all operations
+/// return 0.
 class ZM_API ZmSubFile : public ZmStream {
 public:
-    /// No span, without a file. A copy is the same span, with a position of its own.
+    /// An empty span without a file. A copy is the same span with its own position.
     ZmSubFile();
     ZmSubFile(const ZmSubFile& src);
     ZmSubFile& operator=(const ZmSubFile& src);
     ~ZmSubFile();
 
-    /// The span of `size` bytes from `offset` on; moves the file there.
+    /// The span of `size` bytes from `offset` on. Moves the file there.
     void Set(ZmFile* parent, unsigned int offset, unsigned int size);
 
     unsigned int Position() override;
-    /// Of the span.
+    /// Position and size of the span.
     unsigned int Size() override;
-    /// Whether the file is valid and the span has bytes, all of them in the file.
+    /// Returns whether the file is valid and the span is not empty and lies wholly within the file.
     int IsValid() override;
-    /// **END: the offset counts backwards from the end**, against the sense of ZmFile. The position may leave the span.
+    /// **With END the offset counts backwards from the end**, unlike in ZmFile. The position may leave the span.
     int Seek(int offset, SeekMode mode) override;
-    /// As the file does, from the span's position on; not cut at the end of the span.
+    /// As the file does, from the span's position on; not limited to the end of the span.
     unsigned int Read(void* buffer, unsigned int size) override;
     unsigned int Write(const void* buffer, unsigned int size) override;
 

@@ -4,11 +4,11 @@
 
 #include <stdint.h>
 
-/// Milliseconds by the system's performance counter. One profiler belongs to one thread at a
-/// time. Call Reset() before Current().
+/// Measures milliseconds with the system's performance counter. Call Reset() before Current(). Not thread-safe: only
+/// one thread at a time may use a profiler.
 class ZmTimeProfiler {
 public:
-    /// Starts counting here.
+    /// Starts the measurement.
     ZM_API void Reset();
 
     /// Milliseconds since Reset(); never runs backwards.
@@ -19,19 +19,18 @@ private:
     int64_t m_Current = 0;
 };
 
-/// Milliseconds and cycles by the processor's time-stamp counter: cheaper and finer, but on
-/// old processors its rate follows power saving, and 0 ms is returned where the clock could not
-/// be measured at load. On processors without that counter calling it raises the processor's
-/// exception.
+/// Measures milliseconds and cycles with the processor's time-stamp counter. This is cheaper and finer, but on old
+/// processors the rate of the counter varies with power saving. Returns 0 ms if the clock could not be measured at
+/// load. Processors without that counter raise an exception.
 class ZmRDTSCProfiler {
 public:
-    /// Starts counting here.
+    /// Starts the measurement.
     ZM_API void Reset();
 
     /// Milliseconds since Reset().
     ZM_API float Current();
 
-    /// Cycles since Reset(), the low 32 bits: they wrap after about a second.
+    /// Cycles since Reset(), low 32 bits: wraps after about a second.
     ZM_API int CurrentCycleCount() const;
 
 private:

@@ -7,29 +7,27 @@ class ZmMatrix;
 
 /// Three-component vector: a point, a direction or three packed values.
 ///
-/// Plain value, 12 bytes, no alignment beyond that of float, and no
-/// initialisation: `ZmVector v;` is undefined until assigned, `ZmVector v{};`
-/// is zero. Everything here may be called from any thread.
+/// A plain value of 12 bytes, aligned like float and not initialised: `ZmVector v;` is undefined until assigned,
+/// `ZmVector v{};` is zero. All functions may be called from any thread.
 struct ZmVector {
     /// The components.
     float x, y, z;
 
-    /// Undefined; (vx, vy, vz).
+    /// Leaves the components undefined; sets them to (vx, vy, vz).
     ZmVector() = default;
     constexpr ZmVector(float vx, float vy, float vz) : x(vx), y(vy), z(vz) {}
 
-    /// Constants, valid before any code of the program runs.
+    /// Constants. Valid even during static initialisation.
     ZM_API static const ZmVector& axisX();  ///< (1, 0, 0)
     ZM_API static const ZmVector& axisY();  ///< (0, 1, 0)
     ZM_API static const ZmVector& axisZ();  ///< (0, 0, 1)
     ZM_API static const ZmVector& axis0();  ///< (0, 0, 0)
     ZM_API static const ZmVector& axis1();  ///< (1, 1, 1)
 
-    /// Scales to unit length in place. With the SSE feature bit set it uses the
-    /// processor's approximate reciprocal square root: relative error of the
-    /// length up to 1.5 * 2^-12, on purpose; else, and for lengths below 1.1e-19, whose squares
-    /// that root takes for 0, it multiplies by 1/sqrt, exact to rounding.
-    /// A zero vector becomes three non-numbers: test the length first.
+    /// Scales to unit length in place. With the SSE feature bit set, it deliberately uses the processor's approximate
+    /// reciprocal square root: the relative error of the length is up to 1.5 * 2^-12. With the bit clear, and for
+    /// lengths below 1.1e-19 (whose squares the approximation treats as 0), it multiplies by 1/sqrt, exact to rounding.
+    /// A zero vector becomes three NaNs: test the length first.
     ZM_API void Normalize();
 
     /// Applies the linear part of `m` (no translation) in place.
@@ -75,7 +73,7 @@ constexpr bool operator==(const ZmVector& a, const ZmVector& b)
 {
     return a.x == b.x && a.y == b.y && a.z == b.z;
 }
-/// Not ==; true of non-numbers.
+/// Negation of ==; true if a component is NaN.
 constexpr bool operator!=(const ZmVector& a, const ZmVector& b)
 {
     return !(a == b);
@@ -100,32 +98,30 @@ constexpr float SquareLength(const ZmVector& v)
 }
 ZM_API float Length(const ZmVector& v);
 
-/// Four-component vector, for homogeneous coordinates and colours. 16 bytes;
-/// alignment beyond that of float is never needed.
+/// Four-component vector for homogeneous coordinates and colours. 16 bytes, aligned like float.
 class ZmVector4 {
 public:
     /// The components.
     float x, y, z, w;
 
-    /// Undefined; the four components.
+    /// Leaves the components undefined; sets them.
     ZmVector4() = default;
     constexpr ZmVector4(float vx, float vy, float vz, float vw) : x(vx), y(vy), z(vz), w(vw) {}
 };
 
-/// Two-component vector, for texture and screen coordinates.
+/// Two-component vector for texture and screen coordinates.
 struct Zm2DVector {
     /// The components.
     float x, y;
 
-    /// Undefined; the two components.
+    /// Leaves the components undefined; sets them.
     Zm2DVector() = default;
     constexpr Zm2DVector(float vx, float vy) : x(vx), y(vy) {}
 };
 
-/// Unit direction in four bytes: two angles in the unit of ZmTrigonometry.h,
-/// 16384 to the turn. Only the low 14 bits of each count.
-/// It stands for (sin ya * cos xa, -sin xa, cos ya * cos xa): (0, 0) looks along
-/// axisZ, and a quarter turn of elevation looks along MINUS axisY.
+/// Unit direction in four bytes: two angles in the units of ZmTrigonometry.h, 16384 to the turn. Only the low 14 bits
+/// of each count. Represents (sin ya * cos xa, -sin xa, cos ya * cos xa): (0, 0) points along axisZ, and an elevation
+/// of a quarter turn points along MINUS axisY.
 struct ZmCompressedVector {
     short xa;  ///< elevation
     short ya;  ///< heading

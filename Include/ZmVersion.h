@@ -6,7 +6,7 @@
 #define ZMMATH_VERSION_MINOR 4
 #define ZMMATH_VERSION_PATCH 0
 
-/// Steps on the way to ZMMATH_VERSION_STRING.
+/// Helper macros for ZMMATH_VERSION_STRING.
 #define ZMMATH_VERSION_TEXT(number) #number
 #define ZMMATH_VERSION_JOIN(major, minor, patch) \
     ZMMATH_VERSION_TEXT(major) "." ZMMATH_VERSION_TEXT(minor) "." ZMMATH_VERSION_TEXT(patch)

@@ -1,5 +1,5 @@
-# Tells Doxygen the habits of the headers: each header is documented as a file; a paragraph of plain comments that stands
-# alone speaks for that file; a comment speaks for all declarations up to the next empty line or comment, and for all
+# Teaches Doxygen the conventions of the headers: each header is documented as a file; a paragraph of plain comments on
+# its own documents that file; a comment applies to all declarations up to the next empty line or comment, and to all
 # variables of one declaration.
 BEGIN { print "/** @file */" }
 
