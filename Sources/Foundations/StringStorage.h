@@ -37,7 +37,7 @@ struct TextPages {
 /// Copies the string counters consistently into `res`; returns the figures of the pages.
 TextPages CopyStringStats(ZmAllocator::Stats& res);
 
-/// Gives the pages back to the heap, if no string is in them.
 /// Returns the pages to the heap if no string uses them.
+void FreeTextPages();
 
 }  // namespace zm
