@@ -3,7 +3,7 @@
 # RunWine.sh <prefix> <win32|win64> <wine> --stop
 # RunWine.sh <prefix> <win32|win64> <wine> <program.exe> [argument...]
 #
-# --prepare makes the prefix and proves with the probe, a program that exits
+# --prepare creates the prefix and checks with the probe, a program that exits
 # with 42, that Wine runs programs of this word size. Exit code 77: skipped.
 set -euo pipefail
 
@@ -11,7 +11,7 @@ export WINEPREFIX=$1 WINEARCH=$2
 wine=$3
 shift 3
 export WINEDEBUG=-all DISPLAY='' WINEDLLOVERRIDES='mscoree,mshtml,winemenubuilder.exe='
-# Wine and what it starts write nowhere else.
+# Keeps everything that Wine and its children write inside the prefix.
 export HOME=$WINEPREFIX/home TMPDIR=$WINEPREFIX/tmp
 ready=$WINEPREFIX/ready
 
@@ -54,8 +54,8 @@ case $1 in
         wineserver -w || true
         touch "$ready"
     fi
-    # One server for all tests: one that is about to end would fail the next program. It keeps Wine's services, which
-    # must not start from a test: they would hold its pipe.
+    # One server for all tests: a server that is shutting down would make the next program fail. It also keeps Wine's
+    # services running: if a test started them, they would keep its output pipe open.
     wineserver -p </dev/null >/dev/null 2>&1 || true
     "$wine" "$2" >>"$HOME/wineboot.log" 2>&1 </dev/null || true
     ;;

@@ -1,5 +1,5 @@
-# Headers, library, find_package(ZmMath CONFIG) and pkg-config files, in the parts that packages have: Runtime,
-# Development, Tools.
+# Installs headers, library, find_package(ZmMath CONFIG) and pkg-config files, in the components of the packages:
+# Runtime, Development, Tools.
 set(ZM_PACKAGE_DIR "${CMAKE_INSTALL_LIBDIR}/cmake/ZmMath")
 
 list(TRANSFORM ZM_PUBLIC_HEADERS PREPEND "${PROJECT_SOURCE_DIR}/Include/" OUTPUT_VARIABLE headers)
@@ -21,15 +21,15 @@ install(FILES
     "${PROJECT_BINARY_DIR}/CMake/ZmMathConfigVersion.cmake"
     DESTINATION "${ZM_PACKAGE_DIR}" COMPONENT Development)
 
-# The prefix is found from where the .pc file lies, so the tree can be moved.
+# The prefix is relative to the .pc file, so the installed tree can be moved.
 set(ZM_PKGCONFIG_DIR "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
 cmake_path(RELATIVE_PATH CMAKE_INSTALL_PREFIX
     BASE_DIRECTORY "${CMAKE_INSTALL_PREFIX}/${ZM_PKGCONFIG_DIR}" OUTPUT_VARIABLE ZM_PREFIX_FROM_PC)
 configure_file("${CMAKE_CURRENT_LIST_DIR}/zmmath.pc.in" "${PROJECT_BINARY_DIR}/CMake/zmmath.pc" @ONLY)
 install(FILES "${PROJECT_BINARY_DIR}/CMake/zmmath.pc" DESTINATION "${ZM_PKGCONFIG_DIR}" COMPONENT Development)
 
-# What debuggers show of the records. gdb loads the one that is named after the library and lies below its own folder
-# as the library lies below the root.
+# Pretty-printers for debuggers. gdb loads the file that is named after the library and has the same path below its own
+# auto-load folder as the library has below the root.
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/Debuggers/" DESTINATION "${CMAKE_INSTALL_DATADIR}/zmmath"
     COMPONENT Development)
 if(NOT WIN32)

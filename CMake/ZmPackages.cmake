@@ -1,4 +1,4 @@
-# What cpack makes: on Linux .deb packages, one for each part, and a .tar.gz of everything; on Windows a .zip.
+# Packages made by cpack: on Linux one .deb per component and a .tar.gz of everything; on Windows a .zip.
 set(CPACK_PACKAGE_VENDOR "The ZmMath developers")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "3D mathematics and system services for real-time engines")
 set(CPACK_PACKAGE_INSTALL_DIRECTORY ZmMath)
@@ -35,7 +35,7 @@ mark_as_advanced(ZMMATH_SHLIBDEPS)
 if(ZMMATH_SHLIBDEPS)
     set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
     set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS "${PROJECT_BINARY_DIR}/lib")
-    # Lets the package manager tell the loader of the library.
+    # Makes the package manager run ldconfig after installing the library.
     set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
 endif()
 

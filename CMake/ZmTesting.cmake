@@ -1,5 +1,5 @@
-# Test programs and checks. ZMMATH_VARIANT is put before the names of all
-# tests, so that one ctest run can hold several variants.
+# Test programs and checks. The names of all tests begin with ZMMATH_VARIANT, so
+# that one ctest run can contain several variants.
 include(GoogleTest)
 
 set(ZMMATH_TEST_FILTER "" CACHE STRING "GoogleTest filter for all test programs")
@@ -21,7 +21,7 @@ target_include_directories(ZmGoogleTest
     PRIVATE "${ZMMATH_GOOGLETEST_DIR}")
 target_link_libraries(ZmGoogleTest PUBLIC Threads::Threads)
 
-# What runs the programs of this variant where the system itself does not.
+# The emulator for variants whose programs the system cannot run itself.
 if(WIN32 AND CMAKE_CROSSCOMPILING)
     include("${CMAKE_CURRENT_LIST_DIR}/ZmWine.cmake")
 elseif(NOT WIN32 AND CMAKE_SIZEOF_VOID_P EQUAL 4)
@@ -30,7 +30,7 @@ endif()
 
 # zm_add_test(<program> LIBRARY <target> SOURCES <file>...)
 # A GoogleTest program. Each case is a ctest entry; under an emulator, where
-# every start costs, the program is one.
+# starting a program is expensive, the whole program is one.
 function(zm_add_test program)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "LIBRARY" "SOURCES")
     add_executable(${program} ${arg_SOURCES})
@@ -57,7 +57,7 @@ function(zm_add_test program)
 endfunction()
 
 # zm_add_check(<name> <command> [argument...])
-# Any other command as a test: it passes with exit code 0.
+# Any other command as a test, which passes if it exits with 0.
 function(zm_add_check name)
     set(test ${ZM_TEST_PREFIX}Check.${name})
     add_test(NAME ${test} COMMAND ${ARGN} COMMAND_EXPAND_LISTS)
@@ -65,7 +65,7 @@ function(zm_add_check name)
 endfunction()
 
 # zm_add_run_check(<name> <command> [argument...])
-# A check that runs programs of the variant, which takes the emulator where there is one.
+# A check that runs programs of the variant, under the emulator if there is one.
 function(zm_add_run_check name)
     zm_add_check(${name} ${ARGN})
     set(test ${ZM_TEST_PREFIX}Check.${name})
@@ -76,7 +76,7 @@ function(zm_add_run_check name)
 endfunction()
 
 # zm_add_program(<name> LIBRARY <target> SOURCES <file>... [ARGUMENTS <argument>...])
-# A program of its own as a test: it passes with exit code 0.
+# A separate program as a test, which passes if it exits with 0.
 function(zm_add_program name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "LIBRARY" "SOURCES;ARGUMENTS")
     add_executable(Zm${name}Test ${arg_SOURCES})

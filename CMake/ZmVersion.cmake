@@ -1,4 +1,4 @@
-# Reads the version from the public header, the only place that states it.
+# Reads the version from the public header, the only place that defines it.
 set(ZMMATH_VERSION "")
 foreach(part MAJOR MINOR PATCH)
     file(STRINGS "${CMAKE_CURRENT_LIST_DIR}/../Include/ZmVersion.h" line
@@ -10,6 +10,6 @@ foreach(part MAJOR MINOR PATCH)
     list(APPEND ZMMATH_VERSION ${number})
 endforeach()
 list(JOIN ZMMATH_VERSION "." ZMMATH_VERSION)
-# A changed version must reach CMake without a manual configure.
+# Makes CMake configure again when the version changes.
 set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS
     "${CMAKE_CURRENT_LIST_DIR}/../Include/ZmVersion.h")

@@ -1,4 +1,4 @@
-// Files of any bytes as archives: opened, listed, found, read and saved. What is saved must open with the same entries.
+// Opens, lists, searches, reads and saves arbitrary bytes as archives. A saved archive must open with the same entries.
 
 #include "ZmBigFile.h"
 #include "ZmLog.h"

@@ -1,5 +1,5 @@
-// Descriptors and pixels of any kind. Blocks of memory have the exact sizes that a descriptor which makes sense
-// names, so that a step beyond them is seen; what does not make sense points to nothing readable.
+// Arbitrary descriptors and pixels. For a valid descriptor the memory blocks have the exact sizes that it describes, so
+// that any access beyond them is detected; invalid descriptors point to nothing readable.
 
 #include "Imaging/ImageView.h"
 #include "Input.h"
@@ -25,7 +25,7 @@ void ReadDescriptor(Input& input, ZmImageDescEx& desc)
     memset(static_cast<void*>(&desc), 0, sizeof(desc));
     const uint8_t format = input.Byte();
     ZmPixelFormat2ImageDesc(ZM_PIXELFORMAT(format % 32), desc);
-    if (format & 0x80) {  // masks of the input's own, or what is left of the format's
+    if (format & 0x80) {  // masks from the input, or what it leaves of the format's masks
         uint32_t* const masks[4] = {&desc.RedMask, &desc.GreenMask, &desc.BlueMask, &desc.AlphaMask};
         for (uint32_t* mask : masks) {
             *mask ^= input.Word();
@@ -41,7 +41,7 @@ void ReadDescriptor(Input& input, ZmImageDescEx& desc)
     desc.Height = int8_t(input.Byte());
 }
 
-/// Blocks as large as the lines and entries need.
+/// Blocks exactly as large as the lines and entries need.
 void ReadPixels(Input& input, Image& image)
 {
     ZmImageDescEx& desc = image.desc;

@@ -1,5 +1,5 @@
-// Texts as configurations, from a file and from memory. Both must give one tree where they promise it, and a tree that
-// was read must come back from the file that it is saved to.
+// Arbitrary texts as configurations, from a file and from memory. Where both are documented to agree, they must give
+// the same tree, and a tree that was read must load unchanged from the file to which it is saved.
 
 #include "ZmConfiguration.h"
 #include "ZmFileSystem.h"

@@ -6,7 +6,7 @@
 
 #include <algorithm>
 
-/// What a fuzz target reads its choices from; zeros follow the end.
+/// The source of a fuzz target's choices. Beyond the end it yields zeros.
 class Input {
 public:
     Input(const uint8_t* data, size_t size) : m_Data(data), m_Size(size) {}

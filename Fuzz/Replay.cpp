@@ -1,4 +1,4 @@
-// Gives the files of a folder, one after another, to a fuzz target.
+// Runs a fuzz target on each file of a folder.
 
 #include <stdint.h>
 #include <stdio.h>

@@ -1,6 +1,6 @@
-# Shared by the scripts of this folder, which source it. They work from any
-# current directory, without a terminal, as root or with sudo, and write into
-# the build folder only.
+# Functions for the scripts of this folder, which source this file. The scripts
+# work from any current directory, without a terminal, as root or with sudo, and
+# write only into the build folder.
 set -euo pipefail
 exec </dev/null
 
@@ -11,7 +11,7 @@ die() {
     exit 1
 }
 
-# install_packages <group>...: what Scripts/packages names and is not there yet.
+# install_packages <group>...: installs the missing packages of the groups in Scripts/packages.
 install_packages() {
     local group package missing=()
     if ! command -v dpkg-query >/dev/null || ! command -v apt-get >/dev/null; then
@@ -43,14 +43,14 @@ install_packages() {
     fi
 }
 
-# build <preset> [target]: configures and builds, silent unless it fails.
+# build <preset> [target]: configures and builds; prints nothing unless it fails.
 build() {
     local preset=$1 log=$project/build/$1/build.log
     mkdir -p "$(dirname "$log")"
     if ! { cd "$project" && cmake --preset "$preset" &&
         cmake --build --preset "$preset" ${2+--target "$2"}; } >"$log" 2>&1; then
         echo "The $preset build failed:"
-        # Neither progress nor command lines.
+        # Filters out progress and command lines.
         awk 'length < 300 && !/^(\[[0-9]+\/[0-9]+\]|-- |Preset CMake|  [A-Z][A-Za-z_:]*=)/' "$log" | tail -n 60
         echo "(the whole output is in $log)"
         return 1

@@ -20,7 +20,7 @@ float DistanceOf(const Zm2DVector& a, const Zm2DVector& b)
     return std::sqrt((b.x - a.x) * (b.x - a.x) + (b.y - a.y) * (b.y - a.y));
 }
 
-/// From a to b, of length 1.
+/// The unit vector from a to b.
 Zm2DVector Towards(const Zm2DVector& a, const Zm2DVector& b)
 {
     const float length = DistanceOf(a, b);
@@ -109,7 +109,7 @@ void Canvas::Path(const std::vector<Zm2DVector>& points, uint32_t colour, float 
 void Canvas::Arrow(const std::vector<Zm2DVector>& points, uint32_t colour, float width)
 {
     const float head = 4.5f * width;
-    // The head lies along the chord of the path's last part, and the path ends inside it.
+    // The head lies along the chord of the last part of the path; the shaft ends inside it.
     std::vector<Zm2DVector> shaft = points;
     const Zm2DVector tip = points.back();
     while (shaft.size() > 1 && DistanceOf(shaft.back(), tip) < head * 0.8f)

@@ -1,5 +1,5 @@
-// Draws the pictures of Documentation/Conventions.md into the current folder. Every arrow and place comes out of the
-// library's own functions: the pictures show what the code does.
+// Draws the pictures of Documentation/Conventions.md into the current folder. All arrows and positions are computed by
+// the library's own functions, so the pictures show what the code does.
 #include "Pictures.h"
 
 #include "ZmProcessor.h"
@@ -8,7 +8,7 @@
 
 int main()
 {
-    // On the vector path lengths are approximate, and differ between processors.
+    // Lengths on the vector path are approximate and differ between processors.
     ModifyProcessorFeatures(0, ZMPROCESSOR_FEATURE_SSE);
     const bool drawn = DrawRows() && DrawProducts() && DrawRotations() && DrawEulerOrder() && DrawHandedness() &&
                        DrawClipSpace() && DrawScreenSpace() && DrawPixelLayouts() && DrawLines();

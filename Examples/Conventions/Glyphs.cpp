@@ -4,7 +4,7 @@
 
 namespace {
 
-// Each point is two digits: x, and y with the base line at 2. Blanks part the strokes.
+// Each point is two digits: x, and y with the base line at 2. Blanks separate the strokes.
 const struct {
     char character;
     const char* strokes;

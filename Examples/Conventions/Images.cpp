@@ -5,7 +5,7 @@
 
 namespace {
 
-/// The bytes of a pixel of that colour in a format.
+/// The bytes of a pixel of the given colour in a format.
 std::array<unsigned char, 4> BytesOf(ZM_PIXELFORMAT format, uint32_t colour)
 {
     std::array<unsigned char, 4> bytes = {};
@@ -13,7 +13,7 @@ std::array<unsigned char, 4> BytesOf(ZM_PIXELFORMAT format, uint32_t colour)
     return bytes;
 }
 
-/// The cells of a pixel's bits, the highest of each byte first, in the colour of the channel that sets them.
+/// Draws the bits of a pixel as cells, the highest bit of each byte first, in the colour of the channel they belong to.
 void DrawBits(Canvas& canvas, float left, float top, ZM_PIXELFORMAT format)
 {
     const struct {
@@ -25,7 +25,7 @@ void DrawBits(Canvas& canvas, float left, float top, ZM_PIXELFORMAT format)
     for (int bit = 0; bit < bits; ++bit) {
         const size_t byte = size_t(bit) / 8;
         const unsigned char mask = (unsigned char)(0x80 >> bit % 8);
-        // What opaque black sets is alpha; what nothing sets is no channel's.
+        // The bits that opaque black sets are alpha; bits that no colour sets belong to no channel.
         uint32_t colour = (black[byte] & mask) != 0 ? kGrey : kWhite;
         for (const auto& channel : kChannels) {
             if (((BytesOf(format, channel.pixel)[byte] ^ black[byte]) & mask) != 0)
@@ -39,7 +39,7 @@ void DrawBits(Canvas& canvas, float left, float top, ZM_PIXELFORMAT format)
 
 constexpr int kWidth = 10, kHeight = 6;
 
-/// What the blitter sees, and where in memory each line begins.
+/// Draws the image as the blitter sees it, and where each line begins in memory.
 void DrawImage(Canvas& canvas, float left, const ZmImageDescEx& image, const uint32_t* memory)
 {
     uint32_t seen[kHeight][kWidth] = {};
@@ -83,7 +83,7 @@ bool DrawPixelLayouts()
 
 bool DrawLines()
 {
-    // A flag, line by line as it lies in memory.
+    // A flag, line by line as it is stored in memory.
     const char* const lines[kHeight] = {"PPPPPPPP..", "PRRRRRRRP.", "PRRRRRRRRP",
                                         "PWWWWWWWWP", "PWWWWWWWP.", "PPPPPPPP.."};
     uint32_t memory[kHeight * kWidth];

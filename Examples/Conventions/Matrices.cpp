@@ -13,7 +13,7 @@ std::string Number(float value)
     return text;
 }
 
-/// The letter F, so that turned and mirrored ones can be told apart.
+/// The letter F, so that rotated and mirrored ones can be told apart.
 const std::vector<ZmVector> kLetter = {{0, 0, 0},    {0.3f, 0, 0},    {0.3f, 0.7f, 0}, {0.8f, 0.7f, 0}, {0.8f, 1, 0},
                                        {0.3f, 1, 0}, {0.3f, 1.3f, 0}, {1, 1.3f, 0},    {1, 1.6f, 0},    {0, 1.6f, 0}};
 
@@ -27,7 +27,7 @@ std::vector<ZmVector> LetterThrough(const ZmMatrix& matrix)
     return corners;
 }
 
-/// Where the product takes the letter, and in outline where its two factors take it, one after the other.
+/// Draws the letter as the product transforms it and, in outline, as its two factors do, one after the other.
 void DrawProduct(Canvas& canvas, float left, const ZmMatrix& a, const ZmMatrix& b, const char* names)
 {
     const View view(kAhead, {left + 140, 300}, 52);

@@ -1,6 +1,6 @@
 #pragma once
 
-/// Each draws one picture into the current folder and returns whether it could be saved.
+/// Each function draws one picture into the current folder and returns whether it could be saved.
 bool DrawRows();
 bool DrawProducts();
 bool DrawRotations();

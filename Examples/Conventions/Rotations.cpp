@@ -28,7 +28,7 @@ ZmMatrix Quaternion(int axis, float angle)
     return res;
 }
 
-/// Three quarters of a turn of the next axis, in the order X, Y, Z, X; with dots by a second builder, unless null.
+/// Draws three quarters of a turn of the next axis, in the order X, Y, Z, X. A second builder, unless null, adds dots.
 void DrawTurn(Canvas& canvas, const Zm2DVector& centre, int axis, Builder build, Builder dotted)
 {
     const View view(kAslant, centre, 84);
@@ -61,7 +61,8 @@ ZmMatrix Turned(const ZmVector& angles)
     return res;
 }
 
-/// The frame that the angles give, and how it came from that with one angle 0, about an axis of the world.
+/// Draws the frame that the angles give, and how it results from the frame with one angle 0 by turning about a world
+/// axis.
 void DrawStage(Canvas& canvas, const Zm2DVector& centre, const ZmVector& angles, int turned)
 {
     const View view(kAslant, centre, 78);

@@ -5,7 +5,7 @@
 
 namespace {
 
-/// Two crates of one size, one behind the other, for the camera of `NewCamera()`.
+/// Two crates of equal size, one behind the other, for the camera of `NewCamera()`.
 const ZmBbox kCrates[] = {{{0.5f, 0.1f, 3.6f}, {0, -0.4f, 3.1f}}, {{-0.1f, 0.2f, 2.1f}, {-0.6f, -0.3f, 1.6f}}};
 constexpr uint32_t kCrateColours[] = {kBlue, kOrange};
 
@@ -20,7 +20,7 @@ ZmFrustum NewCamera()
     return camera;
 }
 
-/// Takes what the camera at the origin sees to clip space.
+/// The matrix that takes the view of the camera at the origin to clip space.
 ZmMatrix ProjectionOf(const ZmFrustum& camera)
 {
     const float depth = camera.FarDistance / (camera.FarDistance - camera.NearDistance);
@@ -31,7 +31,7 @@ ZmMatrix ProjectionOf(const ZmFrustum& camera)
     return projection;
 }
 
-/// In clip space, divided by w.
+/// The points in clip space, divided by w.
 std::vector<ZmVector> Projected(const ZmMatrix& projection, const std::vector<ZmVector>& points)
 {
     std::vector<ZmVector> res;
@@ -57,7 +57,7 @@ std::vector<ZmVector> CornersOf(const ZmFrustum& frustum)
     return corners;
 }
 
-/// The bits of an index are the sides on which a corner of a box lies.
+/// The bits of a corner's index say on which sides of the box it lies.
 void DrawBox(Canvas& canvas, const View& view, const std::vector<ZmVector>& corners, uint32_t colour, float width)
 {
     for (unsigned int from = 0; from < 8; ++from) {
@@ -68,7 +68,7 @@ void DrawBox(Canvas& canvas, const View& view, const std::vector<ZmVector>& corn
     }
 }
 
-/// Two rings of four corners, as the frustum gives them.
+/// Draws two rings of four corners each, in the order of the frustum.
 void DrawRings(Canvas& canvas, const View& view, const std::vector<ZmVector>& corners, uint32_t colour)
 {
     for (size_t i = 0; i < 4; ++i) {
@@ -94,7 +94,7 @@ std::string Whole(float value)
     return text;
 }
 
-/// A clip space's corner with its own coordinates.
+/// Labels a corner of clip space with its coordinates.
 void NameCorner(Canvas& canvas, const Zm2DVector& at, const ZmVector& corner, Align align)
 {
     canvas.Text(at, "(" + Whole(corner.x) + ", " + Whole(corner.y) + ", " + Whole(corner.z) + ")", kGrey, 15, align);
@@ -110,7 +110,7 @@ bool DrawHandedness()
     const std::vector<ZmVector> corners = CornersOf(frustum);
     DrawRings(canvas, view, corners, kGrey);
 
-    // By the indices of the planes: four corners whose middle lies in the plane.
+    // By plane index: four corners whose centre lies in the plane.
     const struct {
         const char* name;
         int corners[4];
@@ -178,7 +178,7 @@ bool DrawScreenSpace()
     canvas.Text({238, 180}, "x", kRed);
     canvas.Text({170, 108}, "y", kGreen, 17, Align::Centre);
 
-    // Its pixels go half as large onto the canvas.
+    // Drawn onto the canvas at half its size.
     const ZmRect screen(0, 0, 640, 480);
     const View pixels(kAhead, {430, 55}, 0.5f);
     const auto rectangle = [&](const ZmRect& r) {

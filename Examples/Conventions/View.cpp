@@ -17,7 +17,7 @@ View::View(const ZmVector& direction, const Zm2DVector& centre, float scale)
     const ZmMatrix camera(right, Cross(ahead, right), ahead, ZmVector::axis0());
     ZmMatrix toCamera = ZmMatrix::Identity();
     Zm3DInverseMatrix(toCamera, camera);
-    // On the canvas y counts downwards.
+    // On the canvas y points downwards.
     const ZmMatrix toCanvas({scale, 0, 0}, {0, -scale, 0}, {0, 0, 1}, {centre.x, centre.y, 0});
     Zm3DMultiplyMatrix(m_ToCanvas, toCanvas, toCamera);
 }
@@ -64,7 +64,7 @@ std::string NameOfAxis(const ZmVector& v)
 
 void DrawAxes(Canvas& canvas, const View& view, const ZmMatrix& frame, float length, float width, uint32_t colour)
 {
-    // The farthest first, so that near ones cover it.
+    // Back to front, so that near axes cover far ones.
     for (const int axis : {2, 0, 1}) {
         ZmVector end(0, 0, 0), name(0, 0, 0);
         end[axis] = length;

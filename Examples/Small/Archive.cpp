@@ -1,5 +1,5 @@
-// Ships the files of a level in one archive. What reads them takes a stream and does not care whether that is a file
-// of the disk, as while the level is edited, or an entry of the archive, as in the finished game.
+// Ships the files of a level in one archive. The reader takes a stream, which may be a file on disk, while the level is
+// edited, or an entry of the archive, in the finished game.
 #include <ZmMath.h>
 
 #include <cstdio>
@@ -44,24 +44,24 @@ int main()
     file.Close();
 
     ZmBigFile archive;
-    archive.Open("levels.zmbg", 1);  // makes an empty one
+    archive.Open("levels.zmbg", 1);  // creates an empty archive
     archive.Append("Cellar.lev", "cellar.lev", 0, 0);
     archive.Append("Credits.txt", "Written by the fireside.\n", 25);
     Percentage percentage;
-    const int saved = archive.Save(nullptr, &percentage);  // closes it, too
+    const int saved = archive.Save(nullptr, &percentage);  // also closes it
     std::printf("archive %s, %d %%\n", saved ? "saved" : "NOT saved", percentage.Last);
 
     archive.Open("levels.zmbg", 0);
     for (int i = 0; i < archive.GetEntryCount(); ++i)
         std::printf("  %-12s %3u bytes\n", archive.GetEntryName(i), archive.GetEntrySize(i));
 
-    // Names are found in any case, and without the folder that the engine asks for.
+    // Names are found in upper and lower case, and without the folder that the engine asks for.
     ZmSubFile entry;
     if (archive.Find("Data/Levels/CELLAR.LEV", &entry))
         PrintLevel("from inside:", entry);
     std::printf("attic.lev is %s\n", archive.Find("attic.lev", &entry) ? "there" : "not there");
 
-    // Leaves nothing behind; no file may be open for that.
+    // Cleans up; no file may be open for that.
     archive.Open("cellar.lev", 0);
     ZmDeleteFile("levels.zmbg");
     ZmDeleteFile("cellar.lev");

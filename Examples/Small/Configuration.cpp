@@ -1,5 +1,5 @@
-// The settings of a game: defaults that the program knows, a text file that the player may edit, and a change in the
-// options menu that goes back into that file. Everything happens in the current folder.
+// The settings of a game: defaults built into the program, a text file that the player may edit, and a change in the
+// options menu that is saved to that file. Everything happens in the current folder.
 #include <ZmMath.h>
 
 #include <cstdio>
@@ -50,7 +50,7 @@ int main()
     std::printf("%d x %d for %s\n", width, height, settings.GetEntry("player", 0)->GetValue());
     std::printf("shadows of %d texels\n", GetInteger(settings, "Video.Shadows", "Size", 512));
 
-    // The menu: what is there is changed, what is not is added.
+    // The menu changes existing entries and adds missing ones.
     ZmConfigurationEntry* old = nullptr;
     settings.AddEntry("Video", "Width", 1920, &old);
     if (old != nullptr)
@@ -60,7 +60,7 @@ int main()
     std::puts(settings.SaveToFile(kFile) ? "saved:" : "NOT saved:");
     Print(kFile);
 
-    // A mistake is told with its line, counted from 0.
+    // Errors are reported with their line, counted from 0.
     if (!settings.BuildFromMemory("player = Bob\n<Video>\nWidth 800\n</Video>\n\n", line, error))
         std::printf("line %d: %s\n", line, error.Text());
     ZmDeleteFile(kFile);

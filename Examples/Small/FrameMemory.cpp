@@ -35,7 +35,7 @@ void Move(XArray<Particle*>& particles)
     }
 }
 
-/// The points to draw, in a block for this frame.
+/// The points to draw, in a scratch block for this frame.
 ZmVector* Gather(const XArray<Particle*>& particles)
 {
     const unsigned int size = unsigned(particles.Size()) * unsigned(sizeof(ZmVector));
@@ -59,7 +59,7 @@ int main()
         float highest = 0;
         for (int i = 0; i < fountain.Size(); ++i)
             highest = points[i].y > highest ? points[i].y : highest;
-        XString* caption = memory.AllocateScratchString();  // the one of the frame before, with its storage
+        XString* caption = memory.AllocateScratchString();  // reuses the previous frame's string and its storage
         caption->Format("%5d  %9d  %7.3f", frame, fountain.Size(), highest);
         if (frame <= 2 || frame % 10 == 0)
             std::printf("%s  %14d  %5u\n", caption->Text(), memory.GetAllocatedScratchCount(),

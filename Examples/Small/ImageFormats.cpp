@@ -1,5 +1,5 @@
-// Converts a picture, a sunset over the sea, to formats of fewer bits and to 256 colours with a palette that is learnt
-// from it, tells what each costs in memory and quality, and saves the last one as a bitmap file, sunset.bmp.
+// Converts a picture, a sunset over the sea, to formats of fewer bits and to 256 colours with a palette learnt from it,
+// reports what each costs in memory and quality, and saves the last one as a bitmap file, sunset.bmp.
 #include <ZmMath.h>
 
 #include <cstdio>
@@ -10,7 +10,7 @@ namespace {
 
 constexpr int kSize = 128;
 
-/// A descriptor owns nothing, so something has to.
+/// Owns the pixels, since a descriptor does not.
 struct Image {
     explicit Image(ZM_PIXELFORMAT format)
     {
@@ -24,7 +24,7 @@ struct Image {
     std::vector<unsigned char> Pixels;
 };
 
-/// The mean difference of a colour channel is of 255.
+/// The mean difference of a colour channel is in units of 1/255.
 void Report(const char* name, const Image& original, const Image& converted, size_t bytes)
 {
     Image back(ZM_PF_32_ARGB8888);
@@ -55,7 +55,7 @@ int main()
         Report(ZmPixelFormat2String(format), sunset, converted, converted.Pixels.size());
     }
 
-    // As bitmap files want it: entries of blue, green, red and nothing; lines that lie upwards.
+    // As bitmap files require: entries of blue, green, red and a zero; lines from bottom to top.
     unsigned char palette[256 * 4] = {};
     Image indexed(ZM_PF_INDEXED8);
     indexed.Desc.Palette = palette;

@@ -1,5 +1,5 @@
-// Plays a key-framed gate: matrices between two keys keep their shape, which blending element by element does not.
-// Then takes a sheared matrix apart into translation, rotation and stretch, and puts it together again.
+// Plays a key-framed gate: the matrices between two keys keep their shape, as element-by-element blending would not.
+// Then decomposes a sheared matrix into translation, rotation and stretch, and recomposes it.
 #include <ZmMath.h>
 
 #include <cmath>
@@ -41,7 +41,7 @@ int main()
                     LengthOfX(Blended(t, closed, open)));
     }
 
-    // A banner that the wind shears and a giant wears: no scale along the axes describes it.
+    // A banner sheared by the wind and worn by a giant: no scale along the axes describes it.
     ZmMatrix banner({2, 0, 0}, {1, 2, 0}, {0, 0, 2}, {5, 6, 7});
     ZmQuaternion rotation, stretchAxes;
     ZmVector position, stretch;

@@ -1,5 +1,5 @@
-// The console that drops into the picture at the press of a key: a log listener of the game's own, which keeps the
-// last few messages, worse than a given level, for whoever draws them.
+// The drop-down console of a game: a custom log listener that keeps the last few messages above a given severity, ready
+// to be drawn.
 #include <ZmMath.h>
 
 #include <cstdio>
@@ -44,7 +44,7 @@ int main()
     ZmLog& log = ZmLog::GetLog();
     const int sound = log.RegisterModule("Sound"), script = log.RegisterModule("Script");
 
-    // The log makes the listener, by the factory of its type, and owns it.
+    // The log creates the listener through the factory of its type, and owns it.
     log.RegisterListenerFactory(kConsoleType, GameConsole::Make);
     auto* console = static_cast<GameConsole*>(log.RegisterListener(kConsoleType, "console", sound));
     console->AddModule(script);
@@ -55,10 +55,10 @@ int main()
     log.SetInformation(script, ZmLog::LEVEL_WARNING, __LINE__, __FILE__).Print("door %s has no key", "cellar");
     console->Draw();
 
-    // From threads that log at once: the pair that locks.
+    // For threads that log at the same time: this pair of functions locks.
     for (int tick = 1; tick <= 5; ++tick)
         log.SetInformationMT(script, ZmLog::LEVEL_ERROR, __LINE__, __FILE__).PrintMT("tick %d: nil value", tick);
     console->Draw();
 
-    log.UnregisterListener("console");  // destroys it, before this program's code goes
+    log.UnregisterListener("console");  // destroys it before this program's code is unloaded
 }

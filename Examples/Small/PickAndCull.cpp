@@ -1,5 +1,5 @@
-// What a level editor does with each frame and each click: leaves out the crates that the camera cannot see, and
-// finds the one under the mouse.
+// The work of a level editor at each frame and click: leaves out the crates that the camera cannot see, and finds the
+// one under the mouse.
 #include <ZmMath.h>
 
 #include <cfloat>
@@ -12,7 +12,7 @@ struct Crate {
     ZmMatrix World;
 };
 
-const ZmBbox kShape = {{1, 1, 1}, {-1, -1, -1}};  // the largest corner comes first
+const ZmBbox kShape = {{1, 1, 1}, {-1, -1, -1}};  // Max comes first
 
 Crate Place(const char* name, float x, float y, float z, float heading)
 {
@@ -24,7 +24,7 @@ Crate Place(const char* name, float x, float y, float z, float heading)
     return crate;
 }
 
-/// The ray through a pixel, whose y counts downwards. It reaches the far plane at t = 1.
+/// The ray through a pixel, with y pointing downwards. It reaches the far plane at t = 1.
 ZmRay RayThrough(const ZmFrustum& camera, const Zm2DVector& pixel, const Zm2DVector& screen)
 {
     const float u = 2 * pixel.x / screen.x - 1, v = 1 - 2 * pixel.y / screen.y;
@@ -33,7 +33,7 @@ ZmRay RayThrough(const ZmFrustum& camera, const Zm2DVector& pixel, const Zm2DVec
     return {camera.Origin, onNear * camera.FarNearRatio};
 }
 
-/// The box stays as it is and the ray comes into its space; t is the same in both.
+/// Transforms the ray into the space of the box; t is the same in both spaces.
 bool Hit(const Crate& crate, const ZmRay& ray, float& t)
 {
     ZmMatrix toCrate = ZmMatrix::Identity();

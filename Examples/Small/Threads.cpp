@@ -1,5 +1,5 @@
-// Loads the tiles of a terrain on three threads that take their work from one queue, while the main thread keeps
-// answering. How long it took goes to the standard error stream, since it differs from run to run.
+// Loads the tiles of a terrain on three threads that share one queue, while the main thread stays responsive. The time
+// taken is printed to the standard error stream, since it differs from run to run.
 #include <ZmMath.h>
 
 #include <cmath>
@@ -64,7 +64,7 @@ int main()
     Loader loaders[] = {{queue, "first"}, {queue, "second"}, {queue, "third"}};
     for (Loader& loader : loaders) {
         loader.SetPriority(ZmThread::PRIORITY_BELOW_NORMAL);
-        loader.CreateThread(nullptr, nullptr);  // on Run()
+        loader.CreateThread(nullptr, nullptr);  // runs Run()
     }
 
     unsigned int sum = 0;

@@ -1,5 +1,5 @@
-// Moves a whole vertex buffer in one call per component, in place: positions by the matrix of the object, normals by
-// its transposed inverse, so that they stay upright on a roof that is stretched. Colours are not touched.
+// Transforms a whole vertex buffer in place, one call per component: positions by the matrix of the object, normals by
+// its transposed inverse, so that they stay perpendicular to a stretched surface. Colours are not touched.
 #include <ZmMath.h>
 
 #include <cmath>
@@ -44,7 +44,7 @@ int main()
                     n.z, unsigned(vertex.Colour));
     }
 
-    // The stretched slope falls 2 units on 6, and its normal stands on it.
+    // The stretched slope falls 2 units over 6, and its normal is perpendicular to it.
     const ZmVector slope = roof[1].Position - roof[0].Position;
     std::printf("slope 1:%.0f, cosine between slope and normal %.2f\n", Length({slope.x, 0, slope.z}) / slope.y,
                 std::fabs(Dot(slope, roof[0].Normal)) / Length(slope));

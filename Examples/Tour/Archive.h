@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
-/// Packs files into an archive, each under its name without the folder. What is there is replaced.
+/// Packs files into an archive, each under its name without the folder. Replaces an existing archive.
 bool PackFiles(const std::string& archive, const std::vector<std::string>& paths, std::string& error);
 
-/// The bytes of a packed file, found by its path or name.
+/// Reads a packed file, which is found by its path or name.
 bool ReadPacked(const std::string& archive, const std::string& path, std::string& bytes, std::string& error);

@@ -4,7 +4,7 @@
 
 #include <vector>
 
-/// A descriptor with pixels of its own. The bytes of the default are red, green and blue, as files want them.
+/// A descriptor that owns its pixels. By default the bytes are red, green and blue, as image files need them.
 struct Image {
     Image(int width, int height, ZM_PIXELFORMAT format = ZM_PF_24_BGR888)
     {

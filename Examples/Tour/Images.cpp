@@ -8,7 +8,7 @@
 
 namespace {
 
-/// A rectangle of an image: it shares the pixels and the pitch.
+/// A rectangle of an image; shares its pixels and pitch.
 ZmImageDescEx Part(const ZmImageDescEx& image, int x, int y, int width, int height)
 {
     ZmImageDescEx part = image;
@@ -18,7 +18,7 @@ ZmImageDescEx Part(const ZmImageDescEx& image, int x, int y, int width, int heig
     return part;
 }
 
-/// The picture's pixels as they are, 32 bits each.
+/// Describes the picture's own pixels, 32 bits each.
 ZmImageDescEx Describe(const Picture& picture)
 {
     ZmImageDescEx desc = {};
@@ -35,7 +35,7 @@ void DrawTrueColours(const ZmImageDescEx& picture, Image& res)
     ZmDoBlit(picture, res.Desc);
 }
 
-/// To 256 colours and back.
+/// Converts to 256 colours and back.
 void DrawPalette(const ZmImageDescEx& picture, Image& res)
 {
     unsigned char colours[256 * 4] = {};
@@ -47,7 +47,7 @@ void DrawPalette(const ZmImageDescEx& picture, Image& res)
     ZmDoBlit(indexed.Desc, res.Desc);
 }
 
-/// Bands from left to right: each goes through a format of few bits.
+/// Vertical bands, each converted through a format of few bits.
 void DrawFormats(const ZmImageDescEx& picture, Image& res)
 {
     constexpr ZM_PIXELFORMAT kFormats[] = {ZM_PF_24_RGB888, ZM_PF_16_RGB565, ZM_PF_16_ARGB4444, ZM_PF_8_RGB332,
@@ -63,7 +63,7 @@ void DrawFormats(const ZmImageDescEx& picture, Image& res)
     }
 }
 
-/// All levels from half the size on, one after another.
+/// All mipmap levels from half the size on, side by side.
 void DrawMipmaps(const ZmImageDescEx& picture, Image& res)
 {
     ZmImageDescEx level = picture;
@@ -76,7 +76,7 @@ void DrawMipmaps(const ZmImageDescEx& picture, Image& res)
     }
 }
 
-/// The widths of all levels from half the size on, until both sides are one pixel.
+/// The total width of all levels from half the size on, until both sides are one pixel.
 int WidthOfMipmaps(int width, int height)
 {
     int sum = 0;

@@ -4,9 +4,9 @@
 
 #include <string>
 
-/// From here on the tour writes what it does to tour.log in that folder.
+/// Starts logging to tour.log in that folder.
 void StartLog(const std::string& folder);
 
-/// Where the next message comes from; to be followed by PrintMT().
+/// Sets the source line of the next message; call PrintMT() on the result.
 ZmLog& Info(int line);
 ZmLog& Error(int line);

@@ -24,7 +24,7 @@ uint64_t Edge(uint32_t from, uint32_t to)
     return uint64_t(from) << 32 | to;
 }
 
-// Closed when each directed edge appears once and has its opposite.
+// A mesh is closed if each directed edge appears once and so does its opposite.
 bool IsClosed(const Mesh& mesh)
 {
     std::vector<uint64_t> edges;
@@ -58,7 +58,7 @@ void TurnInsideOut(Mesh& mesh)
         std::swap(mesh.Indices[i + 1], mesh.Indices[i + 2]);
 }
 
-// The vector product grows with the triangle, so its sum is weighted by area.
+// The length of the cross product is proportional to the area, so the sum is weighted by area.
 void ComputeNormals(Mesh& mesh)
 {
     for (Vertex& vertex : mesh.Vertices)
@@ -102,7 +102,7 @@ void ComputeBox(Mesh& mesh)
     }
 }
 
-// The bulk functions only read their sources; their record has one pointer for both uses.
+// The bulk functions only read their sources, but their record has one pointer type for both uses.
 ZmStridedData Positions(const Mesh& mesh)
 {
     return {const_cast<ZmVector*>(&mesh.Vertices.front().Position), sizeof(Vertex)};

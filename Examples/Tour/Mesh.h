@@ -6,8 +6,8 @@
 #include <cstdint>
 #include <vector>
 
-/// One vertex of an interleaved buffer. `Sky` and `Ground` say how much light from
-/// above and from below reaches it, 0 to 1 each.
+/// One vertex of an interleaved buffer. `Sky` and `Ground` are the shares of light, 0 to 1, that reach it from above
+/// and from below.
 struct Vertex {
     ZmVector Position;
     ZmVector Normal;
@@ -16,25 +16,25 @@ struct Vertex {
 };
 static_assert(sizeof(Vertex) == 32, "the tour shows 32-byte strides");
 
-/// Triangles whose vertex product (b - a) x (c - a) points outwards.
+/// Triangles whose cross product (b - a) x (c - a) points outwards.
 struct Mesh {
     std::vector<Vertex> Vertices;
-    std::vector<uint32_t> Indices;  ///< three a triangle, always valid
+    std::vector<uint32_t> Indices;  ///< three per triangle, always valid
     ZmBbox Box{};
-    bool Closed = false;  ///< nobody can look at a triangle from behind
+    bool Closed = false;  ///< no back face is ever visible
 
     size_t TriangleCount() const { return Indices.size() / 3; }
 };
 
-/// Makes any mesh fit for the scene: centred over the origin, standing on y = 0, its
-/// largest side 1, normals smooth and pointing outwards. False when it has no size.
+/// Normalises any mesh for the scene: centred over the origin, resting on y = 0, with the largest side 1 and smooth
+/// normals that point outwards. Returns false if the mesh has no size.
 bool PrepareMesh(Mesh& mesh);
 
 void ComputeBox(Mesh& mesh);
 
-/// One component of the vertices as the library's bulk functions take it.
+/// One component of the vertices, as the library's bulk functions expect it.
 ZmStridedData Positions(const Mesh& mesh);
 ZmStridedData Normals(const Mesh& mesh);
 
-/// `v` in unit length, or `fallback` where it is too short to have a direction.
+/// `v` normalised, or `fallback` if it is too short to have a direction.
 ZmVector Unit(const ZmVector& v, const ZmVector& fallback = ZmVector::axisY());

@@ -6,7 +6,7 @@
 
 namespace {
 
-// Coordinates beyond this could overflow when differences are squared.
+// Larger coordinates could overflow when differences are squared.
 const float kMaxCoordinate = 1e15f;
 // The library counts elements in int.
 const uint32_t kMostVertices = INT32_MAX;
@@ -29,7 +29,7 @@ private:
     Mesh& m_Mesh;
     size_t m_Line = 0;
     std::vector<uint32_t> m_Polygon;
-    // Faces may come before their vertices, so the largest index is checked at the end.
+    // Faces may precede their vertices, so the largest index is checked at the end.
     uint32_t m_LargestIndex = 0;
     size_t m_LargestIndexLine = 0;
 };
@@ -46,8 +46,8 @@ const char* SkipSpace(const char* text)
     return text;
 }
 
-// Reads one line without its end. A backslash there continues it on the next one,
-// except in comments, where it is likely to end a path.
+// Reads one line without its end. A trailing backslash continues it on the next line, except in comments, where it is
+// likely to end a path.
 bool ReadLine(std::istream& file, std::string& line, size_t& lineCount)
 {
     line.clear();
@@ -118,7 +118,7 @@ bool Parser::Vertices(const char* text)
     return true;
 }
 
-// One of v, v/vt, v//vn and v/vt/vn, counted from 1, or from the last when negative.
+// Parses v, v/vt, v//vn or v/vt/vn. Indices count from 1, or backwards from the last if negative.
 bool Parser::Corner(const char*& text, uint32_t& index)
 {
     long long position = 0, other = 0;
@@ -156,7 +156,7 @@ bool Parser::Face(const char* text)
     }
     if (m_Polygon.size() < 3)
         return Fail("a face needs three corners");
-    // Mirroring Z has turned the winding; the swapped order turns it back.
+    // Mirroring Z has reversed the winding; swapping the order restores it.
     for (size_t i = 2; i < m_Polygon.size(); ++i)
         m_Mesh.Indices.insert(m_Mesh.Indices.end(), {m_Polygon[0], m_Polygon[i], m_Polygon[i - 1]});
     return true;

@@ -5,14 +5,14 @@
 
 namespace {
 
-const float kBoxReach = 30;   // boxes farther away are left out of the picture itself
-const float kMapReach = 110;  // where the frustum ends on the map, behind the last copy
+const float kBoxReach = 30;   // boxes farther away are not drawn in the main picture
+const float kMapReach = 110;  // the far end of the frustum on the map, behind the last copy
 const ZmBbox kCube = {{1, 1, 1}, {-1, -1, -1}};
 
 const ZmColor kBoxColor(1, 1, 1, 0.5f), kPickedColor(1, 0.85f, 0.1f, 1);
 const ZmColor kWithin(0.45f, 1, 0.45f, 0.8f), kWithout(1, 0.4f, 0.3f, 0.8f), kFrustumColor(1, 1, 1, 0.9f);
 
-// Takes the cube from -1 to 1 onto the best-fit box of a model.
+// Maps the cube from -1 to 1 onto the best-fit box of a model.
 ZmMatrix FittedBox(const ZmMatrix& fit, const Model& model)
 {
     ZmMatrix placed;
@@ -58,7 +58,7 @@ void DrawFrustum(Wire& wire, ZmFrustum frustum)
     frustum.FarDistance = kMapReach;
     frustum.Update();
     ZmVector v[8];
-    frustum.ComputeVertices(v);  // two rectangles, each in turn
+    frustum.ComputeVertices(v);  // two rectangles, each in cyclic order
     wire.Box({v[0], v[1], v[3], v[2], v[4], v[5], v[7], v[6]}, kFrustumColor);
 }
 
@@ -68,7 +68,7 @@ void DrawPicked(Wire& wire, const PickedTriangle& picked)
         wire.Line(picked.Corners[i], picked.Corners[(i + 1) % 3], kPickedColor);
 }
 
-// Four ticks around the mouse point, which leave the point itself free.
+// Draws four ticks around the mouse point and leaves the point itself free.
 void DrawCrosshair(Wire& wire, const ZmFrustum& camera, const ZmRay& mouse)
 {
     const ZmVector point = mouse.Origin + mouse.Direction, right = camera.Right, up = camera.Up;
@@ -100,7 +100,7 @@ void Darken(Picture& picture, const RKRECT& window)
             Blend(picture.Pixels[size_t(y) * size_t(picture.Width) + size_t(x)], ZmColor(0.02f, 0.03f, 0.05f, 0.72f));
 }
 
-// High up beside the meadow, looking down across it.
+// A view from high up beside the meadow, looking down across it.
 ZmMatrix MapView(const RKRECT& window)
 {
     const float aspectRatio = float(window.bottom - window.top) / float(window.right - window.left);

@@ -3,7 +3,7 @@
 #include "Pick.h"
 #include "Picture.h"
 
-/// What the queries find, drawn over the picture: best-fit boxes around the copies of the mesh, the picked triangle,
-/// and in a corner the frustum from outside with all boxes, those within it green.
+/// Draws the results of the queries over the picture: best-fit boxes around the copies of the mesh, the picked
+/// triangle, and in a corner the frustum from outside with all boxes; those inside it are green.
 void DrawOverlay(Picture& picture, const Scene& scene, const ZmMatrix& worldToClip, const ZmRay& mouse,
                  const PickedTriangle& picked);

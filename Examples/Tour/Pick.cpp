@@ -9,7 +9,7 @@ ZmVector Placed(const Model& model, const ZmVector& v)
     return placed;
 }
 
-// The parameter along the ray is the same in the world and in the model's space.
+// The parameter along the ray is the same in world space and in model space.
 void PickIn(const Model& model, const ZmRay& ray, float& nearest, PickedTriangle& picked)
 {
     const Mesh& mesh = *model.Shape;

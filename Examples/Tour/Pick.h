@@ -4,12 +4,12 @@
 
 /// The nearest triangle under a point of the picture.
 struct PickedTriangle {
-    const Model* Of = nullptr;  ///< null: only sky was there
-    size_t Triangle = 0;        ///< its number in the mesh
+    const Model* Of = nullptr;  ///< null if the ray hit only sky
+    size_t Triangle = 0;        ///< its index in the mesh
     ZmVector Corners[3];        ///< in the world
-    ZmVector Point;             ///< where the ray meets it
+    ZmVector Point;             ///< where the ray hits it
     float Distance = 0;         ///< from the eye
 };
 
-/// Boxes first, then the triangles of what is left, in the model's own space.
+/// Tests the boxes first, then the triangles of the remaining models, in model space.
 PickedTriangle Pick(const std::vector<VisibleModel>& visible, const ZmRay& ray);

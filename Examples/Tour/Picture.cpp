@@ -10,11 +10,10 @@
 
 namespace {
 
-const int kSamples = 3;  // a side: nine in each pixel
+const int kSamples = 3;  // per side: nine in each pixel
 const int kStripRows = 32;
 
-// Some rows of the picture at the resolution of the samples. One thread draws it, and uses its memory again for its
-// next rows.
+// Some rows of the picture at sample resolution. Used by one thread, which reuses its memory for its next rows.
 class Strip {
 public:
     Strip(int width, int height) : m_Width(width * kSamples), m_Height(height * kSamples) {}
@@ -66,8 +65,7 @@ void Strip::Draw(const VisibleModel& visible, const ZmMatrix& worldToClip)
     });
 }
 
-// Squeezes light of any strength below 1, as film does: more contrast in the middle,
-// less in the lights.
+// Compresses light of any strength to below 1, as film does: more contrast in the mid-tones, less in the highlights.
 ZmVector Develop(const ZmVector& light)
 {
     const float contrast = 1.28f, middle = 0.42f, white = 4.0f;
@@ -83,7 +81,7 @@ float ToScreen(float linear)
     return linear <= 0.0031308f ? 12.92f * linear : 1.055f * std::pow(linear, 1 / 2.4f) - 0.055f;
 }
 
-// Averages what an eye would average: developed, but still linear light.
+// Averages like the eye: tone-mapped, but still linear light.
 ZmVector Strip::PixelLight(const Scene& scene, const Shading& shading, int x, int y) const
 {
     ZmVector sum = ZmVector::axis0();
@@ -103,7 +101,7 @@ void Strip::Resolve(const Scene& scene, const Shading& shading, Picture& picture
     for (int y = m_Top / kSamples; y < m_Bottom / kSamples; ++y) {
         for (int x = 0; x < picture.Width; ++x) {
             const ZmVector light = PixelLight(scene, shading, x, y);
-            // Noise as large as a step of 8 bits hides the steps in a smooth sky.
+            // Noise of one 8-bit step hides banding in a smooth sky.
             const float noise = (Hash(x, ~y) - 0.5f) / 255;
             const auto channel = [&](float c) { return std::clamp(ToScreen(c) + noise, 0.0f, 1.0f); };
             const ZmColor color(channel(light.x), channel(light.y), channel(light.z));

@@ -9,7 +9,7 @@ const int kRounds = 20;
 const size_t kBenchVertices = 32768;
 const int kRepeats = 24;
 
-// Puts the feature word back, whatever happened to it meanwhile.
+// Restores the feature word on destruction.
 class FeatureGuard {
 public:
     FeatureGuard() : m_Word(GetProcessorFeatures()) {}
@@ -34,8 +34,8 @@ std::string WithSingleSpaces(const char* text)
     return result;
 }
 
-// Millions of vertices a second through the transform that draws the picture: best of
-// several rounds, since other programs can only slow a round down.
+// Millions of vertices per second through the transform that draws the picture: best of several rounds, since other
+// programs can only slow a round down.
 double MeasureTransform(const Mesh& mesh, const ZmMatrix& matrix, std::vector<ZmVector4>& results)
 {
     const ZmStridedData source = Positions(mesh), destination(results.data(), sizeof(ZmVector4));

@@ -2,5 +2,5 @@
 
 #include "Tour.h"
 
-/// Prints what the tour did and how fast, bulk transforms on both paths included; those take a moment.
+/// Prints what the tour did and how fast. Includes bulk transforms on both paths, which take a moment.
 void PrintReport(const Tour& tour);

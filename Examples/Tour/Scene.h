@@ -13,13 +13,13 @@ enum class Material {
     Statue
 };
 
-/// A mesh in its place.
+/// An instance of a mesh.
 struct Model {
     const Mesh* Shape;
     Material Made;
     ZmMatrix World;
-    ZmBbox Box;      ///< in the world
-    ZmVector Color;  ///< share of red, green and blue light that it gives back
+    ZmBbox Box;      ///< in world space
+    ZmVector Color;  ///< share of red, green and blue light that it reflects
 
     bool IsLeaf() const { return Made == Material::Grass || Made == Material::Flower; }
     bool HasTwoSides() const { return IsLeaf() || (Made == Material::Statue && !Shape->Closed); }
@@ -30,7 +30,7 @@ struct Sun {
     ZmVector Color;
 };
 
-/// Everything that is in the picture. Meshes stay at their addresses.
+/// All contents of the picture. Meshes keep their addresses.
 struct Scene {
     ZmFrustum Camera;
     Sun Light;
@@ -40,12 +40,12 @@ struct Scene {
     void Add(const Mesh& shape, Material made, const ZmMatrix& world, const ZmVector& color);
 };
 
-/// A model that may be seen, and the rows of the picture that it can touch.
+/// A potentially visible model and the rows of the picture that it can touch.
 struct VisibleModel {
     const Model* Shown;
     float Distance;
     int FirstRow, EndRow;
 };
 
-/// The models whose world boxes are not wholly outside the view, nearest first.
+/// The models whose world boxes are not entirely outside the view, nearest first.
 std::vector<VisibleModel> ModelsInView(const Scene& scene, const ZmMatrix& worldToClip, int width, int height);

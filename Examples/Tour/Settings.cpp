@@ -16,8 +16,8 @@ const struct {
     {"FieldOfView", &CameraSettings::FieldOfView, 0.1f, 2.5f},
 };
 
-// The configuration keeps no lines. So a text that says where something is wrong looks for the place: the line of an
-// entry, or of the tag of a section if the name is empty; the last line if there is none.
+// The configuration does not record line numbers, so error messages search the text: for the line of an entry, or of
+// the tag of a section if the name is empty; the last line if neither is found.
 int LineOf(const std::string& scene, const std::string& section, const std::string& name)
 {
     std::istringstream lines(scene);
@@ -53,7 +53,7 @@ public:
     SettingsReader(const std::string& path, const std::string& text, Settings& settings)
         : m_Path(path), m_Text(text), m_Settings(settings)
     {
-        // A text in memory keeps its carriage returns.
+        // Text in memory keeps its carriage returns.
         m_Text.erase(std::remove(m_Text.begin(), m_Text.end(), '\r'), m_Text.end());
     }
 
@@ -61,7 +61,7 @@ public:
     {
         int line = 0;
         XString message;
-        // It also loses its last line.
+        // The last line is not read, so one is appended.
         if (m_Tree.BuildFromMemory((m_Text + "\n\n").c_str(), line, message) == 0)
             return FailAt(line + 1, message.Text());
         return Sections() && Picture() && Camera() && Sun() && Models();
@@ -81,7 +81,7 @@ private:
         return FailAt(LineOf(m_Text, section, name), section + (name.empty() ? "" : "." + name) + ": " + message);
     }
 
-    // Calls use(entry) for each entry of the section while that returns true.
+    // Calls use(entry) for each entry of the section until it returns false.
     template <class Use>
     bool ForEach(const char* section, Use&& use)
     {
@@ -95,7 +95,7 @@ private:
         return true;
     }
 
-    // The entries that the section has to have, and no others.
+    // Checks that the section has exactly these entries.
     bool HasOnly(const char* section, const std::vector<std::string>& names)
     {
         for (const std::string& name : names) {

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-/// A copy of the mesh: where it stands, and which of the colours it has.
+/// A copy of the mesh: its position and the index of its colour.
 struct Spot {
     float X, Z, Size, Heading;
     size_t Color;
@@ -15,7 +15,7 @@ struct CameraSettings {
     float EyeHeight, LookDown, FieldOfView;
 };
 
-/// What the scene file says; Data/tour.cfg explains it.
+/// The contents of the scene file; Data/tour.cfg explains them.
 struct Settings {
     int Width, Height;
     CameraSettings Camera;
@@ -28,13 +28,13 @@ struct Settings {
 const int kMinSize = 64;
 const int kMaxSize = 8192;
 
-/// Three numbers with commas between them, in the order of the record and within the limits of scene files. False when
-/// `text` is something else.
+/// Parses comma-separated triples of numbers, in the order of the record and within the limits of scene files. Returns
+/// false if `text` is anything else.
 bool ReadCamera(const char* text, CameraSettings& res);
 
-/// What ReadCamera() reads back to the same bits.
+/// A text that ReadCamera() reads back to the same bits.
 std::string CameraText(const CameraSettings& camera);
 
-/// Reads the text of a scene file. False with a message in `error`, which begins with the file's path and the line,
-/// when something is missing, unknown or makes no sense.
+/// Parses the text of a scene file. Returns false if something is missing, unknown or invalid, with a message in
+/// `error` that begins with the file's path and the line.
 bool ReadSettings(const std::string& path, const std::string& text, Settings& settings, std::string& error);

@@ -1,6 +1,6 @@
-// The tour. Its stages stand below in kStages, in the order of the functions above it; each of them shows one family
-// of the library, and returns false with a reason in tour.Error when it fails. What draws the scene and makes it
-// pretty is in Drawing/.
+// The tour. Its stages are listed in kStages below, in the order of the functions above it. Each stage shows one family
+// of the library and returns false, with a reason in tour.Error, if it fails. The drawing and shading code is in
+// Drawing/.
 
 #include "Tour.h"
 
@@ -111,7 +111,7 @@ bool CullModels(Tour& tour)
     return true;
 }
 
-// A frame: the shadow maps, then the picture.
+// Draws a frame: the shadow maps, then the picture.
 float DrawFrame(const Tour& tour, int threads, Picture& picture, DrawCounts& counts)
 {
     ZmTimeProfiler clock;
@@ -164,7 +164,8 @@ bool WriteImages(Tour& tour)
     return SaveImages(tour.Drawn, tour.Asked.OutputFolder, tour.Files, tour.Error);
 }
 
-// In the user's settings, for the next tour; a camera of the scene is not, so that changes of the scene are seen.
+// Stores the camera in the user's settings for the next tour. The scene's own camera is not stored, so that later
+// changes to the scene take effect.
 bool KeepCamera(Tour& tour)
 {
     RememberCamera(tour.CameraOf == CameraSource::SCENE ? nullptr : &tour.Said.Camera);

@@ -16,11 +16,11 @@ enum class CameraSource {
     LAST_TOUR
 };
 
-/// What the stages of the tour hand on to each other, in the order in which they do.
+/// The data that the stages of the tour pass on, in the order of the stages.
 struct Tour {
     Options Asked;
-    std::string Archive;  ///< path of the file that holds all that is read
-    Settings Said{};      ///< by the scene file
+    std::string Archive;  ///< path of the archive that holds all input files
+    Settings Said{};      ///< from the scene file
     CameraSource CameraOf = CameraSource::SCENE;
     Mesh Statue;
     Relief Pebbles;
@@ -33,14 +33,14 @@ struct Tour {
     DrawCounts Counts;
     float FrameOnAll = 0, FrameOnOne = 0;  ///< milliseconds
 
-    ZmRay Mouse{};  ///< from the eye through the point that was asked for
+    ZmRay Mouse{};  ///< from the eye through the requested point
     PickedTriangle Picked;
-    std::vector<std::string> Files;  ///< the pictures that were written
+    std::vector<std::string> Files;  ///< the pictures written
 
     struct StageTime {
         const char* Stage;
         float Milliseconds;
     };
     std::vector<StageTime> Times;
-    std::string Error;  ///< why the last stage has failed
+    std::string Error;  ///< why the last stage failed
 };

@@ -2,14 +2,13 @@
 
 #include "Mesh.h"
 
-/// One model's vertices on their way to the screen; the memory is used again for
-/// the next model.
+/// The transformed vertices of one model; the memory is reused for the next model.
 class TransformedMesh {
 public:
-    /// All positions to clip space, and the sides of it on which each one lies outside.
+    /// Transforms all positions to clip space and computes the sides on which each lies outside.
     void ToClipSpace(const Mesh& mesh, const ZmMatrix& modelToClip);
 
-    /// All normals by the linear part of `modelToWorld`; not of unit length if that scales.
+    /// Transforms all normals by the linear part of `modelToWorld`; they are not of unit length if that scales.
     void TurnNormals(const Mesh& mesh, const ZmMatrix& modelToWorld);
 
     std::vector<ZmVector4> Clip;

@@ -2,15 +2,15 @@
 
 #include "ZmMath.h"
 
-/// World to the homogeneous clip space of ZMCLIP_FLAGS, as `frustum` sees it; w is
-/// the distance along its direction.
+/// World space to the homogeneous clip space of ZMCLIP_FLAGS, as seen by `frustum`; w is the distance along its
+/// direction.
 ZmMatrix PerspectiveView(const ZmFrustum& frustum);
 
-/// World turned so that Z points along `direction`, a unit vector.
+/// Rotates the world so that Z points along `direction`, a unit vector.
 ZmMatrix LookAlong(const ZmVector& direction);
 
-/// After LookAlong(): the inside of `box` to clip space, without perspective.
+/// Projects the inside of `box`, after LookAlong(), to clip space without perspective.
 ZmMatrix OrthographicProjection(const ZmBbox& box);
 
-/// From the eye through the middle of a sample; the direction reaches 1 along the camera's.
+/// The ray from the eye through the centre of a sample; its direction reaches 1 along the camera's.
 ZmRay RayThrough(const ZmFrustum& camera, float x, float y, int width, int height);

@@ -11,19 +11,19 @@
 
 namespace {
 
-/// Items that are still to be done.
+/// A queue of pending items.
 class Queue {
 public:
     explicit Queue(int count) : m_Count(count) {}
 
-    /// The next item; -1 when none is left.
+    /// Takes the next item; -1 if none is left.
     int Take()
     {
         const ZmMutexHolder holder(m_Mutex);
         return m_Next < m_Count ? m_Next++ : -1;
     }
 
-    /// Leaves nothing for anybody to take, and keeps the first of the reasons.
+    /// Discards the remaining items and keeps the first reason.
     void GiveUp(const std::exception_ptr& reason)
     {
         const ZmMutexHolder holder(m_Mutex);
@@ -49,7 +49,7 @@ public:
         SetName(("Worker " + std::to_string(number)).c_str());
     }
 
-    // The thread needs its object to the end.
+    // The thread needs its object until it ends.
     ~Worker() override
     {
         Wait(nullptr, 0);
@@ -75,7 +75,7 @@ private:
 
 }  // namespace
 
-// The caller only waits, also for a single thread: then all work is done in the same floating-point mode, which threads
+// The caller only waits, even for a single thread: so all work is done in the same floating-point mode, which threads
 // do not inherit from the main thread on every system.
 void ShareOut(int threads, int count, const std::function<void(int worker, int item)>& work)
 {

@@ -6,7 +6,7 @@
 
 namespace zm {
 
-/// A part of a line, without a terminator of its own.
+/// A part of a line, without a terminator.
 class ConfigurationReader::Span : public XBaseString {
 public:
     Span(const char* begin, const char* end)
@@ -15,7 +15,7 @@ public:
         m_Length = uint16_t(end - begin);
     }
 
-    /// Without the blanks at both ends. Carriage returns stay: where they end lines, reading has dropped them.
+    /// Without blanks at both ends. Carriage returns stay; those at line ends were dropped while reading.
     static Span Trimmed(const char* begin, const char* end)
     {
         while (begin != end && IsBlank(*begin)) {
@@ -56,15 +56,15 @@ int ConfigurationReader::ReadFile(const char* path)
     return 1;
 }
 
-// A line is read only if text follows it, so the last one is not: callers end their texts with one that they can
-// spare (ConfigurationFormatTest, TextsAndTheirTrees).
+// A line is read only if text follows it, so the last line is not read: callers end their texts with an extra line
+// (ConfigurationFormatTest, TextsAndTheirTrees).
 int ConfigurationReader::ReadText(const char* text, size_t length)
 {
     m_Line = 0;
     const char* const end = text + length;
     for (const char* begin = text; begin != end;) {
         const size_t most = std::min(size_t(end - begin), size_t(kMaxLine));
-        // A line feed behind so many characters still belongs to them.
+        // A line feed after exactly `most` characters still belongs to the line.
         const size_t searched = std::min(size_t(end - begin), most + 1);
         const char* feed = static_cast<const char*>(memchr(begin, '\n', searched));
         const char* lineEnd = feed != nullptr ? feed : begin + most;
@@ -112,7 +112,7 @@ bool ConfigurationReader::Open(const Span& name)
 
 bool ConfigurationReader::Close(const Span& name)
 {
-    // The section where reading begins stays open, whatever its name.
+    // The section in which reading began stays open, whatever its name.
     if (m_Section->m_Name != name || m_Section->GetParent() == nullptr) {
         return Fail("closing bad section : ", name, " != ");
     }
@@ -130,7 +130,7 @@ bool ConfigurationReader::ReadEntry(const char* begin, const char* end)
     return true;
 }
 
-// The message, with a name behind it and, where there is a relation, that and the current section's name.
+// Stores the message with the name and, if a relation is given, the relation and the current section's name.
 bool ConfigurationReader::Fail(const char* message, const XBaseString& name, const char* relation)
 {
     m_Error = message;

@@ -4,10 +4,10 @@
 
 namespace zm {
 
-/// Reads the text format into a tree, from the section that is given it. Counts the lines and tells the first error.
+/// Reads the text format into a tree, starting in a given section. Counts lines and reports the first error.
 class ConfigurationReader {
 public:
-    /// At most so many characters are one line; what is longer goes on as the next.
+    /// The longest line; further characters become the next line.
     static constexpr int kMaxLine = 1023;
 
     ConfigurationReader(ZmConfigurationSection& root, int& line, XString& error)
@@ -15,7 +15,7 @@ public:
     {
     }
 
-    /// 1, or 0 with the error.
+    /// Returns 1, or 0 after an error.
     /// @{
     int ReadFile(const char* path);
     int ReadText(const char* text, size_t length);

@@ -6,7 +6,7 @@ namespace zm {
 
 namespace {
 
-// step(section, name) for each part of the path, until there is no section.
+// Calls step(section, name) for each part of the path until the section is null.
 template <class Step>
 ZmConfigurationSection* WalkPath(ZmConfigurationSection* section, const char* path, Step step)
 {
@@ -28,7 +28,7 @@ ZmConfigurationSection* FindPath(const ZmConfigurationSection& from, const char*
     if (path == nullptr || !dots) {
         return from.GetSubSection(path);
     }
-    // What is found is the tree's own and not this function's to protect.
+    // Removes const: the found section belongs to the tree, and the callers decide whether to change it.
     return WalkPath(const_cast<ZmConfigurationSection*>(&from), path,
                     [](ZmConfigurationSection& section, const char* name) { return section.GetSubSection(name); });
 }

@@ -4,10 +4,10 @@
 
 namespace zm {
 
-/// The section at the end of a chain of names with dots between them, or of one name; null if there is none.
+/// Finds a section by a name or, with `dots`, by a chain of names separated by dots. Null if there is none.
 ZmConfigurationSection* FindPath(const ZmConfigurationSection& from, const char* path, bool dots);
 
-/// The same with dots, where missing sections are made; null without memory.
+/// The same with dots, creating missing sections. Null if out of memory.
 ZmConfigurationSection* CreatePath(ZmConfigurationSection& from, const char* path);
 
 }  // namespace zm

@@ -34,7 +34,7 @@ void ZmConfigurationEntry::SetValue(float value)
     m_Value.Format("%f", double(value));
 }
 
-// The contract is that of scanf(), which takes what strtol() would have to be taught.
+// Values are parsed as by scanf(), which accepts input that strtol() does not.
 // NOLINTBEGIN(cert-err34-c)
 
 int ZmConfigurationEntry::GetValueAsInteger(int& res) const

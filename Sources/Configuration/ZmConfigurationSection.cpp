@@ -111,8 +111,8 @@ int ZmConfigurationSection::DeleteSection(const char* name)
     return section != nullptr;
 }
 
-// The sections that are to be destroyed form a list through their parents, which they need no longer: a recursion
-// would exhaust the stack on a deep tree.
+// Iterative, since a recursion would exhaust the stack on a deep tree: the sections to be destroyed form a list through
+// their parent pointers, which are no longer needed.
 void ZmConfigurationSection::Clear()
 {
     ZmConfigurationSection* dropped = nullptr;
@@ -127,7 +127,7 @@ void ZmConfigurationSection::Clear()
 
 void ZmConfigurationSection::DropChildren(ZmConfigurationSection*& dropped)
 {
-    constexpr int kAhead = 4;  // entries lie anywhere in memory
+    constexpr int kAhead = 4;  // prefetch distance: entries lie anywhere in memory
     const int count = m_Entries.Size();
     for (int i = 0; i < count; ++i) {
         __builtin_prefetch(i + kAhead < count ? m_Entries.ItemAt(i + kAhead).value : nullptr);
@@ -142,7 +142,7 @@ void ZmConfigurationSection::DropChildren(ZmConfigurationSection*& dropped)
     m_Sections.Clear();
 }
 
-// This section and all below it, in no particular order.
+// Visits this section and all below it, in no particular order.
 template <class Visit>
 void ZmConfigurationSection::VisitAll(Visit visit) const
 {

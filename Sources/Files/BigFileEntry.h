@@ -6,7 +6,7 @@
 
 namespace zm {
 
-// The layout of an archive: see Documentation/ArchiveFormat.md.
+// Documentation/ArchiveFormat.md describes the layout of an archive.
 constexpr unsigned int kArchiveHeader = 8;
 constexpr char kArchiveMagic[4] = {'Z', 'M', 'B', 'G'};
 constexpr unsigned int kLargestArchive = INT_MAX;
@@ -15,16 +15,16 @@ constexpr unsigned int kLargestArchive = INT_MAX;
 
 struct ZmBigFile::Entry {
     XString name;
-    unsigned int offset;  ///< in the archive's file
-    char* source;         ///< owned; null: the bytes are in the file, or there are none
-    int size;             ///< negative, with a source: that is the path of a file of so many bytes
+    unsigned int offset;  ///< from the start of the archive file
+    char* source;         ///< owned; null if the bytes are in the archive file, or if there are none
+    int size;             ///< negative: source is the path of a file of -size bytes
 
-    Entry* older;   ///< the one that was made before
-    bool isListed;  ///< while an index list is read: it has its place
+    Entry* older;   ///< the entry created before this one
+    bool isListed;  ///< used by LoadIndex(): already placed in the new order
 
     bool IsDeferred() const { return source != nullptr && size < 0; }
 
-    /// Without a source, sizes of 2 GiB and more are what a damaged index says.
+    /// Size in bytes. Without a source, sizes of 2 GiB and more come only from a damaged index.
     unsigned int ByteCount() const { return IsDeferred() ? unsigned(-size) : unsigned(size); }
 
     void Empty()
@@ -35,7 +35,7 @@ struct ZmBigFile::Entry {
         size = 0;
     }
 
-    /// Takes a block of that many bytes, which it returns; null without memory.
+    /// Allocates and returns a source of `bytes` bytes; null if out of memory. Call Empty() first.
     char* MakeSource(unsigned int bytes)
     {
         source = static_cast<char*>(zm::NewBlock(bytes));

@@ -15,7 +15,7 @@ uint64_t Load(const char* bytes)
     return word;
 }
 
-// Both halves of the product.
+// XOR of the two halves of the 128-bit product.
 uint64_t Fold(uint64_t a, uint64_t b)
 {
 #ifdef __SIZEOF_INT128__

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-/// The folders between the first one and the one that is being read, with what is still to come of each.
+/// The state of a walk: the folders from the first one down to the one being read, each with its pending subfolders.
 struct RKDirectoryParser::Walk {
     struct Subfolder {
         std::string name;
@@ -20,7 +20,7 @@ struct RKDirectoryParser::Walk {
         size_t nextSubfolder = 0;
     };
 
-    zm::DirectorySearch search;  ///< in the last level, until that is read
+    zm::DirectorySearch search;  ///< reads the last level until that level's isRead is set
     bool recursive = false;
     std::vector<Level> levels;
     std::string result;
@@ -42,7 +42,7 @@ struct RKDirectoryParser::Walk {
     bool NextOfSubfolders();
 };
 
-// Reads on in the last folder to the next result, and remembers its subfolders on the way.
+// Continues in the current folder up to the next result and collects its subfolders on the way.
 bool RKDirectoryParser::Walk::NextOfFolder(const char* pattern)
 {
     Level& level = levels.back();
@@ -59,7 +59,8 @@ bool RKDirectoryParser::Walk::NextOfFolder(const char* pattern)
     return false;
 }
 
-// Enters the next subfolder of the last folder, or leaves that. Whether the subfolder is a result itself.
+// Enters the next subfolder of the current folder, or leaves the folder if none is left. Returns whether that subfolder
+// is itself a result.
 bool RKDirectoryParser::Walk::NextOfSubfolders()
 {
     Level& level = levels.back();
@@ -71,7 +72,8 @@ bool RKDirectoryParser::Walk::NextOfSubfolders()
     const Subfolder& subfolder = level.subfolders[level.nextSubfolder++];
     result = level.directory + '\\' + subfolder.name;
     if (!subfolder.isLink) {
-        // The first one does not list the folders in it; callers rely on the results as they are.
+        // Folders below the first subfolder are not listed. Callers depend on this result, so keep it
+        // (DirectoryParserTest, RecursiveWalksFindWhatTheStandardLibraryFinds).
         Enter(result, isResult && !isFirst);
     }
     return isResult;

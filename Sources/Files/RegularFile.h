@@ -4,7 +4,7 @@
 
 namespace zm {
 
-/// As the file's own Open() in that OpenMode, and takes no devices and no pipes in any: so it waits for nobody.
+/// Like file.Open(), but accepts regular files only, in every mode. Never blocks on a device or a pipe.
 int OpenRegularFile(ZmFile& file, const char* name, int mode);
 
 }  // namespace zm

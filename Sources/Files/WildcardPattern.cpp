@@ -12,8 +12,8 @@ bool MatchesPattern(const char* name, const char* pattern)
     return MatchesPattern(name, pattern, kFileNamesIgnoreCase);
 }
 
-// When a character does not fit, the last '*' takes one more and all after it is tried again: earlier ones need not be,
-// as they could only take what the last one can.
+// On a mismatch the last '*' takes one more character and matching resumes after it. Earlier stars need no retry: the
+// last one can take whatever they could.
 bool MatchesPattern(const char* name, const char* pattern, bool ignoreCase)
 {
     const char *afterStar = nullptr, *taken = nullptr;
@@ -35,7 +35,7 @@ bool MatchesPattern(const char* name, const char* pattern, bool ignoreCase)
     while (*pattern == '*') {
         ++pattern;
     }
-    // A name without an extension has an empty one: "*.*" is every name, and "readme.*" is "readme", too.
+    // A name without an extension has an empty one: "*.*" matches every name, and "readme.*" matches "readme".
     return *pattern == 0 || strcmp(pattern, ".*") == 0;
 }
 

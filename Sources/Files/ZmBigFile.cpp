@@ -25,7 +25,7 @@ unsigned int LoadWord(const char* bytes)
     return b[0] | unsigned(b[1]) << 8 | unsigned(b[2]) << 16 | unsigned(b[3]) << 24;
 }
 
-/// False for a name that is too long for a string.
+/// Appends the name in lower case; null counts as "". Returns false if the result would be too long for a string.
 bool AppendLowerCase(XString& res, const char* name)
 {
     const char* text = OrEmpty(name);
@@ -42,7 +42,7 @@ constexpr uint64_t Repeated(unsigned char byte)
     return byte * uint64_t(0x0101010101010101);
 }
 
-// Eight characters at once: adding to the low seven bits of each carries into its eighth where a bound is passed.
+// Lower-cases eight characters at once: the additions set the top bit of each byte that passes a bound.
 uint64_t LowerCaseOf(uint64_t text)
 {
     const uint64_t low = text & Repeated(0x7F);
@@ -50,13 +50,14 @@ uint64_t LowerCaseOf(uint64_t text)
     return text | ((fromA & ~beyondZ & ~text & Repeated(0x80)) >> 2);
 }
 
+// Whether any of the eight bytes equals `character`: only a zero byte of `different` borrows into its top bit.
 bool Contains(uint64_t text, char character)
 {
     const uint64_t different = text ^ Repeated(static_cast<unsigned char>(character));
     return ((different - Repeated(1)) & ~different & Repeated(0x80)) != 0;
 }
 
-/// The name and extension of a path, in lower case: what RKPathSplitter makes of it.
+/// The name and extension of a path in lower case, as RKPathSplitter would split them off.
 class FileNameKey : public XBaseString {
 public:
     explicit FileNameKey(const char* path)
@@ -74,7 +75,8 @@ public:
 private:
     static constexpr size_t kLongestPart = 255;
 
-    // Each part fits into the splitter; so only the last separator matters.
+    // No part can exceed the splitter's limit here, so only the last separator matters. Works on eight characters at a
+    // time; the last group may overlap the one before.
     void SetShort(const char* path, size_t length)
     {
         bool hasFolder = path[1] == ':';
@@ -98,6 +100,7 @@ private:
         m_Length = uint16_t(length - name);
     }
 
+    // A path with an over-long part splits into empty parts, so its key is empty.
     void SetAny(const char* path)
     {
         const RKPathSplitter parts(path);
@@ -145,7 +148,7 @@ int ZmBigFile::Open(const char* name, int keepOrder)
     if (OpenToRead(name, keepOrder)) {
         return DiscardUnless(ReadArchive());
     }
-    // In a mode that makes a file and never empties one: another process may just have made it.
+    // APPEND creates a missing file but does not truncate one that another process has just created.
     const char* path = m_FileName.Text();
     return DiscardUnless(ZmFile::GetFileMode(path) == 0 && m_File.Open(path, ZmFile::APPEND) != 0);
 }
@@ -157,7 +160,7 @@ int ZmBigFile::OpenExisting(const char* name, int keepOrder)
 
 bool ZmBigFile::OpenToRead(const char* name, int keepOrder)
 {
-    const XString path(name);  // it may be this object's own
+    const XString path(name);  // a copy: `name` may be this object's own, which Discard() clears
     Discard();
     m_FileName = path;
     m_KeepsOrder = keepOrder != 0;
@@ -213,11 +216,11 @@ bool ZmBigFile::ReadIndex(unsigned int indexSize, unsigned int fileSize)
             break;
         }
         const unsigned int size = LoadWord(nul + 1);
-        entry->offset = unsigned(std::min(offset, uint64_t(UINT32_MAX)));  // where no file has bytes
+        entry->offset = unsigned(std::min(offset, uint64_t(UINT32_MAX)));  // beyond any file: nothing can be read
         entry->size = int(size);
         const NameTable::Inserted inserted = m_Names.Insert(XBaseString(entry->name), entry);
         if (inserted.position != m_Names.End()) {
-            inserted.position->value = entry;  // the later of two
+            inserted.position->value = entry;  // the later of two entries with one name wins
         }
         offset += size;
         record = nul + 5;
@@ -380,8 +383,8 @@ int ZmBigFile::LoadIndex(const char* listPath)
     }
     char line[512];
     while (list.GetString(line, sizeof(line))) {
-        // Of a piece of a long line, and of a last line without a line feed, a character is lost. Lists are written
-        // for that; no mistake to be mended.
+        // The last character is always cut, even where it is not a line feed (in pieces of a long line, or in a last
+        // line without one). Existing lists depend on this (BigFileTest, IndexListsReorderAndLoseALastCharacter).
         XString name(line);
         name.ToLower();
         name.Crop(0, uint16_t(std::max(name.Length() - 1, 0)));

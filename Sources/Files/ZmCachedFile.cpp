@@ -12,7 +12,7 @@ namespace {
 constexpr unsigned int kNoBlock = 0xFFFFFFFF;
 constexpr int kAlignment = 64;
 
-// Zeros: a block that reaches past the end of a file is not filled whole, and old heap must not show through.
+// Zeroed: a block that extends past the end of the file is only partly filled, and old heap contents must not leak.
 char* NewCache(unsigned int size)
 {
     char* cache = size <= unsigned(INT32_MAX) ? static_cast<char*>(ZmNewAligned(int(size), kAlignment)) : nullptr;
@@ -22,7 +22,8 @@ char* NewCache(unsigned int size)
     return cache;
 }
 
-// memcpy() with the sizes of numbers and vectors taken first, two overlapping moves each. No bytes may go into null.
+// memcpy() with a fast path of two overlapping moves for 8 to 16 bytes, the sizes of numbers and vectors. With size 0
+// the destination may be null.
 void CopyShort(char* res, const char* src, unsigned int size)
 {
     if (size >= 8 && size <= 16) {
@@ -59,7 +60,7 @@ void ZmCachedFile::SetCacheSize(unsigned int size)
     if (size == 0 || size == m_CacheSize) {
         return;
     }
-    // The place of the block is kept on purpose: what is read from it until the next fill are zeros.
+    // Deliberately keeps m_CacheStart: until the next fill, reads from that block return zeros.
     if (char* cache = NewCache(size)) {
         ZmDeleteAligned(m_Cache);
         m_Cache = cache;
@@ -74,7 +75,7 @@ int ZmCachedFile::Open(const char* name, OpenMode mode)
     return zm::OpenRegularFile(*this, name, mode);
 }
 
-// The block keeps its place: see the header.
+// Keeps the block: reads after Close() are still served from it until the next Open().
 int ZmCachedFile::Close()
 {
     return ZmFile::Close();
@@ -99,8 +100,8 @@ unsigned int ZmCachedFile::Write(const void* buffer, unsigned int size)
     return written;
 }
 
-// Most reads are short and within the block: for them this is all there is. The rest stays outside, so that they save
-// no registers for it.
+// Handles the common short read within the block. The slow path is a separate function, so that this one saves no
+// registers for it.
 unsigned int ZmCachedFile::Read(void* buffer, unsigned int size)
 {
     const unsigned int offset = m_Position - m_CacheStart;
@@ -134,13 +135,13 @@ __attribute__((noinline)) unsigned int ZmCachedFile::ReadBeyond(char* buffer, un
     return size;
 }
 
-// The count of a fill is not looked at: what lies beyond the end of the file stays as it was.
+// Ignores the byte count: beyond the end of the file the block keeps its old contents.
 void ZmCachedFile::Fill()
 {
     ZmFile::Read(m_Cache, m_CacheSize);
 }
 
-// In a sequence of reads the file stands where it should, and seeking would cost a call of the system.
+// Sequential reads find the file already in position; skipping the seek saves a system call.
 void ZmCachedFile::FillFrom(unsigned int position)
 {
     if (EndOfFile() || ZmFile::Position() != position) {
@@ -149,7 +150,7 @@ void ZmCachedFile::FillFrom(unsigned int position)
     Fill();
 }
 
-// Without memory for a block.
+// Used when no block could be allocated.
 unsigned int ZmCachedFile::ReadUncached(void* buffer, unsigned int size)
 {
     SeekTo(m_Position);
@@ -158,7 +159,7 @@ unsigned int ZmCachedFile::ReadUncached(void* buffer, unsigned int size)
     return read;
 }
 
-// Reads from a block that is not in memory to its end and beyond. The block where the read ends stays in memory.
+// Reads from a block that is not in memory to its end and beyond. The block in which the read ends stays in memory.
 void ZmCachedFile::ReadAcross(char* out, unsigned int size, unsigned int block)
 {
     const uint64_t end = uint64_t(m_Position) + size, lastBlock = end / m_CacheSize * m_CacheSize;
@@ -180,14 +181,15 @@ void ZmCachedFile::ReadCached(char* out, unsigned int size)
     const unsigned int offset = m_Position - m_CacheStart, cached = std::min(size, m_CacheSize - offset);
     std::copy_n(m_Cache + offset, cached, out);
     if (size > cached) {
-        // From here on the position has counted the cached bytes twice (see the header): no mistake to be mended.
+        // Counts the cached bytes twice. Callers depend on this and seek before each read
+        // (CachedFileTest, ReadsAsTheModelDoes).
         Seek(int(m_CacheStart + m_CacheSize), START);
         ReadOn(out + cached, size - cached);
     }
     m_Position += size;
 }
 
-// The blocks after the one in memory, behind which the file stands since it was filled.
+// Reads the blocks that follow the one in memory; the last fill left the file positioned after that block.
 void ZmCachedFile::ReadOn(char* out, unsigned int size)
 {
     for (; size >= m_CacheSize; size -= m_CacheSize) {

@@ -7,7 +7,7 @@
 #include <new>
 #include <string.h>
 
-/// What the copies of a ZmFile share.
+/// The state that copies of a ZmFile share.
 struct ZmFile::OpenedFile {
     enum Direction {
         NONE,
@@ -15,8 +15,8 @@ struct ZmFile::OpenedFile {
         WRITING
     };
 
-    /// The stream of a file, which is about to be read or written; null if it is closed. Between the two the C library
-    /// asks for a seek.
+    /// Prepares a file for reading or writing and returns its stream; null if it is closed. The C library requires a
+    /// seek between reads and writes.
     static FILE* Turn(OpenedFile* file, Direction direction)
     {
         if (file == nullptr || file->stream == nullptr) {
@@ -34,14 +34,14 @@ struct ZmFile::OpenedFile {
         return file->stream;
     }
 
-    /// Whether counted characters are read as a system with CR LF reads text.
+    /// Whether reads of counted characters must turn CR LF into LF, as on systems whose text files use CR LF.
     bool DropsReturns() const { return isText && zm::kTextReadsDropReturns; }
 
-    FILE* stream;  ///< null when one of them has closed it
+    FILE* stream;  ///< null after one of the copies has closed it
     bool isText;
     Direction direction;
     int owners;
-    char buffer[32768];  ///< the C library's own is so small that it splits writes of this size
+    char buffer[32768];  ///< the C library's default buffer would split writes of this size
 };
 
 namespace {
@@ -66,8 +66,9 @@ int Whence(ZmStream::SeekMode mode)
     return mode == ZmStream::END ? SEEK_END : mode == ZmStream::CURRENT ? SEEK_CUR : SEEK_SET;
 }
 
-// What fgets() read of a file with CR LF, as it reads where the C library drops the CR. A piece that fills the buffer
-// and ends between the two takes the LF in; a shorter one that ends with a CR ends there by a NUL or by the file's end.
+// Turns the CR LF at the end of what fgets() returned into LF, like a C library that drops the CR. If the buffer ended
+// between the two, the LF is read too. A shorter piece that ends with CR ends there because of a NUL or the end of the
+// file.
 void DropReturn(char* text, unsigned int size, FILE* stream)
 {
     const size_t length = strlen(text);
@@ -84,7 +85,7 @@ void DropReturn(char* text, unsigned int size, FILE* stream)
     }
 }
 
-// Of what was read behind the first `length` characters; the length without.
+// Drops the CR of each CR LF in text[length .. end) and returns the new length.
 size_t DropReturns(char* text, size_t length, size_t end, FILE* stream)
 {
     for (size_t i = length; i < end; ++i) {
@@ -148,7 +149,7 @@ void ZmFile::Share(const ZmFile& src)
     }
 }
 
-// The last one to let go of a file closes it.
+// The last owner closes the file.
 void ZmFile::Forget()
 {
     if (m_File != nullptr && --m_File->owners == 0) {
@@ -160,7 +161,7 @@ void ZmFile::Forget()
     m_File = nullptr;
 }
 
-// What both reads and writes seeks in between, and can do so in regular files only.
+// A file opened for both reading and writing seeks between the two, which only regular files allow.
 int ZmFile::Open(const char* name, OpenMode mode)
 {
     return OpenAs(name, mode, strchr(ModeString(mode), '+') != nullptr);

@@ -11,7 +11,7 @@ bool IsSeparator(char c)
     return c == '\\' || c == '/';
 }
 
-// What stands before the first folder to be made: a drive with its separator ("C:\"), or the root.
+// The length of the prefix that is never created: a drive with its separator ("C:\") or the root.
 size_t LengthOfRoot(const std::string& path)
 {
     const bool letter = !path.empty() && ((path[0] | 0x20) >= 'a' && (path[0] | 0x20) <= 'z');
@@ -57,13 +57,13 @@ int ZmCreateFileTree(const char* path)
     }
     std::string folder = path;
     for (size_t i = LengthOfRoot(folder); i < folder.size(); ++i) {
-        // Of two separators the first counts: the system may not know a folder by a name that ends with one.
+        // Only the first of two separators counts: a folder name must not end with one, or the system may not find it.
         if (!IsSeparator(folder[i]) || IsSeparator(folder[i - 1])) {
             continue;
         }
         folder[i] = 0;
         const char* prefix = folder.c_str();
-        // Looked for again after a failure: another process may have been faster.
+        // Checked again after a failure: another process may have created the folder in the meantime.
         if (zm::FileMode(prefix) == 0 && !zm::MakeDirectory(prefix) && zm::FileMode(prefix) == 0) {
             return 0;
         }

@@ -16,7 +16,7 @@ bool IsSeparator(char c)
     return c == '\\' || c == '/';
 }
 
-// Whether it fits, terminator included.
+// Copies a part of a path. Returns false if it does not fit with its terminator.
 template <size_t Size>
 bool CopyPart(char (&res)[Size], const char* begin, const char* end)
 {
@@ -28,6 +28,7 @@ bool CopyPart(char (&res)[Size], const char* begin, const char* end)
     return true;
 }
 
+// An over-long path is stored as an empty one.
 template <size_t Size>
 void StorePath(char (&res)[Size], const std::string& path)
 {
@@ -48,6 +49,7 @@ const char* OrEmpty(const char* text)
     return text != nullptr ? text : "";
 }
 
+// The characters that ZmEscapeURL() replaces.
 bool IsEscaped(char c)
 {
     return c != 0 && strchr(" \\+,;=@[]^{}", c) != nullptr;
@@ -169,6 +171,8 @@ void ZmUnEscapeUrl(XString& text)
     const char *c = text.Text(), *end = c + text.Length();
     for (; c != end; ++c) {
         if (*c == '%' && end - c > 2) {
+            // Two decimal digits, not hexadecimal, and the number is inserted as text. Callers depend on this
+            // (PathTest, UnescapingReadsTwoDecimalDigits).
             plain += std::to_string((c[1] - '0') * 10 + (c[2] - '0'));
             c += 2;
         } else {

@@ -19,9 +19,11 @@ unsigned int ZmStream::Copy(ZmStream& source, unsigned int size)
     if (buffer == nullptr) {
         return 0;
     }
-    memset(buffer, 0, std::min(total, kStep));  // nothing that another user left in it may reach a file
+    memset(buffer, 0, std::min(total, kStep));  // scratch memory of other users must not end up in a file
     unsigned int rest = total;
     do {
+        // The results are ignored: after a short read, zeros or bytes of the previous step are written
+        // (StreamTest, CopyGoesOnWhenTheStreamsRefuse).
         const unsigned int step = std::min(rest, kStep);
         source.Read(buffer, step);
         Write(buffer, step);

@@ -35,6 +35,7 @@ int ZmSubFile::Seek(int offset, SeekMode mode)
     if (mode == START) {
         m_Position = unsigned(offset);
     } else if (mode == END) {
+        // Counts backwards from the end, unlike ZmFile (SubFileTest, SeekCountsBackwardsFromTheEnd).
         m_Position = m_Size - unsigned(offset);
     } else {
         m_Position += unsigned(offset);
@@ -43,7 +44,7 @@ int ZmSubFile::Seek(int offset, SeekMode mode)
     return m_Parent != nullptr ? m_Parent->Seek(int(m_Offset + m_Position), START) : 0;
 }
 
-// Others may have moved the file since.
+// Moves the file to this span's position: another user of the file may have moved it.
 bool ZmSubFile::MoveParent()
 {
     if (m_Parent == nullptr) {

@@ -10,7 +10,7 @@ namespace {
 
 constexpr char kRule[] = "|--------------------------------------------------------|\n";
 
-/// The lines of the report. They say %d throughout: what is larger reads as the largest int.
+/// The lines of the report. All numbers are printed with %d; larger values are clamped to the largest int.
 class Lines {
 public:
     explicit Lines(std::string& text) : m_Text(text) {}

@@ -7,7 +7,7 @@
 
 namespace zm {
 
-/// What ZmAllocator::DumpStats() tells.
+/// The figures that ZmAllocator::DumpStats() prints.
 struct AllocatorFigures {
     struct Pool {
         int blockSize;

@@ -2,8 +2,8 @@
 
 namespace zm {
 
-// Of the C library's default locale, whichever locale the program has chosen; bytes above 127 are neither
-// letters nor white space.
+// Character classes of the "C" locale, whatever locale the program has set. Bytes above 127 are neither letters nor
+// white space.
 
 inline char ToLower(char c)
 {

@@ -11,7 +11,7 @@ ChunkMap::ChunkMap(size_t chunkBytes) : m_ChunkBytes(chunkBytes), m_GranuleShift
     }
 }
 
-// Called for each chunk in turn. At most half of the slots are taken, so that what is absent is soon known to be.
+// Called once per new chunk. At most half of the slots are in use, so lookups of absent addresses end early.
 bool ChunkMap::Reserve(int chunks)
 {
     constexpr int kSlotsPerChunk = 4, kMaxChunks = 1 << 28;
@@ -79,7 +79,7 @@ size_t ChunkMap::SlotOf(int entry) const
     return i;
 }
 
-// Linear probing without tombstones: later slots of the run move into the gap where their home allows it
+// Linear probing without tombstones: later entries of the run move into the gap where their home slot allows it
 // (Knuth, The Art of Computer Programming 3, 6.4, algorithm R).
 void ChunkMap::Erase(int entry)
 {

@@ -6,25 +6,25 @@
 
 namespace zm {
 
-/// Knows which chunk an address lies in, and which chunk is the first with a free block, both without a walk over
-/// the chunks. Chunks are numbered from 0 and all have the same size.
+/// Finds the chunk that contains an address, and the first chunk with a free block, without walking the chunks.
+/// Chunks are numbered from 0 and all have the same size.
 ///
-/// An open hash table over granules of memory, at least as large as a chunk: a chunk touches one granule or two,
-/// and stands in the table under each. Slots hold only numbers, so that the table of thousands of chunks stays in the
-/// processor's first cache.
+/// An open hash table over granules of memory, each at least as large as a chunk: a chunk touches one or two granules
+/// and is listed under each. Slots hold numbers only, so the table for thousands of chunks fits in the first-level
+/// cache.
 class ChunkMap {
 public:
     explicit ChunkMap(size_t chunkBytes);
 
-    /// Makes room for that many chunks, one more than there are; false without memory.
+    /// Reserves memory for `chunks` chunks, one more than there are now. Returns false if out of memory.
     bool Reserve(int chunks);
 
-    /// The chunk after the last one; there is room for it.
+    /// Adds a chunk after the last one. Reserve() must have been called for it.
     void Add(const char* data);
     void RemoveLast();
     void Swap(int a, int b);
 
-    /// The chunk that the address lies in, or -1.
+    /// The chunk that contains the address, or -1.
     int Find(const void* address) const
     {
         if (m_Slots.IsEmpty()) {
@@ -53,7 +53,7 @@ public:
     int FirstFree();
 
 private:
-    // An entry is twice the number of a chunk, plus 1 for the second of its granules. -1 is chunk -1, too.
+    // An entry is twice the number of a chunk, plus 1 for the second of its granules. -1 decodes to chunk -1.
     static constexpr int kEmpty = -1;
     static constexpr int ChunkOf(int entry) { return entry >> 1; }
 
@@ -81,7 +81,7 @@ private:
     XArray<int> m_Slots;       ///< entries
     XArray<uintptr_t> m_Data;  ///< addresses of the chunks
     XArray<uint64_t> m_FreeBits;
-    int m_FirstFreeWord = 0;  ///< words before this one are 0
+    int m_FirstFreeWord = 0;  ///< all words before this one are 0
 };
 
 }  // namespace zm

@@ -46,7 +46,7 @@ ScratchBlocks::Node ScratchBlocks::NewNode(uint32_t size)
         return Node();
     }
     try {
-        // For all blocks, so that none that is handed out again asks for memory.
+        // Reserves for all blocks, so that reusing a block never allocates.
         const size_t count = size_t(Count()) + 1;
         m_Used.reserve(count <= m_Used.capacity() ? 0 : 2 * count);
         Entries made;
@@ -59,7 +59,7 @@ ScratchBlocks::Node ScratchBlocks::NewNode(uint32_t size)
     }
 }
 
-// The old block goes first, so that both never take memory at once.
+// Frees the old block first, so that the two are never allocated at the same time.
 ScratchBlocks::Node ScratchBlocks::EnlargeLargest(uint32_t size)
 {
     Node node = m_Free.extract(std::prev(m_Free.end()));
@@ -75,7 +75,7 @@ ScratchBlocks::Node ScratchBlocks::EnlargeLargest(uint32_t size)
 
 bool ScratchBlocks::GiveBack(void* block)
 {
-    // From the back: what was taken last is mostly given back first.
+    // Backwards: the block taken last is usually given back first.
     for (auto used = m_Used.end(); used != m_Used.begin();) {
         --used;
         if (used->value().block == block) {

@@ -6,9 +6,9 @@
 
 namespace zm {
 
-/// The scratch blocks of the allocator. Free ones are ordered by size and, among equals, the one given back last
-/// comes first. Entries move between the free and the used ones with their nodes, so that handing out and taking
-/// back call no heap.
+/// The scratch blocks of the allocator. Free blocks are ordered by size; among equals, the one given back last comes
+/// first. Entries move between the free and the used blocks as nodes, so handing out and giving back blocks do not
+/// use the heap.
 class ScratchBlocks {
 public:
     static constexpr int kAlignment = 16;
@@ -18,10 +18,10 @@ public:
     ScratchBlocks(const ScratchBlocks&) = delete;
     ScratchBlocks& operator=(const ScratchBlocks&) = delete;
 
-    /// A block of at least `size` bytes, or null for size 0 and without memory.
+    /// A block of at least `size` bytes; null for size 0 or if out of memory.
     void* Take(uint32_t size);
 
-    /// Whether the block was in use; if not, nothing happens.
+    /// Gives a block back. Returns false, without effect, if the block was not in use.
     bool GiveBack(void* block);
 
     void FreeUnused();

@@ -15,7 +15,7 @@ void* SmallBlocks::CutFromPage(size_t bytes)
     return block;
 }
 
-// What was left of the page before is a block of a smaller size. A page begins with the link to the next.
+// The rest of the previous page becomes a block of a smaller size. A page begins with the link to the next.
 bool SmallBlocks::AddPage()
 {
     char* page = static_cast<char*>(malloc(kPageBytes));

@@ -5,8 +5,8 @@
 
 namespace zm {
 
-/// Blocks of up to 128 bytes, cut from pages of 64 KB and kept in one list for each sixteen bytes of size. Pages go
-/// back to the heap only all together. For one thread at a time; constant-initialised, and never destroyed.
+/// Blocks of up to 128 bytes, cut from pages of 64 KB, with one free list for each sixteen bytes of size. Pages return
+/// to the heap all together only. Not thread-safe. Constant-initialised and never destroyed.
 class SmallBlocks {
 public:
     static constexpr size_t kLargest = 128;
@@ -20,12 +20,12 @@ public:
             return CutFromPage(BytesOf(size));
         }
         first = block->next;
-        __builtin_prefetch(first);  // the next taking reads it, and lists that were long unused lie anywhere in memory
+        __builtin_prefetch(first);  // the next Take() reads it, and long-unused blocks lie anywhere in memory
         m_BytesInUse += BytesOf(size);
         return block;
     }
 
-    /// `size` is what the block was taken with.
+    /// `size` must be the size passed to Take().
     void GiveBack(void* memory, size_t size)
     {
         Block* block = static_cast<Block*>(memory);
@@ -35,7 +35,7 @@ public:
         m_BytesInUse -= BytesOf(size);
     }
 
-    /// Frees the pages, if no block is in use.
+    /// Frees all pages if no block is in use.
     void FreePages();
 
     size_t PageCount() const { return m_PageCount; }
@@ -57,7 +57,7 @@ private:
 
     Block* m_Free[kLargest / kGrain] = {};
     Block* m_Pages = nullptr;
-    char* m_Rest = nullptr;  ///< the newest page from here to m_RestEnd was never used
+    char* m_Rest = nullptr;  ///< from here to m_RestEnd the newest page has never been used
     char* m_RestEnd = nullptr;
     size_t m_PageCount = 0;
     size_t m_BytesInUse = 0;

@@ -21,7 +21,7 @@ namespace {
 #define ZM_HAS_FEATURE(feature) 0
 #endif
 #if defined(__SANITIZE_ADDRESS__) || ZM_HAS_FEATURE(address_sanitizer)
-constexpr size_t kLargestInPages = 0;  // the sanitizer must see each string for itself
+constexpr size_t kLargestInPages = 0;  // the sanitizer must see each string as a heap block of its own
 #else
 constexpr size_t kLargestInPages = SmallBlocks::kLargest;
 #endif
@@ -29,9 +29,10 @@ constexpr size_t kLargestInPages = SmallBlocks::kLargest;
 SmallBlocks g_Small;
 std::atomic<bool> g_Taken{false};
 
-/// Holds pages and counters while it lives: for a few instructions, so waiting threads spin. A process with one
-/// thread is spared the locked instruction, which would cost as much as all the rest. A thread that is terminated
-/// leaves first; destructors that run at the end of a process do not wait for one that the system has ended in here.
+/// Locks pages and counters while it lives. It is held for a few instructions only, so waiting threads spin. A process
+/// with a single thread skips the atomic exchange, which would cost as much as everything else. Termination of a thread
+/// is delayed until it has released the lock; destructors at process exit do not wait for a thread that the system
+/// ended while it held the lock.
 class Holder {
 public:
     explicit Holder(const StopDelay& delay) : m_Locks(delay.OthersRun())
@@ -72,7 +73,7 @@ void CountDelete(size_t bytes)
 
 char* NewCountedHeapText(size_t size, bool countHeapSize)
 {
-    const StopDelay delay;  // the heap has locks, too
+    const StopDelay delay;  // not only for the holder: the heap has locks, too
     char* text = static_cast<char*>(malloc(size));
     if (text != nullptr) {
         const size_t bytes = countHeapSize ? HeapBlockSize(text) : size;

@@ -4,11 +4,11 @@
 
 namespace zm {
 
-/// Blocks for strings, counted. All of this is plain static data, so that strings work before and after the life of
-/// every other object. Any thread. Without memory null.
+/// Counted blocks for strings. Uses plain static data only, so strings work before and after the lifetime of every
+/// other object. Thread-safe. Returns null if out of memory.
 ///
-/// A caller who knows the size of his block when he frees it gets short ones from pages, at a fraction of what
-/// the C heap costs; the blocks of the others are of the C heap.
+/// Callers that pass the size when freeing get short blocks from pages, at a fraction of the cost of the C heap; all
+/// other blocks come from the C heap.
 /// @{
 char* NewText(size_t size);
 void DeleteText(char* text, size_t size);
@@ -17,15 +17,15 @@ char* NewHeapText(size_t size);
 void DeleteHeapText(char* text);
 /// @}
 
-/// Blocks for small records of which there are many, from the same pages and as quick; not counted among the strings.
-/// `size` must be the same at both calls. Any thread. Without memory null.
+/// Small records that exist in large numbers: from the same pages and as fast, but not counted as strings. `size` must
+/// be the same in both calls. Thread-safe. Returns null if out of memory.
 /// @{
 void* NewRecord(size_t size);
 void DeleteRecord(void* record, size_t size);
 /// @}
 
-/// What ZmAllocator::GetGlobalStats() returns. The allocator's mutex guards the counters of memory, a lock of their
-/// own those of strings.
+/// The figures that ZmAllocator::GetGlobalStats() returns. The memory counters are guarded by the allocator's mutex,
+/// the string counters by a lock of their own.
 extern ZmAllocator::Stats g_Stats;
 
 struct TextPages {
@@ -34,10 +34,10 @@ struct TextPages {
     size_t bytesFree;
 };
 
-/// A consistent copy of the string counters, into `res`, and of the pages.
+/// Copies the string counters consistently into `res`; returns the figures of the pages.
 TextPages CopyStringStats(ZmAllocator::Stats& res);
 
-/// Gives the pages back to the heap, if no string is in them.
+/// Returns the pages to the heap if no string uses them.
 void FreeTextPages();
 
 }  // namespace zm

@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-// The positions below all come from the first Length() characters, so they fit in 16 bits.
+// All positions below lie within the first Length() characters, so they fit in 16 bits.
 
 const char XBaseString::s_Empty[1] = {0};
 

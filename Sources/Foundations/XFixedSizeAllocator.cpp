@@ -79,8 +79,8 @@ bool XFixedSizeAllocator::AddChunk()
     return true;
 }
 
-// The list of a chunk's free blocks ends with those that were never used. Their indices are written when they are
-// handed out, so that a new chunk costs nothing until then.
+// A chunk's free list ends with the blocks that have never been used. Their links are written only when they are handed
+// out, so creating a chunk touches none of them.
 void* XFixedSizeAllocator::Take(int index)
 {
     Chunk& chunk = m_Chunks[index];
@@ -104,7 +104,7 @@ void XFixedSizeAllocator::Free(void* block)
     }
 }
 
-// False for a pointer into the middle of a block, or into blocks that cannot be in use.
+// Returns false for a pointer into the middle of a block, or to a block that cannot be in use.
 bool XFixedSizeAllocator::GiveBack(int index, char* block)
 {
     Chunk& chunk = m_Chunks[index];
@@ -123,12 +123,12 @@ bool XFixedSizeAllocator::GiveBack(int index, char* block)
 
 uint32_t XFixedSizeAllocator::PositionOf(size_t offset) const
 {
-    constexpr size_t kReciprocalIsExact = 65536;  // for offsets, and so for the sizes of their blocks
+    constexpr size_t kReciprocalIsExact = 65536;  // exact for offsets below this, and so for block sizes
     return offset < kReciprocalIsExact ? uint32_t(offset * m_Reciprocal >> 32) : uint32_t(offset / size_t(m_BlockSize));
 }
 
-// Keeps at most one wholly free chunk, at the end. The order of the chunks decides which blocks are handed out next,
-// so each step counts.
+// Keeps at most one wholly free chunk, at the end. The order of the chunks decides which blocks are handed out next, so
+// the order of these steps matters.
 void XFixedSizeAllocator::SettleFreeChunk(int chunk)
 {
     const int last = m_Chunks.Size() - 1;

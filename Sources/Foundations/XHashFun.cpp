@@ -29,7 +29,7 @@ Word Load(const char* bytes)
     return word;
 }
 
-// The last `count` bytes of a register, the others 0.
+// A mask of the last `count` bytes of a register.
 __m128i MaskOfLast(size_t count)
 {
     static constexpr unsigned char kMasks[2 * kBlock] = {0,   0,   0,   0,   0,   0,   0,   0,   0,   0,   0,
@@ -38,7 +38,7 @@ __m128i MaskOfLast(size_t count)
     return _mm_loadu_si128(reinterpret_cast<const __m128i*>(kMasks + count));
 }
 
-// b0 5^15 + b1 5^14 + ... + b15. Four bytes at a time, whose weights fit in 16 bits, then the four sums.
+// b0 5^15 + b1 5^14 + ... + b15: first four sums of four bytes each, whose weights fit in 16 bits, then their total.
 uint32_t Polynomial(__m128i bytes)
 {
     const __m128i weights = _mm_set_epi16(1, 5, 25, 125, 1, 5, 25, 125);
@@ -55,7 +55,7 @@ uint32_t Polynomial(__m128i bytes)
     return uint32_t(_mm_cvtsi128_si32(_mm_add_epi32(sums, _mm_unpackhi_epi64(sums, sums))));
 }
 
-// 0 to 7 bytes as the last bytes of a word, after zeros.
+// Loads 0 to 7 bytes as the last bytes of a word, padded with zeros in front.
 uint64_t LoadFew(const char* bytes, size_t count)
 {
     if (count >= 4) {
@@ -79,7 +79,7 @@ uint64_t Combine(uint32_t hash, uint64_t tag)
     return (tag & 0xFFFFFFFF00000000) | hash;
 }
 
-// Zeros in front of a text do not change its hash.
+// Leading zeros do not change the hash of a text.
 uint64_t HashShort(const char* text, size_t length)
 {
     uint64_t low = 0, high;

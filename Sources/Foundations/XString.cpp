@@ -14,13 +14,13 @@ namespace {
 
 constexpr int kFormatBuffer = 512;
 
-// Whether a text lies in a block, and so changes when that does.
+// Whether a text lies inside a block, and so changes with it.
 bool LiesIn(const char* text, const char* block, size_t size)
 {
     return reinterpret_cast<uintptr_t>(text) - reinterpret_cast<uintptr_t>(block) < size;
 }
 
-// The first place of a string from `at` on, whole before `end`; or null.
+// The first occurrence at or after `at` that ends before `end`; null if there is none.
 const char* NextOccurrence(const char* at, const char* end, const XBaseString& wanted)
 {
     const char* found = at < end ? strstr(at, wanted.Text()) : nullptr;
@@ -46,7 +46,8 @@ XString::XString(int size)
         char* zeros = zm::NewText(size_t(size));
         memset(zeros, 0, size_t(size));
         Install(zeros, size_t(size));
-        m_Length = uint16_t(size - 1);  // not 0, although the text is empty: callers fill it in
+        // Not 0, although the text is empty: callers fill it in (XStringTest, ConstructionFromASizeCountsItsZeros).
+        m_Length = uint16_t(size - 1);
     }
 }
 
@@ -85,8 +86,8 @@ void XString::SetLength(size_t length)
     m_Buffer[length] = 0;
 }
 
-// Room for `count` characters, at most kMaxLength, in a block of exactly that size if there is less. Returns the
-// old record, for the caller to release when he has read his arguments, which may lie in it.
+// Ensures a capacity of `count` characters, at most kMaxLength; a new block has exactly that size. Returns the old
+// record: the caller releases it after reading its arguments, which may lie in it.
 XBaseString XString::EnsureCapacity(size_t count)
 {
     if (count + 1 <= m_Allocated) {
@@ -252,7 +253,7 @@ XString& XString::operator<<(const void* pointer)
     return AppendFormat("%p", pointer);
 }
 
-// As "%d" and "%u" write it, several times as fast.
+// Writes like "%d" and "%u", but several times faster.
 template <class Number>
 XString& XString::AppendNumber(Number value)
 {
@@ -261,7 +262,7 @@ XString& XString::AppendNumber(Number value)
     return Append(text, size_t(end.ptr - text));
 }
 
-// One value: the longest text is that of the largest double.
+// For a single value: the largest double gives the longest text.
 XString& XString::AppendFormat(const char* format, ...)
 {
     char text[320];
@@ -312,7 +313,7 @@ void XString::Strip()
     for (; read < m_Length && !(previous && zm::IsSpace(m_Buffer[read])); ++read) {
         previous = zm::IsSpace(m_Buffer[read]);
     }
-    // Stops one short of the end, and so loses the last character: callers depend on that result
+    // Stops one character short of the end and so loses the last one. Callers depend on this result
     // (XStringTest, ChangesInPlaceKeepTheStorage).
     size_t write = read;
     for (; read + 1 < m_Length; ++read) {
@@ -416,7 +417,7 @@ int XString::Rebuild(const XBaseString& from, const XBaseString& to)
 
 void XString::Reserve(uint16_t size)
 {
-    const size_t bytes = std::min(size_t(size), size_t(kMaxLength)) + 1;  // a longer text there is not
+    const size_t bytes = std::min(size_t(size), size_t(kMaxLength)) + 1;  // no string is longer than kMaxLength
     if (bytes > m_Allocated) {
         char* block = zm::NewText(bytes);
         memcpy(block, Text(), m_Length);

@@ -6,7 +6,8 @@
 
 namespace {
 
-// The word below a block holds the pointer that was allocated. It is copied: small alignments leave it unaligned.
+// The word below a block holds the pointer returned by the heap. It is read by memcpy(): small alignments leave it
+// unaligned.
 char* AllocatedPointer(const void* block)
 {
     char* raw;

@@ -38,8 +38,8 @@ unsigned PoolOf(unsigned size)
 struct ZmAllocator::Parts {
     ZmMutex mutex;
 
-    /// How deep the thread that holds the mutex stands in this allocator. The global allocation operators may be
-    /// the engine's and call AllocateMemory(): then the inner call is not counted.
+    /// Nesting depth of the thread that holds the mutex. The program may have replaced the global allocation operators
+    /// by its own, which call AllocateMemory(): such inner calls are not counted.
     int depth = 0;
 
     zm::ScratchBlocks scratch;
@@ -49,7 +49,7 @@ struct ZmAllocator::Parts {
 
 namespace {
 
-/// Holds the mutex and stands one deeper in the allocator while it lives.
+/// Locks the mutex and increments the depth while it lives.
 class Inside {
 public:
     Inside(ZmMutex& mutex, int& depth) : m_Holder(mutex), m_Depth(depth) { ++m_Depth; }
@@ -93,7 +93,7 @@ ZmAllocator& ZmAllocator::Instance()
     });
 }
 
-// Members, although what they use is static: callers know them so.
+// Non-static, although they use static state only: callers use them as members.
 // NOLINTBEGIN(readability-convert-member-functions-to-static)
 
 void* ZmAllocator::Allocate(unsigned int size)
@@ -147,7 +147,8 @@ void ZmAllocator::ReleaseMemory(void* block)
     if (!IsDestroyed()) {
         zm::OwnMutexHolder lock(m_Parts->mutex);
         if (m_Parts->depth == 0) {
-            // Only clamped, never reduced by what is freed: callers know the figure so.
+            // Only clamped, never reduced by the freed size. Callers depend on this figure
+            // (ZmAllocatorTest, MemoryIsCountedAndItsReleaseIsNot).
             zm::g_Stats.CurrentBytes = std::max(zm::g_Stats.CurrentBytes, 0);
         }
     }

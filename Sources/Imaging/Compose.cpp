@@ -29,7 +29,7 @@ uint32_t OverOpaque(uint32_t under, uint32_t over)
     return res;
 }
 
-/// Weights are in parts of 255 * 255, so that nothing is rounded before the end.
+/// Weights are fractions of 255 * 255, so that nothing is rounded before the final division.
 uint32_t OverTranslucent(uint32_t under, uint32_t over)
 {
     const uint32_t weight = (over >> 24) * 255, rest = (under >> 24) * (255 - (over >> 24)), sum = weight + rest;
@@ -44,19 +44,19 @@ uint32_t OverTranslucent(uint32_t under, uint32_t over)
     return res;
 }
 
-/// Two pixels of 16-bit channels.
+/// Two pixels, widened to 16 bits per channel.
 __m128i MixOpaque(__m128i under, __m128i over)
 {
     const __m128i whole = _mm_set1_epi16(255), alphaLanes = _mm_setr_epi16(0, 0, 0, 255, 0, 0, 0, 255);
     const __m128i alpha = _mm_shufflehi_epi16(_mm_shufflelo_epi16(over, 0xFF), 0xFF);
-    // In the lane of alpha 255 * alpha + 255 * (255 - alpha), which is opaque.
+    // In the alpha lane this is 255 * alpha + 255 * (255 - alpha), so the result is opaque.
     const __m128i products = _mm_add_epi16(_mm_mullo_epi16(_mm_or_si128(over, alphaLanes), alpha),
                                            _mm_mullo_epi16(under, _mm_sub_epi16(whole, alpha)));
     const __m128i n = _mm_add_epi16(products, _mm_set1_epi16(128));
     return _mm_srli_epi16(_mm_add_epi16(n, _mm_srli_epi16(n, 8)), 8);
 }
 
-/// Four pixels at a time where the destination is opaque.
+/// Four pixels at a time. The destination must be opaque.
 void ComposeSse(uint8_t* res, const uint8_t* over, int count, bool alpha)
 {
     const __m128i zero = _mm_setzero_si128(), opaque = _mm_set1_epi32(int(0xFF000000));

@@ -2,21 +2,21 @@
 
 #include <immintrin.h>
 
-// Compiled for AVX2; nothing but ComposeOver() may be visible outside this file.
+// Compiled for AVX2. Only ComposeOver() may be visible outside this file.
 
 namespace zm {
 namespace {
 
-/// over * alpha + under * (255 - alpha), divided by 255 and rounded to nearest; for bytes side by side with each
-/// other, and alpha with its rest. Where these two are 0 the result is that of the bias alone.
+/// (over * alpha + under * (255 - alpha)) / 255, rounded to nearest. `overUnder` interleaves the bytes of both,
+/// `alphaRest` those of alpha and 255 - alpha. Where these two are 0, the result depends on the bias only.
 __m256i Mix(__m256i overUnder, __m256i alphaRest, __m256i bias)
 {
-    // The products of signed bytes fit in 16 bits: 128 is taken off each byte, and 128 * 255 is part of the bias.
+    // Products of signed bytes fit in 16 bits: 128 is subtracted from each byte, and the bias includes 128 * 255.
     const __m256i sum = _mm256_maddubs_epi16(alphaRest, _mm256_xor_si256(overUnder, _mm256_set1_epi8(-128)));
     return _mm256_mulhi_epu16(_mm256_add_epi16(sum, bias), _mm256_set1_epi16(257));  // (n + n / 256) / 256
 }
 
-/// Colours; alpha depends on the bias only.
+/// Mixes the colours; the resulting alpha depends on the bias only.
 __m256i MixOpaque(__m256i under, __m256i over, __m256i bias)
 {
     const __m256i alphaBytes =

@@ -13,8 +13,8 @@ struct Scale {
     int factor, bias, drop;
 };
 
-/// Narrowing from n + 2 bits to m + 1: (value * factor + bias) >> drop is the nearest number for every value, within
-/// 16 bits (BlitTest, ChannelsOfAllWidthsConvert).
+/// kNarrow[n][m] narrows n + 2 bits to m + 1: (value * factor + bias) >> drop is the nearest number for every value and
+/// stays within 16 bits (BlitTest, ChannelsOfAllWidthsConvert).
 constexpr Scale kNarrow[7][7] = {
     {{1, 0, 1}},
     {{1, 0, 2}, {1, 0, 1}},
@@ -25,7 +25,7 @@ constexpr Scale kNarrow[7][7] = {
     {{1, 0, 7}, {3, 129, 8}, {225, 4060, 13}, {15, 135, 8}, {249, 1014, 11}, {253, 505, 10}, {1, 0, 1}},
 };
 
-/// The bits of a value over and over, until there are enough.
+/// Widens a value by repeating its bits until `to` bits are filled.
 Scale Repeat(int from, int to)
 {
     uint32_t factor = 1;

@@ -4,8 +4,8 @@
 
 namespace zm {
 
-/// What becomes of one channel: ((pixel >> shift & mask) * factor + bias) >> drop, put at `place`. Of wide channels
-/// the sum n is n + (n >> 16 & carry) before it drops bits.
+/// How one channel is converted: ((pixel >> shift & mask) * factor + bias) >> drop, shifted left by `place`. For wide
+/// channels the sum n becomes n + (n >> 16 & carry) before the shift by `drop`.
 struct ChannelMove {
     int shift;
     uint32_t mask;
@@ -14,27 +14,27 @@ struct ChannelMove {
     uint32_t carry;
 };
 
-/// How the channels are moved.
+/// The arithmetic that the channel moves need.
 enum class Moves {
-    Places,   ///< no factor is other than 1
-    Scaled,   ///< within 16 bits
-    Wide,     ///< within 32 bits
-    Any,      ///< by no moves: some channel has more than eight bits and is not one of sixteen
-    Unbiased  ///< Scaled without a bias, where a kernel tells them apart
+    Places,   ///< all factors are 1
+    Scaled,   ///< fits in 16 bits
+    Wide,     ///< fits in 32 bits
+    Any,      ///< cannot be done by moves: some channel has more than eight bits, but not sixteen
+    Unbiased  ///< Scaled with no bias, for kernels that treat this case separately
 };
 
-/// From one layout of pixels to another.
+/// The conversion from one pixel layout to another.
 struct Conversion {
     PixelLayout from, to;
-    ChannelMove moves[4];  ///< those of missing channels move nothing
-    uint32_t constant;     ///< bits that are always set: an alpha that the source lacks
+    ChannelMove moves[4];  ///< missing channels have a move without effect
+    uint32_t constant;     ///< bits that are always set: the alpha that the source lacks
     Moves kind;
-    bool copy;  ///< whether the bytes stay as they are
+    bool copy;  ///< the bytes stay unchanged
 };
 
 Conversion Convert(const PixelLayout& from, const PixelLayout& to);
 
-/// Converts pixels that lie side by side.
+/// Converts `count` contiguous pixels.
 void ConvertPixels(const Conversion& conversion, const uint8_t* src, uint8_t* res, int count);
 
 /// The kernel for processors with AVX2.

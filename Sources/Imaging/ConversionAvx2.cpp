@@ -1,11 +1,11 @@
 #include "Imaging/ConversionKernels.h"
 
-// Compiled for AVX2; nothing but ConvertPixels() may be visible outside this file.
+// Compiled for AVX2. Only ConvertPixels() may be visible outside this file.
 
 namespace zm {
 namespace {
 
-/// Whether only whole bytes change their places, and which goes where in a 32-bit pixel.
+/// Whether the conversion only moves whole bytes; if so, `order` says which byte goes where in a 32-bit pixel.
 bool ByteOrder(const Conversion& conversion, uint8_t (&order)[4])
 {
     memset(order, 0x80, sizeof(order));
@@ -20,7 +20,7 @@ bool ByteOrder(const Conversion& conversion, uint8_t (&order)[4])
     return whole;
 }
 
-/// Four registers of pixels as three of 24 bits a pixel.
+/// Stores four registers of pixels as three registers of 24-bit pixels.
 inline void StoreThrees(const Avx2Pixels (&pixels)[4], uint8_t* res)
 {
     const Avx2Pixels a = pixels[0].Threes<0>(), b = pixels[1].Threes<1>(), c = pixels[2].Threes<2>(),
@@ -35,7 +35,7 @@ void MoveBytes(const Conversion& conversion, const uint8_t (&order)[4], const ui
 {
     uint8_t places[32];
     for (int i = 0; i < 32; ++i) {
-        // Places outside of the pixel have the high bit set and stay so.
+        // Entries for bytes outside the pixel have the high bit set, and keep it.
         places[i] = uint8_t(order[i % 4] + (i / 4 % 4) * 4);
     }
     const Avx2Pixels move = Avx2Pixels::Load<4>(places), constant = Avx2Pixels::Splat(conversion.constant);
@@ -57,9 +57,9 @@ void MoveBytes(const Conversion& conversion, const uint8_t (&order)[4], const ui
                                                      count - i);
 }
 
-/// Two channels in the halves of 32 bits: where they come from, and how they are scaled in 16 bits.
+/// Two channels in the halves of 32 bits: where they come from, and how they are scaled within 16 bits.
 struct Halves {
-    uint8_t bytes[32];  ///< of each pixel, those of the word that holds the channel
+    uint8_t bytes[32];  ///< for each pixel, the bytes of the word that holds the channel
     uint16_t mask[2], align[2], bias[2], factor[2], place[2];
 };
 
@@ -68,13 +68,13 @@ uint32_t Both(const uint16_t (&of)[2])
     return of[0] | uint32_t(of[1]) << 16;
 }
 
-/// Narrowing from 8 bits to m + 1: (value + bias) * factor >> 16 is the nearest number for every value.
+/// kNarrowByte[m] narrows 8 bits to m + 1: (value + bias) * factor >> 16 is the nearest number for every value.
 constexpr struct {
     uint16_t bias, factor;
 } kNarrowByte[8] = {{131, 254}, {43, 768}, {18, 1801}, {9, 3840}, {4, 7971}, {2, 16192}, {1, 32640}, {0, 0}};
 
-/// Whether the channel can be scaled so: whole bytes to any width, words to narrower ones, and others to as many bits
-/// or more.
+/// Returns whether the channel can be scaled in this way: whole bytes to any width, 16 bits to at most eight, and other
+/// widths to the same or a larger one.
 bool SetHalf(Halves& res, int half, const Channel& from, const Channel& to)
 {
     const int word = from.shift / 8;
@@ -100,7 +100,7 @@ bool SetHalf(Halves& res, int half, const Channel& from, const Channel& to)
         res.factor[half] = uint16_t((1u << to.bits) - 1);
         return from.shift % 8 == 0;
     }
-    // The value moves to the highest bits, and its repetitions are a product.
+    // The value moves to the highest bits; a product repeats it.
     int repeated = 1, bits = from.bits;
     for (; bits < to.bits; bits += from.bits) {
         repeated = repeated << from.bits | 1;
@@ -110,7 +110,7 @@ bool SetHalf(Halves& res, int half, const Channel& from, const Channel& to)
     return from.bits <= to.bits;
 }
 
-/// Red and blue, green and alpha.
+/// Pairs blue with red, and green with alpha.
 bool InHalves(const Conversion& c, Halves (&pairs)[2])
 {
     const Channel *const from = c.from.channel, *const to = c.to.channel;
@@ -126,7 +126,7 @@ struct HalvesMover {
     {
     }
 
-    /// From channels of so many whole bytes.
+    /// From channels of `Size` whole bytes.
     template <int Size>
     Avx2Pixels Narrowed(Avx2Pixels pixel) const
     {
@@ -146,7 +146,7 @@ bool IsWhole(const Channel& c, int bits)
     return c.bits == 0 || (c.bits == bits && c.shift % 8 == 0);
 }
 
-/// Whether all channels have that many bits, which are whole bytes.
+/// Whether all channels consist of `bits` bits, in whole bytes.
 bool HasWhole(const PixelLayout& layout, int bits)
 {
     const Channel* const c = layout.channel;
@@ -159,7 +159,7 @@ bool HasNoByte(const PixelLayout& layout)
            layout.channel[kAlpha].bits < 8;
 }
 
-/// From channels of whole bytes to pixels of at most 16 bits, with channels of less than eight.
+/// From channels of whole bytes to pixels of at most 16 bits with channels of less than eight.
 template <int From, int To, int Size>
 void Narrow(const Conversion& c, const Halves (&pairs)[2], const uint8_t* src, uint8_t* res, int count)
 {
@@ -179,7 +179,7 @@ void Narrow(const Conversion& c, const Halves (&pairs)[2], const uint8_t* src, u
 template <int From, int To>
 void WidenToBytes(const Conversion& c, const Halves (&pairs)[2], const uint8_t* src, uint8_t* res, int count)
 {
-    // Blue, green, red and alpha lie in this order, each where it is to go.
+    // Blue, green, red and alpha in this order, each at its destination.
     uint8_t order[32];
     memset(order, 0x80, sizeof(order));
     const int from[4] = {2, 1, 0, 3};
@@ -202,7 +202,7 @@ void WidenToBytes(const Conversion& c, const Halves (&pairs)[2], const uint8_t* 
     ConvertRow<ScalarPixel, From, To, Moves::Scaled>(c, src, res, count - i);
 }
 
-/// The conversions of one size of pixels to another that have a form of their own.
+/// Handles the pairs of pixel sizes that have a specialised form; returns false for all others.
 bool ConvertInHalves(const Conversion& c, const uint8_t* src, uint8_t* res, int count)
 {
     Halves pairs[2];

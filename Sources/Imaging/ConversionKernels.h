@@ -6,7 +6,7 @@
 namespace zm {
 namespace {
 
-/// A channel's move in registers: what is written through bytes might be the conversion itself.
+/// A channel's move, copied out of the conversion: stores through byte pointers may alias the original.
 template <class Pixels>
 struct Mover {
     explicit Mover(const ChannelMove& m)
@@ -36,7 +36,7 @@ struct Mover {
     Pixels mask, factor, bias, carry;
 };
 
-/// Returns how many pixels it has done: whole registers. Without `Alpha` it moves colours only.
+/// Converts whole registers and returns the number of pixels done. Without `Alpha`, colours only.
 template <class Pixels, int From, int To, Moves Kind, bool Alpha>
 inline int ConvertRegisters(const Conversion& conversion, const uint8_t* src, uint8_t* res, int count)
 {

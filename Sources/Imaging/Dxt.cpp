@@ -33,7 +33,7 @@ uint32_t Mixed(const Rgb& a, uint32_t weightA, const Rgb& b, uint32_t weightB)
     return Packed(res);
 }
 
-/// Only DXT1 has blocks of three colours and a transparent black.
+/// With `transparent`, blocks may have three colours and a transparent black; only DXT1 uses them.
 void DecodeColours(uint32_t (&res)[16], const uint8_t* block, bool transparent)
 {
     uint16_t ends[2];
@@ -51,7 +51,7 @@ void DecodeColours(uint32_t (&res)[16], const uint8_t* block, bool transparent)
     }
 }
 
-/// Four bits a pixel.
+/// Explicit alpha, four bits per pixel.
 void AddAlpha(uint32_t (&res)[16], const uint8_t* block)
 {
     for (int i = 0; i < 16; ++i) {
@@ -60,7 +60,7 @@ void AddAlpha(uint32_t (&res)[16], const uint8_t* block)
     }
 }
 
-/// Two alphas, six or four between them, and three bits a pixel to choose.
+/// Interpolated alpha: two values, six or four between them, and a 3-bit index per pixel.
 void AddMixedAlpha(uint32_t (&res)[16], const uint8_t* block)
 {
     const uint32_t a = block[0], b = block[1], steps = a > b ? 7 : 5;

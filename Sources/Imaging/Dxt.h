@@ -4,8 +4,9 @@
 
 namespace zm {
 
-/// The sixteen pixels of a block, line by line, each as alpha, red, green and blue from the highest byte down. `format`
-/// is ZM_PF_DXT1 (eight bytes a block) to ZM_PF_DXT5 (sixteen). Interpolated values are rounded to nearest.
+/// Decodes the sixteen pixels of a block, line by line, into 32-bit numbers with alpha highest, then red, green and
+/// blue. `format` is ZM_PF_DXT1 (eight bytes per block) to ZM_PF_DXT5 (sixteen). Interpolated values are rounded to
+/// nearest.
 void DecodeBlock(uint32_t (&res)[16], const uint8_t* block, uint32_t format);
 
 }  // namespace zm

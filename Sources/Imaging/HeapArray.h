@@ -11,11 +11,11 @@ struct FreeBlock {
     void operator()(void* block) const { DeleteBlock(block); }
 };
 
-/// Plain values in a block that frees itself; uninitialised.
+/// An owned array of plain values, uninitialised.
 template <class T>
 using HeapArray = std::unique_ptr<T[], FreeBlock>;
 
-/// Null without memory. `count` is not negative.
+/// Returns null if out of memory. `count` must not be negative.
 template <class T>
 HeapArray<T> NewArray(int64_t count)
 {

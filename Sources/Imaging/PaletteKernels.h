@@ -8,12 +8,12 @@
 namespace zm {
 namespace {
 
-/// How strongly the winner and its neighbours on both sides move towards a sample, in parts of 2^18.
+/// How strongly the winner and its neighbours on both sides move towards a sample, in units of 2^-18.
 class Neighbourhood {
 public:
     static constexpr int kLargest = 32;
 
-    /// `radius` 0 or the number of neurons from the winner on; the winner itself moves by alpha / 1024.
+    /// `radius` is 0 or counts the neurons on one side, winner included. The winner itself moves by alpha / 1024.
     void Set(int alpha, int radius)
     {
         memset(m_Eighths, 0, sizeof(m_Eighths));
@@ -28,11 +28,11 @@ public:
     }
 
     int Reach() const { return m_Reach; }
-    /// Weights by the distance from the winner, up to kCentre on both sides.
+    /// Weights by distance from the winner, up to kCentre on both sides.
     WeightSpan AroundWinner() const { return {m_Eighths + kCentre, m_Rest + kCentre}; }
 
 private:
-    static constexpr int kCentre = kLargest + 16;  // whole registers, whichever of their lanes is the first in reach
+    static constexpr int kCentre = kLargest + 16;  // padded for whole registers, wherever the reach begins in one
 
     void Put(int place, int weight)
     {
@@ -45,7 +45,7 @@ private:
     int16_t m_Eighths[2 * kCentre], m_Rest[2 * kCentre];
 };
 
-/// The rate of learning and the radius, which shrink in a hundred cycles.
+/// The learning rate and the radius, which shrink over a hundred cycles.
 class Schedule {
 public:
     explicit Schedule(int factor) : m_Decrement(30 + (factor - 1) / 3) { Update(); }
@@ -68,7 +68,7 @@ private:
     Neighbourhood m_Near;
 };
 
-/// The lowest value and its place, block by block.
+/// The lowest value and its position, block by block.
 template <class Words>
 struct LowestOf {
     Words value = Words::Splat(INT16_MAX), block = Words::Splat(0);
@@ -77,8 +77,8 @@ struct LowestOf {
     int Place() const { return Words::PlaceOfLowest(value, block); }
 };
 
-/// The neuron nearest to the sample after a bonus for those that win seldom. All forget a thousandth of their wins,
-/// and the one that is nearest without the bonus wins one.
+/// Returns the neuron nearest to the sample, with a bonus for neurons that win seldom. The win counts of all neurons
+/// decay by about a thousandth, and the neuron nearest without the bonus gains one win.
 template <class Words>
 inline int Contest(PaletteNetwork& network, const Words (&sample)[3])
 {
@@ -91,7 +91,7 @@ inline int Contest(PaletteNetwork& network, const Words (&sample)[3])
                                Words::AbsDiff(Words::Load(network.colour[2] + at), sample[2]);
         const Words frequency = Words::Load(network.frequency + at);
         nearest.Add(distance, number);
-        // The bias over 2^12 is -frequency / 4, rounded down: averages round without leaving the 16 bits.
+        // The bias divided by 2^12 is -frequency / 4, rounded down; Average() rounds without overflowing 16 bits.
         biased.Add(distance + Words::Average(frequency, two).template ShiftRight<1>(), number);
         (frequency - Words::Average(frequency, start).template ShiftRight<9>()).Store(network.frequency + at);
         number = number + one;
@@ -118,7 +118,7 @@ inline void Attract(PaletteNetwork& network, const Neighbourhood& near, int winn
     }
 }
 
-/// From one sample to the next: a prime number of pixels that does not divide the picture.
+/// The step from one sample to the next: a prime number of pixels that does not divide the picture.
 inline int64_t SampleStep(int64_t length)
 {
     const int primes[] = {499, 491, 487};
@@ -130,12 +130,12 @@ inline int64_t SampleStep(int64_t length)
     return 3 * 503;
 }
 
-/// Returns the last alpha.
+/// Trains the network. Returns the last alpha.
 template <class Words>
 inline int Learn(PaletteNetwork& network, const PackedPicture& picture, int factor)
 {
     const int64_t count = picture.length / (3 * int64_t(factor));
-    // With fewer samples than cycles each sample ends one.
+    // With fewer samples than cycles, each sample ends a cycle.
     const int64_t cycle = count < 100 ? 1 : count / 100;
     Schedule schedule(factor);
     const int64_t step = count > 0 ? SampleStep(picture.length) % picture.length : 0;
@@ -165,8 +165,8 @@ inline Words DistanceTo(const uint16_t (*colours)[kPaletteSize + PaletteIndex::k
            Words::AbsDiff(Words::Load(colours[2] + at), pixel[2]);
 }
 
-/// A register of entries in each direction at a time. The low bits of a key are the order in which a search by
-/// single entries would meet them, so the lowest key is the entry that it would return.
+/// Compares one register of entries per step in each direction. The low bits of a key are the order in which a search
+/// by single entries would meet them, so the lowest key is the entry that such a search would return.
 template <class Words>
 inline int Nearest(const PaletteIndex& index, const uint8_t* bytes)
 {

@@ -8,7 +8,7 @@
 namespace zm {
 namespace {
 
-/// A ramp of greys that no neuron has won.
+/// The initial state: a ramp of greys, no wins.
 void Initialise(PaletteNetwork& network)
 {
     for (int i = 0; i < kPaletteSize; ++i) {
@@ -22,8 +22,8 @@ struct OrderedEntry {
     uint8_t number;
 };
 
-/// Selection sort on purpose: it is not stable, and the order that it leaves among equal second components decides
-/// between entries that are equally near (PaletteQuantizerTest, PixelsMapAsInTheModel).
+/// Must be a selection sort, which is not stable: the order it leaves among equal second components decides between
+/// equally near entries (PaletteQuantizerTest, PixelsMapAsInTheModel).
 void Sort(OrderedEntry (&entries)[kPaletteSize])
 {
     for (int i = 0; i < kPaletteSize; ++i) {
@@ -37,7 +37,8 @@ void Sort(OrderedEntry (&entries)[kPaletteSize])
     }
 }
 
-/// Where the search begins: in the middle of the entries of a value, else at the first of the next value.
+/// Sets where the search for each value begins: in the middle of the entries with that value, or at the first entry of
+/// the next value.
 void FillStarts(PaletteIndex& index)
 {
     const int last = kPaletteSize - 1;
@@ -83,7 +84,7 @@ void BuildPaletteIndex(PaletteIndex& res, const Palette& palette)
         entries[i] = {{colour[0], colour[1], colour[2]}, uint8_t(i)};
     }
     Sort(entries);
-    // Farther from every pixel than any entry, and still small enough for the keys of the search.
+    // Farther from every pixel than any entry, but small enough for the keys of the search.
     const uint16_t nowhere[3] = {0, 1200, 0};
     for (int c = 0; c < 3; ++c) {
         for (int i = 0; i < kPaletteSize + PaletteIndex::kPadding; ++i) {

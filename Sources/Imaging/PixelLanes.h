@@ -7,10 +7,10 @@
 #include <immintrin.h>
 #endif
 
-// Lanes of 32-bit numbers that hold a pixel each, loaded from and stored to pixels of one to four bytes. Neither
-// touches a byte outside of its pixels. ScaleAdd is for values below 2^16, also the result, and a factor that is the
-// same in all lanes; so is ScaleAddWide, for results below 2^32. As in Math/Lanes.h all lane types give the same
-// results, and everything has internal linkage.
+// Lanes of 32-bit numbers that hold one pixel each, loaded from and stored to pixels of one to four bytes. Loads and
+// stores touch no byte outside their pixels. ScaleAdd() requires values and results below 2^16 and a factor that is the
+// same in all lanes; ScaleAddWide() is the same with results below 2^32. As in Math/Lanes.h, all lane types give the
+// same results, and everything has internal linkage.
 
 namespace zm {
 namespace {
@@ -79,11 +79,11 @@ struct SsePixels {
             const __m128i words = _mm_packs_epi32(v, v);
             StoreFour(p, _mm_packus_epi16(words, words));
         } else if constexpr (Bytes == 2) {
-            // Packing saturates signed numbers: the sign is made to fit.
+            // Packing saturates signed numbers, so the sign is extended to fit.
             const __m128i extended = _mm_srai_epi32(_mm_slli_epi32(v, 16), 16);
             _mm_storel_epi64(reinterpret_cast<__m128i*>(p), _mm_packs_epi32(extended, extended));
         } else if constexpr (Bytes == 3) {
-            // Six bytes in each half.
+            // Six bytes per half.
             const __m128i low = _mm_and_si128(v, _mm_setr_epi32(0xFFFFFF, 0, 0xFFFFFF, 0));
             const __m128i pairs =
                 _mm_or_si128(low, _mm_srli_epi64(_mm_andnot_si128(_mm_setr_epi32(-1, 0, -1, 0), v), 8));
@@ -179,11 +179,11 @@ struct Avx2Pixels {
     {
         return {_mm256_add_epi16(_mm256_mullo_epi16(v, factor.v), bias.v)};
     }
-    /// Byte i of each pixel becomes byte order[i] of it; 0 where that is negative.
+    /// Byte i of each pixel becomes its byte order[i]; 0 where that is negative.
     Avx2Pixels Bytes(Avx2Pixels order) const { return {_mm256_shuffle_epi8(v, order.v)}; }
 
-    /// The low three bytes of each pixel side by side, 24 in all, and turned: so many times eight bytes from the end of
-    /// the register on.
+    /// The low three bytes of each pixel, 24 contiguous bytes in all, rotated to begin Turns * 8 bytes before the end
+    /// of the register.
     template <int Turns>
     Avx2Pixels Threes() const
     {
@@ -195,24 +195,24 @@ struct Avx2Pixels {
         const __m256i twelve = _mm256_shuffle_epi8(v, Squeeze());
         return {_mm256_permutevar8x32_epi32(twelve, _mm256_loadu_si256(reinterpret_cast<const __m256i*>(order)))};
     }
-    /// The 32-bit words of this one before that number, and those of the other from there on.
+    /// The 32-bit words of this register before number `Word`, and those of the other from there on.
     template <int Word>
     Avx2Pixels JoinedAt(Avx2Pixels o) const
     {
         return {_mm256_blend_epi32(v, o.v, 0xFF << Word & 0xFF)};
     }
 
-    // Two channels at once, in the halves of a pixel's 32 bits.
+    // Two channels at once, in the two halves of each pixel's 32 bits.
 
     Avx2Pixels HalvesPlus(Avx2Pixels o) const { return {_mm256_add_epi16(v, o.v)}; }
     /// The low 16 bits of each product.
     Avx2Pixels HalvesTimes(Avx2Pixels o) const { return {_mm256_mullo_epi16(v, o.v)}; }
     /// The high 16 bits of each product.
     Avx2Pixels HalvesScaled(Avx2Pixels o) const { return {_mm256_mulhi_epu16(v, o.v)}; }
-    /// The products in parts of 65535, rounded to nearest, where those of `o` are at most 255.
+    /// The products divided by 65535, rounded to nearest; the values of `o` must be at most 255.
     Avx2Pixels HalvesNarrowed(Avx2Pixels o) const
     {
-        // Parts of 2^16 and what is left of them, to which a 65535th gives back one for each of the parts.
+        // n / 65535 is about (n + n / 65536) / 65536: the low word gets the high word added, and its top bit rounds.
         const __m256i whole = _mm256_mulhi_epu16(v, o.v), rest = _mm256_mullo_epi16(v, o.v);
         return {_mm256_add_epi16(whole, _mm256_srli_epi16(_mm256_adds_epu16(rest, whole), 15))};
     }
@@ -237,7 +237,7 @@ private:
     }
 };
 
-/// Sixteen pixels of two bytes, in lanes as wide as they are.
+/// Sixteen pixels of two bytes, in 16-bit lanes.
 struct Avx2ShortPixels {
     __m256i v;
 

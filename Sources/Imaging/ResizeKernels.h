@@ -5,13 +5,15 @@
 
 #include <stddef.h>
 
-// The functions of ResizeLines.h over lanes. Those with a `from` go as far as whole registers do, and return how far.
+// The functions of ResizeLines.h as templates over lanes. Those with a `from` process whole registers from there on and
+// return the index of the first pixel that is left. Structures passed by reference are copied first: the compiler would
+// reload them after each store, which might alias them.
 
 namespace zm {
 namespace {
 
-/// Lines are read in short bursts, and by themselves processors fetch them too late. An address without memory does
-/// nothing.
+/// Prefetches a later part of a line: lines are read in short bursts, for which the hardware prefetches too late. An
+/// invalid address has no effect.
 inline void FetchAhead(const uint8_t* line, ptrdiff_t bytes)
 {
     __builtin_prefetch(line + bytes);
@@ -33,6 +35,7 @@ inline int SumPixels(float* sums, const WeightedLines& lines, int from, int widt
     return x;
 }
 
+/// Dispatches on the number of lines, so that the compiler unrolls the loop over them.
 template <class Pixels>
 inline int SumAll(float* sums, const WeightedLines& lines, int from, int width, bool add)
 {
@@ -63,6 +66,7 @@ inline Pixel WeightedSum(const float* pixels, const float* weights, int count)
     return sum;
 }
 
+/// Adds partial sums of kMostFloats products each, to limit rounding errors.
 template <class Pixel>
 inline Pixel Reduced(const float* sums, const Taps& taps, const float* weights)
 {
@@ -99,7 +103,7 @@ inline int AddPixels(const Columns& sums, const uint8_t* const* lines, int count
     return x;
 }
 
-/// The sum of so many inner lines, or what has been added up before.
+/// The sum of `Count` inner lines; if there are more than Band::kMost, the sum that AddLines() has stored.
 template <class Lanes, int Count>
 inline Lanes SumOfInner(const Band& band, int x)
 {
@@ -171,7 +175,7 @@ inline int ReduceSums(const ResultLine& res, const Columns& columns, const Spans
     return x;
 }
 
-/// Of few columns without a loop over them.
+/// A single group of four columns needs no loop.
 template <class Sums>
 inline int ReduceAll(const ResultLine& res, const Columns& columns, const Spans& spans, int from)
 {
@@ -188,8 +192,8 @@ inline void ReduceColumnsBy(const ResultLine& res, const Columns& columns, const
 template <class Lanes>
 inline int StretchPixels(const Columns& res, const uint8_t* line, const Neighbours& neighbours, int from, int width)
 {
-    constexpr ptrdiff_t kAhead = 8192;  // measured: half of it, or twice as much, is no better
-    // For rounding, and half of what four products that are rounded down can lose, here and when lines are mixed.
+    constexpr ptrdiff_t kAhead = 8192;  // measured: half or twice this distance is no better
+    // 128 rounds to nearest; 2 returns half of what four rounded-down products can lose, here and in MixPixels().
     const Lanes bias = Lanes::Splat(128 + 2);
     const Columns r = res;
     const Neighbours n = neighbours;
@@ -209,7 +213,7 @@ inline int StretchPixels(const Columns& res, const uint8_t* line, const Neighbou
 template <class Lanes>
 inline int MixPixels(const ResultLine& res, const Columns& upper, const Columns& lower, uint16_t weight, int from)
 {
-    constexpr ptrdiff_t kAhead = 4096;  // memory that is written is read before
+    constexpr ptrdiff_t kAhead = 4096;  // a store reads its cache line first
     const Lanes below = Lanes::Splat(weight), above = -below;
     const ResultLine r = res;
     const Columns u = upper, l = lower;

@@ -10,9 +10,9 @@
 #include <immintrin.h>
 #endif
 
-// Lanes for scaling pictures: channels of whole pixels, kPixels at a time, in the order of the bytes of ARGB8888 (blue,
-// green, red, alpha), as floats or as words of 16 bits. As in Math/Lanes.h all lane types give the same results, and
-// everything has internal linkage.
+// Lanes for scaling pictures: the channels of kPixels whole pixels, in the byte order of ARGB8888 (blue, green, red,
+// alpha), as floats or as 16-bit words. As in Math/Lanes.h, all lane types give the same results, and everything has
+// internal linkage.
 
 namespace zm {
 namespace {
@@ -36,16 +36,16 @@ struct ScalarPixelFloats {
     }
     ScalarPixelFloats operator*(float s) const { return {{f[0] * s, f[1] * s, f[2] * s, f[3] * s}}; }
     ScalarPixelFloats Premultiplied() const { return {{f[0] * f[3], f[1] * f[3], f[2] * f[3], f[3]}}; }
-    /// Of premultiplied colours; transparent black without alpha.
+    /// Converts premultiplied colours to straight ones; transparent black if alpha is 0.
     ScalarPixelFloats Straight() const
     {
         return f[3] > 0 ? ScalarPixelFloats{{f[0] / f[3], f[1] / f[3], f[2] / f[3], f[3]}} : Zero();
     }
-    /// Rounded to nearest; not for negative numbers.
+    /// Rounds to nearest. Not for negative numbers.
     void ToBytes(uint8_t* p) const
     {
         for (int c = 0; c < 4; ++c) {
-            // No negative numbers, and the same as in registers: NOLINTNEXTLINE(bugprone-incorrect-roundings)
+            // Never negative, and identical to the vector forms: NOLINTNEXTLINE(bugprone-incorrect-roundings)
             p[c] = uint8_t((f[c] < 255 ? f[c] : 255) + 0.5f);
         }
     }
@@ -91,13 +91,13 @@ private:
     }
 };
 
-/// Sums of few bytes.
+/// Sums of a few bytes, as 16-bit words.
 struct ScalarPixelWords {
     int16_t w[4];
 
     static constexpr int kPixels = 1;
 
-    /// Sums of two by two pixels.
+    /// The sums of 2x2 blocks of pixels.
     static ScalarPixelWords SumOfFour(const uint8_t* upper, const uint8_t* lower)
     {
         ScalarPixelWords res;
@@ -106,7 +106,7 @@ struct ScalarPixelWords {
         }
         return res;
     }
-    /// Without so many bits, rounded to nearest, and with that byte for alpha.
+    /// Shifts out `Bits` bits, rounding to nearest, and stores `alpha` as the fourth byte.
     template <int Bits>
     void ToBytes(uint8_t* p, uint8_t alpha) const
     {
@@ -151,8 +151,8 @@ private:
     }
 };
 
-/// Columns of numbers of 16 bits without a sign; sums wrap around. Blue and red of all pixels lie together, and in
-/// another place green and alpha: so they come out of bytes without being moved.
+/// Columns of unsigned 16-bit numbers; sums wrap around. Blue and red of all pixels are stored together, and green and
+/// alpha in a second array, so that masks and shifts extract them from bytes without shuffling.
 struct ScalarColumns {
     uint16_t w[4];
 
@@ -168,22 +168,22 @@ struct ScalarColumns {
         return {{first[0], first[1], second[0], second[1]}};
     }
     static ScalarColumns FromBytes(const uint8_t* p) { return {{p[0], p[2], p[1], p[3]}}; }
-    /// The same times 256.
+    /// The bytes times 256.
     static ScalarColumns FromHighBytes(const uint8_t* p) { return FromBytes(p) << 8; }
-    /// The pixels of a line with those numbers and the ones that follow them, times 256.
+    /// The pixels of a line at these indices, and the pixels after them, times 256.
     static void LoadNeighbours(ScalarColumns& left, ScalarColumns& right, const uint8_t* line, const int* numbers)
     {
         left = FromHighBytes(line + ptrdiff_t(numbers[0]) * 4);
         right = FromHighBytes(line + ptrdiff_t(numbers[0]) * 4 + 4);
     }
-    /// One weight for each pixel, which stands twice.
+    /// One weight per pixel, stored twice.
     static ScalarColumns LoadWeights(const uint16_t* p) { return {{p[0], p[0], p[0], p[0]}}; }
     void Store(const Columns& p, int x) const
     {
         memcpy(p.blueRed + ptrdiff_t(x) * 2, w, 4);
         memcpy(p.greenAlpha + ptrdiff_t(x) * 2, w + 2, 4);
     }
-    /// The high bytes, and that byte for alpha.
+    /// Stores the high bytes, and `alpha` as the fourth byte.
     void HighToBytes(uint8_t* p, uint8_t alpha) const
     {
         p[0] = uint8_t(w[0] >> 8);
@@ -201,7 +201,7 @@ struct ScalarColumns {
     {
         return {{uint16_t(w[0] << bits), uint16_t(w[1] << bits), uint16_t(w[2] << bits), uint16_t(w[3] << bits)}};
     }
-    /// The products in parts of 2^16, rounded down.
+    /// The products divided by 2^16, rounded down.
     ScalarColumns Share(ScalarColumns o) const
     {
         ScalarColumns res;
@@ -274,7 +274,7 @@ private:
     }
 };
 
-/// Weighted sums of columns below 2^15.
+/// Weighted sums of columns; the weights are below 2^15.
 struct ScalarSums {
     int32_t s[4];
 
@@ -304,7 +304,7 @@ struct ScalarSums {
     }
 };
 
-/// Four pixels of bytes in the halves of 32 bits.
+/// Stores four pixels whose bytes are in the halves of 32 bits.
 inline void StoreFour(uint8_t* p, __m128i blueRed, __m128i greenAlpha, uint8_t alpha)
 {
     const __m128i green = _mm_and_si128(_mm_slli_epi16(greenAlpha, 8), _mm_set1_epi32(0xFFFF));
@@ -313,7 +313,7 @@ inline void StoreFour(uint8_t* p, __m128i blueRed, __m128i greenAlpha, uint8_t a
 }
 
 struct SseSums {
-    __m128i blueRed[4], greenAlpha[4];  ///< of each pixel two sums: of the first two of four columns, and of the others
+    __m128i blueRed[4], greenAlpha[4];  ///< per pixel the sums of the first two and the last two of each four columns
 
     static constexpr int kPixels = 4;
 
@@ -447,7 +447,7 @@ struct Avx2Columns {
         return {{_mm256_and_si256(bytes, _mm256_set1_epi16(0xFF)), _mm256_srli_epi16(bytes, 8)}};
     }
     static Avx2Columns FromHighBytes(const uint8_t* p) { return High(LoadSixteen(p)); }
-    /// None of the numbers is more than seven above the first, and nine pixels from there on can be read.
+    /// All indices must be at most seven above the first, and nine pixels from there on must be readable.
     static void LoadNeighbours(Avx2Columns& left, Avx2Columns& right, const uint8_t* line, const int* numbers)
     {
         const uint8_t* const p = line + ptrdiff_t(numbers[0]) * 4;
@@ -497,7 +497,7 @@ private:
 };
 
 struct Avx2Sums {
-    __m256i s[4];  ///< as in SseSums, with blue and red in the lower half
+    __m256i s[4];  ///< like SseSums, with blue and red in the lower half
 
     static constexpr int kPixels = 4;
 

@@ -2,36 +2,36 @@
 
 #include <stdint.h>
 
-// Scaling, line by line: pixels are ARGB8888, and a line of floats has four numbers a pixel.
+// Scaling, line by line. Pixels are ARGB8888; a line of floats has four per pixel.
 
 namespace zm {
 
-/// How many bits numbers of 16 bits have behind the point, where they are as large as bytes.
+/// Fraction bits of 16-bit numbers that hold values in the range of a byte.
 constexpr int kFraction = 7;
 
-/// The pixels behind one pixel of the result, in one direction: a first one, and so many.
+/// The source pixels that contribute to one result pixel, in one direction.
 struct Taps {
     int first, count;
-    int weight;  ///< index of the first of their weights, which add up to 1
+    int weight;  ///< index of the first of `count` weights, which add up to 1
 };
 
-/// Where lines that grow take their pixels from: number `left[i]` and the one after it, whose weight in parts of 2^16,
-/// neither 0 nor all, stands twice in `weights`. Before pixel `inner` of the result, nine pixels of the line follow
-/// from each number on.
+/// Source pixels for enlarging a line: result pixel i lies between source pixels `left[i]` and `left[i]` + 1. The
+/// weight of the second, in units of 2^-16 and neither 0 nor 2^16, is stored twice in `weights`. For result pixels
+/// before `inner`, nine source pixels can be read from `left[i]` on.
 struct Neighbours {
     const int* left;
     const uint16_t* weights;
     int inner;
 };
 
-/// Where pixels of an opaque picture go, and their highest byte.
+/// The destination for pixels of an opaque picture, and their highest byte.
 struct ResultLine {
     uint8_t* pixels;
     int width;
     uint8_t alpha;
 };
 
-/// Some lines of a picture and their weights. Colours are premultiplied.
+/// Some source lines and their weights. Colours are premultiplied.
 struct WeightedLines {
     static constexpr int kMost = 4;
 
@@ -40,14 +40,14 @@ struct WeightedLines {
     int count;
 };
 
-/// A line of numbers of 16 bits, two of each pixel side by side.
+/// A line of 16-bit numbers; each array has two adjacent numbers per pixel.
 struct Columns {
     uint16_t *blueRed, *greenAlpha;
 };
 
-/// The lines of an opaque picture behind one of the result. The sum of the inner ones, which stands in `sums` when they
-/// are more than kMost, is shifted to use 16 bits and weighted; the two at the edges have weights of their own. Weights
-/// are in parts of 2^16, those of the edges for bytes times 256.
+/// The source lines of an opaque picture that contribute to one result line. The sum of the inner lines is shifted to
+/// use all 16 bits and then weighted; if there are more than kMost of them, it is precomputed in `sums`. The two edge
+/// lines have weights of their own. Weights are in units of 2^-16; those of the edges apply to bytes times 256.
 struct Band {
     static constexpr int kMost = 4;
 
@@ -58,9 +58,9 @@ struct Band {
     uint16_t innerWeight, edgeWeight[2];
 };
 
-/// Where each pixel of the result begins in a line, and the weights of so many times four pixels from there on, eight
-/// for four of them: twice those of two. Lines must go on for as many pixels more than they have. Sums become pixels
-/// when they are scaled and the bias is added.
+/// For each result pixel, the index of its first source column and the weights of `fours` groups of four columns. A
+/// group has eight weights: each pair is stored twice. Lines must be readable for `fours` * 4 columns beyond their end.
+/// A sum becomes a pixel by multiplying by `scale` and adding `bias`.
 struct Spans {
     const int* first;
     const int16_t* weights;
@@ -68,31 +68,32 @@ struct Spans {
     float scale, bias;
 };
 
-/// Sums of `count` lines, at most Band::kMost, added to what is there or instead of it.
+/// Sums `count` lines, at most Band::kMost. `add`: adds to the existing sums instead of replacing them.
 void AddLines(const Columns& sums, const uint8_t* const* lines, int count, int width, bool add);
 
-/// The weighted sum of a band.
+/// Computes the weighted sum of a band.
 void WeighLines(const Columns& res, const Band& band, int width);
 
-/// Weighted sums of columns become pixels.
+/// Reduces columns to pixels by weighted sums.
 void ReduceColumns(const ResultLine& res, const Columns& columns, const Spans& spans);
 
-/// So many floats are added up one after the other; of more the sums are, since the errors of thousands would show.
+/// The most floats that are added up in sequence; longer sums are made of partial sums, since the rounding errors of
+/// thousands of additions would be visible.
 constexpr int kMostFloats = 256;
 
-/// Sums of the lines, added to what is there or instead of it.
+/// Sums lines. `add`: adds to the existing sums instead of replacing them.
 void SumLines(float* sums, const WeightedLines& lines, int width, bool add);
 
-/// Sums of columns become pixels, premultiplied colours straight ones.
+/// Reduces sums of columns to pixels, and premultiplied colours to straight ones.
 void ReduceLine(uint8_t* res, const float* sums, const Taps* taps, const float* weights, int width);
 
-/// Interpolates along a line. Columns are the colours times 256, and what MixLines() needs for rounding.
+/// Interpolates along a line. Columns are the colours times 256, plus the rounding bias that MixLines() needs.
 void StretchLine(const Columns& res, const uint8_t* line, const Neighbours& neighbours, int width);
 
-/// Interpolates between two stretched lines; the weight of the lower one is as in Neighbours.
+/// Interpolates between two stretched lines. `weight` is that of the lower line, in the units of Neighbours.
 void MixLines(const ResultLine& res, const Columns& upper, const Columns& lower, uint16_t weight);
 
-/// Means of two by two pixels.
+/// Averages 2x2 blocks of pixels.
 void HalveLines(const ResultLine& res, const uint8_t* upper, const uint8_t* lower);
 
 /// The kernels for processors with AVX2.

@@ -1,6 +1,6 @@
 #include "Imaging/ResizeKernels.h"
 
-// Compiled for AVX2; nothing but the functions of zm::avx2 may be visible outside this file.
+// Compiled for AVX2. Only the functions of zm::avx2 may be visible outside this file.
 
 namespace zm {
 namespace avx2 {

@@ -6,14 +6,13 @@
 #include <immintrin.h>
 #endif
 
-// Lanes of 16-bit whole numbers, as the palette quantiser needs them: AbsDiff, Min and KeepLower are for values
-// below 2^15, Average for all. As in Math/Lanes.h all lane types give the same results, and everything has
-// internal linkage.
+// Lanes of 16-bit integers for the palette quantiser. AbsDiff, Min and KeepLower require values below 2^15; Average
+// takes any. As in Math/Lanes.h, all lane types give the same results, and everything has internal linkage.
 
 namespace zm {
 namespace {
 
-/// Weights of up to 2^18, split so that pairs of 16-bit products add up to the whole one: 8 * eighths + rest.
+/// Weights of up to 2^18, split as 8 * eighths + rest, so that two 16-bit products add up to the whole product.
 struct WeightSpan {
     const int16_t* eighths;
     const int16_t* rest;
@@ -24,7 +23,7 @@ struct ScalarWord {
     int i;
 
     static constexpr int kCount = 1;
-    static constexpr int kRankBits = 1;  ///< to number two registers of lanes
+    static constexpr int kRankBits = 1;  ///< bits that number the lanes of two registers
 
     static ScalarWord Load(const uint16_t* p) { return {*p}; }
     void Store(uint16_t* p) const { *p = uint16_t(i); }
@@ -46,7 +45,7 @@ struct ScalarWord {
     }
 
     static ScalarWord Min(ScalarWord a, ScalarWord b) { return a.i < b.i ? a : b; }
-    /// Keeps the lower value and the number that goes with it; numbers grow from call to call, from 0.
+    /// Keeps the lower value and its number. Numbers increase from call to call, from 0.
     static void KeepLower(ScalarWord& value, ScalarWord& number, ScalarWord newValue, ScalarWord newNumber)
     {
         if (newValue.i < value.i) {
@@ -62,11 +61,11 @@ struct ScalarWord {
         int whole;
     };
     static Weights LoadWeights(const WeightSpan& from, int at) { return {8 * from.eighths[at] + from.rest[at]}; }
-    /// difference * weight / 2^18, truncated towards zero; for differences of less than 2^12.
+    /// difference * weight / 2^18, truncated towards zero. The difference must be below 2^12.
     static ScalarWord Weighted(ScalarWord difference, const Weights& w) { return {difference.i * w.whole / (1 << 18)}; }
 
     int Lowest() const { return i; }
-    /// Where lanes come in blocks: block * kCount + lane of the lowest value, the lowest such number.
+    /// For lanes that come in blocks: block * kCount + lane of the lowest value; on ties the lowest such number.
     static int PlaceOfLowest(ScalarWord, ScalarWord block) { return block.i; }
 };
 
@@ -99,7 +98,7 @@ struct SseWords {
     static SseWords Min(SseWords a, SseWords b) { return {_mm_min_epi16(a.v, b.v)}; }
     static void KeepLower(SseWords& value, SseWords& number, SseWords newValue, SseWords newNumber)
     {
-        // The largest number is the last that was lower: no blending needed.
+        // Numbers increase, so the maximum is the last one with a lower value; no blend is needed.
         number = Max(number, Greater(value, newValue) & newNumber);
         value = Min(value, newValue);
     }
@@ -129,7 +128,7 @@ struct SseWords {
     static int PlaceOfLowest(SseWords value, SseWords block)
     {
         const SseWords lowest = Splat(value.Lowest()), place = block.ShiftLeft<3>() + Numbers();
-        const SseWords higher = Greater(value, lowest).ShiftRight<1>();  // the largest number, where it is
+        const SseWords higher = Greater(value, lowest).ShiftRight<1>();  // the largest number in lanes above the lowest
         return SseWords{_mm_or_si128(place.v, higher.v)}.Lowest();
     }
 
@@ -146,7 +145,7 @@ private:
 
 #ifdef __AVX2__
 
-/// Sixteen lanes; Min and Lowest take values of all 16 bits.
+/// Sixteen lanes. Min and Lowest take values of all 16 bits.
 struct Avx2Words {
     __m256i v;
 
@@ -175,7 +174,7 @@ struct Avx2Words {
     static Avx2Words Min(Avx2Words a, Avx2Words b) { return {_mm256_min_epu16(a.v, b.v)}; }
     static void KeepLower(Avx2Words& value, Avx2Words& number, Avx2Words newValue, Avx2Words newNumber)
     {
-        // The largest number is the last that was lower: no blending needed.
+        // Numbers increase, so the maximum is the last one with a lower value; no blend is needed.
         number = Max(number, Greater(value, newValue) & newNumber);
         value = Min(value, newValue);
     }

@@ -21,7 +21,7 @@ bool IsDense(const ImageView& image)
     return image.pitch == ptrdiff_t(image.width) * image.layout.bytes;
 }
 
-/// From images with masks.
+/// From masked images.
 void CopyMasked(const ImageView& src, const ImageView& dst)
 {
     const Conversion conversion = Convert(src.layout, dst.layout);
@@ -35,7 +35,7 @@ void CopyMasked(const ImageView& src, const ImageView& dst)
     }
 }
 
-/// All that an index can be; opaque black beyond the colour map.
+/// The colours of all 256 possible indices; opaque black beyond the end of the colour map.
 void ReadPalette(uint32_t (&res)[256], const ImageView& image)
 {
     for (int i = 0; i < 256; ++i) {
@@ -64,7 +64,7 @@ void LookUp(const ImageView& src, const ImageView& dst, const uint8_t* colours)
     }
 }
 
-/// The colour map is converted, and then only copied.
+/// Converts the colour map once, then copies its entries.
 void CopyIndexed(const ImageView& src, const ImageView& dst)
 {
     uint32_t palette[256];
@@ -99,7 +99,7 @@ void CopyCompressed(const ImageView& src, const ImageView& dst)
     }
 }
 
-/// To an image with masks.
+/// To a masked image.
 void Copy(const ImageView& src, const ImageView& dst)
 {
     switch (src.kind) {
@@ -109,7 +109,7 @@ void Copy(const ImageView& src, const ImageView& dst)
     }
 }
 
-/// An image with masks in a block of memory, line after line.
+/// A masked image in a block of memory, without padding between lines.
 ImageView Packed(uint8_t* block, int width, int height, const PixelLayout& layout)
 {
     ImageView res = {};
@@ -139,7 +139,7 @@ bool Quantize(const ImageView& src, const ImageView& dst)
     if (src.kind != PixelKind::Masked || src.bits < 24 || dst.bits != 8 || dst.entries != kPaletteSize) {
         return false;
     }
-    // Red first: the order of the components decides between entries that are equally near.
+    // Red first: the order of the components decides between equally near entries.
     const PixelLayout layout = {3, {{0, 8}, {8, 8}, {16, 8}, {0, 0}}};
     const int64_t length = int64_t(src.width) * src.height * 3;
     const HeapArray<uint8_t> block = NewArray<uint8_t>(length);
@@ -168,7 +168,7 @@ bool Blit(const ImageView& src, const ImageView& dst)
     return true;
 }
 
-/// Both views, when the images can be blitted.
+/// Makes both views. Returns false if the images cannot be blitted.
 bool ViewPair(ImageView& from, ImageView& to, const ZmImageDescEx& src, const ZmImageDescEx& dst)
 {
     return View(from, src) && View(to, dst) && from.width == to.width && from.height == to.height &&
@@ -186,7 +186,7 @@ bool IsLaidOut(const ImageView& image, const PixelLayout& layout)
     return image.kind == PixelKind::Masked && memcmp(&image.layout, &layout, sizeof(layout)) == 0;
 }
 
-/// Some lines of an image, from one that begins a row of blocks.
+/// `height` lines of an image from line y on, which must begin a row of blocks in a compressed image.
 ImageView Band(const ImageView& image, int y, int height)
 {
     ImageView res = image;
@@ -195,7 +195,7 @@ ImageView Band(const ImageView& image, int y, int height)
     return res;
 }
 
-/// The image itself where it is ARGB8888, else a copy of it in the block.
+/// The image itself if it is ARGB8888, else a copy of it in the block.
 ImageView AsArgb(const ImageView& image, uint8_t* block)
 {
     if (IsLaidOut(image, kArgb)) {

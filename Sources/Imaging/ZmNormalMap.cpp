@@ -10,7 +10,7 @@ namespace {
 
 using namespace zm;
 
-/// The heights of a picture that repeats itself.
+/// The heights of a picture that repeats in both directions.
 class HeightField {
 public:
     HeightField(const ImageView& image, const Channel& channel, double scale)
@@ -44,14 +44,14 @@ private:
     const double m_Scale;
 };
 
-/// A number from 0 to 1.
+/// Encodes a number from 0 to 1 in a channel.
 uint32_t Field(double value, const Channel& channel)
 {
     const uint32_t most = (1u << channel.bits) - 1;
     return uint32_t(floor(value * most + 0.5)) << channel.shift;
 }
 
-/// A number from -1 to 1; its sign is the highest bit of the field.
+/// Encodes a number from -1 to 1; the highest bit of the field is the sign.
 uint32_t SignedField(double value, const Channel& channel)
 {
     const int most = (1 << (channel.bits - 1)) - 1;

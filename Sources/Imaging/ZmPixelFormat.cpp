@@ -8,7 +8,7 @@ struct FormatRecord {
     char name[20];
 };
 
-// The order is that of ZM_PIXELFORMAT, and that of the search.
+// In the order of ZM_PIXELFORMAT, which is also the search order.
 constexpr FormatRecord kFormats[] = {
     {0, 0, 0, 0, 0, "Unknown"},
     {32, 0x00FF0000, 0x0000FF00, 0x000000FF, 0xFF000000, "32 bits ARGB 8888"},
@@ -96,7 +96,7 @@ void ZmPixelFormat2ImageDesc(ZM_PIXELFORMAT format, ZmImageDescEx& desc)
 
 const char* ZmPixelFormat2String(ZM_PIXELFORMAT format)
 {
-    // Not "Unknown": callers take an empty name for "no format" (PixelFormatTest, FormatsWithoutRecordHaveNoName).
+    // Not "Unknown": callers treat an empty name as "no format" (PixelFormatTest, FormatsWithoutRecordHaveNoName).
     return HasRecord(format) ? kFormats[format].name : "";
 }
 

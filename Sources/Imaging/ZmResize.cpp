@@ -20,7 +20,7 @@ class Axis {
 public:
     bool Prepare(int from, int to)
     {
-        // An area touches from / to pixels and two that it cuts.
+        // An area covers from / to source pixels, plus up to two partial ones.
         const int64_t most = to < from ? int64_t(from) + 2 * int64_t(to) : 2 * int64_t(to);
         m_Taps = NewArray<Taps>(to);
         m_Weights = NewArray<float>(most);
@@ -38,15 +38,15 @@ public:
 
     const Taps* AllTaps() const { return m_Taps.get(); }
     const float* Weights() const { return m_Weights.get(); }
-    /// Of one pixel of the result.
+    /// The largest number of source pixels that contribute to one result pixel.
     int MostTaps() const { return m_MostTaps; }
-    /// Every weight is a whole number of parts.
+    /// Every weight is a multiple of 1 / Parts().
     int64_t Parts() const { return m_Parts; }
 
 private:
     void Add(double weight) { m_Weights[size_t(m_Used++)] = float(weight); }
 
-    /// In units of 1 / to of a source pixel, the result's pixel i covers from * i to from * (i + 1).
+    /// In units of 1 / to of a source pixel, result pixel i covers from * i to from * (i + 1).
     Taps Area(int i, int from, int to)
     {
         const int64_t begin = int64_t(from) * i, end = begin + from;
@@ -59,8 +59,8 @@ private:
         return res;
     }
 
-    /// In units of half a pixel of the result, its centre lies at from * (2 * i + 1) - to behind that of the first
-    /// source pixel, and source pixels are 2 * to apart.
+    /// In units of half a result pixel, the centre of result pixel i lies from * (2 * i + 1) - to behind the centre of
+    /// the first source pixel, and source pixels are 2 * to apart.
     Taps Between(int i, int from, int to)
     {
         const int64_t apart = 2 * int64_t(to), centre = int64_t(from) * (2 * int64_t(i) + 1) - to;
@@ -87,8 +87,8 @@ bool Equal(const PixelLayout& a, const PixelLayout& b)
     return memcmp(&a, &b, sizeof(a)) == 0;
 }
 
-/// The lines of an image with the colours where ARGB8888 has them, and alpha if it has some: its own where they are so
-/// already, else copies.
+/// The lines of an image with colours, and alpha if present, at the positions of ARGB8888. Lines that have this layout
+/// already are not copied.
 class SourceLines {
 public:
     static constexpr int kCopies = 6;
@@ -102,7 +102,7 @@ public:
         return m_Direct || m_Copies != nullptr;
     }
 
-    /// Good until another line takes that copy.
+    /// Valid until the copy with this number is used again.
     const uint8_t* Read(int y, int number)
     {
         if (m_Direct) {
@@ -120,17 +120,17 @@ private:
     HeapArray<uint8_t> m_Copies;
 };
 
-/// Whether pixels of an opaque picture can be written as they are to be: only their highest byte is to be set.
+/// Whether pixels of an opaque picture can be written directly, with only the highest byte still to be set.
 bool HasColoursOfRgb(const PixelLayout& layout)
 {
     const bool alpha = layout.channel[kAlpha].bits != 0;
     return Equal(layout, alpha ? kArgb : kRgb);
 }
 
-/// What all ways of resizing have: lines of the source go in, lines of the result come out.
+/// What all resizing methods share: reading source lines and writing result lines.
 class Lines {
 public:
-    /// Of opaque pictures the highest byte of a pixel may be anything on the way.
+    /// For opaque pictures the highest byte of intermediate pixels is arbitrary.
     bool Prepare(const ImageView& src, const ImageView& dst, bool opaque)
     {
         const PixelLayout& layout = opaque ? kRgb : kArgb;
@@ -142,9 +142,9 @@ public:
     }
 
     const uint8_t* Read(int y, int copy) { return m_Source.Read(y, copy); }
-    /// Where line y of the result is to be put together.
+    /// The buffer in which to build line y of the result.
     uint8_t* Result(int y) { return m_Direct ? m_Dst.Line(y) : m_Result.get(); }
-    /// The same of an opaque picture.
+    /// The same for an opaque picture.
     ResultLine Opaque(int y)
     {
         return {Result(y), m_Dst.width, uint8_t(m_Dst.layout.channel[kAlpha].bits != 0 ? 255 : 0)};
@@ -164,7 +164,7 @@ private:
     HeapArray<uint8_t> m_Result;
 };
 
-/// The weighted sum of the lines behind line y of the result, in floats; `part` is room for as many.
+/// The weighted sum, in floats, of the source lines that contribute to result line y. `part` is a scratch line.
 void SumOfLines(Lines& lines, const Axis& down, int y, int width, float* sums, float* part)
 {
     const Taps& taps = down.AllTaps()[y];
@@ -182,7 +182,7 @@ void SumOfLines(Lines& lines, const Axis& down, int y, int width, float* sums, f
     }
 }
 
-/// Any picture: columns are added up in floats, and then reduced to pixels.
+/// Resizes any picture: sums up columns in floats, then reduces them to pixels.
 bool Resample(const ImageView& src, const ImageView& dst)
 {
     Lines lines;
@@ -201,7 +201,7 @@ bool Resample(const ImageView& src, const ImageView& dst)
     return true;
 }
 
-/// A line of columns, and more of them that are 0.
+/// A line of columns, followed by `more` columns of zeros.
 class ColumnLine {
 public:
     bool Prepare(int width, int more)
@@ -229,10 +229,10 @@ uint16_t InParts(double weight, int parts)
     return uint16_t(floor(weight * parts + 0.5));
 }
 
-/// The weighted sums of lines of an opaque picture, with kFraction bits behind the point.
+/// The weighted sums of lines of an opaque picture, with kFraction fraction bits.
 class LineSums {
 public:
-    /// So many columns more than there are will be read.
+    /// `more` columns beyond the end will be read.
     bool Prepare(int from, int to, int width, int more)
     {
         m_Width = width;
@@ -248,7 +248,7 @@ public:
         return true;
     }
 
-    /// Whether the bytes of all lines add up to 16 bits.
+    /// Whether the sum of the bytes of all lines fits in 16 bits.
     bool Fits() const { return m_Axis.MostTaps() <= 256; }
 
     const Columns& Sum(Lines& lines, int y)
@@ -289,7 +289,7 @@ private:
     ColumnLine m_Columns, m_Sums;
 };
 
-/// Whole weights for the columns of an opaque picture.
+/// Integer weights for the columns of an opaque picture.
 class ColumnSpans {
 public:
     bool Prepare(int from, int to)
@@ -318,12 +318,12 @@ public:
     }
 
     bool Fits() const { return m_Axis.Parts() <= 32767; }
-    /// So many columns more than there are must be readable.
+    /// How many columns beyond the end must be readable.
     int Beyond() const { return m_Fours * 4; }
 
     Spans All() const
     {
-        // Up to three products are rounded down in each sum: half of what they can lose is given back.
+        // Each sum contains up to three products rounded down: the bias returns half of what they can lose.
         constexpr float kBias = 1.5f / (1 << kFraction) + 0.5f;
         return {m_First.get(), m_Weights.get(), m_Fours, 1 / (float(m_Axis.Parts()) * (1 << kFraction)), kBias};
     }
@@ -341,7 +341,7 @@ private:
     HeapArray<int16_t> m_Weights;
 };
 
-/// Opaque pictures in whole numbers. Those that would need larger ones go the way of all.
+/// Resizes opaque pictures in integers. Falls back to Resample() where they would overflow.
 bool ResampleOpaque(const ImageView& src, const ImageView& dst)
 {
     Lines lines;
@@ -362,13 +362,13 @@ bool ResampleOpaque(const ImageView& src, const ImageView& dst)
     return true;
 }
 
-/// In parts of 2^16, neither none nor all of them: both weights of a pair have 16 bits.
+/// In units of 2^-16, and never 0 or 2^16, so that both weights of a pair fit in 16 bits.
 uint16_t WeightOf(double share)
 {
     return uint16_t(std::clamp(int(floor(share * 65536 + 0.5)), 1, 65535));
 }
 
-/// The last two source lines, stretched.
+/// The last two source lines, stretched to the result's width.
 class StretchedLines {
 public:
     bool Prepare(int from, int to)
@@ -383,7 +383,7 @@ public:
         }
         for (int x = 0; x < to; ++x) {
             const Taps& taps = axis.AllTaps()[x];
-            // The last pixel has no neighbour: it is that of the one before it.
+            // The last pixel has no right neighbour, so it is taken as the right neighbour of the one before it.
             const bool last = taps.first == from - 1;
             const double right = last ? 1 : taps.count == 2 ? axis.Weights()[taps.weight + 1] : 0;
             m_Left[size_t(x)] = taps.first - last;
@@ -411,7 +411,7 @@ private:
     int m_Number[2] = {-1, -1};
 };
 
-/// Opaque pictures that do not shrink, of two columns at least: whole numbers, each source line once.
+/// Enlarges opaque pictures of at least two columns, in integers; each source line is stretched once.
 bool Stretch(const ImageView& src, const ImageView& dst)
 {
     Lines lines;
@@ -432,7 +432,7 @@ bool Stretch(const ImageView& src, const ImageView& dst)
     return true;
 }
 
-/// Opaque pictures to exactly half their size.
+/// Scales opaque pictures to exactly half their size.
 bool Halve(const ImageView& src, const ImageView& dst)
 {
     Lines lines;
@@ -447,7 +447,7 @@ bool Halve(const ImageView& src, const ImageView& dst)
     return true;
 }
 
-/// The bits that all pixels of a line have.
+/// The bits that are set in all pixels of a line.
 template <int Bytes>
 uint32_t CommonBits(const uint8_t* pixels, int width)
 {
@@ -470,7 +470,7 @@ uint32_t CommonBits(const ImageView& image, int y)
     }
 }
 
-/// Looks at the lines until one is not.
+/// Stops at the first line that is not opaque.
 bool IsOpaque(const ImageView& image)
 {
     const Channel alpha = image.layout.channel[kAlpha];

@@ -12,7 +12,7 @@
 
 namespace {
 
-/// The library's own module, and who hears it.
+/// Creates the library's own log module and its listener.
 void StartLog()
 {
     ZmLog& log = ZmLog::GetLog();
@@ -24,7 +24,7 @@ void StartLog()
     log.RegisterListener(ZmOutputDebugListener::m_Guid, "OUTPUTDEBUG LISTENER", module);
 }
 
-/// After every destructor of this module. Modules that use strings are unloaded before.
+/// Runs after every destructor of this module. Modules that use strings are unloaded earlier.
 void OnUnload()
 {
     ZmThreadStart::ForgetMainThread();
@@ -32,14 +32,14 @@ void OnUnload()
     zm::FreeRuntimeMemory();
 }
 
-/// The whole start-up, in its order. It runs when the library is loaded, ahead of every other
-/// initialiser of this module and of the modules that link it. What is not here needs no code: the
-/// constant vectors, the identity matrix, the sampling factor and the tables of conversions are part of
-/// the image, and each lock comes with what it guards.
+/// The complete start-up, in order. It runs when the library is loaded, before every other initialiser of this module
+/// and of the modules that link it. Everything else needs no code: the constant vectors, the identity matrix, the
+/// sampling factor and the conversion tables are part of the image, and each lock is initialised with the data it
+/// guards.
 __attribute__((constructor(101))) void OnLoad()
 {
-    // What is registered first runs last, on each system. A destructor of the image would not: on Windows those
-    // run ahead of everything registered.
+    // Functions registered first run last, on every platform. A destructor of the image would not do: on Windows
+    // destructors run before all registered functions.
     atexit(OnUnload);
 
     zm::DetectProcessor();

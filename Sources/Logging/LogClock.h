@@ -4,12 +4,13 @@
 
 namespace zm {
 
-/// The clock of log lines, since 1970. Seconds alone are read ten times as fast, some milliseconds late.
+/// The clock of log lines, since 1970. `seconds` is ten times as fast as reading milliseconds, but some milliseconds
+/// late.
 struct LogClock {
     int64_t (*seconds)();
     int64_t (*milliseconds)();
 };
-/// Tests set another.
+/// Tests replace it.
 extern LogClock g_LogClock;
 
 }  // namespace zm

@@ -7,7 +7,7 @@
 namespace zm {
 namespace {
 
-/// Room for text, which may run out; the last character of it is for the end.
+/// A buffer of limited size. The last character is reserved for the terminator.
 class Room {
 public:
     Room(char* begin, int size) : m_At(begin), m_End(begin + size - 1) {}

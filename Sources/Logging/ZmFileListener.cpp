@@ -18,7 +18,8 @@ XString ProgramDirectory()
     return XString(path.substr(0, path.find_last_of("\\/") + 1).c_str());
 }
 
-// Where a full disk, or the end of a process, has cut a line. Only of a real file: reading a pipe would wait.
+// Whether a full disk or a killed process has left an incomplete last line. Regular files only: reading a pipe would
+// block.
 bool EndsInsideLine(const char* path)
 {
     ZmFile file;
@@ -48,7 +49,7 @@ const XGUID& ZmFileListener::GetGuid() const
     return m_Guid;
 }
 
-// The day of the year, computed once for all lines of a second; the date goes into file names.
+// The day of the year, computed once per second; also updates the date that dated file names contain.
 int ZmFileListener::Today()
 {
     const int64_t second = zm::g_LogClock.seconds();
@@ -78,7 +79,7 @@ void ZmFileListener::OpenFile()
     }
     m_Path << "." << m_Extension;
     ZmCreateFileTree(m_Path.Text());
-    // What this listener has begun, and could not go on with, is not lost to a second beginning.
+    // A file that this listener has begun is continued, not overwritten, when it is opened again after an error.
     const bool append = (GetFlags() & KEEP_FILE) != 0 || m_Path == m_BegunPath;
     const int mode = (append ? ZmFile::APPEND : ZmFile::WRITEONLY) | ZmFile::TEXT;
     const bool cut = append && EndsInsideLine(m_Path.Text());
@@ -95,6 +96,6 @@ void ZmFileListener::Output(int module, int level, int line, const char* file, c
     OpenFile();
     const Line complete = BuildLine(module, level, line, file, text);
     if (!m_File.WriteLine(complete.text, complete.length)) {
-        m_File.Close();  // and try again with the next line
+        m_File.Close();  // the next line opens it again
     }
 }

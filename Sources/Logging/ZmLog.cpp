@@ -83,7 +83,7 @@ const char* ZmLog::GetLevelDesc(Level level)
     return "";
 }
 
-// The position of the name, or -1.
+// The position of the name in the list of modules, or -1.
 int ZmLog::FindModule(const char* name) const
 {
     const XString* found = std::find(m_Modules.Begin(), m_Modules.End(), XBaseString(name));
@@ -104,7 +104,7 @@ int ZmLog::RegisterModule(const char* name)
 
 int ZmLog::IsModule(const char* name) const
 {
-    // The position and not the id, although they are easily confused: callers add 1.
+    // Returns the position, not the id: callers add 1 (LogTest, ModulesAreNumberedAndPositionsAreOneLess).
     return name != nullptr && *name != 0 ? FindModule(name) : -1;
 }
 
@@ -216,7 +216,7 @@ const char* ZmLog::Format(const char* format, va_list arguments)
     return plain ? m_Buffer : FormatAny(format, arguments);
 }
 
-// Cuts what does not fit in the largest buffer.
+// Truncates messages that do not fit in the largest buffer.
 const char* ZmLog::FormatAny(const char* format, va_list arguments)
 {
     if (zm::EndsInConversion(format)) {
@@ -232,7 +232,7 @@ const char* ZmLog::FormatAny(const char* format, va_list arguments)
     return length >= 0 ? m_Buffer : CopyText(format);
 }
 
-// A format that the C library refuses: better as it stands than not at all.
+// Prints a format that the C library rejects verbatim, rather than losing the message.
 const char* ZmLog::CopyText(const char* text)
 {
     const size_t length = strnlen(text, kLargestBuffer - 1);
@@ -261,8 +261,8 @@ bool ZmLog::GrowBuffer(int needed)
     return true;
 }
 
-// Listeners may print in turn, register and unregister: what this message is made of is out of their reach meanwhile,
-// and put back for the next one.
+// Listeners may themselves print, register and unregister. The state of this message is therefore moved out of reach
+// during the loop and restored afterwards.
 void ZmLog::Dispatch(const char* text)
 {
     char* const buffer = m_Buffer;
@@ -276,7 +276,7 @@ void ZmLog::Dispatch(const char* text)
             listener->Output(module, level, line, file.Text(), text);
         }
     }
-    // The larger buffer stays, also where a message in between needed it.
+    // Keeps the larger buffer, even if only a nested message needed it.
     const bool grown = m_BufferSize > bufferSize;
     free(grown ? buffer : m_Buffer);
     m_Buffer = grown ? m_Buffer : buffer;

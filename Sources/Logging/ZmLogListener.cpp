@@ -20,7 +20,7 @@ namespace {
 constexpr int kAllLevels = 31;
 constexpr unsigned kLineSize = 1024;  // enough for most lines
 
-// How a format begins, for strftime().
+// The date part of a format, for strftime().
 const char* DateOf(ZmLogListener::TimeFormat format)
 {
     switch (format) {
@@ -38,7 +38,7 @@ const char* AfterLastBackslash(const char* file)
     return last != nullptr ? last + 1 : file;
 }
 
-/// A text with its length; null has none.
+/// A text with its length; null has length 0.
 struct Piece {
     Piece(const char* t) : text(t), length(t != nullptr ? unsigned(strlen(t)) : 0) {}
     Piece(const XString& string) : text(string.Text()), length(string.Length()) {}
@@ -47,7 +47,7 @@ struct Piece {
     unsigned length;
 };
 
-/// Puts pieces one after another into room that is known to be enough.
+/// Appends pieces to a buffer that is known to be large enough.
 class LineWriter {
 public:
     explicit LineWriter(char* begin) : m_Begin(begin), m_End(begin) {}
@@ -130,7 +130,7 @@ void ZmLogListener::GetDateAsString(TimeFormat format, XString& res)
     const int64_t now = whole ? zm::g_LogClock.seconds() : zm::g_LogClock.milliseconds();
     const int64_t second = whole ? now : now / 1000;
     const int millisecond = whole ? 0 : int(now % 1000);
-    // Most lines come in the same second as the one before; the conversion costs as much as all the rest of a line.
+    // Most lines fall into the same second as the one before, and this conversion costs as much as the rest of a line.
     if (second != m_DateSecond || date != m_DateFormat) {
         tm parts;
         const bool known = zm::LocalTime(second, parts);
@@ -164,7 +164,7 @@ ZmLogListener::Line ZmLogListener::BuildLine(int module, int level, int line, co
     GetDateAsString(m_TimeFormat, m_Date);
     const Piece name = ZmLog::GetLog().GetModule(module), source = located && file ? AfterLastBackslash(file) : "";
     const Piece message = text;
-    constexpr unsigned kAround = 48;  // the level, the line's number and what stands between the pieces
+    constexpr unsigned kAround = 48;  // the level, the line number and the text between the pieces
     const unsigned length = name.length + m_Date.Length() + source.length + message.length + kAround;
     char* const begin = RoomForLine(length);
     if (begin == nullptr) {

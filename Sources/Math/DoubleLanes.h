@@ -2,7 +2,7 @@
 
 #include "Math/Lanes.h"
 
-// Doubles side by side, for what single precision would lose. The rules of Lanes.h hold here too.
+// Lanes of doubles, for results that single precision would spoil. The rules of Lanes.h apply here too.
 
 namespace zm {
 namespace {
@@ -21,20 +21,20 @@ struct SingleDouble {
     SingleDouble operator*(SingleDouble o) const { return _mm_mul_sd(v, o.v); }
     SingleDouble operator^(SingleDouble o) const { return _mm_xor_pd(v, o.v); }
     SingleDouble operator&(SingleDouble o) const { return _mm_and_pd(v, o.v); }
-    /// Whether all magnitudes are below a limit.
+    /// Whether the magnitudes of all lanes are below a limit.
     bool AllBelow(double limit) const { return First() < limit && First() > -limit; }
     SingleDouble Map(double (*f)(double)) const { return Splat(f(First())); }
 
-    // --- The lanes' bits as whole numbers ---
+    // --- Bit operations on the lanes as integers ---
 
     SingleDouble PlusOneBit() const { return Bits(_mm_add_epi64(_mm_castpd_si128(v), _mm_set_epi32(0, 0, 0, 1))); }
-    /// All ones where bit 0 is set.
+    /// All ones where bit 0 is set, else zero.
     SingleDouble MaskOfBit0() const
     {
         const __m128i bit = _mm_and_si128(_mm_castpd_si128(v), _mm_set_epi32(0, 0, 0, 1));
         return Bits(_mm_sub_epi64(_mm_setzero_si128(), bit));
     }
-    /// A sign where bit 1 is set.
+    /// The sign bit where bit 1 is set, else zero.
     SingleDouble SignOfBit1() const { return Bits(_mm_slli_epi64(_mm_castpd_si128(v), 62)) & Splat(-0.0); }
 
 private:
@@ -59,10 +59,10 @@ struct DoublePair {
     DoublePair operator&(DoublePair o) const { return _mm_and_pd(v, o.v); }
     DoublePair Abs() const { return _mm_andnot_pd(_mm_set1_pd(-0.0), v); }
     bool AllBelow(double limit) const { return _mm_movemask_pd(_mm_cmplt_pd(Abs().v, _mm_set1_pd(limit))) == 3; }
-    /// As SseLanes::Min and Max: the second operand where a non-number is met.
+    /// Like SseLanes::Min and Max: the second operand if either is NaN.
     static DoublePair Min(DoublePair a, DoublePair b) { return _mm_min_pd(a.v, b.v); }
     static DoublePair Max(DoublePair a, DoublePair b) { return _mm_max_pd(a.v, b.v); }
-    /// Masks of ones where true.
+    /// All ones in the lanes where the comparison holds.
     static DoublePair Less(DoublePair a, DoublePair b) { return _mm_cmplt_pd(a.v, b.v); }
     static DoublePair Equal(DoublePair a, DoublePair b) { return _mm_cmpeq_pd(a.v, b.v); }
     /// a where the mask is set, else b.
@@ -70,7 +70,7 @@ struct DoublePair {
     {
         return _mm_or_pd(_mm_and_pd(mask.v, a.v), _mm_andnot_pd(mask.v, b.v));
     }
-    /// The first of two pairs, and the second.
+    /// The first elements of two pairs; the second elements.
     static DoublePair Firsts(DoublePair a, DoublePair b) { return _mm_unpacklo_pd(a.v, b.v); }
     static DoublePair Seconds(DoublePair a, DoublePair b) { return _mm_unpackhi_pd(a.v, b.v); }
     DoublePair Swapped() const { return _mm_shuffle_pd(v, v, 1); }
@@ -116,16 +116,16 @@ struct DoubleLanes {
         return _mm256_setr_pd(f(lanes[0]), f(lanes[1]), f(lanes[2]), f(lanes[3]));
     }
     SseLanes ToFloats() const { return {_mm256_cvtpd_ps(v)}; }
-    /// The first three turned round, the fourth as it is.
+    /// The first three lanes rotated, the fourth unchanged.
     DoubleLanes Yzx() const { return _mm256_permute4x64_pd(v, _MM_SHUFFLE(3, 0, 2, 1)); }
     DoubleLanes Zxy() const { return _mm256_permute4x64_pd(v, _MM_SHUFFLE(3, 1, 0, 2)); }
-    /// Lanes 0 and 2 plus lanes 1 and 3.
+    /// The sum of all lanes: (0 and 2) plus (1 and 3).
     double Sum() const
     {
         const __m128d halves = _mm_add_pd(_mm256_castpd256_pd128(v), _mm256_extractf128_pd(v, 1));
         return _mm_cvtsd_f64(_mm_add_sd(halves, _mm_unpackhi_pd(halves, halves)));
     }
-    /// Lanes 0 and 2 plus lane 1, of either.
+    /// The sums of the first three lanes of a and of b.
     static DoublePair SumsOfThree(DoubleLanes a, DoubleLanes b)
     {
         const __m256d even = _mm256_unpacklo_pd(a.v, b.v);

@@ -8,11 +8,11 @@
 #include <immintrin.h>
 #endif
 
-// Lane types: floats side by side on which the kernels are written once. All of them do the same
-// operations in the same order, so every path gives the same bits.
+// Lane types: vectors of floats over which each kernel is written once. All of them perform the same operations in the
+// same order, so every path gives the same bits.
 //
-// Everything here has internal linkage, and so has every kernel made from it: a file compiled for a
-// wider instruction set must not lend its copy of a function to the rest of the library.
+// Everything here has internal linkage, and so has every kernel instantiated from it: otherwise the linker could pick
+// the copy of a function that was compiled for a wider instruction set and use it everywhere.
 
 namespace zm {
 namespace {
@@ -24,7 +24,7 @@ struct ScalarLanes {
     static const int kCount = 4;
 
     static ScalarLanes Splat(float s) { return {{s, s, s, s}}; }
-    /// Float number `i` behind p, in all lanes.
+    /// Float number `i` at p, in all lanes.
     static ScalarLanes SplatAt(const void* p, int i)
     {
         float s;
@@ -38,7 +38,7 @@ struct ScalarLanes {
         memcpy(r.f, p, 16);
         return r;
     }
-    /// Three floats and a zero, reading 12 bytes.
+    /// Three floats and a zero; reads 12 bytes only.
     static ScalarLanes Load3(const void* p)
     {
         ScalarLanes r;
@@ -69,8 +69,7 @@ struct ScalarLanes {
         return {{f[0] * o.f[0], f[1] * o.f[1], f[2] * o.f[2], f[3] * o.f[3]}};
     }
 
-    /// a < b ? a : b, lane by lane: the second operand where a non-number is met, as the processor
-    /// does it.
+    /// a < b ? a : b in each lane, like the processor's instruction: the second operand if either is NaN.
     static ScalarLanes Min(ScalarLanes a, ScalarLanes b)
     {
         ScalarLanes r;
@@ -87,7 +86,7 @@ struct ScalarLanes {
         }
         return r;
     }
-    /// Bit i tells whether a < b in lane i; false where a non-number is met.
+    /// Bit i is set if a < b in lane i; not set if either is NaN.
     static unsigned LessMask(ScalarLanes a, ScalarLanes b)
     {
         return unsigned(a.f[0] < b.f[0]) | unsigned(a.f[1] < b.f[1]) << 1 | unsigned(a.f[2] < b.f[2]) << 2 |
@@ -103,7 +102,7 @@ struct ScalarLanes {
     ScalarLanes ClearW() const { return {{f[0], f[1], f[2], 0.0f}}; }
     ScalarLanes WithW1() const { return {{f[0], f[1], f[2], 1.0f}}; }
 
-    // --- As one row of a matrix ---
+    // --- As a row of a matrix ---
 
     static ScalarLanes Row(const float* p) { return Load4(p); }
     static ScalarLanes Load(const float* p) { return Load4(p); }
@@ -187,7 +186,7 @@ struct SseLanes {
     SseLanes ClearW() const { return {_mm_and_ps(v, _mm_castsi128_ps(_mm_setr_epi32(-1, -1, -1, 0)))}; }
     SseLanes WithW1() const { return {_mm_or_ps(ClearW().v, _mm_setr_ps(0, 0, 0, 1))}; }
 
-    /// Lanes i, j, k, then the fourth as it is.
+    /// Lanes i, j and k, then the fourth unchanged.
     template <int i, int j, int k>
     SseLanes Pick() const
     {
@@ -199,10 +198,10 @@ struct SseLanes {
     {
         return {_mm_shuffle_ps(a.v, b.v, _MM_SHUFFLE(l, k, j, i))};
     }
-    /// Four registers as the rows of a square, turned into its columns.
+    /// Transposes four registers, the rows of a 4x4 block.
     static void Transpose(SseLanes& a, SseLanes& b, SseLanes& c, SseLanes& d) { _MM_TRANSPOSE4_PS(a.v, b.v, c.v, d.v); }
 
-    // --- As one row of a matrix ---
+    // --- As a row of a matrix ---
 
     static SseLanes Row(const float* p) { return Load4(p); }
     static SseLanes Load(const float* p) { return Load4(p); }
@@ -212,25 +211,25 @@ struct SseLanes {
     {
         return Spread<i, i, i, i>();
     }
-    /// `p` in the register of row 3, zero in the others.
+    /// `p` for row 3, zero for the others.
     static SseLanes LastRow(const float* p, int row) { return row == 3 ? Load4(p) : Splat(0); }
     /// With the fourth column of an affine matrix.
     SseLanes WithAffineColumn(int row) const { return row == 3 ? WithW1() : ClearW(); }
 
-    // --- As a third of four points that lie tight: x y z x, y z x y, z x y z ---
+    // --- As a third of four contiguous points: x y z x, y z x y, z x y z ---
 
-    /// A matrix row's three elements as they meet the floats of register `part`.
+    /// The three elements of a matrix row, repeated to line up with the floats of register `part`.
     static SseLanes Repeat(const float* row, int part)
     {
         const SseLanes r = Load4(row);
         return part == 0 ? r.Spread<0, 1, 2, 0>() : part == 1 ? r.Spread<1, 2, 0, 1>() : r.Spread<2, 0, 1, 2>();
     }
 
-    /// For each float of four points (48 bytes) the x, y and z of its point.
+    /// For each float of four points (48 bytes), the x, y and z of its point.
     static void SpreadPoints(const char* p, SseLanes (&x)[3], SseLanes (&y)[3], SseLanes (&z)[3])
     {
         const SseLanes a = Load4(p), b = Load4(p + 16), c = Load4(p + 32);
-        // Where one register does not hold both points, a load in between does.
+        // Where one register does not hold both points, an unaligned load does.
         x[0] = a.Spread<0, 0, 0, 3>();
         y[0] = Load4(p + 4).Spread<0, 0, 0, 3>();
         z[0] = Load4(p + 8).Spread<0, 0, 0, 3>();
@@ -248,7 +247,7 @@ struct SseLanes {
         return {_mm_shuffle_ps(v, v, _MM_SHUFFLE(l, k, j, i))};
     }
 
-    /// With `stream` the store bypasses the caches and `p` must be a multiple of 16.
+    /// With `stream`, the store bypasses the caches and `p` must be a multiple of 16.
     template <bool stream>
     void Put(char* p) const
     {
@@ -260,7 +259,7 @@ struct SseLanes {
     }
 };
 
-/// One float: the reference of the wide forms. One point is three of it, at any stride.
+/// One float: the reference for the wide types. A point takes three of them, at any stride.
 struct SingleLane {
     float v;
 
@@ -349,7 +348,7 @@ struct Avx2Lanes {
         return {_mm256_blend_ps(v, _mm256_setr_ps(0, 0, 0, 0, 0, 0, 0, last), 0x88)};
     }
 
-    // --- As a third of eight points that lie tight ---
+    // --- As a third of eight contiguous points ---
 
     static Avx2Lanes Repeat(const float* row, int part)
     {
@@ -359,9 +358,9 @@ struct Avx2Lanes {
                            : r.Spread<1, 2, 0, 1, 2, 0, 1, 2>();
     }
 
-    /// For each float of eight points (96 bytes) the x, y and z of its point. One permutation of a whole
-    /// register each; floats that stand in the neighbour are first blended into a place that is not
-    /// needed. (Staying within the halves of the registers needs split loads and stores, which cost more.)
+    /// For each float of eight points (96 bytes), the x, y and z of its point. Each takes one permutation of a whole
+    /// register; floats from the neighbouring register are first blended into a lane that is not needed. (Staying
+    /// within register halves would need split loads and stores, which cost more.)
     static void SpreadPoints(const char* p, Avx2Lanes (&x)[3], Avx2Lanes (&y)[3], Avx2Lanes (&z)[3])
     {
         const Avx2Lanes a = Load8(p), b = Load8(p + 32), c = Load8(p + 64);
@@ -382,14 +381,14 @@ struct Avx2Lanes {
         return {_mm256_permutevar8x32_ps(v, _mm256_setr_epi32(a, b, c, d, e, f, g, h))};
     }
 
-    /// This register with the lanes of `mask` taken from another.
+    /// This register with the lanes of `mask` replaced by those of `other`.
     template <int mask>
     Avx2Lanes From(Avx2Lanes other) const
     {
         return {_mm256_blend_ps(v, other.v, mask)};
     }
 
-    /// With `stream` the store bypasses the caches and `p` must be a multiple of 32.
+    /// With `stream`, the store bypasses the caches and `p` must be a multiple of 32.
     template <bool stream>
     void Put(char* p) const
     {

@@ -4,7 +4,7 @@
 
 namespace zm {
 
-/// The sixteen floats of a matrix, row by row, as the kernels take them.
+/// The sixteen floats of a matrix, row by row, as the kernels expect them.
 inline float* Floats(ZmMatrix& m)
 {
     return reinterpret_cast<float*>(&m);

@@ -3,13 +3,14 @@
 #include "Math/DoubleLanes.h"
 #include "Math/SinCos.h"
 
-// Whole matrices, over lanes that hold one row or two. Matrices are sixteen floats, row by row. All of
-// the factors is read before the result is written, so that the result may be one of them.
+// Operations on whole matrices, over lanes that hold one row or two. A matrix is sixteen floats, row by row. All
+// operands are read before the result is written, so the result may be one of them.
 
 namespace zm {
 namespace {
 
-/// res = a * b in the sense of Zm3DMultiplyMatrix4: rows of b, blended from the rows of a.
+/// res = a * b as Zm3DMultiplyMatrix4 defines it: each row of the result combines the rows of a, weighted by a row of
+/// b.
 template <class L>
 inline void FullProduct(float* res, const float* a, const float* b)
 {
@@ -26,8 +27,8 @@ inline void FullProduct(float* res, const float* a, const float* b)
     }
 }
 
-/// The same for fourth columns of (0, 0, 0, 1), which are not read. Rows without translation add a
-/// zero, so that the sums are the same whether a register holds one row or two.
+/// The same for matrices with the fourth column (0, 0, 0, 1), which is not read. Rows without translation add a zero,
+/// so the sums are the same whether a register holds one row or two.
 template <class L>
 inline void AffineProduct(float* res, const float* a, const float* b)
 {
@@ -44,16 +45,16 @@ inline void AffineProduct(float* res, const float* a, const float* b)
     }
 }
 
-/// Affine inverse: the adjugate over the determinant, in double, where the products of two floats are exact: nothing
-/// that cancels out between them costs digits. The determinant is summed together with the magnitude of its terms:
-/// when nothing is left of it against them, or of it in a float, nothing is written.
+/// Affine inverse: the adjugate over the determinant. Computed in double, where products of two floats are exact, so
+/// cancellation costs no digits. Alongside the determinant, the magnitudes of its terms are summed: if the determinant
+/// is negligible against them, or rounds to 0 as a float, nothing is written.
 inline void AffineInverse(float* res, const float* m)
 {
-    // What stands in the fourth lanes has no meaning.
+    // The fourth lanes hold no meaningful values.
     const DoubleLanes a(SseLanes::Load4(m)), b(SseLanes::Load4(m + 4)), c(SseLanes::Load4(m + 8)),
         yzxA = a.Yzx(), yzxB = b.Yzx(), yzxC = c.Yzx();
 
-    // The columns of the adjugate are the vector products of the rows; here each of them begins with its z.
+    // The columns of the adjugate are the cross products of the rows; here each of them begins with its z.
     const DoubleLanes bc = b * yzxC, cb = yzxB * c, crossBC = bc - cb, first = a.Zxy();
     const DoublePair sums = DoubleLanes::SumsOfThree(first * crossBC, first.Abs() * (bc.Abs() + cb.Abs()));
     const double det = sums.First(), size = __builtin_fabs(det), kRoundsToZero = 0x1p-150;
@@ -75,8 +76,8 @@ inline void AffineInverse(float* res, const float* m)
     (SseLanes::Splat(0) - moved).WithW1().Store4(res + 12);
 }
 
-/// Euler angles X, Y, Z (the fourth lane is not used) to a rotation. Angles next to nothing count as 0, so
-/// that a matrix built from rounding errors is exactly the identity.
+/// Converts Euler angles X, Y, Z (the fourth lane is not used) to a rotation. Negligible angles count as 0, so that a
+/// matrix built from rounding errors is exactly the identity.
 inline void FromEulerAngles(float* res, SseLanes angles)
 {
     const SinCosLanes<DoubleLanes> turns{DoubleLanes(angles)};

@@ -9,15 +9,15 @@
 
 namespace zm {
 
-/// v with a length of 1, exact to rounding.
+/// v scaled to length 1, exact to rounding.
 inline ZmVector NormalizedExactly(const ZmVector& v)
 {
     return v * (1.0f / sqrtf(Dot(v, v)));
 }
 
-/// v as ZmVector::Normalize leaves it. The vector path is approximate on purpose: callers trade
-/// accuracy for speed, so no refinement step is added. Squares below the normal floats go the exact way:
-/// the processor's approximation takes them for 0.
+/// The result of ZmVector::Normalize. The vector path is approximate on purpose: callers trade accuracy for speed, so
+/// no refinement step is added. Squared lengths below the normal floats take the exact path: the processor's
+/// approximation treats them as 0.
 inline ZmVector Normalized(const ZmVector& v)
 {
     const float square = Dot(v, v);

@@ -7,23 +7,23 @@
 namespace zm {
 namespace {
 
-// Four roundings of double: what the terms of the determinant and their sum may be off by, of all terms.
+// Bound of the rounding error of the determinant, relative to the sum of its terms' magnitudes: four roundings.
 const double kUndecided = 0x1p-51;
 
-// The second stretch against the first, both squared, below which a matrix without a third one counts as of rank one.
-// A float resolves the square root of it, and from here on a third stretch that is lost in kUndecided is too small to
-// turn the second one's sign when the missing axes are completed.
+// A singular matrix counts as rank one if its second stretch, relative to the first and squared, is below this. The
+// square root is the resolution of a float. Above it, a third stretch that is lost in kUndecided is too small to change
+// the sign of the second when the missing axes are completed.
 const double kRankOne = 0x1p-48;
 
 const int kMaxSteps = 30;
 const int kMaxSweeps = 12;
 
-const double kDiagonal = 1e-10;        // errors of the stretches are the square of what is left beside the diagonal
-const double kSmallTurn = 1e-3;        // below, series end before double can tell
-const double kNoise = 1e-17;           // of the whole, what stands beside the diagonal by rounding alone
-const double kNearlyOrthogonal = 0.2;  // from here on scaling gains nothing
+const double kDiagonal = 1e-10;        // stretches are off by the square of what remains off the diagonal
+const double kSmallTurn = 1e-3;        // below this, truncated series are exact to double
+const double kNoise = 1e-17;           // off-diagonal rounding errors, relative to the whole
+const double kNearlyOrthogonal = 0.2;  // within this distance scaling gains nothing
 
-// The square norm exceeds 3 by at most six times the error that is left. A float resolves 6e-8.
+// The squared norm exceeds 3 by at most six times the remaining error. A float resolves 6e-8.
 const double kConverged = 3e-9;
 
 void Cross(double (&res)[3], const double (&a)[3], const double (&b)[3])
@@ -64,8 +64,8 @@ Matrix3 WeightedSum(double ka, const Matrix3& a, double kb, const Matrix3& b)
     return r;
 }
 
-/// Whether the sign of the determinant is lost in the roundings of its terms. The cofactors of floats are exact but
-/// for one rounding each, however much cancels out in them, so that few determinants are lost.
+/// Whether the sign of the determinant is lost in the rounding errors of its terms. The cofactors of floats are exact
+/// up to one rounding each, however much cancels in them, so few determinants are lost.
 bool IsSingular(const Matrix3& m, const Matrix3& cofactors, double determinant)
 {
     double terms = 0;
@@ -90,7 +90,7 @@ void CompleteBasis(Matrix3& basis)
     Cross(basis.m[2], v, basis.m[1]);
 }
 
-/// A rotation that carries the one direction in which m = sigma * u * v^T stretches: u to v.
+/// For m = sigma * u * v^T: a rotation that carries u, the only direction that m stretches, to v.
 Matrix3 RotationOfRankOne(const Matrix3& m)
 {
     int longest = 0;
@@ -127,10 +127,9 @@ int64_t Bits(double x)
     return bits;
 }
 
-/// The fourth root of cofactorNorm / (norm * det^2), to 6 percent: the factor that brings a matrix and the
-/// transpose of its inverse to the same norm. Newton's iteration ends at the same matrix whichever positive
-/// factor it is given, so two square roots and a division are saved: the bits of a double are its binary
-/// logarithm, roughly.
+/// The fourth root of cofactorNorm / (norm * det^2), to 6 percent: the factor that gives a matrix and its inverse
+/// transpose the same norm. Newton's iteration converges to the same matrix for any positive factor, so this saves two
+/// square roots and a division: the bits of a double are roughly its binary logarithm.
 double ScaleFactor(double cofactorNorm, double norm, double det)
 {
     const int64_t one = Bits(1);
@@ -142,8 +141,8 @@ double ScaleFactor(double cofactorNorm, double norm, double det)
 
 /// The orthogonal factor of a matrix that is not singular.
 ///
-/// After a step no singular value is below 1, so the square norm tells by how much the largest exceeds it
-/// and with that how near the end is. The sign is that of the last determinant, which no rounding can touch.
+/// After a step no singular value is below 1, so the squared norm bounds the excess of the largest and with it the
+/// remaining error. The sign is that of the last determinant, which is far from 0 and so not affected by rounding.
 PolarFactors NewtonPolar(const Matrix3& m, double norm)
 {
     PolarFactors res = {m, false};
@@ -151,7 +150,7 @@ PolarFactors NewtonPolar(const Matrix3& m, double norm)
     for (int step = 0; step < kMaxSteps; ++step) {
         const Matrix3 c = Cofactors(x);
         const double det = Dot(x.m[0], c.m[0]);
-        // The norm alone is not enough: two large singular values and a tiny one may have it as well.
+        // The norm alone does not decide: two large singular values and a tiny one may have the same norm.
         const bool nearlyOrthogonal = fabs(norm - 3) < kNearlyOrthogonal && fabs(det) > 1 - kNearlyOrthogonal;
         const double gamma = nearlyOrthogonal ? 1 : ScaleFactor(SquareNorm(c), norm, det);
         x = WeightedSum(0.5 * gamma, x, 0.5 / (gamma * det), c);
@@ -164,11 +163,11 @@ PolarFactors NewtonPolar(const Matrix3& m, double norm)
     return res;
 }
 
-/// The rotation that makes a symmetric 2x2 block diagonal, by the smaller of the two angles.
+/// The rotation that diagonalises a symmetric 2x2 block, by the smaller of the two possible angles.
 struct JacobiAngle {
     double tangent, cosine, sine;
 
-    /// `half` is half the difference of the diagonal elements, `off` the one beside them, not 0.
+    /// `half` is half the difference of the diagonal elements, `off` the off-diagonal element, not 0.
     JacobiAngle(double half, double off)
     {
         if (fabs(off) < kSmallTurn * fabs(half)) {
@@ -187,9 +186,9 @@ struct JacobiAngle {
     }
 };
 
-/// One Jacobi rotation in the plane of axes p and q, which clears s[p][q]; r is the third axis. Returns false
-/// when there was nothing to clear: judged by the two stretches concerned, since a large third one says
-/// nothing about small ones, and by `noise`, the rounding errors of the whole.
+/// One Jacobi rotation in the plane of axes p and q, which clears s[p][q]; r is the third axis. Returns false if that
+/// element is negligible: against the two stretches of the plane, since a large third one says nothing about small
+/// ones, or against `noise`, the rounding error of the whole matrix.
 template <int p, int q, int r>
 inline bool Rotate(Matrix3& s, Matrix3& axes, double noise)
 {
@@ -229,8 +228,8 @@ PolarFactors DecomposePolar(const Matrix3& m)
     if (cofactorNorm <= kRankOne * norm * norm) {
         return {RotationOfRankOne(m), false};
     }
-    // The cofactors of a matrix of rank two are one direction on each side, just the missing ones.
-    // Adding them leaves the other two alone and makes the determinant positive.
+    // The cofactors of a matrix of rank two have rank one and span exactly the missing directions. Adding them leaves
+    // the other two stretches unchanged and makes the determinant positive.
     const Matrix3 completed = WeightedSum(1, m, sqrt(norm / cofactorNorm), c);
     return NewtonPolar(completed, SquareNorm(completed));
 }

@@ -12,15 +12,15 @@ struct RotationRows {
     ZmVector row0, row1, row2;
 };
 
-/// Orthonormal rows for a matrix with scale: the third is the vector product of the others.
+/// Orthonormal rows of a matrix with scale: the third is the cross product of the other two.
 inline RotationRows OrthonormalRows(const RotationRows& m)
 {
     const ZmVector row0 = Normalized(m.row0), row1 = Normalized(m.row1);
     return {row0, row1, Cross(row0, row1)};
 }
 
-/// The case in which x, y or z is the largest component: `i` it, `j` and `k` the next in turn. The arguments
-/// are the diagonal elements, then sums and differences of the others.
+/// The case in which x, y or z is the largest component: `i` is that one, `j` and `k` are the next in cyclic order. The
+/// arguments are the diagonal elements, then sums and differences of the off-diagonal ones.
 inline void QuaternionFromLargest(float ii, float jj, float kk, float sumIJ, float sumIK, float difference, float& qi,
                                   float& qj, float& qk, float& qw)
 {
@@ -41,7 +41,7 @@ inline ZmQuaternion QuaternionFromRows(const RotationRows& m)
         const float r = sqrtf(trace + 1), f = 0.5f / r;
         return {(c.y - b.z) * f, (a.z - c.x) * f, (b.x - a.y) * f, 0.5f * r};
     }
-    // Ties keep the lower index.
+    // On ties the lower index wins.
     const bool yOverX = b.y > a.x;
     if (c.z > (yOverX ? b.y : a.x)) {
         QuaternionFromLargest(c.z, a.x, b.y, c.x + a.z, b.z + c.y, b.x - a.y, q.z, q.x, q.y, q.w);

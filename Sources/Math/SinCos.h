@@ -17,12 +17,11 @@ __attribute__((cold, noinline)) double LibraryCosine(double x)
     return ::cos(x);
 }
 
-/// Sines and cosines of the angles in some lanes of double: within 2^-34 of the true values for
-/// arguments up to 10^5, so that rounding them to float gives the nearest float but for rare near-ties.
-/// Made of + - * only, so results are the same bits on every platform; beyond 10^5 the C library
-/// answers.
+/// Sines and cosines of the angles in lanes of double: within 2^-34 of the true values for arguments up to 10^5, so
+/// that rounding to float gives the nearest float except in rare near-ties. Uses only + - *, so the results are
+/// bit-identical on every platform; beyond 10^5 the C library is used.
 ///
-/// Reduction to an eighth of a turn in two steps (W. J. Cody and W. Waite), then polynomials with the
+/// Reduces to an eighth of a turn in two steps (W. J. Cody and W. Waite), then evaluates polynomials with the
 /// coefficients of the float functions of FreeBSD's msun library (B. Evans).
 template <class D>
 struct SinCosLanes {
@@ -35,7 +34,7 @@ struct SinCosLanes {
             cosine = x.Map(LibraryCosine);
             return;
         }
-        // Adding 1.5 * 2^52 rounds to a whole number, which then stands in the low bits.
+        // Adding 1.5 * 2^52 rounds to an integer, which is then in the low bits.
         const D rounder = D::Splat(6755399441055744.0);
         const D shifted = x * D::Splat(0.63661977236758134308) + rounder;
         const D quarters = shifted - rounder;
@@ -51,7 +50,7 @@ struct SinCosLanes {
         s = r + r * z * s;
         c = D::Splat(1) + z * c;
 
-        // Odd quadrants swap the two; the sine changes sign in quadrants 2 and 3, the cosine in 1 and 2.
+        // Odd quadrants swap sine and cosine; the sine is negative in quadrants 2 and 3, the cosine in 1 and 2.
         const D swap = (s ^ c) & shifted.MaskOfBit0();
         sine = s ^ swap ^ shifted.SignOfBit1();
         cosine = c ^ swap ^ shifted.PlusOneBit().SignOfBit1();
@@ -70,8 +69,8 @@ struct SinCos {
     }
 };
 
-/// The arc cosine of c, 0 to 1, to 3e-9 of itself: the root of 1 - c, which the caller has, times a
-/// polynomial in c (interpolated at Chebyshev's nodes).
+/// The arc cosine of c, 0 to 1, with a relative error of 3e-9: the square root of 1 - c, which the caller has, times a
+/// polynomial in c (interpolated at Chebyshev nodes).
 inline double AcosFromRoot(double c, double rootOfOneMinusC)
 {
     const double p[] = {1.570796322643815,     -0.2146011607317731,   0.08903013694183116,

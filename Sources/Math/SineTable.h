@@ -2,14 +2,14 @@
 
 namespace zm {
 
-const int kSineUnits = 16384;  ///< to the turn
+const int kSineUnits = 16384;  ///< per turn
 const int kSineQuarter = kSineUnits / 4;
 
-/// One turn and, behind it, a copy of the first quarter: the cosine of angle i (0 to kSineUnits - 1)
-/// stands at i + kSineQuarter.
+/// One full turn followed by a copy of the first quarter, so that the cosine of angle i (0 to kSineUnits - 1) is at
+/// i + kSineQuarter.
 extern float g_SineTable[kSineUnits + kSineQuarter];
 
-/// Fills the table; a step of the start-up.
+/// Fills the table. Called at start-up.
 void BuildSineTable();
 
 }  // namespace zm

@@ -4,13 +4,13 @@
 #include "Math/Streaming.h"
 #include "Math/Transforms.h"
 
-// Vectors through matrices, one formula over any lanes. `m` is always sixteen floats, row by row.
+// Vectors times matrices: one formula over any lane type. `m` is always sixteen floats, row by row.
 
 namespace zm {
 namespace {
 
-// The grouping is part of the results, which are the same bits on every path. Pairs first: it
-// shortens the chain of a single transform.
+// The grouping is part of the result, which has the same bits on every path. Adding in pairs shortens the dependency
+// chain of a single transform.
 template <class L>
 inline L Blend(L x, L row0, L y, L row1, L z, L row2)
 {
@@ -28,7 +28,7 @@ enum Kind {
     kPoint
 };
 
-/// A matrix with one register a row, for vectors one at a time, or two in registers of two rows.
+/// A matrix with one row per register, repeated in both halves of wider registers: for one or two vectors at a time.
 template <class L>
 struct RowMatrix {
     L row0, row1, row2, row3;
@@ -52,8 +52,8 @@ inline void Advance(Span& span, ptrdiff_t n)
     span.count -= n;
 }
 
-/// L::kCount vectors of 12 bytes each, which lie tight and are worked on as they lie: in three
-/// registers, with the matrix elements that meet their floats in as many.
+/// L::kCount contiguous vectors of 12 bytes each, processed in place as three registers, with the matrix elements
+/// arranged in three registers to match.
 template <class L, Kind kind>
 struct GroupTransform {
     L rows[4][3];
@@ -85,7 +85,7 @@ struct GroupTransform {
         }
     }
 
-    /// As many whole groups as there are.
+    /// Processes all whole groups.
     template <bool stream>
     void Run(Span span) const
     {
@@ -97,25 +97,25 @@ struct GroupTransform {
     }
 };
 
-/// Streaming is for results that lie tight and are not their own source.
+/// Streaming is only for contiguous results that do not overwrite their source.
 inline bool WorthStreaming(const Span& span)
 {
     const ptrdiff_t outBytes = span.outStride * span.count;
     return WorthStreaming(span.out, outBytes) && !Overlap(span.out, outBytes, span.in, span.inStride * span.count);
 }
 
-/// One vector after the other in plain floats, at any strides.
+/// One vector at a time in plain floats, at any strides.
 template <Kind kind>
 inline void TransformSingly(const Span& span, const float* m)
 {
     GroupTransform<SingleLane, kind>(m).template Run<false>(span);
 }
 
-/// Tight arrays, 12 bytes an element on both sides.
+/// Contiguous arrays of 12-byte elements on both sides.
 ///
-/// The first and the last group are computed ahead and written at the end, over results of the loop
-/// that are the same. So the loop can start where its stores hit whole registers (stores across cache
-/// lines cost more) and end where it likes, in place too.
+/// The first and the last group are computed in advance and stored at the end, over identical results of the loop. So
+/// the loop can start where its stores fill whole registers (stores across cache lines cost more) and end anywhere,
+/// also in place.
 template <class L, Kind kind>
 inline void TransformTight(Span span, const float* m)
 {
@@ -142,7 +142,7 @@ inline void TransformTight(Span span, const float* m)
     transform.template Put<false>(out + beforeLast, last);
 }
 
-/// Results of kComponents floats at any strides, a vector a register, four vectors a step (one jump a vector
+/// Results of kComponents floats at any strides: one vector per register, four vectors per step (a branch per vector
 /// would cost a third of the work).
 template <class L, Kind kind, int kComponents>
 inline void TransformRows(Span span, const float* m)

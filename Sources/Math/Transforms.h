@@ -14,7 +14,7 @@ struct Span {
     ptrdiff_t count;
 };
 
-/// The kernels for processors with AVX2. `m` is sixteen floats, row by row.
+/// Kernels for processors with AVX2. `m` is sixteen floats, row by row.
 namespace avx2 {
 
 void TransformPoints(Span span, const float* m);

@@ -24,7 +24,7 @@ void Store(char* p, L v)
     }
 }
 
-/// Where a bulk operation reads and writes.
+/// The input and output of a bulk operation.
 struct Arrays {
     char* res;
     size_t resStride;

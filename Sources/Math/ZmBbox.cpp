@@ -8,7 +8,7 @@ using namespace zm;
 
 namespace {
 
-// The side bits of an axis, below and above, by three lane bits.
+// The bits of the lower and upper sides of each axis.
 const uint32_t kBelow[3] = {ZMCLIP_LEFT, ZMCLIP_BOTTOM, ZMCLIP_BACK};
 const uint32_t kAbove[3] = {ZMCLIP_RIGHT, ZMCLIP_TOP, ZMCLIP_FRONT};
 
@@ -17,7 +17,7 @@ uint32_t SideBits(const uint32_t (&bits)[3], unsigned lanes)
     return ((lanes & 1) ? bits[0] : 0) | ((lanes & 2) ? bits[1] : 0) | ((lanes & 4) ? bits[2] : 0);
 }
 
-/// Side words of every combination of three axes.
+/// The side bits for every combination of three axes.
 struct SideTable {
     uint32_t below[8], above[8];
 
@@ -48,8 +48,8 @@ void ClassifyOnAxes(const ZmBbox& box, unsigned axes, int count, const unsigned 
              flags);
 }
 
-// Each axis of the old box adds the smaller and the larger of its two images to the new corners: the same
-// sums, in the same order, as the eight transformed corners would give.
+// Each axis of the old box contributes the smaller and the larger of its two images to the new corners: the same sums,
+// in the same order, as transforming all eight corners would give.
 template <class L>
 void BoxAround(ZmBbox& res, const ZmBbox& box, const float* m)
 {
@@ -61,7 +61,7 @@ void BoxAround(ZmBbox& res, const ZmBbox& box, const float* m)
     ((L::Min(ax, bx) + L::Min(ay, by)) + (L::Min(az, bz) + row3)).Store3(&res.Min);
 }
 
-/// The corner with the largest coordinate on the axes whose bit is set.
+/// The corner that takes Max on the axes whose bit is set in `index`, else Min.
 ZmVector Corner(const ZmBbox& box, int index)
 {
     return {(index & 1) ? box.Max.x : box.Min.x, (index & 2) ? box.Max.y : box.Min.y,
@@ -93,7 +93,7 @@ bool Separated(const ZmBbox& a, const ZmBbox& b)
     return false;
 }
 
-/// Whether, along some axis, `middle` comes after pt and before `last`, all three apart.
+/// Whether, on some axis, `middle` lies between pt and `last`, with gaps on both sides.
 bool LiesBetween(const ZmVector& pt, const ZmBbox& middle, const ZmBbox& last)
 {
     for (int i = 0; i < 3; ++i) {
@@ -106,7 +106,7 @@ bool LiesBetween(const ZmVector& pt, const ZmBbox& middle, const ZmBbox& last)
     return false;
 }
 
-/// The corners of a box in clip space: four when it is flat in Z.
+/// The corners of a box in clip space: four if it is flat in Z, else eight.
 struct ClipCorners {
     ZmVector4 at[8];
     int count;
@@ -126,7 +126,7 @@ uint32_t ClipFlags(const ZmVector4& p)
            (p.y < -p.w ? ZMCLIP_BOTTOM : 0u) | (p.z < 0 ? ZMCLIP_FRONT : 0u) | (p.z > p.w ? ZMCLIP_BACK : 0u);
 }
 
-/// The rectangle around the corners with w > 0 on the screen, y downwards.
+/// The screen rectangle around the corners with w > 0; y points downwards.
 ZmRect ScreenExtents(const ClipCorners& corners, const ZmRect& screen)
 {
     const float halfWidth = (screen.right - screen.left) * 0.5f, halfHeight = (screen.bottom - screen.top) * 0.5f;
@@ -145,7 +145,7 @@ ZmRect ScreenExtents(const ClipCorners& corners, const ZmRect& screen)
     return extents;
 }
 
-/// Next to the eye a projected edge means nothing: clipped edges go to the screen's.
+/// Close to the eye a projected edge is meaningless: clipped sides extend to the edge of the screen.
 void ExtendToScreen(ZmRect& extents, const ZmRect& screen, uint32_t sides)
 {
     extents.left = (sides & ZMCLIP_LEFT) ? screen.left : extents.left;
@@ -158,7 +158,7 @@ void ExtendToScreen(ZmRect& extents, const ZmRect& screen, uint32_t sides)
 
 void ZmBbox::TransformTo(ZmVector* corners, const ZmMatrix& m) const
 {
-    const ZmBbox box = *this;  // `corners` may lie over this box
+    const ZmBbox box = *this;  // a copy: `corners` may overlap this box
     for (int i = 0; i < 8; ++i) {
         const ZmVector corner = Corner(box, i);
         Zm3DMultiplyMatrixVector(&corners[i], m, &corner);
@@ -211,7 +211,7 @@ int ZmTransformBox2D(const ZmMatrix& worldProjection, const ZmBbox& box, const Z
     andFlags = ZMCLIP_FLAGS(all);
     orFlags = ZMCLIP_FLAGS(any);
     if (extents && screenSize) {
-        const ZmRect screen = *screenSize;  // `extents` may be the same rectangle
+        const ZmRect screen = *screenSize;  // a copy: `extents` may be the same rectangle
         if (all == 0) {
             *extents = ScreenExtents(corners, screen);
         }

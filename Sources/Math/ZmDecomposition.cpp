@@ -51,13 +51,13 @@ void SetTranslation(ZmMatrix& m, const ZmVector& pos)
     m[3][2] = pos.z;
 }
 
-// Six steps of a float above 1: what a rotation that was built in floats, or the product of two, may stretch by.
+// Relative to 1, six float steps: the stretch of a rotation built in floats, or of a product of two such rotations.
 const double kSameStretch = 12 * 0x1p-24;
-// Of the largest stretch, what rounding in double leaves of those that are 0.
+// Stretches that are 0 may come out as this, relative to the largest, by rounding in double.
 const double kNoStretch = 0x1p-50;
 
-/// Makes equal what only rounding has made different: the three stretches or the two that are nearest to each other.
-/// Their axes would be noise.
+/// Makes stretches equal that differ by rounding only: all three, or the two that are nearest to each other. Otherwise
+/// their axes would be noise.
 void UniteStretches(double (&k)[3])
 {
     const auto larger = [](double a, double b) { return a > b ? a : b; };
@@ -80,7 +80,7 @@ float& Component(ZmQuaternion& q, int i)
     return i == 0 ? q.x : i == 1 ? q.y : i == 2 ? q.z : q.w;
 }
 
-/// The rotation by the shortest way from axis `i` to the unit vector d, with d[i] >= 0.
+/// The shortest rotation from axis `i` to the unit vector d, with d[i] >= 0.
 ZmQuaternion ShortestTurn(int i, const ZmVector& d)
 {
     ZmVector axis(0, 0, 0);
@@ -91,8 +91,8 @@ ZmQuaternion ShortestTurn(int i, const ZmVector& d)
     return q;
 }
 
-/// With two equal stretches only the axis of the third counts: it goes to the nearest coordinate axis,
-/// on whose place the third stretch then stands.
+/// With two equal stretches only the axis of the third matters: it is mapped to the nearest coordinate axis, and the
+/// third stretch takes that position.
 ZmQuaternion SnuggleOneAxis(const ZmQuaternion& q, ZmVector& k, int odd)
 {
     ZmMatrix m;
@@ -111,9 +111,9 @@ ZmQuaternion SnuggleOneAxis(const ZmQuaternion& q, ZmVector& k, int odd)
     return Zm3DQuaternionMultiply(Zm3DQuaternionConjugate(q), ShortestTurn(nearest, d));
 }
 
-/// The one of the 24 rotations of the cube that is nearest to q: a half turn (or none) about a
-/// coordinate axis, a quarter turn or half turn about a diagonal of a face, or a third of a turn about a
-/// diagonal of the cube, whichever has the largest scalar product with q.
+/// The rotation nearest to q among the 24 of the cube: none or a half turn about a coordinate axis, a quarter turn or
+/// half turn about a diagonal of a face, or a third of a turn about a diagonal of the cube. The nearest has the largest
+/// scalar product with q.
 ZmQuaternion NearestCubeRotation(ZmQuaternion q)
 {
     int first = 0;
@@ -142,7 +142,7 @@ ZmQuaternion NearestCubeRotation(ZmQuaternion q)
     return res;
 }
 
-/// k in the order in which a rotation of the cube lets the axes follow.
+/// k in the order of the axes after a rotation of the cube.
 ZmVector Permuted(const ZmVector& k, const ZmQuaternion& cubeRotation)
 {
     ZmMatrix m;
@@ -190,7 +190,7 @@ float Zm3DDecomposeMatrixTotalPtr(const ZmMatrix& m, ZmQuaternion* quat, ZmVecto
         zm::SpectralFactors spectral = zm::DecomposeSymmetric(zm::StretchOf(block, polar.rotation));
         const double(&k)[3] = spectral.values;
         UniteStretches(spectral.values);
-        // What rounding leaves below 0 is 0. (Comparisons that let non-numbers pass.)
+        // Rounding may leave negative values: they become 0. The comparisons let NaN pass.
         ZmVector stretch(k[0] < 0 ? 0 : float(k[0]), k[1] < 0 ? 0 : float(k[1]), k[2] < 0 ? 0 : float(k[2]));
         ZmQuaternion axes = RotationOf(spectral.axes);
         axes.Multiply(Zm3DQuaternionSnuggle(&axes, &stretch));
@@ -239,7 +239,7 @@ void ZmMatrix::RecomposeMatrixEx(const ZmVector* pos, const ZmVector* scale, con
                 axes[i][0] * k.x * axes[j][0] + axes[i][1] * k.y * axes[j][1] + axes[i][2] * k.z * axes[j][2];
         }
     }
-    const ZmVector translation = *pos;  // read before this matrix is written, in case it is part of it
+    const ZmVector translation = *pos;  // a copy: `pos` may point into this matrix
     Zm3DMultiplyMatrix(*this, rotation, stretch);
     SetTranslation(*this, translation);
 }

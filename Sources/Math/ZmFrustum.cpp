@@ -6,7 +6,7 @@
 
 namespace {
 
-/// The plane through the eye and two edge directions, its normal pointing away from `inside`.
+/// The plane through the eye and two edge directions; its normal points away from `inside`.
 ZmPlane SidePlane(const ZmVector& eye, const ZmVector& edge0, const ZmVector& edge1, const ZmVector& inside)
 {
     const ZmVector normal = zm::NormalizedExactly(Cross(edge0, edge1));
@@ -15,7 +15,7 @@ ZmPlane SidePlane(const ZmVector& eye, const ZmVector& edge0, const ZmVector& ed
     return plane;
 }
 
-/// Takes the length out of an axis and returns it. A zero axis stays as it is.
+/// Normalises an axis and returns its former length. A zero axis is left unchanged.
 float TakeLength(ZmVector& axis)
 {
     const float length = Length(axis);

@@ -15,7 +15,7 @@ const ZmMatrix kIdentity({1, 0, 0}, {0, 1, 0}, {0, 0, 1}, {0, 0, 0});
 
 const float kEpsilon = 1.1920929e-7f;  // 2^-23
 
-// Writes row i with a fourth column of 0, or 1 in row 3.
+// Writes row i with a fourth element of 0, or 1 in row 3.
 void SetRow(ZmMatrix& m, int i, const ZmVector& v)
 {
     SseLanes::Set(v.x, v.y, v.z, i == 3 ? 1.0f : 0.0f).Store4(m[i]);
@@ -153,7 +153,7 @@ void ZmInverseProject(const ZmMatrix& m, const Zm2DVector& p, float z, ZmVector*
     const float depthTerm = m[2][1] * m[1][0] - m[2][0] * m[1][1] + p.y * m[1][0] - p.x * m[1][1];
     const float constant = m[3][1] * m[1][0] - m[3][0] * m[1][1];
     const float x = (depthTerm * z + constant) / (m[0][1] * m[1][0] - m[0][0] * m[1][1]);
-    // m[0][0] on purpose, not m[1][1]: see the header (MatrixTest, InverseProjectDividesByTheFirstScale).
+    // m[0][0] is intended, not m[1][1]: callers depend on it (MatrixTest, InverseProjectDividesByTheFirstScale).
     const float y = ((p.y - m[2][1]) * z - x * m[0][1] - m[3][1]) / m[0][0];
     *res = ZmVector(x, y, z);
 }

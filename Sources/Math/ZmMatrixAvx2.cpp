@@ -1,7 +1,7 @@
 #include "Math/MatrixKernels.h"
 
-// Compiled for AVX2 (without fused multiply-add, which would change the results). Nothing but the
-// kernels below may be visible outside this file.
+// Compiled for AVX2 (without fused multiply-add, which would change the results). Only the kernels below may be visible
+// outside this file.
 
 namespace zm {
 namespace avx2 {

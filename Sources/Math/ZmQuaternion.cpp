@@ -24,8 +24,8 @@ ZmQuaternion WeightedSum(float ka, const ZmQuaternion& a, float kb, const ZmQuat
     return {ka * a.x + kb * b.x, ka * a.y + kb * b.y, ka * a.z + kb * b.z, ka * a.w + kb * b.w};
 }
 
-// Each row is (1 - s(yy + zz), s(xy - wz), s(xz + wy)) or like it: a row of the identity plus
-// scale * (a + sign * b), where a and b are products of two components.
+// Each row has the form (1 - s(yy + zz), s(xy - wz), s(xz + wy)): a row of the identity plus scale * (a + sign * b),
+// where a and b are products of two components.
 template <class L>
 void QuaternionToMatrix(const ZmQuaternion& quat, float* m)
 {
@@ -71,8 +71,8 @@ void ZmQuaternion::FromMatrix(const ZmMatrix& m, int matIsUnit, int restoreMat)
     }
     const RotationRows unit = OrthonormalRows(rows);
     if (!restoreMat) {
-        // The caller's matrix is written although it comes as constant: engine code relies on finding the
-        // orthonormal block there.
+        // Writes to the caller's matrix although it is passed as const: callers rely on finding the orthonormal block
+        // there.
         WriteRows(const_cast<ZmMatrix&>(m), unit);
     }
     *this = QuaternionFromRows(unit);
@@ -92,7 +92,7 @@ void ZmQuaternion::FromRotation(const ZmVector& axis, float angle)
 
 void ZmQuaternion::ToRotation(ZmVector& axis, float& angle) const
 {
-    // 1 - w on purpose, not 1 - w * w: see the header (QuaternionTest, ToRotationDividesByTheRootOfOneMinusW).
+    // 1 - w is intended, not 1 - w * w: callers depend on it (QuaternionTest, ToRotationDividesByTheRootOfOneMinusW).
     const float f = 1.0f / sqrtf(1.0f - w);
     angle = 2.0f * acosf(w);
     axis = ZmVector(x * f, y * f, z * f);
@@ -170,7 +170,7 @@ ZmQuaternion Slerp(float t, const ZmQuaternion& a, const ZmQuaternion& b)
     const float c = fabsf(dot);
     float ka = 1 - t, kb = t;
     if (1 - c > 0.01f) {
-        // sin((1 - t) w) = sin w cos tw - cos w sin tw, and both w and its sine from its cosine.
+        // sin((1 - t) w) = sin w cos tw - cos w sin tw; w and sin w are computed from cos w.
         const double cosine = c, root = sqrt(1 - cosine), sine = root * sqrt(1 + cosine);
         const SinCos part(t * AcosFromRoot(cosine, root));
         const double ratio = part.sine / sine;

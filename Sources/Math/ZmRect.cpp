@@ -2,7 +2,7 @@
 
 void ZmRect::Transform(const ZmRect& destScreen, const ZmRect& srcScreen)
 {
-    // Copies: either screen may be this rectangle.
+    // Copies: this rectangle may be one of the screens.
     const ZmRect dest = destScreen, src = srcScreen;
     const float srcWidth = src.right - src.left, srcHeight = src.bottom - src.top;
     const float destWidth = dest.right - dest.left, destHeight = dest.bottom - dest.top;

@@ -11,7 +11,7 @@ using namespace zm;
 
 namespace {
 
-// --- Loops over elements of a size that the compiler knows -----------------------
+// --- Loops over elements of a size known at compile time -------------------------
 
 struct Copy {
     char* dst;
@@ -22,7 +22,7 @@ struct Copy {
     size_t count;
 };
 
-/// Calls f(i) for i below count, four at a time: one jump an element would cost more than the move.
+/// Calls f(i) for i below count, unrolled by four: a branch per element would cost more than the move.
 template <class F>
 inline void ForEach(size_t count, F f)
 {
@@ -51,14 +51,14 @@ void FillElements(const Copy& c)
 template <size_t kSize>
 void CopyElements(const Copy& c)
 {
-    const Copy copy = c;  // by value: writing through char pointers must not make it be read again
+    const Copy copy = c;  // by value: otherwise it is reloaded after each write through a char pointer
     ForEach(copy.count,
             [copy](size_t i) { memcpy(copy.dst + i * copy.dstStride, copy.src + i * copy.srcStride, kSize); });
 }
 
-// From memory a gather waits for each element unless its line is asked for well ahead.
+// When gathering from memory each element stalls unless its cache line is requested well ahead.
 const size_t kPrefetchAhead = 32;
-const size_t kPrefetchBytes = 2 << 20;  // sources up to here stay in a second-level cache
+const size_t kPrefetchBytes = 2 << 20;  // smaller sources stay in the second-level cache
 
 template <size_t kSize, class Index>
 void GatherElements(const Copy& c, const Index* indices)
@@ -79,7 +79,7 @@ void GatherElements(const Copy& c, const Index* indices)
     });
 }
 
-// --- The same for any size ----------------------------------------------------------
+// --- Loops over elements of any size --------------------------------------------------
 
 const size_t kFixedSizes = 16;  // 4 to 64 bytes have loops of their own
 
@@ -127,7 +127,7 @@ void CopyAny(const Copy& c)
     }
 }
 
-// --- Tight destinations ---------------------------------------------------------------
+// --- Contiguous destinations ----------------------------------------------------------
 
 void FillPatterns(char* dst, size_t bytes, const char* pattern)
 {
@@ -143,13 +143,13 @@ void FillPatterns(char* dst, size_t bytes, const char* pattern)
 }
 
 const size_t kFillAlignment = 32;
-const size_t kWorthPattern = 256;  // shorter runs are over before the pattern is laid out
+const size_t kWorthPattern = 256;  // shorter runs do not pay for building the pattern
 
-// A tight array of elements whose size divides the pattern's, as one run of bytes.
+// Fills a contiguous array as one run of bytes; the element size must divide the pattern's.
 void FillTight(char* dst, size_t bytes, const char* value, size_t size)
 {
-    // Longer than the pattern by what comes before the first whole register, so that the pattern can start
-    // anywhere in an element.
+    // Longer than the pattern by the bytes before the first whole register, so that the pattern can start anywhere in
+    // an element.
     char words[kPatternBytes + kFillAlignment];
     for (size_t i = 0, from = 0; i < sizeof words; i += 4) {
         memcpy(words + i, value + from, 4);
@@ -167,8 +167,8 @@ void FillTight(char* dst, size_t bytes, const char* value, size_t size)
     memcpy(rest + first, pattern, tail - first);
 }
 
-// Twelve bytes each from wider elements: four of them fill three registers. Sixteen bytes of each are
-// read, so the last element stays for the caller.
+// Gathers twelve bytes each from wider elements: four of them fill three registers. Reads sixteen bytes of each, so the
+// last element is left to the caller.
 template <bool stream>
 size_t PackTriples(const Copy& c)
 {

@@ -1,7 +1,7 @@
 #include "Math/FillKernels.h"
 #include "Math/Lanes.h"
 
-// Compiled for AVX2. Nothing but the kernel at the end may be visible outside this file.
+// Compiled for AVX2. Only the kernel at the end may be visible outside this file.
 
 namespace zm {
 namespace avx2 {

@@ -42,7 +42,7 @@ template <Kind kind>
 void TransformScalar(Span span, const float* m)
 {
     if (IsTight(span)) {
-        // The same loop with strides that the compiler knows.
+        // The same loop with strides known at compile time.
         TransformSingly<kind>({span.out, 12, span.in, 12, span.count}, m);
     } else {
         TransformSingly<kind>(span, m);

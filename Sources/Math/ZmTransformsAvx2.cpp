@@ -1,7 +1,7 @@
 #include "Math/TransformKernels.h"
 
-// Compiled for AVX2 (without fused multiply-add, which would change the results). Nothing but the
-// three kernels at the end may be visible outside this file.
+// Compiled for AVX2 (without fused multiply-add, which would change the results). Only the three kernels at the end may
+// be visible outside this file.
 
 namespace zm {
 namespace {
@@ -16,8 +16,8 @@ inline void Transform(const Span& span, const float* m)
     }
 }
 
-// Two neighbouring vectors as x, y and z, each in all lanes of its half. More than their own bytes is
-// read: 32 bytes from the first on, or 16 of each.
+// Loads two neighbouring vectors as x, y and z, each broadcast within its half. Reads beyond the vectors: 32 bytes from
+// the first on, or 16 of each.
 
 inline void SplatHalves(Avx2Lanes v, Avx2Lanes& x, Avx2Lanes& y, Avx2Lanes& z)
 {
@@ -57,15 +57,15 @@ struct Pairs<16> {
     static void Load(const char* p, ptrdiff_t, Avx2Lanes& x, Avx2Lanes& y, Avx2Lanes& z)
     {
         SplatHalves(Avx2Lanes::Load8(p), x, y, z);
-        // Loads and blends have room where the shuffles are crowded.
+        // Loads and blends have capacity to spare where shuffles are the bottleneck.
         x.v = _mm256_blend_ps(SplatFloat(p), SplatFloat(p + 16), 0xF0);
     }
 
     static __m256 SplatFloat(const char* p) { return _mm256_set1_ps(SingleLane::At(p).v); }
 };
 
-/// Some pairs a step, which reads up to 8 bytes of the element behind its own: the last elements stay for
-/// the caller.
+/// Several pairs per step. Reads up to 8 bytes of the element after its own, so the last elements are left to the
+/// caller.
 template <ptrdiff_t stride, bool stream>
 inline Span TransformPairs4(Span span, const float* m)
 {

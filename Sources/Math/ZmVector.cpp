@@ -5,7 +5,7 @@
 
 namespace {
 
-// Constant-initialised, so that they are there before any code runs.
+// Constant-initialised, so that they are available before any code runs.
 const ZmVector kAxisX(1, 0, 0), kAxisY(0, 1, 0), kAxisZ(0, 0, 1), kAxis0(0, 0, 0), kAxis1(1, 1, 1);
 
 }  // namespace

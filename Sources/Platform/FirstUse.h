@@ -7,17 +7,17 @@
 
 namespace zm {
 
-/// One object of the process, made by its first user; other threads wait meanwhile. For static storage, where it needs
-/// no initialiser. It never destroys the object: `make` registers that with atexit(), if it has to happen.
+/// A process-wide object that its first user constructs while other threads wait. For static storage, where it needs no
+/// initialiser. Never destroys the object: if that is needed, `make` registers it with atexit().
 ///
-/// A local static would do the same, but its guard makes the Windows run time keep memory and handles for the thread,
-/// which stay behind when a program unloads the DLL.
+/// A local static would do the same, but its guard makes the Windows run time allocate memory and handles per thread,
+/// which leak when a program unloads the DLL.
 template <class T>
 class FirstUse {
 public:
     constexpr FirstUse() = default;
 
-    /// `make` constructs the object in the memory that it is given. It must not come back here.
+    /// `make` constructs the object in the given memory. It must not call Get() of this object.
     T& Get(void (*make)(void* memory))
     {
         if (m_State.load(std::memory_order_acquire) != kMade) {

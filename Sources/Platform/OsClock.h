@@ -5,16 +5,16 @@
 
 namespace zm {
 
-/// Ticks of the system's performance counter, which never runs backwards. Cannot fail.
+/// Ticks of the system's performance counter, which is monotonic. Cannot fail.
 int64_t ReadCounter();
 
-/// Ticks of that counter in a second; above 0 and the same at every call.
+/// Ticks of that counter per second: above 0 and constant.
 int64_t CounterFrequency();
 
-/// Milliseconds since 1970 in universal time; the user may set that clock.
+/// Milliseconds since 1970 in universal time. Not monotonic: the user may set this clock.
 int64_t ReadWallClock();
 
-/// The local time of a calendar time in seconds; false where the system cannot convert that time.
+/// Converts a calendar time in seconds to local time. Returns false if the system cannot convert it.
 bool LocalTime(int64_t seconds, tm& parts);
 
 }  // namespace zm

@@ -4,15 +4,15 @@
 
 namespace zm {
 
-/// A console of the process's own, where the system has such; elsewhere the standard output. Null if there is none. The
-/// title is set in any case.
+/// Opens a console of the process's own, or the standard output on systems that have no such consoles. Returns null if
+/// there is none. Sets the title in any case.
 void* OpenConsole(const char* title);
 void CloseConsole(void* console);
 void WriteConsoleText(void* console, const char* text, size_t length);
-/// The size of the buffer in characters; false where there is none.
+/// Sets the size of the buffer in characters. Returns false if the console has none.
 bool SizeConsole(void* console, int width, int height);
 
-/// Passes a line to the debugger, or to the system's log.
+/// Sends a line to the debugger or to the system log.
 void WriteDebugText(const char* text);
 
 }  // namespace zm

@@ -2,10 +2,9 @@
 
 namespace zm {
 
-/// Runs work(argument) and returns true, or false when the processor raised an exception in
-/// it (an instruction that is unknown, privileged or switched off). The work is abandoned where
-/// it stood, so it must own nothing. One caller in the process at a time; faults of other threads
-/// meanwhile take their usual way.
+/// Runs work(argument) and returns true, or false if the processor raised an exception in it (an unknown, privileged or
+/// disabled instruction). The work is then abandoned without clean-up, so it must not own anything. Only one call in
+/// the process at a time; meanwhile faults of other threads are handled as usual.
 bool RunCatchingFaults(void (*work)(void*), void* argument);
 
 }  // namespace zm

@@ -4,12 +4,11 @@
 
 namespace zm {
 
-/// Bytes that the C heap holds for a block of malloc(): at least what was asked for, the same at
-/// each call. 0 for null.
+/// The size of the heap block behind a pointer from malloc(): at least the requested size, and the same at each call. 0
+/// for null.
 size_t HeapBlockSize(void* block);
 
-/// Gives back what the C++ run time keeps, where that is a part of this module and not of the process. For the very
-/// end of unloading.
+/// Frees the memory that the C++ run time keeps, if it is linked into this module. Call at the very end of unloading.
 void FreeRuntimeMemory();
 
 }  // namespace zm

@@ -4,13 +4,13 @@
 
 namespace zm {
 
-/// The path of a library, by its handle, or of the running program for null. Empty if the system does not tell.
+/// The path of a library by its handle, or of the running program for null. Empty if the system cannot provide it.
 std::string ModulePath(void* module);
 
-/// Whether this process is ending and the system has ended all threads but this one: what they held stays held.
+/// Whether the process is exiting and the system has ended all other threads: locks that they held are never released.
 bool OtherThreadsAreEnded();
 
-/// Null if it cannot be loaded.
+/// Loads a library. Returns null on failure.
 void* LoadModule(const char* path);
 void* ModuleSymbol(void* module, const char* name);
 bool UnloadModule(void* module);

@@ -2,16 +2,16 @@
 
 namespace zm {
 
-/// A recursive lock of the operating system, in a block of its own; null without memory for it.
+/// Creates a recursive lock of the operating system. Returns null if out of memory.
 void* NewLock();
-/// Frees the lock, which nobody holds; null does nothing.
+/// Frees a lock, which must not be held. Null is ignored.
 void DeleteLock(void* lock);
 void EnterLock(void* lock);
-/// False, at once, while another thread holds the lock.
+/// Returns false immediately if another thread holds the lock.
 bool TryEnterLock(void* lock);
 void LeaveLock(void* lock);
 
-/// The same for a lock of the library itself: the thread is not stopped (StopThread()) while it is inside.
+/// The same for a lock of the library itself: StopThread() takes effect only after the thread has left it.
 /// @{
 void EnterOwnLock(void* lock);
 void LeaveOwnLock(void* lock);

@@ -10,7 +10,7 @@ extern const ZM_PLATFORM kPlatform;
 
 struct SystemVersion {
     unsigned part[3] = {};
-    std::string name;  ///< empty if the system has none for people
+    std::string name;  ///< for display; empty if the system has none
 };
 
 SystemVersion ReadSystemVersion();

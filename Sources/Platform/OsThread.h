@@ -2,25 +2,27 @@
 
 namespace zm {
 
-/// Gives the calling thread the highest priority that the system grants it and returns what
-/// RestoreThreadPriority() needs to take that back. A refusal changes nothing.
+/// Raises the calling thread to the highest priority that the system grants. Returns what RestoreThreadPriority() needs
+/// to undo it. If the system refuses, nothing changes.
 int RaiseThreadPriority();
 void RestoreThreadPriority(int previous);
 
-/// Lets other threads run.
+/// Yields the processor to other threads.
 void YieldThread();
 
-/// Sleeps for at least that long; signals do not cut it short.
+/// Sleeps for at least that long; signals do not shorten it.
 void SleepMilliseconds(unsigned milliseconds);
 
-/// A thread that waits for StartThread(). Its handle and its number in the system; null if there is none to be had.
+/// Creates a thread that waits for StartThread(). Returns its handle and, in `id`, the system's thread number; null on
+/// failure.
 void* NewThread(unsigned (*function)(void*), void* argument, unsigned& id);
 void StartThread(void* thread);
 
-/// Tells debuggers and process viewers a thread's name, as much of it as they take. Before StartThread().
+/// Sets the name that debuggers and process viewers show, cut to the length the system allows. Call before
+/// StartThread().
 void NameThread(void* thread, const char* name);
 
-/// From -2 to 2, 0 for normal; -15 for idle and 15 for critical. What the system refuses changes nothing.
+/// `priority` is -2 to 2, with 0 for normal, -15 for idle or 15 for critical. If the system refuses, nothing changes.
 void PrioritiseThread(void* thread, int priority);
 
 enum class ThreadWait {
@@ -30,20 +32,20 @@ enum class ThreadWait {
 };
 constexpr unsigned kWaitForEver = 0xFFFFFFFF;
 
-/// Waits for the end of a thread. Fails for null.
+/// Waits for a thread to end. Fails for null.
 ThreadWait WaitForThread(void* thread, unsigned timeoutMs);
 
-/// The exit code, or kThreadRuns. False for null.
+/// The exit code, or kThreadRuns. Returns false for null.
 bool ThreadExitCode(void* thread, unsigned& code);
 constexpr unsigned kThreadRuns = 259;
 
-/// Ends a thread where it stands, without its destructors; it may be the calling one. One that has ended keeps its exit
-/// code. False for null, and where the system refuses.
+/// Ends a thread, which may be the calling one, without running its destructors. A thread that has already ended keeps
+/// its exit code. Returns false for null, or if the system refuses.
 bool StopThread(void* thread, unsigned exitCode);
 
-/// While one lives, the thread that made it is not stopped by StopThread(), but afterwards: for what must not be left
-/// half done, such as everything under a lock of the library. Where the system itself ends threads, as Windows does, it
-/// has no effect.
+/// While an instance lives, StopThread() on the thread that created it is delayed until the last instance is gone. For
+/// operations that must not be left half done, such as everything under a lock of the library. Has no effect where the
+/// system itself ends threads, as on Windows.
 class StopDelay {
 public:
     StopDelay() : m_OthersRun(BeginUnlessAlone()) {}
@@ -56,8 +58,8 @@ public:
     StopDelay(const StopDelay&) = delete;
     StopDelay& operator=(const StopDelay&) = delete;
 
-    /// Whether other threads can run; if not, nothing has to be locked. May say yes where it is not so. What is guarded
-    /// must not start any.
+    /// Whether other threads may be running; if not, no lock is needed. May be true for a single thread. The guarded
+    /// code must not start threads.
     bool OthersRun() const { return m_OthersRun; }
 
 private:
@@ -67,13 +69,13 @@ private:
     const bool m_OthersRun;
 };
 
-/// Frees a handle. The thread may run on.
+/// Frees a handle. The thread continues to run.
 void CloseThread(void* thread);
 
-/// What stands for the calling thread in place of a handle: one value for all threads. As a thread it never ends.
+/// The pseudo-handle of the calling thread: one value for all threads. Waiting for it never succeeds.
 void* CallingThread();
 
-/// The calling thread's number in the system.
+/// The system's number of the calling thread.
 unsigned CallingThreadId();
 
 }  // namespace zm

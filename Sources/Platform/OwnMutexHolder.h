@@ -5,8 +5,8 @@
 
 namespace zm {
 
-/// Holds a mutex of the library's own while it lives. A thread that is terminated meanwhile goes on until it has left
-/// it, or all others would wait for ever.
+/// Locks a mutex of the library itself while it lives. If the thread is terminated meanwhile, it first leaves the
+/// mutex; otherwise all others would wait for ever.
 class OwnMutexHolder {
 public:
     explicit OwnMutexHolder(ZmMutex& mutex) : m_Mutex(mutex) { Enter(m_Mutex); }
@@ -14,7 +14,7 @@ public:
     OwnMutexHolder(const OwnMutexHolder&) = delete;
     OwnMutexHolder& operator=(const OwnMutexHolder&) = delete;
 
-    /// For a span that is no block.
+    /// For regions that are not a scope.
     /// @{
     static void Enter(ZmMutex& mutex)
     {

@@ -59,7 +59,7 @@ void SetName(ProcessorIdentity& id, const char* name)
     snprintf(id.name, sizeof id.name, "%s", name);
 }
 
-// Some processors have blanks before it, so that it stands at the right.
+// Some processors right-align the brand string with leading blanks.
 void SetBrand(ProcessorIdentity& id, const CpuidLeaves& leaves)
 {
     if (!HasBrand(leaves.extended0)) {
@@ -165,7 +165,7 @@ void DescribeProcessor(char (&text)[64], const char* name, int frequency, int es
 
 ClockMeasurement MeasureClock(const ClockReadings& readings)
 {
-    // Differences of the low words: a counter that passes 2^32 meanwhile does no harm.
+    // Only the differences of the low words count, so a wrap at 2^32 does no harm.
     const uint32_t cycles = uint32_t(readings.cyclesEnd) - uint32_t(readings.cyclesStart);
     const double ticks = double(readings.counterEnd - readings.counterStart);
     if (cycles == 0 || ticks <= 0 || readings.counterFrequency <= 0) {

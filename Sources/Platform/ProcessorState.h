@@ -6,13 +6,13 @@
 
 namespace zm {
 
-/// What detection found out. Written once while the library is loaded, only read afterwards;
-/// the feature word, which callers may change, is kept apart (FeatureWord.h).
+/// The result of the detection. Written once while the library is loaded and read-only afterwards. The feature word,
+/// which callers may change, is separate (FeatureWord.h).
 struct ProcessorState {
     char description[64];
     char brand[49];
     ProcessorsType type;
-    int frequency;  ///< MHz, snapped
+    int frequency;  ///< MHz, nominal
     int estimate;   ///< MHz, measured
     uint32_t family, model, stepping, cpuType;
     float millisecondsPerTick;
@@ -24,8 +24,8 @@ extern ProcessorState g_Processor;
 
 uint64_t ReadTimeStampCounter();
 
-/// Identifies the processor and measures its clock, which takes some 10 ms. First step of the
-/// start-up. Where reading the cycles faults, the clock counts as 0 MHz.
+/// Identifies the processor and measures its clock, which takes about 10 ms. First step of the start-up. If reading the
+/// cycle counter faults, the clock is 0 MHz.
 void DetectProcessor(uint64_t (*readCycles)() = ReadTimeStampCounter);
 
 }  // namespace zm

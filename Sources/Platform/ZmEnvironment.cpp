@@ -14,7 +14,7 @@ bool IsName(const char* name)
     return name != nullptr && *name != 0 && strchr(name, '=') == nullptr;
 }
 
-// Not every system has a lock of its own.
+// Guards the environment, since not every system does.
 ZmMutex& Lock()
 {
     static zm::FirstUse<ZmMutex> mutex;

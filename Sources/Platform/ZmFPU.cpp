@@ -3,7 +3,7 @@
 namespace {
 
 const unsigned kExceptionMasks = 0x003F;
-const unsigned kPrecisionAndRounding = 0x0F00;  // both 0: 24 bits, to nearest
+const unsigned kPrecisionAndRounding = 0x0F00;  // both fields 0: 24 bits, round to nearest
 
 }  // namespace
 

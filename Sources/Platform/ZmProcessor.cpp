@@ -14,7 +14,7 @@
 
 namespace zm {
 
-// Constant-initialised: other modules' initialisers may ask before detection has run.
+// Constant-initialised: initialisers of other modules may read it before detection has run.
 std::atomic<uint32_t> g_FeatureWord{0};
 std::atomic<bool> g_HasAvx2{false};
 ProcessorState g_Processor = {"", "", ZMPROCESSOR_UNKNOWN, 0, 0, 0, 0, 0, 0, 0.0f, 0.0f, 0};
@@ -50,7 +50,7 @@ void SpinOnAdditions()
     unsigned sum = 0;
     for (unsigned i = 0; i < 500000; ++i) {
         sum += i;
-        asm volatile("" : "+r"(sum));  // keeps the loop from being folded
+        asm volatile("" : "+r"(sum));  // keeps the compiler from folding the loop
     }
 }
 
@@ -63,7 +63,7 @@ void ReadClocks(void* argument)
 {
     ClockWork& work = *static_cast<ClockWork*>(argument);
     ClockReadings& readings = work.readings;
-    readings.cyclesStart = work.readCycles();  // the first reading only warms both counters up
+    readings.cyclesStart = work.readCycles();  // discarded: the first reading warms up both counters
     readings.counterStart = ReadCounter();
     readings.cyclesStart = work.readCycles();
     SpinOnAdditions();
@@ -79,7 +79,7 @@ void ProbeSse(void*)
 ClockMeasurement MeasureThisClock(uint64_t (*readCycles)())
 {
     const int previous = RaiseThreadPriority();
-    SleepMilliseconds(10);  // a fresh time slice, so that the short loop is not interrupted
+    SleepMilliseconds(10);  // begins a fresh time slice, so that the short loop is not interrupted
     ClockWork work = {readCycles, {}};
     work.readings.counterFrequency = CounterFrequency();
     const bool measured = RunCatchingFaults(ReadClocks, &work);

@@ -15,10 +15,10 @@ inline ZmVector HalfSize(const ZmBbox& box)
     return (box.Max - box.Min) * 0.5f;
 }
 
-/// A box placed by an affine matrix: its centre, and its axes with the half-sizes along them.
+/// A box placed by an affine matrix: its centre, its axes, and the half-sizes along them.
 struct PlacedBox {
     ZmVector center;
-    ZmVector axis[3];  ///< of the length that the matrix gives them
+    ZmVector axis[3];  ///< with the length that the matrix gives them
     ZmVector half;     ///< in units of the axes
 
     explicit PlacedBox(const ZmBbox& box)
@@ -33,8 +33,8 @@ struct PlacedBox {
     }
 };
 
-/// The two ends of the diagonal that runs most nearly along a normal: no corner is less far along it than the
-/// first, none farther than the second.
+/// The ends of the box diagonal that is best aligned with a normal: along the normal no corner lies before the first
+/// end or beyond the second.
 struct Diagonal {
     ZmVector first, last;
 

@@ -5,8 +5,8 @@
 namespace zm {
 namespace {
 
-/// A vector of three doubles as x and y, and z. Single numbers stand in the first place of a pair; what stands in the
-/// second then has no meaning.
+/// A vector of three doubles: x and y in one pair, z in another. Single numbers are in the first element of a pair; the
+/// second element is then meaningless.
 struct DoubleVector {
     DoublePair xy, z;
 
@@ -22,7 +22,7 @@ struct DoubleVector {
         const DoublePair products = a.xy * b.xy;
         return (products + products.Swapped()) + a.z * b.z;
     }
-    /// The square of the vector product.
+    /// The squared length of the cross product.
     friend DoublePair CrossSquare(const DoubleVector& a, const DoubleVector& b)
     {
         const DoublePair az = DoublePair::Firsts(a.z, a.z), bz = DoublePair::Firsts(b.z, b.z);

@@ -4,7 +4,7 @@
 
 namespace zm {
 
-/// The two axes that are kept when a plane is looked at along the largest component of its normal.
+/// The two axes that remain when a plane is projected along the largest component of its normal.
 struct KeptAxes {
     int i1, i2;
 
@@ -17,22 +17,22 @@ struct KeptAxes {
     }
 };
 
-/// 1 where p lies to one side of the edge from `a` to `b`, else 2.
+/// 1 if p lies on the first side of the edge from `a` to `b`, else 2.
 inline int SideOfEdge(const ZmVector& p, const ZmVector& a, const ZmVector& b, KeptAxes kept)
 {
     const int u = kept.i1, v = kept.i2;
     return (p[u] - a[u]) * (b[v] - a[v]) - (b[u] - a[u]) * (p[v] - a[v]) < 0 ? 1 : 2;
 }
 
-/// 1 or 2, the winding, with the point inside all edges, else 0.
+/// The winding, 1 or 2, if the point lies inside all edges, else 0.
 inline int PointInTriangle(const ZmVector& p, const ZmVector& pt0, const ZmVector& pt1, const ZmVector& pt2,
                            KeptAxes kept)
 {
     return SideOfEdge(p, pt0, pt1, kept) & SideOfEdge(p, pt1, pt2, kept) & SideOfEdge(p, pt2, pt0, kept);
 }
 
-/// A linear object through a triangle, with the outputs of the face tests. No branches: neither a missed plane nor
-/// a missed triangle can be predicted.
+/// Intersects a linear object with a triangle and fills the outputs of the face tests. Branch-free: whether the plane
+/// or the triangle is missed cannot be predicted.
 template <Reach reach, Facing facing>
 inline int CrossFace(const ZmRay& ray, const ZmVector& pt0, const ZmVector& pt1, const ZmVector& pt2,
                      const ZmVector& normal, ZmVector& point, float& dist, int& i1, int& i2)

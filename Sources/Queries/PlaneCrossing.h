@@ -9,7 +9,7 @@
 
 namespace zm {
 
-/// Which planes are seen: all, or those only whose normal faces the start.
+/// Which planes count: all, or only those whose normal faces the start.
 enum class Facing {
     Any,
     Front
@@ -17,12 +17,12 @@ enum class Facing {
 
 /// Where a linear object crosses a plane.
 struct PlaneCrossing {
-    bool meets;   ///< not parallel, and seen: then there is a parameter
-    bool inside;  ///< and the parameter lies within the object
+    bool meets;   ///< not parallel, and the facing counts; only then is there a parameter
+    bool inside;  ///< also, the parameter lies within the object
     float parameter;
     ZmVector point;
 
-    /// The outputs of the plane tests: the parameter comes before the check of its range.
+    /// Writes the outputs of the plane tests. The parameter is written even if it is out of range.
     void Store(ZmVector& resPoint, float& resParameter) const
     {
         StoreIf(meets, resParameter, parameter);

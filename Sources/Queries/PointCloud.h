@@ -4,34 +4,34 @@
 
 namespace zm {
 
-/// Points at any stride and alignment; not empty but where said.
+/// Points at any stride and alignment. Not empty, except where noted.
 struct PointCloud {
     const unsigned char* points;
     unsigned long stride;
     int count;
 };
 
-/// The first point, from which everything is measured: numbers stay small however far away the cloud is.
+/// The first point, the origin of all measurements: numbers stay small however far away the cloud is.
 ZmVector FirstPoint(const PointCloud& cloud);
 
-/// The covariance of the points; zero when there are none. The other form divides it by a power of two, so that its
-/// largest element is about 1: neither the squares of tiny distances nor those of huge ones leave the range of float.
+/// The covariance of the points; zero if there are none. ScaledCovarianceOf() divides it by a power of two, so that its
+/// largest element is about 1: squares of tiny or huge distances then stay within the range of float.
 void CovarianceOf(const PointCloud& cloud, float (&res)[3][3]);
 void ScaledCovarianceOf(const PointCloud& cloud, float (&res)[3][3]);
 
-/// The range of the points along three axes, as vectors of the three smallest and the three largest coordinates,
-/// measured from the first point.
+/// The extents of the points along three axes: the three smallest and the three largest coordinates as vectors,
+/// relative to the first point.
 struct CloudExtents {
     ZmVector min, max;
 };
 CloudExtents ExtentsOf(const PointCloud& cloud, const ZmVector (&axes)[3]);
 
-/// Sums over all points, measured from the first one: x, y, z, xx, yy, zz, xy, xz, yz.
+/// Sums over all points, relative to the first one: x, y, z, xx, yy, zz, xy, xz, yz.
 struct CloudSums {
     double of[9];
 };
 
-/// The kernels for processors with AVX2.
+/// Kernels for processors with AVX2.
 namespace avx2 {
 
 void SumUp(CloudSums& res, const PointCloud& cloud);

@@ -1,6 +1,6 @@
 #include "Queries/PointCloudKernels.h"
 
-// Compiled for AVX2; nothing but these two may be visible outside this file.
+// Compiled for AVX2. Only these two functions may be visible outside this file.
 
 namespace zm {
 namespace avx2 {

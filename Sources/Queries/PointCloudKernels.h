@@ -3,13 +3,13 @@
 #include "Math/DoubleLanes.h"
 #include "Queries/PointCloud.h"
 
-// What runs over all points, a group at a time. The sums have four lanes on every path, and so the same bits; smallest
-// and largest values have no order.
+// Passes over all points, one group at a time. Sums have four lanes on every path, so all paths give the same bits;
+// minima and maxima do not depend on the order.
 
 namespace zm {
 namespace {
 
-/// Four doubles without vector instructions: the scalar form of DoubleLanes.
+/// Four doubles in scalar code: the reference form of DoubleLanes.
 struct ScalarDoubles {
     double d[4];
 
@@ -33,8 +33,7 @@ struct ScalarDoubles {
     double Sum() const { return (d[0] + d[2]) + (d[1] + d[3]); }
 };
 
-// What a kernel loads at p for the first four points of a group, and `next` bytes on for the other four of a group of
-// eight.
+// Loads the first four points of a group from p and, for groups of eight, the other four from `next` bytes further on.
 template <class L>
 inline L LoadFour(const unsigned char* p, size_t)
 {
@@ -58,12 +57,12 @@ inline Avx2Lanes LoadThree<Avx2Lanes>(const unsigned char* p, size_t next)
 }
 #endif
 
-/// As many points as there are lanes, component by component.
+/// One point per lane, component by component.
 template <class L>
 struct Group {
     L x, y, z;
 
-    /// From points of 12 bytes.
+    /// Loads contiguous points of 12 bytes.
     static Group Tight(const unsigned char* p)
     {
         // x0 y0 z0 x1, y1 z1 x2 y2, z2 x3 y3 z3.
@@ -83,8 +82,8 @@ struct Group {
     }
 };
 
-/// Calls take(group) until all points have been taken. The last group is filled up with the first point, which adds
-/// nothing to what is measured from it.
+/// Calls take(group) until all points have been taken. The last group is padded with the first point, which contributes
+/// nothing, since everything is measured from it.
 template <class L, class Take>
 inline void ForEachGroup(const PointCloud& cloud, Take&& take)
 {
@@ -137,7 +136,7 @@ inline void SumUp(CloudSums& res, const PointCloud& cloud)
     }
 }
 
-/// Smallest and largest of what it has been given, 0 included.
+/// The smallest and largest values so far, 0 included.
 template <class L>
 struct Range {
     L min, max;

@@ -5,8 +5,8 @@
 namespace zm {
 namespace {
 
-/// A record of two vectors, a box or a ray, in two registers. Reads its 24 bytes and nothing more; what
-/// stands in the fourth lanes has no meaning.
+/// A record of two vectors, a box or a ray, in two registers. Reads exactly its 24 bytes; the fourth lanes are
+/// meaningless.
 template <class L>
 struct SixFloats {
     L first, second;
@@ -17,7 +17,7 @@ struct SixFloats {
     }
 };
 
-/// The lanes of a vector.
+/// A mask of the lanes of a vector.
 const unsigned kThreeLanes = 7;
 
 }  // namespace

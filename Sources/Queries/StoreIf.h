@@ -5,7 +5,7 @@
 
 namespace zm {
 
-/// Writes `value` when `chosen`, else `res` keeps its own. Without a branch, which at one hit in two misses would
+/// Writes `value` to `res` if `chosen`. Branch-free: with hits as likely as one in two, mispredicted branches would
 /// cost more than the test itself.
 template <class T>
 inline void StoreIf(bool chosen, T& res, const T& value)

@@ -2,13 +2,13 @@
 
 namespace zm {
 
-/// What counts as nothing: 2^-23.
+/// Values below this count as zero: 2^-23.
 const float kEpsilon = 0x1p-23f;
 
-/// How far the parameter of a segment may go.
+/// Upper limit of the parameter of a segment.
 const float kOnePlus = 1 + 0x1p-23f;
 
-/// What a ZmRay stands for.
+/// What a ZmRay represents.
 enum class Reach {
     Line,
     Ray,

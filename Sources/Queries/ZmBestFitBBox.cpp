@@ -9,10 +9,10 @@ using namespace zm;
 
 namespace {
 
-/// Beyond this a box is taken for the outcome of a decomposition that went wrong.
+/// Larger boxes are taken as the result of a failed decomposition.
 const float kLargest = 1e6f;
 
-/// False for non-numbers too.
+/// Also false for NaN.
 bool IsStable(const ZmMatrix& m)
 {
     for (int i = 0; i < 12; ++i) {
@@ -34,7 +34,7 @@ int ZmComputeBestFitBBox(const unsigned char* points, unsigned long stride, int 
     }
     const PointCloud cloud = {points, stride, count};
     ZmEigenMatrix eigen;
-    ScaledCovarianceOf(cloud, eigen.Matrix);  // the axes are the same at any scale
+    ScaledCovarianceOf(cloud, eigen.Matrix);  // scaling does not change the axes
     eigen.EigenStuff3();
     ZmVector axes[3];
     for (int i = 0; i < 3; ++i) {

@@ -8,8 +8,8 @@ using namespace zm;
 
 namespace {
 
-// Everything in double, where differences and products of floats lose nothing, and without branches: which bound a
-// closest point comes to lie on cannot be predicted.
+// Everything in double, where differences and products of floats are exact, and branch-free: on which bound a closest
+// point comes to lie cannot be predicted.
 using Pair = DoublePair;
 
 /// Two vectors side by side.
@@ -31,7 +31,7 @@ struct VectorPair {
     }
 };
 
-/// The nearest parameter that the object has.
+/// The parameter clamped to the range of the object.
 template <Reach reach>
 inline Pair Clamp(Pair t)
 {
@@ -48,15 +48,15 @@ inline void Store(float* res, Pair value)
     }
 }
 
-/// Squared sine of the angle up to which two rays count as parallel: rounding the directions to floats leaves as much,
-/// and would send the closest points very far away.
+/// The squared sine of the angle up to which two rays count as parallel. Rounding the directions to floats causes angles
+/// of this size, which would put the closest points very far away.
 const double kParallelSquare = 0x1p-44;
 
-/// The largest double below kEpsilon.
+/// The largest double below kEpsilon; from kEpsilon on nothing is parallel to a line.
 const double kBelowEpsilon = kEpsilon * (1 - 0x1p-53);
 
-/// The largest square of the directions' vector product with which two objects count as parallel. Beside a line it is
-/// fixed, whatever the lengths of the directions (ZmDistanceTest, ParametersOfParallelAndPointlikePairs).
+/// The largest squared cross product of the directions at which two objects count as parallel. Beside a line it is a
+/// constant, whatever the lengths of the directions (ZmDistanceTest, ParametersOfParallelAndPointlikePairs).
 template <Reach reach0, Reach reach1>
 inline Pair ParallelLimit(Pair squares)
 {
@@ -69,9 +69,9 @@ inline Pair ParallelLimit(Pair squares)
     return squares * squares.Swapped() * Pair::Splat(kParallelSquare);
 }
 
-/// The squared distance of two objects is |offset + s d0 - t d1|^2, convex in s and t: where its minimum lies outside
-/// the range of one parameter, the minimum within the range lies on that edge. So it takes three steps: the best t,
-/// clamped; the best s for it, clamped; and, where that moved s, the best t again.
+/// The squared distance of two objects is |offset + s d0 - t d1|^2, convex in s and t: if its minimum lies outside the
+/// range of one parameter, the minimum within the range lies on that bound. So three steps suffice: the best t,
+/// clamped; the best s for it, clamped; and, if that changed s, the best t again.
 template <Reach reach0, Reach reach1>
 inline float SquareDistance(const ZmRay& object0, const ZmRay& object1, float* t0, float* t1)
 {
@@ -81,14 +81,14 @@ inline float SquareDistance(const ZmRay& object0, const ZmRay& object1, float* t
     const VectorPair directions(d0, d1);
     const Pair squares = Dot(directions, directions), along = Dot(directions, VectorPair(offset, offset));
     const Pair both = Dot(d0, d1);
-    // 0 for a direction without length.
+    // 0 for a direction of zero length.
     const Pair inverses = Pair::Splat(1) / squares & Pair::Less(Pair::Splat(0), squares);
 
-    // Where the lines come closest, by vector products with the first direction: unlike the scalar ones they keep their
-    // digits however small the angle is.
+    // The closest points of the lines, from cross products with the first direction: unlike scalar products these keep
+    // their digits however small the angle is.
     const VectorPair around = Cross(VectorPair(d0, d0), VectorPair(d1, offset)), normal = around.First();
     const Pair products = Dot(normal, around), crossing = products.Swapped() / products;
-    // Parallel: the start of the second, or its foot when the first is a point.
+    // For parallel objects: the start of the second, or its foot if the first is a point.
     const Pair start = (along * inverses).Swapped() & Pair::Equal(squares, Pair::Splat(0));
     const Pair slanted = Pair::Less(ParallelLimit<reach0, reach1>(squares), products);
     const Pair t = Clamp<reach1>(Pair::Select(slanted, crossing, start));

@@ -9,7 +9,7 @@ namespace {
 
 const int kMostIterations = 32;
 
-/// The first row from `from` on behind which the sub-diagonal is negligible, or the last one.
+/// The first row, counted from `from`, after which the sub-diagonal is negligible; the last row if there is none.
 int EndOfBlock(const float* diagonal, const float* subDiagonal, int from)
 {
     for (int i = from; i < 2; ++i) {
@@ -21,7 +21,7 @@ int EndOfBlock(const float* diagonal, const float* subDiagonal, int from)
     return 2;
 }
 
-/// (f, g) turned onto the second axis.
+/// The rotation that turns (f, g) onto the second axis.
 struct Turn {
     float sine, cosine, length;
 
@@ -41,8 +41,8 @@ void TurnColumns(float (&matrix)[3][3], int column, float sine, float cosine)
     }
 }
 
-/// How far the last element of the block is from the eigenvalue, of the first two rows' square, that lies nearest
-/// to the first element.
+/// The last diagonal element minus the shift: the eigenvalue of the block's leading 2x2 matrix that is nearest to the
+/// first diagonal element.
 float ShiftedEnd(const float* diagonal, const float* subDiagonal, int from, int end)
 {
     const float half = (diagonal[from + 1] - diagonal[from]) / (2 * subDiagonal[from]);
@@ -58,7 +58,7 @@ void Iterate(float (&matrix)[3][3], float* diagonal, float* subDiagonal, int fro
         const float f = sine * subDiagonal[i], b = cosine * subDiagonal[i];
         const Turn turn(f, g);
         subDiagonal[i + 1] = turn.length;
-        if (turn.length == 0) {  // the block falls apart here
+        if (turn.length == 0) {  // the block splits here
             diagonal[i + 1] -= p;
             subDiagonal[end] = 0;
             return;
@@ -88,7 +88,7 @@ void ZmEigenMatrix::Tridiagonal(float* diagonal, float* subDiagonal)
 {
     const float a = Matrix[0][0], b = Matrix[0][1], c = Matrix[0][2];
     const float d = Matrix[1][1], e = Matrix[1][2], f = Matrix[2][2];
-    // The reflection that takes (b, c) to (length, 0); in double so that no square underflows.
+    // The reflection that maps (b, c) to (length, 0); in double, so that no square underflows.
     const float length = float(sqrt(double(b) * double(b) + double(c) * double(c)));
     const bool done = c == 0;
     const float y = done ? 1 : b / length, z = done ? 0 : c / length;

@@ -13,16 +13,16 @@ namespace {
 template <class L>
 int Overlap(const ZmBbox& box1, const ZmBbox& box2)
 {
-    const SixFloats<L> a(&box1), b(&box2);  // the largest corner first
+    const SixFloats<L> a(&box1), b(&box2);  // Max first, then Min
     return ((L::LessMask(b.first, a.second) | L::LessMask(a.first, b.second)) & kThreeLanes) == 0;
 }
 
-/// The axes of a box as the columns of a matrix: component i of all three in register i.
+/// The axes of a box as the columns of a matrix: register i holds component i of all three.
 template <class L>
 struct AxisColumns {
     L x, y, z;
 
-    /// Each axis is loaded with the float behind it.
+    /// Loading an axis also reads the float after it.
     explicit AxisColumns(const ZmOBB& obb) : x(Load(obb, 0)), y(Load(obb, 1)), z(Load(obb, 2))
     {
         L unused = z;
@@ -36,16 +36,16 @@ private:
     }
 };
 
-/// Two boxes seen from the first: component j of row i is the product of axis i of the first with axis j of the
-/// second, and of column j the same.
+/// Two boxes in the frame of the first: component j of row i is the scalar product of axis i of the first and axis j of
+/// the second, and so is component i of column j.
 template <class L>
 struct BoxPair {
     L rows[3], columns[3];
-    L sizes[3];      ///< rows without signs
+    L sizes[3];      ///< absolute values of rows
     L offset;        ///< of the second box's centre
     L half1, half2;  ///< half-sizes
 
-    /// Fills what follows from rows and offset.
+    /// Computes columns and sizes from rows.
     void Complete()
     {
         L unused = offset;
@@ -56,7 +56,7 @@ struct BoxPair {
         L::Transpose(columns[0], columns[1], columns[2], unused);
     }
 
-    /// The axes of the first box and of the second.
+    /// Tests the axes of both boxes. A set bit is an axis that separates them.
     unsigned ApartOnFaces() const
     {
         const L h0 = half2.template SplatInRows<0>(), h1 = half2.template SplatInRows<1>();
@@ -70,7 +70,7 @@ struct BoxPair {
         return (L::LessMask(radius1, offset.Abs()) | L::LessMask(radius2, distance2.Abs())) & kThreeLanes;
     }
 
-    /// Axis i of the first box with each axis of the second.
+    /// Tests the products of axis i of the first box and each axis of the second.
     template <int i>
     unsigned ApartOnEdges() const
     {
@@ -82,8 +82,8 @@ struct BoxPair {
         return L::LessMask(radius1 + radius2, distance.Abs()) & kThreeLanes;
     }
 
-    /// No exit on the way, not even after the axes that part most pairs: the mispredicted branches cost more than the
-    /// other axes.
+    /// Does not exit early, not even after the axes that separate most pairs: the mispredicted branches would cost more
+    /// than the remaining axes.
     int Overlap() const { return (ApartOnFaces() | ApartOnEdges<0>() | ApartOnEdges<1>() | ApartOnEdges<2>()) == 0; }
 
     static L Weighted(L a, L wa, L b, L wb, L c, L wc) { return (a * wa + b * wb) + c * wc; }
@@ -125,7 +125,7 @@ int OverlapWithOriented(const ZmBbox& box, const ZmOBB& obb)
     return pair.Overlap();
 }
 
-/// A bit for each face of the box that the point lies outside of.
+/// A bit for each face of the box that has the point outside.
 unsigned OutsideOf(const ZmBbox& box, const ZmVector& p)
 {
     unsigned sides = 0;
@@ -165,7 +165,7 @@ int ZmIntersect::AABBFace(const ZmBbox& box, const ZmVector& pt0, const ZmVector
     if (SegmentBox({pt0, pt1 - pt0}, box) || SegmentBox({pt1, pt2 - pt1}, box) || SegmentBox({pt2, pt0 - pt2}, box)) {
         return 1;
     }
-    // No edge passes: only the box's own diagonal can pass through the face.
+    // No edge crosses the box, so only a diagonal of the box can cross the face.
     const Diagonal along(box, normal);
     ZmVector point;
     float dist;

@@ -5,7 +5,7 @@ using namespace zm;
 
 namespace {
 
-/// The forms that do not tell the axes.
+/// The overloads that do not return the axes.
 template <Reach reach>
 int CrossFace(const ZmRay& ray, const ZmVector& pt0, const ZmVector& pt1, const ZmVector& pt2, const ZmVector& normal,
               ZmVector& point, float& dist)

@@ -11,7 +11,7 @@ struct Triangle {
     const ZmVector* corner[3];
 };
 
-/// Signed distances of a triangle's corners from a plane; what is below the tolerance is 0.
+/// Signed distances of a triangle's corners from a plane; those below the tolerance are 0.
 struct Distances {
     float at[3];
 
@@ -27,21 +27,21 @@ struct Distances {
     bool AllZero() const { return at[0] == 0 && at[1] == 0 && at[2] == 0; }
 };
 
-/// The part of the planes' common line that a triangle covers, as one coordinate.
+/// The part of the line common to both planes that a triangle covers, along one coordinate.
 struct Interval {
     float low, high;
 
     Interval(float a, float b) : low(a < b ? a : b), high(a < b ? b : a) {}
 };
 
-/// Where an edge crosses the other plane. An end that lies in it is that point itself: shared corners touch.
+/// Where an edge crosses the other plane. An end that lies in the plane is used unchanged, so shared corners touch.
 float CrossingOf(float at0, float distance0, float at1, float distance1)
 {
     return distance1 == 0 ? at1 : at0 + (at1 - at0) * (distance0 / (distance0 - distance1));
 }
 
-/// The corner that stands alone on its side of the other plane, or in it when the others are on two sides or in it
-/// too. Not all distances are 0.
+/// The corner that is alone on its side of the other plane, or the one in the plane if the other two lie on different
+/// sides or in the plane as well. At least one distance must not be 0.
 int LoneCorner(const Distances& d)
 {
     if (d.at[0] * d.at[1] > 0) {
@@ -64,9 +64,9 @@ Interval Covered(const Triangle& triangle, const Distances& d, int axis)
             CrossingOf(at, d.at[lone], (*triangle.corner[last])[axis], d.at[last])};
 }
 
-// --- Triangles of one plane ---
+// --- Coplanar triangles ---
 
-/// A triangle seen along the dropped axis. In double, where products of float differences are exact.
+/// A triangle projected along the dropped axis. In double, where products of float differences are exact.
 struct FlatTriangle {
     double u[3], v[3];
 
@@ -102,7 +102,7 @@ bool EdgesMeet(const FlatTriangle& a, int a0, int a1, const FlatTriangle& b, int
            (sideA1 == 0 && Between(b, b0, b1, a, a1));
 }
 
-/// Whether corner 0 of `inner` lies inside `outer`; with no edges meeting it speaks for all of `inner`.
+/// Whether corner 0 of `inner` lies inside `outer`. If no edges meet, this decides for all of `inner`.
 bool Contains(const FlatTriangle& outer, const FlatTriangle& inner)
 {
     const int side = Side(outer, 0, 1, inner, 0);
@@ -141,7 +141,7 @@ int ZmIntersect::FaceFace(const ZmVector& a0, const ZmVector& a1, const ZmVector
     if (distancesA.OnOneSide()) {
         return 0;
     }
-    // Without a direction the planes are one to rounding, though the distances may not be 0.
+    // If the direction is 0, the planes coincide up to rounding, though the distances may not be 0.
     const ZmVector direction = Cross(aNormal, bNormal);
     if (distancesA.AllZero() || distancesB.AllZero() || direction == ZmVector(0, 0, 0)) {
         const KeptAxes kept(aNormal);

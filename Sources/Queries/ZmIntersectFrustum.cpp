@@ -7,7 +7,7 @@ using namespace zm;
 
 namespace {
 
-/// Four vectors side by side.
+/// Four vectors, component by component.
 template <class L>
 struct FourVectors {
     L x, y, z;
@@ -19,7 +19,7 @@ struct FourVectors {
     {
     }
 
-    /// Each with the next one in place of it, the first in place of the last.
+    /// Each vector replaced by the next one, the last by the first.
     FourVectors Rotated() const
     {
         return {x.template Spread<1, 2, 3, 0>(), y.template Spread<1, 2, 3, 0>(), z.template Spread<1, 2, 3, 0>()};
@@ -46,7 +46,7 @@ struct FourPlanes {
     L Dot(L vx, L vy, L vz) const { return (x * vx + y * vy) + z * vz; }
 };
 
-/// A placed box's centre and its axes in the length of its half-sizes, each component in all lanes.
+/// A placed box: its axes, scaled by the half-sizes, and its centre, with each component in all lanes.
 template <class L>
 struct SplatBox {
     L x[4], y[4], z[4];  ///< three axes, then the centre
@@ -70,7 +70,7 @@ private:
     }
 };
 
-/// Bit i for plane i: `front` when the box lies wholly in front of it, `back` when wholly behind.
+/// Bit i stands for plane i. `front`: the box lies wholly in front of it; `back`: wholly behind.
 struct PlaneSides {
     unsigned front, back;
 };
@@ -85,8 +85,8 @@ PlaneSides SidesOf(const FourPlanes<L>& planes, const SplatBox<L>& box)
     return {L::LessMask(radius, distance), L::LessMask(distance, L::Splat(0) - radius)};
 }
 
-/// Only the first plane, in the required order, that does not have the box behind it decides, also when a later
-/// one has it in front. Looked at all at once, since no branch here can be predicted.
+/// The first plane, in this order, that does not have the whole box behind it decides alone, even if a later plane has
+/// the box in front. All planes are tested at once, since no branch here can be predicted.
 template <class L>
 int PassesPlanes(const ZmFrustum& frustum, const ZmBbox& box, const ZmMatrix& matrix)
 {
@@ -95,13 +95,13 @@ int PassesPlanes(const ZmFrustum& frustum, const ZmBbox& box, const ZmMatrix& ma
     const PlaneSides first = SidesOf(FourPlanes<L>(planes[4], planes[5], planes[0], planes[1]), placed);
     const PlaneSides then = SidesOf(FourPlanes<L>(planes[2], planes[3], planes[2], planes[3]), placed);
     const unsigned front = first.front | then.front << 4, back = first.back | then.back << 4;
-    const unsigned decisive = ~back & (back + 1);  // the lowest bit that is not set
+    const unsigned decisive = ~back & (back + 1);  // the lowest clear bit of `back`
     return (front & decisive & 0x3F) == 0;
 }
 
 // --- The apex description ---
 
-/// The frustum and a box as sets of points along axes: the frustum is the hull of its near and its far rectangle.
+/// The projections of the frustum and a box onto axes. The frustum is the hull of its near and far rectangles.
 template <class L>
 class FrustumAxes {
 public:
@@ -115,7 +115,7 @@ public:
     {
     }
 
-    /// Whether one of four axes parts the two. An axis without length, from edges that run parallel, never does.
+    /// Whether one of four axes separates the two. An axis of zero length, from parallel edges, never does.
     bool Part(const FourVectors<L>& axes) const
     {
         const L middle = Dot(axes, m_Offset);
@@ -134,7 +134,7 @@ private:
     L m_Near, m_Far, m_Ratio;
 };
 
-/// From the eye to the corners of the near rectangle, in turn.
+/// The directions from the eye to the corners of the near rectangle, in cyclic order.
 template <class L>
 FourVectors<L> SlantEdges(const ZmFrustum& frustum)
 {
@@ -143,8 +143,8 @@ FourVectors<L> SlantEdges(const ZmFrustum& frustum)
     return {ahead - aside - above, ahead + aside - above, ahead + aside + above, ahead - aside + above};
 }
 
-/// All normals of faces and all products of edges. They are used as the vectors they come out as, so rounding
-/// parts nothing that overlaps by more than rounding, parallel edges included.
+/// Tests all face normals and all products of edges. They are used without normalisation, so rounding never separates
+/// objects that overlap by more than rounding errors, parallel edges included.
 template <class L>
 int OverlapsFrustum(const ZmFrustum& frustum, const PlacedBox& box)
 {
@@ -152,7 +152,8 @@ int OverlapsFrustum(const ZmFrustum& frustum, const PlacedBox& box)
     const FrustumAxes<L> pair(frustum, box);
     const ZmVector &b0 = box.axis[0], &b1 = box.axis[1], &b2 = box.axis[2];
     const Four edges = SlantEdges<L>(frustum), sides = Cross(edges, edges.Rotated());
-    // The box's edges beside the normal of the near face.
+    // The edges of the box. The fourth element only fills the group: it gives the near face's normal again, or a zero
+    // axis.
     const Four products(b0, b1, b2, frustum.Up);
     if (pair.Part(Four(frustum.Direction, Cross(b1, b2), Cross(b2, b0), Cross(b0, b1))) || pair.Part(sides)) {
         return 0;

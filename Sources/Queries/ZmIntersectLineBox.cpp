@@ -5,8 +5,8 @@
 
 using namespace zm;
 
-// Rays, segments and lines through axis-aligned boxes: the slab test, which finds the points, and the
-// separating axes, which only decide.
+// Rays, segments and lines against axis-aligned boxes: the slab test, which finds the points, and separating axes,
+// which only decide.
 
 namespace {
 
@@ -29,22 +29,22 @@ struct SlabSpan {
     SlabEnd in = {-1e30f, 0, 0}, out = {1e30f, 0, 0};
 };
 
-/// What of a parameter is compared. Lines compare sizes: for them near and far are meant from the origin,
-/// in both directions. Required.
+/// The value by which parameters are compared. Lines compare magnitudes: callers expect near and far to be distances
+/// from the origin, in either direction.
 template <Reach reach>
 float Rank(float t)
 {
     return reach == Reach::Line ? fabsf(t) : t;
 }
 
-/// Narrows the span to the slab of one axis, between t1 and t2. The first slab of a line sets both ends
-/// outright, since no size exceeds that of the span at the start.
+/// Narrows the span to the slab of one axis, between t1 and t2. The first slab of a line sets both ends, since no
+/// magnitude exceeds that of the initial span.
 template <Reach reach>
 void Narrow(SlabSpan& span, float t1, float t2, int axis, float direction, bool first)
 {
     const bool swapped = Rank<reach>(t1) > Rank<reach>(t2), set = reach == Reach::Line && first;
     const float nearer = swapped ? t2 : t1, farther = swapped ? t1 : t2;
-    // Against the direction of travel at both ends: callers know the normal of the exit so.
+    // Opposes the direction of travel at both ends: callers expect this normal at the exit, too.
     const float sign = direction < 0 ? 1.0f : -1.0f;
     if (set || Rank<reach>(nearer) > Rank<reach>(span.in.t)) {
         span.in = {nearer, axis, sign};
@@ -54,7 +54,7 @@ void Narrow(SlabSpan& span, float t1, float t2, int axis, float direction, bool 
     }
 }
 
-/// False when the line runs beside the box, parallel to a slab.
+/// Returns false if the line is parallel to a slab and outside it.
 template <Reach reach>
 bool ClipToSlabs(SlabSpan& span, const ZmRay& ray, const ZmBbox& box)
 {
@@ -74,8 +74,8 @@ bool ClipToSlabs(SlabSpan& span, const ZmRay& ray, const ZmBbox& box)
     return true;
 }
 
-/// Whether nothing of the span is left within the object. The ends only ever move towards each other, so one look
-/// at the end finds what a look after each slab would.
+/// Whether no part of the span is left within the object. The ends only move towards each other, so one check at the
+/// end suffices instead of one after each slab.
 template <Reach reach>
 bool Misses(const SlabSpan& span)
 {
@@ -109,7 +109,7 @@ int CrossBox(const ZmRay& ray, const ZmBbox& box, ZmVector& inPoint, ZmVector* o
     return reach != Reach::Line && span.in.t <= kEpsilon ? -1 : 1;
 }
 
-/// Separating axes: those of the box and their vector products with the direction.
+/// Separating axes: those of the box and their cross products with the direction.
 template <class L, Reach reach>
 int OverlapsBox(const ZmRay& ray, const ZmBbox& box)
 {
@@ -123,7 +123,7 @@ int OverlapsBox(const ZmRay& ray, const ZmBbox& box)
     const L offset = origin - (corners.first + corners.second) * half;
     const L offsetAway = offset.Abs(), reachAway = direction.Abs();
 
-    // Component x of each product: y z - z y; the others in turn.
+    // Each product has the form y z - z y; component x is shown, the others follow in cyclic order.
     const L product = direction.template Pick<1, 2, 0>() * offset.template Pick<2, 0, 1>() -
                       direction.template Pick<2, 0, 1>() * offset.template Pick<1, 2, 0>();
     const L radius = reachAway.template Pick<1, 2, 0>() * size.template Pick<2, 0, 1>() +

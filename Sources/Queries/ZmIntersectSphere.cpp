@@ -10,11 +10,11 @@ using namespace zm;
 
 namespace {
 
-/// A point that moves along a line past a sphere about the origin: the times t of |offset - t * direction| = radius
+/// A point that moves along a line past a sphere around the origin: the times t with |offset - t * direction| = radius
 /// solve square * t^2 - 2 * middle * t + (|offset|^2 - radius^2) = 0.
 ///
-/// In double, and the discriminant comes from the vector product, with the line's distance from the centre:
-/// middle^2 less the product of the outer coefficients would lose that distance where the way to the sphere is long.
+/// Computed in double. The discriminant comes from the cross product, which keeps the line's distance from the centre;
+/// middle^2 minus the product of the outer coefficients would lose it if the way to the sphere is long.
 struct Approach {
     double square, middle, discriminant;
 
@@ -36,7 +36,7 @@ template <class L>
 int TouchesBox(const ZmSphere& sphere, const ZmBbox& box)
 {
     const SixFloats<L> corners(&box);
-    const L center = L::Load4(&sphere);  // and the radius behind it
+    const L center = L::Load4(&sphere);  // the fourth lane is the radius
     const L outside = L::Max(L::Max(corners.second - center, center - corners.first), L::Splat(0));
     const L squares = outside * outside, radii = center * center;
     const L distance = (squares + squares.template Spread<1, 1, 1, 1>()) + squares.template Spread<2, 2, 2, 2>();
@@ -75,7 +75,7 @@ int ZmIntersect::SphereSphere(const ZmSphere& sphere1, const ZmVector& end1, con
     const Approach way(between, between - after, reach);
     const bool touching = gap <= 0, moving = way.square > 0, meeting = way.discriminant >= 0;
 
-    // Both roots have the sign of the middle, so that neither has to be a difference.
+    // Both roots have the sign of the middle, so neither is computed as a difference.
     const double sum = way.middle + copysign(sqrt(way.discriminant), way.middle);
     DoublePair roots = DoublePair(_mm_setr_pd(gap, sum)) / DoublePair(_mm_setr_pd(sum, way.square));
     const DoublePair none = DoublePair::Splat(0), single = DoublePair::Equal(DoublePair::Splat(way.discriminant), none);

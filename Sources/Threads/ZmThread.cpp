@@ -17,16 +17,16 @@ enum Flag : uint32_t {
     JOINABLE = 8
 };
 
-/// Of ZmThread::Priority, as the seam counts them.
+/// System priorities by ZmThread::Priority.
 constexpr int kSystemPriorities[] = {0, 1, -1, 2, -2, -15, 15};
 
 struct HandleHash {
     uint32_t operator()(void* handle) const { return uint32_t(reinterpret_cast<uintptr_t>(handle) >> 8); }
 };
 
-/// Objects by handle. Close() leaves the entry of its handle: the system may give the number away again and the entry
-/// is replaced then, but until then it may point to an object that is gone. So only the entry of the main thread,
-/// whose handle is no other thread's, is ever followed.
+/// Thread objects by handle. Close() does not remove the entry of its handle. If the system reuses the handle, the
+/// entry is replaced; until then it may point to an object that no longer exists. So only the entry of the main thread,
+/// whose handle is never reused, is dereferenced.
 struct Registry {
     ZmMutex mutex;
     XHashTable<ZmThread*, void*, HandleHash> threads;
@@ -76,7 +76,7 @@ void ZmThreadStart::WrapMainThread()
 
 void ZmThreadStart::ForgetMainThread()
 {
-    // The registry first: its lock may be held by a thread that the end of the process has killed.
+    // Clears the registry first: a thread that was killed at process exit may hold its lock.
     Registry* registry = g_Registry;
     g_Registry = nullptr;
     delete g_MainThread;
@@ -115,8 +115,8 @@ unsigned int ZmThread::Run()
     return CODE_SUCCESS;
 }
 
-// The thread is let go when all is in its place, so that it finds its own name and number; afterwards the object may
-// be gone already.
+// Releases the thread only after all members are set, so that it finds its own name and number. After that the object
+// may already be gone.
 int ZmThread::CreateThread(Function function, void* argument)
 {
     if (IsCreated()) {
@@ -173,7 +173,7 @@ int ZmThread::Terminate(const unsigned int* exitCode)
     return zm::StopThread(m_Handle, exitCode != nullptr ? *exitCode : 0);
 }
 
-// Function and argument stay, since a thread that was just let go may not have read them yet.
+// Keeps the function and the argument: a thread that has just been released may not have read them yet.
 void ZmThread::Close()
 {
     if (m_Handle != nullptr) {
@@ -219,6 +219,8 @@ int ZmThread::IsJoinable() const
     return int(Load(m_Flags) & JOINABLE);
 }
 
+// CallingThread() is one value for all threads, so this always finds the main thread's object. Callers depend on it
+// (ZmThreadTest, EveryThreadGetsTheMainThread).
 ZmThread* ZmThread::GetCurrentZmThread()
 {
     if (g_Registry == nullptr) {

@@ -29,7 +29,7 @@ unsigned OptionOf(const std::string& text)
     return found->Option;
 }
 
-/// Options into `res`; the result is all other words.
+/// Stores the options in `res` and returns all other words.
 std::vector<std::string> TakeOptions(int argc, char** argv, Arguments& res)
 {
     std::vector<std::string> words;

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-/// A command line that makes no sense; the text says why.
+/// An invalid command line; the text says why.
 struct UsageError : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
@@ -30,13 +30,12 @@ struct Arguments {
     bool IsQuiet() const { return Has(QUIET); }
 };
 
-/// What a command takes: options, and how many arguments after the archive (-1 for any number).
+/// What a command accepts: its options, and how many arguments after the archive (-1 for any number).
 struct Shape {
     const char* Command;
     unsigned Options;
     int Least, Most;
 };
 
-/// Throws UsageError for a command line that fits none of the shapes. Commands are not looked at with --help and
-/// --version.
+/// Throws UsageError if the command line fits none of the shapes. With --help or --version the command is not checked.
 Arguments ParseArguments(int argc, char** argv, const std::vector<Shape>& shapes);

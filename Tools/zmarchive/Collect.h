@@ -3,12 +3,13 @@
 #include <string>
 #include <vector>
 
-/// A file of the disk and the name that its entry gets.
+/// A file on disk and the name of its entry.
 struct SourceFile {
     std::string Name, Path;
 };
 
-/// The files that are named, and all in the folders that are, each folder's by name. An entry's name is the path in its
-/// folder with '/', in lower case; with `flat` only the last part of it. Links to folders are not followed, and the
-/// archive itself is left out. Throws Failure for what is neither file nor folder and where two get one name.
+/// Collects the given files and all files in the given folders; those of a folder are sorted by name. An entry is named
+/// by its path within the folder, with '/' and in lower case, or with `flat` by the last part of it only. Links to
+/// folders are not followed, and the archive itself is left out. Throws Failure for a path that is neither a file nor a
+/// folder, and if two files get the same name.
 std::vector<SourceFile> CollectFiles(const std::vector<std::string>& paths, bool flat, const std::string& archive);

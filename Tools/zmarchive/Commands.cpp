@@ -16,7 +16,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// For changes: saving what is left of a damaged archive would make the damage final.
+/// Opens an archive to change it. A damaged one is refused: saving what is left of it would make the damage permanent.
 void OpenToChange(ZmBigFile& archive, const Arguments& arguments)
 {
     OpenArchive(archive, arguments);
@@ -32,7 +32,7 @@ uint64_t TotalSize(const ZmBigFile& archive)
     return total;
 }
 
-/// Saves to the path, or in place without. A warning says that a file has gone meanwhile.
+/// Saves to `path`, or in place for null. Returns 1 if there were warnings, for example about a file that has vanished.
 int Save(ZmBigFile& archive, const char* path, const Arguments& arguments)
 {
     const std::string summary = CountText(uint64_t(archive.GetEntryCount())) + ", " + SizeText(TotalSize(archive));

@@ -4,7 +4,7 @@
 
 class ZmBigFile;
 
-/// Each does one command and returns the exit code; Failure is thrown where nothing was done.
+/// Each function runs one command and returns the exit code. Throws Failure if nothing was done.
 int Create(const Arguments& arguments);
 int List(const Arguments& arguments);
 int Extract(const Arguments& arguments);
@@ -13,8 +13,8 @@ int Remove(const Arguments& arguments);
 int Reorder(const Arguments& arguments);
 int Verify(const Arguments& arguments);
 
-/// Opens an archive that is there: what only reads makes no file.
+/// Opens an existing archive; never creates a file.
 void OpenArchive(ZmBigFile& archive, const Arguments& arguments);
 
-/// Whether all bytes of an entry are in the file.
+/// Whether the file contains all bytes of an entry.
 bool IsWhole(ZmBigFile& archive, int position);

@@ -14,7 +14,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// The parts of an entry's name. Throws Failure for one that leads out of the folder it is extracted to.
+/// Splits the name of an entry. Throws Failure for a name that leads out of the target folder.
 std::vector<std::string> PartsOf(const std::string& name)
 {
     const auto isSeparator = [](char c) { return c == '/' || c == '\\'; };
@@ -34,7 +34,7 @@ std::vector<std::string> PartsOf(const std::string& name)
     return parts;
 }
 
-/// Makes the folders between; each must be one, and no link.
+/// Creates the folders on the way to an entry's file. Throws Failure if one of them exists as a link or as a file.
 fs::path PlaceOf(const fs::path& target, const std::vector<std::string>& parts, bool replaces)
 {
     fs::path place = target;
@@ -55,7 +55,7 @@ fs::path PlaceOf(const fs::path& target, const std::vector<std::string>& parts, 
             throw Failure(place.string() + " is no file");
         if (!replaces)
             throw Failure(place.string() + " exists (--force replaces it)");
-        fs::remove(place);  // so that other names of that file keep its bytes
+        fs::remove(place);  // hard links to the old file keep its contents
     }
     return place;
 }
@@ -81,7 +81,7 @@ void WriteEntry(ZmBigFile& archive, int position, const fs::path& place)
     }
 }
 
-/// Positions of the entries that are named, or of all.
+/// The positions of the named entries, or of all entries if no name is given.
 std::vector<int> Chosen(const ZmBigFile& archive, const std::vector<std::string>& names)
 {
     std::set<std::string> wanted, missing;

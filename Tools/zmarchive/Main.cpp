@@ -1,4 +1,4 @@
-// zmarchive: makes, lists, extracts, changes and checks archives.
+// zmarchive: creates, lists, extracts, changes and checks archives.
 
 #include "Commands.h"
 #include "Text.h"
@@ -28,26 +28,26 @@ const struct {
 const char kUsage[] =
     "Usage: zmarchive command [options] archive [arguments]\n"
     "\n"
-    "  create archive path...     packs files and whole folders; --force replaces an archive that exists\n"
-    "  list archive               names and sizes; --names gives the bare names, a list for reorder\n"
-    "  extract archive [name...]  writes all entries or those named to the folder of --to (default: here);\n"
-    "                             --force replaces files that exist\n"
-    "  add archive path...        packs more files; --replace lets them take the place of entries\n"
-    "  remove archive name...     takes entries out\n"
-    "  reorder archive list       brings the entries that a text file lists, one a line, to the front\n"
+    "  create archive path...     packs files and whole folders; --force replaces an existing archive\n"
+    "  list archive               lists names and sizes; --names prints names only, as input for reorder\n"
+    "  extract archive [name...]  extracts all or the named entries to the folder of --to (default: here);\n"
+    "                             --force replaces existing files\n"
+    "  add archive path...        packs more files; --replace replaces entries of the same name\n"
+    "  remove archive name...     removes entries\n"
+    "  reorder archive list       moves the entries listed in a text file, one per line, to the front\n"
     "  verify archive             checks the structure; the format has no checksum\n"
     "\n"
-    "  --flat     create, add: names without the folders that the files lie in\n"
-    "  --quiet    neither progress nor summary\n"
-    "  --         what follows are no options\n"
+    "  --flat     create, add: name entries without their folders\n"
+    "  --quiet    show neither progress nor summary\n"
+    "  --         end of the options\n"
     "  --version, --help\n"
     "\n"
-    "Entries of a folder are named by their path in it, with '/'. Names are stored in lower case.\n"
-    "ZmBigFile::Find(), by which programs look entries up, drops the folder of the name that it is\n"
-    "asked for: it finds no entry whose own name has one. For such programs pack with --flat.\n"
+    "Entries from a folder are named by their path within it, with '/'. Names are stored in lower case.\n"
+    "Programs look entries up by ZmBigFile::Find(), which drops the folder from the name it is given.\n"
+    "So it finds no entry whose own name contains a folder: for such programs pack with --flat.\n"
     "\n"
-    "Extracting writes nothing outside its folder. Changes replace an archive in one step, or not at all.\n"
-    "Exit codes: 0 done, 1 not done or not sound, 2 a command line that makes no sense.\n";
+    "Extracting writes nothing outside the target folder. A change replaces the archive in one step or not at all.\n"
+    "Exit codes: 0 success, 1 failure or damaged archive, 2 invalid command line.\n";
 
 int Run(int argc, char** argv)
 {

@@ -4,7 +4,7 @@
 
 #include <string>
 
-/// Shows on the standard error how far something is: a bar on a terminal, elsewhere a line for each quarter.
+/// Shows progress on the standard error stream: a bar on a terminal, otherwise one line per quarter.
 class ProgressBar : public ZmBigFile::ProgressionCallback {
 public:
     ProgressBar(const char* what, bool quiet);
@@ -14,7 +14,7 @@ public:
 
     void Progress(int percent) override;
 
-    /// Takes the bar away, so that something else can be written.
+    /// Erases the bar, so that other text can be written.
     void Clear();
 
 private:

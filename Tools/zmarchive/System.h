@@ -4,13 +4,13 @@
 
 #include <string>
 
-// What the tool asks of the operating system.
+// What the tool needs from the operating system.
 
-/// Whether what is written there is seen at once by somebody.
+/// Whether the stream is an interactive terminal.
 bool IsTerminal(FILE* stream);
 
-/// Whether the path names a link of any kind, which may lead elsewhere.
+/// Whether the path is a link of any kind, which may lead elsewhere.
 bool IsLink(const std::string& path);
 
-/// Whether a file of that name, a single part of a path, would be something else than a file of that name.
+/// Whether the system would not create a regular file of exactly this name. `name` is a single part of a path.
 bool IsSpecialName(const std::string& name);

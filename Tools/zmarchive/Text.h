@@ -4,19 +4,19 @@
 #include <stdexcept>
 #include <string>
 
-/// What the tool ends with; the text says why.
+/// Ends the tool with an error; the text says why.
 struct Failure : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-/// "17 B", "3.4 KB", "1.2 MB": units of 1024.
+/// A size with its unit, in steps of 1024: "17 B", "3.4 KB", "1.2 MB".
 std::string SizeText(uint64_t bytes);
 
 /// "1 entry", "12 entries".
 std::string CountText(uint64_t count);
 
-/// The text without what a terminal would obey: control characters as "\x1b".
+/// The text with control characters, which a terminal would execute, replaced by escapes such as "\x1b".
 std::string Printable(const std::string& text);
 
-/// As the library stores names.
+/// Lower case as the library applies it to stored names.
 std::string LowerCase(std::string text);

@@ -1,7 +1,7 @@
 #pragma once
 
-/// From here on the library's warnings go to the standard error instead of a log file.
+/// Redirects the library's warnings from the log file to the standard error stream.
 void HearWarnings();
 
-/// How many there have been.
+/// The number of warnings so far.
 int WarningCount();

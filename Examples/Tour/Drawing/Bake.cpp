@@ -11,7 +11,7 @@ namespace {
 const int kMapSize = 160;
 const float kGoldenAngle = 2.39996323f;
 
-// Evenly spread over the sphere: equal steps in height, turned by the golden angle.
+// Directions spread evenly over the sphere: equal steps in height, turned by the golden angle.
 ZmVector SphereDirection(int index, int count)
 {
     const float y = 1 - (2 * float(index) + 1) / float(count);
@@ -19,7 +19,7 @@ ZmVector SphereDirection(int index, int count)
     return {radius * std::cos(angle), y, radius * std::sin(angle)};
 }
 
-// Fewer looks at large meshes: the bake must not take longer than the picture.
+// Fewer directions for large meshes: the bake must not take longer than the picture.
 int DirectionCount(const Mesh& mesh)
 {
     return mesh.TriangleCount() > 100000 ? 48 : 256;
@@ -35,7 +35,7 @@ void LookFrom(const Mesh& mesh, const ZmVector& lightDirection, DepthMap& map)
     map.Draw(mesh, ZmMatrix::Identity());
 }
 
-// Light from below comes from the ground; close to the feet the mesh itself shades that.
+// Light from below is reflected by the ground; close to the feet the mesh itself shades it.
 float GroundBrightness(const ZmVector& from, const ZmVector& towards)
 {
     const float t = from.y / std::max(-towards.y, 0.01f);

@@ -2,6 +2,6 @@
 
 #include "Mesh.h"
 
-/// Sets Sky and Ground of each vertex: how much of the light from all around reaches it
-/// past the rest of the mesh, which stands on the ground at y = 0.
+/// Sets Sky and Ground of each vertex: the share of ambient light that the rest of the mesh does not block. The mesh
+/// stands on the ground at y = 0.
 void BakeAmbientLight(Mesh& mesh);

@@ -6,7 +6,7 @@
 namespace {
 
 const float kCellSize = 1.0f;
-const float kReach = 3.0f;  // in radii; beyond it the shade is lost in the light
+const float kReach = 3.0f;  // in radii; beyond it the shade is invisible
 
 }  // namespace
 
@@ -44,7 +44,7 @@ ZmVector ContactShade::Reach(const Ball& ball)
     return {kReach * ball.Radius, 0, kReach * ball.Radius};
 }
 
-// Into each cell that the shade can reach.
+// Adds the ball to each cell that its shade can reach.
 void ContactShade::Insert(const Ball& ball)
 {
     const ZmVector from = (ball.Center - m_Corner - Reach(ball)) * (1 / kCellSize);
@@ -71,7 +71,7 @@ float ContactShade::OpenSky(const ZmVector& point, const ZmVector& normal, const
     for (const Ball& ball : *balls) {
         if (ball.Of == self)
             continue;
-        // A sphere in direction d takes (n . d) * radius^2 / distance^2 of the light.
+        // A sphere in direction d blocks (n . d) * radius^2 / distance^2 of the light.
         const ZmVector to = ball.Center - point;
         const float square = std::max(SquareLength(to), ball.Radius * ball.Radius);
         const float fade = 1 - square / (kReach * kReach * ball.Radius * ball.Radius);

@@ -2,13 +2,12 @@
 
 #include "Scene.h"
 
-/// The shade that statues throw on what is close to them by taking away sky: each one
-/// counts as a sphere.
+/// The shade that statues cast on their surroundings by blocking sky light. Each statue is approximated by a sphere.
 class ContactShade {
 public:
     explicit ContactShade(const Scene& scene);
 
-    /// Share of the sky, 0 to 1, that the statues other than `self` leave to a surface.
+    /// The share of the sky, 0 to 1, that a surface sees past all statues except `self`.
     float OpenSky(const ZmVector& point, const ZmVector& normal, const Model* self) const;
 
 private:

@@ -2,26 +2,26 @@
 
 #include "Raster.h"
 
-/// What a light far away sees: for each texel the depth, 0 to 1, of the nearest surface.
+/// The view of a distant light: for each texel the depth, 0 to 1, of the nearest surface.
 class DepthMap {
 public:
-    /// Empties the map. `worldToLight` is LookAlong() of the light's direction, `lightBox`
-    /// the part of its space that the map covers.
+    /// Clears the map. `worldToLight` is LookAlong() of the light's direction; `lightBox` is the part of light space
+    /// that the map covers.
     void Begin(int size, const ZmMatrix& worldToLight, const ZmBbox& lightBox);
 
     void Draw(const Mesh& mesh, const ZmMatrix& modelToWorld);
 
-    /// 0 when `worldBox` lies outside the map.
+    /// 0 if `worldBox` lies outside the map.
     int MayContain(const ZmBbox& worldBox) const;
 
-    /// x and y in texels, z the depth as in Nearest().
+    /// x and y are in texels; z is the depth as in Nearest().
     ZmVector ToMap(const ZmVector& world) const;
 
-    /// Depth of the surface nearest to the light; 1 where there is none, and outside.
+    /// Depth of the surface nearest to the light; 1 if there is none, and outside the map.
     float Nearest(float x, float y) const;
 
-    float TexelSize() const { return m_TexelSize; }    ///< in the world, the larger side
-    float DepthRange() const { return m_DepthRange; }  ///< in the world, what 0 to 1 covers
+    float TexelSize() const { return m_TexelSize; }    ///< the larger side, in world units
+    float DepthRange() const { return m_DepthRange; }  ///< the extent of depths 0 to 1, in world units
 
 private:
     int m_Size = 0;

@@ -21,7 +21,7 @@ void PlaceCamera(Scene& scene, const Settings& settings)
                              float(settings.Height) / float(settings.Width));
 }
 
-// On the ground, scaled, turned about the vertical.
+// Scales, turns about the vertical axis, and places on the ground.
 ZmMatrix Placed(const Spot& spot)
 {
     const ZmVector position(spot.X, GroundHeight(spot.X, spot.Z) - 0.015f * spot.Size, spot.Z);
@@ -41,7 +41,7 @@ bool TooClose(const Spot& spot, const std::vector<Spot>& others)
     });
 }
 
-// Herds with open grass between them, thinning out with the distance.
+// Herds with open grass between them, sparser with distance.
 std::vector<Spot> ChooseSpots(const Settings& settings)
 {
     std::vector<Spot> spots = settings.Front;
@@ -78,7 +78,7 @@ void PlaceGround(Scene& scene)
     }
 }
 
-// Follows the slope; shrinks into the ground with the distance.
+// Follows the slope; sinks into the ground with distance.
 ZmMatrix GrassPlaced(float x, float z, int quarterTurns)
 {
     const Zm2DVector slope = GroundSlope(x, z);

@@ -12,7 +12,7 @@ uint32_t Scramble(uint32_t v)
     return v ^ (v >> 16);
 }
 
-// The upper 24 bits, which a float holds exactly.
+// Uses the upper 24 bits, which a float represents exactly.
 float ToUnit(uint32_t v)
 {
     return float(v >> 8) * (1.0f / 16777216.0f);
@@ -48,7 +48,7 @@ float Turbulence(float x, float y, int octaves)
         sum += weight * Noise(x, y);
         weights += weight;
         weight *= 0.5f;
-        // Turned as well as shrunk, so that the grids of the octaves never align.
+        // Rotated as well as scaled, so that the grids of the octaves never align.
         const float turned = 1.6f * x - 1.2f * y + 17.3f;
         y = 1.2f * x + 1.6f * y + 5.9f;
         x = turned;

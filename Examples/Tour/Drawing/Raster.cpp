@@ -2,7 +2,7 @@
 
 namespace {
 
-// Signed distance from one side of clip space, positive inside.
+// Signed distance from one side of clip space; positive inside.
 float Inside(const ZmVector4& p, uint32_t side)
 {
     switch (side) {
@@ -20,8 +20,7 @@ float Mix(float a, float b, float t)
     return a + (b - a) * t;
 }
 
-// From the inner to the outer corner always, so that both triangles at an edge get
-// the same point.
+// Always computed from the inner to the outer corner, so that both triangles at an edge get the same point.
 Corner Cut(const Corner& inner, const Corner& outer, uint32_t side)
 {
     const float a = Inside(inner.Position, side), b = Inside(outer.Position, side);
@@ -48,8 +47,7 @@ int ClipBySide(Corner* res, const Corner* polygon, int count, uint32_t side)
     return resCount;
 }
 
-// Samples count from the upper left; clip space has Y up. The clamp only undoes
-// rounding at the very border.
+// Samples are counted from the top left; clip space has Y up. The clamp only corrects rounding at the border.
 int64_t ToGrid(float position, int size)
 {
     const float limit = float(size) * float(GridTriangle::kUnit);

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cmath>
 
-/// One corner of a triangle in clip space, with what is interpolated over it.
+/// A corner of a triangle in clip space, with the values interpolated over it.
 struct Corner {
     ZmVector4 Position;
     ZmVector Normal;
@@ -13,31 +13,31 @@ struct Corner {
     float Ground;
 };
 
-/// Where a triangle covers the middle of a sample.
+/// A sample whose centre a triangle covers.
 struct Sample {
     int X, Y;
     float Depth;       ///< z / w
     float InverseW;    ///< 1 / w
-    float Weights[3];  ///< of the corners, perspective included; they sum up to 1
+    float Weights[3];  ///< of the corners, perspective-correct; they add up to 1
     const Corner* Corners;
 };
 
-/// A grid of samples, and the part of it that is drawn: right and bottom are outside.
+/// A grid of samples and the part of it to draw; right and bottom are exclusive.
 struct RasterTarget {
     int Width, Height;
     RKRECT Window;
 };
 
-/// Nine would do, were it not for rounding: a thin triangle can come to zigzag along a
-/// side, and each of the six sides can then make half as many corners again.
+/// Nine would suffice without rounding: a thin triangle may zigzag along a side, and each of the six sides may then
+/// increase the number of corners by half.
 const int kMostCorners = 28;
 
-/// Cuts a triangle off at the sides in `flags`. Writes the corners of the rest, a fan,
-/// and returns their number; less than 3 is nothing.
+/// Clips a triangle at the sides in `flags`. Writes the corners of the rest as a fan and returns their number; fewer
+/// than 3 means that nothing is left.
 int ClipTriangle(Corner res[kMostCorners], const Corner triangle[3], uint32_t flags);
 
-/// Corners on the grid, in 1/256 of a sample, so that edges are computed without any
-/// rounding: neighbours leave no gap and share no sample.
+/// A triangle with its corners on a grid of 1/256 of a sample, so that edges are computed exactly: neighbours leave no
+/// gap and share no sample.
 class GridTriangle {
 public:
     enum : int {
@@ -46,7 +46,7 @@ public:
 
     GridTriangle(const Corner corners[3], const RasterTarget& target);
 
-    /// Twice the area, positive when the front is seen.
+    /// Twice the area; positive if the front is visible.
     int64_t Area() const { return m_Area; }
     void Flip();
 
@@ -55,7 +55,7 @@ public:
     void Fill(const Corner corners[3], const RKRECT& window, Plot&& plot) const;
 
 private:
-    // Twice the area of edge and sample point, and its change from sample to sample.
+    // Twice the area of edge and sample point, and its increments per sample.
     struct EdgeFunction {
         int64_t Value, StepX, StepY;
         int64_t Bias;  // samples exactly on an edge belong to the triangle right of or below it
@@ -107,7 +107,7 @@ void GridTriangle::Fill(const Corner corners[3], const RKRECT& window, Plot&& pl
     }
 }
 
-/// Draws a triangle that lies wholly in clip space.
+/// Draws a triangle that lies entirely in clip space.
 template <class Plot>
 void FillTriangle(Corner (&corners)[3], bool bothSides, const RasterTarget& target, Plot&& plot)
 {
@@ -122,8 +122,8 @@ void FillTriangle(Corner (&corners)[3], bool bothSides, const RasterTarget& targ
         triangle.Fill(corners, target.Window, plot);
 }
 
-/// Draws all triangles of a mesh whose vertices have been transformed. `bothSides`
-/// draws backs too, with their normals turned round.
+/// Draws all triangles of a mesh whose vertices have been transformed. `bothSides` also draws back faces, with reversed
+/// normals.
 template <class Plot>
 void DrawMesh(const Mesh& mesh, const TransformedMesh& transformed, bool bothSides, const RasterTarget& target,
               Plot&& plot)

@@ -8,8 +8,8 @@
 namespace {
 
 const float kTileSize = 1.9f;       // on the ground
-const float kHeightOfTile = 0.02f;  // from black to white, in parts of the tile's size
-const float kFullDetail = 5;        // distance of the first level; twice as far, the next one
+const float kHeightOfTile = 0.02f;  // from black to white, relative to the tile size
+const float kFullDetail = 5;        // maximum distance of the first level; it doubles with each further level
 
 Relief::Point Decode(const Image& level, int x, int y)
 {
@@ -28,7 +28,7 @@ Relief::Point Mix(const Relief::Point& a, const Relief::Point& b, float t)
 
 }  // namespace
 
-// Heights are averaged and slopes taken from them: averaged slopes of steps would be none.
+// Averages heights and derives slopes from them: averaging the slopes of a step pattern would cancel them out.
 bool Relief::Load(const std::string& png)
 {
     int width, height;

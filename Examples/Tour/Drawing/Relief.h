@@ -4,7 +4,7 @@
 
 #include <string>
 
-/// A picture of heights, laid over the ground again and again: its heights and slopes for every distance.
+/// A height map tiled over the ground: heights and slopes for every viewing distance.
 class Relief {
 public:
     struct Point {
@@ -12,12 +12,12 @@ public:
         float SlopeX, SlopeZ;  ///< -1 to 1
     };
 
-    /// From a PNG file in memory; bright is high. False when it is none.
+    /// Loads a PNG file from memory; bright is high. Returns false if it is not a PNG file.
     bool Load(const std::string& png);
 
-    /// At a place in the world that is seen from so far away.
+    /// The relief at a world position seen from `distance`.
     Point At(float x, float z, float distance) const;
 
 private:
-    std::vector<Image> m_Levels;  // ZM_PF_BUMP_L8V8U8, each half as large as the one before
+    std::vector<Image> m_Levels;  // ZM_PF_BUMP_L8V8U8, each half the size of the one before
 };

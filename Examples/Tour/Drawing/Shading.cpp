@@ -13,7 +13,7 @@ const ZmVector kHorizon(0.80f, 0.86f, 0.95f);
 const ZmVector kSunGlow(1.9f, 1.15f, 0.45f);
 const ZmVector kSkyOnSurfaces(0.36f, 0.50f, 0.82f);
 const ZmVector kGroundOnSurfaces(0.36f, 0.40f, 0.16f);
-// A little darker than the sky behind, so that the farthest hills still show.
+// A little darker than the sky behind, so that the farthest hills remain visible.
 const ZmVector kHazeOnSurfaces(0.70f, 0.82f, 0.95f);
 const float kHazeLength = 260;
 
@@ -40,20 +40,20 @@ ZmVector GrassColor(const ZmVector& p)
     return color * (0.68f + 0.36f * patchy);
 }
 
-// How much of the ground is path: 1 in its middle, 0 in the grass.
+// The share of path in the ground: 1 in the middle of the path, 0 in the grass.
 float PathShare(const ZmVector& p)
 {
     const float rough = 0.3f * (Noise(0.9f * p.x, 0.9f * p.z) - 0.5f);
     return (1 - SmoothStep(0.5f, 1.1f, PathDistance(p.x, p.z) + rough)) * (1 - SmoothStep(120, 170, p.z));
 }
 
-// Pebbles that fade before they are too fine for the samples.
+// Pebbles fade out before they become finer than the samples.
 float PebbleShare(const ZmVector& p)
 {
     return 1 - SmoothStep(8, 26, p.z);
 }
 
-// 1 where single blades of grass are seen, 0 where they blend.
+// 1 where individual blades of grass are visible, 0 where they blend.
 float Closeness(float distance)
 {
     return 1 - SmoothStep(6, 40, distance);
@@ -116,14 +116,14 @@ float Shading::Sunlight(const Hit& hit, float turn) const
 {
     const ZmVector& towards = m_Scene.Light.Towards;
     const bool statue = hit.Of.Shown->Made == Material::Statue;
-    // Soft stuff: the light reaches round the edge a little.
+    // Soft material: light wraps a little around the edge.
     const float wrap = statue ? 0.08f : 0.0f;
     const float facing = (Dot(hit.Normal, towards) + wrap) / (1 + wrap);
     if (facing <= 0)
         return 0;
     float light = facing * m_Shadows.Sunlight(hit.Point, hit.Normal, hit.Distance, turn);
     if (hit.Of.Shown->IsLeaf()) {
-        // Roots are dark, and leaves glow when the sun is behind them.
+        // Roots are dark; leaves glow when lit from behind by the sun.
         const float behind = std::max(0.0f, -Dot(hit.ToEye, towards));
         light *= (1 - Closeness(hit.Distance) * (1 - hit.Of.Sky)) * (1 + 1.6f * behind * behind);
     }
@@ -145,7 +145,7 @@ ZmVector Shading::SurfaceLight(const Hit& hit, float turn) const
     const ZmVector light = Times(color, sun + AmbientLight(hit));
     if (hit.Of.Shown->Made != Material::Statue)
         return light;
-    // A sheen at grazing angles, as velvet has.
+    // A sheen at grazing angles, like that of velvet.
     const float rim = Square(Square(1 - std::max(0.0f, Dot(hit.Normal, hit.ToEye))));
     const ZmVector sheen = kSkyOnSurfaces * (0.6f * hit.Of.Sky) + sun;
     return light + Times(Mix(color, ZmVector::axis1(), 0.4f), sheen) * (0.7f * rim);

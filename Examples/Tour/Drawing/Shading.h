@@ -5,29 +5,29 @@
 #include "Scene.h"
 #include "Shadows.h"
 
-/// What the rasteriser leaves of the nearest surface at a sample.
+/// The nearest surface at a sample, as the rasteriser stores it.
 struct Surface {
-    float InverseDistance;  ///< 1 / distance along the camera's direction; 0 where only sky is
+    float InverseDistance;  ///< 1 / distance along the camera's direction; 0 for sky
     ZmVector Normal;        ///< of any length
     float Sky, Ground;      ///< as in Vertex
     const Model* Shown;
 };
 
-/// Turns surfaces into light: red, green and blue, linear, without upper bound.
+/// Computes the light of surfaces: red, green and blue, linear, without upper bound.
 class Shading {
 public:
-    /// Draws the shadow maps, on so many threads. Scene and relief stay with the caller.
+    /// Draws the shadow maps on up to `threads` threads. Scene and relief must outlive the object.
     Shading(const Scene& scene, const Relief& pebbles, int threads)
         : m_Scene(scene), m_Pebbles(pebbles), m_Shadows(scene, threads), m_Contact(scene)
     {
     }
 
-    /// Light along `ray` from the camera. `ray` reaches 1 along the camera's direction;
-    /// `turn`, 0 to 1, varies from sample to sample. Any thread.
+    /// Light along `ray` from the camera. `ray` reaches 1 along the camera's direction; `turn`, 0 to 1, varies from
+    /// sample to sample. Thread-safe.
     ZmVector Light(const Surface& surface, const ZmVector& ray, float turn) const;
 
 private:
-    // A surface and where it is hit.
+    // A surface and the point where it is hit.
     struct Hit {
         const Surface& Of;
         ZmVector Point, Normal, ToEye;

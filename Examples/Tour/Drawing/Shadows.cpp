@@ -8,9 +8,9 @@
 namespace {
 
 const int kMapSize = 2048;
-// Where each map ends; the first begins at the camera's near plane.
+// The distance at which each map ends; the first begins at the camera's near plane.
 const float kMapEnd[Shadows::kMapCount] = {11, 34, 120};
-// Penumbra over distance from what throws the shadow: a hazy sun, ten times the real one.
+// Width of the penumbra over distance from the shadow caster: a hazy sun, ten times the real size.
 const float kSunSize = 0.045f;
 const int kBlockerTaps = 6;
 const int kShadowTaps = 10;
@@ -23,7 +23,7 @@ void Include(ZmBbox& box, const ZmBbox& other)
     }
 }
 
-// The part of the sun's space that holds the view between two distances.
+// The box in sun space that contains the view between two distances.
 ZmBbox SliceBox(ZmFrustum view, float nearDistance, float farDistance, const ZmMatrix& worldToSun)
 {
     view.HalfWidth *= nearDistance / view.NearDistance;
@@ -40,7 +40,7 @@ ZmBbox SliceBox(ZmFrustum view, float nearDistance, float farDistance, const ZmM
     return box;
 }
 
-// Points spread evenly over the unit disc, turned by `turn` of a full circle.
+// Points spread evenly over the unit disc, rotated by `turn` of a full circle.
 Zm2DVector DiscPoint(int index, int count, float turn)
 {
     const float radius = std::sqrt((float(index) + 0.5f) / float(count));
@@ -59,7 +59,7 @@ void Shadows::DrawMap(const Scene& scene, int index)
 {
     const float nearDistance = index == 0 ? scene.Camera.NearDistance : 0.9f * kMapEnd[index - 1];
     ZmBbox box = SliceBox(scene.Camera, nearDistance, kMapEnd[index], m_WorldToSun);
-    // What throws a shadow into the slice may stand far outside of it, towards the sun.
+    // Shadow casters may lie far outside the slice, towards the sun.
     for (const Model& model : scene.Models) {
         if (model.Made != Material::Statue)
             continue;
@@ -75,7 +75,7 @@ void Shadows::DrawMap(const Scene& scene, int index)
 
 float Shadows::Sunlight(const ZmVector& point, const ZmVector& normal, float distance, float turn) const
 {
-    // The borders between maps are dithered, so that nobody sees them.
+    // The borders between maps are dithered, so that they are invisible.
     int index = 0;
     while (index < kMapCount && distance > kMapEnd[index] * (0.9f + 0.1f * turn))
         ++index;

@@ -8,7 +8,7 @@ namespace {
 
 const int kColumns = 144;
 const int kRows = 240;
-const int kTile = 12;  // quads along the side of a tile
+const int kTile = 12;  // quads per side of a tile
 
 const int kBladesPerPatch = 110;
 const int kPetals = 6;
@@ -18,7 +18,7 @@ void AddTriangle(Mesh& mesh, size_t a, size_t b, size_t c)
     mesh.Indices.insert(mesh.Indices.end(), {uint32_t(a), uint32_t(b), uint32_t(c)});
 }
 
-// Grid lines lie the closer the nearer they are to the eye.
+// Grid lines are denser near the eye.
 ZmVector GridPoint(int column, int row)
 {
     const float z = -4 + 0.16f * float(row) + 24 * (std::exp(0.0125f * float(row)) - 1);
@@ -48,11 +48,11 @@ Mesh MakeTile(int firstColumn, int firstRow)
     return tile;
 }
 
-// Two joints and a tip, bending away from the root.
+// A blade with two joints and a tip, bending away from the root.
 void AddBlade(Mesh& patch, Random& random)
 {
     const float reach = 0.5f * kGrassPatchSize;
-    // Braces: they alone fix the order in which the numbers are drawn.
+    // Braces, because only they fix the order in which the random numbers are drawn.
     const ZmVector root{random.Between(-reach, reach), 0, random.Between(-reach, reach)};
     const float angle = random.Between(0, 6.2832f);
     const ZmVector side(std::cos(angle), 0, std::sin(angle)), lean(-side.z, 0, side.x);

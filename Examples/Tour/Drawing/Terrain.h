@@ -7,21 +7,21 @@
 /// Height of the hills.
 float GroundHeight(float x, float z);
 
-/// How the height changes along x and z.
+/// The slope of the ground along x and z.
 Zm2DVector GroundSlope(float x, float z);
 
-/// How far a point is from the middle of the path that winds through the meadow.
+/// The distance of a point from the middle of the path that winds through the meadow.
 float PathDistance(float x, float z);
 
-/// The hills in front of an eye at the origin, as tiles that share their border vertices,
-/// finer near the eye. In world coordinates.
+/// Makes the hills in front of an eye at the origin, in world coordinates: tiles that share their border vertices and
+/// are finer near the eye.
 std::deque<Mesh> MakeGroundTiles();
 
-/// A square of `kGrassPatchSize` with many blades around the origin, on flat ground.
-/// Sky grows from the root to the tip of a blade, Ground differs from blade to blade.
+/// Makes a square of `kGrassPatchSize` with many blades around the origin, on flat ground. Sky increases from the root
+/// to the tip of a blade; Ground varies from blade to blade.
 Mesh MakeGrassPatch(uint32_t seed);
 
 const float kGrassPatchSize = 0.75f;
 
-/// One flower around the origin.
+/// Makes one flower around the origin.
 Mesh MakeFlower();

@@ -5,16 +5,16 @@
 
 namespace {
 
-const float kFaint = 0.22f;  // what is left of a hidden line
+const float kFaint = 0.22f;  // strength of a hidden line
 
-// Signed distances from the six sides of clip space, positive inside.
+// Signed distances from the six sides of clip space; positive inside.
 void Distances(const ZmVector4& p, float (&res)[6])
 {
     const float inside[6] = {p.w + p.x, p.w - p.x, p.w + p.y, p.w - p.y, p.z, p.w - p.z};
     std::copy(inside, inside + 6, res);
 }
 
-// The part of a line that is seen, as parameters; false when there is none.
+// Clips a line; the visible part is given as parameters. Returns false if nothing is visible.
 bool Clip(const ZmVector4& from, const ZmVector4& to, float& first, float& last)
 {
     float a[6], b[6];
@@ -67,7 +67,7 @@ void Wire::Dot(int x, int y, float nearness, float weight, const ZmColor& color)
     Blend(m_Picture.Pixels[at], ZmColor(color.r, color.g, color.b, color.a * weight * (hidden ? kFaint : 1)));
 }
 
-// Two dots a step, which share the line by how near they are to it.
+// Draws two dots per step, weighted by their distance from the line.
 void Wire::Line(const ZmVector& from, const ZmVector& to, const ZmColor& color)
 {
     ZmVector4 a, b;

@@ -26,7 +26,7 @@ void OnFault(int)
     if (pthread_equal(g_Guarded, pthread_self())) {
         siglongjmp(g_Recovery, 1);
     }
-    // Another thread's fault: returning repeats it under the handlers that were there before.
+    // A fault of another thread: returning repeats it under the original handlers.
     RestoreHandlers();
 }
 

@@ -36,7 +36,7 @@ std::string ModulePath(void* module)
     return dlinfo(module, RTLD_DI_LINKMAP, &map) == 0 && map->l_name != nullptr ? map->l_name : std::string();
 }
 
-// They run on until the process is gone.
+// Other threads keep running until the process is gone.
 bool OtherThreadsAreEnded()
 {
     return false;

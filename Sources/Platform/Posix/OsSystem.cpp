@@ -10,7 +10,7 @@ const ZM_PLATFORM kPlatform = ZM_PLATFORM_LINUX;
 
 namespace {
 
-/// The distribution's name, a quoted text in a file of such lines; empty without the file.
+/// The name of the distribution, read from a file of NAME="value" lines; empty if there is no such file.
 std::string DistributionName()
 {
     const std::string key = "PRETTY_NAME=";

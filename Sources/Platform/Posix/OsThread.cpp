@@ -31,8 +31,8 @@ enum State : unsigned {
     ENDED
 };
 
-/// What a handle points to. The handle's owner and the thread itself hold it, and the last of them frees it. There is
-/// no condition variable in it: one whose waiting thread has been stopped could never be destroyed.
+/// What a handle points to. Owned by the handle's owner and the thread itself; the last of them frees it. It has no
+/// condition variable: one whose waiting thread was stopped could never be destroyed.
 struct Thread {
     Thread(unsigned (*f)(void*), void* a) : function(f), argument(a) {}
 
@@ -43,13 +43,13 @@ struct Thread {
     std::atomic<unsigned> state{HALTED};
     std::atomic<unsigned> exitCode{0};
     std::atomic<int> owners{2};
-    char name[16] = "";  ///< the system takes no longer one
+    char name[16] = "";  ///< the system's limit
 
-    pthread_mutex_t endLock = PTHREAD_MUTEX_INITIALIZER;  ///< while it is held the thread does not end
-    bool isGivenBack = false;  ///< under endLock: somebody has undertaken to join the thread, or it detaches itself
+    pthread_mutex_t endLock = PTHREAD_MUTEX_INITIALIZER;  ///< while it is held, the thread cannot end
+    bool isGivenBack = false;  ///< guarded by endLock: the thread is being joined, or will detach itself
     std::atomic<bool> stopWanted{false};
     std::atomic<unsigned> stopCode{0};
-    std::atomic<bool> isStoppable{false};  ///< set by the thread while its function runs
+    std::atomic<bool> isStoppable{false};  ///< set by the thread itself while its function runs
     std::atomic<bool> wasStopped{false};
     sigjmp_buf beforeFunction;
 };
@@ -63,8 +63,8 @@ void LetGo(Thread& thread)
     }
 }
 
-/// Sleeps until the word has another value; until that time of the monotonic clock, or for ever for null. False when
-/// the time is over.
+/// Sleeps until the word differs from `value`, or until `end` on the monotonic clock; null waits for ever. Returns
+/// false on timeout.
 bool AwaitChange(std::atomic<unsigned>& word, unsigned value, const timespec* end)
 {
     static_assert(sizeof(word) == sizeof(unsigned) && sizeof(timespec) == 2 * sizeof(long), "as the kernel has them");
@@ -106,7 +106,7 @@ void OnStopSignal(int)
     }
 }
 
-/// A real-time signal that nobody else uses; 0 if there is none.
+/// Finds an unused real-time signal and installs the handler; 0 if there is none.
 int TakeSignal()
 {
     for (int number = SIGRTMAX; number >= SIGRTMIN; --number) {
@@ -121,7 +121,7 @@ int TakeSignal()
     return 0;
 }
 
-/// The signal that stops threads. When the library is unloaded it is ignored, so that one on its way does no harm.
+/// The signal that stops threads. It is ignored when the library is unloaded, so that a pending one does no harm.
 struct StopSignalOwner {
     const int number = TakeSignal();
     ~StopSignalOwner()
@@ -138,7 +138,7 @@ int StopSignal()
     return owner.number;
 }
 
-// A thread inherits the mask of the one that makes it, which may block everything.
+// A thread inherits its creator's signal mask, which may block everything.
 void AllowStopSignal()
 {
     sigset_t set;
@@ -149,7 +149,8 @@ void AllowStopSignal()
     pthread_sigmask(SIG_UNBLOCK, &set, nullptr);
 }
 
-/// Holds a thread's endLock; the calling thread cannot be stopped meanwhile, or the lock would stay.
+/// Locks a thread's endLock. Signals are blocked meanwhile: if the calling thread were stopped, the lock would stay
+/// held.
 class EndLockHolder {
 public:
     explicit EndLockHolder(Thread& thread) : m_Thread(thread)
@@ -172,7 +173,7 @@ private:
     sigset_t m_OldMask;
 };
 
-// A stopped thread comes back here from the signal's handler, past all frames of its function.
+// The signal handler of a stopped thread jumps back here, past all frames of the thread's function.
 unsigned RunUnlessStopped(Thread& self)
 {
     if (sigsetjmp(self.beforeFunction, 1) == 0) {
@@ -188,7 +189,7 @@ unsigned RunUnlessStopped(Thread& self)
     return self.stopCode;
 }
 
-/// Tells the end of the calling thread; also where its function leaves by pthread_exit().
+/// Publishes the end of the calling thread, also when its function leaves by pthread_exit().
 class Ending {
 public:
     explicit Ending(Thread& self) : m_Self(self) {}
@@ -197,7 +198,7 @@ public:
         m_Self.isStoppable = false;
         {
             const EndLockHolder holder(m_Self);
-            // A thread that was stopped may hang on what it held: nobody shall wait for it.
+            // A stopped thread may hang at exit on locks that it left held, so nobody may have to join it.
             if (m_Self.isGivenBack || m_Self.wasStopped) {
                 m_Self.isGivenBack = true;
                 pthread_detach(pthread_self());
@@ -228,8 +229,8 @@ void* RunThread(void* parameter)
     return nullptr;
 }
 
-// A thread that has ended is joined, so that its stack and its code are free of it. One that runs is left to detach
-// itself: in C libraries of today pthread_detach() may read the memory of a thread that ends at that moment.
+// Joins a thread that has ended, so that its stack is free and its code no longer runs. A running thread later detaches
+// itself: in current C libraries, pthread_detach() may read the memory of a thread that ends at the same moment.
 void GiveBack(Thread& thread)
 {
     bool joins = false;
@@ -243,8 +244,8 @@ void GiveBack(Thread& thread)
     }
 }
 
-/// The system's number of a thread that has been made, without waiting for it to run. The C library tells it in no
-/// other way than in the name of the thread's clock, whose form the kernel has fixed.
+/// The system's number of a new thread, without waiting for it to run. The C library only exposes it through the
+/// thread's clock id, whose format is fixed by the kernel.
 unsigned NumberOf(pthread_t thread)
 {
     clockid_t clock;
@@ -263,7 +264,7 @@ timespec After(unsigned milliseconds)
 
 }  // namespace
 
-// On Linux the "process" 0 of these calls is the calling thread.
+// On Linux, "process" 0 in these calls is the calling thread.
 int RaiseThreadPriority()
 {
     errno = 0;
@@ -297,7 +298,7 @@ void* NewThread(unsigned (*function)(void*), void* argument, unsigned& id)
     if (thread == nullptr) {
         return nullptr;
     }
-    StopSignal();  // here, so that it is taken when the first thread has been made
+    StopSignal();  // reserves the signal no later than the first thread is created
     if (pthread_create(&thread->system, nullptr, RunThread, thread) != 0) {
         delete thread;
         return nullptr;
@@ -311,8 +312,8 @@ void StartThread(void* thread)
     Change(static_cast<Thread*>(thread)->state, RUNNING);
 }
 
-// The thread itself tells it, which costs nothing like opening the file of another one's name. No character of UTF-8
-// is cut in its middle.
+// Only stores the name: the thread sets it itself, which is far cheaper than doing it from outside through a file.
+// Never cuts a UTF-8 character in the middle.
 void NameThread(void* thread, const char* name)
 {
     char(&res)[16] = static_cast<Thread*>(thread)->name;
@@ -325,7 +326,7 @@ void NameThread(void* thread, const char* name)
     memcpy(res, name, length);
 }
 
-// The main thread's nice value stands for that of the process.
+// The main thread's nice value is the normal priority of the process.
 void PrioritiseThread(void* thread, int priority)
 {
     constexpr int kCritical = 15, kNiceSteps = 5, kIdle = 19, kHighest = -20;
@@ -361,7 +362,7 @@ bool ThreadExitCode(void* thread, unsigned& code)
     if (thread == nullptr) {
         return false;
     }
-    // The code stands before the end is told.
+    // The exit code is stored before the state becomes ENDED.
     const bool runs = thread == CallingThread() || static_cast<Thread*>(thread)->state != ENDED;
     code = runs ? kThreadRuns : static_cast<Thread*>(thread)->exitCode.load();
     return true;
@@ -383,7 +384,7 @@ bool StopThread(void* thread, unsigned exitCode)
             StopSelf(*t_Self, exitCode);
         }
         for (;;) {
-            syscall(SYS_exit, exitCode);  // a thread that is not ours
+            syscall(SYS_exit, exitCode);  // a thread that this library did not create
         }
     }
     Thread& stopped = *static_cast<Thread*>(thread);

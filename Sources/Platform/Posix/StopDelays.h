@@ -5,16 +5,16 @@
 
 namespace zm {
 
-// Written by their thread and its signal handler alone. They stand beside every lock of the library, and so are reached
-// without a call.
+// Written only by the owning thread and its signal handler. Every lock of the library uses them, so access must not
+// need a function call.
 #define ZM_PLAIN_THREAD_LOCAL __thread __attribute__((tls_model("initial-exec"), visibility("hidden")))
-extern ZM_PLAIN_THREAD_LOCAL volatile sig_atomic_t t_StopDelays;  ///< that the calling thread has begun
-extern ZM_PLAIN_THREAD_LOCAL volatile sig_atomic_t t_StopWaits;   ///< whether it is to be stopped after the last
+extern ZM_PLAIN_THREAD_LOCAL volatile sig_atomic_t t_StopDelays;  ///< number of delays the calling thread has begun
+extern ZM_PLAIN_THREAD_LOCAL volatile sig_atomic_t t_StopWaits;   ///< whether to stop it after the last delay
 
-/// Stops the calling thread, which has been waiting for the end of its delays.
+/// Carries out a delayed stop of the calling thread.
 void StopAfterDelays();
 
-// The fences are for the compiler: nothing that is guarded may move out.
+// Compiler fences keep guarded accesses between begin and end.
 inline void BeginStopDelay()
 {
     t_StopDelays = t_StopDelays + 1;

@@ -20,7 +20,7 @@ int64_t CounterFrequency()
 
 int64_t ReadWallClock()
 {
-    constexpr int64_t k1970 = 116444736000000000;  // in the system's units of 100 ns since 1601
+    constexpr int64_t k1970 = 116444736000000000;  // in units of 100 ns since 1601
     FILETIME now;
     GetSystemTimeAsFileTime(&now);
     return ((int64_t(now.dwHighDateTime) << 32 | now.dwLowDateTime) - k1970) / 10000;

@@ -14,7 +14,7 @@ bool ReadVariable(const char* name, std::string& res)
         if (length == 0 && GetLastError() == ERROR_ENVVAR_NOT_FOUND) {
             return false;
         }
-        // A length that did not fit counts the terminator.
+        // If the value did not fit, the length includes the terminator.
         const bool fits = length < res.size() || length == 0;
         res.resize(length);
         if (fits) {
@@ -23,8 +23,8 @@ bool ReadVariable(const char* name, std::string& res)
     }
 }
 
-// The C library has a copy of its own, which its getenv() reads. It takes an empty value for a removal, and so the
-// system is told after it.
+// The C library keeps a copy of its own for getenv(). It treats an empty value as a removal, so the system is updated
+// after it.
 bool WriteVariable(const char* name, const char* value)
 {
     _putenv_s(name, value);

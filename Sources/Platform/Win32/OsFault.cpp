@@ -19,15 +19,15 @@ bool IsProcessorFault(DWORD code)
            code == EXCEPTION_ACCESS_VIOLATION || code == EXCEPTION_FLT_INVALID_OPERATION;
 }
 
-// Sends the thread on to Recover() instead of jumping out of the handler, so that the system
-// finishes its own bookkeeping of the exception first.
+// Redirects the thread to Recover() instead of jumping out of the handler, so that the system first completes its own
+// exception handling.
 LONG CALLBACK OnFault(EXCEPTION_POINTERS* fault)
 {
     if (GetCurrentThreadId() != g_Guarded || !IsProcessorFault(fault->ExceptionRecord->ExceptionCode)) {
         return EXCEPTION_CONTINUE_SEARCH;
     }
     CONTEXT& context = *fault->ContextRecord;
-    // A fresh, aligned frame below everything that the abandoned work may have used.
+    // A fresh, aligned frame below all stack that the abandoned work may have used.
 #ifdef __x86_64__
     context.Rsp = ((context.Rsp - 256) & ~DWORD64(15)) - 8;
     context.Rip = reinterpret_cast<DWORD64>(&Recover);

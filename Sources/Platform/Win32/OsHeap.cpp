@@ -2,7 +2,7 @@
 
 #include <malloc.h>
 
-// Of libstdc++, which exports it for leak checkers and declares it nowhere.
+// Exported by libstdc++ for leak checkers, but not declared in any header.
 namespace __gnu_cxx {
 void __freeres();
 }
@@ -14,7 +14,7 @@ size_t HeapBlockSize(void* block)
     return block != nullptr ? _msize(block) : 0;
 }
 
-// The reserve for exceptions without memory, some 70 KB.
+// Frees the emergency pool for exceptions, about 70 KB.
 void FreeRuntimeMemory()
 {
     __gnu_cxx::__freeres();

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <windows.h>
 
-// Of ntdll; no header declares it.
+// Part of ntdll, but not declared in any header.
 extern "C" NTSYSAPI BOOLEAN NTAPI RtlDllShutdownInProgress();
 
 namespace zm {

@@ -37,7 +37,7 @@ void LeaveLock(void* lock)
     LeaveCriticalSection(static_cast<CRITICAL_SECTION*>(lock));
 }
 
-// Terminating a thread does not ask it.
+// TerminateThread() cannot be delayed, so this is the same.
 void EnterOwnLock(void* lock)
 {
     EnterLock(lock);

@@ -6,7 +6,7 @@ namespace zm {
 
 const ZM_PLATFORM kPlatform = ZM_PLATFORM_WINDOWS;
 
-// The documented functions give the version that the program's manifest names; this one gives the system's.
+// The documented functions return the version in the program's manifest; this one returns the system's.
 SystemVersion ReadSystemVersion()
 {
     typedef LONG(WINAPI * GetVersionFunction)(RTL_OSVERSIONINFOW*);

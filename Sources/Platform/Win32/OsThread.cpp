@@ -15,7 +15,7 @@ struct Start {
 
 constexpr int kMaxThreadName = 255;
 
-/// From that code page; a name that is too long is cut.
+/// Converts a name from a code page; a name that is too long is cut.
 bool ToWide(const char* name, UINT codePage, DWORD flags, wchar_t (&res)[kMaxThreadName + 1])
 {
     const int bytes = int(strnlen(name, kMaxThreadName));
@@ -24,7 +24,7 @@ bool ToWide(const char* name, UINT codePage, DWORD flags, wchar_t (&res)[kMaxThr
     return length != 0;
 }
 
-// The system calls its functions in another way than the compiler.
+// Adapts the calling convention: the system's differs from the compiler's default.
 DWORD WINAPI RunStart(void* parameter)
 {
     Start* start = static_cast<Start*>(parameter);
@@ -80,7 +80,7 @@ void StartThread(void* thread)
     ResumeThread(thread);
 }
 
-// Not in every system whose other functions are needed here.
+// SetThreadDescription() is looked up at run time: older supported systems lack it.
 void NameThread(void* thread, const char* name)
 {
     typedef HRESULT(WINAPI * Function)(HANDLE, const wchar_t*);
@@ -116,7 +116,7 @@ bool ThreadExitCode(void* thread, unsigned& code)
     return true;
 }
 
-// A thread that has ended needs no stopping; Wine would give it the new exit code.
+// Checks first whether the thread has ended: Wine would replace its exit code.
 bool StopThread(void* thread, unsigned exitCode)
 {
     if (WaitForSingleObject(thread, 0) == WAIT_OBJECT_0) {
@@ -129,7 +129,7 @@ void StopDelay::End() {}
 
 bool StopDelay::BeginUnlessAlone()
 {
-    return true;  // the system does not tell who is
+    return true;  // the system does not say whether there are other threads
 }
 
 void CloseThread(void* thread)

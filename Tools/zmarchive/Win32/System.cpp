@@ -8,7 +8,7 @@
 
 bool IsTerminal(FILE* stream)
 {
-    // Other character devices, such as NUL, have no mode.
+    // Other character devices, such as NUL, have no console mode.
     DWORD mode;
     return GetConsoleMode(reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(stream))), &mode) != 0;
 }
@@ -19,8 +19,8 @@ bool IsLink(const std::string& path)
     return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
 }
 
-// Devices have their names in every folder and with every extension; a colon names a stream of a file; dots and spaces
-// at the end are dropped.
+// Device names are reserved in every folder and with every extension. A colon selects a stream of a file. Dots and
+// spaces at the end are dropped.
 bool IsSpecialName(const std::string& name)
 {
     std::string stem = name.substr(0, name.find('.'));
