@@ -12,7 +12,7 @@ namespace {
 
 constexpr unsigned int kNone = 0xFFFFFFFF;
 
-/// The cached read over an array, one step after the other: P is the position, K the size of the cache, S its start.
+/// A model of the cached read over an array, step by step: P is the position, K the cache size, S the block's start.
 struct Model {
     const Block& file;
     unsigned int K;
@@ -86,7 +86,7 @@ struct Model {
     }
 };
 
-// To a place in the file or somewhat behind it, from the start, the end or the position.
+// Seeks to a place in the file or a little beyond it, relative to the start, the end or the position.
 void SeekBoth(Random& random, ZmCachedFile& file, Model& model)
 {
     const int target = random.Int(0, int(model.file.size() + model.K)), size = int(model.file.size());
@@ -133,7 +133,7 @@ TEST(CachedFileTest, ReadsAsTheModelDoes)
     }
 }
 
-/// A file whose byte at each place tells the place.
+/// A file in which the value of each byte gives its position.
 class SmallCachedFileTest : public testing::Test {
 protected:
     SmallCachedFileTest()

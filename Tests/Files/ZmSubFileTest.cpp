@@ -23,7 +23,7 @@ protected:
     ZmFile m_File;
 };
 
-/// A span, and the place in the file where it should stand.
+/// A span and its expected position in the file.
 struct Span {
     ZmSubFile stream;
     unsigned int offset, size, position = 0;
@@ -40,7 +40,8 @@ struct Span {
         const int way = random.Int(0, 2);
         const unsigned int move = way == 0 ? target : way == 1 ? size - target : target - position;
         position = target;
-        // The file may stand before this span, so that a move from there fails; the span moves all the same.
+        // The file may be positioned before this span, so that a relative move fails there; the span moves all the
+        // same.
         stream.Seek(int(move), ZmStream::SeekMode(way));
     }
 

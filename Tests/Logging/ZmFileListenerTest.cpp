@@ -19,7 +19,7 @@ class FileListenerTest : public testing::Test {
 protected:
     FileListenerTest() { Renew(); }
 
-    /// A new listener of the same name.
+    /// Replaces the listener by a new one of the same name.
     void Renew(int flags = 0)
     {
         m_Listener.reset(static_cast<ZmFileListener*>(ZmFileListener::ListenerFactory("trace")));
@@ -29,7 +29,7 @@ protected:
 
     void Write(const char* text) { m_Listener->Output(0, ZmLog::LEVEL_INFO, 1, "file", text); }
 
-    /// The texts in a file; nothing before ": " differs.
+    /// The texts in a file, without the parts before ": ".
     Lines Read(const std::string& name) const
     {
         Lines texts;

@@ -26,7 +26,7 @@ TEST(ZmIntersectLineBoxTest, BooleanFormsAgreeWithProjections)
     });
 }
 
-/// What the forms with points give.
+/// The outputs of the overloads that return points.
 struct Crossing {
     int code;
     ZmVector inPoint, outPoint, inNormal, outNormal;
