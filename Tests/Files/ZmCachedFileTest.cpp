@@ -168,7 +168,7 @@ TEST_F(SmallCachedFileTest, WritesGoWhereTheFileStandsAndPastTheCache)
     file.ZmFile::Seek(0, ZmStream::START);
     EXPECT_EQ(file.Write("xyz", 3), 3u);
     file.Seek(0, ZmStream::START);
-    EXPECT_EQ(Read(file, 4), std::string("abc\3", 4)) << "the cache is not told";
+    EXPECT_EQ(Read(file, 4), std::string("abc\3", 4)) << "writing does not update the cache";
     file.Close();
     EXPECT_EQ(BytesOf(m_Path), "xyz" + m_Bytes.substr(3));
 }
@@ -186,7 +186,7 @@ TEST_F(SmallCachedFileTest, OpeningAnotherFileForgetsTheBlock)
     EXPECT_EQ(Read(file, 4), "oooo") << "closing leaves the block";
     file.Seek(16, ZmStream::START);
     char c;
-    EXPECT_EQ(file.Read(&c, 1), 0u) << "and what is not in it is not read";
+    EXPECT_EQ(file.Read(&c, 1), 0u) << "bytes outside the block are not read";
     EXPECT_EQ(file.Open((m_Folder / "missing").c_str(), ZmFile::READONLY), 0);
     EXPECT_EQ(file.Read(&c, 1), 0u);
 }
@@ -203,7 +203,7 @@ TEST_F(SmallCachedFileTest, ChangedCacheSizesHoldForTheNextFill)
     ASSERT_TRUE(file.Open(m_Path.c_str(), ZmFile::READONLY));
     EXPECT_EQ(Read(file, 4), m_Bytes.substr(0, 4));
     file.SetCacheSize(16);
-    EXPECT_EQ(Read(file, 4), std::string(4, '\0')) << "a new block of zeros in the place of the old";
+    EXPECT_EQ(Read(file, 4), std::string(4, '\0')) << "the new block is zeroed and keeps the old position";
     file.Seek(40, ZmStream::START);
     EXPECT_EQ(Read(file, 20), m_Bytes.substr(40, 20));
 }

@@ -257,7 +257,7 @@ TEST(FileTest, ProgramsThatAreStartedInheritNoFile)
     {
         std::FILE* inherited = fopen(path.c_str(), "w");
         ASSERT_NE(inherited, nullptr);
-        EXPECT_EQ(InheritableFiles(), before + 1) << "as files are where nobody sees to it";
+        EXPECT_EQ(InheritableFiles(), before + 1) << "unlike the library's files, an ordinary file is inherited";
         fclose(inherited);
     }
     std::vector<ZmFile> files(14);
@@ -334,7 +334,7 @@ TEST(FileTest, CopiesShareOneFile)
         EXPECT_EQ(first.Position(), 2u);
         EXPECT_EQ(third.Write("cd", 2), 2u);
     }
-    EXPECT_EQ(BytesOf(folder / "file"), "abcd") << "closed with the first copy that goes";
+    EXPECT_EQ(BytesOf(folder / "file"), "abcd") << "the first copy to be destroyed closed the file";
     ExpectRefusal(first);
     ExpectRefusal(third);
     ASSERT_TRUE(first.Open((folder / "file").c_str(), ZmFile::READONLY)) << "and can be opened anew, for itself";

@@ -99,11 +99,11 @@ TEST_F(SubFileTest, SeekCountsBackwardsFromTheEnd)
     EXPECT_EQ(span.Position(), 90u);
     EXPECT_EQ(m_File.Position(), 290u);
     EXPECT_EQ(span.Seek(-10, ZmStream::END), 1);
-    EXPECT_EQ(span.Position(), 110u) << "nothing keeps it within";
+    EXPECT_EQ(span.Position(), 110u) << "the position is not clamped";
     m_File.Seek(5, ZmStream::START);
     EXPECT_EQ(span.Seek(-1, ZmStream::SeekMode(3)), 1) << "other modes count from the position";
     EXPECT_EQ(span.Position(), 109u);
-    EXPECT_EQ(m_File.Position(), 4u) << "the file moves from where it is";
+    EXPECT_EQ(m_File.Position(), 4u) << "a relative seek moves the file from its own position";
     EXPECT_EQ(span.Seek(-300, ZmStream::START), 0) << "as the file refuses";
 }
 

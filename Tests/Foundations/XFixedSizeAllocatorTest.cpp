@@ -143,7 +143,7 @@ public:
     {
         char* block = static_cast<char*>(m_Real.Allocate());
         ASSERT_NE(block, nullptr);
-        ASSERT_TRUE(m_Model.Allocate(block)) << "another block than the rules give";
+        ASSERT_TRUE(m_Model.Allocate(block)) << "not the block that the rules return";
         memset(block, int(++m_Mark & 0xFF), size_t(m_Size));
         m_Used.push_back({block, std::string(size_t(m_Size), char(m_Mark))});
         CompareFigures();

@@ -246,7 +246,7 @@ TEST(XStringModelTest, RandomOperationsAgreeWithTheModel)
         EXPECT_EQ(real.Capacity(), block);
         EXPECT_EQ(real.Text() == XString().Text(), block == 0);
         EXPECT_TRUE(real.Text() == before || block != sizeBefore || operation.block >= IS_EXACT) << "needless growth";
-        EXPECT_EQ(step.count, 0) << "replacements counted too much";
+        EXPECT_EQ(step.count, 0) << "too many replacements counted";
         CompareSearches(real, text, step);
     }
 }

@@ -46,7 +46,7 @@ public:
         if (fit != m_Free.end()) {
             record = *fit;
             m_Free.erase(fit);
-            ASSERT_EQ(static_cast<void*>(block), record.block) << "not the smallest that is large enough";
+            ASSERT_EQ(static_cast<void*>(block), record.block) << "not the smallest block that is large enough";
         } else if (!m_Free.empty()) {
             m_Free.pop_back();
         }
@@ -93,7 +93,7 @@ private:
 TEST(ZmAllocatorTest, ScratchBlocksComeByTheirRules)
 {
     Allocator().ReleaseUnusedScratch();
-    ASSERT_EQ(Allocator().GetAllocatedScratchCount(), 0) << "other tests gave back all of theirs";
+    ASSERT_EQ(Allocator().GetAllocatedScratchCount(), 0) << "other tests have released all their blocks";
     Random random(1);
     ScratchModel model;
     for (int i = 0; i < 20000 && !testing::Test::HasFailure(); ++i) {

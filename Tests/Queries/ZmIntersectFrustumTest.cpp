@@ -100,7 +100,7 @@ TEST(ZmIntersectFrustumTest, PlanesAreVisitedInOrderAndTheFirstStraddledOneEndsT
         EXPECT_EQ(answer, ByPlanes(frustum, Hull::Box(box, m)));
         early += answer && !ZmIntersect::FrustumOBB(frustum, box, m);
     });
-    EXPECT_GT(early, 100) << "boxes that are let pass though they lie outside";
+    EXPECT_GT(early, 100) << "boxes outside the frustum that the first plane lets pass";
 }
 
 TEST(ZmIntersectFrustumTest, RequiredAnswersOfThePlaneTests)

@@ -182,11 +182,11 @@ TEST(ZmThreadTest, TerminatedWhereverItStands)
     EXPECT_EQ(waits.Terminate(&given) + sleeps.Terminate(nullptr), 2);
     EXPECT_EQ(waits.Code(), 77u);
     EXPECT_EQ(sleeps.Code(), 0u);
-    EXPECT_TRUE(sleeps.IsCreated() && sleeps.IsStarted()) << "it never came to its end";
+    EXPECT_TRUE(sleeps.IsCreated() && sleeps.IsStarted()) << "it never reached its end";
 
     Worker returned;
     ASSERT_TRUE(returned.Start() == 1 && returned.Code() == 53);
-    EXPECT_EQ(returned.Terminate(&given) + waits.Terminate(nullptr), 2) << "have ended, by themselves and so";
+    EXPECT_EQ(returned.Terminate(&given) + waits.Terminate(nullptr), 2) << "both have already ended";
     EXPECT_TRUE(returned.Code() == 53 && waits.Code() == 77) << "and keep their codes";
 }
 

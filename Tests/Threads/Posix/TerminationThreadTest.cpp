@@ -127,7 +127,7 @@ TEST_F(TerminationThreadTest, AStopInsideTheLogWaitsForTheEndOfTheMessage)
     g_Open = true;
     EXPECT_EQ(thread.Wait(&code, 0), 53);
     EXPECT_EQ(code, 9u);
-    EXPECT_EQ(g_Heard, 1) << "and went no further";
+    EXPECT_EQ(g_Heard, 1) << "the message must be the last thing the thread does";
     thread.Close();
     heard.m_Answer = nullptr;
     kUses[4].use();
