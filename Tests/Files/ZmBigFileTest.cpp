@@ -134,7 +134,7 @@ TEST_F(BigFileTest, FindsNamesWithoutTheirDirectoryInAnyCase)
         EXPECT_EQ(ReadSub(sub), "top");
     }
     ASSERT_EQ(m_Archive.Find("b", &sub), 1);
-    EXPECT_EQ(ReadSub(sub), "later") << "of two entries with one name";
+    EXPECT_EQ(ReadSub(sub), "later") << "the later of two entries with one name";
     EXPECT_EQ(m_Archive.Find("tex", nullptr), 0);
     EXPECT_EQ(m_Archive.Remove("DIR/TEX.BMP"), 1);
     EXPECT_EQ(m_Archive.Remove("dir/tex.bmp"), 0);

@@ -40,7 +40,7 @@ TEST(QuaternionTest, FromRotationTurnsInTheSenseOfTheAxisBuilder)
         ZmQuaternion q, scaled;
         q.FromRotation(axis, angle);
         ExpectNear(q, s * axis.x, s * axis.y, s * axis.z, cos(angle / 2.0), 2 * kRounding);
-        scaled.FromRotation(axis * 4, angle);  // the axis is taken as it is
+        scaled.FromRotation(axis * 4, angle);  // the axis is not normalised
         EXPECT_TRUE(Equal(scaled, {q.x * 4, q.y * 4, q.z * 4, q.w}));
         ZmMatrix fromQuaternion, fromAxis;
         q.ToMatrix(fromQuaternion);
