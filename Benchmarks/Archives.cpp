@@ -1,4 +1,4 @@
-// Archives: opening with the index, looking names up, reading whole members, saving a copy.
+// Archives: opening with the index, looking up names, reading whole members, saving a copy.
 
 #include "Families.h"
 #include "Inputs.h"
@@ -17,7 +17,7 @@ void PrepareOrder(Work& w)
 
 void PrepareNothing(Work&) {}
 
-// Saving is held against copying the file.
+// The goal for saving is set against copying the file.
 constexpr Task kTasks[] = {
     {"Archive/Open", 4, 0, PrepareNothing, {kMemberCount}, {0.15}, 0},
     {"Archive/Find", 4, 0, PrepareOrder, {kMemberCount}, {1.0}, 0},

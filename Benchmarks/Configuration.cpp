@@ -1,4 +1,4 @@
-// Configurations of 10,000 sections for each 130,000 entries, in files among the temporary ones.
+// Configurations with 10,000 sections per 130,000 entries, in temporary files.
 
 #include "Families.h"
 #include "TestFiles.h"
@@ -13,7 +13,7 @@ namespace {
 
 void PrepareNothing(Work&) {}
 
-// Two peers, each with a goal of its own.
+// Two peers, each with its own goal.
 constexpr Task kTasks[] = {
     {"Configuration/Load", 4, 0, PrepareNothing, {26000, 130000, 1300000}, {0.60, 0.60, 0.60}, 0},
     {"Configuration/LoadFlat", 4, 0, PrepareNothing, {130000}, {0.50}, 0},

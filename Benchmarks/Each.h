@@ -8,26 +8,26 @@
 namespace bench {
 namespace {
 
-/// `Op(result, operands, i)` for each of the single operations.
+/// Calls Op(result, operands, i) for each of the single operations.
 template <class Result, class Op>
 inline void Each(const Work& w, Op op)
 {
     Result* dst = static_cast<Result*>(w.dst);
     const Operands& in = *static_cast<const Operands*>(w.src);
-    const int count = w.count;  // a copy: results are written through pointers
+    const int count = w.count;  // a copy: stores through pointers could alias the original
     for (int i = 0; i < count; ++i) {
         op(dst[i], in, i);
     }
 }
 
-/// Element i of an array of operands as a type of the contender's own.
+/// Element i of an array of operands, as a type of the contender.
 template <class T>
 inline const T& As(const void* operands, int i)
 {
     return static_cast<const T*>(operands)[i];
 }
 
-/// A value at the start of an element of `Bytes` bytes.
+/// The value at the start of an element of `Bytes` bytes.
 template <class T, int Bytes, bool Padded = (sizeof(T) < Bytes)>
 struct Slot {
     T value;
@@ -38,7 +38,7 @@ struct Slot<T, Bytes, true> {
     char rest[Bytes - sizeof(T)];
 };
 
-/// dst[i] = op(src[i]) with strides that the compiler knows.
+/// dst[i] = op(src[i]) with strides known at compile time.
 template <class Out, class In, class Op>
 inline void Transform(const Work& w, Op op)
 {
@@ -50,7 +50,7 @@ inline void Transform(const Work& w, Op op)
     }
 }
 
-/// The same over one array: the compiler need not reckon with two that overlap.
+/// The same over one array: the compiler need not allow for two overlapping ones.
 template <class Element, class Op>
 inline void TransformInPlace(const Work& w, Op op)
 {

@@ -2,9 +2,8 @@
 
 #include "Harness.h"
 
-// Our side of each family: its tasks, and how the library does them. Peers are in Peers/
-// and listed by the build file. A new family is a file like Points.cpp, three lines
-// here and in Registry.cpp.
+// The library's side of each family: its tasks, and how the library performs them. Peers are in Peers/ and listed by
+// the build file. A new family needs a file like Points.cpp, three lines here, and an entry in Registry.cpp.
 namespace bench {
 
 extern const Tasks kPointTasks;

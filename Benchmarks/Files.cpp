@@ -1,4 +1,4 @@
-// Log lines, streams and folders, in a folder of their own among the temporary files.
+// Log lines, streams and folders, in a temporary folder.
 
 #include "Families.h"
 #include "Inputs.h"

@@ -1,4 +1,4 @@
-// Tables by name, and blocks of one size.
+// Tables indexed by name, and blocks of one size.
 
 #include "Families.h"
 #include "Inputs.h"
@@ -60,7 +60,7 @@ struct PoolBlocks {
     static void Free(void* block) { ZmAllocator::Instance().ReleasePool(kBlockSize, block); }
 };
 
-/// As many free blocks as elements, of different sizes; each element takes one and gives it back.
+/// Starts with as many free blocks of different sizes as elements; each element takes one and gives it back.
 void Scratch(const Work& w)
 {
     ZmAllocator& allocator = ZmAllocator::Instance();

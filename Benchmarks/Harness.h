@@ -1,16 +1,15 @@
 #pragma once
 
-// What a measurement is made of: plain data and nothing else. The peers' files,
-// which are compiled for wider processors, include this; a function here would be
-// merged by the linker with their version of it.
+// The parts of a measurement: plain data only. The peers' files, which are compiled for wider processors, include this
+// header: the linker would merge a function defined here with their version of it.
 
 namespace bench {
 
-/// One call's worth of work.
+/// The work of one call.
 struct Work {
     int count;          ///< elements
     int dstStride;      ///< bytes from one result to the next
-    int srcStride;      ///< the same for `src` where that is an array of elements, else 0
+    int srcStride;      ///< the same for `src` if that is an array of elements, else 0
     void* dst;          ///< count * dstStride bytes for the results
     const void* src;    ///< inputs, set by the task
     const void* extra;  ///< second input, if the task has one
@@ -18,41 +17,42 @@ struct Work {
 
 using Function = void (*)(const Work&);
 
-/// Something to do that several libraries can do.
+/// A task that several libraries can perform.
 struct Task {
     const char* name;  ///< group/case
     int dstStride;
     int srcStride;
-    /// Sets `src` and `extra`; everything else is set already. Not timed.
+    /// Sets `src` and `extra`; everything else is already set. Not timed.
     void (*prepare)(Work&);
     int counts[3];   ///< sizes to measure, 0 for none
-    double goal[3];  ///< for each size: our time at most so much of the best peer's; 0 for none
-    /// Peers' results may differ by so much of the largest float of a result; 0 for the same bytes,
-    /// less where peers deliver something else and nothing is compared.
+    double goal[3];  ///< for each size: our time relative to the best peer's, at most; 0 for none
+    /// How far peers' results may differ, relative to the largest float of a result. 0: the bytes must be equal.
+    /// Negative: peers produce something else, and nothing is compared.
     double tolerance = 1e-4;
-    /// Brings a result into the one form that all must agree in, where several are right.
+    /// Converts a result to a canonical form, where several results are correct.
     void (*canonical)(float* result) = nullptr;
 };
 
-/// How one contender does one task.
+/// How one contender performs one task.
 struct Entry {
     const char* task;
     Function function;
-    const char* variant = "";  ///< added to the contender's name where it has several ways
+    const char* variant = "";  ///< appended to the contender's name if it has several ways
     /// Converts a result from the contender's conventions to ours. Not timed.
     void (*decode)(float* result) = nullptr;
-    /// Shown among the peers and never the best: it delivers less (digits, say), or the goal is not set against it.
+    /// Shown among the peers but never counted as the best: it delivers less (fewer digits, say), or the goal is not
+    /// set against it.
     bool aside = false;
 };
 
 enum class Role {
-    Ours,        ///< against all of Peer
-    OursScalar,  ///< the SSE feature bit off, against all of PlainPeer; the goal is kScalarGoal
+    Ours,        ///< compared with all Peers
+    OursScalar,  ///< the SSE feature bit off, compared with all PlainPeers; the goal is kScalarGoal
     Peer,        ///< built for AVX2 and FMA
     PlainPeer    ///< built with the library's own flags
 };
 
-/// The scalar path is not slower than a plain loop.
+/// The scalar path must not be slower than a plain loop.
 constexpr double kScalarGoal = 1.0;
 
 struct Tasks {

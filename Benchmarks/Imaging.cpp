@@ -35,7 +35,7 @@ const std::vector<uint8_t>& RandomBytes()
     return bytes;
 }
 
-/// Soft shapes with a little grain: 24 bits a pixel.
+/// Soft shapes with a little grain, 24 bits per pixel.
 const std::vector<uint8_t>& Photograph()
 {
     static const std::vector<uint8_t> pixels = [] {
@@ -64,7 +64,7 @@ void PreparePhotograph(Work& w)
     w.src = Photograph().data();
 }
 
-constexpr double kOtherResults = -1;  // peers truncate, or have colours in another order
+constexpr double kOtherResults = -1;  // peers truncate, or order colours differently
 
 constexpr Task kTasks[] = {
     {"Blit/8888to565", 8, 16, PrepareBytes, {kSmall, kFrame}, {1.05, 1.05}, kOtherResults},
@@ -135,8 +135,7 @@ void MakeMipmaps(const Work& w)
     }
 }
 
-/// With all pixels as samples. The two lines about the learning go nowhere; the standard error stream of the C
-/// library is a variable.
+/// Uses all pixels as samples. Discards the two progress lines: the C library's standard error stream is a variable.
 void Quantize(const Work& w)
 {
     static FILE* const nowhere = std::fopen("/dev/null", "w");

@@ -1,5 +1,5 @@
 #!/bin/bash
-# What a header costs whoever includes it: IncludeCost.sh <compiler> <our Include folder>
+# Measures the cost of including a header: IncludeCost.sh <compiler> <our Include folder>
 # compiles one-line files, in turns, and prints the median time of each.
 set -euo pipefail
 

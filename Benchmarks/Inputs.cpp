@@ -20,10 +20,10 @@ struct Release {
     void operator()(void* memory) const { std::free(memory); }
 };
 
-/// Grows when asked for more; what it held is lost then.
+/// A buffer that grows on demand and then loses its contents.
 class Buffer {
 public:
-    /// True when the memory is new.
+    /// Returns true if the memory is new.
     bool Reserve(size_t bytes)
     {
         if (bytes <= m_Size) {
@@ -254,7 +254,7 @@ const float* TurningMatrix()
         alignas(64) float m[16];
     };
     static const Matrix matrix = [] {
-        // v * R + (c - c * R) turns about the point c.
+        // v * R + (c - c * R) is a rotation about the point c.
         const Block r = ToBlock({0.36, 0.48, 0.64, 0.48});
         const double c[3] = {0.1, -0.2, 0.15};
         double translation[3];

@@ -4,15 +4,15 @@
 
 #include <stddef.h>
 
-// Everything that tasks read and write: made on first use, the same in every run,
-// aligned to 64 bytes. A larger request may move what an earlier one returned.
+// All data that tasks read and write: created on first use, the same in every run, aligned to 64 bytes. A larger
+// request may invalidate what an earlier one returned.
 namespace bench {
 
-/// At least `bytes` bytes of random floats from -1 to 1. Each fourth is 1: so 16-byte
-/// elements are points with w = 1.
+/// At least `bytes` bytes of random floats from -1 to 1. Every fourth is 1, so that 16-byte elements are points with w
+/// = 1.
 const float* RandomFloats(size_t bytes);
 
-/// Memory for the results, zero at first, then whatever the last task left.
+/// Memory for the results: zero at first, later whatever the last task has left.
 void* ResultMemory(size_t bytes);
 
 /// 0 to count - 1 in random order.
@@ -23,12 +23,12 @@ const char* const* PathNames(int count);
 
 const Operands& RandomOperands();
 
-/// Pairs for the queries, their count of passes set back to 0.
+/// Pairs for the queries, with the pass counter reset to 0.
 struct QueryInputs;
 QueryInputs& RandomQueries();
 
-/// A rotation about a point near the origin, as a matrix of ours. Applied to its own results
-/// for ever it neither grows nor shrinks them.
+/// A rotation about a point near the origin, as a matrix of the library. Applied repeatedly to its own results it
+/// neither grows nor shrinks them.
 const float* TurningMatrix();
 
 }  // namespace bench

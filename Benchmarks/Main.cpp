@@ -1,9 +1,8 @@
 // ZmMathBenchmarks [part of a name]... [--peers] [Google Benchmark's options]
 //
-// Without arguments everything, in a few minutes. "ZmMathBenchmarks Points/12to12" measures
-// what has that in its name (a regular expression), --peers shows every contender
-// and not only the best. The repetitions of all measurements are interleaved, so
-// that a slow minute of the machine hits all of them alike.
+// Without arguments runs everything, which takes a few minutes. "ZmMathBenchmarks Points/12to12" measures what contains
+// that in its name (a regular expression); --peers shows every contender instead of only the best. The repetitions of
+// all measurements are interleaved, so that a slow minute of the machine affects all of them alike.
 
 #include "Registry.h"
 #include "Report.h"
@@ -36,7 +35,7 @@ void Register()
     }
 }
 
-/// Our defaults first, so that the user's options override them; plain words become the filter.
+/// Puts our defaults first, so that the user's options override them; plain words become the filter.
 std::vector<std::string> Options(int argc, char** argv, bool& allPeers)
 {
     std::vector<std::string> res = {argv[0], "--benchmark_enable_random_interleaving=true", "--benchmark_repetitions=9",

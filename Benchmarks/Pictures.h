@@ -2,8 +2,8 @@
 
 #include "Harness.h"
 
-// What the imaging tasks and their peers agree on. An element is four pixels, so that its bytes are whole floats in
-// all formats. The number of elements says the size; lines lie side by side.
+// Conventions of the imaging tasks and their peers. An element is four pixels, so that its bytes are whole floats in
+// all formats. The number of elements determines the size; lines have no padding.
 namespace bench {
 namespace {
 

@@ -1,4 +1,4 @@
-// Intersections, distances and the best-fit box, over pairs whose answers nothing can predict.
+// Intersections, distances and the best-fit box, over pairs whose results cannot be predicted.
 
 #include "Each.h"
 #include "Families.h"
@@ -132,7 +132,7 @@ void SegmentSegment(const Work& w)
     });
 }
 
-/// The half-sizes in order, as far as the results reach; the axes have no order that all agree in.
+/// The sorted half-sizes, as far as the results have space; contenders do not agree on an order of the axes.
 void BestFitBox(const Work& w)
 {
     const QueryInputs& in = *static_cast<const QueryInputs*>(w.src);

@@ -23,7 +23,7 @@ public:
         }
     }
 
-    /// Nine floats: an orthonormal frame.
+    /// Writes nine floats: an orthonormal frame.
     void Frame(float* axes)
     {
         std::normal_distribution<float> normal;
@@ -78,7 +78,7 @@ void MakeSegment(Generator& random, float* segment)
     random.Vector(segment + 3, 1);
 }
 
-/// From a point to somewhere near the middle.
+/// A ray from a random point to a point near the centre.
 void MakeRay(Generator& random, float* ray, float range, float aim)
 {
     random.Vector(ray, range);
@@ -87,7 +87,7 @@ void MakeRay(Generator& random, float* ray, float range, float aim)
     }
 }
 
-/// The two halves of a record change places.
+/// Swaps the two halves of each record.
 template <size_t Count, size_t Half>
 void Exchange(float (&res)[Count][2 * Half], const float (&src)[Count][2 * Half])
 {
@@ -120,7 +120,7 @@ void Repeat(float (&array)[Count][Floats])
     std::memcpy(array[Count / 2], array[0], sizeof(array) / 2);
 }
 
-/// A view along Z from the origin, 90 degrees wide and high, from 1 to 20.
+/// A view along Z from the origin, 90 degrees wide and high, with depths from 1 to 20.
 void MakeFrustum(QueryInputs& in)
 {
     const float h = std::sqrt(0.5f);
@@ -132,8 +132,8 @@ void MakeFrustum(QueryInputs& in)
 
 const float kSmallest = 0.2f, kLargest = 1.2f;
 
-/// Whether a box at this place can straddle one plane while another has it in front. Our test, by contract, looks no
-/// further than the first; such places are left out.
+/// Whether a box at this place can straddle one plane while it lies in front of a later one. Our test stops at the
+/// first plane by contract; such places are left out.
 bool DividesTheForms(const QueryInputs& in, const float* place)
 {
     bool straddles = false, outside = false;
@@ -149,7 +149,7 @@ bool DividesTheForms(const QueryInputs& in, const float* place)
     return straddles && outside;
 }
 
-/// From somewhere around the middle to somewhere nearer to it.
+/// A sphere that moves from a point around the centre to a point nearer to it.
 void MakeMover(Generator& random, float* mover, float range, float smallest, float largest)
 {
     random.Vector(mover, range);
@@ -157,7 +157,7 @@ void MakeMover(Generator& random, float* mover, float range, float smallest, flo
     random.Vector(mover + 4, 2);
 }
 
-/// A translation to somewhere around the frustum.
+/// A translation to a point around the frustum.
 void MakePlace(Generator& random, const QueryInputs& in, float* matrix)
 {
     for (int i = 0; i < 4; ++i) {

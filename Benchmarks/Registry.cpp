@@ -14,7 +14,7 @@
 
 namespace bench {
 
-// Peers.h is made by the build file: X(Glm) X(Eigen) ..., what it has found.
+// The build file generates Peers.h from the peers it has found: X(Glm) X(Eigen) ...
 #define ZM_DECLARE_PEER(name) extern const Contender k##name;
 ZM_BENCHMARK_PEERS(ZM_DECLARE_PEER)
 

@@ -7,24 +7,24 @@
 
 namespace bench {
 
-/// One contender's way of doing one task at one size.
+/// One contender's way to perform one task at one size.
 struct Measurement {
     const Task* task;
     const Contender* contender;
     const Entry* entry;
-    int size;  ///< which of task->counts
+    int size;  ///< index into task->counts
 
     int Count() const { return task->counts[size]; }
     std::string Who() const;
-    /// group/case/count/who, with '-' for spaces: the name that filters see.
+    /// group/case/count/who, with '-' for spaces: the name that filters match.
     std::string Name() const;
 };
 
-/// Everything that this machine can measure, in the order of the report. Ends the program with
-/// a message when an entry names a task that does not exist.
+/// All measurements possible on this machine, in the order of the report. Exits with a message if an entry names a task
+/// that does not exist.
 const std::vector<Measurement>& Measurements();
 
-/// While it lives the library takes the path of that role.
+/// While it lives, the library uses the path of the given role.
 class ChosenPath {
 public:
     explicit ChosenPath(Role role);
@@ -33,14 +33,14 @@ public:
     ChosenPath& operator=(const ChosenPath&) = delete;
 
 private:
-    unsigned long m_Removed;  ///< bits of the feature word
+    unsigned long m_Removed;  ///< the bits removed from the feature word
 };
 
-/// The task's inputs and memory for its results, for `count` elements.
+/// Prepares the task's inputs and the memory for its results, for `count` elements.
 Work Prepare(const Task& task, int count);
 
-/// Compares the results of all contenders with ours; ends the program with a message that names
-/// the task and the contender when they differ.
+/// Compares the results of all contenders with ours. Exits with a message that names the task and the contender if they
+/// differ.
 void VerifyAll();
 
 }  // namespace bench

@@ -19,7 +19,7 @@ void Report::ReportRuns(const std::vector<Run>& runs)
 {
     for (const Run& run : runs) {
         if (run.run_type == Run::RT_Iteration && !run.error_occurred) {
-            // Processor time: the machine may have other things to do.
+            // Processor time: other programs may be running.
             m_Times[run.run_name.function_name].push_back(run.cpu_accumulated_time * 1e9 / double(run.iterations));
         }
     }

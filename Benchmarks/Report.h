@@ -9,11 +9,11 @@
 
 namespace bench {
 
-/// Collects the times of all repetitions and prints, at the end, one line for each task and size:
-/// our median, the best peer's, their ratio and the goal.
+/// Collects the times of all repetitions and at the end prints one line per task and size: our median, the best peer's,
+/// their ratio and the goal.
 class Report : public benchmark::BenchmarkReporter {
 public:
-    /// `allPeers`: a line for every contender below that.
+    /// `allPeers`: also prints a line for every contender.
     explicit Report(bool allPeers) : m_AllPeers(allPeers) {}
 
     bool ReportContext(const Context& context) override;
@@ -23,7 +23,7 @@ public:
 private:
     using Group = std::vector<const Measurement*>;
 
-    /// Nanoseconds an element; 0 when it was not measured.
+    /// Nanoseconds per element; 0 if it was not measured.
     double Median(const Measurement& m) const;
     const Measurement* Best(const Group& group, Role role) const;
     void PrintGroup(const Group& group) const;

@@ -19,7 +19,7 @@ void Prepare(Work& w)
     w.src = &RandomOperands();
 }
 
-/// q and -q are the same rotation: the one with its largest component positive.
+/// Chooses between q and -q, which are the same rotation: the one whose largest component is positive.
 void OneSign(float* q)
 {
     const float* largest = std::max_element(q, q + 4, [](float l, float r) { return std::fabs(l) < std::fabs(r); });
@@ -28,8 +28,8 @@ void OneSign(float* q)
     }
 }
 
-/// The axes of a stretch have no order and no sign: replaces scale and uRot (seven
-/// floats) by the six elements of the stretch that they stand for.
+/// The axes of a stretch have no defined order or sign: replaces scale and uRot (seven floats) by the six elements of
+/// the stretch that they represent.
 void OneStretch(float* full)
 {
     OneSign(full);
@@ -49,7 +49,7 @@ void OneStretch(float* full)
     std::copy(std::begin(stretch), std::end(stretch), scale);
 }
 
-/// What ZmVector::Normalize leaves in rotations built with it.
+/// The error that ZmVector::Normalize leaves in rotations built with it.
 constexpr double kApproximateNormalize = 2e-3;
 
 constexpr Task kTasks[] = {

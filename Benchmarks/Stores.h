@@ -12,7 +12,7 @@ namespace {
 
 constexpr int kBlockSize = 64;
 
-/// A map of the standard library's kind, with strings as keys.
+/// A map with the interface of the standard library's, with strings as keys.
 template <class Map>
 struct MapTable {
     typedef typename Map::key_type Key;
@@ -34,7 +34,7 @@ struct MapTable {
 template <class Table>
 using Keys = std::vector<typename Table::Key>;
 
-/// The contender's own keys, made once for each number of them.
+/// The contender's own keys, created once for each number of keys.
 template <class Table>
 const Keys<Table>& KeysOf(const Work& w)
 {
@@ -71,7 +71,7 @@ const Table& TableOf(const Work& w)
     return table;
 }
 
-/// Makes a table, copies all keys into it, and destroys it.
+/// Creates a table, copies all keys into it, and destroys it.
 template <class Table>
 void InsertAll(const Work& w)
 {
@@ -103,7 +103,7 @@ void VisitAll(const Work& w)
     *static_cast<float*>(w.dst) = float(sum);
 }
 
-/// Of as many live blocks as there are elements, frees half in random order and allocates as many anew.
+/// With as many live blocks as elements: frees half of them in random order and allocates as many again.
 template <class Blocks>
 void ExchangeBlocks(const Work& w)
 {

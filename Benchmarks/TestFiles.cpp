@@ -59,7 +59,7 @@ void EachSetting(int entries, Open open, Add add, Close close)
     }
 }
 
-/// A file for each number, made once by write(stream, number).
+/// One file per number, created once by write(stream, number).
 template <class Write>
 const std::string& FileFor(std::map<int, std::string>& made, int number, const char* ending, Write write)
 {

@@ -3,14 +3,14 @@
 #include <string>
 #include <vector>
 
-// What the benchmarks of files work on: made on first use, removed at the end.
+// The files that the benchmarks use: created on first use, removed at the end.
 namespace bench {
 
 constexpr int kBlock = 32768;
 constexpr int kLargeFile = 256 << 20;
 constexpr int kFileCount = 10000;
 
-/// A new folder among the temporary files.
+/// A new temporary folder.
 const std::string& TestFolder();
 
 /// A file of kLargeFile bytes.
@@ -19,7 +19,7 @@ const std::string& LargeFile();
 /// A folder with kFileCount files in a hundred subfolders.
 const std::string& ManyFiles();
 
-/// What archives are made of: 10,000 members of 1 to 64 KB, with names such as "models_city_door_0417.mesh".
+/// A member of the archives: there are 10,000 of 1 to 64 KB, with names such as "models_city_door_0417.mesh".
 struct Member {
     std::string name;
     const char* bytes;
@@ -29,9 +29,9 @@ constexpr int kMemberCount = 10000;
 constexpr unsigned kLargestMember = 65536;
 const std::vector<Member>& ArchiveMembers();
 
-/// An archive of the members in the library's format, written without it.
+/// An archive of the members in the library's format, written without the library.
 const std::string& ArchiveFile();
-/// So many settings, 13 to a section, in the library's nested text format and in the flat one of its peers.
+/// `entries` settings, 13 per section, in the library's nested text format and in the flat one of its peers.
 const std::string& ConfigurationFile(int entries);
 const std::string& IniFile(int entries);
 

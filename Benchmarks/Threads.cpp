@@ -18,7 +18,7 @@ unsigned int Raise(void* number)
     return unsigned(++*static_cast<int*>(number));
 }
 
-/// A thread for each element, all at once.
+/// Starts one thread per element, all at once, and joins them.
 void StartAndJoin(const Work& w)
 {
     std::vector<ZmThread> threads(size_t(w.count));

@@ -41,7 +41,7 @@ bool Agree(const float* ours, const float* theirs, int floats, double tolerance)
     double difference = 0;
     for (int i = 0; i < floats; ++i) {
         largest = std::max(largest, std::fabs(double(ours[i])));
-        // A non-number must not pass, so nothing is compared by "greater".
+        // Written so that NaN fails.
         const double apart = std::fabs(double(ours[i]) - double(theirs[i]));
         difference = apart <= difference ? difference : apart;
     }
@@ -74,7 +74,7 @@ void VerifyAll()
     std::vector<float> ours;
     for (const Measurement& m : Measurements()) {
         if (m.size != 0) {
-            continue;  // the smallest size tells enough
+            continue;  // the smallest size suffices
         }
         if (m.contender->role == Role::Ours) {
             ours = Results(m);

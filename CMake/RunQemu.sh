@@ -4,7 +4,7 @@
 # Exit code 77: skipped.
 case $1 in
     *-NOTFOUND)
-        echo "skipped: this system runs no 32-bit programs, and QEMU is not installed"
+        echo "skipped: this system cannot run 32-bit programs, and QEMU is not installed"
         exit 77
         ;;
 esac

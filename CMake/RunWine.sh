@@ -45,10 +45,10 @@ case $1 in
         "$wine" "$2" >>"$HOME/wineboot.log" 2>&1 </dev/null || status=$?
         if [ "$status" -ne 42 ]; then
             if [ "$WINEARCH" = win32 ]; then
-                skip "$wine runs no 32-bit programs"
+                skip "$wine cannot run 32-bit programs"
             fi
             cat "$HOME/wineboot.log"
-            echo "$wine does not run a program that exits with 42: it gave $status"
+            echo "$wine does not run a program that exits with 42: it exited with $status"
             exit 1
         fi
         wineserver -w || true

@@ -15,7 +15,7 @@ die() {
 install_packages() {
     local group package missing=()
     if ! command -v dpkg-query >/dev/null || ! command -v apt-get >/dev/null; then
-        echo "Not a Debian system: see Scripts/packages for what has to be installed"
+        echo "Not a Debian system: Scripts/packages lists the packages to install"
         return
     fi
     for group in "$@"; do
@@ -39,7 +39,7 @@ install_packages() {
         "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
             apt-get install -y --no-install-recommends "${missing[@]}"; } >"$log" 2>&1; then
         tail -n 30 "$log"
-        die "Packages could not be installed; the whole output is in $log"
+        die "Packages could not be installed; the full output is in $log"
     fi
 }
 
@@ -52,7 +52,7 @@ build() {
         echo "The $preset build failed:"
         # Filters out progress and command lines.
         awk 'length < 300 && !/^(\[[0-9]+\/[0-9]+\]|-- |Preset CMake|  [A-Z][A-Za-z_:]*=)/' "$log" | tail -n 60
-        echo "(the whole output is in $log)"
+        echo "(the full output is in $log)"
         return 1
     fi
 }

@@ -1,6 +1,5 @@
-// Bullet's LinearMath, as its package builds it. Its matrices are rows of 3x3 blocks for
-// column vectors: `aTransform` is the transform that our `a` is; where a block is
-// only taken apart, our rows serve as its rows.
+// Bullet's LinearMath as packaged. Its matrices are rows of 3x3 blocks for column vectors: `aTransform` is the same
+// transform as our `a`. Where a block is only decomposed, our rows serve as its rows.
 
 #include "../Each.h"
 #include "../QueryInputs.h"
@@ -169,7 +168,7 @@ void Polar(const Work& w)
     });
 }
 
-/// Set aside: stops at errors of 1e-5, where the others reach 5e-7.
+/// Not counted: stops at errors of 1e-5, where the others reach 5e-7.
 void PolarBySvd(const Work& w)
 {
     Each<btQuaternion>(w, [](btQuaternion& res, const Operands& in, int i) {
@@ -189,7 +188,7 @@ inline void StoreFull(FullParts& res, const btQuaternion& turn, const btVector3&
     CopyFloats(res.uRot, axes, 4);
 }
 
-/// Set aside for the same reason.
+/// Not counted, for the same reason.
 void TotalBySvd(const Work& w)
 {
     Each<FullParts>(w, [](FullParts& res, const Operands& in, int i) {
@@ -214,12 +213,12 @@ void Total(const Work& w)
         btQuaternion turn, axes;
         turning.getRotation(turn);
         frame.getRotation(axes);
-        // Bullet stretches after turning, we before.
+        // Bullet stretches after rotating, we before.
         StoreFull(res, turn, m.getOrigin(), {stretch[0][0], stretch[1][1], stretch[2][2]}, turn * axes);
     });
 }
 
-/// Our rows in a btTransform: only the fourth column is not as in a ZmMatrix.
+/// Converts our rows in a btTransform: only the fourth column differs from a ZmMatrix.
 void FromRows(float* matrix)
 {
     matrix[3] = matrix[7] = matrix[11] = 0;

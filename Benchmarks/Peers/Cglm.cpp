@@ -1,4 +1,4 @@
-// cglm, inline functions. They take their inputs without const and do not change them.
+// cglm, inline functions. They take their inputs as non-const but do not change them.
 
 #include "../Each.h"
 #include "../QueryInputs.h"
@@ -9,7 +9,7 @@
 namespace bench {
 namespace {
 
-// Operands as cglm's types. No template: these types' alignment does not survive as an argument.
+// Operands as cglm's types. Not a template: the alignment of these types is lost in template arguments.
 inline mat4& Mat4(const void* operands, int i)
 {
     return static_cast<mat4*>(const_cast<void*>(operands))[i];
@@ -127,9 +127,9 @@ void Slerp(const Work& w)
         w, [](versor& res, const Operands& in, int i) { glm_quat_slerp(Quat(in.p, i), Quat(in.q, i), in.t[i], res); });
 }
 
-// The sphere-box test is left out: in version 0.8 it measures a centre below the box from the wrong face.
+// No sphere-box test: the one of version 0.8 measures a centre below the box from the wrong face.
 
-/// Two corners as cglm takes them, smallest first.
+/// Two corners as cglm expects them, minimum first.
 inline vec3* Box(const float* corners)
 {
     return reinterpret_cast<vec3*>(const_cast<float*>(corners));

@@ -188,7 +188,7 @@ void Interpolate(const Work& w)
     });
 }
 
-/// A block as turn * axes * diag(scale) * axes^T, mirroring left to the scale's sign.
+/// A block as turn * axes * diag(scale) * axes^T; a reflection is in the sign of the scale.
 struct Factors {
     Matrix3f turn, axes;
     Vector3f scale;
@@ -216,9 +216,8 @@ struct BySvd : Factors {
     }
 };
 
-/// From the eigenvectors of the square: faster, and half the digits are lost when the
-/// scales differ much. The closed form is set aside: errors of 1e-5 for any scales, as
-/// its documentation says.
+/// Uses the eigenvectors of the square: faster, but half the digits are lost if the scales differ much. The closed form
+/// is not counted: it has errors of 1e-5 for any scales, as its documentation says.
 template <bool ClosedForm>
 struct BySquare : Factors {
     explicit BySquare(const Matrix3f& m)

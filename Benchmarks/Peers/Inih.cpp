@@ -9,7 +9,7 @@
 namespace bench {
 namespace {
 
-/// The same tree in the hash maps of the standard library.
+/// The same tree, built of the standard library's hash maps.
 struct Section {
     std::unordered_map<std::string, std::string> entries;
     std::unordered_map<std::string, std::unique_ptr<Section>> sections;
@@ -17,7 +17,7 @@ struct Section {
 
 struct Loading {
     Section root;
-    std::string path;  ///< of the current section, which is not searched again for each of its entries
+    std::string path;  ///< of the current section, to avoid a search for each of its entries
     Section* section = &root;
     int count = 0;
 };

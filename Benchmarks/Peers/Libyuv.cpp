@@ -1,4 +1,4 @@
-// Frames by libyuv; memcpy where it has no conversion.
+// Frames with libyuv; memcpy where it has no conversion.
 
 #include "../Pictures.h"
 
@@ -20,7 +20,7 @@ void Convert(const Work& w)
              width * w.dstStride / 4, width, HeightOf(w));
 }
 
-/// Premultiplies the source and then blends it.
+/// Premultiplies the source, then blends it.
 void AttenuateAndBlend(const Work& w)
 {
     static std::vector<Bytes> premultiplied;
@@ -49,7 +49,7 @@ void MakeMipmaps(const Work& w)
     }
 }
 
-/// As many bytes as the larger side has.
+/// Copies as many bytes as the larger side has.
 void Copy(const Work& w)
 {
     static std::vector<Bytes> copy;

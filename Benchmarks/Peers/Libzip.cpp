@@ -1,4 +1,4 @@
-// Archives with members that are stored as they are.
+// Archives with uncompressed members.
 
 #include "../Harness.h"
 #include "../TestFiles.h"

@@ -1,5 +1,5 @@
-// Plain loops whose strides and sizes the compiler knows, for AVX2 and FMA: what
-// an engine would write by hand for its own vertex formats.
+// Plain loops with strides and sizes known at compile time, for AVX2 and FMA: what an engine would write by hand for
+// its own vertex formats.
 
 #include "../Each.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-// Results of the decompositions, and what turns the peers' results into our conventions.
+// Results of the decompositions, and conversions from the peers' conventions to ours.
 namespace bench {
 
 struct QuickParts {

@@ -1,4 +1,4 @@
-// Frames by pixman.
+// Frames with pixman.
 
 #include "../Pictures.h"
 

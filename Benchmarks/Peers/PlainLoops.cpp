@@ -1,5 +1,5 @@
-// The loop that our scalar path is judged by: strides known only at run time, the
-// library's own flags.
+// The loop against which our scalar path is measured: strides known only at run time, compiled with the library's own
+// flags.
 
 #include "../Harness.h"
 
@@ -15,7 +15,7 @@ void Transform(const Work& w)
     std::memcpy(m, w.extra, sizeof m);
     const char* src = static_cast<const char*>(w.src);
     char* dst = static_cast<char*>(w.dst);
-    // Copies: what is written through dst might be the members else.
+    // Copies: stores through dst could alias the members.
     const int count = w.count, srcStride = w.srcStride, dstStride = w.dstStride;
     for (int i = 0; i < count; ++i, src += srcStride, dst += dstStride) {
         float v[3];

@@ -1,4 +1,4 @@
-// The queries in the plain forms that textbooks give them, with early exits.
+// The queries in their plain textbook forms, with early exits.
 
 #include "../Harness.h"
 #include "../QueryInputs.h"
@@ -50,7 +50,7 @@ void BoxBox(const Work& w)
     });
 }
 
-/// Set aside: six comparisons in place cost less than any call.
+/// Not counted: six inlined comparisons cost less than any call.
 void BoxBoxWithoutBranches(const Work& w)
 {
     EachPair(w, [](const QueryInputs& in, int i, int j) {
@@ -75,7 +75,7 @@ void SphereBox(const Work& w)
     });
 }
 
-/// Slabs with divisions.
+/// The slab test with divisions.
 void RayBoxBySlabs(const Work& w)
 {
     EachPair(w, [](const QueryInputs& in, int i, int j) {
@@ -127,8 +127,7 @@ void RayBoxByAxes(const Work& w)
     });
 }
 
-/// T. Moeller and B. Trumbore, Journal of Graphics Tools 2(1), 1997, with the point that ours gives.
-/// Makes a result needed.
+/// Makes the compiler keep a result.
 void Keep(float result)
 {
     [[maybe_unused]] volatile float kept = result;
@@ -174,6 +173,7 @@ void MovingSpheres(const Work& w)
     Keep(first + last);
 }
 
+/// T. Moeller and B. Trumbore, Journal of Graphics Tools 2(1), 1997, with the point that ours returns.
 void RayTriangle(const Work& w)
 {
     volatile float sink;
@@ -252,7 +252,7 @@ void OrientedBoxes(const Work& w)
              [](const QueryInputs& in, int i, int j) { return OverlapOriented(in.oriented[i], in.otherOriented[j]); });
 }
 
-/// Centre and radius against each plane, of a box that a matrix places.
+/// Tests centre and radius of a box, placed by a matrix, against each plane.
 void FrustumPlanesBox(const Work& w)
 {
     EachPair(w, [](const QueryInputs& in, int i, int j) {

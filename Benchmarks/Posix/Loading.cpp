@@ -1,7 +1,7 @@
 // ZmLoadingBenchmark <library> <empty library>
 //
-// What loading the library costs beyond an empty one and the 10 ms for which the clock's measurement sleeps. A program
-// of its own, since the other benchmarks have the library in them.
+// Measures the cost of loading the library, beyond that of an empty library and the 10 ms sleep of the clock
+// measurement. A separate program, since the other benchmarks link the library.
 
 #include <algorithm>
 #include <chrono>

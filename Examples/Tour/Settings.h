@@ -28,8 +28,8 @@ struct Settings {
 const int kMinSize = 64;
 const int kMaxSize = 8192;
 
-/// Parses comma-separated triples of numbers, in the order of the record and within the limits of scene files. Returns
-/// false if `text` is anything else.
+/// Parses three comma-separated numbers, in the order of the record and within the limits of scene files. Returns false
+/// if `text` is anything else.
 bool ReadCamera(const char* text, CameraSettings& res);
 
 /// A text that ReadCamera() reads back to the same bits.

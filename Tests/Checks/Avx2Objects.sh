@@ -3,7 +3,7 @@
 #
 # Code compiled for AVX2 must not reach processors without it. A weak symbol
 # (an inline function or template instance) could replace the plain copy of
-# another file, and a static initialiser would run unasked.
+# another file, and a static initialiser would run without the processor check.
 set -euo pipefail
 
 nm=$1

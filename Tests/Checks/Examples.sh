@@ -1,7 +1,7 @@
 #!/bin/bash
 # Examples.sh <folder of expected texts> <scratch folder> <program>... -- [<emulator>...]
 #
-# Each program, run in the empty scratch folder, prints what stands in the text of its name.
+# Each program, run in the empty scratch folder, must print the expected text of its name.
 set -euo pipefail
 
 texts=$1 scratch=$2

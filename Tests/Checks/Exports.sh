@@ -13,14 +13,14 @@ library=$3
 exported() {
     case $library in
         *.dll)
-            # The lines of the export table read: [ 12] +base[ 13] 000c name
+            # The lines of the export table have the form: [ 12] +base[ 13] 000c name
             "$objdump" -p "$library" | sed '1,/^\[Ordinal\/Name Pointer\] Table/d; /^$/,$d' |
                 awk '/^[[:space:]]*\[/ { print $NF }'
             ;;
         *)
             "$objdump" -T "$library" | awk '/^[0-9a-f]+ / && !/\*UND\*/ { print $NF }'
             ;;
-    # The names of types come with their typeinfo; DLLs keep them to themselves.
+    # Type names are exported along with their typeinfo; DLLs do not export them.
     esac | c++filt | grep -v '^typeinfo name for ' | sort -u
 }
 

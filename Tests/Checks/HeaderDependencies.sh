@@ -1,9 +1,9 @@
 #!/bin/bash
 # HeaderDependencies.sh <compiler> <include folder> <header>...
 #
-# Public headers are cheap: beyond each other they may include the C headers
-# of this list, which have no C++ wrapper, and what those include themselves;
-# and <new>, as small as they are, for what containers construct in place.
+# Public headers are cheap: apart from each other they may include only the C
+# headers of this list, without their C++ wrappers, and what those include; and
+# <new>, which is small, since containers construct items in place.
 set -euo pipefail
 allowed='assert.h float.h limits.h new stdarg.h stddef.h stdint.h stdio.h string.h'
 

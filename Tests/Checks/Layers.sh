@@ -1,8 +1,8 @@
 #!/bin/bash
 # Layers.sh <project folder>
 #
-# Each folder of Sources/ includes only folders below it, and the operating
-# system is seen in Platform/Posix and Platform/Win32 alone.
+# Each folder of Sources/ includes only folders below it, and only Platform/Posix
+# and Platform/Win32 use the operating system.
 set -euo pipefail
 cd "$1"
 
@@ -31,14 +31,14 @@ declare -A folder_of
 for source in Sources/*/*.cpp; do
     folder_of[$(basename "$source" .cpp).h]=$(basename "$(dirname "$source")")
 done
-# Classes whose members are all inline have no source file.
+# Headers without a source file: all their functions are inline.
 folder_of[ZmOBB.h]=Math
 folder_of[ZmImageDescEx.h]=Imaging
 folder_of[ZmSphere.h]=Math
 for header in XArray XGUID XHashFun XHashTable XInterop; do
     folder_of[$header.h]=Foundations
 done
-# One with a source file for each family of its functions.
+# A header with one source file for each family of its functions.
 folder_of[ZmIntersect.h]=Queries
 
 check() { # <file> <folder> <included folder> <included name>

@@ -1,7 +1,7 @@
 #!/bin/bash
 # Pictures.sh <page> <scratch folder> <program that compares> <program that draws> -- [<emulator>...]
 #
-# The program draws the pictures in the folder of the page's name, no more and no fewer, and the page shows all.
+# The program draws exactly the pictures in the folder with the page's name, and the page shows all of them.
 set -euo pipefail
 
 page=$1 scratch=$2 compare=$3 draw=$4

@@ -1,7 +1,7 @@
 #!/bin/bash
 # ReadmeExample.sh <README.md> <source> <program>...
 #
-# The first C++ block of the page is the source, and the first text block is
+# The first C++ block of the page must be the source, and the first text block
 # what the program prints.
 set -euo pipefail
 

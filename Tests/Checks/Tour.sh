@@ -1,8 +1,8 @@
 #!/bin/bash
 # Tour.sh <scratch folder> [<emulator>...] <ZmTour>
 #
-# The tour draws the same picture on any number of threads, keeps its camera from run to run, and refuses what makes no
-# sense. Its settings go into the scratch folder, or into the emulator's prefix.
+# The tour draws the same picture on any number of threads, remembers its camera, and refuses invalid input. Its
+# settings go into the scratch folder, or into the emulator's prefix.
 set -euo pipefail
 
 scratch=$1
@@ -13,7 +13,7 @@ mkdir -p "$scratch/settings"
 cd "$scratch"
 export XDG_CONFIG_HOME=$scratch/settings
 
-# expect <exit code> <extended regular expression> <argument>...: both streams together must match, in a line.
+# expect <exit code> <extended regular expression> <argument>...: some line of either stream must match.
 expect() {
     local code=$1 pattern=$2 status=0
     shift 2
@@ -23,7 +23,7 @@ expect() {
         exit 77
     fi
     if [ $status -ne "$code" ] || ! grep -qE -- "$pattern" out.log; then
-        echo "ZmTour $*: exit code $status instead of $code, or nothing like '$pattern' in"
+        echo "ZmTour $*: exit code $status instead of $code, or no match for '$pattern' in"
         cat out.log
         exit 1
     fi
@@ -36,7 +36,7 @@ cmp given/tour.png again/tour.png
 expect 0 '^Camera .* as the scene says' --output scene --camera scene
 expect 0 '^Camera .* as the scene says' --output scene
 if cmp -s given/tour.png scene/tour.png; then
-    echo "Another camera has given the same picture"
+    echo "A different camera gave the same picture"
     exit 1
 fi
 

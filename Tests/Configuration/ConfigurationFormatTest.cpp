@@ -11,7 +11,7 @@ namespace {
 
 class ConfigurationFormatTest : public testing::Test {
 protected:
-    /// What a load gave: "line error tree".
+    /// The result of a load as a text: "line error tree".
     std::string Load(const std::string& text, bool fromFile)
     {
         ZmConfiguration tree(0);

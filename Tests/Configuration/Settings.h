@@ -4,7 +4,7 @@
 
 #include <string>
 
-/// A value as an object of its own reads it; empty if it is not there.
+/// A value as a new object reads it; empty if it does not exist.
 inline std::string ReadSetting(const std::string& section, const std::string& name)
 {
     ZmConfig settings;

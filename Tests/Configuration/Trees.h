@@ -19,7 +19,7 @@ std::string TextOf(NextEntry nextEntry, NextSection nextSection)
     return text;
 }
 
-/// A tree in one line and in its order: "a=1;S{b=2;}". For sections and whole configurations.
+/// The tree as one line, in its order: "a=1;S{b=2;}". For sections and whole configurations.
 inline std::string TextOf(const ZmConfigurationSection& section)
 {
     auto entry = section.BeginChildEntry();

@@ -72,7 +72,7 @@ TEST(ZmConfigurationTest, DefaultsAreFoundWhereTheMainTreeHasNothing)
     EXPECT_STREQ(tree.GetEntry("x", 1)->GetValue(), "hides");
     EXPECT_STREQ(tree.GetSubSection("s.t", 1)->GetEntry("y")->GetValue(), "2");
 
-    // The section is known among the defaults, and so the entry goes there.
+    // The section exists in the defaults, so the entry is added there.
     EXPECT_EQ(tree.AddEntry("s.u", "z", "4"), 1);
     EXPECT_STREQ(other->GetEntry("z")->GetValue(), "4");
     EXPECT_EQ(tree.GetNumberOfEntriesRecursive(), 1);

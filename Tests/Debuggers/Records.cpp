@@ -1,7 +1,7 @@
-// One of each kind that debuggers show, for Gdb.py to look at.
+// One object of each kind that the debugger scripts display, inspected by Gdb.py.
 #include <ZmMath.h>
 
-// Not inlined and not in another file, so that a breakpoint is met here.
+// Must not be inlined, so that the breakpoint on it is hit.
 __attribute__((noinline)) void Look()
 {
     asm volatile("");

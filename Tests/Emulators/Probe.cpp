@@ -1,4 +1,4 @@
-// Shows whether programs of this kind run at all.
+// Checks whether programs of this kind run at all.
 int main()
 {
     return 42;

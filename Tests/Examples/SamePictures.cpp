@@ -1,4 +1,4 @@
-// SamePictures <folder> <other folder> <name>...: whether the pictures of those names have equal pixels in both.
+// SamePictures <folder> <other folder> <name>...: compares the pixels of the named pictures in both folders.
 #include <cstdio>
 #include <cstring>
 #include <string>

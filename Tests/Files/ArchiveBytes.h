@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-/// The format of archives, written and read without the library: names with the bytes of their entries.
+/// Reads and writes the archive format without the library, as names with the bytes of their entries.
 typedef std::vector<std::pair<std::string, std::string>> Members;
 
 inline std::string WordBytes(uint32_t word)
@@ -23,7 +23,7 @@ inline std::string ArchiveBytes(const Members& members)
     return "ZMBG" + WordBytes(uint32_t(index.size())) + index + data;
 }
 
-/// Of a sound archive; throws std::out_of_range for others, and takes all of the file.
+/// The members of a valid archive, which must be consumed entirely; throws std::out_of_range for any other.
 inline Members MembersOf(const std::string& archive)
 {
     const auto word = [&](size_t at) {

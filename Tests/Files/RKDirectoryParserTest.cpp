@@ -35,8 +35,8 @@ Paths Walk(const std::string& dir, const char* pattern, bool recursive, bool lis
     return Results(parser);
 }
 
-/// The names below a folder in the order of the walk, by the standard library: each folder's files, then one subfolder
-/// after the other, those of the first one not listed.
+/// The expected order of a walk, computed with the standard library: the files of each folder, then its subfolders one
+/// by one. Folders below the first subfolder are not listed.
 void ExpectWalk(Paths& paths, const fs::path& place, const std::string& joined, const std::string& end, bool lists)
 {
     Paths folders;

@@ -18,7 +18,7 @@ std::string ReadSub(ZmSubFile& sub)
     return bytes;
 }
 
-/// With line feeds only.
+/// The text of a file, with CR LF converted to LF.
 std::string TextOf(const std::string& path)
 {
     std::string text = BytesOf(path);
@@ -54,7 +54,7 @@ protected:
     ZmBigFile m_Archive;
 };
 
-/// Does the same to an archive and to a list of members.
+/// Applies the same operations to an archive and to a list of members.
 class BigFileModelTest : public BigFileTest {
 protected:
     Members::iterator Any() { return m_Model.begin() + m_Random.Int(0, int(m_Model.size()) - 1); }
@@ -136,7 +136,7 @@ TEST_F(BigFileTest, FindsNamesWithoutTheirDirectoryInAnyCase)
         EXPECT_EQ(ReadSub(sub), "top");
     }
     ASSERT_EQ(m_Archive.Find("b", &sub), 1);
-    EXPECT_EQ(ReadSub(sub), "later") << "of two entries of a name";
+    EXPECT_EQ(ReadSub(sub), "later") << "the later of two entries with one name";
     EXPECT_EQ(m_Archive.Find("tex", nullptr), 0);
     EXPECT_EQ(m_Archive.Remove("DIR/TEX.BMP"), 1);
     EXPECT_EQ(m_Archive.Remove("dir/tex.bmp"), 0);
@@ -315,7 +315,7 @@ TEST_F(BigFileTest, WhatCannotBeSavedStaysAsItIs)
     ASSERT_EQ(m_Archive.Find("b", &sub), 1);
     EXPECT_EQ(ReadSub(sub), members[1].second);
 
-    // Where the system does not replace a file that somebody reads, that is a failure as any other.
+    // Where the system cannot replace a file that is open, saving fails like any other failure.
     ZmFile reader;
     ASSERT_TRUE(reader.Open(m_Path.c_str(), ZmFile::READONLY));
     const bool saved = m_Archive.Save(nullptr, nullptr) != 0;

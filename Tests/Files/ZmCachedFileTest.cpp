@@ -12,7 +12,7 @@ namespace {
 
 constexpr unsigned int kNone = 0xFFFFFFFF;
 
-/// The cached read over an array, one step after the other: P is the position, K the size of the cache, S its start.
+/// A model of the cached read over an array, step by step: P is the position, K the cache size, S the block's start.
 struct Model {
     const Block& file;
     unsigned int K;
@@ -86,7 +86,7 @@ struct Model {
     }
 };
 
-// To a place in the file or somewhat behind it, from the start, the end or the position.
+// Seeks to a place in the file or a little beyond it, relative to the start, the end or the position.
 void SeekBoth(Random& random, ZmCachedFile& file, Model& model)
 {
     const int target = random.Int(0, int(model.file.size() + model.K)), size = int(model.file.size());
@@ -133,7 +133,7 @@ TEST(CachedFileTest, ReadsAsTheModelDoes)
     }
 }
 
-/// A file whose byte at each place tells the place.
+/// A file in which the value of each byte gives its position.
 class SmallCachedFileTest : public testing::Test {
 protected:
     SmallCachedFileTest()
@@ -168,7 +168,7 @@ TEST_F(SmallCachedFileTest, WritesGoWhereTheFileStandsAndPastTheCache)
     file.ZmFile::Seek(0, ZmStream::START);
     EXPECT_EQ(file.Write("xyz", 3), 3u);
     file.Seek(0, ZmStream::START);
-    EXPECT_EQ(Read(file, 4), std::string("abc\3", 4)) << "the cache is not told";
+    EXPECT_EQ(Read(file, 4), std::string("abc\3", 4)) << "writing does not update the cache";
     file.Close();
     EXPECT_EQ(BytesOf(m_Path), "xyz" + m_Bytes.substr(3));
 }
@@ -186,7 +186,7 @@ TEST_F(SmallCachedFileTest, OpeningAnotherFileForgetsTheBlock)
     EXPECT_EQ(Read(file, 4), "oooo") << "closing leaves the block";
     file.Seek(16, ZmStream::START);
     char c;
-    EXPECT_EQ(file.Read(&c, 1), 0u) << "and what is not in it is not read";
+    EXPECT_EQ(file.Read(&c, 1), 0u) << "bytes outside the block are not read";
     EXPECT_EQ(file.Open((m_Folder / "missing").c_str(), ZmFile::READONLY), 0);
     EXPECT_EQ(file.Read(&c, 1), 0u);
 }
@@ -203,7 +203,7 @@ TEST_F(SmallCachedFileTest, ChangedCacheSizesHoldForTheNextFill)
     ASSERT_TRUE(file.Open(m_Path.c_str(), ZmFile::READONLY));
     EXPECT_EQ(Read(file, 4), m_Bytes.substr(0, 4));
     file.SetCacheSize(16);
-    EXPECT_EQ(Read(file, 4), std::string(4, '\0')) << "a new block of zeros in the place of the old";
+    EXPECT_EQ(Read(file, 4), std::string(4, '\0')) << "the new block is zeroed and keeps the old position";
     file.Seek(40, ZmStream::START);
     EXPECT_EQ(Read(file, 20), m_Bytes.substr(40, 20));
 }

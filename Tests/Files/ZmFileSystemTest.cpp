@@ -59,7 +59,7 @@ TEST(FileSystemTest, AFileTreeIsMadeUpToTheLastSeparator)
     EXPECT_EQ(ZmCreateFileTree(""), 1);
 }
 
-/// The current folder while it lives.
+/// Changes the current folder while it lives.
 class CurrentFolder {
 public:
     explicit CurrentFolder(const std::string& path) : m_Old(fs::current_path()) { fs::current_path(path); }

@@ -12,14 +12,14 @@
 
 #include <vector>
 
-/// The number of open files that a program which is started would have, too.
+/// The number of open files that a child process would inherit.
 int InheritableFiles();
 
 namespace {
 
 using Lines = std::vector<std::string>;
 
-/// What can be seen of an opening mode: a missing and an existing file are opened, read and written.
+/// The visible effects of an opening mode: opens, reads and writes a missing and an existing file.
 std::string TracesOfMode(const TemporaryFolder& folder, const char* mode)
 {
     std::string traces;
@@ -136,7 +136,7 @@ TEST(FileTest, PrintfFlushAndScanfGiveTheCLibrarysResults)
     EXPECT_EQ(file.Scanf("%d", &number), unsigned(EOF));
 }
 
-// What a file reads as where the C library drops the CR before an LF, in the pieces of a buffer.
+// The pieces that a buffer of this size reads from a file if the C library drops the CR before an LF.
 Lines PiecesOf(const std::string& bytes, size_t bufferSize, bool dropsReturns)
 {
     Lines pieces;
@@ -159,7 +159,7 @@ Lines ReadPieces(const std::string& path, int mode, unsigned int bufferSize)
     Lines pieces;
     ZmFile file;
     file.Open(WithBackslashes(path).c_str(), ZmFile::OpenMode(mode));
-    std::vector<char> buffer(bufferSize);  // of the heap, so that a sanitizer sees its end
+    std::vector<char> buffer(bufferSize);  // on the heap, so that a sanitizer checks its end
     while (pieces.size() < 1000 && file.GetString(buffer.data(), bufferSize)) {
         pieces.push_back(buffer.data());
     }
@@ -183,7 +183,7 @@ TEST(FileTest, GetStringReadsCrLfAsLfInTextModes)
     }
 }
 
-// Systems whose lines end with CR LF drop the CR also where characters are counted.
+// Systems whose lines end with CR LF also drop the CR when a number of characters is read.
 std::string CharactersOf(const std::string& bytes)
 {
     std::string text;
@@ -257,7 +257,7 @@ TEST(FileTest, ProgramsThatAreStartedInheritNoFile)
     {
         std::FILE* inherited = fopen(path.c_str(), "w");
         ASSERT_NE(inherited, nullptr);
-        EXPECT_EQ(InheritableFiles(), before + 1) << "as files are where nobody sees to it";
+        EXPECT_EQ(InheritableFiles(), before + 1) << "unlike the library's files, an ordinary file is inherited";
         fclose(inherited);
     }
     std::vector<ZmFile> files(14);
@@ -334,7 +334,7 @@ TEST(FileTest, CopiesShareOneFile)
         EXPECT_EQ(first.Position(), 2u);
         EXPECT_EQ(third.Write("cd", 2), 2u);
     }
-    EXPECT_EQ(BytesOf(folder / "file"), "abcd") << "closed with the first copy that goes";
+    EXPECT_EQ(BytesOf(folder / "file"), "abcd") << "the first copy to be destroyed closed the file";
     ExpectRefusal(first);
     ExpectRefusal(third);
     ASSERT_TRUE(first.Open((folder / "file").c_str(), ZmFile::READONLY)) << "and can be opened anew, for itself";

@@ -11,7 +11,7 @@ namespace {
 
 using Sizes = std::vector<unsigned int>;
 
-/// Gives bytes counted from 0 on and keeps what it gets, with the sizes of the calls. It may refuse both.
+/// Yields bytes counting up from 0 and records what is written, with the size of each call. It can refuse both.
 class TestStream final : public ZmStream {
 public:
     explicit TestStream(unsigned int size, bool refuses = false) : m_Size(size), m_Refuses(refuses) {}

@@ -23,7 +23,7 @@ protected:
     ZmFile m_File;
 };
 
-/// A span, and the place in the file where it should stand.
+/// A span and its expected position in the file.
 struct Span {
     ZmSubFile stream;
     unsigned int offset, size, position = 0;
@@ -40,7 +40,8 @@ struct Span {
         const int way = random.Int(0, 2);
         const unsigned int move = way == 0 ? target : way == 1 ? size - target : target - position;
         position = target;
-        // The file may stand before this span, so that a move from there fails; the span moves all the same.
+        // The file may be positioned before this span, so that a relative move fails there; the span moves all the
+        // same.
         stream.Seek(int(move), ZmStream::SeekMode(way));
     }
 
@@ -98,11 +99,11 @@ TEST_F(SubFileTest, SeekCountsBackwardsFromTheEnd)
     EXPECT_EQ(span.Position(), 90u);
     EXPECT_EQ(m_File.Position(), 290u);
     EXPECT_EQ(span.Seek(-10, ZmStream::END), 1);
-    EXPECT_EQ(span.Position(), 110u) << "nothing keeps it within";
+    EXPECT_EQ(span.Position(), 110u) << "the position is not clamped";
     m_File.Seek(5, ZmStream::START);
     EXPECT_EQ(span.Seek(-1, ZmStream::SeekMode(3)), 1) << "other modes count from the position";
     EXPECT_EQ(span.Position(), 109u);
-    EXPECT_EQ(m_File.Position(), 4u) << "the file moves from where it is";
+    EXPECT_EQ(m_File.Position(), 4u) << "a relative seek moves the file from its own position";
     EXPECT_EQ(span.Seek(-300, ZmStream::START), 0) << "as the file refuses";
 }
 

@@ -3,8 +3,8 @@
 #include <stdio.h>
 #include <stdlib.h>
 
-// Objects that outlive the allocator: they are constructed before its first use and so destroyed after it, or, where
-// a DLL has it, while it still lives. A leak is for the sanitizer to find.
+// Objects that outlive the allocator: they are constructed before its first use and so destroyed after it or, if it is
+// in a DLL, while it is still alive. Sanitizers detect leaks.
 
 namespace {
 

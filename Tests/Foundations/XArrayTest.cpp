@@ -98,7 +98,7 @@ TEST(XArrayTest, RandomOperationsAgreeWithAVector)
     EXPECT_EQ(Tracked::Alive(), 0);
 }
 
-/// Appends its own items, which are found when the array is full too; returns the capacities on the way.
+/// Appends the array's own items, which must stay valid even when the array grows; returns the capacities on the way.
 template <class T>
 std::vector<int> GrowByOwnItems(bool byMoving)
 {

@@ -11,8 +11,8 @@
 
 namespace {
 
-/// The rules of the allocator by the letter: chunks are searched one by one, and every index is written. Only the
-/// address of a new chunk is taken from the first block of it that the real allocator hands out.
+/// The allocator's rules implemented literally: chunks are searched one by one, and every index is written. Only the
+/// address of a new chunk is taken from the first block that the real allocator returns from it.
 class ChunkModel {
 public:
     ChunkModel(int blockSize, int pageSize)
@@ -20,7 +20,7 @@ public:
     {
     }
 
-    /// Whether the rules hand out this block.
+    /// Whether the rules return this block.
     bool Allocate(char* real)
     {
         if (m_Allocation == kNone || m_Chunks[m_Allocation].free == 0) {
@@ -104,7 +104,7 @@ private:
                 }
             }
         }
-        abort();  // the blocks in use come from Allocate()
+        abort();  // all blocks in use come from Allocate()
     }
 
     void KeepOneFreeChunk()
@@ -132,7 +132,7 @@ private:
     size_t m_Release = kNone;
 };
 
-/// The allocator and its model, with the blocks in use; each is filled with a byte of its own.
+/// The allocator, its model, and the blocks in use; each block is filled with its own byte.
 class Compared {
 public:
     Compared(int blockSize, int pageSize) : m_Size(blockSize), m_Real(blockSize, pageSize), m_Model(blockSize, pageSize)
@@ -143,7 +143,7 @@ public:
     {
         char* block = static_cast<char*>(m_Real.Allocate());
         ASSERT_NE(block, nullptr);
-        ASSERT_TRUE(m_Model.Allocate(block)) << "another block than the rules give";
+        ASSERT_TRUE(m_Model.Allocate(block)) << "not the block that the rules return";
         memset(block, int(++m_Mark & 0xFF), size_t(m_Size));
         m_Used.push_back({block, std::string(size_t(m_Size), char(m_Mark))});
         CompareFigures();
@@ -160,7 +160,7 @@ public:
         CompareFigures();
     }
 
-    /// What must change nothing.
+    /// Calls that must have no effect.
     void Misuse(Random& random)
     {
         char foreign[8];
@@ -197,7 +197,7 @@ private:
     unsigned m_Mark = 0;
 };
 
-// Blocks of any order, the latest, the earliest: each empties chunks in another order.
+// Random blocks, the latest, or the earliest: each empties the chunks in a different order.
 size_t Victim(Random& random, int phase, int count)
 {
     return phase % 3 == 0 ? size_t(random.Int(0, count - 1)) : phase % 3 == 1 ? size_t(count - 1) : 0;

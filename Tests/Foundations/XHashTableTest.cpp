@@ -33,7 +33,7 @@ TEST(XHashTableTest, TheHashOfATextIsThatOfThePlainLoop)
     EXPECT_EQ(XHashFun<XGUID>()({7, 9}), 7u);
 }
 
-/// Half of them have one hash, for 5 'a' + 'f' is 5 'b' + 'a'.
+/// Half of the keys share one hash, since 5 'a' + 'f' is 5 'b' + 'a'.
 std::vector<XString> TextKeys()
 {
     std::vector<XString> keys{XString()};
@@ -75,7 +75,7 @@ int NumberOf(const XString& value)
     return int(strtol(value.Text(), nullptr, 10));
 }
 
-/// A table, and what it must be: the order of its items by a vector, and the number of its buckets.
+/// A table and its expected state: the order of its items in a vector, and the number of its buckets.
 template <class T, class K>
 class Compared {
 public:

@@ -66,13 +66,13 @@ int ICompare(const std::string& a, const std::string& b)
     return lowerA.c_str()[i] - lowerB.c_str()[i];
 }
 
-/// What one step works with. The text may be a part of the string that it changes, so what it says is kept apart.
+/// The operands of one step. The text may be a part of the string that changes, so a copy of it is kept.
 struct Step {
     Step(Random& random, const XString& string, std::string& foreign);
 
     const char* text;
     std::string words;  ///< the text
-    std::string view;   ///< as an XBaseString reads it
+    std::string view;   ///< the text as an XBaseString reads it
     int start, length;  ///< of a part of the string
     char from, to;
     std::string fromText;
@@ -117,7 +117,7 @@ std::string Appended(const std::string& text, const std::string& tail)
     return text.size() + tail.size() <= kMaxLength ? text + tail : text;
 }
 
-/// The block after a step. It stays itself where it need not grow.
+/// The block expected after a step. A block that need not grow stays the same.
 enum Block {
     STAYS,
     GROWS,            ///< where text and terminator do not fit
@@ -246,7 +246,7 @@ TEST(XStringModelTest, RandomOperationsAgreeWithTheModel)
         EXPECT_EQ(real.Capacity(), block);
         EXPECT_EQ(real.Text() == XString().Text(), block == 0);
         EXPECT_TRUE(real.Text() == before || block != sizeBefore || operation.block >= IS_EXACT) << "needless growth";
-        EXPECT_EQ(step.count, 0) << "replacements counted too much";
+        EXPECT_EQ(step.count, 0) << "too many replacements counted";
         CompareSearches(real, text, step);
     }
 }

@@ -11,7 +11,7 @@
 #include <functional>
 #include <string>
 
-// Random operations are compared with a model in XStringModelTest.cpp; here stand the edges.
+// The edge cases. XStringModelTest.cpp compares random operations with a model.
 
 namespace {
 
@@ -27,7 +27,7 @@ std::string All(const XBaseString& string)
     return {string.Text(), string.Length()};
 }
 
-/// Length and capacity, and a terminator behind the text.
+/// Checks length, capacity and the terminator.
 void ExpectSizes(const XString& string, int length, int capacity)
 {
     EXPECT_EQ(string.Length(), length);
@@ -289,7 +289,7 @@ TEST(XStringTest, SearchesFindPositionsOr65535)
     }
 }
 
-/// What a change makes of a text.
+/// A change and its expected result.
 struct Change {
     const char* name;
     const char* text;

@@ -37,7 +37,7 @@ TEST(ZmAlignedTest, BlocksOfAnotherOriginAreToldApart)
     EXPECT_EQ(ZmIsAllocatedByNewAligned(nullptr, 16), 0);
     char* words[9] = {};
     for (const int distance : {0, 15, 16, 100}) {
-        words[7] = reinterpret_cast<char*>(words + 7) - distance;  // as if so much had been left in front
+        words[7] = reinterpret_cast<char*>(words + 7) - distance;  // as if this many bytes had been skipped
         EXPECT_EQ(ZmIsAllocatedByNewAligned(words + 8, 16), int(distance < 16)) << distance;
     }
     words[7] = reinterpret_cast<char*>(words + 8);

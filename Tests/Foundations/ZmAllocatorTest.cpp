@@ -27,8 +27,8 @@ bool HoldsOnly(const void* block, char mark, size_t size)
     return std::all_of(bytes, bytes + size, [mark](char byte) { return byte == mark; });
 }
 
-/// The rules of scratch blocks over plain lists. Addresses are taken from the real allocator where the rules make a
-/// new block; elsewhere the rules say which block must come.
+/// The rules of scratch blocks over plain lists. Where the rules create a block, its address is taken from the real
+/// allocator; elsewhere the rules determine which block must be returned.
 class ScratchModel {
 public:
     struct Record {
@@ -46,7 +46,7 @@ public:
         if (fit != m_Free.end()) {
             record = *fit;
             m_Free.erase(fit);
-            ASSERT_EQ(static_cast<void*>(block), record.block) << "not the smallest that is large enough";
+            ASSERT_EQ(static_cast<void*>(block), record.block) << "not the smallest block that is large enough";
         } else if (!m_Free.empty()) {
             m_Free.pop_back();
         }
@@ -93,7 +93,7 @@ private:
 TEST(ZmAllocatorTest, ScratchBlocksComeByTheirRules)
 {
     Allocator().ReleaseUnusedScratch();
-    ASSERT_EQ(Allocator().GetAllocatedScratchCount(), 0) << "other tests gave back all of theirs";
+    ASSERT_EQ(Allocator().GetAllocatedScratchCount(), 0) << "other tests have released all their blocks";
     Random random(1);
     ScratchModel model;
     for (int i = 0; i < 20000 && !testing::Test::HasFailure(); ++i) {
@@ -178,7 +178,7 @@ TEST(ZmAllocatorTest, SizesOfOnePoolShareItsBlocks)
 {
     for (const unsigned size : {5u, 6u, 7u}) {
         void* block = Allocator().AllocatePool(size);
-        Allocator().ReleasePool(9, block);  // another pool: not its own
+        Allocator().ReleasePool(9, block);  // a pool that does not own the block
         void* another = Allocator().AllocatePool(8);
         EXPECT_NE(another, block);
         Allocator().ReleasePool(8, another);
@@ -335,7 +335,7 @@ TEST(ZmAllocatorTest, TheReportGoesToTheFileOrToTheStandardOutput)
     Allocator().ReleaseUnusedScratch();
 }
 
-/// What one thread has of one kind at a time, filled with a byte of its own.
+/// The blocks of one kind that a thread holds at a time, each filled with its own byte.
 struct Kind {
     void* (*allocate)(unsigned size);
     void (*release)(unsigned size, void* block);
@@ -352,7 +352,7 @@ const Kind kKinds[] = {
      [](unsigned, void* block) { Allocator().ReleaseString(static_cast<char*>(block)); }},
 };
 
-/// Whether the bytes of a block were another's too.
+/// Whether the block's bytes were also used by another thread.
 bool UseABlock(const Kind& kind, char mark, unsigned size)
 {
     void* block = kind.allocate(size);

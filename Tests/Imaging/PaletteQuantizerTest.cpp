@@ -10,7 +10,7 @@
 
 namespace {
 
-/// The published algorithm, step by step on 32-bit integers, one neuron after the other.
+/// The published algorithm, step by step on 32-bit integers, one neuron at a time.
 class Model {
 public:
     Model(const std::vector<uint8_t>& picture, int factor) : m_Picture(picture), m_Factor(factor)
@@ -126,7 +126,7 @@ private:
         }
     }
 
-    /// Whether the search goes on in this direction.
+    /// Examines one entry. Returns whether the search continues in this direction.
     bool Look(int i, int b, int g, int r, int& best, int& res) const
     {
         int d = abs(m_Sorted[i][1] - g);

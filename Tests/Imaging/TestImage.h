@@ -6,10 +6,10 @@
 
 #include <vector>
 
-/// Pixels with room around them: lines are padded, and bytes that do not belong to a line keep a known value.
+/// Pixels with margins: lines are padded, and bytes outside the lines keep a known value.
 class TestImage {
 public:
-    /// A negative pitch for lines that lie upwards.
+    /// `upwards` gives a negative pitch: lines from bottom to top.
     TestImage(uint32_t format, int width, int height, int padding = 5, bool upwards = false)
     {
         memset(static_cast<void*>(&desc), 0, sizeof(desc));
@@ -53,7 +53,7 @@ public:
     }
     void Put(int x, int y, uint32_t pixel) { memcpy(Line(y) + x * Bits() / 8, &pixel, size_t(Bits() / 8)); }
 
-    /// The bytes around the lines are as they were.
+    /// Whether the bytes around the lines are unchanged.
     bool MarginsUntouched() const
     {
         std::vector<uint8_t> rest = m_Bytes;
@@ -98,7 +98,7 @@ inline Fields FieldsOf(const ZmImageDescEx& desc, uint32_t pixel)
     return res;
 }
 
-/// A number of so many bits as one of another count: bits repeated, or rounded to nearest.
+/// Rescales a number from one bit count to another: bits repeated, or rounded to nearest.
 inline uint32_t Rescaled(uint32_t value, int from, int to)
 {
     if (to > from) {

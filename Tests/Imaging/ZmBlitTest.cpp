@@ -77,7 +77,7 @@ TEST(BlitTest, ChannelsOfAllWidthsConvert)
     });
 }
 
-/// Channels of any width in any order and with gaps between them.
+/// Sets channels of random widths, in random order and with gaps.
 void SetRandomMasks(ZmImageDescEx& desc, Random& random)
 {
     uint32_t* const masks[] = {&desc.RedMask, &desc.GreenMask, &desc.BlueMask, &desc.AlphaMask};
@@ -96,7 +96,7 @@ TEST(BlitTest, AnyMasksConvert)
     OnEachPath(3000, [](Random& random) {
         const uint32_t formats[] = {8, 4, 3, 1};
         TestImage src(formats[random.Int(0, 3)], 19, 2), dst(formats[random.Int(0, 3)], 19, 2, random.Int(0, 1) * 4);
-        // Whole bytes, as the formats have them, take ways of their own.
+        // Channels of whole bytes, like those of the formats, take separate code paths.
         const int keep = random.Int(0, 2);
         if (keep != 0) {
             SetRandomMasks(src.desc, random);
@@ -165,7 +165,7 @@ TEST(BlitTest, IndicesAreLookedUp)
     });
 }
 
-/// One pixel of a block in doubles.
+/// One pixel of a block, decoded in doubles.
 uint32_t Decoded(const uint8_t* block, uint32_t format, int i)
 {
     const uint8_t* const colours = block + (format == ZM_PF_DXT1 ? 0 : 8);
@@ -373,7 +373,7 @@ TEST(BlitTest, SourcesAreComposedByTheirAlpha)
                 src.Fill(random);
                 before.Fill(random);
                 for (int x = 0; x < 67; ++x) {
-                    // Opaque destinations have a way of their own; some lines are opaque from end to end.
+                    // Opaque destinations take a separate code path; some lines are entirely opaque.
                     before.Put(x, 3, before.Get(x, 3) | before.desc.AlphaMask);
                     before.Put(x, 20, before.Get(x, 20) | before.desc.AlphaMask);
                     before.Put(x, 5, before.Get(x, 5) & ~before.desc.AlphaMask);

@@ -6,7 +6,7 @@
 
 namespace {
 
-/// Heights and slopes as the definition says, with indices that wrap by division.
+/// Heights and slopes by definition, with indices wrapped by modulo.
 struct HeightsOf {
     const TestImage& image;
     uint32_t mask;

@@ -18,7 +18,7 @@ struct Layout {
     uint32_t red, green, blue, alpha;
 };
 
-/// Written down a second time on purpose: files hold these numbers.
+/// Deliberately a second copy: files contain these numbers.
 const struct {
     const char* name;
     uint32_t format;

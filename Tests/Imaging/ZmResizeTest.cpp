@@ -7,7 +7,7 @@
 
 namespace {
 
-/// How much of source pixel `at` goes into pixel `i` of the result, in doubles.
+/// The weight of source pixel `at` in result pixel `i`, in doubles.
 double Weight(int i, int at, int from, int to)
 {
     const double scale = double(from) / to;
@@ -18,7 +18,7 @@ double Weight(int i, int at, int from, int to)
     return std::max(0.0, 1 - fabs(place - at));
 }
 
-/// Every source pixel is asked for its share; nothing is separated.
+/// Sums the weights of all source pixels directly, without separating the two directions.
 void Reference(double (&res)[4], const TestImage& src, int x, int y, int width, int height)
 {
     double sum[4] = {};
@@ -39,7 +39,7 @@ void Reference(double (&res)[4], const TestImage& src, int x, int y, int width, 
     res[3] = sum[3];
 }
 
-/// Rounded to nearest, give or take what seven bits behind the point and shares of fifteen leave off.
+/// Rounding to nearest, plus what seven fraction bits and 15-bit weights can lose.
 constexpr double kRounding = 0.525;
 
 void ExpectResized(const TestImage& src, const TestImage& dst)
@@ -90,7 +90,7 @@ TEST(ResizeTest, AllSizesAgreeWithTheReference)
     });
 }
 
-/// Without alpha, so that whole numbers do the work.
+/// Pictures without alpha, which take the integer paths.
 TEST(ResizeTest, AllPathsGiveTheSamePixels)
 {
     const struct {

@@ -1,10 +1,10 @@
 #include "ZmMath.h"
 
-// A module that links the library, as the engine's do.
+// A module that links the library, like the modules of an engine.
 
 static XString g_Kept("kept, in pages, until the module goes");
 
-/// What a fresh load should have made and has not, or null; then uses what is made at its first use.
+/// Returns what a fresh load should have initialised but has not, or null. Then uses what is initialised on first use.
 extern "C" const char* UseLibrary()
 {
     ZmLog& log = ZmLog::GetLog();

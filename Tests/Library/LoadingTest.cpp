@@ -6,8 +6,8 @@
 #include <stdio.h>
 #include <thread>
 
-// Loads and unloads the library, alone and under a module that uses it. The exit code tells too what failed, since
-// the streams may be closed.
+// Loads and unloads the library, alone and under a module that uses it. The exit code also identifies the failure,
+// since the streams may be closed.
 
 namespace {
 
@@ -43,7 +43,7 @@ int LoadAndUnload(const char* library, const char* user)
     return Modules::IsLoaded(library) ? Fail(5, "unloading with the module") : 0;
 }
 
-// Windows ends these threads wherever they stand, and then runs the DLL's destructors, which have strings of their own.
+// Windows kills these threads at arbitrary points, and then runs the DLL's destructors, which use strings themselves.
 int EndAmidThreads(const char* user)
 {
     const auto use = reinterpret_cast<void (*)()>(Modules::Find(Modules::Load(user), "UseStringsForEver"));
@@ -62,13 +62,13 @@ int main(int argc, char** argv)
     if (argc != 3) {
         return argc == 4 ? EndAmidThreads(argv[2]) : Fail(1, "arguments");
     }
-    constexpr int kWarm = 8, kRounds = 13;  // the loaders and the C library grow tables at first
+    constexpr int kWarm = 8, kRounds = 13;  // the loaders and the C library still grow tables in the first rounds
     long handles = 0, bytes = 0, leftHandles = LONG_MAX, leftBytes = LONG_MAX;
     for (int round = 0; round < kRounds; ++round) {
         if (const int failed = LoadAndUnload(argv[1], argv[2])) {
             return failed;
         }
-        // What is really left is left each time; a heap also gives and takes a few bytes as its blocks happen to fit.
+        // A real leak grows in every round; the heap alone may vary by a few bytes.
         const long oldHandles = handles, oldBytes = bytes;
         handles = Modules::CountHandles();
         bytes = Modules::CountBytes();

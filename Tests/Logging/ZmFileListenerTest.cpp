@@ -19,7 +19,7 @@ class FileListenerTest : public testing::Test {
 protected:
     FileListenerTest() { Renew(); }
 
-    /// A new listener of the same name.
+    /// Replaces the listener by a new one of the same name.
     void Renew(int flags = 0)
     {
         m_Listener.reset(static_cast<ZmFileListener*>(ZmFileListener::ListenerFactory("trace")));
@@ -29,7 +29,7 @@ protected:
 
     void Write(const char* text) { m_Listener->Output(0, ZmLog::LEVEL_INFO, 1, "file", text); }
 
-    /// The texts in a file; nothing before ": " differs.
+    /// The texts in a file, without the parts before ": ".
     Lines Read(const std::string& name) const
     {
         Lines texts;
@@ -62,7 +62,7 @@ TEST_F(FileListenerTest, EachLineIsOnTheDiskAtOnce)
     m_Listener->SetExt("txt");
     m_Listener->SetDirectory((m_Folder / "sub/").c_str());
     Write("");
-    EXPECT_EQ(Read("trace.log"), (Lines{"one", "100 %s%n", ""})) << "for files that are opened from now on";
+    EXPECT_EQ(Read("trace.log"), (Lines{"one", "100 %s%n", ""})) << "takes effect for files opened later";
     EXPECT_EQ(Files(), 1u);
 }
 
@@ -85,7 +85,7 @@ TEST_F(FileListenerTest, NamesAreMadeOfWhatIsSet)
     EXPECT_EQ(m_Listener->GetDirectory(), WithBackslashes(m_Folder / "a/b/x-"));
     EXPECT_STREQ(m_Listener->GetExt(), "t.x");
     Write("text");
-    EXPECT_EQ(Read("a/b/x-trace.t.x"), Lines{"text"}) << "with the folders that it needs";
+    EXPECT_EQ(Read("a/b/x-trace.t.x"), Lines{"text"}) << "creates the missing folders";
     m_Listener->SetDirectory(nullptr);
     m_Listener->SetExt(nullptr);
     EXPECT_STREQ(m_Listener->GetDirectory(), "");

@@ -102,7 +102,7 @@ TEST_F(LogTest, AListenerIsKnownByItsNameAndType)
 TEST_F(LogTest, AListenerHearsItsModulesAtItsLevels)
 {
     ZmLogListener* listener = m_Heard.Listen("one", m_A);
-    listener->AddModule(m_A);  // once more changes nothing
+    listener->AddModule(m_A);  // adding it again has no effect
     for (const int mask : {31, 4, 1 | 16, 0}) {
         listener->SetLevel(mask);
         for (const int level : {1, 2, 4, 8, 16}) {
@@ -253,7 +253,7 @@ TEST_F(LogTest, AListenerThatPrintsDoesNotChangeTheMessageForTheOthers)
     }
 }
 
-/// No listeners while this object lives; the library's are made anew afterwards.
+/// Removes all listeners while it lives; afterwards the library's are created again.
 class NoListeners {
 public:
     NoListeners()

@@ -1,9 +1,9 @@
 #include "Support/Blocks.h"
 #include "Support/Paths.h"
 
-// Whatever is made of + - * / and square roots gives the same bits on every path, compiler, word size and
-// system. Each family below runs its functions over random inputs and sums up the bytes of the results;
-// what calls the C library (atan2f, acosf, tanf) stays out.
+// Code that uses only + - * / and square roots gives the same bits on every path, compiler, word size and system. Each
+// family below runs its functions over random inputs and computes a checksum of the results. Functions that call the C
+// library (atan2f, acosf, tanf) are left out.
 
 namespace {
 
@@ -107,7 +107,7 @@ void TotalDecompositions(Random& random, Checksum& sum)
     }
 }
 
-/// Built on ZmVector::Normalize, whose vector path is approximate.
+/// Results based on ZmVector::Normalize, whose vector path is approximate.
 void Normalized(Random& random, Checksum& sum)
 {
     const ZmVector axis = random.Vector(), origin = random.Vector();

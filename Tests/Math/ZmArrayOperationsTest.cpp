@@ -11,7 +11,7 @@ struct Operands {
     ZmVector Add3() const { return {add.x, add.y, add.z}; }
 };
 
-// What component i of a result must be. All round operation by operation, so that comparisons are exact.
+// The expected component i of a result. Each rounds operation by operation, so comparisons are exact.
 
 float Interpolated(float a, float b, const Operands& o, int)
 {
@@ -66,7 +66,7 @@ const struct Operation {
      }},
 };
 
-/// `res` with what the operation gives written over its elements, the first at `offset`.
+/// `res` with the expected results written over its elements, the first at `offset`.
 Block Expected(Block res, size_t offset, Bytes resStride, const Block& a, const Block& b, Bytes srcStride,
                const Operation& operation, const Operands& o, int count)
 {

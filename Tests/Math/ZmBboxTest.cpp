@@ -21,7 +21,7 @@ ZmBbox BoxAround(const ZmVector* points, int count)
     return box;
 }
 
-/// Corners at whole numbers from 1 to 6.
+/// A box with corners at integers from 1 to 6.
 ZmBbox SmallWholeBox(Random& random)
 {
     ZmVector corners[2];
@@ -81,7 +81,7 @@ TEST(BboxTest, ClassifyTellsWhichBoxIsInFront)
     }
 }
 
-/// The whole numbers in each interval of a box, a bit each.
+/// The integers within each interval of a box, one bit each.
 struct BitBox {
     unsigned axis[3];
 
@@ -97,7 +97,7 @@ struct BitBox {
     }
 };
 
-/// Whether all of a, b and c come in this order or the opposite one.
+/// Whether all of a come before all of b and those before all of c, or in the opposite order.
 bool InARow(unsigned a, unsigned b, unsigned c)
 {
     const auto below = [](unsigned low, unsigned high) { return low < (high & (0u - high)); };

@@ -18,7 +18,7 @@ ZmMatrix Composed(const ZmVector& pos, const ZmVector& scale, const ZmQuaternion
 
 // --- Quick form and interpolation ----------------------------------------------------------
 
-/// Of a rotation taken through ZmVector::Normalize.
+/// The tolerance for a rotation computed through ZmVector::Normalize.
 double QuickTolerance()
 {
     return OnVectorPath() ? 4 * kRsqrtError : 8 * kRounding;
@@ -96,11 +96,11 @@ Matrix44d Stretch(const ZmVector& k, const ZmQuaternion& u)
     return RotationOf(u) * diagonal * RotationOf(u).Transposed();
 }
 
-// Two quaternions of floats, through whose squares the block comes back.
+// The block is restored through the squares of two quaternions of floats.
 const double kFactorRounding = 16 * kRounding;
 
-/// That the parts are a rotation and a stretch without negative factors, and together give m back, or its
-/// block negated where it is mirrored, to roundings of the largest row.
+/// Expects that the parts are a rotation and a stretch without negative factors and together give m, or m with its
+/// block negated if it is mirrored, up to rounding errors of the largest row.
 void ExpectPolarParts(const ZmMatrix& m, const Parts& parts)
 {
     double largest = 0;
@@ -184,7 +184,7 @@ TEST(DecompositionTest, MixedMagnitudesComeBack)
     });
 }
 
-/// The sign of the determinant, or 0 where double cannot tell. The products of two floats are exact.
+/// The sign of the determinant, or 0 if double cannot resolve it. Products of two floats are exact.
 float SignOfDeterminant(const ZmMatrix& m)
 {
     double determinant = 0, terms = 0;
@@ -199,7 +199,7 @@ float SignOfDeterminant(const ZmMatrix& m)
 
 TEST(DecompositionTest, StretchesOfAnySizesAndSignsComeBackFromBetweenTwoRotations)
 {
-    // Rounding to floats leaves little of what is small beside something large: most blocks are next to singular.
+    // Rounding to floats leaves little of small values beside large ones: most blocks are nearly singular.
     const float scales[] = {0,     1e-20f, 1e-16f, 1e-12f, 1e-10f, 1e-8f, 1e-7f, 1e-6f, 1e-4f,
                             1e-3f, 1e-2f,  0.1f,   1,      10,     1e2f,  1e3f,  1e4f,  1e6f};
     OnEachPath(7000, [&](Random& random) {

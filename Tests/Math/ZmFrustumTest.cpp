@@ -24,7 +24,7 @@ TEST(FrustumTest, TheAngleIsTheWholeHorizontalOne)
     EXPECT_NEAR(f.HeightFactor, -20.0 * f.HalfHeight, 16 * kRounding);
 }
 
-/// Looking anywhere; `handedness` -1 mirrors the right axis.
+/// A random frustum; `handedness` -1 mirrors the right axis.
 ZmFrustum RandomFrustum(Random& random, float handedness)
 {
     ZmMatrix axes;
@@ -68,7 +68,7 @@ TEST(FrustumTest, PlanesHoldTheirCornersAndPointOutwardsInEitherHandedness)
     });
 }
 
-/// That transforming the frustum moves its corners as m does, and keeps it in order.
+/// Expects that transforming the frustum moves its corners as m does and keeps their order.
 void ExpectTransformedCorners(ZmFrustum f, const ZmMatrix& m)
 {
     ZmVector before[8], after[8];

@@ -345,7 +345,7 @@ TEST(MatrixTest, InverseProjectFindsThePointOfACentredSquareProjection)
     });
 }
 
-// The horizontal offsets count with the sign that callers know, which is not that of the projection.
+// The sign of the horizontal offsets is the one callers depend on, not that of the projection.
 TEST(MatrixTest, InverseProjectKeepsTheSignOfItsOffsets)
 {
     OnEachPath(100, [](Random& random) {

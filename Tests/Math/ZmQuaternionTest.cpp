@@ -40,7 +40,7 @@ TEST(QuaternionTest, FromRotationTurnsInTheSenseOfTheAxisBuilder)
         ZmQuaternion q, scaled;
         q.FromRotation(axis, angle);
         ExpectNear(q, s * axis.x, s * axis.y, s * axis.z, cos(angle / 2.0), 2 * kRounding);
-        scaled.FromRotation(axis * 4, angle);  // the axis is taken as it is
+        scaled.FromRotation(axis * 4, angle);  // the axis is not normalised
         EXPECT_TRUE(Equal(scaled, {q.x * 4, q.y * 4, q.z * 4, q.w}));
         ZmMatrix fromQuaternion, fromAxis;
         q.ToMatrix(fromQuaternion);
@@ -59,7 +59,7 @@ TEST(QuaternionTest, RotationsComeBackFromTheirMatrix)
     });
 }
 
-// Each branch makes its own component positive, which tells which one was taken.
+// Each branch makes its own component positive, which shows the branch taken.
 const struct {
     const char* name;
     ZmVector axis;  // of a half turn
@@ -200,7 +200,7 @@ TEST(QuaternionTest, DivisionTakesTheDivisorFromTheLeft)
         const ZmQuaternion a = random.Rotation(), b = random.Rotation();
         ExpectNear(Zm3DQuaternionMultiply(b, Zm3DQuaternionDivide(a, b)), a.x, a.y, a.z, a.w, 8 * kRounding);
     });
-    // Nothing is divided by the length of b.
+    // The result is not divided by the length of b.
     EXPECT_TRUE(Equal(Zm3DQuaternionDivide({1, 2, 3, 4}, {0, 0, 0, 2}), {2, 4, 6, 8}));
 }
 
@@ -256,7 +256,7 @@ TEST(QuaternionTest, SlerpMovesEvenlyAlongTheShorterArc)
             SCOPED_TRACE(arc);
             const ZmQuaternion q = Slerp(t, AboutZ(0.3), AboutZ(0.3 + arc * kDegree));
             const double way = arc > 90 ? arc - 180 : arc, angle = 0.3 + t * way * kDegree;
-            // The arc comes from its cosine, which says little about a small one.
+            // The arc is computed from its cosine, which is imprecise for small arcs.
             ExpectNear(q, 0, 0, sin(angle), cos(angle), 4 * kRounding / fabs(sin(arc * kDegree)));
         }
     }

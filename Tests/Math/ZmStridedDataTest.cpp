@@ -48,7 +48,7 @@ struct Arrays {
     ZmStridedData To() { return {&dst[dstOffset], dstStride}; }
     ZmStridedData From(int i = 0) { return {&src[srcOffset + size_t(i) * srcStride], srcStride}; }
 
-    /// What dst must hold when element i of it is element index(i) of src.
+    /// The expected dst if its element i is element index(i) of src.
     template <class Index>
     Block Expected(Index index)
     {
@@ -155,7 +155,7 @@ TEST(StridedDataTest, TheValueMayLieInTheFilledArray)
     });
 }
 
-// --- Arrays larger than the caches, which some moves bypass --------------------------------
+// --- Arrays larger than the caches, for which some moves bypass them ------------------------
 
 const int kLargeCount = (24 << 20) / 12 + 41;
 

@@ -175,7 +175,7 @@ TEST(TransformTest, NegativeStridesWalkBackwards)
     });
 }
 
-// Larger than the caches, which such results bypass.
+// Arrays larger than the caches, whose results bypass them.
 TEST(TransformTest, LargeArraysEqualTheSingleFormsAtAnyStart)
 {
     OnEachPath(1, [](Random& random) {

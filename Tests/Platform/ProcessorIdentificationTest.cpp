@@ -69,7 +69,7 @@ TEST(ProcessorIdentificationTest, TheSignatureChoosesTypeAndName)
         CpuidLeaves leaves =
             Leaves(row.has3DNow ? "AuthenticAMD" : "GenuineIntel", row.family, row.model, row.features);
         leaves.extended0.eax = 0x80000001u;
-        leaves.extended1.edx = k3DNow;  // which another vendor's processor has no use for
+        leaves.extended1.edx = k3DNow;  // must be ignored for other vendors
         const ProcessorIdentity id = IdentifyProcessor(leaves);
         EXPECT_EQ(id.type, row.type);
         EXPECT_STREQ(id.name, row.name);

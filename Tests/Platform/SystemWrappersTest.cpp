@@ -19,7 +19,7 @@ TEST(EnvironmentTest, VariablesAreSetReadAndRemoved)
         const int length = int(value.size());
         std::string buffer(value.size() + 2, '#');
         EXPECT_EQ(ZmGetEnvironmentVariable(name, &buffer[0], unsigned(length)), length);
-        EXPECT_EQ(buffer[0], value.empty() ? '#' : 0) << "no room for the terminator";
+        EXPECT_EQ(buffer[0], value.empty() ? '#' : 0) << "no space for the terminator";
         EXPECT_EQ(ZmGetEnvironmentVariable(name, &buffer[0], unsigned(length) + 1), length);
         EXPECT_EQ(buffer, value + '\0' + '#');
         EXPECT_TRUE(value.empty() || getenv(name) == value);

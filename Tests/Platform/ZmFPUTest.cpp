@@ -4,7 +4,7 @@
 
 namespace {
 
-/// Restores the control word. Old exceptions are forgotten, so that unmasking them raises none.
+/// Restores the control word. Clears pending exceptions, so that unmasking them raises none.
 class ControlWordGuard {
 public:
     ControlWordGuard() : m_Word(ZmGetFPUControlWord()) { asm volatile("fnclex"); }

@@ -7,8 +7,8 @@
 #include <chrono>
 #include <thread>
 
-// A profiler is held between a shorter and a longer span taken around it, so that a loaded machine cannot
-// make a test fail.
+// Each measurement must lie between a shorter and a longer span taken around it, so that a loaded machine cannot make a
+// test fail.
 
 namespace {
 

@@ -6,8 +6,8 @@
 #include <initializer_list>
 #include <vector>
 
-// Convex bodies in double, and how far apart they are along every axis that can part them: the brute-force reference
-// of the overlap tests.
+// Convex bodies in double, and their distance along every axis that can separate them: the brute-force reference for
+// the overlap tests.
 
 struct Double3 {
     double x, y, z;
@@ -40,7 +40,7 @@ inline Double3 Cross(const Double3& a, const Double3& b)
 struct Hull {
     std::vector<Double3> corners, edges, normals;
 
-    /// A parallelepiped. Corners are built here, so nothing of the library's own arithmetic is used.
+    /// A parallelepiped. The corners are computed here, without the library's own arithmetic.
     static Hull Box(const Double3& center, const Double3& a, const Double3& b, const Double3& c)
     {
         Hull hull = {{}, {a, b, c}, {Cross(a, b), Cross(b, c), Cross(c, a)}};
@@ -90,7 +90,7 @@ struct Hull {
     }
 };
 
-/// How far apart two bodies are along an axis of unit length; negative is how far they overlap.
+/// The gap between two bodies along an axis of unit length; negative values are the depth of the overlap.
 inline double GapAlong(const Hull& a, const Hull& b, const Double3& axis)
 {
     const auto range = [&](const Hull& hull) {
@@ -105,7 +105,7 @@ inline double GapAlong(const Hull& a, const Hull& b, const Double3& axis)
     return std::max(rb.first - ra.second, ra.first - rb.second);
 }
 
-/// The largest gap along any axis that can part them: above 0 they are apart.
+/// The largest gap along any axis that can separate the bodies; they are apart if it is above 0.
 inline double Gap(const Hull& a, const Hull& b)
 {
     std::vector<Double3> axes = a.normals;

@@ -3,8 +3,8 @@
 #include "Queries/Hull.h"
 #include "Support/Paths.h"
 
-/// Compares answers with the reference and keeps count: a comparison of pairs that all touch, or all miss, would
-/// prove nothing.
+/// Compares results with the reference and counts them: if all pairs overlapped, or none, the comparison would prove
+/// nothing.
 class OverlapCounts {
 public:
     /// `tolerance` is how close to touching rounding may decide.
@@ -19,7 +19,7 @@ public:
         EXPECT_EQ(answer, gap < 0 ? 1 : 0) << "gap " << gap;
         ++(gap < 0 ? m_Hits : m_Misses);
     }
-    /// At least one in ten each, and few undecided.
+    /// Expects at least one in ten of each result, and few undecided ones.
     ~OverlapCounts()
     {
         SCOPED_TRACE(m_Name);
@@ -42,7 +42,7 @@ inline ZmBbox RandomBox(Random& random, float range, float size)
     return {min + extent, min};
 }
 
-/// Every fourth one parallel to the axes, every eighth one flat.
+/// Every fourth box is axis-aligned, every eighth one flat.
 inline ZmOBB RandomOriented(Random& random, float range, float size)
 {
     ZmMatrix turn;

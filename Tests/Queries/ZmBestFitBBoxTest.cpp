@@ -30,7 +30,7 @@ std::vector<float> HalfSizes(const ZmMatrix& box)
     return sizes;
 }
 
-/// The rows of a fitted box are at right angles, and every point lies within it but for `tolerance`.
+/// Expects that the rows of a fitted box are orthogonal and that it contains every point, up to `tolerance`.
 void ExpectAround(const ZmMatrix& box, const Cloud& cloud, double tolerance)
 {
     for (int i = 0; i < 3; ++i) {
@@ -94,7 +94,7 @@ TEST(ZmBestFitBBoxTest, FindsTheBoxOfItsCorners)
 
 TEST(ZmBestFitBBoxTest, TheBoxOfAScaledCloudIsTheScaledBox)
 {
-    // By powers of two nothing is rounded. Squares of the tiny sizes and of the huge one are beyond the range of float.
+    // Powers of two cause no rounding. The squares of the tiny and huge sizes are out of the range of float.
     const float factors[] = {0x1p-90f, 0x1p-75f, 0x1p-50f, 0x1p10f, 0x1p80f};
     OnEachPath(20, [&](Random& random) {
         const Cloud cloud = MakeCloud(random, {3, 2, 1}, {5, 6, 7}, 10);

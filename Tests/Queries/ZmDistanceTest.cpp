@@ -43,12 +43,12 @@ struct Pair {
         const Double3 apart = p0 + d0 * s - p1 - d1 * t;
         return Dot(apart, apart);
     }
-    /// The foot of a point of one object on the other one.
+    /// The nearest point of one object to a point of the other.
     double S(double t) const { return Dot(p1 + d1 * t - p0, d0) / Dot(d0, d0); }
     double T(double s) const { return Dot(p0 + d0 * s - p1, d1) / Dot(d1, d1); }
 };
 
-/// The smallest distance by trying everything: the inside of the domain, each of its edges, and its corners.
+/// The smallest distance by brute force: the inside of the domain, each of its edges, and its corners.
 double Smallest(const Pair& pair, const Range& first, const Range& second)
 {
     double best = kNone;
@@ -74,7 +74,7 @@ double Smallest(const Pair& pair, const Range& first, const Range& second)
     return best;
 }
 
-/// What a kind of pairs is made of.
+/// The description of a kind of pairs.
 struct PairKind {
     const char* name;
     void (*make)(Random&, ZmRay&, ZmRay&);
@@ -87,7 +87,7 @@ float Scale(Random& random)
     return scales[random.Int(0, 4)];
 }
 
-/// Two objects of one direction, but for so much.
+/// Makes two objects of the same direction up to `tilt`.
 void Tilt(Random& random, float tilt, ZmRay& a, ZmRay& b)
 {
     const float size = Scale(random);
@@ -352,7 +352,7 @@ TEST(ZmDistanceTest, PointsFindTheirFoot)
 
 TEST(ZmDistanceTest, APointFarAlongALineKeepsItsDistance)
 {
-    // In single precision the foot itself would be wrong by more than the distance.
+    // In single precision the error of the foot itself would exceed the distance.
     const ZmRay line = {{0, 0, 0}, {1000, 2000, 2000}};
     const ZmVector point(1000, 2000, 2000 + 0x1p-10f);
     EXPECT_NEAR(ZmDistance::PointLineSquareDistance(point, line, nullptr), 0x1p-20 * 5 / 9, 1e-13);

@@ -38,7 +38,7 @@ TEST(ZmEigenMatrixTest, TheColumnsAndValuesGiveTheMatrixBack)
     for (int round = 0; round < 4000; ++round) {
         SCOPED_TRACE(round);
         const float scales[] = {1e-30f, 1e-20f, 1e-6f, 1, 1e6f, 1e15f}, scale = scales[random.Int(0, 5)];
-        const int zeros = random.Int(0, 63);  // some elements 0: diagonal, tridiagonal, empty matrices too
+        const int zeros = random.Int(0, 63);  // some elements are 0: diagonal, tridiagonal and empty matrices too
         float m[3][3];
         for (int i = 0, element = 0; i < 3; ++i) {
             for (int j = i; j < 3; ++j, ++element) {

@@ -15,7 +15,7 @@ Triangle RandomTriangle(Random& random, float range)
     return {random.Vector(range), random.Vector(range), random.Vector(range)};
 }
 
-/// Outputs of a face test, which start as what nothing writes.
+/// Outputs of a face test, initialised to values that no test writes.
 struct Hit {
     int code = 0;
     ZmVector point{kKept, kKept, kKept};
@@ -167,7 +167,7 @@ TEST(ZmIntersectFaceTest, TwoTrianglesAgreeWithProjections)
     for (int round = 0; round < 8000; ++round) {
         const Triangle a = RandomTriangle(random, 2), b = RandomTriangle(random, 2);
         counts.Check(Meet(a, b), Gap(Hull::Triangle(a.a, a.b, a.c), Hull::Triangle(b.a, b.b, b.c)));
-        // The same in one plane, whose points are whole numbers and so exactly of it.
+        // The same in one plane: its points have integer coordinates and so lie exactly in it.
         const auto within = [&] { return ZmVector(float(random.Int(-9, 9)), float(random.Int(-9, 9)), 0); };
         Triangle c = {within(), within(), within()}, d = {within(), within(), within()};
         for (ZmVector* p : {&c.a, &c.b, &c.c, &d.a, &d.b, &d.c}) {
@@ -175,7 +175,7 @@ TEST(ZmIntersectFaceTest, TwoTrianglesAgreeWithProjections)
         }
         const double gap = Gap(Hull::Triangle(c.a, c.b, c.c), Hull::Triangle(d.a, d.b, d.c));
         if (fabs(gap) > 1e-9 && Length(c.Normal()) > 0 && Length(d.Normal()) > 0) {
-            // All are in one plane, along whose normal they overlap by nothing.
+            // All lie in one plane, along whose normal the overlap is zero.
             EXPECT_EQ(Meet(c, d), gap < 0);
         }
     }
@@ -219,7 +219,7 @@ TEST(ZmIntersectFaceTest, ASharedCornerAlwaysTouches)
 {
     Random random(10);
     for (int round = 0; round < 2000; ++round) {
-        // Near corners among far ones: sums of both lose the near one's digits.
+        // A shared corner near the origin, the others far away: sums of both lose the near one's digits.
         const ZmVector shared = random.Vector(1);
         const Triangle a = {shared, random.Vector(100), random.Vector(100)};
         EXPECT_EQ(Meet(a, {shared, random.Vector(100), random.Vector(100)}), 1);

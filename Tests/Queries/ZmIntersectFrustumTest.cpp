@@ -51,8 +51,8 @@ TEST(ZmIntersectFrustumTest, BoxesAgreeWithProjectionsOfAllCorners)
 
 TEST(ZmIntersectFrustumTest, ParallelEdgesPartNothing)
 {
-    // Boxes turned as the frustum is, or along its slanting edges, and overlapping it a little: the products of edges
-    // are nothing but rounding.
+    // Boxes with the frustum's orientation, or aligned with its slanted edges, that overlap it slightly: the products
+    // of edges are then pure rounding error.
     OnEachPath(3000, [&](Random& random) {
         const ZmFrustum frustum = RandomFrustum(random);
         ZmVector corners[8];
@@ -70,7 +70,7 @@ TEST(ZmIntersectFrustumTest, ParallelEdgesPartNothing)
     });
 }
 
-/// The plane tests as the contract words them, one plane after the other.
+/// The plane tests exactly as documented, one plane at a time.
 int ByPlanes(const ZmFrustum& frustum, const Hull& box)
 {
     for (const int index : {4, 5, 0, 1, 2, 3}) {
@@ -100,7 +100,7 @@ TEST(ZmIntersectFrustumTest, PlanesAreVisitedInOrderAndTheFirstStraddledOneEndsT
         EXPECT_EQ(answer, ByPlanes(frustum, Hull::Box(box, m)));
         early += answer && !ZmIntersect::FrustumOBB(frustum, box, m);
     });
-    EXPECT_GT(early, 100) << "boxes that are let pass though they lie outside";
+    EXPECT_GT(early, 100) << "boxes outside the frustum that the first plane lets pass";
 }
 
 TEST(ZmIntersectFrustumTest, RequiredAnswersOfThePlaneTests)

@@ -6,7 +6,7 @@ const float kEps = 0x1p-23f;
 
 TEST(ZmIntersectLineBoxTest, BooleanFormsAgreeWithProjections)
 {
-    const double kFar = 100;  // stands for infinity: nothing is farther than 20
+    const double kFar = 100;  // represents infinity: nothing is farther than 20
     OverlapCounts rays("rays"), segments("segments"), lines("lines");
     OnEachPath(4000, [&](Random& random) {
         const ZmBbox box = RandomBox(random, 2, 5);
@@ -26,7 +26,7 @@ TEST(ZmIntersectLineBoxTest, BooleanFormsAgreeWithProjections)
     });
 }
 
-/// What the forms with points give.
+/// The outputs of the overloads that return points.
 struct Crossing {
     int code;
     ZmVector inPoint, outPoint, inNormal, outNormal;

@@ -50,7 +50,7 @@ TEST(ZmIntersectSphereTest, RandomPointsLieOnBoth)
     }
 }
 
-// How far the answer may be off where the line or the way all but touches, in radii.
+// Tolerance, in radii, where the line or the path nearly touches the sphere.
 const double kBand = 16 * kRounding;
 
 /// A point `radii` of about 1 away from another.

@@ -6,7 +6,7 @@
 
 #include <vector>
 
-/// Raw memory under strided arrays. It ends with its last byte, so that a sanitizer sees a read beyond.
+/// Raw memory for strided arrays. Ends with its last used byte, so that a sanitizer detects reads beyond it.
 using Block = std::vector<unsigned char>;
 
 /// Bytes before and behind the results, which nothing may touch.
@@ -38,7 +38,7 @@ inline Block RandomArray(Random& random, int count, size_t stride, size_t offset
     return block;
 }
 
-/// Where two blocks of one size differ first, or -1.
+/// The first position at which two blocks of equal size differ, or -1.
 inline long FirstDifference(const Block& a, const Block& b)
 {
     for (size_t i = 0; i < a.size(); ++i) {
@@ -49,7 +49,7 @@ inline long FirstDifference(const Block& a, const Block& b)
     return -1;
 }
 
-/// Where in a block its large array starts: `offset` bytes behind a multiple of 32.
+/// The start of the large array in a block: `offset` bytes after a multiple of 32.
 inline unsigned char* AlignedStart(Block& block, size_t offset)
 {
     return block.data() + (32 - uintptr_t(block.data()) % 32) % 32 + offset;

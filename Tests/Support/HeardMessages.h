@@ -5,13 +5,13 @@
 #include <string>
 #include <vector>
 
-/// A message as a listener got it.
+/// A message as a listener received it.
 struct HeardMessage {
     std::string listener, file, text;
     int module, level, line;
 };
 
-/// Listeners that keep what they hear, all in one list, while this object lives. They are made by name.
+/// While it lives, listeners record their messages in one common list. Listeners are created by name.
 class HeardMessages {
 public:
     HeardMessages()
@@ -29,14 +29,14 @@ public:
     HeardMessages(const HeardMessages&) = delete;
     HeardMessages& operator=(const HeardMessages&) = delete;
 
-    /// A listener of that name, which hears the module.
+    /// Creates a listener of that name for the module.
     ZmLogListener* Listen(const char* name, int module)
     {
         m_Names.push_back(name);
         return ZmLog::GetLog().RegisterListener(kType, name, module);
     }
 
-    /// What was heard since the last call.
+    /// The messages since the last call.
     std::vector<HeardMessage> Take()
     {
         std::vector<HeardMessage> taken;
@@ -44,7 +44,7 @@ public:
         return taken;
     }
 
-    /// Called by each listener for each message, after it was kept.
+    /// Called by each listener for each message, after recording it.
     void (*m_Answer)(const HeardMessage& message) = nullptr;
     int m_Destroyed = 0;
 

@@ -6,7 +6,7 @@
 
 #include <string>
 
-/// The clock of log lines stands at s_Now while this object lives.
+/// While it lives, the clock of log lines shows s_Now.
 class SetLogClock {
 public:
     SetLogClock() : m_Old(zm::g_LogClock)

@@ -6,17 +6,17 @@
 
 #include <vector>
 
-/// A way through the library's dispatch.
+/// A path through the library's dispatch.
 struct Path {
     const char* name;
     bool sse, avx2;
 };
 
-/// The paths that this program can choose on this processor. Through the shared library there are two,
-/// and the vector path is the widest that the processor has; the program of internals has them all.
+/// The paths that this program can choose on this processor. Programs that use the shared library have two, and the
+/// vector path is the widest that the processor supports; the test program of internals has all of them.
 const std::vector<Path>& AllPaths();
 
-/// Takes a path while it lives and restores the one before.
+/// Selects a path while it lives, and restores the previous one.
 class PathGuard {
 public:
     explicit PathGuard(const Path& path);
@@ -40,7 +40,7 @@ inline void ChooseVectorPath(bool sse)
     ModifyProcessorFeatures(sse ? bit : 0, sse ? 0 : bit);
 }
 
-/// Runs test(random) so many times on each path, with the same random inputs.
+/// Runs test(random) `count` times on each path, with the same random inputs.
 template <class Test>
 void OnEachPath(int rounds, Test test)
 {

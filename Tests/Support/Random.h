@@ -4,8 +4,8 @@
 
 #include <math.h>
 
-/// Random inputs, the same bits on every platform (splitmix64; + - * / and square roots only).
-/// Draw into named variables or braced lists: the order of function arguments differs by compiler.
+/// Random inputs with the same bits on every platform (splitmix64; + - * / and square roots only). Draw into named
+/// variables or braced lists: the evaluation order of function arguments differs between compilers.
 class Random {
 public:
     explicit Random(uint64_t seed) : m_State(seed) {}
@@ -19,7 +19,7 @@ public:
         return uint32_t((z ^ z >> 31) >> 32);
     }
 
-    /// From low to high, both included.
+    /// A number from low to high, both included.
     int Int(int low, int high) { return low + int(Bits() % uint32_t(high - low + 1)); }
 
     float Float(float low, float high) { return low + (high - low) * (float(Bits() >> 8) * 0x1p-24f); }
@@ -35,7 +35,7 @@ public:
     }
     ZmQuaternion Rotation() { return UnitOf({Float(1), Float(1), Float(1), Float(1)}); }
 
-    /// Sixteen free elements, or twelve and a fourth column of (0, 0, 0, 1).
+    /// A matrix of sixteen random elements, or of twelve and the fourth column (0, 0, 0, 1).
     ZmMatrix Matrix(float range = 10)
     {
         ZmMatrix m;

@@ -6,21 +6,21 @@
 
 #include <math.h>
 
-// Plain formulas in double, against which the library's floats are held.
+// Plain formulas in double as references for the library's floats.
 
 /// The relative error of one rounding, and that of the processor's approximate reciprocal square root.
 const double kRounding = 0x1p-24;
 const double kRsqrtError = 1.5 * 0x1p-12;
 
-/// False where the C library's sines and cosines of doubles are no reference: an emulator may round each double that
-/// passes through the x87 unit to the 24 bits of the library's base mode.
+/// False if the C library's sines and cosines of doubles are no reference: an emulator may round each double that
+/// passes through the x87 unit to 24 bits, the precision of the library's base mode.
 inline bool SystemSinesAreExact()
 {
     const volatile double angle = 99999.99;
     return fabs(sin(angle) - 0.04574045205686034) < 1e-14;
 }
 
-/// A number with the size it would have if nothing cancelled out, which is what rounding errors come from.
+/// A number and the magnitude that it would have without cancellation, which determines the rounding error.
 struct Num {
     double value, size;
 
@@ -97,7 +97,7 @@ inline Row4 operator*(const Row4& v, const Matrix44d& m)
     return r;
 }
 
-/// First a, then b, for vectors that are rows.
+/// First a, then b, for row vectors.
 inline Matrix44d operator*(const Matrix44d& a, const Matrix44d& b)
 {
     Matrix44d r;
@@ -117,7 +117,7 @@ inline Num Determinant3(const Matrix44d& m)
     return sum;
 }
 
-/// The turn by `angle` in the plane from axis `from` to axis `to`.
+/// The rotation by `angle` in the plane from axis `from` to axis `to`.
 inline Matrix44d PlaneTurn(int from, int to, double angle)
 {
     Matrix44d r;
@@ -148,7 +148,7 @@ inline ZmVector Row(const ZmMatrix& m, int i)
     return {m[i][0], m[i][1], m[i][2]};
 }
 
-/// Within so many roundings of the sizes that entered.
+/// Expects the value within `roundings` rounding errors of the magnitudes involved.
 inline void ExpectClose(float got, Num expected, double roundings = 4)
 {
     EXPECT_NEAR(got, expected.value, roundings * kRounding * expected.size);
@@ -169,7 +169,7 @@ inline void ExpectClose(const ZmMatrix& got, const Matrix44d& expected, double r
     }
 }
 
-/// Within an absolute tolerance.
+/// Expects the value within an absolute tolerance.
 inline void ExpectNear(const ZmVector& got, const Row4& expected, double tolerance)
 {
     for (int i = 0; i < 3; ++i) {
@@ -193,7 +193,7 @@ inline void ExpectNear(const ZmQuaternion& got, double x, double y, double z, do
     EXPECT_NEAR(got.w, w, tolerance);
 }
 
-/// The same rotation: equal components, or all of the opposite sign.
+/// Expects the same rotation: equal components, or all of opposite sign.
 inline void ExpectSameRotation(const ZmQuaternion& got, const ZmQuaternion& q, double tolerance)
 {
     const double sign = got.x * q.x + got.y * q.y + got.z * q.z + got.w * q.w < 0 ? -1 : 1;

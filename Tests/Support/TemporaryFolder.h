@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-/// A folder of its own for a test, empty at first and removed at the end with all that is in it.
+/// A temporary folder for one test, empty at first; removed at the end with everything in it.
 class TemporaryFolder {
 public:
     TemporaryFolder()
@@ -26,7 +26,7 @@ public:
     TemporaryFolder(const TemporaryFolder&) = delete;
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;
 
-    /// With '/' between the parts, which every platform takes.
+    /// With '/' as separator, which every platform accepts.
     std::string Path() const { return m_Path.generic_string(); }
     std::string operator/(const std::string& name) const { return Path() + '/' + name; }
 
@@ -45,7 +45,7 @@ private:
     std::filesystem::path m_Path;
 };
 
-/// A file's bytes, without any of the library's classes; none if it cannot be read.
+/// The bytes of a file, read without any of the library's classes; empty if it cannot be read.
 inline std::string BytesOf(const std::string& path)
 {
     std::ifstream file(path, std::ios::binary);

@@ -1,7 +1,7 @@
 #pragma once
 
-/// A number whose objects are counted and know their own address, so that an object moved by its bytes is seen, and
-/// one that was never destroyed or destroyed twice.
+/// A number whose instances are counted and know their own address. Detects objects moved by copying their bytes,
+/// leaked objects, and objects destroyed twice.
 class Tracked {
 public:
     Tracked(int number = 0) : m_Number(number), m_Self(this) { ++s_Alive; }

@@ -14,7 +14,7 @@
 
 namespace {
 
-/// Runs what it is given; its thread has ended when it is destroyed.
+/// Runs a given function. Its thread has ended when it is destroyed.
 struct Worker : ZmThread {
     explicit Worker(std::function<unsigned()> work = nullptr) : m_Work(work) {}
     ~Worker() override
@@ -32,7 +32,7 @@ struct Worker : ZmThread {
         return code;
     }
 
-    /// Work that lasts until m_Open.
+    /// A function that runs until m_Open is set.
     unsigned Stay()
     {
         for (m_Entered = true; !m_Open;) {
@@ -146,7 +146,7 @@ TEST(ZmThreadTest, PrioritiesReachTheSystem)
         const int got = int(thread.Code());
         if (ZmGetPlatform() == ZM_PLATFORM_WINDOWS) {
             EXPECT_EQ(got, onWindows[priority]) << priority;
-        } else if (onLinux[priority] >= own || got != own) {  // the system may refuse more than its own
+        } else if (onLinux[priority] >= own || got != own) {  // the system may refuse a higher priority than its own
             EXPECT_EQ(got, std::min(onLinux[priority], 19)) << priority;
         }
     }
@@ -182,16 +182,16 @@ TEST(ZmThreadTest, TerminatedWhereverItStands)
     EXPECT_EQ(waits.Terminate(&given) + sleeps.Terminate(nullptr), 2);
     EXPECT_EQ(waits.Code(), 77u);
     EXPECT_EQ(sleeps.Code(), 0u);
-    EXPECT_TRUE(sleeps.IsCreated() && sleeps.IsStarted()) << "it never came to its end";
+    EXPECT_TRUE(sleeps.IsCreated() && sleeps.IsStarted()) << "it never reached its end";
 
     Worker returned;
     ASSERT_TRUE(returned.Start() == 1 && returned.Code() == 53);
-    EXPECT_EQ(returned.Terminate(&given) + waits.Terminate(nullptr), 2) << "have ended, by themselves and so";
+    EXPECT_EQ(returned.Terminate(&given) + waits.Terminate(nullptr), 2) << "both have already ended";
     EXPECT_TRUE(returned.Code() == 53 && waits.Code() == 77) << "and keep their codes";
 }
 
-// The sanitizers count what stays behind. Every other handle is closed at once, and nothing tells then when the object
-// may go: those stay.
+// The sanitizers count leaks. Every other handle is closed at once; then nothing shows when the object may be freed, so
+// those objects are kept.
 TEST(ZmThreadTest, ThousandsLeaveNothing)
 {
     constexpr int kMakers = 4, kPairs = 500;

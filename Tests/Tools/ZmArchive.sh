@@ -1,7 +1,7 @@
 #!/bin/bash
 # ZmArchive.sh <scratch folder> [<emulator>...] <zmarchive>
 #
-# Drives the tool as a user does: exit codes, what it says, what it writes and what it refuses to write.
+# Runs the tool as a user would: checks exit codes, messages, what it writes and what it refuses to write.
 set -euo pipefail
 
 scratch=$1
@@ -22,7 +22,7 @@ expect() {
         exit 77
     fi
     if [ $status -ne "$code" ] || { [ -n "$pattern" ] && ! grep -qE -- "$pattern" out; }; then
-        echo "zmarchive $*: exit code $status instead of $code, or nothing like '$pattern' in"
+        echo "zmarchive $*: exit code $status instead of $code, or no match for '$pattern' in"
         cat out
         exit 1
     fi
@@ -31,7 +31,7 @@ fail() {
     echo "$*"
     exit 1
 }
-# archive <name>...: an archive whose entries are one byte, 'x', each; names with escapes of printf.
+# archive <name>...: creates an archive with entries of one byte, 'x'; names may contain printf escapes.
 archive() {
     local file=$1 index='' name size=0
     shift
@@ -77,7 +77,7 @@ expect 0 '^1 entry, 5 B, extracted' extract in.zmbg New.txt --force
 expect 0 '3 entries' create --flat flat.zmbg ../in
 expect 0 '^large.bin$' list --names flat.zmbg
 
-# What it refuses, and leaves as it was.
+# Changes that are refused and leave the archive unchanged.
 cp in.zmbg before
 printf 'new.txt\nnone\n' >list
 expect 1 'none not found' reorder in.zmbg list

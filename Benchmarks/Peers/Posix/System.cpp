@@ -1,4 +1,4 @@
-// What the system and its C library do at their barest.
+// The bare functions of the system and its C library.
 
 #include "../../Harness.h"
 #include "../../TestFiles.h"
@@ -53,7 +53,7 @@ void ReadAll(const Work& w)
     *static_cast<float*>(w.dst) = float(sum % 65536);
 }
 
-/// The whole block in which a read lies, and a copy.
+/// Reads the whole block that contains the bytes, then copies them.
 void ReadRandom(const Work& w)
 {
     static const int file = open(LargeFile().c_str(), O_RDONLY);

@@ -198,7 +198,7 @@ public:
         m_Self.isStoppable = false;
         {
             const EndLockHolder holder(m_Self);
-            // A stopped thread may hang at exit on locks that it left held, so nobody may have to join it.
+            // A stopped thread may hang on a lock that it still holds, so it detaches itself: joining it could block.
             if (m_Self.isGivenBack || m_Self.wasStopped) {
                 m_Self.isGivenBack = true;
                 pthread_detach(pthread_self());

@@ -4,7 +4,7 @@
 
 namespace {
 
-// The tests' settings lie in a folder of their own and not among the user's.
+// Keeps the tests' settings in a temporary folder, away from the user's.
 const TemporaryFolder g_Folder;
 [[maybe_unused]] const int g_Set = setenv("XDG_CONFIG_HOME", g_Folder.Path().c_str(), 1);
 

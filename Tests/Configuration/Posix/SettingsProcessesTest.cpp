@@ -20,7 +20,7 @@ std::string ValueOf(int number)
     return std::to_string(number) + ':' + std::string(200, char('a' + number % 26));
 }
 
-/// A process that writes values with growing numbers, and each number to the pipe when its value is written.
+/// Starts a process that writes values with increasing numbers and reports each number to the pipe once it is written.
 pid_t StartWriter(int pipe, int number)
 {
     const pid_t child = fork();
@@ -36,7 +36,7 @@ pid_t StartWriter(int pipe, int number)
 TEST(SettingsProcessesTest, AKilledProcessLosesAtMostWhatItWasWriting)
 {
     constexpr int kRounds = 60;
-    const pid_t beside = fork();  // writes all the while, into the same file
+    const pid_t beside = fork();  // writes to the same file at the same time
     if (beside == 0) {
         for (int i = 0; i < kRounds; ++i) {
             WriteSetting("Killed", "beside" + std::to_string(i), "x");
@@ -59,7 +59,7 @@ TEST(SettingsProcessesTest, AKilledProcessLosesAtMostWhatItWasWriting)
         close(ends[0]);
         for (int number = std::max(last - kNames + 1, 1); number <= last; ++number) {
             const std::string value = ReadSetting("Killed", kNameOf[number % kNames]);
-            // The process may have been on its way to the next value of that name.
+            // The process may already have been writing the next value of that name.
             const bool next = number == last + 1 - kNames && value == ValueOf(last + 1);
             ASSERT_TRUE(value == ValueOf(number) || next) << number << " of " << last << ": " << value;
         }

@@ -9,7 +9,7 @@
 
 namespace {
 
-/// While it lives no file grows beyond so many bytes: writing fails there as it does on a full disk.
+/// While it lives, no file can grow beyond a limit: writing then fails as on a full disk.
 class FileSizeLimit {
 public:
     explicit FileSizeLimit(rlim_t limit) : m_OldAction(signal(SIGXFSZ, SIG_IGN))

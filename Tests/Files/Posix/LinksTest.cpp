@@ -54,7 +54,7 @@ TEST(LinksTest, DeletingATreeLeavesWhatItsLinksPointTo)
     EXPECT_EQ(BytesOf(folder / "outside/file"), "bytes");
 }
 
-/// At most so many files may be open while this object lives.
+/// Limits the number of open files while it lives.
 class OpenFilesLimit {
 public:
     explicit OpenFilesLimit(rlim_t limit)

@@ -9,7 +9,7 @@
 
 namespace {
 
-/// Pipes that nobody writes to or reads from, a device and a folder. What waits for the other end of a pipe is ended.
+/// Pipes without a reader or writer, a device and a folder. A test that waits for the other end of a pipe is killed.
 class PipesTest : public testing::Test {
 protected:
     PipesTest()

@@ -4,7 +4,7 @@
 #include <filesystem>
 #include <malloc.h>
 
-/// Loading modules by hand, and what a process holds.
+/// Explicit loading of modules, and the resources that the process holds.
 struct Modules {
     static void* Load(const char* path) { return dlopen(path, RTLD_NOW | RTLD_LOCAL); }
     static void* Find(void* module, const char* name) { return dlsym(module, name); }
@@ -15,7 +15,7 @@ struct Modules {
         return module != nullptr && dlclose(module) == 0;
     }
 
-    /// Files and threads.
+    /// Open files and threads.
     static long CountHandles()
     {
         const auto count = [](const char* folder) {
@@ -24,6 +24,6 @@ struct Modules {
         };
         return count("/proc/self/fd") + count("/proc/self/task");
     }
-    /// Of the C heap.
+    /// Bytes of the C heap.
     static long CountBytes() { return long(mallinfo2().uordblks); }
 };

@@ -4,7 +4,7 @@
 #include <stdint.h>
 #include <windows.h>
 
-/// Loading modules by hand, and what a process holds.
+/// Explicit loading of modules, and the resources that the process holds.
 struct Modules {
     static void* Load(const char* path) { return LoadLibraryA(path); }
     static void* Find(void* module, const char* name)
@@ -14,7 +14,7 @@ struct Modules {
     static void Unload(void* module) { FreeLibrary(static_cast<HMODULE>(module)); }
     static bool IsLoaded(const char* path) { return GetModuleHandleA(path) != nullptr; }
 
-    /// Wine counts none, but gives each the lowest free value.
+    /// Wine does not count handles, but always assigns the lowest free value.
     static long CountHandles()
     {
         DWORD count = 0;
@@ -23,7 +23,7 @@ struct Modules {
         CloseHandle(next);
         return count != 0 ? long(count) : long(reinterpret_cast<intptr_t>(next) / 4);
     }
-    /// Of the C heap: the loader keeps notes of its own in the process's.
+    /// Bytes of the C heap only: the loader keeps records of its own in the process heap.
     static long CountBytes()
     {
         long bytes = 0;

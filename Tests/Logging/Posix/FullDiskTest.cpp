@@ -42,7 +42,7 @@ TEST_F(FullDiskTest, WhatWasWrittenStaysWhenThereIsRoomAgain)
     rlimit limit, none;
     getrlimit(RLIMIT_FSIZE, &limit);
     none = limit;
-    none.rlim_cur = before.size() + 4;  // files may not grow beyond, as on a full disk
+    none.rlim_cur = before.size() + 4;  // files cannot grow further, as on a full disk
     setrlimit(RLIMIT_FSIZE, &none);
     Write("lost");
     Write("lost, too");

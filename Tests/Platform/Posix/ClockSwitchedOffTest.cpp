@@ -14,7 +14,7 @@ void ReadCycles(void*)
 
 TEST(ClockSwitchedOffTest, ASystemThatSwitchesTheCounterOffLeavesNoClock)
 {
-    // Some virtual machines report success and let the counter go on.
+    // Some virtual machines report success but leave the counter running.
     const bool switched = prctl(PR_SET_TSC, PR_TSC_SIGSEGV, 0, 0, 0) == 0 && !zm::RunCatchingFaults(ReadCycles, nullptr);
     if (switched) {
         zm::DetectProcessor();

@@ -15,7 +15,7 @@
 
 namespace {
 
-// The strings that a terminated thread had are lost, and not by mistake.
+// Strings held by a terminated thread are leaked by design.
 void AllowLosses()
 {
 #if defined(__SANITIZE_ADDRESS__)
@@ -35,7 +35,7 @@ protected:
     }
 };
 
-/// What takes the library's own locks, and of the heap no other than the library itself does inside them.
+/// Functions that take the library's own locks and use the heap only inside them.
 const struct {
     const char* name;
     void (*use)();
@@ -71,7 +71,7 @@ unsigned int UseForEver(void* use)
     }
 }
 
-// Whoever takes a lock that a terminated thread has kept waits until the alarm.
+// Waiting for a lock that a terminated thread has kept lasts until the alarm.
 TEST_F(TerminationThreadTest, ThreadsThatAreTerminatedLeaveTheLocksOfTheLibrary)
 {
     Random random(1);
@@ -127,7 +127,7 @@ TEST_F(TerminationThreadTest, AStopInsideTheLogWaitsForTheEndOfTheMessage)
     g_Open = true;
     EXPECT_EQ(thread.Wait(&code, 0), 53);
     EXPECT_EQ(code, 9u);
-    EXPECT_EQ(g_Heard, 1) << "and went no further";
+    EXPECT_EQ(g_Heard, 1) << "the message must be the last thing the thread does";
     thread.Close();
     heard.m_Answer = nullptr;
     kUses[4].use();
