@@ -153,7 +153,8 @@ ZmConfigurationEntry* ZmConfiguration::GetEntry(const char* path, int dots) cons
 {
     const char* lastDot = path != nullptr && dots != 0 ? strrchr(path, '.') : nullptr;
     for (const ZmConfigurationSection* tree : {m_Root, m_Defaults}) {
-        // The section of the whole path, its last part included, and not the one before it: callers rely on that.
+        // Callers rely on the section of the whole path, including its last part
+        // (ZmConfigurationTest, PathsAreReadDifferentlyByEachOperation).
         const ZmConfigurationSection* section =
             tree != nullptr && lastDot != nullptr ? zm::FindPath(*tree, path, true) : tree;
         ZmConfigurationEntry* entry =
