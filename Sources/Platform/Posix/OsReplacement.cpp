@@ -17,9 +17,10 @@ namespace zm {
 
 namespace {
 
-// A handle is the number of the file and one, since null is none.
+// A handle is the file's number plus one, since null means none.
 void* HandleOf(int file)
 {
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): never dereferenced
     return reinterpret_cast<void*>(intptr_t(file) + 1);
 }
 
@@ -82,8 +83,8 @@ std::string PathWithoutLinks(const char* path)
         if (length < 0) {
             return native;
         }
-        const std::string next(text, size_t(length));
-        native = *text == '/' ? next : native.substr(0, native.rfind('/') + 1) + next;
+        native.resize(*text == '/' ? 0 : native.rfind('/') + 1);
+        native.append(text, size_t(length));
     }
     return "";
 }
