@@ -15,14 +15,14 @@ struct alignas(64) QueryInputs {
     using Boxes = float[kSeconds][6];
     using Wide = float[kSeconds][8];
 
-    Boxes boxes, otherBoxes;              ///< Max, then Min
-    Boxes boxesMinFirst, othersMinFirst;  ///< the same, Min first
-    Wide wideBoxes, wideOthers;           ///< Min, 0, Max, 0: for peers with vectors of 16 bytes
-    float spheres[kPairs][4];             ///< paired with boxes
-    float rays[kPairs][6];                ///< paired with boxes
-    float faceRays[kPairs][6];            ///< paired with triangles
-    float triangles[kSeconds][12];        ///< three corners and the normal
-    float oriented[kSeconds][15], otherOriented[kSeconds][15];             ///< centre, axes, half-sizes
+    Boxes boxes, otherBoxes;                                    ///< Max, then Min
+    Boxes boxesMinFirst, othersMinFirst;                        ///< the same, Min first
+    Wide wideBoxes, wideOthers;                                 ///< Min, 0, Max, 0: for peers with vectors of 16 bytes
+    float spheres[kPairs][4];                                   ///< paired with boxes
+    float rays[kPairs][6];                                      ///< paired with boxes
+    float faceRays[kPairs][6];                                  ///< paired with triangles
+    float triangles[kSeconds][12];                              ///< three corners and the normal
+    float oriented[kSeconds][15], otherOriented[kSeconds][15];  ///< centre, axes, half-sizes
     float orientedAxesFirst[kSeconds][15], othersAxesFirst[kSeconds][15];  ///< axes, centre, half-sizes
     float segments[kPairs][6], otherSegments[kSeconds][6];
     float frustumBoxes[kSeconds][6], frustumMinFirst[kSeconds][6];

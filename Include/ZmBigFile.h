@@ -128,7 +128,7 @@ private:
     void RemoveFromOrder(const Entry* entry);
 
     bool CanBeSaved(unsigned int& indexSize);
-    bool WriteFile(const char* path, bool regular, unsigned int indexSize, ProgressionCallback* progress);
+    bool WriteFile(const char* path, unsigned int indexSize, ProgressionCallback* progress);
     bool WriteArchive(ZmFile& output, unsigned int indexSize, ProgressionCallback* progress);
     bool WriteIndex(ZmFile& output, unsigned int indexSize) const;
     bool WriteBytes(ZmFile& output, const Entry& entry);

@@ -113,9 +113,9 @@ public:
     /// else 0.
     ///
     /// The new file is written completely beside the old one, flushed to disk and then replaces it in one step. A full
-    /// disk or a crash therefore leaves the old file intact; a crash may also leave the unfinished new file behind. A
-    /// symbolic link is kept, and its target is replaced. Permissions and owner are kept; further access lists may be
-    /// lost.
+    /// disk or a crash therefore leaves the old file intact; an unfinished new file that a crash leaves behind is removed
+    /// at the next save. A symbolic link is kept, and its target is replaced. Permissions and owner are kept; further
+    /// access lists may be lost.
     ///
     /// The file itself is overwritten if it cannot be replaced: if it is not a regular file (a pipe or device), if it
     /// has several names (hard links), or if no file can be created in its folder or its owner cannot be kept. A

@@ -17,10 +17,11 @@
 /// gives NaN for a line, while a ray or segment is treated as a point.
 class ZmDistance {
 public:
-    /// A line counts as parallel to the other object if |Direction0 x Direction1|^2 is below 2^-23, whatever the lengths
-    /// of the directions. Then *t1 = 0 and *t0 is the foot of the other object's origin on the line, although objects
-    /// that are not quite parallel come closer elsewhere. Pass directions of sensible length: for unit vectors the limit
-    /// is an angle of 0.02 degrees; if the product of the lengths is below 3.4e-4, any directions count as parallel.
+    /// A line counts as parallel to the other object if |Direction0 x Direction1|^2 is below 2^-23, whatever the
+    /// lengths of the directions. Then *t1 = 0 and *t0 is the foot of the other object's origin on the line, although
+    /// objects that are not quite parallel come closer elsewhere. Pass directions of sensible length: for unit vectors
+    /// the limit is an angle of 0.02 degrees; if the product of the lengths is below 3.4e-4, any directions count as
+    /// parallel.
     ZM_API static float LineLineSquareDistance(const ZmRay& line0, const ZmRay& line1, float* t0, float* t1);
     ZM_API static float LineRaySquareDistance(const ZmRay& line, const ZmRay& ray, float* t0, float* t1);
     ZM_API static float LineSegmentSquareDistance(const ZmRay& line, const ZmRay& segment, float* t0, float* t1);

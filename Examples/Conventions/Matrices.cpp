@@ -13,7 +13,7 @@ std::string Number(float value)
     return text;
 }
 
-/// The letter F, so that rotated and mirrored ones can be told apart.
+/// The letter F, whose rotated and mirrored images look different.
 const std::vector<ZmVector> kLetter = {{0, 0, 0},    {0.3f, 0, 0},    {0.3f, 0.7f, 0}, {0.8f, 0.7f, 0}, {0.8f, 1, 0},
                                        {0.3f, 1, 0}, {0.3f, 1.3f, 0}, {1, 1.3f, 0},    {1, 1.6f, 0},    {0, 1.6f, 0}};
 

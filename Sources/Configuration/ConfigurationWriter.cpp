@@ -50,8 +50,8 @@ private:
     bool m_Failed = false;
 };
 
-/// The sections from the root to the current one, with what is left to be written of each. A recursion would exhaust
-/// the stack on a deep tree.
+/// Writes a tree without recursion, which would exhaust the stack on deep trees: keeps the sections from the root to
+/// the current one, each with its next child.
 class TreeWriter {
 public:
     TreeWriter(ZmStream& stream, unsigned indent) : m_Text(stream), m_Indent(indent) {}
@@ -79,7 +79,7 @@ private:
         ZmConfigurationSection::SectionTable::ConstIterator next;
     };
 
-    // Blanks before the children of the current section.
+    // Number of blanks before the children of the current section.
     uint64_t Depth() const { return m_Open.IsEmpty() ? 0 : uint64_t(m_Open.Size() - 1) * m_Indent; }
 
     bool Enter(const ZmConfigurationSection& section)

@@ -5,8 +5,8 @@
 
 namespace zm {
 
-/// Writes what is in a section in the text format, each level behind `indent` more blanks. False if the stream did not
-/// take all of it, or without memory.
+/// Writes the contents of a section in the text format, indenting each level by `indent` more blanks. Returns false if
+/// the stream refused some of it or memory ran out.
 bool WriteConfiguration(ZmStream& res, const ZmConfigurationSection& root, unsigned indent);
 
 }  // namespace zm

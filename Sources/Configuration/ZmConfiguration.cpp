@@ -24,7 +24,7 @@ int ZmConfiguration::Add(const char* section, const char* name, Value value, ZmC
 {
     ZmConfigurationSection* holder = m_Root;
     if (section != nullptr) {
-        // The defaults are searched as well, and so may receive the entry: callers know it so.
+        // Also searches the defaults, which may therefore receive the entry: callers rely on it.
         holder = GetSubSection(section, 1);
         if (holder == nullptr) {
             holder = zm::CreatePath(*m_Root, section);
@@ -180,7 +180,7 @@ void ZmConfiguration::ClearDefault()
 
 int ZmConfiguration::BuildFromFile(const char* filename, int& line, XString& error)
 {
-    const std::string path = filename != nullptr ? filename : "";  // it may be a value of the tree
+    const std::string path = filename != nullptr ? filename : "";  // a copy: it may be a value of the tree
     Clear();
     if (filename == nullptr) {
         error = "null filename";
@@ -191,7 +191,7 @@ int ZmConfiguration::BuildFromFile(const char* filename, int& line, XString& err
 
 int ZmConfiguration::BuildFromMemory(const char* text, int& line, XString& error)
 {
-    // Strings are that short: a text which is a value of the tree is kept while that is cleared.
+    // Copies a text that may be a value of the tree, which is about to be cleared: values are never longer than this.
     const size_t length = text != nullptr ? strlen(text) : 0;
     const std::string copy(text, length <= size_t(XBaseString::kMaxLength) ? length : 0);
     Clear();
@@ -206,14 +206,14 @@ int ZmConfiguration::SaveToFile(const char* filename) const
     zm::Replacement replacement;
     const bool replaces = replacement.Begin(filename, zm::Replacement::EXACT);
     ZmFile file;
-    int done = file.Open(replaces ? replacement.Path() : filename,
-                         ZmFile::OpenMode(ZmFile::WRITEONLY | ZmFile::TEXT)) != 0 &&
-               zm::WriteConfiguration(file, *m_Root, m_Indent);
-    done = file.Close() != 0 && done;
+    const auto mode = ZmFile::OpenMode(ZmFile::WRITEONLY | ZmFile::TEXT);
+    const bool written = file.Open(replaces ? replacement.Path() : filename, mode) != 0 &&
+                         zm::WriteConfiguration(file, *m_Root, m_Indent);
+    const bool done = file.Close() != 0 && written;
     return done && (!replaces || replacement.Commit());
 }
 
-// Operations of an object, although they do nothing yet.
+// Non-static, although they do nothing: callers use them as members.
 // NOLINTBEGIN(readability-convert-member-functions-to-static)
 
 int ZmConfiguration::BuildFromDataFile(const char* /*filename*/, XString& /*error*/)

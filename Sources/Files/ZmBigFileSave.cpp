@@ -1,5 +1,4 @@
 #include "Files/BigFileEntry.h"
-#include "Files/RegularFile.h"
 #include "Logging/LibraryLog.h"
 #include "Platform/Replacement.h"
 #include "ZmAllocator.h"
@@ -35,7 +34,7 @@ bool WriteZeros(ZmFile& output, unsigned int size)
     return written;
 }
 
-// So that the index stays true, a file that has gone since it was appended leaves zeros.
+// A file that has disappeared since it was appended is replaced by zeros, so that the index stays correct.
 bool WriteDeferred(ZmFile& output, const char* path, unsigned int size)
 {
     const ZmMemoryMappedFile file(path);
@@ -46,7 +45,7 @@ bool WriteDeferred(ZmFile& output, const char* path, unsigned int size)
     return WriteZeros(output, size);
 }
 
-/// Calls back when the percentage has changed.
+/// Calls back whenever the percentage changes.
 class Progress {
 public:
     Progress(ZmBigFile::ProgressionCallback* callback, int count) : m_Callback(callback), m_Count(count) {}
@@ -66,7 +65,7 @@ private:
     int m_Last = -1;
 };
 
-/// Whether a file of that name would be put in the place of something that is no file, such as a device.
+/// Whether the path names something other than a regular file, such as a device, which must not be replaced.
 bool IsNoFile(const char* path)
 {
     constexpr unsigned int kTypeMask = 0xF000, kRegularFile = 0x8000;
@@ -88,19 +87,19 @@ int ZmBigFile::Save(const char* path, ProgressionCallback* progress)
     }
     const char* target = inPlace ? m_FileName.Text() : path;
     if (IsNoFile(target)) {
-        return WriteFile(target, false, indexSize, progress);
+        return WriteFile(target, indexSize, progress);
     }
     zm::Replacement replacement;
     if (!replacement.Begin(target, zm::Replacement::CLOSEST)) {
         zm::Warn(__LINE__, kSourceName, "File %s cannot be replaced: nothing is saved", target);
         return 0;
     }
-    if (!WriteFile(replacement.Path(), true, indexSize, progress)) {
+    if (!WriteFile(replacement.Path(), indexSize, progress)) {
         return 0;
     }
     const bool wasOpen = m_File.IsValid() != 0;
     if (inPlace) {
-        m_File.Close();  // not every system replaces a file that is open
+        m_File.Close();  // some systems cannot replace an open file
     }
     if (!replacement.Commit()) {
         zm::Warn(__LINE__, kSourceName, "Big File %s cannot be replaced", target);
@@ -135,10 +134,10 @@ bool ZmBigFile::CanBeSaved(unsigned int& indexSize)
     return true;
 }
 
-bool ZmBigFile::WriteFile(const char* path, bool regular, unsigned int indexSize, ProgressionCallback* progress)
+bool ZmBigFile::WriteFile(const char* path, unsigned int indexSize, ProgressionCallback* progress)
 {
     ZmFile output;
-    if (!(regular ? zm::OpenRegularFile(output, path, ZmFile::WRITEONLY) : output.Open(path, ZmFile::WRITEONLY))) {
+    if (!output.Open(path, ZmFile::WRITEONLY)) {
         zm::Warn(__LINE__, kSourceName, "File %s cannot be made: nothing is saved", path);
         return false;
     }
@@ -198,7 +197,7 @@ bool ZmBigFile::WriteStored(ZmFile& output, const Entry& entry)
     }
     m_File.Seek(int(entry.offset), ZmStream::START);
     m_File.Read(block, size);
-    // A cached read does not say how much it found.
+    // A cached read does not report how many bytes it read.
     const bool written = m_File.IsValid() && WriteAll(output, block, size);
     allocator.ReleaseScratch(block);
     return written;

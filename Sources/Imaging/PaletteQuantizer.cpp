@@ -67,7 +67,8 @@ void LearnPalette(Palette& res, const PackedPicture& picture, int factor)
     PaletteNetwork network;
     Initialise(network);
     fprintf(stderr, "beginning 1D learning: initial radius=%d\n", Neighbourhood::kLargest);
-    const int alpha = DispatchWide(avx2::Learn, Learn<SseWords>, Learn<ScalarWord>, network, picture, factor < 1 ? 1 : factor);
+    const int alpha =
+        DispatchWide(avx2::Learn, Learn<SseWords>, Learn<ScalarWord>, network, picture, factor < 1 ? 1 : factor);
     fprintf(stderr, "finished 1D learning: final alpha=%f !\n", alpha / 1024.0);
     for (int i = 0; i < kPaletteSize; ++i) {
         for (int c = 0; c < 3; ++c) {

@@ -4,27 +4,29 @@
 
 namespace zm {
 
-// What Replacement asks of the system.
+// The system calls of Replacement.
 
-/// The path with links at its end followed, on systems whose own renaming does not; empty for a circle of links.
-std::string PathWithoutLinks(const char* path);
+/// The path of the file to replace, in the system's form, with links at its end followed where renaming would replace
+/// the link. Empty if there is none, as for a circle of links.
+std::string ReplacedPath(const char* path);
 
-/// Whether a new file may take that place: nothing is there, or a regular file that the caller may write and that, for
-/// an exact replacement, has no other name.
+/// Whether the file may be replaced: it does not exist, or it is a regular file that the caller may write and, for an
+/// exact replacement, has no other name.
 bool TakesReplacement(const char* target, Replacement::Options options);
 
-/// Makes an empty file and holds it, so that RemoveUnheldFile() of any process spares it; others may write it. It is
-/// like the target where there is one. Null if that fails; `taken` tells whether the name is somebody's.
+/// Creates an empty file with the target's owner and permissions, and holds it: RemoveUnheldFile() of any process
+/// leaves it alone, while others may open and write it. Returns null on failure; `taken` is then set if the name was in
+/// use and another one should be tried.
 void* MakeNewFile(const char* path, const char* target, Replacement::Options options, bool& taken);
 
-/// Lets a file of MakeNewFile() go and removes it.
+/// Releases a file of MakeNewFile() and removes it.
 void DiscardNewFile(void* held, const char* path);
 
-/// Brings a file of MakeNewFile() to the disk, gives it the target's name in one step, and lets it go. False, with all
-/// as it was and the file still held, if that fails.
+/// Writes a file of MakeNewFile() to the disk, renames it to the target in one step and releases it: `held` is null
+/// then. On failure returns false; nothing has changed and the file is still held.
 bool GiveName(void*& held, const char* path, const char* target);
 
-/// Removes a file of MakeNewFile() whose process has ended.
+/// Removes a file of MakeNewFile() if the process that created it has ended.
 void RemoveUnheldFile(const char* path);
 
 }  // namespace zm

@@ -10,18 +10,18 @@ namespace zm {
 
 namespace {
 
-constexpr size_t kLongestName = 255;  // that file systems take, in bytes
+constexpr size_t kLongestName = 255;  // in bytes, the limit of common file systems
 constexpr size_t kDigits = 8;         // of the number in a new file's name
 constexpr char kEnding[] = ".tmp";
 constexpr size_t kAdded = 1 + kDigits + sizeof(kEnding) - 1;
 
 size_t NameStart(const std::string& path)
 {
-    const size_t separator = path.find_last_of("/\\:");
+    const size_t separator = path.find_last_of("/\\");
     return separator == std::string::npos ? 0 : separator + 1;
 }
 
-// The path with its name cut so that what is added still fits, and not inside a character of UTF-8.
+// The path and a dot. A long name is cut to leave room for the ending, but not inside a UTF-8 character.
 std::string StemOf(const std::string& path)
 {
     size_t length = path.size() - NameStart(path);
@@ -52,7 +52,7 @@ Replacement::~Replacement()
 
 bool Replacement::Begin(const char* path, Options options)
 {
-    m_Target = PathWithoutLinks(path);
+    m_Target = ReplacedPath(path);
     if (m_Target.empty() || !TakesReplacement(m_Target.c_str(), options)) {
         return false;
     }
@@ -88,11 +88,7 @@ void Replacement::RemoveLeftovers() const
 
 bool Replacement::Commit()
 {
-    const bool done = m_Held != nullptr && GiveName(m_Held, m_Fresh.c_str(), m_Target.c_str());
-    if (done) {
-        m_Held = nullptr;
-    }
-    return done;
+    return m_Held != nullptr && GiveName(m_Held, m_Fresh.c_str(), m_Target.c_str());
 }
 
 }  // namespace zm

@@ -4,22 +4,23 @@
 
 namespace zm {
 
-/// A new file that takes the place of an old one: begin, write, commit. Until the commit the old file is as it was;
-/// after it the new one is there whole, on the disk, in one step. An object that is destroyed without a commit removes
-/// what it made.
+/// Replaces a file: begin, write, commit. The old file is unchanged until the commit, which puts the complete new file
+/// in its place in one step, after its bytes have reached the disk. An object destroyed without a commit removes its
+/// new file.
 ///
-/// The new file lies beside the old one, under a name that nobody has ("name.1234abcd.tmp"), and has its owner and
-/// permissions. Where the path is a link, the file that it leads to is replaced and the link stays. What killed
-/// processes have left of earlier replacements of the same file is removed at the next one.
+/// The new file is created beside the old one under an unused name ("name.1234abcd.tmp") with the same owner and
+/// permissions. If the path is a link, its target is replaced and the link is kept; Windows, where links are rare,
+/// refuses them. New files that killed processes have left behind are removed when the same file is replaced the next
+/// time.
 class Replacement {
 public:
     enum Options {
-        /// Begins only where nobody could notice: not for a file with several names or another owner that the new one
-        /// cannot have.
+        /// Refuses what another program could notice: replacing a file that has several names, or whose owner the new
+        /// file cannot be given.
         EXACT = 0,
-        /// Takes as much of the owner as the system allows. Other names of the file keep the old one.
+        /// Keeps the owner as far as the system allows. Other names of the file keep the old contents.
         CLOSEST = 1,
-        /// A file that did not exist is for its owner alone.
+        /// A file that did not exist is accessible to its owner only.
         PRIVATE = 2
     };
 
@@ -28,14 +29,14 @@ public:
     Replacement(const Replacement&) = delete;
     Replacement& operator=(const Replacement&) = delete;
 
-    /// Makes the new file, empty. False, and nothing is made, where that is impossible or where the path is no regular
-    /// file or may not be written.
+    /// Creates the new file, empty. Returns false, with nothing created, if that fails or if the path is not a regular
+    /// file that the caller may write.
     bool Begin(const char* path, Options options);
 
-    /// The new file, to be opened by its path, written and closed before Commit().
+    /// The new file: open it by this path, write it, and close it before Commit().
     const char* Path() const { return m_Fresh.c_str(); }
 
-    /// Brings the new file to the disk and gives it the old one's name. False if that fails; the old one stays then.
+    /// Writes the new file to the disk and renames it. Returns false if that fails; the old file is then unchanged.
     bool Commit();
 
 private:
@@ -43,9 +44,9 @@ private:
     void RemoveLeftovers() const;
 
     std::string m_Target;
-    std::string m_Stem;   ///< what the names of all new files of this target begin with
+    std::string m_Stem;  ///< common beginning of the names of this target's new files
     std::string m_Fresh;
-    void* m_Held = nullptr;
+    void* m_Held = nullptr;  ///< of MakeNewFile(); null before Begin() and after Commit()
 };
 
 }  // namespace zm

@@ -48,8 +48,8 @@ inline void Store(float* res, Pair value)
     }
 }
 
-/// The squared sine of the angle up to which two rays count as parallel. Rounding the directions to floats causes angles
-/// of this size, which would put the closest points very far away.
+/// The squared sine of the angle up to which two rays count as parallel. Rounding the directions to floats causes
+/// angles of this size, which would put the closest points very far away.
 const double kParallelSquare = 0x1p-44;
 
 /// The largest double below kEpsilon; from kEpsilon on nothing is parallel to a line.

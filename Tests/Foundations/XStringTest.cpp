@@ -167,12 +167,18 @@ TEST(XStringTest, NumbersAreWrittenAsPrintfWritesThem)
         XString string;
         const char* expected;
     } rows[] = {
-        {XString() + INT_MIN, "-2147483648"},      {XString("n") + 0, "n0"},
-        {XString() + UINT_MAX, "4294967295"},      {XString() + 1.5f, "1.500000"},
-        {XString() + -0.0f, "-0.000000"},          {XString() + 0.1f, "0.100000"},
-        {XString() + 1e10f, "10000000000.000000"}, {XString("a") + "b" + 'c' + XString("d"), "abcd"},
-        {XString() + 0.1, "0.100000"},             {XString() + 5L + sizeof(char), "51"},
-        {XString() + LLONG_MIN, "-9223372036854775808"}, {XString() + ULLONG_MAX, "18446744073709551615"},
+        {XString() + INT_MIN, "-2147483648"},
+        {XString("n") + 0, "n0"},
+        {XString() + UINT_MAX, "4294967295"},
+        {XString() + 1.5f, "1.500000"},
+        {XString() + -0.0f, "-0.000000"},
+        {XString() + 0.1f, "0.100000"},
+        {XString() + 1e10f, "10000000000.000000"},
+        {XString("a") + "b" + 'c' + XString("d"), "abcd"},
+        {XString() + 0.1, "0.100000"},
+        {XString() + 5L + sizeof(char), "51"},
+        {XString() + LLONG_MIN, "-9223372036854775808"},
+        {XString() + ULLONG_MAX, "18446744073709551615"},
     };
     for (const auto& row : rows) {
         EXPECT_STREQ(row.string.Text(), row.expected);

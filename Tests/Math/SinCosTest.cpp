@@ -9,17 +9,24 @@ namespace {
 
 const double kSinCosError = 0x1p-34;  // absolute, of the polynomials
 
+class SinCosTest : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        if (!SystemSinesAreExact()) {
+            GTEST_SKIP() << "the C library's sines are inexact here";
+        }
+    }
+};
+
 double ErrorAt(double x)
 {
     const zm::SinCos turn(x);
     return std::max(fabs(turn.sine - sin(x)), fabs(turn.cosine - cos(x)));
 }
 
-TEST(SinCosTest, AnglesAreRightInEveryQuadrant)
+TEST_F(SinCosTest, AnglesAreRightInEveryQuadrant)
 {
-    if (!SystemSinesAreExact()) {
-        GTEST_SKIP() << "the C library's sines are inexact here";
-    }
     Random random(1);
     double worst = 0;
     for (int round = 0; round < 50000; ++round) {
@@ -34,11 +41,8 @@ TEST(SinCosTest, AnglesAreRightInEveryQuadrant)
     EXPECT_LE(worst, kSinCosError);
 }
 
-TEST(SinCosTest, AnglesNextToQuartersAreRightInTheLastPlaceOfAFloat)
+TEST_F(SinCosTest, AnglesNextToQuartersAreRightInTheLastPlaceOfAFloat)
 {
-    if (!SystemSinesAreExact()) {
-        GTEST_SKIP() << "the C library's sines are inexact here";
-    }
     for (int quarter = -60000; quarter <= 60000; quarter += quarter > -40 && quarter < 40 ? 1 : 97) {
         const float nearest = float(quarter * 1.5707963267948966);
         for (const float x : {nearest, nextafterf(nearest, -1e9f), nextafterf(nearest, 1e9f)}) {
@@ -49,11 +53,8 @@ TEST(SinCosTest, AnglesNextToQuartersAreRightInTheLastPlaceOfAFloat)
     }
 }
 
-TEST(SinCosTest, HugeAnglesAreStillAngles)
+TEST_F(SinCosTest, HugeAnglesAreStillAngles)
 {
-    if (!SystemSinesAreExact()) {
-        GTEST_SKIP() << "the C library's sines are inexact here";
-    }
     for (const double x : {99999.99, 1e5, 100000.01, 1e6, -123456789.0, 1e10, 1e15}) {
         EXPECT_LE(ErrorAt(x), kSinCosError) << x;
     }

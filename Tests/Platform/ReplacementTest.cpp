@@ -1,6 +1,4 @@
-#include "Platform/Replacement.h"
-
-#include "Support/TemporaryFolder.h"
+#include "Support/ReplaceFile.h"
 
 #include <gtest/gtest.h>
 
@@ -11,16 +9,6 @@ using Names = std::vector<std::string>;
 using zm::Replacement;
 
 namespace {
-
-int Replace(const std::string& path, const std::string& bytes, Replacement::Options options = Replacement::EXACT)
-{
-    Replacement replacement;
-    if (!replacement.Begin(path.c_str(), options)) {
-        return 0;
-    }
-    MakeFile(replacement.Path(), bytes);
-    return replacement.Commit();
-}
 
 void MakeOldFile(const std::string& path)
 {
@@ -33,7 +21,7 @@ TEST(ReplacementTest, TheOldFileStaysUntilTheCommit)
     const TemporaryFolder folder;
     const std::string path = folder / "a";
     for (const char* bytes : {"first", "second"}) {
-        EXPECT_EQ(Replace(path, bytes), 1);
+        EXPECT_TRUE(Replace(path, bytes));
         EXPECT_EQ(BytesOf(path), bytes);
     }
     {
@@ -45,8 +33,8 @@ TEST(ReplacementTest, TheOldFileStaysUntilTheCommit)
     }
     EXPECT_EQ(BytesOf(path), "second");
     EXPECT_EQ(folder.Files(), Names{"a"});
-    EXPECT_EQ(Replace(folder.Path(), "a folder"), 0);
-    EXPECT_EQ(Replace(folder / "no/such/folder", ""), 0);
+    EXPECT_FALSE(Replace(folder.Path(), "a folder"));
+    EXPECT_FALSE(Replace(folder / "no/such/folder", ""));
 }
 
 TEST(ReplacementTest, NamesOfAnyLengthAreReplaced)
@@ -55,7 +43,7 @@ TEST(ReplacementTest, NamesOfAnyLengthAreReplaced)
     const size_t longest = fs::path::preferred_separator == '/' ? 255 : 150;  // Windows counts the whole path
     for (const size_t length : {size_t(1), longest - 13, longest - 12, longest}) {
         const std::string path = folder / std::string(length, 'n');
-        EXPECT_EQ(Replace(path, "new"), 1) << length;
+        EXPECT_TRUE(Replace(path, "new")) << length;
         EXPECT_EQ(BytesOf(path), "new") << length;
     }
     EXPECT_EQ(folder.Files().size(), 4u);
@@ -65,7 +53,7 @@ TEST(ReplacementTest, OnlyWhatDeadProcessesHaveLeftIsRemoved)
 {
     const TemporaryFolder folder;
     const std::string path = folder / "a";
-    const Names others = {"a.0123abcd",      "a.0123abcd.TMP", "a.0123abcd.tmp.tmp", "a.0123abcg.tmp",
+    const Names others = {"a.0123abcd",    "a.0123abcd.TMP", "a.0123abcd.tmp.tmp", "a.0123abcg.tmp",
                           "a.123abcd.tmp", "a.tmp",          "b.0123abcd.tmp"};
     for (const std::string& name : others) {
         MakeOldFile(folder / name);
@@ -74,7 +62,7 @@ TEST(ReplacementTest, OnlyWhatDeadProcessesHaveLeftIsRemoved)
     Replacement held;
     ASSERT_TRUE(held.Begin(path.c_str(), Replacement::EXACT));
     fs::last_write_time(held.Path(), fs::file_time_type::clock::now() - std::chrono::minutes(5));
-    EXPECT_EQ(Replace(path, "other"), 1);
+    EXPECT_TRUE(Replace(path, "other"));
     MakeFile(held.Path(), "held");
     EXPECT_TRUE(held.Commit());
     EXPECT_EQ(BytesOf(path), "held");

@@ -1,4 +1,4 @@
-// Large files in 32-bit programs, too.
+// Large files, in 32-bit programs too.
 #define _FILE_OFFSET_BITS 64
 
 #include "Platform/OsReplacement.h"
@@ -17,7 +17,7 @@ namespace zm {
 
 namespace {
 
-// A handle is the file's number plus one, since null means none.
+// A handle is the descriptor plus one, so that descriptor 0 is not null.
 void* HandleOf(int file)
 {
     // NOLINTNEXTLINE(performance-no-int-to-ptr): never dereferenced
@@ -31,7 +31,7 @@ int FileOf(void* handle)
 
 bool MakeLike(int file, const struct stat& status, Replacement::Options options)
 {
-    constexpr mode_t kAll = 07777, kNobodysRights = 0777;  // without those that depend on the owner
+    constexpr mode_t kAll = 07777, kWithoutSetId = 0777;  // set-id bits must not move to another owner
     struct stat made;
     const bool sameOwner = (fstat(file, &made) == 0 && made.st_uid == status.st_uid && made.st_gid == status.st_gid) ||
                            fchown(file, status.st_uid, status.st_gid) == 0;
@@ -41,8 +41,14 @@ bool MakeLike(int file, const struct stat& status, Replacement::Options options)
         }
         [[maybe_unused]] const int group = fchown(file, uid_t(-1), status.st_gid);
     }
-    // After the owner, whose change takes some of the permissions.
-    return fchmod(file, status.st_mode & (sameOwner ? kAll : kNobodysRights)) == 0;
+    // After fchown(), which clears some of the permissions.
+    return fchmod(file, status.st_mode & (sameOwner ? kAll : kWithoutSetId)) == 0;
+}
+
+bool IsUnlinked(int file)
+{
+    struct stat status;
+    return fstat(file, &status) == 0 && status.st_nlink == 0;
 }
 
 bool IsNamed(int file, const char* path)
@@ -52,13 +58,13 @@ bool IsNamed(int file, const char* path)
            named.st_dev == opened.st_dev && named.st_ino == opened.st_ino;
 }
 
-// To the disk, where the file system knows how.
+// EINVAL: the file system cannot synchronise.
 bool Synchronise(int file)
 {
     return fsync(file) == 0 || errno == EINVAL;
 }
 
-// Where the folder cannot be read, the system writes its new name in its own time.
+// A folder that cannot be read is left to the system, which writes it in its own time.
 void SynchroniseFolderOf(const std::string& path)
 {
     const size_t slash = path.rfind('/');
@@ -72,9 +78,9 @@ void SynchroniseFolderOf(const std::string& path)
 
 }  // namespace
 
-std::string PathWithoutLinks(const char* path)
+std::string ReplacedPath(const char* path)
 {
-    constexpr int kMostLinks = 40;  // as the system itself follows
+    constexpr int kMostLinks = 40;  // the system's own limit
     std::string native = path;
     std::replace(native.begin(), native.end(), '\\', '/');
     for (int links = 0; links < kMostLinks; ++links) {
@@ -109,8 +115,10 @@ void* MakeNewFile(const char* path, const char* target, Replacement::Options opt
     if (file < 0) {
         return nullptr;
     }
-    flock(file, LOCK_EX);  // where locks do not work, nobody removes unheld files either
-    taken = !IsNamed(file, path);  // RemoveUnheldFile() of another process was quicker than the lock
+    // Fails only where locks do not work; there RemoveUnheldFile() removes nothing.
+    while (flock(file, LOCK_EX) != 0 && errno == EINTR) {
+    }
+    taken = IsUnlinked(file);  // by RemoveUnheldFile() of another process, before the lock
     if (taken || (exists && !MakeLike(file, status, options))) {
         DiscardNewFile(HandleOf(file), path);
         return nullptr;
@@ -120,7 +128,7 @@ void* MakeNewFile(const char* path, const char* target, Replacement::Options opt
 
 void DiscardNewFile(void* held, const char* path)
 {
-    if (IsNamed(FileOf(held), path)) {
+    if (!IsUnlinked(FileOf(held))) {  // else the name may be another file's by now
         unlink(path);
     }
     close(FileOf(held));
@@ -140,7 +148,7 @@ bool GiveName(void*& held, const char* path, const char* target)
 void RemoveUnheldFile(const char* path)
 {
     const int file = open(path, O_WRONLY | O_NONBLOCK | O_NOFOLLOW | O_CLOEXEC);
-    // Whoever had the lock may have given the file its name meanwhile.
+    // The holder may have renamed the file before it released the lock.
     if (file >= 0 && flock(file, LOCK_EX | LOCK_NB) == 0 && IsNamed(file, path)) {
         unlink(path);
     }

@@ -24,8 +24,8 @@ constexpr unsigned kRightToRead = 0x1, kRightToWrite = 0x2, kEveryRight = 0x1200
                    kGenericWrite = 0x40000000;
 
 struct Key {
-    std::string folder;  ///< of all keys below the root, with a slash behind it
-    std::string path;    ///< from there, with '\' between the levels
+    std::string folder;  ///< contains all keys below the root; ends with a slash
+    std::string path;    ///< relative to the folder, with '\' between the levels
     bool reads, writes;
 
     std::string File() const { return folder + SettingsPath(path); }
@@ -34,7 +34,7 @@ struct Key {
 std::string ConfigurationFolder()
 {
     const char* folder = getenv("XDG_CONFIG_HOME");
-    if (folder != nullptr && *folder == '/') {  // relative ones are to be ignored
+    if (folder != nullptr && *folder == '/') {  // relative paths must be ignored
         return std::string(folder) + '/';
     }
     const char* home = getenv("HOME");
@@ -55,7 +55,7 @@ bool MakeFolders(const std::string& path)
     return true;
 }
 
-/// An open file, closed at the end.
+/// Closes its file when it is destroyed.
 class OpenFile {
 public:
     OpenFile(const std::string& path, int flags) : m_File(open(path.c_str(), flags | O_CLOEXEC, 0600)) {}
@@ -70,7 +70,7 @@ public:
 
     bool IsOpen() const { return m_File >= 0; }
 
-    /// For as long as it is open. Each opening has a lock of its own, so threads exclude each other, too.
+    /// Locks the file until it is closed. Each opening has its own lock, so that threads exclude each other as well.
     bool Lock() const
     {
         int result = -1;
@@ -109,14 +109,14 @@ private:
     int m_File;
 };
 
-/// A file that does not exist is empty.
+/// Reads a whole file; a missing file counts as empty.
 bool ReadFile(const std::string& path, std::string& res)
 {
     OpenFile file(path, O_RDONLY);
     return file.IsOpen() ? file.ReadAll(res) : errno == ENOENT;
 }
 
-// Whoever holds the lock is the only writer.
+// The caller holds the lock, so there is no other writer.
 bool ReplaceText(const std::string& path, const std::string& text)
 {
     Replacement replacement;
@@ -162,7 +162,7 @@ bool WriteSetting(void* key, const char* name, const char* value)
     if (!opened.writes || !MakeFolders(opened.File())) {
         return false;
     }
-    const StopDelay delay;  // or the file's lock would stay
+    const StopDelay delay;  // a terminated thread would keep the file locked
     OpenFile lock(opened.folder + ".lock", O_RDWR | O_CREAT);
     const std::string path = opened.File();
     std::string old;

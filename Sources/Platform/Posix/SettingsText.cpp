@@ -13,7 +13,7 @@ std::string Escape(unsigned char c)
     return {'%', digits[c >> 4], digits[c & 15]};
 }
 
-/// Blanks and all bytes of other alphabets stay readable.
+/// Escapes control characters and those of `special`; blanks and bytes beyond ASCII stay readable.
 std::string Escaped(const std::string& text, const char* special)
 {
     std::string res;
@@ -41,9 +41,9 @@ std::string Unescaped(const std::string& text)
     return res;
 }
 
-/// A line of the text.
+/// Positions in the text: the beginning of a line, of its value, and the end of the line.
 struct Line {
-    size_t begin, value, end;  ///< value: where it begins
+    size_t begin, value, end;
 };
 
 char Lower(char c)

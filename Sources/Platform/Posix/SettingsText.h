@@ -4,18 +4,18 @@
 
 namespace zm {
 
-// The text of a settings file: one line for each value, "name=value". Bytes that would disturb that stand as "%41", so
-// any byte but NUL is possible. Names are compared without regard to the case of A to Z. Lines that are none of
-// these stay as they are.
+// The text of a settings file: one line "name=value" per value. Bytes that would break this format are written as
+// "%41", so that names and values may contain any byte but NUL. Names are compared ignoring the case of A to Z. Lines
+// in any other format are kept unchanged.
 
-/// The value of that name; false if there is none.
+/// Finds the value of a name. Returns false if there is none.
 bool FindSetting(const std::string& text, const std::string& name, std::string& res);
 
-/// The text with that value in the place of the old one, or behind all others.
+/// Returns the text with the value replaced, or appended if the name is new.
 std::string WithSetting(const std::string& text, const std::string& name, const std::string& value);
 
-/// The path of a key's file below the folder of all: lower case, and free of what a name of a file may not hold. Parts
-/// that are too long for one name become folders.
+/// Returns the path of a key's file relative to the folder of all settings: in lower case and without characters that
+/// file names must not contain. Names that are too long are split into folders.
 std::string SettingsPath(const std::string& key);
 
 }  // namespace zm

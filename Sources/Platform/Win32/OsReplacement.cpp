@@ -18,12 +18,14 @@ bool IsOlderThanAMinute(HANDLE file)
 
 }  // namespace
 
-std::string PathWithoutLinks(const char* path)
+// The full path, since the name in "C:name" does not follow a separator. TakesReplacement() refuses links.
+std::string ReplacedPath(const char* path)
 {
-    return path;
+    std::string res(GetFullPathNameA(path, 0, nullptr, nullptr), '\0');
+    res.resize(GetFullPathNameA(path, DWORD(res.size()), &res[0], nullptr));
+    return res;
 }
 
-// Also where there is nothing of that name, unless the name is a device's.
 bool TakesReplacement(const char* target, Replacement::Options options)
 {
     const HANDLE file = CreateFileA(target, GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
@@ -39,7 +41,7 @@ bool TakesReplacement(const char* target, Replacement::Options options)
     return res;
 }
 
-// What the target is like goes over when the place is taken. The handle lets others write and not delete.
+// GiveName() transfers the target's attributes. The handle allows others to write the file, but not to delete it.
 void* MakeNewFile(const char* path, const char*, Replacement::Options, bool& taken)
 {
     const HANDLE file = CreateFileA(path, GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, CREATE_NEW,
@@ -54,7 +56,7 @@ void DiscardNewFile(void* held, const char* path)
     DeleteFileA(path);
 }
 
-// One that exists keeps its attributes and its access list. A file cannot be renamed while it is held.
+// ReplaceFile() keeps an existing target's attributes and access list. A held file cannot be renamed.
 bool GiveName(void*& held, const char* path, const char* target)
 {
     if (FlushFileBuffers(held) == 0) {
@@ -70,7 +72,7 @@ bool GiveName(void*& held, const char* path, const char* target)
     return false;
 }
 
-// One that has just been let go may be on its way to its name.
+// A file released a moment ago may be about to be renamed.
 void RemoveUnheldFile(const char* path)
 {
     const HANDLE file = CreateFileA(path, GENERIC_READ | DELETE, 0, nullptr, OPEN_EXISTING, 0, nullptr);

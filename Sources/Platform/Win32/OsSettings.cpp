@@ -33,7 +33,7 @@ int ReadSetting(void* key, const char* name, char* value, int size)
     DWORD type = 0, bytes = DWORD(size);
     const LSTATUS status =
         RegQueryValueExA(static_cast<HKEY>(key), name, nullptr, &type, reinterpret_cast<BYTE*>(value), &bytes);
-    // Others may have stored values of any type, and texts without an end, for which there must be room.
+    // Other programs may have stored any type, and texts without a terminator, for which there must be space.
     const bool isText = type == REG_SZ || type == REG_EXPAND_SZ;
     const bool fits = bytes < DWORD(size) || !isText || value[size - 1] == 0;
     return status == ERROR_SUCCESS && fits ? int(bytes) : -1;

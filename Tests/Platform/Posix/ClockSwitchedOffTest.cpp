@@ -15,7 +15,8 @@ void ReadCycles(void*)
 TEST(ClockSwitchedOffTest, ASystemThatSwitchesTheCounterOffLeavesNoClock)
 {
     // Some virtual machines report success but leave the counter running.
-    const bool switched = prctl(PR_SET_TSC, PR_TSC_SIGSEGV, 0, 0, 0) == 0 && !zm::RunCatchingFaults(ReadCycles, nullptr);
+    const bool switched =
+        prctl(PR_SET_TSC, PR_TSC_SIGSEGV, 0, 0, 0) == 0 && !zm::RunCatchingFaults(ReadCycles, nullptr);
     if (switched) {
         zm::DetectProcessor();
     }

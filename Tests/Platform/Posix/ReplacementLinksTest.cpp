@@ -1,5 +1,4 @@
-#include "Platform/Replacement.h"
-#include "Support/TemporaryFolder.h"
+#include "Support/ReplaceFile.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -11,16 +10,6 @@ using zm::Replacement;
 
 namespace {
 
-bool Replace(const std::string& path, int options)
-{
-    Replacement replacement;
-    if (!replacement.Begin(path.c_str(), Replacement::Options(options))) {
-        return false;
-    }
-    MakeFile(replacement.Path(), "new");
-    return replacement.Commit();
-}
-
 TEST(ReplacementLinksTest, LinksStayAndWhatTheyLeadToIsReplaced)
 {
     const TemporaryFolder folder;
@@ -30,9 +19,9 @@ TEST(ReplacementLinksTest, LinksStayAndWhatTheyLeadToIsReplaced)
     fs::create_symlink("file", folder / "sub/second");
     fs::create_symlink("sub/none", folder / "dangling");
     fs::create_symlink("circle", folder / "circle");
-    EXPECT_TRUE(Replace(WithBackslashes(folder / "first"), Replacement::EXACT));
-    EXPECT_TRUE(Replace(folder / "dangling", Replacement::EXACT));
-    EXPECT_FALSE(Replace(folder / "circle", Replacement::EXACT));
+    EXPECT_TRUE(Replace(WithBackslashes(folder / "first"), "new"));
+    EXPECT_TRUE(Replace(folder / "dangling", "new"));
+    EXPECT_FALSE(Replace(folder / "circle", "new"));
     EXPECT_EQ(BytesOf(folder / "sub/file") + BytesOf(folder / "sub/none"), "newnew");
     for (const char* link : {"first", "sub/second", "dangling", "circle"}) {
         EXPECT_TRUE(fs::is_symlink(folder / link)) << link;
@@ -46,12 +35,12 @@ TEST(ReplacementLinksTest, OwnerAndPermissionsStay)
     MakeFile(path);
     ASSERT_EQ(chmod(path.c_str(), 0640), 0);
     const bool isRoot = chown(path.c_str(), 1234, 2345) == 0;
-    EXPECT_TRUE(Replace(path, Replacement::EXACT));
+    EXPECT_TRUE(Replace(path, "new"));
     struct stat status;
     ASSERT_EQ(stat(path.c_str(), &status), 0);
     EXPECT_EQ(status.st_mode & 07777, 0640u);
     EXPECT_TRUE(!isRoot || (status.st_uid == 1234 && status.st_gid == 2345));
-    EXPECT_TRUE(Replace(folder / "private", Replacement::PRIVATE));
+    EXPECT_TRUE(Replace(folder / "private", "new", Replacement::PRIVATE));
     ASSERT_EQ(stat((folder / "private").c_str(), &status), 0);
     EXPECT_EQ(status.st_mode & 07777, 0600u);
 }
@@ -61,9 +50,19 @@ TEST(ReplacementLinksTest, AFileWithTwoNamesIsReplacedUnderOneOrNotAtAll)
     const TemporaryFolder folder;
     MakeFile(folder / "one", "old");
     fs::create_hard_link(folder / "one", folder / "two");
-    EXPECT_FALSE(Replace(folder / "one", Replacement::EXACT));
-    EXPECT_TRUE(Replace(folder / "one", Replacement::CLOSEST));
+    EXPECT_FALSE(Replace(folder / "one", "new"));
+    EXPECT_TRUE(Replace(folder / "one", "new", Replacement::CLOSEST));
     EXPECT_EQ(BytesOf(folder / "one") + BytesOf(folder / "two"), "newold");
+}
+
+// A colon is part of the name here, not the end of a drive's.
+TEST(ReplacementLinksTest, NamesWithColonsAreCutAndTheirLeftoversFound)
+{
+    const TemporaryFolder folder;
+    const std::string name = "a:" + std::string(253, 'n');
+    MakeFile(folder / (name.substr(0, 242) + ".0123abcd.tmp"), "left");
+    EXPECT_TRUE(Replace(folder / name, "new"));
+    EXPECT_EQ(folder.Files(), std::vector<std::string>{name});
 }
 
 // Each of them removes what it takes for leftovers of the others.
@@ -78,7 +77,7 @@ TEST(ReplacementLinksTest, ProcessesDoNotDisturbEachOther)
         if (child == 0) {
             int failed = 0;
             for (int round = 0; round < kRounds; ++round) {
-                failed += !Replace(path, Replacement::CLOSEST);
+                failed += !Replace(path, "new", Replacement::CLOSEST);
             }
             _exit(failed);
         }

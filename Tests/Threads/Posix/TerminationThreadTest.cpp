@@ -32,7 +32,10 @@ protected:
         if (!SystemStopsThreads()) {
             GTEST_SKIP() << "the system does not deliver the last real-time signal";
         }
+        alarm(120);  // a lock that a terminated thread has kept would be waited for without end
     }
+
+    void TearDown() override { alarm(0); }
 };
 
 /// Functions that take the library's own locks and use the heap only inside them.
@@ -71,12 +74,10 @@ unsigned int UseForEver(void* use)
     }
 }
 
-// Waiting for a lock that a terminated thread has kept lasts until the alarm.
 TEST_F(TerminationThreadTest, ThreadsThatAreTerminatedLeaveTheLocksOfTheLibrary)
 {
     Random random(1);
     memset(g_LongText, 'x', sizeof(g_LongText) - 1);
-    alarm(120);
     for (const auto& row : kUses) {
         SCOPED_TRACE(row.name);
         for (int round = 0; round < 100; ++round) {
@@ -98,7 +99,6 @@ TEST_F(TerminationThreadTest, ThreadsThatAreTerminatedLeaveTheLocksOfTheLibrary)
             row.use();
         }
     }
-    alarm(0);
 }
 
 std::atomic<bool> g_Open{false};
