@@ -2,6 +2,10 @@
 
 #include "ZmApi.h"
 
+namespace zm {
+class SettingsKey;
+}
+
 /// Persistent user settings: texts by name, in sections. On Windows they are stored in the registry, under
 /// "Software\Quarnel\UserConfig" of the current user; elsewhere in files under a folder of that name in
 /// $XDG_CONFIG_HOME, or in ~/.config if that is not set.
@@ -52,6 +56,6 @@ public:
     ZM_API int ReadStringEntry(const char* name, char* value) const;
 
 private:
-    void* m_Root;
-    void* m_Section;
+    zm::SettingsKey* m_Root;
+    zm::SettingsKey* m_Section;
 };

@@ -1,10 +1,25 @@
 #include "ZmConfig.h"
 
-#include "Platform/OsSettings.h"
+#include "Configuration/SettingsFiles.h"
 
+#include <algorithm>
+#include <new>
 #include <string.h>
 
 namespace {
+
+constexpr char kRootPath[] = "Software\\Quarnel\\UserConfig";
+
+zm::SettingsKey* OpenRoot()
+{
+    std::string folder = zm::SettingsFolder();
+    if (folder.empty()) {
+        return zm::OpenRegistry(kRootPath, ZmConfig::MODE_WRITE);
+    }
+    folder += kRootPath;
+    std::replace(folder.begin(), folder.end(), '\\', '/');
+    return new (std::nothrow) zm::SettingsFiles(folder + '/', "", ZmConfig::MODE_WRITE);
+}
 
 const char* Text(const char* text)
 {
@@ -13,40 +28,37 @@ const char* Text(const char* text)
 
 }  // namespace
 
-ZmConfig::ZmConfig()
-    : m_Root(zm::OpenSettings(nullptr, "Software\\Quarnel\\UserConfig", MODE_WRITE)), m_Section(nullptr)
-{
-}
+ZmConfig::ZmConfig() : m_Root(OpenRoot()), m_Section(nullptr) {}
 
 ZmConfig::~ZmConfig()
 {
     CloseSection(nullptr);
-    zm::CloseSettings(m_Root);
+    delete m_Root;
 }
 
 void ZmConfig::OpenSection(const char* name, Mode mode)
 {
     CloseSection(nullptr);
-    m_Section = m_Root != nullptr ? zm::OpenSettings(m_Root, Text(name), mode) : nullptr;
+    m_Section = m_Root != nullptr ? m_Root->Open(Text(name), mode) : nullptr;
 }
 
 void ZmConfig::CloseSection(const char* /*name*/)
 {
-    zm::CloseSettings(m_Section);
+    delete m_Section;
     m_Section = nullptr;
 }
 
 void ZmConfig::WriteStringEntry(const char* name, const char* value)
 {
     if (m_Section != nullptr) {
-        zm::WriteSetting(m_Section, Text(name), Text(value));
+        m_Section->Write(Text(name), Text(value));
     }
 }
 
 int ZmConfig::ReadStringEntry(const char* name, char* value) const
 {
     char text[kMaxValue] = {};
-    const int size = m_Section != nullptr ? zm::ReadSetting(m_Section, Text(name), text, kMaxValue) : -1;
+    const int size = m_Section != nullptr ? m_Section->Read(Text(name), text, kMaxValue) : -1;
     if (size >= 0) {
         const bool needsEnd = size < kMaxValue && (size == 0 || text[size - 1] != 0);
         memcpy(value, text, size_t(size) + needsEnd);

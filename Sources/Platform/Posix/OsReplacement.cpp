@@ -3,31 +3,19 @@
 
 #include "Platform/OsReplacement.h"
 
+#include "Platform/Posix/FileHandle.h"
+
 #include <algorithm>
 #include <errno.h>
 #include <fcntl.h>
 #include <limits.h>
-#include <stdint.h>
 #include <stdio.h>
-#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 namespace zm {
 
 namespace {
-
-// A handle is the descriptor plus one, so that descriptor 0 is not null.
-void* HandleOf(int file)
-{
-    // NOLINTNEXTLINE(performance-no-int-to-ptr): never dereferenced
-    return reinterpret_cast<void*>(intptr_t(file) + 1);
-}
-
-int FileOf(void* handle)
-{
-    return int(reinterpret_cast<intptr_t>(handle) - 1);
-}
 
 bool MakeLike(int file, const struct stat& status, Replacement::Options options)
 {
@@ -116,8 +104,7 @@ void* MakeNewFile(const char* path, const char* target, Replacement::Options opt
         return nullptr;
     }
     // Fails only where locks do not work; there RemoveUnheldFile() removes nothing.
-    while (flock(file, LOCK_EX) != 0 && errno == EINTR) {
-    }
+    LockFile(file);
     taken = IsUnlinked(file);  // by RemoveUnheldFile() of another process, before the lock
     if (taken || (exists && !MakeLike(file, status, options))) {
         DiscardNewFile(HandleOf(file), path);

@@ -1,4 +1,4 @@
-#include "Platform/Posix/SettingsText.h"
+#include "Configuration/SettingsText.h"
 
 #include <algorithm>
 #include <string.h>
