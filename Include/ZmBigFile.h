@@ -78,7 +78,8 @@ public:
 
     /// Writes an archive of the entries in their order. Returns 0, with the file and this object unchanged, if no path
     /// is given and none is known, if the archive would be too large, if an entry's bytes are not in the file, if not
-    /// all data can be written, or if the system cannot replace a file that is open elsewhere.
+    /// all data can be read and written, or if the file cannot be replaced, such as one that another program on Windows
+    /// has opened without sharing it.
     ///
     /// The archive is written to a file beside the old one and replaces it in one step once it is complete and on the
     /// disk. The new file has a unique name that ends in ".tmp", so several processes can save at the same time. If the
@@ -87,7 +88,8 @@ public:
     /// is not replaced. Files left behind by a killed process are removed when the same archive is saved again. If the
     /// file of a deferred entry is missing or has changed its size, zeros are written instead and a warning is logged.
     ///
-    /// With a path the object stays unchanged. **Without a path the new archive replaces the open one, and the object
+    /// With a path the object stays unchanged, also if it is the path of the open archive, whose old contents the object
+    /// then goes on reading. **Without a path the new archive replaces the open one, and the object
     /// is closed**: open it again.
     ///
     /// `progress`, unless null, is called once for each percentage; the last one is 100. If the order and the name

@@ -97,16 +97,12 @@ int ZmBigFile::Save(const char* path, ProgressionCallback* progress)
     if (!WriteFile(replacement.Path(), indexSize, progress)) {
         return 0;
     }
-    const bool wasOpen = m_File.IsValid() != 0;
-    if (inPlace) {
-        m_File.Close();  // some systems cannot replace an open file
-    }
     if (!replacement.Commit()) {
         zm::Warn(__LINE__, kSourceName, "Big File %s cannot be replaced", target);
-        if (inPlace && wasOpen) {
-            m_File.Open(target, ZmFile::READONLY);
-        }
         return 0;
+    }
+    if (inPlace) {
+        m_File.Close();
     }
     return 1;
 }

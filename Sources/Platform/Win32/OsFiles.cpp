@@ -1,8 +1,10 @@
 #include "Platform/OsFiles.h"
 
 #include <direct.h>
+#include <errno.h>
 #include <fcntl.h>
 #include <io.h>
+#include <stdint.h>
 #include <string.h>
 #include <sys/stat.h>
 #include <windows.h>
@@ -62,19 +64,53 @@ bool IsRegular(HANDLE file)
     return GetFileType(file) == FILE_TYPE_DISK;
 }
 
-// For bytes in all modes: reading text, the run time would end the file at a byte 0x1A, and cut that off the end of one
-// that it may write.
-int FlagsOf(const char* mode)
+int ErrorNumberOf(DWORD error)
 {
-    const int access = strchr(mode, '+') != nullptr ? _O_RDWR : *mode == 'r' ? _O_RDONLY : _O_WRONLY;
-    return access | (*mode == 'w' ? _O_CREAT | _O_TRUNC : *mode == 'a' ? _O_CREAT | _O_APPEND : 0) | _O_BINARY;
+    switch (error) {
+    case ERROR_FILE_NOT_FOUND:
+    case ERROR_PATH_NOT_FOUND:
+    case ERROR_INVALID_NAME:
+    case ERROR_BAD_NETPATH:
+    case ERROR_INVALID_DRIVE: return ENOENT;
+    case ERROR_ACCESS_DENIED:
+    case ERROR_SHARING_VIOLATION:
+    case ERROR_WRITE_PROTECT: return EACCES;
+    case ERROR_FILE_EXISTS:
+    case ERROR_ALREADY_EXISTS: return EEXIST;
+    case ERROR_TOO_MANY_OPEN_FILES: return EMFILE;
+    case ERROR_NOT_ENOUGH_MEMORY:
+    case ERROR_OUTOFMEMORY: return ENOMEM;
+    default: return EINVAL;
+    }
+}
+
+// A file opened by the run-time library could not be replaced or deleted before it is closed.
+int OpenShared(const char* path, const char* mode)
+{
+    const bool updates = strchr(mode, '+') != nullptr, appends = *mode == 'a';
+    const DWORD reads = updates || *mode == 'r' ? GENERIC_READ : 0,
+                writes = updates || *mode != 'r' ? GENERIC_WRITE : 0;
+    const DWORD creation = *mode == 'r' ? OPEN_EXISTING : appends ? OPEN_ALWAYS : CREATE_ALWAYS;
+    const HANDLE file = CreateFileA(path, reads | writes, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                                    nullptr, creation, FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (file == INVALID_HANDLE_VALUE) {
+        errno = ErrorNumberOf(GetLastError());
+        return -1;
+    }
+    // For bytes in all modes: reading text, the run-time library would end the file at a byte 0x1A.
+    const int res =
+        _open_osfhandle(reinterpret_cast<intptr_t>(file), (appends ? _O_APPEND : 0) | (writes == 0 ? _O_RDONLY : 0));
+    if (res < 0) {
+        CloseHandle(file);
+    }
+    return res;
 }
 
 }  // namespace
 
 FILE* OpenFile(const char* path, const char* mode, FileKind kind)
 {
-    const int file = _open(path, FlagsOf(mode) | _O_NOINHERIT, _S_IREAD | _S_IWRITE);
+    const int file = OpenShared(path, mode);
     const bool takes = file >= 0 && (kind == FileKind::ANY || IsRegular(HandleOf(file)));
     FILE* res = takes ? _fdopen(file, mode) : nullptr;
     if (res != nullptr) {
