@@ -49,6 +49,10 @@ public:
     unsigned int GetCacheSize() const { return m_CacheSize; }
 
 private:
+    friend class ZmBigFile;
+
+    /// Moves the file itself for reads that bypass the block, which is given up. Returns false if that fails.
+    bool MoveTo(unsigned int position);
     void Fill();
     void FillFrom(unsigned int position);
     unsigned int ReadBeyond(char* buffer, unsigned int size);

@@ -26,7 +26,7 @@ public:
 
     /// Adds an entry unless one of that name exists, as ZmConfigurationSection::AddEntry() does. `section` is a path
     /// with dots; missing sections are created, and null is the root. **A section that is missing in the main tree but
-    /// exists in the defaults receives the entry there.** Returns 1, or 0 if the section cannot be created.
+    /// exists in the defaults receives the entry there.** Returns 1, or 0 if memory runs out.
     /// @{
     ZM_API int AddEntry(const char* section, const char* name, const char* value,
                         ZmConfigurationEntry** entry = nullptr);
@@ -82,26 +82,26 @@ public:
 
     /// Counts and iteration for the root.
     /// @{
-    int GetNumberOfEntries() const { return m_Root->GetNumberOfEntries(); }
-    int GetNumberOfSubSections() const { return m_Root->GetNumberOfSubSections(); }
-    int GetNumberOfEntriesRecursive() const { return m_Root->GetNumberOfEntriesRecursive(); }
-    int GetNumberOfSubSectionsRecursive() const { return m_Root->GetNumberOfSubSectionsRecursive(); }
-    ZmConfigurationSection::EntryTable::ConstIterator BeginEntries() const { return m_Root->BeginChildEntry(); }
-    ZmConfigurationSection::SectionTable::ConstIterator BeginSections() const { return m_Root->BeginChildSection(); }
+    int GetNumberOfEntries() const { return m_Root.GetNumberOfEntries(); }
+    int GetNumberOfSubSections() const { return m_Root.GetNumberOfSubSections(); }
+    int GetNumberOfEntriesRecursive() const { return m_Root.GetNumberOfEntriesRecursive(); }
+    int GetNumberOfSubSectionsRecursive() const { return m_Root.GetNumberOfSubSectionsRecursive(); }
+    ZmConfigurationSection::EntryTable::ConstIterator BeginEntries() const { return m_Root.BeginChildEntry(); }
+    ZmConfigurationSection::SectionTable::ConstIterator BeginSections() const { return m_Root.BeginChildSection(); }
     ZmConfigurationEntry* GetNextEntry(ZmConfigurationSection::EntryTable::ConstIterator& position) const
     {
-        return m_Root->GetNextChildEntry(position);
+        return m_Root.GetNextChildEntry(position);
     }
     ZmConfigurationSection* GetNextSection(ZmConfigurationSection::SectionTable::ConstIterator& position) const
     {
-        return m_Root->GetNextChildSection(position);
+        return m_Root.GetNextChildSection(position);
     }
     /// @}
 
     /// Clears the main tree and reads it from a file. Returns 1 and sets `error` to "OK", or returns 0 and sets `error`
     /// to the reason. Everything before the faulty line stays in the tree. `line` is the number of lines before that
     /// line, or of all lines; it stays unchanged if the file could not be opened. A section that is opened again is
-    /// continued; of two entries with the same name the first wins. Lines may end in LF or CR LF. Folders, devices and
+    /// continued; of two entries with the same name the first wins. Reading stops with "out of memory" where memory runs out. Lines may end in LF or CR LF. Folders, devices and
     /// pipes cannot be opened.
     ZM_API int BuildFromFile(const char* filename, int& line, XString& error);
 
@@ -117,7 +117,7 @@ public:
     /// at the next save. A symbolic link is kept, and its target is replaced. Permissions and owner are kept; further
     /// access lists may be lost.
     ///
-    /// The file itself is overwritten if it cannot be replaced: if it is not a regular file (a pipe or device), if it
+    /// The file itself is overwritten if it can never be replaced: if it is not a regular file (a pipe or device), if it
     /// has several names (hard links), or if no file can be created in its folder or its owner cannot be kept. A
     /// failure then leaves it damaged. A write-protected file is not replaced.
     ZM_API int SaveToFile(const char* filename) const;
@@ -133,10 +133,9 @@ private:
     int Add(const char* section, const char* name, Value value, ZmConfigurationEntry** entry);
     template <class Value>
     int AddDefault(const char* section, const char* name, Value value);
-    bool NeedDefaults();
-    ZmConfigurationSection* ParentOf(const char* name) const;
+    ZmConfigurationSection* ParentOf(const char* name);
 
-    ZmConfigurationSection* m_Root;
-    ZmConfigurationSection* m_Defaults;
+    ZmConfigurationSection m_Root;
+    ZmConfigurationSection m_Defaults;
     unsigned short m_Indent;
 };

@@ -54,12 +54,20 @@ private:
 
     static void* operator new(size_t size) noexcept;
 
-    void Assign(const XBaseString& value) { m_Value = value; }
+    /// Return false if memory ran out.
+    /// @{
+    bool Assign(const XBaseString& value)
+    {
+        m_Value = value;
+        return m_Value.Length() == value.Length();
+    }
     template <class Value>
-    void Assign(Value value)
+    bool Assign(Value value)
     {
         SetValue(value);
+        return !m_Value.IsEmpty();
     }
+    /// @}
 
     XString m_Name;
     ZmConfigurationSection* m_Parent;

@@ -108,8 +108,8 @@ private:
     ZmConfigurationSection(const XBaseString& name, ZmConfigurationSection* parent) : m_Parent(parent), m_Name(name) {}
 
     template <class Value>
-    void AddValue(const XBaseString& name, const Value& value, ZmConfigurationEntry** entry);
-    void Add(const XBaseString& name, const XBaseString& value);
+    bool AddValue(const XBaseString& name, const Value& value, ZmConfigurationEntry** entry);
+    bool Add(const XBaseString& name, const XBaseString& value);
     ZmConfigurationSection* Create(const XBaseString& name);
     void DropChildren(ZmConfigurationSection*& dropped);
 

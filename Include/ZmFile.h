@@ -80,8 +80,8 @@ public:
 protected:
     /// Whether the object has an open file.
     bool IsOpen() const { return Stream() != nullptr; }
-    /// Seeks from the start, including positions of 2 GiB and more.
-    void SeekTo(unsigned int position);
+    /// Seeks from the start, including positions of 2 GiB and more. After a failure IsValid() is 0.
+    bool SeekTo(unsigned int position);
 
 private:
     friend class ZmFileListener;

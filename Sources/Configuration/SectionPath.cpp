@@ -10,13 +10,13 @@ namespace {
 template <class Step>
 ZmConfigurationSection* WalkPath(ZmConfigurationSection* section, const char* path, Step step)
 {
-    std::string name;
     for (bool more = true; section != nullptr && more;) {
         const size_t length = strcspn(path, ".");
-        name.assign(path, length);
+        const bool isName = length != 0 && length <= size_t(XString::kMaxLength);
+        const XString name = isName ? XString(path, int(length)) : XString();
         more = path[length] != 0;
         path += length + (more ? 1 : 0);
-        section = step(*section, name.c_str());
+        section = step(*section, name.Text());
     }
     return section;
 }

@@ -4,6 +4,7 @@
 #include "Files/RegularFile.h"
 #include "Platform/OsFileLock.h"
 #include "Platform/OsThread.h"
+#include "Platform/OutOfMemory.h"
 #include "Platform/Replacement.h"
 
 #include <new>
@@ -64,35 +65,40 @@ SettingsFiles::SettingsFiles(const std::string& folder, const std::string& path,
 
 SettingsKey* SettingsFiles::Open(const char* path, unsigned rights) const
 {
-    return new (std::nothrow)
-        SettingsFiles(m_Folder, m_Path + (m_Path.empty() || *path == 0 ? "" : "\\") + path, rights);
+    return UnlessOutOfMemory<SettingsKey*>(nullptr, [&] {
+        return new SettingsFiles(m_Folder, m_Path + (m_Path.empty() || *path == 0 ? "" : "\\") + path, rights);
+    });
 }
 
 bool SettingsFiles::Write(const char* name, const char* value)
 {
-    const std::string path = m_Folder + SettingsPath(m_Path);
-    if (!m_Writes || !MakeFoldersOf(path)) {
-        return false;
-    }
-    const StopDelay delay;  // a terminated thread would keep the file locked
-    const FileLock lock((m_Folder + ".lock").c_str());
-    std::string old;
-    if (!lock.IsHeld() || !ReadText(path, old)) {
-        return false;
-    }
-    const std::string text = WithSetting(old, name, value);
-    return text == old || ReplaceText(path, text);
+    return UnlessOutOfMemory(false, [&] {
+        const std::string path = m_Folder + SettingsPath(m_Path);
+        if (!m_Writes || !MakeFoldersOf(path)) {
+            return false;
+        }
+        const StopDelay delay;  // a terminated thread would keep the file locked
+        const FileLock lock((m_Folder + ".lock").c_str());
+        std::string old;
+        if (!lock.IsHeld() || !ReadText(path, old)) {
+            return false;
+        }
+        const std::string text = WithSetting(old, name, value);
+        return text == old || ReplaceText(path, text);
+    });
 }
 
 int SettingsFiles::Read(const char* name, char* value, int size) const
 {
-    std::string text, found;
-    if (!m_Reads || !ReadText(m_Folder + SettingsPath(m_Path), text) || !FindSetting(text, name, found) ||
-        found.size() >= size_t(size)) {
-        return -1;
-    }
-    memcpy(value, found.c_str(), found.size() + 1);
-    return int(found.size() + 1);
+    return UnlessOutOfMemory(-1, [&] {
+        std::string text, found;
+        if (!m_Reads || !ReadText(m_Folder + SettingsPath(m_Path), text) || !FindSetting(text, name, found) ||
+            found.size() >= size_t(size)) {
+            return -1;
+        }
+        memcpy(value, found.c_str(), found.size() + 1);
+        return int(found.size() + 1);
+    });
 }
 
 }  // namespace zm

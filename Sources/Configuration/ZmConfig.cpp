@@ -1,9 +1,9 @@
 #include "ZmConfig.h"
 
 #include "Configuration/SettingsFiles.h"
+#include "Platform/OutOfMemory.h"
 
 #include <algorithm>
-#include <new>
 #include <string.h>
 
 namespace {
@@ -12,13 +12,15 @@ constexpr char kRootPath[] = "Software\\Quarnel\\UserConfig";
 
 zm::SettingsKey* OpenRoot()
 {
-    std::string folder = zm::SettingsFolder();
-    if (folder.empty()) {
-        return zm::OpenRegistry(kRootPath, ZmConfig::MODE_WRITE);
-    }
-    folder += kRootPath;
-    std::replace(folder.begin(), folder.end(), '\\', '/');
-    return new (std::nothrow) zm::SettingsFiles(folder + '/', "", ZmConfig::MODE_WRITE);
+    return zm::UnlessOutOfMemory<zm::SettingsKey*>(nullptr, []() -> zm::SettingsKey* {
+        std::string folder = zm::SettingsFolder();
+        if (folder.empty()) {
+            return zm::OpenRegistry(kRootPath, ZmConfig::MODE_WRITE);
+        }
+        folder += kRootPath;
+        std::replace(folder.begin(), folder.end(), '\\', '/');
+        return new zm::SettingsFiles(folder + '/', "", ZmConfig::MODE_WRITE);
+    });
 }
 
 const char* Text(const char* text)

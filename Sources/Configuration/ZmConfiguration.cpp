@@ -3,38 +3,43 @@
 #include "Configuration/ConfigurationReader.h"
 #include "Configuration/ConfigurationWriter.h"
 #include "Configuration/SectionPath.h"
+#include "Platform/OutOfMemory.h"
 #include "Platform/Replacement.h"
 #include "ZmFile.h"
 
 #include <string>
 
 ZmConfiguration::ZmConfiguration(unsigned short indent)
-    : m_Root(new ZmConfigurationSection("root", nullptr)), m_Defaults(nullptr), m_Indent(indent)
+    : m_Root("root", nullptr), m_Defaults("default", nullptr), m_Indent(indent)
 {
 }
 
-ZmConfiguration::~ZmConfiguration()
+ZmConfiguration::~ZmConfiguration() = default;
+
+namespace {
+
+// Returns false if memory ran out.
+template <class Value>
+bool AddTo(ZmConfigurationSection& holder, const char* name, Value value, ZmConfigurationEntry** entry)
 {
-    delete m_Root;
-    delete m_Defaults;
+    holder.AddEntry(name, value, entry);
+    return holder.GetEntry(name) != nullptr;
 }
+
+}  // namespace
 
 template <class Value>
 int ZmConfiguration::Add(const char* section, const char* name, Value value, ZmConfigurationEntry** entry)
 {
-    ZmConfigurationSection* holder = m_Root;
+    ZmConfigurationSection* holder = &m_Root;
     if (section != nullptr) {
         // Also searches the defaults, which may therefore receive the entry: callers rely on it.
         holder = GetSubSection(section, 1);
         if (holder == nullptr) {
-            holder = zm::CreatePath(*m_Root, section);
+            holder = zm::CreatePath(m_Root, section);
         }
     }
-    if (holder == nullptr) {
-        return 0;
-    }
-    holder->AddEntry(name, value, entry);
-    return 1;
+    return holder != nullptr && AddTo(*holder, name, value, entry);
 }
 
 int ZmConfiguration::AddEntry(const char* section, const char* name, const char* value, ZmConfigurationEntry** entry)
@@ -57,26 +62,11 @@ int ZmConfiguration::AddEntry(const char* section, const char* name, float value
     return Add(section, name, value, entry);
 }
 
-bool ZmConfiguration::NeedDefaults()
-{
-    if (m_Defaults == nullptr) {
-        m_Defaults = new ZmConfigurationSection("default", nullptr);
-    }
-    return m_Defaults != nullptr;
-}
-
 template <class Value>
 int ZmConfiguration::AddDefault(const char* section, const char* name, Value value)
 {
-    if (!NeedDefaults()) {
-        return 0;
-    }
-    ZmConfigurationSection* holder = section != nullptr ? zm::CreatePath(*m_Defaults, section) : m_Defaults;
-    if (holder == nullptr) {
-        return 0;
-    }
-    holder->AddEntry(name, value);
-    return 1;
+    ZmConfigurationSection* holder = section != nullptr ? zm::CreatePath(m_Defaults, section) : &m_Defaults;
+    return holder != nullptr && AddTo(*holder, name, value, nullptr);
 }
 
 int ZmConfiguration::AddDefaultEntry(const char* section, const char* name, const char* value)
@@ -99,9 +89,9 @@ int ZmConfiguration::AddDefaultEntry(const char* section, const char* name, floa
     return AddDefault(section, name, value);
 }
 
-ZmConfigurationSection* ZmConfiguration::ParentOf(const char* name) const
+ZmConfigurationSection* ZmConfiguration::ParentOf(const char* name)
 {
-    return name != nullptr ? m_Root->GetSubSection(name) : m_Root;
+    return name != nullptr ? m_Root.GetSubSection(name) : &m_Root;
 }
 
 ZmConfigurationSection* ZmConfiguration::CreateSubSection(const char* parent, const char* name)
@@ -136,27 +126,24 @@ ZmConfigurationSection* ZmConfiguration::RemoveSection(const char* parent, const
 
 ZmConfigurationSection* ZmConfiguration::CreateDefaultSubSection(const char* parent, const char* name)
 {
-    if (parent == nullptr) {
-        return NeedDefaults() ? m_Defaults->CreateSubSection(name) : nullptr;
-    }
-    ZmConfigurationSection* holder = m_Defaults != nullptr ? m_Defaults->GetSubSection(parent) : nullptr;
+    ZmConfigurationSection* holder = parent != nullptr ? m_Defaults.GetSubSection(parent) : &m_Defaults;
     return holder != nullptr ? holder->CreateSubSection(name) : nullptr;
 }
 
 ZmConfigurationSection* ZmConfiguration::GetSubSection(const char* path, int dots) const
 {
-    ZmConfigurationSection* found = zm::FindPath(*m_Root, path, dots != 0);
-    return found == nullptr && m_Defaults != nullptr ? zm::FindPath(*m_Defaults, path, dots != 0) : found;
+    ZmConfigurationSection* found = zm::FindPath(m_Root, path, dots != 0);
+    return found != nullptr ? found : zm::FindPath(m_Defaults, path, dots != 0);
 }
 
 ZmConfigurationEntry* ZmConfiguration::GetEntry(const char* path, int dots) const
 {
     const char* lastDot = path != nullptr && dots != 0 ? strrchr(path, '.') : nullptr;
-    for (const ZmConfigurationSection* tree : {m_Root, m_Defaults}) {
+    for (const ZmConfigurationSection* tree : {&m_Root, &m_Defaults}) {
         // Callers rely on the section of the whole path, including its last part
         // (ZmConfigurationTest, PathsAreReadDifferentlyByEachOperation).
         const ZmConfigurationSection* section =
-            tree != nullptr && lastDot != nullptr ? zm::FindPath(*tree, path, true) : tree;
+            lastDot != nullptr ? zm::FindPath(*tree, path, true) : tree;
         ZmConfigurationEntry* entry =
             section != nullptr ? section->GetEntry(lastDot != nullptr ? lastDot + 1 : path) : nullptr;
         if (entry != nullptr) {
@@ -168,34 +155,36 @@ ZmConfigurationEntry* ZmConfiguration::GetEntry(const char* path, int dots) cons
 
 void ZmConfiguration::Clear()
 {
-    m_Root->Clear();
+    m_Root.Clear();
 }
 
 void ZmConfiguration::ClearDefault()
 {
-    if (m_Defaults != nullptr) {
-        m_Defaults->Clear();
-    }
+    m_Defaults.Clear();
 }
 
 int ZmConfiguration::BuildFromFile(const char* filename, int& line, XString& error)
 {
-    const std::string path = filename != nullptr ? filename : "";  // a copy: it may be a value of the tree
-    Clear();
-    if (filename == nullptr) {
-        error = "null filename";
-        return 0;
-    }
-    return zm::ConfigurationReader(*m_Root, line, error).ReadFile(path.c_str());
+    return zm::UnlessOutOfMemory(0, [&] {
+        const std::string path = filename != nullptr ? filename : "";  // a copy: it may be a value of the tree
+        Clear();
+        if (filename == nullptr) {
+            error = "null filename";
+            return 0;
+        }
+        return zm::ConfigurationReader(m_Root, line, error).ReadFile(path.c_str());
+    });
 }
 
 int ZmConfiguration::BuildFromMemory(const char* text, int& line, XString& error)
 {
-    // Copies a text that may be a value of the tree, which is about to be cleared: values are never longer than this.
-    const size_t length = text != nullptr ? strlen(text) : 0;
-    const std::string copy(text, length <= size_t(XBaseString::kMaxLength) ? length : 0);
-    Clear();
-    return zm::ConfigurationReader(*m_Root, line, error).ReadText(copy.empty() ? text : copy.data(), length);
+    return zm::UnlessOutOfMemory(0, [&] {
+        // Copies a text that may be a value of the tree, which is about to be cleared: no value is longer than this.
+        const size_t length = text != nullptr ? strlen(text) : 0;
+        const std::string copy(text, length <= size_t(XBaseString::kMaxLength) ? length : 0);
+        Clear();
+        return zm::ConfigurationReader(m_Root, line, error).ReadText(copy.empty() ? text : copy.data(), length);
+    });
 }
 
 int ZmConfiguration::SaveToFile(const char* filename) const
@@ -205,10 +194,13 @@ int ZmConfiguration::SaveToFile(const char* filename) const
     }
     zm::Replacement replacement;
     const bool replaces = replacement.Begin(filename, zm::Replacement::EXACT);
+    if (!replaces && replacement.HasFailed()) {
+        return 0;  // overwriting the file now could cost its old contents
+    }
     ZmFile file;
     const auto mode = ZmFile::OpenMode(ZmFile::WRITEONLY | ZmFile::TEXT);
     const bool written = file.Open(replaces ? replacement.Path() : filename, mode) != 0 &&
-                         zm::WriteConfiguration(file, *m_Root, m_Indent);
+                         zm::WriteConfiguration(file, m_Root, m_Indent);
     const bool done = file.Close() != 0 && written;
     return done && (!replaces || replacement.Commit());
 }

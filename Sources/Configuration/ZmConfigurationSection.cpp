@@ -10,23 +10,29 @@ ZmConfigurationSection::~ZmConfigurationSection()
     Clear();
 }
 
+// Returns false if memory ran out; nothing is added then. An XString that cannot get its memory is empty.
 template <class Value>
-void ZmConfigurationSection::AddValue(const XBaseString& name, const Value& value, ZmConfigurationEntry** entry)
+bool ZmConfigurationSection::AddValue(const XBaseString& name, const Value& value, ZmConfigurationEntry** entry)
 {
-    const EntryTable::Inserted inserted = m_Entries.Insert(name);
+    XString key(name);
+    const bool hasKey = key.Length() == name.Length();
+    const EntryTable::Inserted inserted =
+        hasKey ? m_Entries.Insert(zm::Move(key)) : EntryTable::Inserted{m_Entries.End(), false};
+    const bool isThere = inserted.position != m_Entries.End();
     if (entry != nullptr) {
-        *entry = inserted.created || inserted.position == m_Entries.End() ? nullptr : inserted.position->value;
+        *entry = isThere && !inserted.created ? inserted.position->value : nullptr;
     }
     if (!inserted.created) {
-        return;
+        return isThere;
     }
     ZmConfigurationEntry* added = new ZmConfigurationEntry(name, this);
-    if (added == nullptr) {
-        m_Entries.Remove(name);
-        return;
-    }
-    added->Assign(value);
     inserted.position->value = added;
+    if (added == nullptr || added->m_Name.Length() != name.Length() || !added->Assign(value)) {
+        m_Entries.Remove(name);
+        delete added;
+        return false;
+    }
+    return true;
 }
 
 void ZmConfigurationSection::AddEntry(const char* name, const char* value, ZmConfigurationEntry** entry)
@@ -49,9 +55,9 @@ void ZmConfigurationSection::AddEntry(const char* name, float value, ZmConfigura
     AddValue(name, value, entry);
 }
 
-void ZmConfigurationSection::Add(const XBaseString& name, const XBaseString& value)
+bool ZmConfigurationSection::Add(const XBaseString& name, const XBaseString& value)
 {
-    AddValue(name, value, nullptr);
+    return AddValue(name, value, nullptr);
 }
 
 ZmConfigurationSection* ZmConfigurationSection::CreateSubSection(const char* name)
@@ -61,18 +67,22 @@ ZmConfigurationSection* ZmConfigurationSection::CreateSubSection(const char* nam
 
 ZmConfigurationSection* ZmConfigurationSection::Create(const XBaseString& name)
 {
-    const SectionTable::Inserted inserted = m_Sections.Insert(name);
-    if (inserted.position == m_Sections.End()) {
+    XString key(name);
+    if (key.Length() != name.Length()) {
         return nullptr;
     }
-    if (inserted.created) {
-        inserted.position->value = new ZmConfigurationSection(name, this);
-        if (inserted.position->value == nullptr) {
-            m_Sections.Remove(name);
-            return nullptr;
-        }
+    const SectionTable::Inserted inserted = m_Sections.Insert(zm::Move(key));
+    if (inserted.position == m_Sections.End() || !inserted.created) {
+        return inserted.position != m_Sections.End() ? inserted.position->value : nullptr;
     }
-    return inserted.position->value;
+    ZmConfigurationSection* created = new ZmConfigurationSection(name, this);
+    inserted.position->value = created;
+    if (created == nullptr || created->m_Name.Length() != name.Length()) {
+        m_Sections.Remove(name);
+        delete created;
+        return nullptr;
+    }
+    return created;
 }
 
 ZmConfigurationEntry* ZmConfigurationSection::GetEntry(const char* name) const

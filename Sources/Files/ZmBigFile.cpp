@@ -25,16 +25,15 @@ unsigned int LoadWord(const char* bytes)
     return b[0] | unsigned(b[1]) << 8 | unsigned(b[2]) << 16 | unsigned(b[3]) << 24;
 }
 
-/// Appends the name in lower case; null counts as "". Returns false if the result would be too long for a string.
+/// Appends the name in lower case; null counts as "". Returns false if the result would be too long for a string, or if
+/// memory runs out.
 bool AppendLowerCase(XString& res, const char* name)
 {
     const char* text = OrEmpty(name);
-    if (strlen(text) + res.Length() > size_t(XString::kMaxLength)) {
-        return false;
-    }
+    const size_t length = strlen(text) + res.Length();
     res << text;
     res.ToLower();
-    return true;
+    return size_t(res.Length()) == length;
 }
 
 constexpr uint64_t Repeated(unsigned char byte)
@@ -206,40 +205,45 @@ bool ZmBigFile::ReadIndex(unsigned int indexSize, unsigned int fileSize)
     }
     m_File.Seek(zm::kArchiveHeader, ZmStream::START);
     m_File.Read(index, available);
+    bool done = m_File.IsValid() != 0;
     uint64_t offset = uint64_t(zm::kArchiveHeader) + indexSize;
     const char *record = index, *const end = index + available;
-    while (record != end) {
+    while (done && record != end) {
         const auto* nul = static_cast<const char*>(memchr(record, 0, size_t(end - record)));
-        const bool whole = nul != nullptr && end - nul > 4 && nul - record <= XString::kMaxLength;
-        Entry* entry = whole ? NewEntry(record, int(nul - record)) : nullptr;
-        if (entry == nullptr || (m_KeepsOrder && !m_Order.PushBack(entry))) {
+        if (nul == nullptr || end - nul <= 4 || nul - record > XString::kMaxLength) {
+            break;
+        }
+        Entry* entry = NewEntry(record, int(nul - record));
+        const bool listed = entry != nullptr && (!m_KeepsOrder || m_Order.PushBack(entry));
+        const NameTable::Inserted inserted =
+            listed ? m_Names.Insert(XBaseString(entry->name), entry) : NameTable::Inserted{m_Names.End(), false};
+        if (inserted.position == m_Names.End()) {
+            done = false;  // out of memory
             break;
         }
         const unsigned int size = LoadWord(nul + 1);
         entry->offset = unsigned(std::min(offset, uint64_t(UINT32_MAX)));  // beyond any file: nothing can be read
         entry->size = int(size);
-        const NameTable::Inserted inserted = m_Names.Insert(XBaseString(entry->name), entry);
-        if (inserted.position != m_Names.End()) {
-            inserted.position->value = entry;  // the later of two entries with one name wins
-        }
+        inserted.position->value = entry;  // the later of two entries with one name wins
         offset += size;
         record = nul + 5;
     }
-    if (record != end || available != indexSize) {
+    if (done && (record != end || available != indexSize)) {
         zm::Warn(__LINE__, "ZmBigFile", "The index of Big File %s is damaged after %lld bytes", m_FileName.Text(),
                  static_cast<long long>(record - index));
     }
     zm::DeleteBlock(index);
-    return true;
+    return done;
 }
 
 ZmBigFile::Entry* ZmBigFile::NewEntry(const char* name, int length)
 {
     void* block = m_Pool.Allocate();
-    if (block != nullptr) {
-        m_Newest = new (block) Entry{XString(name, length), 0, nullptr, 0, m_Newest, false};
+    if (block == nullptr) {
+        return nullptr;
     }
-    return static_cast<Entry*>(block);
+    m_Newest = new (block) Entry{XString(name, length), 0, nullptr, 0, m_Newest, false};
+    return m_Newest->name.Length() == length ? m_Newest : nullptr;
 }
 
 ZmBigFile::Entry* ZmBigFile::AddEntry(const XString& key)
@@ -291,8 +295,9 @@ int ZmBigFile::Append(const char* name, const char* path, int deferLoad, int rep
         return 0;
     }
     ZmFile file;
-    const bool opened = zm::OpenRegularFile(file, path, ZmFile::READONLY) != 0;
+    bool opened = zm::OpenRegularFile(file, path, ZmFile::READONLY) != 0;
     const unsigned int size = file.Size();
+    opened = opened && file.IsValid();
     if (size > zm::kLargestArchive) {
         zm::Warn(__LINE__, "ZmBigFile", "File %s is too large for a big file", path);
         return 0;
@@ -382,10 +387,12 @@ int ZmBigFile::LoadIndex(const char* listPath)
         return 0;
     }
     char line[512];
-    while (list.GetString(line, sizeof(line))) {
+    bool done = true;
+    while (done && list.GetString(line, sizeof(line))) {
         // The last character is always cut, even where it is not a line feed (in pieces of a long line, or in a last
         // line without one). Existing lists depend on this (BigFileTest, IndexListsReorderAndLoseALastCharacter).
         XString name(line);
+        done = size_t(name.Length()) == strlen(line);
         name.ToLower();
         name.Crop(0, uint16_t(std::max(name.Length() - 1, 0)));
         Entry** found = m_Names.LookUp(name);
@@ -403,6 +410,9 @@ int ZmBigFile::LoadIndex(const char* listPath)
         }
     });
     std::for_each(order.Begin(), order.Begin() + listed, [](Entry* entry) { entry->isListed = false; });
+    if (!done || !list.IsValid()) {
+        return 0;
+    }
     m_Order.Swap(order);
     return 1;
 }

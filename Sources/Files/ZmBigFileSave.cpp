@@ -1,8 +1,9 @@
 #include "Files/BigFileEntry.h"
+#include "Files/RegularFile.h"
 #include "Logging/LibraryLog.h"
+#include "Platform/OsFiles.h"
 #include "Platform/Replacement.h"
 #include "ZmAllocator.h"
-#include "ZmMemoryMappedFile.h"
 
 #include <algorithm>
 #include <string.h>
@@ -23,26 +24,62 @@ bool WriteWord(ZmFile& output, unsigned int word)
     return WriteAll(output, bytes, sizeof(bytes));
 }
 
-bool WriteZeros(ZmFile& output, unsigned int size)
-{
-    static constexpr char kZeros[4096] = {};
-    bool written = true;
-    for (unsigned int step; size != 0 && written; size -= step) {
-        step = std::min(size, unsigned(sizeof(kZeros)));
-        written = WriteAll(output, kZeros, step);
-    }
-    return written;
-}
+/// The block through which bytes are copied.
+class CopyBlock {
+public:
+    CopyBlock() : m_Block(static_cast<char*>(ZmAllocator::Instance().AllocateScratch(kSize))) {}
+    ~CopyBlock() { ZmAllocator::Instance().ReleaseScratch(m_Block); }
+    CopyBlock(const CopyBlock&) = delete;
+    CopyBlock& operator=(const CopyBlock&) = delete;
 
-// A file that has disappeared since it was appended is replaced by zeros, so that the index stays correct.
+    bool WriteZeros(ZmFile& output, unsigned int size)
+    {
+        memset(m_Block, 0, m_Block != nullptr ? std::min(size, kSize) : 0);
+        return InSteps(size, [&](unsigned int step) { return WriteAll(output, m_Block, step); });
+    }
+
+    /// Copies from a file's position, bypassing what a derived class keeps. False if anything fails or is missing.
+    bool Copy(ZmFile& output, ZmFile& input, unsigned int size)
+    {
+        return InSteps(size, [&](unsigned int step) {
+            return input.ZmFile::Read(m_Block, step) == step && WriteAll(output, m_Block, step);
+        });
+    }
+
+private:
+    static constexpr unsigned int kSize = 1 << 18;
+
+    template <class Step>
+    bool InSteps(unsigned int size, Step step) const
+    {
+        bool done = m_Block != nullptr;
+        for (unsigned int count; size != 0 && done; size -= count) {
+            count = std::min(size, kSize);
+            done = step(count);
+        }
+        return done;
+    }
+
+    char* m_Block;
+};
+
+// A file that has disappeared or changed its size since it was appended is replaced by zeros, so that the index stays
+// correct. Any other failure may be over the next time, and zeros would cost the file's bytes.
 bool WriteDeferred(ZmFile& output, const char* path, unsigned int size)
 {
-    const ZmMemoryMappedFile file(path);
-    if (file.GetErrorType() == ZmMMF_NoError && file.GetSize() == size) {
-        return WriteAll(output, file.GetBase(), size);
+    ZmFile file;
+    const bool opened = zm::OpenRegularFile(file, path, ZmFile::READONLY) != 0;
+    const unsigned int found = file.Size();
+    CopyBlock block;
+    if (opened && found == size && file.IsValid()) {
+        return block.Copy(output, file, size);
+    }
+    if (opened ? !file.IsValid() : !zm::IsMissing(path)) {
+        zm::Warn(__LINE__, kSourceName, "File %s cannot be read: nothing is saved", path);
+        return false;
     }
     zm::Warn(337, kSourceName, "File %s is missing for the big file saving", path);
-    return WriteZeros(output, size);
+    return block.WriteZeros(output, size);
 }
 
 /// Calls back whenever the percentage changes.
@@ -110,6 +147,10 @@ int ZmBigFile::Save(const char* path, ProgressionCallback* progress)
 bool ZmBigFile::CanBeSaved(unsigned int& indexSize)
 {
     const unsigned int fileSize = m_File.Size();
+    if (m_File.IsOpen() && !m_File.IsValid()) {
+        zm::Warn(__LINE__, kSourceName, "Big File %s cannot be read: nothing is saved", m_FileName.Text());
+        return false;
+    }
     uint64_t index = 0, bytes = 0;
     for (const Entry* const* place = m_Order.Begin(); place != m_Order.End(); ++place) {
         const Entry& entry = **place;
@@ -185,16 +226,5 @@ bool ZmBigFile::WriteBytes(ZmFile& output, const Entry& entry)
 
 bool ZmBigFile::WriteStored(ZmFile& output, const Entry& entry)
 {
-    const unsigned int size = entry.ByteCount();
-    ZmAllocator& allocator = ZmAllocator::Instance();
-    void* block = allocator.AllocateScratch(size);
-    if (block == nullptr) {
-        return false;
-    }
-    m_File.Seek(int(entry.offset), ZmStream::START);
-    m_File.Read(block, size);
-    // A cached read does not report how many bytes it read.
-    const bool written = m_File.IsValid() && WriteAll(output, block, size);
-    allocator.ReleaseScratch(block);
-    return written;
+    return m_File.MoveTo(entry.offset) && CopyBlock().Copy(output, m_File, entry.ByteCount());
 }

@@ -135,6 +135,12 @@ __attribute__((noinline)) unsigned int ZmCachedFile::ReadBeyond(char* buffer, un
     return size;
 }
 
+bool ZmCachedFile::MoveTo(unsigned int position)
+{
+    m_CacheStart = kNoBlock;
+    return SeekTo(position);
+}
+
 // Ignores the byte count: beyond the end of the file the block keeps its old contents.
 void ZmCachedFile::Fill()
 {
@@ -144,8 +150,9 @@ void ZmCachedFile::Fill()
 // Sequential reads find the file already in position; skipping the seek saves a system call.
 void ZmCachedFile::FillFrom(unsigned int position)
 {
-    if (EndOfFile() || ZmFile::Position() != position) {
-        SeekTo(position);
+    if ((EndOfFile() || ZmFile::Position() != position) && !SeekTo(position)) {
+        memset(m_Cache, 0, m_CacheSize);
+        return;
     }
     Fill();
 }
@@ -153,8 +160,7 @@ void ZmCachedFile::FillFrom(unsigned int position)
 // Used when no block could be allocated.
 unsigned int ZmCachedFile::ReadUncached(void* buffer, unsigned int size)
 {
-    SeekTo(m_Position);
-    const unsigned int read = ZmFile::Read(buffer, size);
+    const unsigned int read = SeekTo(m_Position) ? ZmFile::Read(buffer, size) : 0;
     m_Position += read;
     return read;
 }

@@ -4,6 +4,7 @@
 #include "Platform/OsFiles.h"
 
 #include <algorithm>
+#include <errno.h>
 #include <new>
 #include <string.h>
 
@@ -23,8 +24,9 @@ struct ZmFile::OpenedFile {
             return nullptr;
         }
         if (file->direction != direction) {
-            if (file->direction != NONE) {
-                zm::SeekFile(file->stream, 0, SEEK_CUR);
+            if (file->direction != NONE && !zm::SeekFile(file->stream, 0, SEEK_CUR)) {
+                file->hasFailed = true;
+                return nullptr;
             }
             file->direction = direction;
             if (file->isText) {
@@ -40,6 +42,7 @@ struct ZmFile::OpenedFile {
     FILE* stream;  ///< null after one of the copies has closed it
     bool isText;
     Direction direction;
+    bool hasFailed;  ///< the file is no longer where its user believes it to be
     int owners;
     char buffer[32768];  ///< the C library's default buffer would split writes of this size
 };
@@ -192,6 +195,7 @@ int ZmFile::OpenAs(const char* name, OpenMode mode, bool regular)
     m_File->stream = stream;
     m_File->isText = strchr(modeString, 'b') == nullptr;
     m_File->direction = OpenedFile::NONE;
+    m_File->hasFailed = false;
     m_File->owners = 1;
     setvbuf(stream, m_File->buffer, _IOFBF, sizeof(m_File->buffer));
     return ferror(stream) == 0;
@@ -220,17 +224,20 @@ unsigned int ZmFile::Size()
     if (stream == nullptr) {
         return 0;
     }
+    errno = 0;
     const int64_t position = zm::TellFile(stream);
-    zm::SeekFile(stream, 0, SEEK_END);
+    const bool atEnd = zm::SeekFile(stream, 0, SEEK_END);
     const int64_t size = zm::TellFile(stream);
-    zm::SeekFile(stream, position, SEEK_SET);
-    return To32Bits(size);
+    const bool done = atEnd && size >= 0 && zm::SeekFile(stream, position, SEEK_SET);
+    const bool hasSize = errno != ESPIPE;  // pipes have neither a size nor a position
+    m_File->hasFailed = m_File->hasFailed || (hasSize && (position < 0 || !done));
+    return done ? To32Bits(size) : 0;
 }
 
 int ZmFile::IsValid()
 {
     FILE* stream = Stream();
-    return stream != nullptr && ferror(stream) == 0;
+    return stream != nullptr && ferror(stream) == 0 && !m_File->hasFailed;
 }
 
 int ZmFile::Seek(int offset, SeekMode mode)
@@ -239,11 +246,14 @@ int ZmFile::Seek(int offset, SeekMode mode)
     return stream != nullptr && zm::SeekFile(stream, offset, Whence(mode));
 }
 
-void ZmFile::SeekTo(unsigned int position)
+bool ZmFile::SeekTo(unsigned int position)
 {
-    if (FILE* stream = Stream()) {
-        zm::SeekFile(stream, position, SEEK_SET);
+    FILE* stream = Stream();
+    const bool done = stream != nullptr && zm::SeekFile(stream, position, SEEK_SET);
+    if (stream != nullptr && !done) {
+        m_File->hasFailed = true;
     }
+    return done;
 }
 
 unsigned int ZmFile::Read(void* buffer, unsigned int size)

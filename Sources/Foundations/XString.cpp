@@ -44,6 +44,9 @@ XString::XString(int size)
 {
     if (size > 0 && size <= kMaxLength + 1) {
         char* zeros = zm::NewText(size_t(size));
+        if (zeros == nullptr) {
+            return;
+        }
         memset(zeros, 0, size_t(size));
         Install(zeros, size_t(size));
         // Not 0, although the text is empty: callers fill it in (XStringTest, ConstructionFromASizeCountsItsZeros).
@@ -75,9 +78,11 @@ void XString::Install(char* block, size_t size)
 
 void XString::InstallCopy(const char* text, size_t count)
 {
-    Install(zm::NewText(count + 1), count + 1);
-    memcpy(m_Buffer, text, count);
-    SetLength(count);
+    if (char* block = zm::NewText(count + 1)) {
+        Install(block, count + 1);
+        memcpy(block, text, count);
+        SetLength(count);
+    }
 }
 
 void XString::SetLength(size_t length)
@@ -86,18 +91,23 @@ void XString::SetLength(size_t length)
     m_Buffer[length] = 0;
 }
 
-// Ensures a capacity of `count` characters, at most kMaxLength; a new block has exactly that size. Returns the old
-// record: the caller releases it after reading its arguments, which may lie in it.
-XBaseString XString::EnsureCapacity(size_t count)
+// Ensures a capacity of `count` characters, at most kMaxLength; a new block has exactly that size. `old` receives the
+// old record: the caller releases it after reading its arguments, which may lie in it. Returns false, with nothing
+// changed, if out of memory.
+bool XString::EnsureCapacity(size_t count, XBaseString& old)
 {
     if (count + 1 <= m_Allocated) {
-        return XBaseString();
+        return true;
     }
-    const XBaseString old = *this;
-    Install(zm::NewText(count + 1), count + 1);
+    char* block = zm::NewText(count + 1);
+    if (block == nullptr) {
+        return false;
+    }
+    old = *this;
+    Install(block, count + 1);
     memcpy(m_Buffer, old.Text(), m_Length);
     m_Buffer[m_Length] = 0;
-    return old;
+    return true;
 }
 
 XString& XString::Assign(const char* text, size_t count)
@@ -107,7 +117,11 @@ XString& XString::Assign(const char* text, size_t count)
         return *this;
     }
     m_Length = 0;
-    const XBaseString old = EnsureCapacity(count);
+    XBaseString old;
+    if (!EnsureCapacity(count, old)) {
+        Empty();
+        return *this;
+    }
     memmove(m_Buffer, text, count);
     SetLength(count);
     Release(old);
@@ -139,7 +153,11 @@ XString& XString::Create(const char* text, int length)
         return *this;
     }
     const size_t count = size_t(length);
-    const XBaseString old = EnsureCapacity(count);
+    XBaseString old;
+    if (!EnsureCapacity(count, old)) {
+        Empty();
+        return *this;
+    }
     if (text != nullptr) {
         memmove(m_Buffer, text, count);
     } else {
@@ -186,10 +204,10 @@ XString& XString::AssignTime(int64_t time, const char* format)
 XString& XString::Append(const char* text, size_t count)
 {
     const size_t length = m_Length + count;
-    if (count > size_t(kMaxLength) || length > size_t(kMaxLength)) {
+    XBaseString old;
+    if (count > size_t(kMaxLength) || length > size_t(kMaxLength) || !EnsureCapacity(length, old)) {
         return *this;
     }
-    const XBaseString old = EnsureCapacity(length);
     memmove(m_Buffer + m_Length, text, count);
     SetLength(length);
     Release(old);
@@ -402,6 +420,9 @@ int XString::Rebuild(const XBaseString& from, const XBaseString& to)
         return 0;
     }
     char* block = zm::NewText(size_t(length) + 1);
+    if (block == nullptr) {
+        return 0;
+    }
     char* write = block;
     const char* read = m_Buffer;
     for (const char* at; (at = NextOccurrence(read, end, from)) != nullptr; read = at + from.Length()) {
@@ -420,6 +441,9 @@ void XString::Reserve(uint16_t size)
     const size_t bytes = std::min(size_t(size), size_t(kMaxLength)) + 1;  // no string is longer than kMaxLength
     if (bytes > m_Allocated) {
         char* block = zm::NewText(bytes);
+        if (block == nullptr) {
+            return;
+        }
         memcpy(block, Text(), m_Length);
         block[m_Length] = 0;
         Release(*this);

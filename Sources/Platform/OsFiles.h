@@ -41,6 +41,9 @@ bool WriteDirectly(FILE* file, const char* text, size_t length);
 /// The mode word of stat(); 0 if there is nothing of that name.
 unsigned FileMode(const char* path);
 
+/// Whether the system says that there is nothing of that name. False also where it cannot tell.
+bool IsMissing(const char* path);
+
 /// Renames. Fails where the new name exists and the platform's rename() does not replace it.
 bool RenamePath(const char* from, const char* to);
 bool DeleteFilePath(const char* path);

@@ -26,6 +26,9 @@ void DiscardNewFile(void* held, const char* path);
 /// then. On failure returns false; nothing has changed and the file is still held.
 bool GiveName(void*& held, const char* path, const char* target);
 
+/// Whether the last failure of the functions above was one of resources or of the device, and not of rights or kind.
+bool SystemFailed();
+
 /// Removes a file of MakeNewFile() if the process that created it has ended.
 void RemoveUnheldFile(const char* path);
 

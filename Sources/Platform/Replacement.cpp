@@ -3,6 +3,7 @@
 #include "Platform/OsClock.h"
 #include "Platform/OsFiles.h"
 #include "Platform/OsReplacement.h"
+#include "Platform/OutOfMemory.h"
 
 #include <stdio.h>
 
@@ -51,6 +52,16 @@ Replacement::~Replacement()
 }
 
 bool Replacement::Begin(const char* path, Options options)
+{
+    m_HasFailed = true;
+    return UnlessOutOfMemory(false, [&] {
+        const bool begun = Prepare(path, options);
+        m_HasFailed = !begun && SystemFailed();
+        return begun;
+    });
+}
+
+bool Replacement::Prepare(const char* path, Options options)
 {
     m_Target = ReplacedPath(path);
     if (m_Target.empty() || !TakesReplacement(m_Target.c_str(), options)) {

@@ -33,6 +33,10 @@ public:
     /// file that the caller may write.
     bool Begin(const char* path, Options options);
 
+    /// After Begin() has returned false: whether the system failed it (no memory, no descriptor, a read error), so that
+    /// it may succeed another time. Otherwise the file cannot be replaced because of what it is or where it lies.
+    bool HasFailed() const { return m_HasFailed; }
+
     /// The new file: open it by this path, write it, and close it before Commit().
     const char* Path() const { return m_Fresh.c_str(); }
 
@@ -43,9 +47,12 @@ private:
     bool MakeBeside(Options options);
     void RemoveLeftovers() const;
 
+    bool Prepare(const char* path, Options options);
+
     std::string m_Target;
     std::string m_Stem;  ///< common beginning of the names of this target's new files
     std::string m_Fresh;
+    bool m_HasFailed = false;
     void* m_Held = nullptr;  ///< of MakeNewFile(); null before Begin() and after Commit()
 };
 

@@ -196,6 +196,12 @@ unsigned FileMode(const char* path)
     return stat(Native(path).c_str(), &status) == 0 ? status.st_mode : 0;
 }
 
+bool IsMissing(const char* path)
+{
+    struct stat status;
+    return stat(Native(path).c_str(), &status) != 0 && (errno == ENOENT || errno == ENOTDIR);
+}
+
 bool RenamePath(const char* from, const char* to)
 {
     return rename(Native(from).c_str(), Native(to).c_str()) == 0;

@@ -8,8 +8,10 @@
 #include <algorithm>
 #include <errno.h>
 #include <fcntl.h>
+#include <iterator>
 #include <limits.h>
 #include <stdio.h>
+#include <string.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -53,11 +55,15 @@ bool Synchronise(int file)
 }
 
 // A folder that cannot be read is left to the system, which writes it in its own time.
-void SynchroniseFolderOf(const std::string& path)
+void SynchroniseFolderOf(const char* path)
 {
-    const size_t slash = path.rfind('/');
-    const std::string folder = slash == std::string::npos ? "." : path.substr(0, slash + 1);
-    const int file = open(folder.c_str(), O_RDONLY | O_CLOEXEC);
+    char folder[PATH_MAX] = ".";
+    const char* slash = strrchr(path, '/');
+    if (slash != nullptr && size_t(slash + 1 - path) < sizeof(folder)) {
+        memcpy(folder, path, size_t(slash + 1 - path));
+        folder[slash + 1 - path] = 0;
+    }
+    const int file = open(folder, O_RDONLY | O_CLOEXEC);
     if (file >= 0) {
         Synchronise(file);
         close(file);
@@ -83,20 +89,28 @@ std::string ReplacedPath(const char* path)
     return "";
 }
 
+// Sets errno wherever it returns false: SystemFailed() looks at it.
 bool TakesReplacement(const char* target, Replacement::Options options)
 {
     struct stat status;
     if (stat(target, &status) != 0) {
         return errno == ENOENT;
     }
-    return S_ISREG(status.st_mode) && (status.st_nlink == 1 || (options & Replacement::CLOSEST) != 0) &&
-           faccessat(AT_FDCWD, target, W_OK, AT_EACCESS) == 0;
+    if (!S_ISREG(status.st_mode) || (status.st_nlink != 1 && (options & Replacement::CLOSEST) == 0)) {
+        errno = EPERM;
+        return false;
+    }
+    return faccessat(AT_FDCWD, target, W_OK, AT_EACCESS) == 0;
 }
 
 void* MakeNewFile(const char* path, const char* target, Replacement::Options options, bool& taken)
 {
     struct stat status;
     const bool exists = stat(target, &status) == 0;
+    taken = false;
+    if (!exists && errno != ENOENT) {
+        return nullptr;
+    }
     const mode_t mode = exists || (options & Replacement::PRIVATE) != 0 ? 0600 : 0666;
     const int file = open(path, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
     taken = file < 0 && errno == EEXIST;
@@ -130,6 +144,12 @@ bool GiveName(void*& held, const char* path, const char* target)
     held = nullptr;
     SynchroniseFolderOf(target);
     return true;
+}
+
+bool SystemFailed()
+{
+    constexpr int kFailures[] = {EIO, ENOMEM, EMFILE, ENFILE, ENOSPC, EDQUOT, EINTR, ENOLCK};
+    return std::find(std::begin(kFailures), std::end(kFailures), errno) != std::end(kFailures);
 }
 
 void RemoveUnheldFile(const char* path)

@@ -152,6 +152,11 @@ unsigned FileMode(const char* path)
     return name == path || (mode & _S_IFDIR) != 0 ? mode : 0;
 }
 
+bool IsMissing(const char* path)
+{
+    return GetFileAttributesA(path) == kNoAttributes && ErrorNumberOf(GetLastError()) == ENOENT;
+}
+
 bool RenamePath(const char* from, const char* to)
 {
     return rename(from, to) == 0;

@@ -1,5 +1,7 @@
 #include "Platform/OsReplacement.h"
 
+#include <algorithm>
+#include <iterator>
 #include <windows.h>
 
 namespace zm {
@@ -38,6 +40,7 @@ bool TakesReplacement(const char* target, Replacement::Options options)
                      (status.dwFileAttributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT)) == 0 &&
                      (status.nNumberOfLinks == 1 || (options & Replacement::CLOSEST) != 0);
     CloseHandle(file);
+    SetLastError(ERROR_ACCESS_DENIED);  // where it is refused
     return res;
 }
 
@@ -70,6 +73,14 @@ bool GiveName(void*& held, const char* path, const char* target)
     }
     held = CreateFileA(path, GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0, nullptr);
     return false;
+}
+
+bool SystemFailed()
+{
+    constexpr DWORD kFailures[] = {ERROR_TOO_MANY_OPEN_FILES, ERROR_NOT_ENOUGH_MEMORY, ERROR_OUTOFMEMORY,
+                                   ERROR_SHARING_VIOLATION,   ERROR_DISK_FULL,         ERROR_HANDLE_DISK_FULL,
+                                   ERROR_IO_DEVICE,           ERROR_NO_SYSTEM_RESOURCES};
+    return std::find(std::begin(kFailures), std::end(kFailures), GetLastError()) != std::end(kFailures);
 }
 
 // A file released a moment ago may be about to be renamed.
