@@ -1,8 +1,8 @@
 # Reads the version from the public header, the only place that defines it.
+set(header "${CMAKE_CURRENT_SOURCE_DIR}/Include/ZmVersion.h")
 set(ZMMATH_VERSION "")
 foreach(part MAJOR MINOR PATCH)
-    file(STRINGS "${CMAKE_CURRENT_LIST_DIR}/../Include/ZmVersion.h" line
-        REGEX "^#define ZMMATH_VERSION_${part} +[0-9]+$")
+    file(STRINGS "${header}" line REGEX "^#define ZMMATH_VERSION_${part} +[0-9]+$")
     string(REGEX MATCH "[0-9]+$" number "${line}")
     if(number STREQUAL "")
         message(FATAL_ERROR "Include/ZmVersion.h does not define ZMMATH_VERSION_${part}")
@@ -11,5 +11,4 @@ foreach(part MAJOR MINOR PATCH)
 endforeach()
 list(JOIN ZMMATH_VERSION "." ZMMATH_VERSION)
 # Makes CMake configure again when the version changes.
-set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS
-    "${CMAKE_CURRENT_LIST_DIR}/../Include/ZmVersion.h")
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${header}")

@@ -32,14 +32,18 @@ for source in Sources/*/*.cpp; do
     folder_of[$(basename "$source" .cpp).h]=$(basename "$(dirname "$source")")
 done
 # Headers without a source file: all their functions are inline.
-folder_of[ZmOBB.h]=Math
 folder_of[ZmImageDescEx.h]=Imaging
-folder_of[ZmSphere.h]=Math
+for header in ZmInterop ZmOBB ZmPrint ZmSphere; do
+    folder_of[$header.h]=Math
+done
 for header in XArray XGUID XHashFun XHashTable XInterop; do
     folder_of[$header.h]=Foundations
 done
 # A header with one source file for each family of its functions.
 folder_of[ZmIntersect.h]=Queries
+# Headers that only include others; those without a folder that all may include.
+collections=" ZmMath.h $(sed -nE 's/^#include "(.+)"/\1/p' Include/ZmMath.h | tr '\n' ' ')"
+folderless=' ZmApi.h ZmVersion.h '
 
 check() { # <file> <folder> <included folder> <included name>
     if [ "$3" != "$2" ] && [[ " ${below[$2]} " != *" $3 "* ]]; then
@@ -53,26 +57,30 @@ while IFS= read -r file; do
             folder=${file#Sources/}
             folder=${folder%%/*}
             ;;
-        *) folder=${folder_of[$(basename "$file")]-} ;;
+        *)
+            name=$(basename "$file")
+            folder=${folder_of[$name]-}
+            if [ -z "$folder" ]; then
+                [[ "$folderless$collections" == *" $name "* ]] ||
+                    fail "$file: say in Tests/Checks/Layers.sh to which folder it belongs"
+                continue
+            fi
+            ;;
     esac
-    [ -n "$folder" ] || continue
     if [ -z "${below[$folder]+known}" ]; then
         fail "$file: say in Tests/Checks/Layers.sh what $folder may include"
         continue
     fi
     while IFS= read -r name; do
-        case $name in
-            ZmApi.h | ZmVersion.h) ;;
-            ZmMath.h) fail "$file: include the headers that are needed instead of ZmMath.h" ;;
-            */*) check "$file" "$folder" "${name%%/*}" "$name" ;;
-            *)
-                if [ ! -e "Include/$name" ]; then
-                    fail "$file: write \"Folder/$name\" for an internal header"
-                elif [ -n "${folder_of[$name]-}" ]; then
-                    check "$file" "$folder" "${folder_of[$name]}" "$name"
-                fi
-                ;;
-        esac
+        if [[ "$name" == */* ]]; then
+            check "$file" "$folder" "${name%%/*}" "$name"
+        elif [ ! -e "Include/$name" ]; then
+            fail "$file: write \"Folder/$name\" for an internal header"
+        elif [ -n "${folder_of[$name]-}" ]; then
+            check "$file" "$folder" "${folder_of[$name]}" "$name"
+        elif [[ "$folderless" != *" $name "* ]]; then
+            fail "$file: include the headers that are needed instead of $name"
+        fi
     done < <(sed -nE 's/^[[:space:]]*#[[:space:]]*include[[:space:]]*"([^"]+)".*/\1/p' "$file")
 done < <(find Sources Include -name '*.h' -o -name '*.cpp' | sort)
 
