@@ -1,6 +1,7 @@
 #include "Files/BigFileEntry.h"
 #include "Files/RegularFile.h"
 #include "Logging/LibraryLog.h"
+#include "Platform/OsFiles.h"
 #include "Platform/Replacement.h"
 #include "ZmAllocator.h"
 #include "ZmMemoryMappedFile.h"
@@ -69,9 +70,8 @@ private:
 /// Whether a file of that name would be put in the place of something that is no file, such as a device.
 bool IsNoFile(const char* path)
 {
-    constexpr unsigned int kTypeMask = 0xF000, kRegularFile = 0x8000;
     const unsigned int mode = ZmFile::GetFileMode(path);
-    return mode != 0 && (mode & kTypeMask) != kRegularFile;
+    return mode != 0 && !zm::IsRegularFile(mode);
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include "Files/RegularFile.h"
 #include "Logging/LibraryLog.h"
+#include "Platform/Unaligned.h"
 #include "ZmAligned.h"
 
 #include <algorithm>
@@ -27,9 +28,7 @@ char* NewCache(unsigned int size)
 void CopyShort(char* res, const char* src, unsigned int size)
 {
     if (size >= 8 && size <= 16) {
-        uint64_t first, last;
-        memcpy(&first, src, 8);
-        memcpy(&last, src + size - 8, 8);
+        const uint64_t first = zm::LoadUnaligned<uint64_t>(src), last = zm::LoadUnaligned<uint64_t>(src + size - 8);
         memcpy(res, &first, 8);
         memcpy(res + size - 8, &last, 8);
     } else if (size != 0) {

@@ -41,6 +41,16 @@ bool WriteDirectly(FILE* file, const char* text, size_t length);
 /// The mode word of stat(); 0 if there is nothing of that name.
 unsigned FileMode(const char* path);
 
+/// What a mode word belongs to. The types have the same bits on every platform.
+constexpr bool IsFolder(unsigned mode)
+{
+    return (mode & 0170000) == 0040000;
+}
+constexpr bool IsRegularFile(unsigned mode)
+{
+    return (mode & 0170000) == 0100000;
+}
+
 /// Renames. Fails where the new name exists and the platform's rename() does not replace it.
 bool RenamePath(const char* from, const char* to);
 bool DeleteFilePath(const char* path);
