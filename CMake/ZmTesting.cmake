@@ -1,5 +1,5 @@
-# Test programs and checks. The names of all tests begin with ZMMATH_VARIANT, so
-# that one ctest run can contain several variants.
+# Test programs and checks. The names of all tests begin with ZMMATH_VARIANT, so that one ctest run can contain several
+# variants.
 include(GoogleTest)
 
 set(ZMMATH_TEST_FILTER "" CACHE STRING "GoogleTest filter for all test programs")
@@ -13,12 +13,10 @@ if(ZMMATH_VARIANT)
 endif()
 
 add_library(ZmGoogleTest STATIC EXCLUDE_FROM_ALL
-    "${ZMMATH_GOOGLETEST_DIR}/src/gtest-all.cc"
-    "${ZMMATH_GOOGLETEST_DIR}/src/gtest_main.cc")
+    "${ZMMATH_GOOGLETEST_DIR}/src/gtest-all.cc" "${ZMMATH_GOOGLETEST_DIR}/src/gtest_main.cc")
 set_target_properties(ZmGoogleTest PROPERTIES CXX_EXTENSIONS ON)
 target_include_directories(ZmGoogleTest
-    SYSTEM PUBLIC "${ZMMATH_GOOGLETEST_DIR}/include"
-    PRIVATE "${ZMMATH_GOOGLETEST_DIR}")
+    SYSTEM PUBLIC "${ZMMATH_GOOGLETEST_DIR}/include" PRIVATE "${ZMMATH_GOOGLETEST_DIR}")
 target_link_libraries(ZmGoogleTest PUBLIC Threads::Threads)
 
 # The emulator for variants whose programs the system cannot run itself.
@@ -45,13 +43,10 @@ function(zm_add_test program library)
         set(filter "$<$<BOOL:${ZMMATH_TEST_FILTER}>:--gtest_filter=${ZMMATH_TEST_FILTER}>")
         add_test(NAME ${test} COMMAND ${program} --gtest_brief=1 "${filter}" COMMAND_EXPAND_LISTS)
         set_tests_properties(${test} PROPERTIES ${ZM_TEST_PROPERTIES}
-            ENVIRONMENT "${ZMMATH_TEST_ENVIRONMENT}"
-            FIXTURES_REQUIRED "${ZM_TEST_PREFIX}Emulator")
+            ENVIRONMENT "${ZMMATH_TEST_ENVIRONMENT}" FIXTURES_REQUIRED "${ZM_TEST_PREFIX}Emulator")
     else()
         gtest_discover_tests(${program}
-            TEST_PREFIX "${ZM_TEST_PREFIX}"
-            TEST_FILTER "${ZMMATH_TEST_FILTER}"
-            DISCOVERY_TIMEOUT 60
+            TEST_PREFIX "${ZM_TEST_PREFIX}" TEST_FILTER "${ZMMATH_TEST_FILTER}" DISCOVERY_TIMEOUT 60
             PROPERTIES ${ZM_TEST_PROPERTIES} ENVIRONMENT "${ZMMATH_TEST_ENVIRONMENT}")
     endif()
 endfunction()
