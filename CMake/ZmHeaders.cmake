@@ -1,4 +1,4 @@
-# The public headers. ZmMath.h includes the headers of the families, and each of them its family's: the only list.
+# The public headers: ZmMath.h includes the headers of the families, and these include all of their family.
 function(zm_read_includes result header)
     set(path "${PROJECT_SOURCE_DIR}/Include/${header}")
     set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${path}")
