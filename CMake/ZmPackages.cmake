@@ -1,16 +1,14 @@
 # Packages made by cpack: on Linux one .deb per component and a .tar.gz of everything; on Windows a .zip.
 set(CPACK_PACKAGE_VENDOR "The ZmMath developers")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "3D mathematics and system services for real-time engines")
-set(CPACK_PACKAGE_INSTALL_DIRECTORY ZmMath)
 set(CPACK_STRIP_FILES ON)
 set(CPACK_VERBATIM_VARIABLES ON)
 set(CPACK_COMPONENTS_ALL Runtime Development Tools)
 set(CPACK_COMPONENTS_GROUPING IGNORE)
 
+set(CPACK_GENERATOR DEB TGZ)
 if(WIN32)
     set(CPACK_GENERATOR ZIP)
-else()
-    set(CPACK_GENERATOR "DEB;TGZ")
 endif()
 set(CPACK_ARCHIVE_COMPONENT_INSTALL OFF)
 

@@ -1,6 +1,5 @@
-# Not every kernel runs 32-bit programs. Where it does not, the tests run under
-# QEMU's user mode; without QEMU they are reported as skipped (RunQemu.sh exits
-# with 77).
+# Not every kernel runs 32-bit programs. Where it does not, the tests run under QEMU's user mode; without QEMU they are
+# reported as skipped (RunQemu.sh exits with 77).
 try_run(ZM_PROBE_EXIT_CODE ZM_PROBE_COMPILES
     "${PROJECT_BINARY_DIR}/probe" "${PROJECT_SOURCE_DIR}/Tests/Emulators/Probe.cpp")
 if(NOT ZM_PROBE_EXIT_CODE EQUAL 42)

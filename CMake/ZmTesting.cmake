@@ -1,5 +1,5 @@
-# Test programs and checks. The names of all tests begin with ZMMATH_VARIANT, so
-# that one ctest run can contain several variants.
+# Test programs and checks. The names of all tests begin with ZMMATH_VARIANT, so that one ctest run can contain several
+# variants.
 include(GoogleTest)
 
 set(ZMMATH_TEST_FILTER "" CACHE STRING "GoogleTest filter for all test programs")
@@ -13,12 +13,10 @@ if(ZMMATH_VARIANT)
 endif()
 
 add_library(ZmGoogleTest STATIC EXCLUDE_FROM_ALL
-    "${ZMMATH_GOOGLETEST_DIR}/src/gtest-all.cc"
-    "${ZMMATH_GOOGLETEST_DIR}/src/gtest_main.cc")
-target_compile_features(ZmGoogleTest PUBLIC cxx_std_17)
+    "${ZMMATH_GOOGLETEST_DIR}/src/gtest-all.cc" "${ZMMATH_GOOGLETEST_DIR}/src/gtest_main.cc")
+set_target_properties(ZmGoogleTest PROPERTIES CXX_EXTENSIONS ON)
 target_include_directories(ZmGoogleTest
-    SYSTEM PUBLIC "${ZMMATH_GOOGLETEST_DIR}/include"
-    PRIVATE "${ZMMATH_GOOGLETEST_DIR}")
+    SYSTEM PUBLIC "${ZMMATH_GOOGLETEST_DIR}/include" PRIVATE "${ZMMATH_GOOGLETEST_DIR}")
 target_link_libraries(ZmGoogleTest PUBLIC Threads::Threads)
 
 # The emulator for variants whose programs the system cannot run itself.
@@ -33,39 +31,34 @@ if(CMAKE_CROSSCOMPILING OR DEFINED CMAKE_CROSSCOMPILING_EMULATOR)
     set(ZM_EMULATED ON)
 endif()
 
-# zm_add_test(<program> LIBRARY <target> SOURCES <file>...)
-# A GoogleTest program. Each case is a ctest entry; under an emulator, where
+# zm_add_test(<program> <library>)
+# A GoogleTest program, whose sources come with zm_add_sources(). Each case is a ctest entry; under an emulator, where
 # starting a program is expensive, the whole program is one.
-function(zm_add_test program)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "" "LIBRARY" "SOURCES")
-    add_executable(${program} ${arg_SOURCES})
-    set_target_properties(${program} PROPERTIES CXX_EXTENSIONS OFF)
+function(zm_add_test program library)
+    add_executable(${program})
     target_include_directories(${program} PRIVATE "${PROJECT_SOURCE_DIR}/Tests")
-    target_link_libraries(${program} PRIVATE ${arg_LIBRARY} ZmGoogleTest ZmWarnings ZmFloatingPoint)
-    set(filter "*")
-    if(ZMMATH_TEST_FILTER)
-        set(filter "${ZMMATH_TEST_FILTER}")
-    endif()
+    target_link_libraries(${program} PRIVATE ${library} ZmGoogleTest ZmWarnings ZmFloatingPoint)
     if(ZM_EMULATED)
         set(test ${ZM_TEST_PREFIX}${program})
-        add_test(NAME ${test} COMMAND ${program} --gtest_brief=1 "--gtest_filter=${filter}")
+        set(filter "$<$<BOOL:${ZMMATH_TEST_FILTER}>:--gtest_filter=${ZMMATH_TEST_FILTER}>")
+        add_test(NAME ${test} COMMAND ${program} --gtest_brief=1 "${filter}" COMMAND_EXPAND_LISTS)
         set_tests_properties(${test} PROPERTIES ${ZM_TEST_PROPERTIES}
-            ENVIRONMENT "${ZMMATH_TEST_ENVIRONMENT}"
-            FIXTURES_REQUIRED "${ZM_TEST_PREFIX}Emulator")
+            ENVIRONMENT "${ZMMATH_TEST_ENVIRONMENT}" FIXTURES_REQUIRED "${ZM_TEST_PREFIX}Emulator")
     else()
         gtest_discover_tests(${program}
-            TEST_PREFIX "${ZM_TEST_PREFIX}"
-            TEST_FILTER "${filter}"
-            DISCOVERY_TIMEOUT 60
+            TEST_PREFIX "${ZM_TEST_PREFIX}" TEST_FILTER "${ZMMATH_TEST_FILTER}" DISCOVERY_TIMEOUT 60
             PROPERTIES ${ZM_TEST_PROPERTIES} ENVIRONMENT "${ZMMATH_TEST_ENVIRONMENT}")
     endif()
 endfunction()
 
 # zm_add_check(<name> <command> [argument...])
-# Any other command as a test, which passes if it exits with 0.
-function(zm_add_check name)
+# Any other command as a test, which passes if it exits with 0. The path of a script is relative to the current folder.
+function(zm_add_check name command)
+    if(command MATCHES "\\.sh$")
+        cmake_path(ABSOLUTE_PATH command BASE_DIRECTORY "${CMAKE_CURRENT_SOURCE_DIR}" NORMALIZE)
+    endif()
     set(test ${ZM_TEST_PREFIX}Check.${name})
-    add_test(NAME ${test} COMMAND ${ARGN} COMMAND_EXPAND_LISTS)
+    add_test(NAME ${test} COMMAND "${command}" ${ARGN} COMMAND_EXPAND_LISTS)
     set_tests_properties(${test} PROPERTIES ${ZM_TEST_PROPERTIES})
 endfunction()
 
@@ -85,7 +78,6 @@ endfunction()
 function(zm_add_program name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "LIBRARY" "SOURCES;ARGUMENTS")
     add_executable(Zm${name}Test ${arg_SOURCES})
-    set_target_properties(Zm${name}Test PROPERTIES CXX_EXTENSIONS OFF)
     target_link_libraries(Zm${name}Test PRIVATE ${arg_LIBRARY} ZmWarnings ZmFloatingPoint)
     zm_add_run_check(${name} Zm${name}Test ${arg_ARGUMENTS})
 endfunction()

@@ -1,15 +1,9 @@
-# Reads the version from the public header, the only place that defines it.
-set(ZMMATH_VERSION "")
-foreach(part MAJOR MINOR PATCH)
-    file(STRINGS "${CMAKE_CURRENT_LIST_DIR}/../Include/ZmVersion.h" line
-        REGEX "^#define ZMMATH_VERSION_${part} +[0-9]+$")
-    string(REGEX MATCH "[0-9]+$" number "${line}")
-    if(number STREQUAL "")
-        message(FATAL_ERROR "Include/ZmVersion.h does not define ZMMATH_VERSION_${part}")
-    endif()
-    list(APPEND ZMMATH_VERSION ${number})
-endforeach()
-list(JOIN ZMMATH_VERSION "." ZMMATH_VERSION)
-# Makes CMake configure again when the version changes.
-set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS
-    "${CMAKE_CURRENT_LIST_DIR}/../Include/ZmVersion.h")
+# Reads the version from the public header, the only place that defines it, and configures again when it changes.
+set(header "${CMAKE_CURRENT_SOURCE_DIR}/Include/ZmVersion.h")
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${header}")
+file(STRINGS "${header}" numbers REGEX "^#define ZMMATH_VERSION_(MAJOR|MINOR|PATCH) +[0-9]+$")
+list(TRANSFORM numbers REPLACE "^.* " "")
+list(JOIN numbers "." ZMMATH_VERSION)
+if(NOT ZMMATH_VERSION MATCHES "^[0-9]+\\.[0-9]+\\.[0-9]+$")
+    message(FATAL_ERROR "${header} does not define the three numbers of the version")
+endif()

@@ -55,11 +55,11 @@ private:
     bool MoveTo(unsigned int position);
     void Fill();
     void FillFrom(unsigned int position);
-    unsigned int ReadBeyond(char* buffer, unsigned int size);
-    unsigned int ReadUncached(void* buffer, unsigned int size);
-    void ReadAcross(char* out, unsigned int size, unsigned int block);
-    void ReadCached(char* out, unsigned int size);
-    void ReadOn(char* out, unsigned int size);
+    unsigned int ReadSlowPath(char* buffer, unsigned int size);
+    unsigned int ReadWithoutBlock(void* buffer, unsigned int size);
+    void ReadFromMissingBlock(char* out, unsigned int size, unsigned int block);
+    void ReadFromHeldBlock(char* out, unsigned int size);
+    void ReadFollowingBlocks(char* out, unsigned int size);
 
     unsigned int m_Position = 0;
     unsigned int m_CacheSize;

@@ -6,6 +6,10 @@
 
 #include <stdarg.h>
 
+namespace zm {
+class ModuleNames;
+}
+
 /// The log of the process. Code registers a module once, then states the origin and level of each message:
 ///
 ///     static const int module = ZmLog::GetLog().RegisterModule("Terrain");
@@ -84,7 +88,6 @@ private:
     ZmLog();
     ~ZmLog();
 
-    int FindModule(const char* name) const;
     void VPrint(const char* format, va_list arguments);
     const char* Format(const char* format, va_list arguments);
     const char* FormatAny(const char* format, va_list arguments);
@@ -100,6 +103,6 @@ private:
     XString m_File;
     XHashTable<ZmLogListener*, XString> m_Listeners;
     XHashTable<ListenerFactory, XGUID> m_Factories;
-    XArray<XString> m_Modules;
+    zm::ModuleNames& m_Modules;
     ZmMutex m_Mutex;
 };

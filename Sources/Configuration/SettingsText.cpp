@@ -1,5 +1,7 @@
 #include "Configuration/SettingsText.h"
 
+#include "Platform/Characters.h"
+
 #include <algorithm>
 #include <string.h>
 
@@ -46,16 +48,11 @@ struct Line {
     size_t begin, value, end;
 };
 
-char Lower(char c)
-{
-    return c >= 'A' && c <= 'Z' ? char(c - 'A' + 'a') : c;
-}
-
 bool SameName(const std::string& a, const std::string& b)
 {
     bool same = a.size() == b.size();
     for (size_t i = 0; same && i < a.size(); ++i) {
-        same = Lower(a[i]) == Lower(b[i]);
+        same = ToLower(a[i]) == ToLower(b[i]);
     }
     return same;
 }
@@ -104,7 +101,7 @@ std::string SettingsPath(const std::string& key)
     std::string res;
     size_t part = 0;
     for (const char c : key) {
-        const char lower = Lower(c);
+        const char lower = ToLower(c);
         const bool plain = (lower >= 'a' && lower <= 'z') || (c >= '0' && c <= '9') || c == '_' || c == '-' || c == ' ';
         if (res.size() - part > kLongestPart) {
             res += "%/";

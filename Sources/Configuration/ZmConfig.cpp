@@ -1,6 +1,7 @@
 #include "ZmConfig.h"
 
 #include "Configuration/SettingsFiles.h"
+#include "Platform/OrEmpty.h"
 #include "Platform/OutOfMemory.h"
 
 #include <algorithm>
@@ -23,11 +24,6 @@ zm::SettingsKey* OpenRoot()
     });
 }
 
-const char* Text(const char* text)
-{
-    return text != nullptr ? text : "";
-}
-
 }  // namespace
 
 ZmConfig::ZmConfig() : m_Root(OpenRoot()), m_Section(nullptr) {}
@@ -41,7 +37,7 @@ ZmConfig::~ZmConfig()
 void ZmConfig::OpenSection(const char* name, Mode mode)
 {
     CloseSection(nullptr);
-    m_Section = m_Root != nullptr ? m_Root->Open(Text(name), mode) : nullptr;
+    m_Section = m_Root != nullptr ? m_Root->Open(zm::OrEmpty(name), mode) : nullptr;
 }
 
 void ZmConfig::CloseSection(const char* /*name*/)
@@ -53,14 +49,14 @@ void ZmConfig::CloseSection(const char* /*name*/)
 void ZmConfig::WriteStringEntry(const char* name, const char* value)
 {
     if (m_Section != nullptr) {
-        m_Section->Write(Text(name), Text(value));
+        m_Section->Write(zm::OrEmpty(name), zm::OrEmpty(value));
     }
 }
 
 int ZmConfig::ReadStringEntry(const char* name, char* value) const
 {
     char text[kMaxValue] = {};
-    const int size = m_Section != nullptr ? m_Section->Read(Text(name), text, kMaxValue) : -1;
+    const int size = m_Section != nullptr ? m_Section->Read(zm::OrEmpty(name), text, kMaxValue) : -1;
     if (size >= 0) {
         const bool needsEnd = size < kMaxValue && (size == 0 || text[size - 1] != 0);
         memcpy(value, text, size_t(size) + needsEnd);

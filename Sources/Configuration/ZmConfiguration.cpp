@@ -3,6 +3,7 @@
 #include "Configuration/ConfigurationReader.h"
 #include "Configuration/ConfigurationWriter.h"
 #include "Configuration/SectionPath.h"
+#include "Platform/OrEmpty.h"
 #include "Platform/OutOfMemory.h"
 #include "Platform/Replacement.h"
 #include "ZmFile.h"
@@ -166,7 +167,7 @@ void ZmConfiguration::ClearDefault()
 int ZmConfiguration::BuildFromFile(const char* filename, int& line, XString& error)
 {
     return zm::UnlessOutOfMemory(0, [&] {
-        const std::string path = filename != nullptr ? filename : "";  // a copy: it may be a value of the tree
+        const std::string path = zm::OrEmpty(filename);  // it may be a value of the tree
         Clear();
         if (filename == nullptr) {
             error = "null filename";

@@ -1,18 +1,16 @@
 #include "Platform/FirstUse.h"
 #include "Platform/OsClock.h"
+#include "Platform/Unaligned.h"
 #include "ZmBigFile.h"
 
 #include <stdint.h>
-#include <string.h>
 
 namespace {
 
 template <class Word>
 uint64_t Load(const char* bytes)
 {
-    Word word;
-    memcpy(&word, bytes, sizeof(word));
-    return word;
+    return zm::LoadUnaligned<Word>(bytes);
 }
 
 // XOR of the two halves of the 128-bit product.

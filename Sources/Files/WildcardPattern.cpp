@@ -1,6 +1,6 @@
 #include "Files/WildcardPattern.h"
 
-#include "Foundations/Characters.h"
+#include "Platform/Characters.h"
 #include "Platform/OsFiles.h"
 
 #include <string.h>

@@ -1,10 +1,10 @@
 #include "ZmBigFile.h"
 
 #include "Files/BigFileEntry.h"
+#include "Files/FileNameKey.h"
 #include "Files/RegularFile.h"
-#include "Foundations/Characters.h"
 #include "Logging/LibraryLog.h"
-#include "ZmPath.h"
+#include "Platform/OrEmpty.h"
 
 #include <algorithm>
 #include <new>
@@ -13,11 +13,6 @@
 namespace {
 
 constexpr int kPoolPage = 65536;
-
-const char* OrEmpty(const char* text)
-{
-    return text != nullptr ? text : "";
-}
 
 unsigned int LoadWord(const char* bytes)
 {
@@ -29,91 +24,12 @@ unsigned int LoadWord(const char* bytes)
 /// memory runs out.
 bool AppendLowerCase(XString& res, const char* name)
 {
-    const char* text = OrEmpty(name);
+    const char* text = zm::OrEmpty(name);
     const size_t length = strlen(text) + res.Length();
     res << text;
     res.ToLower();
     return size_t(res.Length()) == length;
 }
-
-constexpr uint64_t Repeated(unsigned char byte)
-{
-    return byte * uint64_t(0x0101010101010101);
-}
-
-// Lower-cases eight characters at once: the additions set the top bit of each byte that passes a bound.
-uint64_t LowerCaseOf(uint64_t text)
-{
-    const uint64_t low = text & Repeated(0x7F);
-    const uint64_t fromA = low + Repeated(0x80 - 'A'), beyondZ = low + Repeated(0x80 - 'Z' - 1);
-    return text | ((fromA & ~beyondZ & ~text & Repeated(0x80)) >> 2);
-}
-
-// Whether any of the eight bytes equals `character`: only a zero byte of `different` borrows into its top bit.
-bool Contains(uint64_t text, char character)
-{
-    const uint64_t different = text ^ Repeated(static_cast<unsigned char>(character));
-    return ((different - Repeated(1)) & ~different & Repeated(0x80)) != 0;
-}
-
-/// The name and extension of a path in lower case, as RKPathSplitter would split them off.
-class FileNameKey : public XBaseString {
-public:
-    explicit FileNameKey(const char* path)
-    {
-        const size_t length = strlen(path);
-        if (length >= 8 && length <= kLongestPart) {
-            SetShort(path, length);
-        } else {
-            SetAny(path);
-        }
-    }
-    FileNameKey(const FileNameKey&) = delete;
-    FileNameKey& operator=(const FileNameKey&) = delete;
-
-private:
-    static constexpr size_t kLongestPart = 255;
-
-    // No part can exceed the splitter's limit here, so only the last separator matters. Works on eight characters at a
-    // time; the last group may overlap the one before.
-    void SetShort(const char* path, size_t length)
-    {
-        bool hasFolder = path[1] == ':';
-        for (size_t at = 0; at < length; at += 8) {
-            const size_t start = std::min(at, length - 8);
-            uint64_t word;
-            memcpy(&word, path + start, 8);
-            hasFolder = hasFolder || Contains(word, '/') || Contains(word, '\\');
-            word = LowerCaseOf(word);
-            memcpy(m_Text + start, &word, 8);
-        }
-        m_Text[length] = 0;
-        size_t name = 0;
-        if (hasFolder) {
-            const size_t drive = path[1] == ':' ? 2 : 0;
-            for (name = length; name != drive && path[name - 1] != '/' && path[name - 1] != '\\';) {
-                --name;
-            }
-        }
-        m_Buffer = m_Text + name;
-        m_Length = uint16_t(length - name);
-    }
-
-    // A path with an over-long part splits into empty parts, so its key is empty.
-    void SetAny(const char* path)
-    {
-        const RKPathSplitter parts(path);
-        char* end = m_Text;
-        for (const char* part : {parts.GetName(), parts.GetExtension()}) {
-            end = std::transform(part, part + strlen(part), end, zm::ToLower);
-        }
-        *end = 0;
-        m_Buffer = m_Text;
-        m_Length = uint16_t(end - m_Text);
-    }
-
-    char m_Text[2 * kLongestPart + 2];
-};
 
 }  // namespace
 
@@ -273,7 +189,7 @@ int ZmBigFile::Find(const char* name, ZmSubFile* sub)
         prefixed << name;
         name = prefixed.Text();
     }
-    const FileNameKey key(OrEmpty(name));
+    const zm::FileNameKey key(zm::OrEmpty(name));
     Entry* const* entry = m_Names.LookUp(key);
     if (entry == nullptr) {
         return 0;

@@ -74,7 +74,9 @@ bool WriteDeferred(ZmFile& output, const char* path, unsigned int size)
     if (opened && found == size && file.IsValid()) {
         return block.Copy(output, file, size);
     }
-    if (opened ? !file.IsValid() : !zm::IsMissing(path)) {
+    const unsigned int mode = zm::FileMode(path);
+    const bool isGone = mode != 0 ? !zm::IsRegularFile(mode) : zm::IsMissing(path);
+    if (opened ? !file.IsValid() : !isGone) {
         zm::Warn(__LINE__, kSourceName, "File %s cannot be read: nothing is saved", path);
         return false;
     }
@@ -105,9 +107,8 @@ private:
 /// Whether the path names something other than a regular file, such as a device, which must not be replaced.
 bool IsNoFile(const char* path)
 {
-    constexpr unsigned int kTypeMask = 0xF000, kRegularFile = 0x8000;
     const unsigned int mode = ZmFile::GetFileMode(path);
-    return mode != 0 && (mode & kTypeMask) != kRegularFile;
+    return mode != 0 && !zm::IsRegularFile(mode);
 }
 
 }  // namespace

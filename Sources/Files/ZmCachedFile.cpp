@@ -2,6 +2,7 @@
 
 #include "Files/RegularFile.h"
 #include "Logging/LibraryLog.h"
+#include "Platform/Unaligned.h"
 #include "ZmAligned.h"
 
 #include <algorithm>
@@ -27,9 +28,7 @@ char* NewCache(unsigned int size)
 void CopyShort(char* res, const char* src, unsigned int size)
 {
     if (size >= 8 && size <= 16) {
-        uint64_t first, last;
-        memcpy(&first, src, 8);
-        memcpy(&last, src + size - 8, 8);
+        const uint64_t first = zm::LoadUnaligned<uint64_t>(src), last = zm::LoadUnaligned<uint64_t>(src + size - 8);
         memcpy(res, &first, 8);
         memcpy(res + size - 8, &last, 8);
     } else if (size != 0) {
@@ -110,28 +109,28 @@ unsigned int ZmCachedFile::Read(void* buffer, unsigned int size)
         m_Position += size;
         return size;
     }
-    return ReadBeyond(static_cast<char*>(buffer), size);
+    return ReadSlowPath(static_cast<char*>(buffer), size);
 }
 
-__attribute__((noinline)) unsigned int ZmCachedFile::ReadBeyond(char* buffer, unsigned int size)
+__attribute__((noinline)) unsigned int ZmCachedFile::ReadSlowPath(char* buffer, unsigned int size)
 {
     if (!IsOpen()) {
         return 0;
     }
     if (m_Cache == nullptr) {
-        return ReadUncached(buffer, size);
+        return ReadWithoutBlock(buffer, size);
     }
     const bool hit = m_CacheStart != kNoBlock && m_Position - m_CacheStart < m_CacheSize;
     if (!hit) {
         const unsigned int block = m_Position / m_CacheSize * m_CacheSize;
         if (uint64_t(m_Position) + size >= uint64_t(block) + m_CacheSize) {
-            ReadAcross(buffer, size, block);
+            ReadFromMissingBlock(buffer, size, block);
             return size;
         }
         m_CacheStart = block;
         FillFrom(block);
     }
-    ReadCached(buffer, size);
+    ReadFromHeldBlock(buffer, size);
     return size;
 }
 
@@ -158,7 +157,7 @@ void ZmCachedFile::FillFrom(unsigned int position)
 }
 
 // Used when no block could be allocated.
-unsigned int ZmCachedFile::ReadUncached(void* buffer, unsigned int size)
+unsigned int ZmCachedFile::ReadWithoutBlock(void* buffer, unsigned int size)
 {
     const unsigned int read = SeekTo(m_Position) ? ZmFile::Read(buffer, size) : 0;
     m_Position += read;
@@ -166,7 +165,7 @@ unsigned int ZmCachedFile::ReadUncached(void* buffer, unsigned int size)
 }
 
 // Reads from a block that is not in memory to its end and beyond. The block in which the read ends stays in memory.
-void ZmCachedFile::ReadAcross(char* out, unsigned int size, unsigned int block)
+void ZmCachedFile::ReadFromMissingBlock(char* out, unsigned int size, unsigned int block)
 {
     const uint64_t end = uint64_t(m_Position) + size, lastBlock = end / m_CacheSize * m_CacheSize;
     const unsigned int skipped = m_Position - block;
@@ -182,7 +181,7 @@ void ZmCachedFile::ReadAcross(char* out, unsigned int size, unsigned int block)
     m_Position += size;
 }
 
-void ZmCachedFile::ReadCached(char* out, unsigned int size)
+void ZmCachedFile::ReadFromHeldBlock(char* out, unsigned int size)
 {
     const unsigned int offset = m_Position - m_CacheStart, cached = std::min(size, m_CacheSize - offset);
     std::copy_n(m_Cache + offset, cached, out);
@@ -190,13 +189,13 @@ void ZmCachedFile::ReadCached(char* out, unsigned int size)
         // Counts the cached bytes twice. Callers depend on this and seek before each read
         // (CachedFileTest, ReadsAsTheModelDoes).
         Seek(int(m_CacheStart + m_CacheSize), START);
-        ReadOn(out + cached, size - cached);
+        ReadFollowingBlocks(out + cached, size - cached);
     }
     m_Position += size;
 }
 
 // Reads the blocks that follow the one in memory; the last fill left the file positioned after that block.
-void ZmCachedFile::ReadOn(char* out, unsigned int size)
+void ZmCachedFile::ReadFollowingBlocks(char* out, unsigned int size)
 {
     for (; size >= m_CacheSize; size -= m_CacheSize) {
         Fill();

@@ -1,6 +1,7 @@
 #include "ZmFile.h"
 
 #include "Files/RegularFile.h"
+#include "Platform/OrEmpty.h"
 #include "Platform/OsFiles.h"
 
 #include <algorithm>
@@ -182,8 +183,7 @@ int ZmFile::OpenAs(const char* name, OpenMode mode, bool regular)
     }
     Forget();
     const char* modeString = ModeString(mode);
-    FILE* stream =
-        zm::OpenFile(name != nullptr ? name : "", modeString, regular ? zm::FileKind::REGULAR : zm::FileKind::ANY);
+    FILE* stream = zm::OpenFile(zm::OrEmpty(name), modeString, regular ? zm::FileKind::REGULAR : zm::FileKind::ANY);
     if (stream == nullptr) {
         return 0;
     }

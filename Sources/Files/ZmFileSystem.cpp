@@ -1,21 +1,17 @@
 #include "ZmFileSystem.h"
 
+#include "Platform/Characters.h"
 #include "Platform/OsFiles.h"
+#include "Platform/PathText.h"
 
 #include <string>
 
 namespace {
 
-bool IsSeparator(char c)
-{
-    return c == '\\' || c == '/';
-}
-
 // The length of the prefix that is never created: a drive with its separator ("C:\") or the root.
 size_t LengthOfRoot(const std::string& path)
 {
-    const bool letter = !path.empty() && ((path[0] | 0x20) >= 'a' && (path[0] | 0x20) <= 'z');
-    return letter && path[1] == ':' ? 3 : 1;
+    return zm::IsLetter(path[0]) && path[1] == ':' ? 3 : 1;
 }
 
 }  // namespace
@@ -58,7 +54,7 @@ int ZmCreateFileTree(const char* path)
     std::string folder = path;
     for (size_t i = LengthOfRoot(folder); i < folder.size(); ++i) {
         // Only the first of two separators counts: a folder name must not end with one, or the system may not find it.
-        if (!IsSeparator(folder[i]) || IsSeparator(folder[i - 1])) {
+        if (!zm::IsSeparator(folder[i]) || zm::IsSeparator(folder[i - 1])) {
             continue;
         }
         folder[i] = 0;

@@ -1,6 +1,8 @@
 #include "ZmPath.h"
 
-#include "Foundations/Characters.h"
+#include "Platform/Characters.h"
+#include "Platform/OrEmpty.h"
+#include "Platform/PathText.h"
 
 #include <algorithm>
 #include <stdio.h>
@@ -10,11 +12,6 @@ namespace {
 
 constexpr unsigned long kFailure = 0xFFFFFFFF;
 constexpr char kFilePrefix[] = "file://";
-
-bool IsSeparator(char c)
-{
-    return c == '\\' || c == '/';
-}
 
 // Copies a part of a path. Returns false if it does not fit with its terminator.
 template <size_t Size>
@@ -39,14 +36,9 @@ void StorePath(char (&res)[Size], const std::string& path)
 
 void AppendSeparator(std::string& path)
 {
-    if (!path.empty() && !IsSeparator(path.back())) {
+    if (!path.empty() && !zm::IsSeparator(path.back())) {
         path += '\\';
     }
-}
-
-const char* OrEmpty(const char* text)
-{
-    return text != nullptr ? text : "";
 }
 
 // The characters that ZmEscapeURL() replaces.
@@ -76,10 +68,10 @@ unsigned long SetText(XString& out, const std::string& text)
 
 RKPathSplitter::RKPathSplitter(const char* path)
 {
-    const char* text = OrEmpty(path);
+    const char* text = zm::OrEmpty(path);
     const char *end = text + strlen(text), *dir = end - text >= 2 && text[1] == ':' ? text + 2 : text;
     const char* name = end;
-    while (name != dir && !IsSeparator(name[-1])) {
+    while (name != dir && !zm::IsSeparator(name[-1])) {
         --name;
     }
     const char* extension = end;
@@ -95,15 +87,15 @@ RKPathSplitter::RKPathSplitter(const char* path)
 RKPathMaker::RKPathMaker(const char* drive, const char* dir, const char* name, const char* extension)
 {
     std::string path;
-    if (*OrEmpty(drive) != 0) {
+    if (*zm::OrEmpty(drive) != 0) {
         path = std::string(1, *drive) + ':';
     }
-    if (*OrEmpty(dir) != 0) {
+    if (*zm::OrEmpty(dir) != 0) {
         path += dir;
         AppendSeparator(path);
     }
-    path += OrEmpty(name);
-    if (*OrEmpty(extension) != 0) {
+    path += zm::OrEmpty(name);
+    if (*zm::OrEmpty(extension) != 0) {
         path += *extension == '.' ? "" : ".";
         path += extension;
     }
@@ -113,9 +105,9 @@ RKPathMaker::RKPathMaker(const char* drive, const char* dir, const char* name, c
 int ZmMakePath(char* out, const char* dir, const char* file)
 {
     constexpr size_t kMaxPath = 260;
-    std::string path = OrEmpty(dir);
+    std::string path = zm::OrEmpty(dir);
     AppendSeparator(path);
-    path += OrEmpty(file);
+    path += zm::OrEmpty(file);
     const bool fits = path.size() < kMaxPath;
     if (!fits) {
         path.clear();
@@ -131,8 +123,7 @@ void ZmAddDirectorySeparator(XString& path)
 
 void ZmConvertPathToSystemPath(XString& path)
 {
-    const char drive = zm::ToLower(path[0]);
-    const bool hasDrive = path.Length() > 2 && drive >= 'a' && drive <= 'z' && path[1] == ':' && path[2] == '\\';
+    const bool hasDrive = path.Length() > 2 && zm::IsLetter(path[0]) && path[1] == ':' && path[2] == '\\';
     XString prefix(path.Substring(0, hasDrive ? 3 : 0)), rest;
     rest.CreateTail(path, hasDrive ? 3 : 0);
     rest.Replace(':', '\\');

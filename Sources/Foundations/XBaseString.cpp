@@ -1,4 +1,4 @@
-#include "Foundations/Characters.h"
+#include "Platform/Characters.h"
 #include "XString.h"
 
 #include <algorithm>

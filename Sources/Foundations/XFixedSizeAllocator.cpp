@@ -1,19 +1,13 @@
 #include "XFixedSizeAllocator.h"
 
 #include "Foundations/ChunkMap.h"
+#include "Platform/Unaligned.h"
 
 #include <algorithm>
 
 namespace {
 
 constexpr int kNone = -1;
-
-uint32_t LoadIndex(const void* block)
-{
-    uint32_t index;
-    memcpy(&index, block, sizeof(index));
-    return index;
-}
 
 void StoreIndex(void* block, uint32_t index)
 {
@@ -88,7 +82,7 @@ void* XFixedSizeAllocator::Take(int index)
     if (chunk.FirstFree == chunk.Fresh) {
         chunk.FirstFree = ++chunk.Fresh;
     } else {
-        chunk.FirstFree = LoadIndex(block);
+        chunk.FirstFree = zm::LoadUnaligned<uint32_t>(block);
     }
     if (--chunk.FreeCount == 0) {
         m_Map->SetFree(index, false);

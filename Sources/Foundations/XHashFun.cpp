@@ -1,5 +1,7 @@
 #include "XHashFun.h"
 
+#include "Platform/Unaligned.h"
+
 #include <emmintrin.h>
 
 namespace zm {
@@ -20,14 +22,6 @@ constexpr uint32_t PowerOf5(unsigned exponent)
 constexpr uint32_t kPowersOf5[kBlock] = {
     PowerOf5(0), PowerOf5(1), PowerOf5(2),  PowerOf5(3),  PowerOf5(4),  PowerOf5(5),  PowerOf5(6),  PowerOf5(7),
     PowerOf5(8), PowerOf5(9), PowerOf5(10), PowerOf5(11), PowerOf5(12), PowerOf5(13), PowerOf5(14), PowerOf5(15)};
-
-template <class Word>
-Word Load(const char* bytes)
-{
-    Word word;
-    memcpy(&word, bytes, sizeof(word));
-    return word;
-}
 
 // A mask of the last `count` bytes of a register.
 __m128i MaskOfLast(size_t count)
@@ -59,8 +53,8 @@ uint32_t Polynomial(__m128i bytes)
 uint64_t LoadFew(const char* bytes, size_t count)
 {
     if (count >= 4) {
-        const uint64_t high = Load<uint32_t>(bytes + count - 4);
-        return high << 32 | uint64_t(Load<uint32_t>(bytes)) << 8 * (8 - count);
+        const uint64_t high = LoadUnaligned<uint32_t>(bytes + count - 4);
+        return high << 32 | uint64_t(LoadUnaligned<uint32_t>(bytes)) << 8 * (8 - count);
     }
     uint64_t word = 0;
     for (size_t i = 0; i < count; ++i) {
@@ -84,10 +78,10 @@ uint64_t HashShort(const char* text, size_t length)
 {
     uint64_t low = 0, high;
     if (length > 8) {
-        low = Load<uint64_t>(text) << 8 * (kBlock - length);
-        high = Load<uint64_t>(text + length - 8);
+        low = LoadUnaligned<uint64_t>(text) << 8 * (kBlock - length);
+        high = LoadUnaligned<uint64_t>(text + length - 8);
     } else {
-        high = length == 8 ? Load<uint64_t>(text) : LoadFew(text, length);
+        high = length == 8 ? LoadUnaligned<uint64_t>(text) : LoadFew(text, length);
     }
     return Combine(Polynomial(_mm_set_epi64x(int64_t(high), int64_t(low))), Mix(low, high));
 }
@@ -104,13 +98,13 @@ uint64_t HashText(const char* text, unsigned int length)
     const char* const end = text + length;
     for (; size_t(end - text) >= kBlock; text += kBlock) {
         hash = hash * (kPowersOf5[15] * 5) + Polynomial(_mm_loadu_si128(reinterpret_cast<const __m128i*>(text)));
-        tag = Mix(tag ^ Load<uint64_t>(text), Load<uint64_t>(text + 8));
+        tag = Mix(tag ^ LoadUnaligned<uint64_t>(text), LoadUnaligned<uint64_t>(text + 8));
     }
     const size_t rest = size_t(end - text);
     const char* const last = end - kBlock;
     const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(last));
     hash = hash * kPowersOf5[rest] + Polynomial(_mm_and_si128(bytes, MaskOfLast(rest)));
-    return Combine(hash, Mix(tag ^ Load<uint64_t>(last), Load<uint64_t>(last + 8)));
+    return Combine(hash, Mix(tag ^ LoadUnaligned<uint64_t>(last), LoadUnaligned<uint64_t>(last + 8)));
 }
 
 }  // namespace zm

@@ -1,7 +1,7 @@
 #include "XString.h"
 
-#include "Foundations/Characters.h"
 #include "Foundations/StringStorage.h"
+#include "Platform/Characters.h"
 #include "Platform/OsClock.h"
 
 #include <algorithm>

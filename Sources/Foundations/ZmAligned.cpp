@@ -1,18 +1,16 @@
 #include "ZmAligned.h"
 
+#include "Platform/Unaligned.h"
 #include "XMemory.h"
 
 #include <stdint.h>
 
 namespace {
 
-// The word below a block holds the pointer returned by the heap. It is read by memcpy(): small alignments leave it
-// unaligned.
+// The word below a block holds the pointer returned by the heap. Small alignments leave it unaligned.
 char* AllocatedPointer(const void* block)
 {
-    char* raw;
-    memcpy(&raw, static_cast<const char*>(block) - sizeof(raw), sizeof(raw));
-    return raw;
+    return zm::LoadUnaligned<char*>(static_cast<const char*>(block) - sizeof(char*));
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include "ZmLog.h"
 
 #include "Logging/LibraryLog.h"
+#include "Logging/LogNames.h"
 #include "Logging/PlainFormat.h"
 #include "Platform/FirstUse.h"
 #include "Platform/OwnMutexHolder.h"
@@ -55,7 +56,7 @@ ZmLog& ZmLog::GetLog()
 
 ZmLog::ZmLog()
     : m_BufferSize(kFirstBuffer), m_Buffer(static_cast<char*>(malloc(kFirstBuffer))), m_Module(0), m_Line(0),
-      m_Level(LEVEL_DEBUG)
+      m_Level(LEVEL_DEBUG), m_Modules(zm::ModuleNames::Instance())
 {
     RegisterListenerFactory(ZmOutputDebugListener::m_Guid, ZmOutputDebugListener::ListenerFactory);
     RegisterListenerFactory(ZmFileListener::m_Guid, ZmFileListener::ListenerFactory);
@@ -69,48 +70,28 @@ ZmLog::~ZmLog()
     for (auto item = m_Listeners.Begin(); item != m_Listeners.End(); ++item) {
         delete item->value;
     }
+    m_Modules.Clear();
 }
 
 const char* ZmLog::GetLevelDesc(Level level)
 {
-    switch (level) {
-    case LEVEL_DEBUG: return "DEBUG";
-    case LEVEL_TRACE: return "TRACE";
-    case LEVEL_ERROR: return "ERROR";
-    case LEVEL_WARNING: return "WARNING";
-    case LEVEL_INFO: return "INFO";
-    }
-    return "";
-}
-
-// The position of the name in the list of modules, or -1.
-int ZmLog::FindModule(const char* name) const
-{
-    const XString* found = std::find(m_Modules.Begin(), m_Modules.End(), XBaseString(name));
-    return found != m_Modules.End() ? int(found - m_Modules.Begin()) : -1;
+    return zm::LevelName(level);
 }
 
 int ZmLog::RegisterModule(const char* name)
 {
-    if (name == nullptr || *name == 0) {
-        return -1;
-    }
-    const int position = FindModule(name);
-    if (position >= 0) {
-        return position + 1;
-    }
-    return m_Modules.PushBack(XString(name)) ? m_Modules.Size() : -1;
+    return m_Modules.Add(name);
 }
 
 int ZmLog::IsModule(const char* name) const
 {
     // Returns the position, not the id: callers add 1 (LogTest, ModulesAreNumberedAndPositionsAreOneLess).
-    return name != nullptr && *name != 0 ? FindModule(name) : -1;
+    return m_Modules.Find(name);
 }
 
 const char* ZmLog::GetModule(int id) const
 {
-    return id >= 1 && id <= m_Modules.Size() ? m_Modules[id - 1].Text() : nullptr;
+    return m_Modules.NameOf(id);
 }
 
 int ZmLog::RegisterListenerFactory(const XGUID& type, ListenerFactory factory)

@@ -1,19 +1,13 @@
 #include "ZmLogListener.h"
 
 #include "Logging/LogClock.h"
+#include "Logging/LogNames.h"
 #include "Platform/OsClock.h"
-#include "ZmLog.h"
 
 #include <algorithm>
 #include <charconv>
 #include <stdio.h>
 #include <string.h>
-
-namespace zm {
-
-LogClock g_LogClock = {[] { return int64_t(time(nullptr)); }, ReadWallClock};
-
-}  // namespace zm
 
 namespace {
 
@@ -162,7 +156,8 @@ ZmLogListener::Line ZmLogListener::BuildLine(int module, int level, int line, co
 {
     const bool located = (m_Flags & SOURCE_LINE) != 0;
     GetDateAsString(m_TimeFormat, m_Date);
-    const Piece name = ZmLog::GetLog().GetModule(module), source = located && file ? AfterLastBackslash(file) : "";
+    const Piece name = zm::ModuleNames::Instance().NameOf(module),
+                source = located && file ? AfterLastBackslash(file) : "";
     const Piece message = text;
     constexpr unsigned kAround = 48;  // the level, the line number and the text between the pieces
     const unsigned length = name.length + m_Date.Length() + source.length + message.length + kAround;
@@ -174,7 +169,7 @@ ZmLogListener::Line ZmLogListener::BuildLine(int module, int level, int line, co
     if (name.text != nullptr) {
         res << "[" << name << "] ";
     }
-    res << "[" << Piece(ZmLog::GetLevelDesc(ZmLog::Level(level))) << "] ";
+    res << "[" << Piece(zm::LevelName(level)) << "] ";
     if (!m_Date.IsEmpty()) {
         res << "[" << m_Date << "] ";
     }

@@ -44,6 +44,16 @@ unsigned FileMode(const char* path);
 /// Whether the system says that there is nothing of that name. False also where it cannot tell.
 bool IsMissing(const char* path);
 
+/// What a mode word belongs to. The types have the same bits on every platform.
+constexpr bool IsFolder(unsigned mode)
+{
+    return (mode & 0170000) == 0040000;
+}
+constexpr bool IsRegularFile(unsigned mode)
+{
+    return (mode & 0170000) == 0100000;
+}
+
 /// Renames. Fails where the new name exists and the platform's rename() does not replace it.
 bool RenamePath(const char* from, const char* to);
 bool DeleteFilePath(const char* path);

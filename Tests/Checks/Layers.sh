@@ -29,17 +29,22 @@ fail() {
 
 declare -A folder_of
 for source in Sources/*/*.cpp; do
-    folder_of[$(basename "$source" .cpp).h]=$(basename "$(dirname "$source")")
+    folder=${source%/*} name=${source##*/}
+    folder_of[${name%.cpp}.h]=${folder##*/}
 done
 # Headers without a source file: all their functions are inline.
-folder_of[ZmOBB.h]=Math
 folder_of[ZmImageDescEx.h]=Imaging
-folder_of[ZmSphere.h]=Math
+for header in ZmInterop ZmOBB ZmPrint ZmSphere; do
+    folder_of[$header.h]=Math
+done
 for header in XArray XGUID XHashFun XHashTable XInterop; do
     folder_of[$header.h]=Foundations
 done
 # A header with one source file for each family of its functions.
 folder_of[ZmIntersect.h]=Queries
+# Headers that only include others; those without a folder that all may include.
+collections=" ZmMath.h $(sed -nE 's/^#include "(.+)"/\1/p' Include/ZmMath.h | tr '\n' ' ')"
+folderless=' ZmApi.h ZmVersion.h '
 
 check() { # <file> <folder> <included folder> <included name>
     if [ "$3" != "$2" ] && [[ " ${below[$2]} " != *" $3 "* ]]; then
@@ -47,34 +52,34 @@ check() { # <file> <folder> <included folder> <included name>
     fi
 }
 
-while IFS= read -r file; do
+for header in Include/*.h; do
+    name=${header#Include/}
+    [[ -n "${folder_of[$name]-}" || "$folderless$collections" == *" $name "* ]] ||
+        fail "$header: say in Tests/Checks/Layers.sh to which folder it belongs"
+done
+
+while IFS=: read -r file name; do
     case $file in
         Sources/*)
             folder=${file#Sources/}
             folder=${folder%%/*}
             ;;
-        *) folder=${folder_of[$(basename "$file")]-} ;;
+        *) folder=${folder_of[${file#Include/}]-} ;;
     esac
     [ -n "$folder" ] || continue
     if [ -z "${below[$folder]+known}" ]; then
         fail "$file: say in Tests/Checks/Layers.sh what $folder may include"
-        continue
+    elif [[ "$name" == */* ]]; then
+        check "$file" "$folder" "${name%%/*}" "$name"
+    elif [ ! -e "Include/$name" ]; then
+        fail "$file: write \"Folder/$name\" for an internal header"
+    elif [ -n "${folder_of[$name]-}" ]; then
+        check "$file" "$folder" "${folder_of[$name]}" "$name"
+    elif [[ "$folderless" != *" $name "* ]]; then
+        fail "$file: include the headers that are needed instead of $name"
     fi
-    while IFS= read -r name; do
-        case $name in
-            ZmApi.h | ZmVersion.h) ;;
-            ZmMath.h) fail "$file: include the headers that are needed instead of ZmMath.h" ;;
-            */*) check "$file" "$folder" "${name%%/*}" "$name" ;;
-            *)
-                if [ ! -e "Include/$name" ]; then
-                    fail "$file: write \"Folder/$name\" for an internal header"
-                elif [ -n "${folder_of[$name]-}" ]; then
-                    check "$file" "$folder" "${folder_of[$name]}" "$name"
-                fi
-                ;;
-        esac
-    done < <(sed -nE 's/^[[:space:]]*#[[:space:]]*include[[:space:]]*"([^"]+)".*/\1/p' "$file")
-done < <(find Sources Include -name '*.h' -o -name '*.cpp' | sort)
+done < <(grep -rE --include='*.h' --include='*.cpp' '^[[:space:]]*#[[:space:]]*include[[:space:]]*"' Sources Include |
+    sed -E 's/^([^:]+):[^"]*"([^"]+)".*/\1:\2/' | sort)
 
 folders=
 for folder in Include Sources Tests Examples Benchmarks Fuzz Tools; do

@@ -3,7 +3,8 @@
 
 #include "Platform/OsFiles.h"
 
-#include <algorithm>
+#include "Platform/PathText.h"
+
 #include <dirent.h>
 #include <errno.h>
 #include <fcntl.h>
@@ -19,11 +20,11 @@ namespace zm {
 
 namespace {
 
+static_assert(IsFolder(S_IFDIR) && IsRegularFile(S_IFREG));
+
 std::string Native(const char* path)
 {
-    std::string native = path;
-    std::replace(native.begin(), native.end(), '\\', '/');
-    return native;
+    return WithSeparator('/', path);
 }
 
 bool IsDotName(const char* name)
@@ -146,7 +147,7 @@ bool IsOfKind(int file, FileKind kind)
 {
     struct stat status;
     return fstat(file, &status) == 0 &&
-           (kind == FileKind::REGULAR ? S_ISREG(status.st_mode) : !S_ISDIR(status.st_mode));
+           (kind == FileKind::REGULAR ? IsRegularFile(status.st_mode) : !IsFolder(status.st_mode));
 }
 
 }  // namespace
@@ -274,7 +275,7 @@ bool DirectorySearch::Next()
     m_IsLink = entry->d_type == DT_LNK;
     if (entry->d_type == DT_UNKNOWN || m_IsLink) {
         struct stat status;
-        m_IsDirectory = fstatat(dirfd(folder), entry->d_name, &status, 0) == 0 && S_ISDIR(status.st_mode);
+        m_IsDirectory = fstatat(dirfd(folder), entry->d_name, &status, 0) == 0 && IsFolder(status.st_mode);
         m_IsLink = m_IsLink || (fstatat(dirfd(folder), entry->d_name, &status, AT_SYMLINK_NOFOLLOW) == 0 &&
                                 S_ISLNK(status.st_mode));
     }

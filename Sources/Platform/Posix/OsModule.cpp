@@ -1,6 +1,7 @@
 #include "Platform/OsModule.h"
 
-#include <algorithm>
+#include "Platform/PathText.h"
+
 #include <dlfcn.h>
 #include <link.h>
 #include <unistd.h>
@@ -44,9 +45,7 @@ bool OtherThreadsAreEnded()
 
 void* LoadModule(const char* path)
 {
-    std::string native = path;
-    std::replace(native.begin(), native.end(), '\\', '/');
-    return dlopen(native.c_str(), RTLD_NOW | RTLD_LOCAL);
+    return dlopen(WithSeparator('/', path).c_str(), RTLD_NOW | RTLD_LOCAL);
 }
 
 void* ModuleSymbol(void* module, const char* name)

@@ -1,5 +1,7 @@
 #include "Platform/OsFiles.h"
 
+#include "Platform/PathText.h"
+
 #include <direct.h>
 #include <errno.h>
 #include <fcntl.h>
@@ -16,6 +18,8 @@ namespace zm {
 
 namespace {
 
+static_assert(IsFolder(_S_IFDIR) && IsRegularFile(_S_IFREG));
+
 constexpr DWORD kNoAttributes = INVALID_FILE_ATTRIBUTES;
 
 std::string Joined(const std::string& directory, const char* name)
@@ -26,7 +30,7 @@ std::string Joined(const std::string& directory, const char* name)
 // But for those that are a folder of their own: "\\" and "C:\\".
 std::string WithoutLastSeparators(std::string path)
 {
-    while (path.size() > 1 && (path.back() == '/' || path.back() == '\\') && path[path.size() - 2] != ':') {
+    while (path.size() > 1 && IsSeparator(path.back()) && path[path.size() - 2] != ':') {
         path.pop_back();
     }
     return path;
@@ -149,7 +153,7 @@ unsigned FileMode(const char* path)
     const std::string name = WithoutLastSeparators(path);
     struct _stat64 status;
     const unsigned mode = _stat64(name.c_str(), &status) == 0 ? status.st_mode : 0;
-    return name == path || (mode & _S_IFDIR) != 0 ? mode : 0;
+    return name == path || IsFolder(mode) ? mode : 0;
 }
 
 bool IsMissing(const char* path)

@@ -1,6 +1,7 @@
 #include "Platform/OsModule.h"
 
-#include <algorithm>
+#include "Platform/PathText.h"
+
 #include <windows.h>
 
 // Part of ntdll, but not declared in any header.
@@ -32,8 +33,7 @@ bool OtherThreadsAreEnded()
 
 void* LoadModule(const char* path)
 {
-    std::string native = path;
-    std::replace(native.begin(), native.end(), '/', '\\');
+    const std::string native = WithSeparator('\\', path);
     DWORD oldMode = 0;
     SetThreadErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX, &oldMode);
     HMODULE module = LoadLibraryA(native.c_str());

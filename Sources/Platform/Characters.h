@@ -15,6 +15,11 @@ inline char ToUpper(char c)
     return c >= 'a' && c <= 'z' ? char(c - ('a' - 'A')) : c;
 }
 
+inline bool IsLetter(char c)
+{
+    return ToLower(c) >= 'a' && ToLower(c) <= 'z';
+}
+
 inline bool IsSpace(char c)
 {
     return c == ' ' || (c >= '\t' && c <= '\r');

@@ -1,0 +1,17 @@
+#pragma once
+
+/// Includes the headers of one family: vectors, matrices, quaternions, boxes, frustums, colours and arrays of them.
+
+#include "ZmBbox.h"
+#include "ZmColor.h"
+#include "ZmDecomposition.h"
+#include "ZmFPU.h"
+#include "ZmFrustum.h"
+#include "ZmMatrix.h"
+#include "ZmPlane.h"
+#include "ZmProcessor.h"
+#include "ZmQuaternion.h"
+#include "ZmRect.h"
+#include "ZmStridedData.h"
+#include "ZmTrigonometry.h"
+#include "ZmVector.h"

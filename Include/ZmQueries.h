@@ -1,0 +1,11 @@
+#pragma once
+
+/// Includes the headers of one family: intersections, distances, culling and best-fit boxes.
+
+#include "ZmBestFitBBox.h"
+#include "ZmDistance.h"
+#include "ZmEigenMatrix.h"
+#include "ZmIntersect.h"
+#include "ZmOBB.h"
+#include "ZmRay.h"
+#include "ZmSphere.h"
