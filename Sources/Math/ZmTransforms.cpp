@@ -21,19 +21,19 @@ Span MakeSpan(ZmVector* res, const ZmVector* src, int count, int stride)
 template <class L, Kind kind>
 void TransformOne(ZmVector* res, const ZmMatrix& m, const ZmVector* v)
 {
-    RowMatrix<L>(Floats(m)).template Apply<kind>(v).Store3(res);
+    RowMatrix<L>(FloatsOf(m)).template Apply<kind>(v).Store3(res);
 }
 
 template <class L>
 void TransformOne4(ZmVector4* res, const ZmMatrix& m, const ZmVector* v)
 {
-    RowMatrix<L>(Floats(m)).template Apply<kPoint>(v).Store4(res);
+    RowMatrix<L>(FloatsOf(m)).template Apply<kPoint>(v).Store4(res);
 }
 
 template <class L>
 void TransformFull4(ZmVector4* res, const ZmMatrix& m, const ZmVector4* v)
 {
-    const RowMatrix<L> rows(Floats(m));
+    const RowMatrix<L> rows(FloatsOf(m));
     const L x = L::Splat(v->x), y = L::Splat(v->y), z = L::Splat(v->z), w = L::Splat(v->w);
     ((x * rows.row0 + y * rows.row1) + (z * rows.row2 + w * rows.row3)).Store4(res);
 }
@@ -61,12 +61,12 @@ void TransformSse(Span span, const float* m)
 
 void TransformPoints(const Span& span, const ZmMatrix& m)
 {
-    DispatchWide(avx2::TransformPoints, TransformSse<kPoint>, TransformScalar<kPoint>, span, Floats(m));
+    DispatchWide(avx2::TransformPoints, TransformSse<kPoint>, TransformScalar<kPoint>, span, FloatsOf(m));
 }
 
 void RotateVectors(const Span& span, const ZmMatrix& m)
 {
-    DispatchWide(avx2::RotateVectors, TransformSse<kRotate>, TransformScalar<kRotate>, span, Floats(m));
+    DispatchWide(avx2::RotateVectors, TransformSse<kRotate>, TransformScalar<kRotate>, span, FloatsOf(m));
 }
 
 }  // namespace
@@ -102,7 +102,7 @@ void Zm3DMultiplyMatrixVector4(ZmVector4* res, const ZmMatrix& m, const ZmVector
 void Zm3DMultiplyMatrixVector4Strided(const ZmStridedData* res, const ZmStridedData* src, const ZmMatrix& m, int count)
 {
     DispatchWide(avx2::TransformPoints4, TransformRows<SseLanes, kPoint, 4>, TransformRows<ScalarLanes, kPoint, 4>,
-                 MakeSpan(*res, *src, count), Floats(m));
+                 MakeSpan(*res, *src, count), FloatsOf(m));
 }
 
 void Zm3DRotateVector(ZmVector* res, const ZmMatrix& m, const ZmVector* v)
