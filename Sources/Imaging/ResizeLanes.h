@@ -281,13 +281,13 @@ struct ScalarSums {
     static constexpr int kPixels = 1;
 
     template <int Fours>
-    static ScalarSums Of(const Columns& columns, const Spans& spans, int x)
+    static ScalarSums Of(const Columns& columns, const WeightTable& table, int x)
     {
         ScalarSums res = {};
-        const int fours = Fours > 0 ? Fours : spans.fours;
-        const int16_t* const weights = spans.weights + ptrdiff_t(x) * fours * 8;
+        const int fours = Fours > 0 ? Fours : table.fours;
+        const int16_t* const weights = table.weights + ptrdiff_t(x) * fours * 8;
         for (int i = 0; i < fours * 4; ++i) {
-            const ScalarColumns column = ScalarColumns::Load(columns, spans.first[x] + i);
+            const ScalarColumns column = ScalarColumns::Load(columns, table.first[x] + i);
             for (int c = 0; c < 4; ++c) {
                 res.s[c] += column.w[c] * weights[i / 2 * 4 + i % 2];
             }
@@ -318,15 +318,15 @@ struct SseSums {
     static constexpr int kPixels = 4;
 
     template <int Fours>
-    static SseSums Of(const Columns& columns, const Spans& spans, int x)
+    static SseSums Of(const Columns& columns, const WeightTable& table, int x)
     {
         SseSums res;
-        const int fours = Fours > 0 ? Fours : spans.fours;
+        const int fours = Fours > 0 ? Fours : table.fours;
         for (int i = 0; i < kPixels; ++i) {
             res.blueRed[i] = res.greenAlpha[i] = _mm_setzero_si128();
             for (int k = 0; k < fours; ++k) {
-                const ptrdiff_t from = (ptrdiff_t(spans.first[x + i]) + k * 4) * 2;
-                const __m128i weights = LoadEight(spans.weights + (ptrdiff_t(x + i) * fours + k) * 8);
+                const ptrdiff_t from = (ptrdiff_t(table.first[x + i]) + k * 4) * 2;
+                const __m128i weights = LoadEight(table.weights + (ptrdiff_t(x + i) * fours + k) * 8);
                 res.blueRed[i] = PlusProducts(res.blueRed[i], columns.blueRed + from, weights);
                 res.greenAlpha[i] = PlusProducts(res.greenAlpha[i], columns.greenAlpha + from, weights);
             }
@@ -502,17 +502,17 @@ struct Avx2Sums {
     static constexpr int kPixels = 4;
 
     template <int Fours>
-    static Avx2Sums Of(const Columns& columns, const Spans& spans, int x)
+    static Avx2Sums Of(const Columns& columns, const WeightTable& table, int x)
     {
-        const int fours = Fours > 0 ? Fours : spans.fours;
+        const int fours = Fours > 0 ? Fours : table.fours;
         const __m256i pairs =
             _mm256_broadcastsi128_si256(_mm_setr_epi8(0, 1, 4, 5, 2, 3, 6, 7, 8, 9, 12, 13, 10, 11, 14, 15));
         Avx2Sums res;
         for (int i = 0; i < kPixels; ++i) {
             res.s[i] = _mm256_setzero_si256();
             for (int k = 0; k < fours; ++k) {
-                const ptrdiff_t from = (ptrdiff_t(spans.first[x + i]) + k * 4) * 2;
-                const __m128i weights = LoadEight(spans.weights + (ptrdiff_t(x + i) * fours + k) * 8);
+                const ptrdiff_t from = (ptrdiff_t(table.first[x + i]) + k * 4) * 2;
+                const __m128i weights = LoadEight(table.weights + (ptrdiff_t(x + i) * fours + k) * 8);
                 const __m256i four =
                     _mm256_set_m128i(LoadEight(columns.greenAlpha + from), LoadEight(columns.blueRed + from));
                 const __m256i products =

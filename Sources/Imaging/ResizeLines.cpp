@@ -42,9 +42,9 @@ void WeighLines(const Columns& res, const Band& band, int width)
     DispatchWide(avx2::WeighLines, WeighLinesBy<SseColumns>, WeighLinesBy<ScalarColumns>, res, band, width);
 }
 
-void ReduceColumns(const ResultLine& res, const Columns& columns, const Spans& spans)
+void ReduceColumns(const ResultLine& res, const Columns& columns, const WeightTable& table)
 {
-    DispatchWide(avx2::ReduceColumns, ReduceColumnsBy<SseSums>, ReduceColumnsBy<ScalarSums>, res, columns, spans);
+    DispatchWide(avx2::ReduceColumns, ReduceColumnsBy<SseSums>, ReduceColumnsBy<ScalarSums>, res, columns, table);
 }
 
 void StretchLine(const Columns& res, const uint8_t* line, const Neighbours& neighbours, int width)

@@ -61,7 +61,7 @@ struct Band {
 /// For each result pixel, the index of its first source column and the weights of `fours` groups of four columns. A
 /// group has eight weights: each pair is stored twice. Lines must be readable for `fours` * 4 columns beyond their end.
 /// A sum becomes a pixel by multiplying by `scale` and adding `bias`.
-struct Spans {
+struct WeightTable {
     const int* first;
     const int16_t* weights;
     int fours;
@@ -75,7 +75,7 @@ void AddLines(const Columns& sums, const uint8_t* const* lines, int count, int w
 void WeighLines(const Columns& res, const Band& band, int width);
 
 /// Reduces columns to pixels by weighted sums.
-void ReduceColumns(const ResultLine& res, const Columns& columns, const Spans& spans);
+void ReduceColumns(const ResultLine& res, const Columns& columns, const WeightTable& table);
 
 /// The most floats that are added up in sequence; longer sums are made of partial sums, since the rounding errors of
 /// thousands of additions would be visible.
@@ -101,7 +101,7 @@ namespace avx2 {
 
 void AddLines(const Columns& sums, const uint8_t* const* lines, int count, int width, bool add);
 void WeighLines(const Columns& res, const Band& band, int width);
-void ReduceColumns(const ResultLine& res, const Columns& columns, const Spans& spans);
+void ReduceColumns(const ResultLine& res, const Columns& columns, const WeightTable& table);
 void SumLines(float* sums, const WeightedLines& lines, int width, bool add);
 void ReduceLine(uint8_t* res, const float* sums, const Taps* taps, const float* weights, int width);
 void StretchLine(const Columns& res, const uint8_t* line, const Neighbours& neighbours, int width);

@@ -31,9 +31,9 @@ void WeighLines(const Columns& res, const Band& band, int width)
     WeighLinesBy<Avx2Columns>(res, band, width);
 }
 
-void ReduceColumns(const ResultLine& res, const Columns& columns, const Spans& spans)
+void ReduceColumns(const ResultLine& res, const Columns& columns, const WeightTable& table)
 {
-    ReduceColumnsBy<Avx2Sums>(res, columns, spans);
+    ReduceColumnsBy<Avx2Sums>(res, columns, table);
 }
 
 void StretchLine(const Columns& res, const uint8_t* line, const Neighbours& neighbours, int width)

@@ -290,7 +290,7 @@ private:
 };
 
 /// Integer weights for the columns of an opaque picture.
-class ColumnSpans {
+class IntegerWeights {
 public:
     bool Prepare(int from, int to)
     {
@@ -321,7 +321,7 @@ public:
     /// How many columns beyond the end must be readable.
     int Beyond() const { return m_Fours * 4; }
 
-    Spans All() const
+    WeightTable Table() const
     {
         // Each sum contains up to three products rounded down: the bias returns half of what they can lose.
         constexpr float kBias = 1.5f / (1 << kFraction) + 0.5f;
@@ -345,7 +345,7 @@ private:
 bool ResampleOpaque(const ImageView& src, const ImageView& dst)
 {
     Lines lines;
-    ColumnSpans across;
+    IntegerWeights across;
     LineSums down;
     if (!lines.Prepare(src, dst, true) || !across.Prepare(src.width, dst.width) ||
         !down.Prepare(src.height, dst.height, src.width, across.Beyond())) {
@@ -354,9 +354,9 @@ bool ResampleOpaque(const ImageView& src, const ImageView& dst)
     if (!across.Fits() || !down.Fits()) {
         return Resample(src, dst);
     }
-    const Spans spans = across.All();
+    const WeightTable table = across.Table();
     for (int y = 0; y < dst.height; ++y) {
-        ReduceColumns(lines.Opaque(y), down.Sum(lines, y), spans);
+        ReduceColumns(lines.Opaque(y), down.Sum(lines, y), table);
         lines.Write(y);
     }
     return true;
