@@ -109,7 +109,7 @@ float Zm3DMatrixDeterminant(const ZmMatrix& m)
 
 void Zm3DInverseMatrix(ZmMatrix& res, const ZmMatrix& src)
 {
-    DispatchWide(avx2::AffineInverse, AffineInverse, AffineInverse, FloatsOf(res), FloatsOf(src));
+    DispatchAvx2(avx2::AffineInverse, AffineInverse, FloatsOf(res), FloatsOf(src));
 }
 
 void Zm3DMatrixFromRotation(ZmMatrix& res, const ZmVector& axis, float angle)
@@ -130,7 +130,7 @@ ZmVector Rotate(const ZmVector& v, const ZmVector& axis, float angle)
 
 void Zm3DMatrixFromEulerAngles(ZmMatrix& res, float eax, float eay, float eaz)
 {
-    DispatchWide(avx2::FromEulerAngles, FromEulerAnglesSse, FromEulerAnglesSse, FloatsOf(res), eax, eay, eaz);
+    DispatchAvx2(avx2::FromEulerAngles, FromEulerAnglesSse, FloatsOf(res), eax, eay, eaz);
 }
 
 void Zm3DMatrixToEulerAngles(const ZmMatrix& m, float* eax, float* eay, float* eaz)
