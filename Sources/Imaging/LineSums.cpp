@@ -53,7 +53,7 @@ const Columns& LineSums::Sum(PictureLines& lines, int y)
     band.edgeWeight[1] = taps.count > 1 ? InParts(weights[taps.count - 1], 256 << kFraction) : uint16_t(0);
     band.shift = m_Shift;
     band.innerWeight = m_InnerWeight;
-    WeighLines(m_Columns.Get(), band, m_Width);
+    KernelsForLines().weighLines(m_Columns.Get(), band, m_Width);
     return m_Columns.Get();
 }
 
@@ -67,7 +67,7 @@ void LineSums::AddInner(Band& band, PictureLines& lines, int first, int count)
             band.inner[i] = lines.Read(first + done + i, i);
         }
         if (count > Band::kMost) {
-            AddLines(band.sums, band.inner, some, m_Width, done > 0);
+            KernelsForLines().addLines(band.sums, band.inner, some, m_Width, done > 0);
         }
     }
 }

@@ -5,7 +5,7 @@
 
 #include <stddef.h>
 
-// The functions of ResizeLines.h as templates over lanes. Those with a `from` process whole registers from there on and
+// The kernels of ResizeLines.h as templates over lanes. Those with a `from` process whole registers from there on and
 // return the index of the first pixel that is left. Structures passed by reference are copied first: the compiler would
 // reload them after each store, which might alias them.
 
@@ -103,7 +103,7 @@ inline int AddPixels(const Columns& sums, const uint8_t* const* lines, int count
     return x;
 }
 
-/// The sum of `Count` inner lines; if there are more than Band::kMost, the sum that AddLines() has stored.
+/// The sum of `Count` inner lines; if there are more than Band::kMost, the sum that AddLinesBy() has stored.
 template <class Lanes, int Count>
 inline Lanes SumOfInner(const Band& band, int x)
 {

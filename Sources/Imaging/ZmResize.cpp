@@ -24,7 +24,7 @@ void SumOfLines(PictureLines& lines, const ResizeAxis& down, int y, int width, f
             some.weight[i] = down.Weights()[taps.weight + done + i];
         }
         const bool first = done < kMostFloats, last = done + some.count == taps.count;
-        SumLines(first ? sums : part, some, width, done % kMostFloats > 0);
+        KernelsForLines().sumLines(first ? sums : part, some, width, done % kMostFloats > 0);
         if (!first && (last || (done + some.count) % kMostFloats == 0)) {
             std::transform(sums, sums + ptrdiff_t(width) * 4, part, sums, std::plus<float>());
         }
@@ -44,7 +44,7 @@ bool Resample(const ImageView& src, const ImageView& dst)
     }
     for (int y = 0; y < dst.height; ++y) {
         SumOfLines(lines, down, y, src.width, sums.get(), part.get());
-        ReduceLine(lines.Result(y), sums.get(), across.AllTaps(), across.Weights(), dst.width);
+        KernelsForLines().reduceLine(lines.Result(y), sums.get(), across.AllTaps(), across.Weights(), dst.width);
         lines.Write(y);
     }
     return true;
@@ -65,7 +65,7 @@ bool ResampleOpaque(const ImageView& src, const ImageView& dst)
     }
     const WeightTable table = across.Table();
     for (int y = 0; y < dst.height; ++y) {
-        ReduceColumns(lines.Opaque(y), down.Sum(lines, y), table);
+        KernelsForLines().reduceColumns(lines.Opaque(y), down.Sum(lines, y), table);
         lines.Write(y);
     }
     return true;
@@ -106,7 +106,8 @@ public:
     {
         const int place = y % 2;
         if (m_Number[place] != y) {
-            StretchLine(m_Lines[place].Get(), lines.Read(y, 0), {m_Left.get(), m_Weights.get(), m_Inner}, m_Width);
+            KernelsForLines().stretchLine(m_Lines[place].Get(), lines.Read(y, 0),
+                                          {m_Left.get(), m_Weights.get(), m_Inner}, m_Width);
             m_Number[place] = y;
         }
         return m_Lines[place].Get();
@@ -135,7 +136,7 @@ bool Stretch(const ImageView& src, const ImageView& dst)
         const float share = taps.count == 2 ? down.Weights()[taps.weight + 1] : 0;
         const Columns& upper = stretched.Line(lines, taps.first);
         const Columns& lower = stretched.Line(lines, taps.first + taps.count - 1);
-        MixLines(lines.Opaque(y), upper, lower, WeightOf(share));
+        KernelsForLines().mixLines(lines.Opaque(y), upper, lower, WeightOf(share));
         lines.Write(y);
     }
     return true;
@@ -150,7 +151,7 @@ bool Halve(const ImageView& src, const ImageView& dst)
     }
     for (int y = 0; y < dst.height; ++y) {
         const uint8_t* const upper = lines.Read(2 * y, 0);
-        HalveLines(lines.Opaque(y), upper, lines.Read(2 * y + 1, 1));
+        KernelsForLines().halveLines(lines.Opaque(y), upper, lines.Read(2 * y + 1, 1));
         lines.Write(y);
     }
     return true;
