@@ -42,7 +42,7 @@ bool WriteDeferred(ZmFile& output, const char* path, unsigned int size)
     if (file.GetErrorType() == ZmMMF_NoError && file.GetSize() == size) {
         return WriteAll(output, file.GetBase(), size);
     }
-    zm::Warn(337, kSourceName, "File %s is missing for the big file saving", path);
+    zm::Warn(zm::kLineOfMissingFile, kSourceName, "File %s is missing for the big file saving", path);
     return WriteZeros(output, size);
 }
 
