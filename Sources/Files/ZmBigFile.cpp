@@ -313,7 +313,8 @@ int ZmBigFile::LoadIndex(const char* listPath)
         name.Crop(0, uint16_t(std::max(name.Length() - 1, 0)));
         Entry** found = m_Names.LookUp(name);
         if (found == nullptr) {
-            zm::Warn(602, "ZmBigFile", "Entry %s not found in Big File %s", name.Text(), m_FileName.Text());
+            zm::Warn(zm::kLineOfUnknownEntry, "ZmBigFile", "Entry %s not found in Big File %s", name.Text(),
+                     m_FileName.Text());
         } else if (!(*found)->isListed) {
             (*found)->isListed = true;
             order.PushBack(*found);

@@ -80,7 +80,7 @@ bool WriteDeferred(ZmFile& output, const char* path, unsigned int size)
         zm::Warn(__LINE__, kSourceName, "File %s cannot be read: nothing is saved", path);
         return false;
     }
-    zm::Warn(337, kSourceName, "File %s is missing for the big file saving", path);
+    zm::Warn(zm::kLineOfMissingFile, kSourceName, "File %s is missing for the big file saving", path);
     return block.WriteZeros(output, size);
 }
 

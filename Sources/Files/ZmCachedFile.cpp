@@ -208,18 +208,18 @@ void ZmCachedFile::ReadFollowingBlocks(char* out, unsigned int size)
 
 int ZmCachedFile::GetString(char* buffer, unsigned int size)
 {
-    WarnNotCached(201, "GetString");
+    WarnNotCached(zm::kLineOfGetString, "GetString");
     return ZmFile::GetString(buffer, size);
 }
 
 unsigned int ZmCachedFile::Flush()
 {
-    WarnNotCached(208, "Flush");
+    WarnNotCached(zm::kLineOfFlush, "Flush");
     return ZmFile::Flush();
 }
 
 unsigned int ZmCachedFile::ReadItems(void* buffer, unsigned int size, unsigned int count)
 {
-    WarnNotCached(215, "ReadItems");
+    WarnNotCached(zm::kLineOfReadItems, "ReadItems");
     return ZmFile::ReadItems(buffer, size, count);
 }

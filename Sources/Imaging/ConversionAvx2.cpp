@@ -5,6 +5,25 @@
 namespace zm {
 namespace {
 
+/// The bytes of a pixel before and after, as one number.
+constexpr int Sizes(int from, int to)
+{
+    return from * 8 + to;
+}
+
+// The sizes, in bits, that have a form of their own because pictures usually have them. All others are left to the
+// kernel for every layout.
+
+// True colour with its bytes in another order, with and without alpha.
+constexpr int k32To32 = Sizes(4, 4), k32To24 = Sizes(4, 3), k24To32 = Sizes(3, 4);
+
+// True colour, or two channels of 16 bits, to the small formats (565, 1555, 4444, 332), and true colour from them.
+constexpr int k32To16 = Sizes(4, 2), k24To16 = Sizes(3, 2), k32To8 = Sizes(4, 1), k16To32 = Sizes(2, 4),
+              k16To24 = Sizes(2, 3), k8To32 = Sizes(1, 4);
+
+// Between the small formats: twice as many pixels fit in a register.
+constexpr int k16To16 = Sizes(2, 2);
+
 /// Whether the conversion only moves whole bytes; if so, `order` says which byte goes where in a 32-bit pixel.
 bool ByteOrder(const Conversion& conversion, uint8_t (&order)[4])
 {
@@ -206,21 +225,23 @@ void WidenToBytes(const Conversion& c, const Halves (&pairs)[2], const uint8_t* 
 bool ConvertInHalves(const Conversion& c, const uint8_t* src, uint8_t* res, int count)
 {
     Halves pairs[2];
-    const int sizes = c.from.bytes * 10 + c.to.bytes;
     const bool bytes = c.kind == Moves::Scaled && HasWhole(c.from, 8), words = HasWhole(c.from, 16);
     const bool narrow = (bytes || words) && c.to.bytes <= 2 && HasNoByte(c.to),
                widen = c.kind == Moves::Scaled && HasWhole(c.to, 8) && c.from.bytes <= 2;
     if (narrow == widen || !InHalves(c, pairs)) {
         return false;
     }
-    switch (words ? 100 + sizes : sizes) {
-    case 142: Narrow<4, 2, 2>(c, pairs, src, res, count); return true;
-    case 42: Narrow<4, 2, 1>(c, pairs, src, res, count); return true;
-    case 32: Narrow<3, 2, 1>(c, pairs, src, res, count); return true;
-    case 41: Narrow<4, 1, 1>(c, pairs, src, res, count); return true;
-    case 24: WidenToBytes<2, 4>(c, pairs, src, res, count); return true;
-    case 23: WidenToBytes<2, 3>(c, pairs, src, res, count); return true;
-    case 14: WidenToBytes<1, 4>(c, pairs, src, res, count); return true;
+    const int sizes = Sizes(c.from.bytes, c.to.bytes);
+    if (words && sizes != k32To16) {
+        return false;
+    }
+    switch (sizes) {
+    case k32To16: (words ? Narrow<4, 2, 2> : Narrow<4, 2, 1>)(c, pairs, src, res, count); return true;
+    case k24To16: Narrow<3, 2, 1>(c, pairs, src, res, count); return true;
+    case k32To8: Narrow<4, 1, 1>(c, pairs, src, res, count); return true;
+    case k16To32: WidenToBytes<2, 4>(c, pairs, src, res, count); return true;
+    case k16To24: WidenToBytes<2, 3>(c, pairs, src, res, count); return true;
+    case k8To32: WidenToBytes<1, 4>(c, pairs, src, res, count); return true;
     default: return false;
     }
 }
@@ -248,15 +269,15 @@ namespace avx2 {
 void ConvertPixels(const Conversion& conversion, const uint8_t* src, uint8_t* res, int count)
 {
     uint8_t order[4];
-    const int sizes = conversion.from.bytes * 10 + conversion.to.bytes;
+    const int sizes = Sizes(conversion.from.bytes, conversion.to.bytes);
     const bool bytes = ByteOrder(conversion, order);
-    if (bytes && sizes == 44) {
+    if (bytes && sizes == k32To32) {
         MoveBytes<4, 4>(conversion, order, src, res, count);
-    } else if (bytes && sizes == 43) {
+    } else if (bytes && sizes == k32To24) {
         MoveBytes<4, 3>(conversion, order, src, res, count);
-    } else if (bytes && sizes == 34) {
+    } else if (bytes && sizes == k24To32) {
         MoveBytes<3, 4>(conversion, order, src, res, count);
-    } else if (sizes == 22 && conversion.kind <= Moves::Scaled) {
+    } else if (sizes == k16To16 && conversion.kind <= Moves::Scaled) {
         (HasBias(conversion) ? ConvertShorts<Moves::Scaled> : ConvertShorts<Moves::Unbiased>)(conversion, src, res,
                                                                                               count);
     } else if (!ConvertInHalves(conversion, src, res, count)) {

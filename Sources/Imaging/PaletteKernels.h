@@ -29,7 +29,7 @@ public:
 
     int Reach() const { return m_Reach; }
     /// Weights by distance from the winner, up to kCentre on both sides.
-    WeightSpan AroundWinner() const { return {m_Eighths + kCentre, m_Rest + kCentre}; }
+    SplitWeights AroundWinner() const { return {m_Eighths + kCentre, m_Rest + kCentre}; }
 
 private:
     static constexpr int kCentre = kLargest + 16;  // padded for whole registers, wherever the reach begins in one
@@ -105,7 +105,7 @@ inline int Contest(PaletteNetwork& network, const Words (&sample)[3])
 template <class Words>
 inline void Attract(PaletteNetwork& network, const Neighbourhood& near, int winner, const Words (&sample)[3])
 {
-    const WeightSpan weights = near.AroundWinner();
+    const SplitWeights weights = near.AroundWinner();
     const int first = winner - near.Reach(), last = winner + near.Reach();
     const int begin = first > 0 ? first & -Words::kCount : 0, end = last < kPaletteSize ? last : kPaletteSize - 1;
     for (int at = begin; at <= end; at += Words::kCount) {

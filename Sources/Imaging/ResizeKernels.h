@@ -5,7 +5,7 @@
 
 #include <stddef.h>
 
-// The functions of ResizeLines.h as templates over lanes. Those with a `from` process whole registers from there on and
+// The kernels of ResizeLines.h as templates over lanes. Those with a `from` process whole registers from there on and
 // return the index of the first pixel that is left. Structures passed by reference are copied first: the compiler would
 // reload them after each store, which might alias them.
 
@@ -103,7 +103,7 @@ inline int AddPixels(const Columns& sums, const uint8_t* const* lines, int count
     return x;
 }
 
-/// The sum of `Count` inner lines; if there are more than Band::kMost, the sum that AddLines() has stored.
+/// The sum of `Count` inner lines; if there are more than Band::kMost, the sum that AddLinesBy() has stored.
 template <class Lanes, int Count>
 inline Lanes SumOfInner(const Band& band, int x)
 {
@@ -163,11 +163,11 @@ inline void WeighLinesBy(const Columns& res, const Band& band, int width)
 }
 
 template <class Sums, int Fours>
-inline int ReduceSums(const ResultLine& res, const Columns& columns, const Spans& spans, int from)
+inline int ReduceSums(const ResultLine& res, const Columns& columns, const WeightTable& table, int from)
 {
     const ResultLine r = res;
     const Columns c = columns;
-    const Spans s = spans;
+    const WeightTable s = table;
     int x = from;
     for (; x + Sums::kPixels <= r.width; x += Sums::kPixels) {
         Sums::template Of<Fours>(c, s, x).ToBytes(r.pixels + ptrdiff_t(x) * 4, s.scale, s.bias, r.alpha);
@@ -177,16 +177,16 @@ inline int ReduceSums(const ResultLine& res, const Columns& columns, const Spans
 
 /// A single group of four columns needs no loop.
 template <class Sums>
-inline int ReduceAll(const ResultLine& res, const Columns& columns, const Spans& spans, int from)
+inline int ReduceAll(const ResultLine& res, const Columns& columns, const WeightTable& table, int from)
 {
-    return spans.fours == 1 ? ReduceSums<Sums, 1>(res, columns, spans, from)
-                            : ReduceSums<Sums, 0>(res, columns, spans, from);
+    return table.fours == 1 ? ReduceSums<Sums, 1>(res, columns, table, from)
+                            : ReduceSums<Sums, 0>(res, columns, table, from);
 }
 
 template <class Sums>
-inline void ReduceColumnsBy(const ResultLine& res, const Columns& columns, const Spans& spans)
+inline void ReduceColumnsBy(const ResultLine& res, const Columns& columns, const WeightTable& table)
 {
-    ReduceAll<ScalarSums>(res, columns, spans, ReduceAll<Sums>(res, columns, spans, 0));
+    ReduceAll<ScalarSums>(res, columns, table, ReduceAll<Sums>(res, columns, table, 0));
 }
 
 template <class Lanes>

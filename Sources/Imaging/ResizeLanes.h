@@ -51,6 +51,11 @@ struct ScalarPixelFloats {
     }
 };
 
+inline __m128i LoadRegister(const void* p)
+{
+    return _mm_loadu_si128(static_cast<const __m128i*>(p));
+}
+
 struct SsePixelFloats {
     __m128 v;
 
@@ -136,10 +141,9 @@ struct SsePixelWords {
     }
 
 private:
-    static __m128i LoadFour(const void* p) { return _mm_loadu_si128(static_cast<const __m128i*>(p)); }
     static __m128i SumOfEight(const uint8_t* upper, const uint8_t* lower)
     {
-        const __m128i zero = _mm_setzero_si128(), a = LoadFour(upper), b = LoadFour(lower);
+        const __m128i zero = _mm_setzero_si128(), a = LoadRegister(upper), b = LoadRegister(lower);
         const __m128i low = _mm_add_epi16(_mm_unpacklo_epi8(a, zero), _mm_unpacklo_epi8(b, zero));
         const __m128i high = _mm_add_epi16(_mm_unpackhi_epi8(a, zero), _mm_unpackhi_epi8(b, zero));
         return _mm_add_epi16(_mm_unpacklo_epi64(low, high), _mm_unpackhi_epi64(low, high));
@@ -220,14 +224,14 @@ struct SseColumns {
     static SseColumns Splat(int value) { return {{_mm_set1_epi16(int16_t(value)), _mm_set1_epi16(int16_t(value))}}; }
     static SseColumns Load(const Columns& p, int x)
     {
-        return {{LoadEight(p.blueRed + ptrdiff_t(x) * 2), LoadEight(p.greenAlpha + ptrdiff_t(x) * 2)}};
+        return {{LoadRegister(p.blueRed + ptrdiff_t(x) * 2), LoadRegister(p.greenAlpha + ptrdiff_t(x) * 2)}};
     }
     static SseColumns FromBytes(const uint8_t* p)
     {
-        const __m128i bytes = LoadEight(p);
+        const __m128i bytes = LoadRegister(p);
         return {{_mm_and_si128(bytes, _mm_set1_epi16(0xFF)), _mm_srli_epi16(bytes, 8)}};
     }
-    static SseColumns FromHighBytes(const uint8_t* p) { return High(LoadEight(p)); }
+    static SseColumns FromHighBytes(const uint8_t* p) { return High(LoadRegister(p)); }
     static void LoadNeighbours(SseColumns& left, SseColumns& right, const uint8_t* line, const int* numbers)
     {
         const __m128i first = _mm_unpacklo_epi32(LoadTwo(line, numbers[0]), LoadTwo(line, numbers[1]));
@@ -235,7 +239,7 @@ struct SseColumns {
         left = High(_mm_unpacklo_epi64(first, second));
         right = High(_mm_unpackhi_epi64(first, second));
     }
-    static SseColumns LoadWeights(const uint16_t* p) { return {{LoadEight(p), LoadEight(p)}}; }
+    static SseColumns LoadWeights(const uint16_t* p) { return {{LoadRegister(p), LoadRegister(p)}}; }
     void Store(const Columns& p, int x) const
     {
         _mm_storeu_si128(reinterpret_cast<__m128i*>(p.blueRed + ptrdiff_t(x) * 2), v[0]);
@@ -263,7 +267,6 @@ struct SseColumns {
     SseColumns Share(SseColumns o) const { return {{_mm_mulhi_epu16(v[0], o.v[0]), _mm_mulhi_epu16(v[1], o.v[1])}}; }
 
 private:
-    static __m128i LoadEight(const void* p) { return _mm_loadu_si128(static_cast<const __m128i*>(p)); }
     static __m128i LoadTwo(const uint8_t* line, int number)
     {
         return _mm_loadl_epi64(reinterpret_cast<const __m128i*>(line + ptrdiff_t(number) * 4));
@@ -281,13 +284,13 @@ struct ScalarSums {
     static constexpr int kPixels = 1;
 
     template <int Fours>
-    static ScalarSums Of(const Columns& columns, const Spans& spans, int x)
+    static ScalarSums Of(const Columns& columns, const WeightTable& table, int x)
     {
         ScalarSums res = {};
-        const int fours = Fours > 0 ? Fours : spans.fours;
-        const int16_t* const weights = spans.weights + ptrdiff_t(x) * fours * 8;
+        const int fours = Fours > 0 ? Fours : table.fours;
+        const int16_t* const weights = table.weights + ptrdiff_t(x) * fours * 8;
         for (int i = 0; i < fours * 4; ++i) {
-            const ScalarColumns column = ScalarColumns::Load(columns, spans.first[x] + i);
+            const ScalarColumns column = ScalarColumns::Load(columns, table.first[x] + i);
             for (int c = 0; c < 4; ++c) {
                 res.s[c] += column.w[c] * weights[i / 2 * 4 + i % 2];
             }
@@ -318,15 +321,15 @@ struct SseSums {
     static constexpr int kPixels = 4;
 
     template <int Fours>
-    static SseSums Of(const Columns& columns, const Spans& spans, int x)
+    static SseSums Of(const Columns& columns, const WeightTable& table, int x)
     {
         SseSums res;
-        const int fours = Fours > 0 ? Fours : spans.fours;
+        const int fours = Fours > 0 ? Fours : table.fours;
         for (int i = 0; i < kPixels; ++i) {
             res.blueRed[i] = res.greenAlpha[i] = _mm_setzero_si128();
             for (int k = 0; k < fours; ++k) {
-                const ptrdiff_t from = (ptrdiff_t(spans.first[x + i]) + k * 4) * 2;
-                const __m128i weights = LoadEight(spans.weights + (ptrdiff_t(x + i) * fours + k) * 8);
+                const ptrdiff_t from = (ptrdiff_t(table.first[x + i]) + k * 4) * 2;
+                const __m128i weights = LoadRegister(table.weights + (ptrdiff_t(x + i) * fours + k) * 8);
                 res.blueRed[i] = PlusProducts(res.blueRed[i], columns.blueRed + from, weights);
                 res.greenAlpha[i] = PlusProducts(res.greenAlpha[i], columns.greenAlpha + from, weights);
             }
@@ -339,10 +342,9 @@ struct SseSums {
     }
 
 private:
-    static __m128i LoadEight(const void* p) { return _mm_loadu_si128(static_cast<const __m128i*>(p)); }
     static __m128i PlusProducts(__m128i sum, const uint16_t* four, __m128i weights)
     {
-        const __m128i low = _mm_shufflelo_epi16(LoadEight(four), _MM_SHUFFLE(3, 1, 2, 0));
+        const __m128i low = _mm_shufflelo_epi16(LoadRegister(four), _MM_SHUFFLE(3, 1, 2, 0));
         return _mm_add_epi32(sum, _mm_madd_epi16(_mm_shufflehi_epi16(low, _MM_SHUFFLE(3, 1, 2, 0)), weights));
     }
     static __m128i Scaled(__m128i first, __m128i second, float scale, float bias)
@@ -502,19 +504,19 @@ struct Avx2Sums {
     static constexpr int kPixels = 4;
 
     template <int Fours>
-    static Avx2Sums Of(const Columns& columns, const Spans& spans, int x)
+    static Avx2Sums Of(const Columns& columns, const WeightTable& table, int x)
     {
-        const int fours = Fours > 0 ? Fours : spans.fours;
+        const int fours = Fours > 0 ? Fours : table.fours;
         const __m256i pairs =
             _mm256_broadcastsi128_si256(_mm_setr_epi8(0, 1, 4, 5, 2, 3, 6, 7, 8, 9, 12, 13, 10, 11, 14, 15));
         Avx2Sums res;
         for (int i = 0; i < kPixels; ++i) {
             res.s[i] = _mm256_setzero_si256();
             for (int k = 0; k < fours; ++k) {
-                const ptrdiff_t from = (ptrdiff_t(spans.first[x + i]) + k * 4) * 2;
-                const __m128i weights = LoadEight(spans.weights + (ptrdiff_t(x + i) * fours + k) * 8);
+                const ptrdiff_t from = (ptrdiff_t(table.first[x + i]) + k * 4) * 2;
+                const __m128i weights = LoadRegister(table.weights + (ptrdiff_t(x + i) * fours + k) * 8);
                 const __m256i four =
-                    _mm256_set_m128i(LoadEight(columns.greenAlpha + from), LoadEight(columns.blueRed + from));
+                    _mm256_set_m128i(LoadRegister(columns.greenAlpha + from), LoadRegister(columns.blueRed + from));
                 const __m256i products =
                     _mm256_madd_epi16(_mm256_shuffle_epi8(four, pairs), _mm256_broadcastsi128_si256(weights));
                 res.s[i] = _mm256_add_epi32(res.s[i], products);
@@ -529,7 +531,6 @@ struct Avx2Sums {
     }
 
 private:
-    static __m128i LoadEight(const void* p) { return _mm_loadu_si128(static_cast<const __m128i*>(p)); }
     static __m256i Scaled(__m256i first, __m256i second, float scale, float bias)
     {
         const __m256i sums =

@@ -61,52 +61,51 @@ struct Band {
 /// For each result pixel, the index of its first source column and the weights of `fours` groups of four columns. A
 /// group has eight weights: each pair is stored twice. Lines must be readable for `fours` * 4 columns beyond their end.
 /// A sum becomes a pixel by multiplying by `scale` and adding `bias`.
-struct Spans {
+struct WeightTable {
     const int* first;
     const int16_t* weights;
     int fours;
     float scale, bias;
 };
 
-/// Sums `count` lines, at most Band::kMost. `add`: adds to the existing sums instead of replacing them.
-void AddLines(const Columns& sums, const uint8_t* const* lines, int count, int width, bool add);
-
-/// Computes the weighted sum of a band.
-void WeighLines(const Columns& res, const Band& band, int width);
-
-/// Reduces columns to pixels by weighted sums.
-void ReduceColumns(const ResultLine& res, const Columns& columns, const Spans& spans);
-
 /// The most floats that are added up in sequence; longer sums are made of partial sums, since the rounding errors of
 /// thousands of additions would be visible.
 constexpr int kMostFloats = 256;
 
-/// Sums lines. `add`: adds to the existing sums instead of replacing them.
-void SumLines(float* sums, const WeightedLines& lines, int width, bool add);
+/// The kernels over one kind of lanes: a table, so that their signatures stand in one place.
+struct LineKernels {
+    /// Sums `count` lines, at most Band::kMost. `add`: adds to the existing sums instead of replacing them.
+    void (*addLines)(const Columns& sums, const uint8_t* const* lines, int count, int width, bool add);
 
-/// Reduces sums of columns to pixels, and premultiplied colours to straight ones.
-void ReduceLine(uint8_t* res, const float* sums, const Taps* taps, const float* weights, int width);
+    /// Computes the weighted sum of a band.
+    void (*weighLines)(const Columns& res, const Band& band, int width);
 
-/// Interpolates along a line. Columns are the colours times 256, plus the rounding bias that MixLines() needs.
-void StretchLine(const Columns& res, const uint8_t* line, const Neighbours& neighbours, int width);
+    /// Reduces columns to pixels by weighted sums.
+    void (*reduceColumns)(const ResultLine& res, const Columns& columns, const WeightTable& table);
 
-/// Interpolates between two stretched lines. `weight` is that of the lower line, in the units of Neighbours.
-void MixLines(const ResultLine& res, const Columns& upper, const Columns& lower, uint16_t weight);
+    /// Sums lines. `add`: adds to the existing sums instead of replacing them.
+    void (*sumLines)(float* sums, const WeightedLines& lines, int width, bool add);
 
-/// Averages 2x2 blocks of pixels.
-void HalveLines(const ResultLine& res, const uint8_t* upper, const uint8_t* lower);
+    /// Reduces sums of columns to pixels, and premultiplied colours to straight ones.
+    void (*reduceLine)(uint8_t* res, const float* sums, const Taps* taps, const float* weights, int width);
+
+    /// Interpolates along a line. Columns are the colours times 256, plus the rounding bias that mixLines() needs.
+    void (*stretchLine)(const Columns& res, const uint8_t* line, const Neighbours& neighbours, int width);
+
+    /// Interpolates between two stretched lines. `weight` is that of the lower line, in the units of Neighbours.
+    void (*mixLines)(const ResultLine& res, const Columns& upper, const Columns& lower, uint16_t weight);
+
+    /// Averages 2x2 blocks of pixels.
+    void (*halveLines)(const ResultLine& res, const uint8_t* upper, const uint8_t* lower);
+};
+
+/// The kernels to use now: reads the feature word.
+const LineKernels& KernelsForLines();
 
 /// The kernels for processors with AVX2.
 namespace avx2 {
 
-void AddLines(const Columns& sums, const uint8_t* const* lines, int count, int width, bool add);
-void WeighLines(const Columns& res, const Band& band, int width);
-void ReduceColumns(const ResultLine& res, const Columns& columns, const Spans& spans);
-void SumLines(float* sums, const WeightedLines& lines, int width, bool add);
-void ReduceLine(uint8_t* res, const float* sums, const Taps* taps, const float* weights, int width);
-void StretchLine(const Columns& res, const uint8_t* line, const Neighbours& neighbours, int width);
-void MixLines(const ResultLine& res, const Columns& upper, const Columns& lower, uint16_t weight);
-void HalveLines(const ResultLine& res, const uint8_t* upper, const uint8_t* lower);
+const LineKernels& KernelsForLines();
 
 }  // namespace avx2
 }  // namespace zm

@@ -13,7 +13,7 @@ namespace zm {
 namespace {
 
 /// Weights of up to 2^18, split as 8 * eighths + rest, so that two 16-bit products add up to the whole product.
-struct WeightSpan {
+struct SplitWeights {
     const int16_t* eighths;
     const int16_t* rest;
 };
@@ -60,7 +60,7 @@ struct ScalarWord {
     struct Weights {
         int whole;
     };
-    static Weights LoadWeights(const WeightSpan& from, int at) { return {8 * from.eighths[at] + from.rest[at]}; }
+    static Weights LoadWeights(const SplitWeights& from, int at) { return {8 * from.eighths[at] + from.rest[at]}; }
     /// difference * weight / 2^18, truncated towards zero. The difference must be below 2^12.
     static ScalarWord Weighted(ScalarWord difference, const Weights& w) { return {difference.i * w.whole / (1 << 18)}; }
 
@@ -108,7 +108,7 @@ struct SseWords {
     struct Weights {
         __m128i low, high;
     };
-    static Weights LoadWeights(const WeightSpan& from, int at)
+    static Weights LoadWeights(const SplitWeights& from, int at)
     {
         const __m128i eighths = _mm_loadu_si128(reinterpret_cast<const __m128i*>(from.eighths + at));
         const __m128i rest = _mm_loadu_si128(reinterpret_cast<const __m128i*>(from.rest + at));
@@ -184,7 +184,7 @@ struct Avx2Words {
     struct Weights {
         __m256i low, high;
     };
-    static Weights LoadWeights(const WeightSpan& from, int at)
+    static Weights LoadWeights(const SplitWeights& from, int at)
     {
         const __m256i eighths = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(from.eighths + at));
         const __m256i rest = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(from.rest + at));

@@ -5,12 +5,12 @@
 namespace zm {
 
 /// The sixteen floats of a matrix, row by row, as the kernels expect them.
-inline float* Floats(ZmMatrix& m)
+inline float* FloatsOf(ZmMatrix& m)
 {
     return reinterpret_cast<float*>(&m);
 }
 
-inline const float* Floats(const ZmMatrix& m)
+inline const float* FloatsOf(const ZmMatrix& m)
 {
     return reinterpret_cast<const float*>(&m);
 }

@@ -10,9 +10,13 @@ namespace {
 // Bound of the rounding error of the determinant, relative to the sum of its terms' magnitudes: four roundings.
 const double kUndecided = 0x1p-51;
 
-// A singular matrix counts as rank one if its second stretch, relative to the first and squared, is below this. The
-// square root is the resolution of a float. Above it, a third stretch that is lost in kUndecided is too small to change
-// the sign of the second when the missing axes are completed.
+// A singular matrix with stretches s1 >= s2 >= s3 counts as rank one if (s2 / s1)^2 is at most this: s2 is then lost in
+// the rounding of s1 to a float.
+//
+// The limit must be above 2 * kUndecided, and is by a factor of four. A determinant s1 * s2 * s3 has terms that add up
+// to at most s1^2 * s2, so where it is undecided, s3 is at most 2 * kUndecided * s1 (one kUndecided is that of the
+// test, the other the determinant's own error). Completing the missing axes changes s2 by up to s1 * s3 / s2. This must
+// not turn its sign, for the rotation would then be another.
 const double kRankOne = 0x1p-48;
 
 const int kMaxSteps = 30;
@@ -36,6 +40,14 @@ void Cross(double (&res)[3], const double (&a)[3], const double (&b)[3])
 double Dot(const double (&a)[3], const double (&b)[3])
 {
     return a[0] * b[0] + a[1] * b[1] + a[2] * b[2];
+}
+
+void MakeUnit(double (&v)[3])
+{
+    const double f = 1 / sqrt(Dot(v, v));
+    for (double& component : v) {
+        component *= f;
+    }
 }
 
 /// Transposed adjugate: the inverse transpose times the determinant.
@@ -83,10 +95,7 @@ void CompleteBasis(Matrix3& basis)
     const double(&v)[3] = basis.m[0];
     const int smallest = fabs(v[0]) <= fabs(v[1]) && fabs(v[0]) <= fabs(v[2]) ? 0 : fabs(v[1]) <= fabs(v[2]) ? 1 : 2;
     Cross(basis.m[1], v, kUnit.m[smallest]);
-    const double f = 1 / sqrt(Dot(basis.m[1], basis.m[1]));
-    for (double& component : basis.m[1]) {
-        component *= f;
-    }
+    MakeUnit(basis.m[1]);
     Cross(basis.m[2], v, basis.m[1]);
 }
 
@@ -105,10 +114,7 @@ Matrix3 RotationOfRankOne(const Matrix3& m)
     for (int i = 0; i < 3; ++i) {
         from.m[0][i] = Dot(m.m[i], to.m[0]);
     }
-    const double f = 1 / sqrt(Dot(from.m[0], from.m[0]));
-    for (double& component : from.m[0]) {
-        component *= f;
-    }
+    MakeUnit(from.m[0]);
     CompleteBasis(from);
     CompleteBasis(to);
     Matrix3 r;

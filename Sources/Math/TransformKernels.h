@@ -45,13 +45,6 @@ struct RowMatrix {
     }
 };
 
-inline void Advance(Span& span, ptrdiff_t n)
-{
-    span.out += n * span.outStride;
-    span.in += n * span.inStride;
-    span.count -= n;
-}
-
 /// L::kCount contiguous vectors of 12 bytes each, processed in place as three registers, with the matrix elements
 /// arranged in three registers to match.
 template <class L, Kind kind>
@@ -87,28 +80,28 @@ struct GroupTransform {
 
     /// Processes all whole groups.
     template <bool stream>
-    void Run(Span span) const
+    void Run(StridedPair pair) const
     {
-        for (; span.count >= L::kCount; Advance(span, L::kCount)) {
+        for (; pair.count >= L::kCount; Advance(pair, L::kCount)) {
             L res[3];
-            Apply(span.in, res);
-            Put<stream>(span.out, res);
+            Apply(pair.src, res);
+            Put<stream>(pair.res, res);
         }
     }
 };
 
 /// Streaming is only for contiguous results that do not overwrite their source.
-inline bool WorthStreaming(const Span& span)
+inline bool WorthStreaming(const StridedPair& pair)
 {
-    const ptrdiff_t outBytes = span.outStride * span.count;
-    return WorthStreaming(span.out, outBytes) && !Overlap(span.out, outBytes, span.in, span.inStride * span.count);
+    const ptrdiff_t outBytes = pair.resStride * pair.count;
+    return WorthStreaming(pair.res, outBytes) && !Overlap(pair.res, outBytes, pair.src, pair.srcStride * pair.count);
 }
 
 /// One vector at a time in plain floats, at any strides.
 template <Kind kind>
-inline void TransformSingly(const Span& span, const float* m)
+inline void TransformSingly(const StridedPair& pair, const float* m)
 {
-    GroupTransform<SingleLane, kind>(m).template Run<false>(span);
+    GroupTransform<SingleLane, kind>(m).template Run<false>(pair);
 }
 
 /// Contiguous arrays of 12-byte elements on both sides.
@@ -117,26 +110,26 @@ inline void TransformSingly(const Span& span, const float* m)
 /// the loop can start where its stores fill whole registers (stores across cache lines cost more) and end anywhere,
 /// also in place.
 template <class L, Kind kind>
-inline void TransformTight(Span span, const float* m)
+inline void TransformTight(StridedPair pair, const float* m)
 {
-    if (span.count < 2 * L::kCount) {
-        TransformSingly<kind>(span, m);
+    if (pair.count < 2 * L::kCount) {
+        TransformSingly<kind>(pair, m);
         return;
     }
     const GroupTransform<L, kind> transform(m);
-    const ptrdiff_t beforeLast = 12 * (span.count - L::kCount);
-    char* const out = span.out;
+    const ptrdiff_t beforeLast = 12 * (pair.count - L::kCount);
+    char* const out = pair.res;
     L first[3], last[3];
-    transform.Apply(span.in, first);
-    transform.Apply(span.in + beforeLast, last);
-    if (uintptr_t(span.out) % 4 == 0) {
-        Advance(span, ElementsToAlignment(span.out, L::kCount * 4));
+    transform.Apply(pair.src, first);
+    transform.Apply(pair.src + beforeLast, last);
+    if (uintptr_t(pair.res) % 4 == 0) {
+        Advance(pair, ElementsToAlignment(pair.res, L::kCount * 4));
     }
-    if (WorthStreaming(span)) {
-        transform.template Run<true>(span);
+    if (WorthStreaming(pair)) {
+        transform.template Run<true>(pair);
         _mm_sfence();
     } else {
-        transform.template Run<false>(span);
+        transform.template Run<false>(pair);
     }
     transform.template Put<false>(out, first);
     transform.template Put<false>(out + beforeLast, last);
@@ -145,31 +138,31 @@ inline void TransformTight(Span span, const float* m)
 /// Results of kComponents floats at any strides: one vector per register, four vectors per step (a branch per vector
 /// would cost a third of the work).
 template <class L, Kind kind, int kComponents>
-inline void TransformRows(Span span, const float* m)
+inline void TransformRows(StridedPair pair, const float* m)
 {
     const RowMatrix<L> matrix(m);
     const auto transform = [&](ptrdiff_t i) {
-        const L res = matrix.template Apply<kind>(span.in + i * span.inStride);
+        const L res = matrix.template Apply<kind>(pair.src + i * pair.srcStride);
         if (kComponents == 3) {
-            res.Store3(span.out + i * span.outStride);
+            res.Store3(pair.res + i * pair.resStride);
         } else {
-            res.Store4(span.out + i * span.outStride);
+            res.Store4(pair.res + i * pair.resStride);
         }
     };
-    for (; span.count >= 4; Advance(span, 4)) {
+    for (; pair.count >= 4; Advance(pair, 4)) {
         transform(0);
         transform(1);
         transform(2);
         transform(3);
     }
-    for (; span.count > 0; Advance(span, 1)) {
+    for (; pair.count > 0; Advance(pair, 1)) {
         transform(0);
     }
 }
 
-inline bool IsTight(const Span& span)
+inline bool IsTight(const StridedPair& pair)
 {
-    return span.inStride == 12 && span.outStride == 12;
+    return pair.srcStride == 12 && pair.resStride == 12;
 }
 
 }  // namespace

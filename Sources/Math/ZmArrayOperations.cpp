@@ -1,4 +1,5 @@
 #include "Math/Lanes.h"
+#include "Math/StridedPair.h"
 #include "Platform/FeatureWord.h"
 #include "ZmStridedData.h"
 
@@ -24,48 +25,34 @@ void Store(char* p, L v)
     }
 }
 
-/// The input and output of a bulk operation.
-struct Arrays {
-    char* res;
-    size_t resStride;
-    const char* src;
-    size_t srcStride;
-    int count;
-};
-
-Arrays MakeArrays(void* res, const void* src, int count, unsigned long resStride, unsigned long srcStride)
-{
-    return {static_cast<char*>(res), resStride, static_cast<const char*>(src), srcStride, count};
-}
-
 template <class L, int kComponents>
-void Multiply(Arrays a, const ZmVector4& vector)
+void Multiply(StridedPair pair, const ZmVector4& vector)
 {
     const L v = L::Load4(&vector);
-    for (; a.count > 0; --a.count, a.res += a.resStride, a.src += a.srcStride) {
-        Store<kComponents>(a.res, Load<L, kComponents>(a.src) * v);
+    for (; pair.count > 0; Advance(pair, 1)) {
+        Store<kComponents>(pair.res, Load<L, kComponents>(pair.src) * v);
     }
 }
 
 template <class L, int kComponents>
-void MultiplyAdd(Arrays a, const ZmVector4& factor, const ZmVector4& summand)
+void MultiplyAdd(StridedPair pair, const ZmVector4& factor, const ZmVector4& summand)
 {
     const L mul = L::Load4(&factor), add = L::Load4(&summand);
-    for (; a.count > 0; --a.count, a.res += a.resStride, a.src += a.srcStride) {
-        Store<kComponents>(a.res, Load<L, kComponents>(a.src) * mul + add);
+    for (; pair.count > 0; Advance(pair, 1)) {
+        Store<kComponents>(pair.res, Load<L, kComponents>(pair.src) * mul + add);
     }
 }
 
 template <int kComponents>
-void DispatchMultiply(const Arrays& a, const ZmVector4& v)
+void DispatchMultiply(const StridedPair& pair, const ZmVector4& v)
 {
-    Dispatch(Multiply<SseLanes, kComponents>, Multiply<ScalarLanes, kComponents>, a, v);
+    Dispatch(Multiply<SseLanes, kComponents>, Multiply<ScalarLanes, kComponents>, pair, v);
 }
 
 template <int kComponents>
-void DispatchMultiplyAdd(const Arrays& a, const ZmVector4& mul, const ZmVector4& add)
+void DispatchMultiplyAdd(const StridedPair& pair, const ZmVector4& mul, const ZmVector4& add)
 {
-    Dispatch(MultiplyAdd<SseLanes, kComponents>, MultiplyAdd<ScalarLanes, kComponents>, a, mul, add);
+    Dispatch(MultiplyAdd<SseLanes, kComponents>, MultiplyAdd<ScalarLanes, kComponents>, pair, mul, add);
 }
 
 template <class L>
@@ -87,13 +74,11 @@ void InterpolateFloats(char* res, const char* a, const char* b, float t, ptrdiff
 }
 
 template <class L>
-void InterpolateVectors(const Arrays& arrays, const char* b, float t)
+void InterpolateVectors(StridedPair pair, const char* b, float t)
 {
     const L weight = L::Splat(t);
-    char* res = arrays.res;
-    const char* a = arrays.src;
-    for (int i = 0; i < arrays.count; ++i, res += arrays.resStride, a += arrays.srcStride, b += arrays.srcStride) {
-        Interpolated(L::Load3(a), L::Load3(b), weight).Store3(res);
+    for (; pair.count > 0; b += pair.srcStride, Advance(pair, 1)) {
+        Interpolated(L::Load3(pair.src), L::Load3(b), weight).Store3(pair.res);
     }
 }
 
@@ -117,37 +102,37 @@ void InterpolateVectorArray(void* res, const void* a, const void* b, float t, in
         InterpolateTight(res, a, b, t, ptrdiff_t(count) * 3);
     } else {
         Dispatch(InterpolateVectors<SseLanes>, InterpolateVectors<ScalarLanes>,
-                 MakeArrays(res, a, count, resStride, srcStride), static_cast<const char*>(b), t);
+                 PairOf(res, resStride, a, srcStride, count), static_cast<const char*>(b), t);
     }
 }
 
 void MultiplyVectorArray(void* res, const void* src, const ZmVector& v, int count, unsigned long resStride,
                          unsigned long srcStride)
 {
-    DispatchMultiply<3>(MakeArrays(res, src, count, resStride, srcStride), {v.x, v.y, v.z, 0});
+    DispatchMultiply<3>(PairOf(res, resStride, src, srcStride, count), {v.x, v.y, v.z, 0});
 }
 
 void MultiplyVector2Array(void* res, const void* src, const Zm2DVector& v, int count, unsigned long resStride,
                           unsigned long srcStride)
 {
-    DispatchMultiply<2>(MakeArrays(res, src, count, resStride, srcStride), {v.x, v.y, 0, 0});
+    DispatchMultiply<2>(PairOf(res, resStride, src, srcStride, count), {v.x, v.y, 0, 0});
 }
 
 void MultiplyVector4Array(void* res, const void* src, const ZmVector4& v, int count, unsigned long resStride,
                           unsigned long srcStride)
 {
-    DispatchMultiply<4>(MakeArrays(res, src, count, resStride, srcStride), v);
+    DispatchMultiply<4>(PairOf(res, resStride, src, srcStride, count), v);
 }
 
 void MultiplyAddVectorArray(void* res, const void* src, const ZmVector& mul, const ZmVector& add, int count,
                             unsigned long resStride, unsigned long srcStride)
 {
-    DispatchMultiplyAdd<3>(MakeArrays(res, src, count, resStride, srcStride), {mul.x, mul.y, mul.z, 0},
+    DispatchMultiplyAdd<3>(PairOf(res, resStride, src, srcStride, count), {mul.x, mul.y, mul.z, 0},
                            {add.x, add.y, add.z, 0});
 }
 
 void MultiplyAddVector4Array(void* res, const void* src, const ZmVector4& mul, const ZmVector4& add, int count,
                              unsigned long resStride, unsigned long srcStride)
 {
-    DispatchMultiplyAdd<4>(MakeArrays(res, src, count, resStride, srcStride), mul, add);
+    DispatchMultiplyAdd<4>(PairOf(res, resStride, src, srcStride, count), mul, add);
 }

@@ -167,7 +167,7 @@ void ZmBbox::TransformTo(ZmVector* corners, const ZmMatrix& m) const
 
 void ZmBbox::TransformFrom(const ZmBbox& box, const ZmMatrix& m)
 {
-    Dispatch(BoxAround<SseLanes>, BoxAround<ScalarLanes>, *this, box, Floats(m));
+    Dispatch(BoxAround<SseLanes>, BoxAround<ScalarLanes>, *this, box, FloatsOf(m));
 }
 
 int ZmBbox::Classify(const ZmBbox& box, const ZmVector& pt) const

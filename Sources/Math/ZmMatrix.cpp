@@ -13,7 +13,7 @@ namespace {
 
 const ZmMatrix kIdentity({1, 0, 0}, {0, 1, 0}, {0, 0, 1}, {0, 0, 0});
 
-const float kEpsilon = 1.1920929e-7f;  // 2^-23
+const float kEqualWithin = 0x1p-23f;
 
 // Writes row i with a fourth element of 0, or 1 in row 3.
 void SetRow(ZmMatrix& m, int i, const ZmVector& v)
@@ -67,7 +67,7 @@ const ZmMatrix& ZmMatrix::Identity()
 int ZmMatrix::Compare(const ZmMatrix& other) const
 {
     for (int i = 0; i < 16; ++i) {
-        if (fabsf((*this)[i / 4][i % 4] - other[i / 4][i % 4]) > kEpsilon) {
+        if (fabsf((*this)[i / 4][i % 4] - other[i / 4][i % 4]) > kEqualWithin) {
             return 0;
         }
     }
@@ -76,13 +76,14 @@ int ZmMatrix::Compare(const ZmMatrix& other) const
 
 void Zm3DMultiplyMatrix(ZmMatrix& res, const ZmMatrix& a, const ZmMatrix& b)
 {
-    DispatchWide(avx2::AffineProduct, AffineProduct<SseLanes>, AffineProduct<ScalarLanes>, Floats(res), Floats(a),
-                 Floats(b));
+    DispatchWide(avx2::AffineProduct, AffineProduct<SseLanes>, AffineProduct<ScalarLanes>, FloatsOf(res), FloatsOf(a),
+                 FloatsOf(b));
 }
 
 void Zm3DMultiplyMatrix4(ZmMatrix& res, const ZmMatrix& a, const ZmMatrix& b)
 {
-    DispatchWide(avx2::FullProduct, FullProduct<SseLanes>, FullProduct<ScalarLanes>, Floats(res), Floats(a), Floats(b));
+    DispatchWide(avx2::FullProduct, FullProduct<SseLanes>, FullProduct<ScalarLanes>, FloatsOf(res), FloatsOf(a),
+                 FloatsOf(b));
 }
 
 void Zm3DTransposeMatrix(ZmMatrix& res, const ZmMatrix& src)
@@ -108,7 +109,7 @@ float Zm3DMatrixDeterminant(const ZmMatrix& m)
 
 void Zm3DInverseMatrix(ZmMatrix& res, const ZmMatrix& src)
 {
-    DispatchWide(avx2::AffineInverse, AffineInverse, AffineInverse, Floats(res), Floats(src));
+    DispatchAvx2(avx2::AffineInverse, AffineInverse, FloatsOf(res), FloatsOf(src));
 }
 
 void Zm3DMatrixFromRotation(ZmMatrix& res, const ZmVector& axis, float angle)
@@ -129,7 +130,7 @@ ZmVector Rotate(const ZmVector& v, const ZmVector& axis, float angle)
 
 void Zm3DMatrixFromEulerAngles(ZmMatrix& res, float eax, float eay, float eaz)
 {
-    DispatchWide(avx2::FromEulerAngles, FromEulerAnglesSse, FromEulerAnglesSse, Floats(res), eax, eay, eaz);
+    DispatchAvx2(avx2::FromEulerAngles, FromEulerAnglesSse, FloatsOf(res), eax, eay, eaz);
 }
 
 void Zm3DMatrixToEulerAngles(const ZmMatrix& m, float* eax, float* eay, float* eaz)

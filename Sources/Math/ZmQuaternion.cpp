@@ -12,7 +12,7 @@ using namespace zm;
 
 namespace {
 
-const float kEpsilon = 1.1920929e-7f;  // 2^-23
+const float kSmallestAngle = 0x1p-23f;  // below it sin(x) / x is 1
 
 ZmQuaternion Scaled(const ZmQuaternion& q, float s)
 {
@@ -80,7 +80,7 @@ void ZmQuaternion::FromMatrix(const ZmMatrix& m, int matIsUnit, int restoreMat)
 
 void ZmQuaternion::ToMatrix(ZmMatrix& m) const
 {
-    Dispatch(QuaternionToMatrix<SseLanes>, QuaternionToMatrix<ScalarLanes>, *this, Floats(m));
+    Dispatch(QuaternionToMatrix<SseLanes>, QuaternionToMatrix<ScalarLanes>, *this, FloatsOf(m));
 }
 
 void ZmQuaternion::FromRotation(const ZmVector& axis, float angle)
@@ -155,7 +155,7 @@ ZmQuaternion Exp(const ZmQuaternion& q)
 {
     const float theta = sqrtf(q.x * q.x + q.y * q.y + q.z * q.z);
     const SinCos turn(theta);
-    const float f = theta <= kEpsilon ? 1.0f : float(turn.sine) / theta;
+    const float f = theta <= kSmallestAngle ? 1.0f : float(turn.sine) / theta;
     return {f * q.x, f * q.y, f * q.z, float(turn.cosine)};
 }
 

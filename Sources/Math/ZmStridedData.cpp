@@ -3,6 +3,7 @@
 #include "Math/FillKernels.h"
 #include "Math/Lanes.h"
 #include "Math/Streaming.h"
+#include "Math/StridedPair.h"
 #include "Platform/FeatureWord.h"
 
 #include <utility>
@@ -12,15 +13,6 @@ using namespace zm;
 namespace {
 
 // --- Loops over elements of a size known at compile time -------------------------
-
-struct Copy {
-    char* dst;
-    size_t dstStride;
-    const char* src;
-    size_t srcStride;
-    size_t size;
-    size_t count;
-};
 
 /// Calls f(i) for i below count, unrolled by four: a branch per element would cost more than the move.
 template <class F>
@@ -39,21 +31,20 @@ inline void ForEach(size_t count, F f)
 }
 
 template <size_t kSize>
-void FillElements(const Copy& c)
+void FillElements(const StridedPair& pair)
 {
     char value[kSize];
-    memcpy(value, c.src, kSize);
-    char* const dst = c.dst;
-    const size_t stride = c.dstStride;
-    ForEach(c.count, [&, dst, stride](size_t i) { memcpy(dst + i * stride, value, kSize); });
+    memcpy(value, pair.src, kSize);
+    char* const res = pair.res;
+    const ptrdiff_t stride = pair.resStride;
+    ForEach(size_t(pair.count), [&, res, stride](size_t i) { memcpy(res + i * stride, value, kSize); });
 }
 
 template <size_t kSize>
-void CopyElements(const Copy& c)
+void CopyElements(const StridedPair& pair)
 {
-    const Copy copy = c;  // by value: otherwise it is reloaded after each write through a char pointer
-    ForEach(copy.count,
-            [copy](size_t i) { memcpy(copy.dst + i * copy.dstStride, copy.src + i * copy.srcStride, kSize); });
+    const StridedPair p = pair;  // by value: otherwise it is reloaded after each write through a char pointer
+    ForEach(size_t(p.count), [p](size_t i) { memcpy(p.res + i * p.resStride, p.src + i * p.srcStride, kSize); });
 }
 
 // When gathering from memory each element stalls unless its cache line is requested well ahead.
@@ -61,21 +52,20 @@ const size_t kPrefetchAhead = 32;
 const size_t kPrefetchBytes = 2 << 20;  // smaller sources stay in the second-level cache
 
 template <size_t kSize, class Index>
-void GatherElements(const Copy& c, const Index* indices)
+void GatherElements(const StridedPair& pair, const Index* indices)
 {
-    const Copy copy = c;
-    const auto source = [copy, indices](size_t k) {
-        return copy.src + ptrdiff_t(indices[k]) * ptrdiff_t(copy.srcStride);
-    };
-    const bool far = copy.srcStride * copy.count > kPrefetchBytes;
-    const size_t prefetched = far && copy.count > kPrefetchAhead ? copy.count - kPrefetchAhead : 0;
-    ForEach(prefetched, [copy, source](size_t k) {
+    const StridedPair p = pair;
+    const size_t count = size_t(p.count);
+    const auto source = [p, indices](size_t k) { return p.src + ptrdiff_t(indices[k]) * p.srcStride; };
+    const bool far = size_t(p.srcStride) * count > kPrefetchBytes;
+    const size_t prefetched = far && count > kPrefetchAhead ? count - kPrefetchAhead : 0;
+    ForEach(prefetched, [p, source](size_t k) {
         _mm_prefetch(source(k + kPrefetchAhead), _MM_HINT_T0);
-        memcpy(copy.dst + k * copy.dstStride, source(k), kSize);
+        memcpy(p.res + k * p.resStride, source(k), kSize);
     });
-    ForEach(copy.count - prefetched, [copy, source, prefetched](size_t i) {
+    ForEach(count - prefetched, [p, source, prefetched](size_t i) {
         const size_t k = prefetched + i;
-        memcpy(copy.dst + k * copy.dstStride, source(k), kSize);
+        memcpy(p.res + k * p.resStride, source(k), kSize);
     });
 }
 
@@ -89,41 +79,41 @@ size_t FixedIndex(size_t size)
 }
 
 template <size_t... kIndex>
-void RunFill(const Copy& c, std::index_sequence<kIndex...>)
+void RunFill(const StridedPair& pair, size_t size, std::index_sequence<kIndex...>)
 {
-    static void (*const loops[])(const Copy&) = {FillElements<4 * kIndex + 4>...};
-    loops[FixedIndex(c.size)](c);
+    static void (*const loops[])(const StridedPair&) = {FillElements<4 * kIndex + 4>...};
+    loops[FixedIndex(size)](pair);
 }
 
 template <size_t... kIndex>
-void RunCopy(const Copy& c, std::index_sequence<kIndex...>)
+void RunCopy(const StridedPair& pair, size_t size, std::index_sequence<kIndex...>)
 {
-    static void (*const loops[])(const Copy&) = {CopyElements<4 * kIndex + 4>...};
-    loops[FixedIndex(c.size)](c);
+    static void (*const loops[])(const StridedPair&) = {CopyElements<4 * kIndex + 4>...};
+    loops[FixedIndex(size)](pair);
 }
 
 template <class Index, size_t... kIndex>
-void RunGather(const Copy& c, const Index* indices, std::index_sequence<kIndex...>)
+void RunGather(const StridedPair& pair, size_t size, const Index* indices, std::index_sequence<kIndex...>)
 {
-    static void (*const loops[])(const Copy&, const Index*) = {GatherElements<4 * kIndex + 4, Index>...};
-    loops[FixedIndex(c.size)](c, indices);
+    static void (*const loops[])(const StridedPair&, const Index*) = {GatherElements<4 * kIndex + 4, Index>...};
+    loops[FixedIndex(size)](pair, indices);
 }
 
 using FixedSizes = std::make_index_sequence<kFixedSizes>;
 
-bool HasFixedSize(const Copy& c)
+bool HasFixedSize(size_t size)
 {
-    return c.size <= 4 * kFixedSizes;
+    return size <= 4 * kFixedSizes;
 }
 
-void CopyAny(const Copy& c)
+void CopyAny(const StridedPair& pair, size_t size)
 {
-    if (HasFixedSize(c)) {
-        RunCopy(c, FixedSizes());
+    if (HasFixedSize(size)) {
+        RunCopy(pair, size, FixedSizes());
         return;
     }
-    for (size_t i = 0; i < c.count; ++i) {
-        memcpy(c.dst + i * c.dstStride, c.src + i * c.srcStride, c.size);
+    for (ptrdiff_t i = 0; i < pair.count; ++i) {
+        memcpy(pair.res + i * pair.resStride, pair.src + i * pair.srcStride, size);
     }
 }
 
@@ -170,14 +160,14 @@ void FillTight(char* dst, size_t bytes, const char* value, size_t size)
 // Gathers twelve bytes each from wider elements: four of them fill three registers. Reads sixteen bytes of each, so the
 // last element is left to the caller.
 template <bool stream>
-size_t PackTriples(const Copy& c)
+ptrdiff_t PackTriples(const StridedPair& pair)
 {
-    const size_t groups = c.count > 0 ? (c.count - 1) / 4 : 0, stride = c.srcStride;
-    char* const dst = c.dst;
-    const char* const src = c.src;
-    ForEach(groups, [dst, src, stride](size_t i) {
+    const ptrdiff_t groups = pair.count > 0 ? (pair.count - 1) / 4 : 0, stride = pair.srcStride;
+    char* const res = pair.res;
+    const char* const src = pair.src;
+    ForEach(size_t(groups), [res, src, stride](size_t i) {
         const char* const from = src + 4 * i * stride;
-        char* const to = dst + 48 * i;
+        char* const to = res + 48 * i;
         const __m128 p0 = SseLanes::Load4(from).v, p1 = SseLanes::Load4(from + stride).v,
                      p2 = SseLanes::Load4(from + 2 * stride).v, p3 = SseLanes::Load4(from + 3 * stride).v;
         const __m128 z0x1 = _mm_shuffle_ps(p0, p1, _MM_SHUFFLE(0, 0, 2, 2));
@@ -189,27 +179,19 @@ size_t PackTriples(const Copy& c)
     return 4 * groups;
 }
 
-Copy Rest(Copy c, size_t done)
+void CopyToTightTriples(StridedPair pair)
 {
-    c.dst += done * c.dstStride;
-    c.src += done * c.srcStride;
-    c.count -= done;
-    return c;
-}
-
-void CopyToTightTriples(Copy c)
-{
-    if (WorthStreaming(c.dst, ptrdiff_t(12 * c.count))) {
-        Copy head = c;
-        head.count = size_t(ElementsToAlignment(c.dst, 16));
+    if (WorthStreaming(pair.res, 12 * pair.count)) {
+        StridedPair head = pair;
+        head.count = ElementsToAlignment(pair.res, 16);
         CopyElements<12>(head);
-        c = Rest(c, head.count);
-        c = Rest(c, PackTriples<true>(c));
+        Advance(pair, head.count);
+        Advance(pair, PackTriples<true>(pair));
         _mm_sfence();
     } else {
-        c = Rest(c, PackTriples<false>(c));
+        Advance(pair, PackTriples<false>(pair));
     }
-    CopyElements<12>(c);
+    CopyElements<12>(pair);
 }
 
 bool IsElementSize(unsigned long size)
@@ -223,14 +205,13 @@ int IndexedCopy(const ZmStridedData& dst, const ZmStridedData& src, unsigned lon
     if (!dst.Ptr || !src.Ptr || !indices || !IsElementSize(size) || count < 1) {
         return 0;
     }
-    const Copy c = {
-        static_cast<char*>(dst.Ptr), dst.Stride, static_cast<const char*>(src.Ptr), src.Stride, size, size_t(count)};
-    if (HasFixedSize(c)) {
-        RunGather(c, indices, FixedSizes());
+    const StridedPair pair = PairOf(dst, src, count);
+    if (HasFixedSize(size)) {
+        RunGather(pair, size, indices, FixedSizes());
         return 1;
     }
-    for (int k = 0; k < count; ++k) {
-        memcpy(c.dst + size_t(k) * c.dstStride, c.src + ptrdiff_t(indices[k]) * ptrdiff_t(c.srcStride), size);
+    for (ptrdiff_t k = 0; k < count; ++k) {
+        memcpy(pair.res + k * pair.resStride, pair.src + ptrdiff_t(indices[k]) * pair.srcStride, size);
     }
     return 1;
 }
@@ -242,13 +223,14 @@ int ZmFillStructure(int count, void* dst, unsigned long dstStride, unsigned long
     if (!value || !dst || count < 1 || dstStride == 0 || !IsElementSize(size)) {
         return 0;
     }
-    const Copy c = {static_cast<char*>(dst), dstStride, static_cast<const char*>(value), 0, size, size_t(count)};
-    if (dstStride == size && kPatternBytes % size == 0 && size * c.count >= kWorthPattern && UseSse()) {
-        FillTight(c.dst, size * c.count, c.src, size);
-    } else if (HasFixedSize(c)) {
-        RunFill(c, FixedSizes());
+    const StridedPair pair = PairOf(dst, dstStride, value, 0, count);
+    const size_t bytes = size_t(size) * size_t(count);
+    if (dstStride == size && kPatternBytes % size == 0 && bytes >= kWorthPattern && UseSse()) {
+        FillTight(pair.res, bytes, pair.src, size);
+    } else if (HasFixedSize(size)) {
+        RunFill(pair, size, FixedSizes());
     } else {
-        CopyAny(c);
+        CopyAny(pair, size);
     }
     return 1;
 }
@@ -264,13 +246,13 @@ int ZmCopyStructure(int count, void* dst, unsigned long dstStride, unsigned long
     if (!src || !dst || count < 1 || dstStride == 0 || srcStride == 0 || !IsElementSize(size)) {
         return 0;
     }
-    const Copy c = {static_cast<char*>(dst), dstStride, static_cast<const char*>(src), srcStride, size, size_t(count)};
+    const StridedPair pair = PairOf(dst, dstStride, src, srcStride, count);
     if (dstStride == size && srcStride == size) {
-        memcpy(dst, src, size * c.count);
+        memcpy(dst, src, size_t(size) * size_t(count));
     } else if (size == 12 && dstStride == 12 && srcStride >= 16 && UseSse()) {
-        CopyToTightTriples(c);
+        CopyToTightTriples(pair);
     } else {
-        CopyAny(c);
+        CopyAny(pair, size);
     }
     return 1;
 }

@@ -7,66 +7,55 @@
 namespace zm {
 namespace {
 
-Span MakeSpan(const ZmStridedData& res, const ZmStridedData& src, int count)
-{
-    return {static_cast<char*>(res.Ptr), ptrdiff_t(res.Stride), static_cast<const char*>(src.Ptr),
-            ptrdiff_t(src.Stride), count};
-}
-
-Span MakeSpan(ZmVector* res, const ZmVector* src, int count, int stride)
-{
-    return {reinterpret_cast<char*>(res), stride, reinterpret_cast<const char*>(src), stride, count};
-}
-
 template <class L, Kind kind>
 void TransformOne(ZmVector* res, const ZmMatrix& m, const ZmVector* v)
 {
-    RowMatrix<L>(Floats(m)).template Apply<kind>(v).Store3(res);
+    RowMatrix<L>(FloatsOf(m)).template Apply<kind>(v).Store3(res);
 }
 
 template <class L>
 void TransformOne4(ZmVector4* res, const ZmMatrix& m, const ZmVector* v)
 {
-    RowMatrix<L>(Floats(m)).template Apply<kPoint>(v).Store4(res);
+    RowMatrix<L>(FloatsOf(m)).template Apply<kPoint>(v).Store4(res);
 }
 
 template <class L>
 void TransformFull4(ZmVector4* res, const ZmMatrix& m, const ZmVector4* v)
 {
-    const RowMatrix<L> rows(Floats(m));
+    const RowMatrix<L> rows(FloatsOf(m));
     const L x = L::Splat(v->x), y = L::Splat(v->y), z = L::Splat(v->z), w = L::Splat(v->w);
     ((x * rows.row0 + y * rows.row1) + (z * rows.row2 + w * rows.row3)).Store4(res);
 }
 
 template <Kind kind>
-void TransformScalar(Span span, const float* m)
+void TransformScalar(StridedPair pair, const float* m)
 {
-    if (IsTight(span)) {
+    if (IsTight(pair)) {
         // The same loop with strides known at compile time.
-        TransformSingly<kind>({span.out, 12, span.in, 12, span.count}, m);
+        TransformSingly<kind>({pair.res, 12, pair.src, 12, pair.count}, m);
     } else {
-        TransformSingly<kind>(span, m);
+        TransformSingly<kind>(pair, m);
     }
 }
 
 template <Kind kind>
-void TransformSse(Span span, const float* m)
+void TransformSse(StridedPair pair, const float* m)
 {
-    if (IsTight(span)) {
-        TransformTight<SseLanes, kind>(span, m);
+    if (IsTight(pair)) {
+        TransformTight<SseLanes, kind>(pair, m);
     } else {
-        TransformRows<SseLanes, kind, 3>(span, m);
+        TransformRows<SseLanes, kind, 3>(pair, m);
     }
 }
 
-void TransformPoints(const Span& span, const ZmMatrix& m)
+void TransformPoints(const StridedPair& pair, const ZmMatrix& m)
 {
-    DispatchWide(avx2::TransformPoints, TransformSse<kPoint>, TransformScalar<kPoint>, span, Floats(m));
+    DispatchWide(avx2::TransformPoints, TransformSse<kPoint>, TransformScalar<kPoint>, pair, FloatsOf(m));
 }
 
-void RotateVectors(const Span& span, const ZmMatrix& m)
+void RotateVectors(const StridedPair& pair, const ZmMatrix& m)
 {
-    DispatchWide(avx2::RotateVectors, TransformSse<kRotate>, TransformScalar<kRotate>, span, Floats(m));
+    DispatchWide(avx2::RotateVectors, TransformSse<kRotate>, TransformScalar<kRotate>, pair, FloatsOf(m));
 }
 
 }  // namespace
@@ -81,12 +70,12 @@ void Zm3DMultiplyMatrixVector(ZmVector* res, const ZmMatrix& m, const ZmVector* 
 
 void Zm3DMultiplyMatrixVectorMany(ZmVector* res, const ZmMatrix& m, const ZmVector* v, int count, int stride)
 {
-    TransformPoints(MakeSpan(res, v, count, stride), m);
+    TransformPoints(PairOf(res, stride, v, stride, count), m);
 }
 
 void Zm3DMultiplyMatrixVectorStrided(const ZmStridedData* res, const ZmStridedData* src, const ZmMatrix& m, int count)
 {
-    TransformPoints(MakeSpan(*res, *src, count), m);
+    TransformPoints(PairOf(*res, *src, count), m);
 }
 
 void Zm3DMultiplyMatrixVector4(ZmVector4* res, const ZmMatrix& m, const ZmVector4* v)
@@ -102,7 +91,7 @@ void Zm3DMultiplyMatrixVector4(ZmVector4* res, const ZmMatrix& m, const ZmVector
 void Zm3DMultiplyMatrixVector4Strided(const ZmStridedData* res, const ZmStridedData* src, const ZmMatrix& m, int count)
 {
     DispatchWide(avx2::TransformPoints4, TransformRows<SseLanes, kPoint, 4>, TransformRows<ScalarLanes, kPoint, 4>,
-                 MakeSpan(*res, *src, count), Floats(m));
+                 PairOf(*res, *src, count), FloatsOf(m));
 }
 
 void Zm3DRotateVector(ZmVector* res, const ZmMatrix& m, const ZmVector* v)
@@ -112,12 +101,12 @@ void Zm3DRotateVector(ZmVector* res, const ZmMatrix& m, const ZmVector* v)
 
 void Zm3DRotateVectorMany(ZmVector* res, const ZmMatrix& m, const ZmVector* v, int count, int stride)
 {
-    RotateVectors(MakeSpan(res, v, count, stride), m);
+    RotateVectors(PairOf(res, stride, v, stride, count), m);
 }
 
 void Zm3DRotateVectorStrided(const ZmStridedData* res, const ZmStridedData* src, const ZmMatrix& m, int count)
 {
-    RotateVectors(MakeSpan(*res, *src, count), m);
+    RotateVectors(PairOf(*res, *src, count), m);
 }
 
 ZmVector Rotate(const ZmMatrix& m, const ZmVector& v)

@@ -7,12 +7,12 @@ namespace zm {
 namespace {
 
 template <Kind kind>
-inline void Transform(const Span& span, const float* m)
+inline void Transform(const StridedPair& pair, const float* m)
 {
-    if (IsTight(span)) {
-        TransformTight<Avx2Lanes, kind>(span, m);
+    if (IsTight(pair)) {
+        TransformTight<Avx2Lanes, kind>(pair, m);
     } else {
-        TransformRows<SseLanes, kind, 3>(span, m);
+        TransformRows<SseLanes, kind, 3>(pair, m);
     }
 }
 
@@ -67,60 +67,60 @@ struct Pairs<16> {
 /// Several pairs per step. Reads up to 8 bytes of the element after its own, so the last elements are left to the
 /// caller.
 template <ptrdiff_t stride, bool stream>
-inline Span TransformPairs4(Span span, const float* m)
+inline StridedPair TransformPairs4(StridedPair pair, const float* m)
 {
     const RowMatrix<Avx2Lanes> matrix(m);
     const int n = Pairs<stride>::kAtOnce;
-    for (; span.count > 2 * n; Advance(span, 2 * n)) {
+    for (; pair.count > 2 * n; Advance(pair, 2 * n)) {
         Avx2Lanes x[n], y[n], z[n];
         for (int i = 0; i < n; ++i) {
-            Pairs<stride>::Load(span.in + 2 * i * span.inStride, span.inStride, x[i], y[i], z[i]);
+            Pairs<stride>::Load(pair.src + 2 * i * pair.srcStride, pair.srcStride, x[i], y[i], z[i]);
         }
         for (int i = 0; i < n; ++i) {
             Blend(x[i], matrix.row0, y[i], matrix.row1, z[i], matrix.row2, matrix.row3)
-                .template Put<stream>(span.out + i * 32);
+                .template Put<stream>(pair.res + i * 32);
         }
     }
-    return span;
+    return pair;
 }
 
 template <bool stream>
-inline Span TransformTight4(const Span& span, const float* m)
+inline StridedPair TransformTight4(const StridedPair& pair, const float* m)
 {
-    return span.inStride == 12   ? TransformPairs4<12, stream>(span, m)
-           : span.inStride == 16 ? TransformPairs4<16, stream>(span, m)
-                                 : TransformPairs4<0, stream>(span, m);
+    return pair.srcStride == 12   ? TransformPairs4<12, stream>(pair, m)
+           : pair.srcStride == 16 ? TransformPairs4<16, stream>(pair, m)
+                                  : TransformPairs4<0, stream>(pair, m);
 }
 
 }  // namespace
 
 namespace avx2 {
 
-void TransformPoints(Span span, const float* m)
+void TransformPoints(StridedPair pair, const float* m)
 {
-    Transform<kPoint>(span, m);
+    Transform<kPoint>(pair, m);
 }
 
-void RotateVectors(Span span, const float* m)
+void RotateVectors(StridedPair pair, const float* m)
 {
-    Transform<kRotate>(span, m);
+    Transform<kRotate>(pair, m);
 }
 
-void TransformPoints4(Span span, const float* m)
+void TransformPoints4(StridedPair pair, const float* m)
 {
-    if (span.outStride == 16 && span.inStride >= 12) {
-        if (uintptr_t(span.out) % 32 == 16 && span.count > 0) {
-            TransformRows<SseLanes, kPoint, 4>({span.out, 16, span.in, span.inStride, 1}, m);
-            Advance(span, 1);
+    if (pair.resStride == 16 && pair.srcStride >= 12) {
+        if (uintptr_t(pair.res) % 32 == 16 && pair.count > 0) {
+            TransformRows<SseLanes, kPoint, 4>({pair.res, 16, pair.src, pair.srcStride, 1}, m);
+            Advance(pair, 1);
         }
-        if (WorthStreaming(span) && uintptr_t(span.out) % 32 == 0) {
-            span = TransformTight4<true>(span, m);
+        if (WorthStreaming(pair) && uintptr_t(pair.res) % 32 == 0) {
+            pair = TransformTight4<true>(pair, m);
             _mm_sfence();
         } else {
-            span = TransformTight4<false>(span, m);
+            pair = TransformTight4<false>(pair, m);
         }
     }
-    TransformRows<SseLanes, kPoint, 4>(span, m);
+    TransformRows<SseLanes, kPoint, 4>(pair, m);
 }
 
 }  // namespace avx2

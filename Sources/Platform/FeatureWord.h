@@ -38,4 +38,11 @@ inline auto Dispatch(Sse sse, Scalar scalar, Args&&... args)
     return UseSse() ? sse(args...) : scalar(args...);
 }
 
+/// The same for functions with one form besides that for AVX2, used whether the SSE bit is set or not.
+template <class Avx2, class Base, class... Args>
+inline auto DispatchAvx2(Avx2 avx2, Base base, Args&&... args)
+{
+    return UseAvx2() ? avx2(args...) : base(args...);
+}
+
 }  // namespace zm

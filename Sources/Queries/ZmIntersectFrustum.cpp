@@ -54,7 +54,7 @@ struct SplatBox {
     SplatBox(const ZmBbox& box, const ZmMatrix& matrix)
     {
         const ZmVector center = Center(box), half = HalfSize(box);
-        const RowMatrix<L> rows(Floats(matrix));
+        const RowMatrix<L> rows(FloatsOf(matrix));
         Splat(0, rows.row0 * L::Splat(half.x));
         Splat(1, rows.row1 * L::Splat(half.y));
         Splat(2, rows.row2 * L::Splat(half.z));

@@ -25,7 +25,7 @@ struct SlabEnd {
     }
 };
 
-struct SlabSpan {
+struct SlabInterval {
     SlabEnd in = {-1e30f, 0, 0}, out = {1e30f, 0, 0};
 };
 
@@ -37,26 +37,26 @@ float Rank(float t)
     return reach == Reach::Line ? fabsf(t) : t;
 }
 
-/// Narrows the span to the slab of one axis, between t1 and t2. The first slab of a line sets both ends, since no
-/// magnitude exceeds that of the initial span.
+/// Narrows the interval to the slab of one axis, between t1 and t2. The first slab of a line sets both ends, since no
+/// magnitude exceeds that of the initial interval.
 template <Reach reach>
-void Narrow(SlabSpan& span, float t1, float t2, int axis, float direction, bool first)
+void Narrow(SlabInterval& interval, float t1, float t2, int axis, float direction, bool first)
 {
     const bool swapped = Rank<reach>(t1) > Rank<reach>(t2), set = reach == Reach::Line && first;
     const float nearer = swapped ? t2 : t1, farther = swapped ? t1 : t2;
     // Opposes the direction of travel at both ends: callers expect this normal at the exit, too.
     const float sign = direction < 0 ? 1.0f : -1.0f;
-    if (set || Rank<reach>(nearer) > Rank<reach>(span.in.t)) {
-        span.in = {nearer, axis, sign};
+    if (set || Rank<reach>(nearer) > Rank<reach>(interval.in.t)) {
+        interval.in = {nearer, axis, sign};
     }
-    if (set || Rank<reach>(farther) < Rank<reach>(span.out.t)) {
-        span.out = {farther, axis, sign};
+    if (set || Rank<reach>(farther) < Rank<reach>(interval.out.t)) {
+        interval.out = {farther, axis, sign};
     }
 }
 
 /// Returns false if the line is parallel to a slab and outside it.
 template <Reach reach>
-bool ClipToSlabs(SlabSpan& span, const ZmRay& ray, const ZmBbox& box)
+bool ClipToSlabs(SlabInterval& interval, const ZmRay& ray, const ZmBbox& box)
 {
     bool first = true;
     for (int i = 0; i < 3; ++i) {
@@ -68,18 +68,18 @@ bool ClipToSlabs(SlabSpan& span, const ZmRay& ray, const ZmBbox& box)
             continue;
         }
         const float inverse = 1 / direction;
-        Narrow<reach>(span, (box.Min[i] - origin) * inverse, (box.Max[i] - origin) * inverse, i, direction, first);
+        Narrow<reach>(interval, (box.Min[i] - origin) * inverse, (box.Max[i] - origin) * inverse, i, direction, first);
         first = false;
     }
     return true;
 }
 
-/// Whether no part of the span is left within the object. The ends only move towards each other, so one check at the
-/// end suffices instead of one after each slab.
+/// Whether no part of the interval is left within the object. The ends only move towards each other, so one check at
+/// the end suffices instead of one after each slab.
 template <Reach reach>
-bool Misses(const SlabSpan& span)
+bool Misses(const SlabInterval& interval)
 {
-    const float in = span.in.t, out = span.out.t;
+    const float in = interval.in.t, out = interval.out.t;
     if (Rank<reach>(in) > Rank<reach>(out) || (reach != Reach::Line && out < kEpsilon)) {
         return true;
     }
@@ -91,22 +91,22 @@ template <Reach reach>
 int CrossBox(const ZmRay& ray, const ZmBbox& box, ZmVector& inPoint, ZmVector* outPoint, ZmVector* inNormal,
              ZmVector* outNormal)
 {
-    SlabSpan span;
-    if (!ClipToSlabs<reach>(span, ray, box) || Misses<reach>(span)) {
+    SlabInterval interval;
+    if (!ClipToSlabs<reach>(interval, ray, box) || Misses<reach>(interval)) {
         return 0;
     }
-    const ZmVector exit = span.out.Point(ray);
-    inPoint = span.in.Point(ray);
+    const ZmVector exit = interval.out.Point(ray);
+    inPoint = interval.in.Point(ray);
     if (outPoint) {
         *outPoint = exit;
     }
     if (inNormal) {
-        *inNormal = span.in.Normal();
+        *inNormal = interval.in.Normal();
     }
     if (outNormal) {
-        *outNormal = span.out.Normal();
+        *outNormal = interval.out.Normal();
     }
-    return reach != Reach::Line && span.in.t <= kEpsilon ? -1 : 1;
+    return reach != Reach::Line && interval.in.t <= kEpsilon ? -1 : 1;
 }
 
 /// Separating axes: those of the box and their cross products with the direction.
