@@ -11,7 +11,7 @@
 ///     while (const char* path = files.GetNextFile()) { ... }
 ///
 /// Paths are joined with backslashes: "data\sub\a.bmp". Unreadable folders are skipped. Links to folders count as
-/// folders but are not entered.
+/// folders but are not entered. If memory runs out, the walk ends.
 class RKDirectoryParser {
 public:
     /// `recursive`: enters all subfolders, whatever their names. `listDirectories`: returns folders as well. Without

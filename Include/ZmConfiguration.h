@@ -101,8 +101,8 @@ public:
     /// Clears the main tree and reads it from a file. Returns 1 and sets `error` to "OK", or returns 0 and sets `error`
     /// to the reason. Everything before the faulty line stays in the tree. `line` is the number of lines before that
     /// line, or of all lines; it stays unchanged if the file could not be opened. A section that is opened again is
-    /// continued; of two entries with the same name the first wins. Reading stops with "out of memory" where memory runs out. Lines may end in LF or CR LF. Folders, devices and
-    /// pipes cannot be opened.
+    /// continued; of two entries with the same name the first wins. Reading stops with "out of memory" where memory
+    /// runs out. Lines may end in LF or CR LF. Folders, devices and pipes cannot be opened.
     ZM_API int BuildFromFile(const char* filename, int& line, XString& error);
 
     /// The same from a text. **The last line is not read**, whether a line feed follows it or not. A carriage return
@@ -113,12 +113,12 @@ public:
     /// else 0.
     ///
     /// The new file is written completely beside the old one, flushed to disk and then replaces it in one step. A full
-    /// disk or a crash therefore leaves the old file intact; an unfinished new file that a crash leaves behind is removed
-    /// at the next save. A symbolic link is kept, and its target is replaced. Permissions and owner are kept; further
-    /// access lists may be lost.
+    /// disk or a crash therefore leaves the old file intact; an unfinished new file that a crash leaves behind is
+    /// removed at the next save. A symbolic link is kept, and its target is replaced. Permissions and owner are kept;
+    /// further access lists may be lost.
     ///
-    /// The file itself is overwritten if it can never be replaced: if it is not a regular file (a pipe or device), if it
-    /// has several names (hard links), or if no file can be created in its folder or its owner cannot be kept. A
+    /// The file itself is overwritten if it can never be replaced: if it is not a regular file (a pipe or device), if
+    /// it has several names (hard links), or if no file can be created in its folder or its owner cannot be kept. A
     /// failure then leaves it damaged. A write-protected file is not replaced.
     ZM_API int SaveToFile(const char* filename) const;
 

@@ -34,7 +34,7 @@ bool ReadText(const std::string& path, std::string& res)
         return ZmFile::GetFileMode(path.c_str()) == 0;
     }
     res.resize(file.Size());
-    return file.Read(&res[0], unsigned(res.size())) == res.size();
+    return file.IsValid() && file.Read(&res[0], unsigned(res.size())) == res.size();
 }
 
 bool WriteText(const char* path, const std::string& text)

@@ -143,8 +143,7 @@ ZmConfigurationEntry* ZmConfiguration::GetEntry(const char* path, int dots) cons
     for (const ZmConfigurationSection* tree : {&m_Root, &m_Defaults}) {
         // Callers rely on the section of the whole path, including its last part
         // (ZmConfigurationTest, PathsAreReadDifferentlyByEachOperation).
-        const ZmConfigurationSection* section =
-            lastDot != nullptr ? zm::FindPath(*tree, path, true) : tree;
+        const ZmConfigurationSection* section = lastDot != nullptr ? zm::FindPath(*tree, path, true) : tree;
         ZmConfigurationEntry* entry =
             section != nullptr ? section->GetEntry(lastDot != nullptr ? lastDot + 1 : path) : nullptr;
         if (entry != nullptr) {

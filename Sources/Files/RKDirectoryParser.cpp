@@ -2,6 +2,7 @@
 
 #include "Files/WildcardPattern.h"
 #include "Platform/OsFiles.h"
+#include "Platform/OutOfMemory.h"
 
 #include <string>
 #include <vector>
@@ -80,7 +81,7 @@ bool RKDirectoryParser::Walk::NextOfSubfolders()
 }
 
 RKDirectoryParser::RKDirectoryParser(const char* dir, const char* pattern, int recursive, int listDirectories)
-    : m_Walk(new Walk)
+    : m_Walk(new (std::nothrow) Walk)
 {
     Reset(dir, pattern, recursive, listDirectories);
 }
@@ -98,15 +99,26 @@ void RKDirectoryParser::Reset(const char* dir, const char* pattern, int recursiv
     if (pattern != nullptr) {
         m_Pattern = pattern;
     }
-    m_Walk->Begin(m_Directory.Text(), recursive != 0, listDirectories != 0);
+    zm::UnlessOutOfMemory(0, [&] {
+        if (m_Walk != nullptr) {
+            m_Walk->Begin(m_Directory.Text(), recursive != 0, listDirectories != 0);
+        }
+        return 1;
+    });
 }
 
 const char* RKDirectoryParser::GetNextFile()
 {
-    while (!m_Walk->levels.empty()) {
-        if (m_Walk->NextOfFolder(m_Pattern.Text()) || m_Walk->NextOfSubfolders()) {
-            return m_Walk->result.c_str();
+    const char* res = zm::UnlessOutOfMemory<const char*>(nullptr, [&]() -> const char* {
+        while (m_Walk != nullptr && !m_Walk->levels.empty()) {
+            if (m_Walk->NextOfFolder(m_Pattern.Text()) || m_Walk->NextOfSubfolders()) {
+                return m_Walk->result.c_str();
+            }
         }
+        return nullptr;
+    });
+    if (res == nullptr && m_Walk != nullptr) {
+        m_Walk->levels.clear();
     }
-    return nullptr;
+    return res;
 }

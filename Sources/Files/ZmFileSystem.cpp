@@ -2,6 +2,7 @@
 
 #include "Platform/Characters.h"
 #include "Platform/OsFiles.h"
+#include "Platform/OutOfMemory.h"
 #include "Platform/PathText.h"
 
 #include <string>
@@ -12,6 +13,24 @@ namespace {
 size_t LengthOfRoot(const std::string& path)
 {
     return zm::IsLetter(path[0]) && path[1] == ':' ? 3 : 1;
+}
+
+bool CreateFoldersOf(std::string folder)
+{
+    for (size_t i = LengthOfRoot(folder); i < folder.size(); ++i) {
+        // Only the first of two separators counts: a folder name must not end with one, or the system may not find it.
+        if (!zm::IsSeparator(folder[i]) || zm::IsSeparator(folder[i - 1])) {
+            continue;
+        }
+        folder[i] = 0;
+        const char* prefix = folder.c_str();
+        // Checked again after a failure: another process may have created the folder in the meantime.
+        if (zm::FileMode(prefix) == 0 && !zm::MakeDirectory(prefix) && zm::FileMode(prefix) == 0) {
+            return false;
+        }
+        folder[i] = '\\';
+    }
+    return true;
 }
 
 }  // namespace
@@ -43,29 +62,12 @@ int ZmRemoveDirectory(const char* path)
 
 int ZmDeleteDirectory(const char* path)
 {
-    return path != nullptr && zm::DeleteTree(path);
+    return path != nullptr && zm::UnlessOutOfMemory(false, [path] { return zm::DeleteTree(path); });
 }
 
 int ZmCreateFileTree(const char* path)
 {
-    if (path == nullptr) {
-        return 0;
-    }
-    std::string folder = path;
-    for (size_t i = LengthOfRoot(folder); i < folder.size(); ++i) {
-        // Only the first of two separators counts: a folder name must not end with one, or the system may not find it.
-        if (!zm::IsSeparator(folder[i]) || zm::IsSeparator(folder[i - 1])) {
-            continue;
-        }
-        folder[i] = 0;
-        const char* prefix = folder.c_str();
-        // Checked again after a failure: another process may have created the folder in the meantime.
-        if (zm::FileMode(prefix) == 0 && !zm::MakeDirectory(prefix) && zm::FileMode(prefix) == 0) {
-            return 0;
-        }
-        folder[i] = '\\';
-    }
-    return 1;
+    return path != nullptr && zm::UnlessOutOfMemory(false, [path] { return CreateFoldersOf(path); });
 }
 
 int ZmTestDiskSpace(const char* dir, unsigned long size)
@@ -76,5 +78,5 @@ int ZmTestDiskSpace(const char* dir, unsigned long size)
 
 XString ZmGetTempPath()
 {
-    return XString(zm::TemporaryPath().c_str());
+    return zm::UnlessOutOfMemory(XString(), [] { return XString(zm::TemporaryPath().c_str()); });
 }

@@ -2,6 +2,7 @@
 
 #include "Platform/Characters.h"
 #include "Platform/OrEmpty.h"
+#include "Platform/OutOfMemory.h"
 #include "Platform/PathText.h"
 
 #include <algorithm>
@@ -61,7 +62,24 @@ unsigned long SetText(XString& out, const std::string& text)
 {
     const bool fits = text.size() <= size_t(XString::kMaxLength);
     out = fits ? text.c_str() : nullptr;
-    return fits ? 0 : kFailure;
+    return size_t(out.Length()) == text.size() ? 0 : kFailure;
+}
+
+std::string Escaped(const char* in)
+{
+    std::string url = strstr(in, "://") == nullptr ? kFilePrefix : "";
+    for (const char* c = in; *c != 0; ++c) {
+        if (*c == '\\') {
+            url += '/';
+        } else if (IsEscaped(*c)) {
+            char code[4];
+            snprintf(code, sizeof(code), "%%%02x", unsigned(static_cast<unsigned char>(*c)));
+            url += code;
+        } else {
+            url += *c;
+        }
+    }
+    return url;
 }
 
 }  // namespace
@@ -86,34 +104,43 @@ RKPathSplitter::RKPathSplitter(const char* path)
 
 RKPathMaker::RKPathMaker(const char* drive, const char* dir, const char* name, const char* extension)
 {
-    std::string path;
-    if (*zm::OrEmpty(drive) != 0) {
-        path = std::string(1, *drive) + ':';
-    }
-    if (*zm::OrEmpty(dir) != 0) {
-        path += dir;
-        AppendSeparator(path);
-    }
-    path += zm::OrEmpty(name);
-    if (*zm::OrEmpty(extension) != 0) {
-        path += *extension == '.' ? "" : ".";
-        path += extension;
-    }
-    StorePath(m_Path, path);
+    m_Path[0] = 0;
+    zm::UnlessOutOfMemory(0, [&] {
+        std::string path;
+        if (*zm::OrEmpty(drive) != 0) {
+            path = std::string(1, *drive) + ':';
+        }
+        if (*zm::OrEmpty(dir) != 0) {
+            path += dir;
+            AppendSeparator(path);
+        }
+        path += zm::OrEmpty(name);
+        if (*zm::OrEmpty(extension) != 0) {
+            path += *extension == '.' ? "" : ".";
+            path += extension;
+        }
+        StorePath(m_Path, path);
+        return 1;
+    });
 }
 
 int ZmMakePath(char* out, const char* dir, const char* file)
 {
     constexpr size_t kMaxPath = 260;
-    std::string path = zm::OrEmpty(dir);
-    AppendSeparator(path);
-    path += zm::OrEmpty(file);
-    const bool fits = path.size() < kMaxPath;
-    if (!fits) {
-        path.clear();
+    const int done = zm::UnlessOutOfMemory(0, [&] {
+        std::string path = zm::OrEmpty(dir);
+        AppendSeparator(path);
+        path += zm::OrEmpty(file);
+        if (path.size() >= kMaxPath) {
+            return 0;
+        }
+        memcpy(out, path.c_str(), path.size() + 1);
+        return 1;
+    });
+    if (done == 0) {
+        *out = 0;
     }
-    memcpy(out, path.c_str(), path.size() + 1);
-    return fits;
+    return done;
 }
 
 void ZmAddDirectorySeparator(XString& path)
@@ -139,36 +166,27 @@ unsigned long ZmEscapeURL(const char* in, XString& out)
     }
     const char* end = in + strlen(in);
     if (BeginsWithFilePrefix(in) || std::none_of(in, end, IsEscaped)) {
-        return SetText(out, in);
+        return zm::UnlessOutOfMemory(kFailure, [&] { return SetText(out, in); });
     }
-    std::string url = strstr(in, "://") == nullptr ? kFilePrefix : "";
-    for (const char* c = in; c != end; ++c) {
-        if (*c == '\\') {
-            url += '/';
-        } else if (IsEscaped(*c)) {
-            char code[4];
-            snprintf(code, sizeof(code), "%%%02x", unsigned(static_cast<unsigned char>(*c)));
-            url += code;
-        } else {
-            url += *c;
-        }
-    }
-    return SetText(out, url);
+    return zm::UnlessOutOfMemory(kFailure, [&] { return SetText(out, Escaped(in)); });
 }
 
 void ZmUnEscapeUrl(XString& text)
 {
-    std::string plain;
-    const char *c = text.Text(), *end = c + text.Length();
-    for (; c != end; ++c) {
-        if (*c == '%' && end - c > 2) {
-            // Two decimal digits, not hexadecimal, and the number is inserted as text. Callers depend on this
-            // (PathTest, UnescapingReadsTwoDecimalDigits).
-            plain += std::to_string((c[1] - '0') * 10 + (c[2] - '0'));
-            c += 2;
-        } else {
-            plain += *c;
+    zm::UnlessOutOfMemory(0, [&] {
+        std::string plain;
+        const char *c = text.Text(), *end = c + text.Length();
+        for (; c != end; ++c) {
+            if (*c == '%' && end - c > 2) {
+                // Two decimal digits, not hexadecimal, and the number is inserted as text. Callers depend on this
+                // (PathTest, UnescapingReadsTwoDecimalDigits).
+                plain += std::to_string((c[1] - '0') * 10 + (c[2] - '0'));
+                c += 2;
+            } else {
+                plain += *c;
+            }
         }
-    }
-    text.Create(plain.data(), int(std::min(plain.size(), size_t(XString::kMaxLength))));
+        text.Create(plain.data(), int(std::min(plain.size(), size_t(XString::kMaxLength))));
+        return 1;
+    });
 }

@@ -5,6 +5,8 @@
 #include "Foundations/StringStorage.h"
 #include "Platform/FirstUse.h"
 #include "Platform/OsFiles.h"
+#include "Platform/OsThread.h"
+#include "Platform/OutOfMemory.h"
 #include "Platform/OwnMutexHolder.h"
 #include "XFixedSizeAllocator.h"
 #include "ZmAligned.h"
@@ -69,19 +71,27 @@ int32_t WrappingSum(int32_t a, uint32_t b)
 
 }  // namespace
 
-ZmAllocator::ZmAllocator() : m_Parts(new Parts)
+ZmAllocator::ZmAllocator()
 {
+    alignas(Parts) static unsigned char memory[sizeof(Parts)];
+    m_Parts = new (memory) Parts;
     constexpr int kFirstStrings = 4;
     m_Parts->strings.Reserve(kFirstStrings);
 }
 
+// Threads that still run when the process exits may be inside, or use their blocks: everything stays for them.
 ZmAllocator::~ZmAllocator()
 {
+    if (zm::ThreadsOutliveExit()) {
+        const zm::OwnMutexHolder lock(m_Parts->mutex);
+        g_Destroyed.store(true, std::memory_order_relaxed);
+        return;
+    }
     for (XString** string = m_Parts->strings.Begin(); string != m_Parts->strings.End(); ++string) {
         delete *string;
     }
     g_Destroyed.store(true, std::memory_order_relaxed);
-    delete m_Parts;
+    m_Parts->~Parts();
 }
 
 ZmAllocator& ZmAllocator::Instance()
@@ -278,13 +288,16 @@ void ZmAllocator::DumpStats(const char* fileName)
         figures.stats.MemoryCount = zm::g_Stats.MemoryCount;
     }
     figures.textPages = zm::CopyStringStats(figures.stats);
-    const std::string report = zm::AllocatorReport(figures);
-    FILE* file = fileName != nullptr ? zm::OpenFile(fileName, "w") : stdout;
-    if (file != nullptr) {
-        fputs(report.c_str(), file);
-        fflush(file);
-        if (file != stdout) {
-            fclose(file);
+    zm::UnlessOutOfMemory(0, [&] {
+        const std::string report = zm::AllocatorReport(figures);
+        FILE* file = fileName != nullptr ? zm::OpenFile(fileName, "w") : stdout;
+        if (file != nullptr) {
+            fputs(report.c_str(), file);
+            fflush(file);
+            if (file != stdout) {
+                fclose(file);
+            }
         }
-    }
+        return 1;
+    });
 }

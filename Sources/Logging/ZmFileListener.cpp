@@ -4,6 +4,7 @@
 #include "Logging/LogClock.h"
 #include "Platform/OsClock.h"
 #include "Platform/OsModule.h"
+#include "Platform/OutOfMemory.h"
 #include "ZmFileSystem.h"
 
 #include <string>
@@ -14,8 +15,10 @@ constexpr int kNoDay = -1;
 
 XString ProgramDirectory()
 {
-    const std::string path = zm::ModulePath(nullptr);
-    return XString(path.substr(0, path.find_last_of("\\/") + 1).c_str());
+    return zm::UnlessOutOfMemory(XString(), [] {
+        const std::string path = zm::ModulePath(nullptr);
+        return XString(path.substr(0, path.find_last_of("\\/") + 1).c_str());
+    });
 }
 
 // Whether a full disk or a killed process has left an incomplete last line. Regular files only: reading a pipe would

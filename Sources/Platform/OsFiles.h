@@ -41,7 +41,7 @@ bool WriteDirectly(FILE* file, const char* text, size_t length);
 /// The mode word of stat(); 0 if there is nothing of that name.
 unsigned FileMode(const char* path);
 
-/// Whether the system says that there is nothing of that name. False also where it cannot tell.
+/// Whether the system says that there is nothing of that name. Also false if it cannot tell.
 bool IsMissing(const char* path);
 
 /// What a mode word belongs to. The types have the same bits on every platform.

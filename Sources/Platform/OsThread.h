@@ -69,6 +69,10 @@ private:
     const bool m_OthersRun;
 };
 
+/// Whether threads may still run while the library's objects are destroyed, as at the end of a process on POSIX systems.
+/// May be true for a single thread.
+bool ThreadsOutliveExit();
+
 /// Frees a handle. The thread continues to run.
 void CloseThread(void* thread);
 

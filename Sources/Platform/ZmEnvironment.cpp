@@ -2,6 +2,7 @@
 
 #include "Platform/FirstUse.h"
 #include "Platform/OsEnvironment.h"
+#include "Platform/OutOfMemory.h"
 #include "Platform/OwnMutexHolder.h"
 
 #include <stdlib.h>
@@ -32,17 +33,19 @@ int ZmGetEnvironmentVariable(const char* name, char* buffer, unsigned int size)
     if (copies) {
         *buffer = 0;
     }
-    std::string value;
-    {
-        const zm::OwnMutexHolder holder(Lock());
-        if (!IsName(name) || !zm::ReadVariable(name, value)) {
-            return -1;
+    return zm::UnlessOutOfMemory(-1, [&] {
+        std::string value;
+        {
+            const zm::OwnMutexHolder holder(Lock());
+            if (!IsName(name) || !zm::ReadVariable(name, value)) {
+                return -1;
+            }
         }
-    }
-    if (copies && value.size() < size) {
-        memcpy(buffer, value.c_str(), value.size() + 1);
-    }
-    return int(value.size());
+        if (copies && value.size() < size) {
+            memcpy(buffer, value.c_str(), value.size() + 1);
+        }
+        return int(value.size());
+    });
 }
 
 int ZmSetEnvironmentVariable(const char* name, const char* value)

@@ -1,6 +1,7 @@
 #include "ZmModule.h"
 
 #include "Platform/OsModule.h"
+#include "Platform/OutOfMemory.h"
 
 #include <string.h>
 
@@ -9,11 +10,13 @@ unsigned int ZmGetModuleFileName(void* module, char* buffer, unsigned int size)
     if (buffer == nullptr || size == 0) {
         return 0;
     }
-    const std::string path = zm::ModulePath(module);
-    if (path.size() >= size) {
-        *buffer = 0;
-        return 0;
-    }
-    memcpy(buffer, path.c_str(), path.size() + 1);
-    return unsigned(path.size());
+    *buffer = 0;
+    return zm::UnlessOutOfMemory(0u, [&] {
+        const std::string path = zm::ModulePath(module);
+        if (path.size() >= size) {
+            return 0u;
+        }
+        memcpy(buffer, path.c_str(), path.size() + 1);
+        return unsigned(path.size());
+    });
 }

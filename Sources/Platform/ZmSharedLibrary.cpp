@@ -1,10 +1,13 @@
 #include "ZmSharedLibrary.h"
 
 #include "Platform/OsModule.h"
+#include "Platform/OutOfMemory.h"
 
 void* ZmLoadSharedLibrary(const char* path)
 {
-    return path != nullptr && *path != 0 ? zm::LoadModule(path) : nullptr;
+    return path != nullptr && *path != 0
+               ? zm::UnlessOutOfMemory<void*>(nullptr, [path] { return zm::LoadModule(path); })
+               : nullptr;
 }
 
 void* ZmGetSharedLibrarySymbol(void* library, const char* name)

@@ -1,6 +1,7 @@
 #include "ZmSystem.h"
 
 #include "Platform/OsSystem.h"
+#include "Platform/OutOfMemory.h"
 
 #include <stdio.h>
 
@@ -11,7 +12,8 @@ ZM_PLATFORM ZmGetPlatform()
 
 void ZmGetSystemDesc(ZmSystemDesc& res)
 {
-    const zm::SystemVersion version = zm::ReadSystemVersion();
+    const zm::SystemVersion version =
+        zm::UnlessOutOfMemory(zm::SystemVersion(), [] { return zm::ReadSystemVersion(); });
     res.Platform = zm::kPlatform;
     res.Major = version.part[0];
     res.Minor = version.part[1];

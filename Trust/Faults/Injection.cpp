@@ -126,7 +126,8 @@ bool InstallInjection()
     action.sa_flags = SA_SIGINFO | SA_NODEFER;
     sigaction(SIGSYS, &action, nullptr);
 
-    constexpr unsigned kLoad = BPF_LD | BPF_W | BPF_ABS, kIfEqual = BPF_JMP | BPF_JEQ | BPF_K, kReturn = BPF_RET | BPF_K;
+    constexpr unsigned kLoad = BPF_LD | BPF_W | BPF_ABS, kIfEqual = BPF_JMP | BPF_JEQ | BPF_K,
+                       kReturn = BPF_RET | BPF_K;
     const auto allowed = reinterpret_cast<uint64_t>(InjectedCallEnd);
     constexpr unsigned kPointer = offsetof(seccomp_data, instruction_pointer);
     std::vector<sock_filter> program = {Statement(kLoad, kPointer),

@@ -7,9 +7,9 @@
 /// What can fail. Each kind but MEMORY and THREADS is a group of system calls.
 struct FaultKind {
     const char* name;
-    int error;      ///< errno of the failing call
-    bool isShort;   ///< the call succeeds with half of its bytes
-    bool isDone;    ///< the call takes effect before it fails
+    int error;               ///< errno of the failing call
+    bool isShort;            ///< the call succeeds with half of its bytes
+    bool isDone;             ///< the call takes effect before it fails
     std::vector<int> calls;  ///< numbers of the system calls
 };
 

@@ -45,6 +45,16 @@ int Wrong(const char* what, bool fired = true)
     return fired ? WRONG : WRONG_WITHOUT_FAULT;
 }
 
+bool LeftNewFile()
+{
+    for (const auto& entry : fs::directory_iterator(".")) {
+        if (entry.path().extension() == ".tmp") {
+            return true;
+        }
+    }
+    return false;
+}
+
 int RunOnce(const Scenario& scenario, const FaultKind& kind, unsigned count, bool stays)
 {
     ZmLog::GetLog().UnregisterListener("ZmMath");
@@ -72,6 +82,10 @@ int RunOnce(const Scenario& scenario, const FaultKind& kind, unsigned count, boo
     }
     if (OpenFiles() > filesBefore) {
         return Wrong("a file stayed open");
+    }
+    const bool mayLeave = strcmp(kind.name, "unlink") == 0;
+    if (!mayLeave && LeftNewFile()) {
+        return Wrong("a new file was left behind", faults != 0);
     }
     if (const char* wrong = scenario.check(result)) {
         return Wrong((std::string(wrong) + ", answer " + std::to_string(result)).c_str(), faults != 0);

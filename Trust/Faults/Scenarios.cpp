@@ -12,8 +12,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr char kWrongBytes[] = "wrong bytes", kLost[] = "old file lost", kLitter[] = "file left behind",
-               kUndone[] = "success without effect", kPartial[] = "success in part";
+constexpr char kWrongBytes[] = "wrong bytes", kLost[] = "old file lost", kUndone[] = "success without effect",
+               kPartial[] = "success in part";
 
 const Members kOld = {{"a", "first"}, {"b", std::string(70000, 'b')}, {"c", std::string(10, 'c')}};
 const Members kNew = {kOld[1], {"c", std::string(50000, 'd')}, {"e", "new"}};
@@ -26,17 +26,6 @@ void Nothing() {}
 
 const char* Always(int)
 {
-    return nullptr;
-}
-
-const char* Litter(std::initializer_list<const char*> expected)
-{
-    for (const auto& entry : fs::directory_iterator(".")) {
-        const std::string name = entry.path().filename().string();
-        if (std::find(expected.begin(), expected.end(), name) == expected.end()) {
-            return kLitter;
-        }
-    }
     return nullptr;
 }
 
@@ -90,6 +79,58 @@ int ReadArchive()
 const char* CheckRead(int res)
 {
     return res != 0 && memcmp(g_Bytes, kOld[1].second.data(), 70000) != 0 ? kWrongBytes : nullptr;
+}
+
+void MakeLinkedArchive()
+{
+    MakeArchive();
+    fs::rename("archive", "target");
+    fs::create_symlink("target", "archive");
+}
+
+const char* CheckLinkedArchive(int res)
+{
+    return fs::is_symlink("archive") ? CheckArchive(res) : "the link is lost";
+}
+
+void MakeTwoNames()
+{
+    MakeArchive();
+    fs::create_hard_link("archive", "second");
+}
+
+const char* CheckTwoNames(int res)
+{
+    return BytesOf("second") == ArchiveBytes(kOld) ? CheckArchive(res) : kLost;
+}
+
+int BrowseArchive()
+{
+    ZmBigFile archive;
+    ZmSubFile sub;
+    if (!archive.Open("archive", 0) || archive.GetEntryCount() != 3 || !archive.GetEntryFile(1, &sub)) {
+        return 0;
+    }
+    const bool read = sub.Seek(60000, ZmStream::START) && sub.Read(g_Bytes, 5000) == 5000 && sub.IsValid();
+    return read && archive.RemoveEntry(1);
+}
+
+const char* CheckBrowsed(int res)
+{
+    return res != 0 && memcmp(g_Bytes, kOld[1].second.data(), 5000) != 0 ? kWrongBytes : nullptr;
+}
+
+int MakeNewArchive()
+{
+    ZmBigFile archive;
+    return archive.Open("other", 1) && archive.Append("d", kDeferred.data(), 50000) && archive.Save(nullptr, nullptr);
+}
+
+int ReopenArchive()
+{
+    ZmBigFile archive;
+    return ChangeArchive(archive) && archive.Save(nullptr, nullptr) && archive.Open("archive", 1) &&
+           archive.GetEntryCount() == 3 && archive.Find("c", nullptr);
 }
 
 int AppendNow()
@@ -181,7 +222,7 @@ int AppendToFile()
 const char* CheckAppended(int res)
 {
     const std::string bytes = BytesOf("file");
-    return bytes.compare(0, 70000, kOld[1].second) != 0    ? kLost
+    return bytes.compare(0, 70000, kOld[1].second) != 0   ? kLost
            : res != 0 && bytes != kOld[1].second + "more" ? kPartial
                                                           : nullptr;
 }
@@ -214,6 +255,59 @@ int ReadLines()
     return int(g_Count);
 }
 
+int SeekCached()
+{
+    ZmCachedFile file(1000);
+    bool done = file.Open("file", ZmFile::READONLY) != 0;
+    for (int i = 0; done && i < 20; ++i) {
+        done = file.Seek(i * 3333, ZmStream::START) && file.Read(g_Bytes + i * 100, 100) == 100;
+    }
+    file.SetCacheSize(2000);
+    return done && file.IsValid();
+}
+
+const char* CheckSought(int res)
+{
+    return res != 0 && memcmp(g_Bytes, kOld[1].second.data(), 2000) != 0 ? kWrongBytes : nullptr;
+}
+
+int UseCopies()
+{
+    ZmFile file;
+    if (!file.Open("file", ZmFile::READONLY)) {
+        return 0;
+    }
+    ZmFile copy(file);
+    ZmFile other;
+    other = copy;
+    file.Close();
+    return other.Read(g_Bytes, 10) == 0;
+}
+
+int AppendAndRead()
+{
+    ZmFile file;
+    const bool done = file.Open("file", ZmFile::APPENDREAD) && file.Write("more", 4) == 4 &&
+                      file.Seek(0, ZmStream::START) && file.Read(g_Bytes, 70000) == 70000;
+    return file.Close() && done;
+}
+
+int WriteText()
+{
+    ZmFile file;
+    const bool written = file.Open("new", ZmFile::OpenMode(ZmFile::WRITEONLY | ZmFile::TEXT)) &&
+                         file.Write(kDeferred.data(), 50000) == 50000 && file.Printf("%s", "12345") == 5 &&
+                         file.Flush() == 0;
+    return file.Close() && written;
+}
+
+int ReadItems()
+{
+    ZmFile file;
+    g_Count = file.Open("file", ZmFile::READONLY) ? file.ReadItems(g_Bytes, 1000, 70) : 0;
+    return g_Count == 70;
+}
+
 int CopyFile()
 {
     ZmFile from, to;
@@ -243,6 +337,17 @@ void MakeTree()
 int WalkTree()
 {
     RKDirectoryParser walk("tree", "*.txt", 1, 0);
+    int count = 0;
+    while (walk.GetNextFile() != nullptr) {
+        ++count;
+    }
+    return count;
+}
+
+int ListTree()
+{
+    RKDirectoryParser walk("tree", "*", 1, 1);
+    walk.Reset("tree/one", nullptr, 0, 1);
     int count = 0;
     while (walk.GetNextFile() != nullptr) {
         ++count;
@@ -287,21 +392,25 @@ const char* CheckFiles(int res)
 
 const char kConfiguration[] = "a = 1\n<Section>\nb = 2\nc = 3\n<Below>\nd = a longer text, not in the string itself\n"
                               "</Below>\n</Section>\ne = 5\n";
+const char kLongValue[] = "a longer text, not in the string itself";
 
 void MakeConfiguration()
 {
     MakeFile("test.cfg", kConfiguration);
 }
 
-int HasAll(const ZmConfiguration& tree)
+bool HasAll(const ZmConfiguration& tree)
 {
-    const char* const kPaths[] = {"a", "Section.b", "Section.c", "Section.Below.d", "e"};
-    int count = 0;
-    for (const char* path : kPaths) {
-        const ZmConfigurationEntry* entry = tree.GetEntry(path, 1);
-        count += entry != nullptr && entry->GetValue()[0] != 0;
+    const struct {
+        const char *section, *name, *value;
+    } kEntries[] = {{"Section", "b", "2"}, {"Section", "c", "3"}, {"Section.Below", "d", kLongValue}};
+    bool res = tree.GetEntry("a", 0) != nullptr;
+    for (const auto& row : kEntries) {
+        const ZmConfigurationSection* section = tree.GetSubSection(row.section, 1);
+        const ZmConfigurationEntry* entry = section != nullptr ? section->GetEntry(row.name) : nullptr;
+        res = res && entry != nullptr && strcmp(entry->GetValue(), row.value) == 0;
     }
-    return count == 5;
+    return res;
 }
 
 bool g_Whole = true;
@@ -312,7 +421,7 @@ int LoadConfiguration()
     XString error;
     int line = 0;
     const int res = tree.BuildFromFile("test.cfg", line, error);
-    g_Whole = HasAll(tree) != 0;
+    g_Whole = HasAll(tree);
     return res;
 }
 
@@ -322,7 +431,7 @@ int LoadMemory()
     XString error;
     int line = 0;
     const int res = tree.BuildFromMemory(kConfiguration, line, error);
-    g_Whole = HasAll(tree) != 0;
+    g_Whole = HasAll(tree);
     return res;
 }
 
@@ -348,11 +457,58 @@ const char* CheckConfiguration(int res)
                : nullptr;
 }
 
+void MakeLinkedConfiguration()
+{
+    MakeFile("target", kConfiguration);
+    fs::create_symlink("target", "test.cfg");
+}
+
+const char* CheckConfiguration(int res);
+
+const char* CheckLinkedConfiguration(int res)
+{
+    return fs::is_symlink("test.cfg") ? CheckConfiguration(res) : "the link is lost";
+}
+
+int LoadTwice()
+{
+    ZmConfiguration tree(2);
+    XString error;
+    int line = 0;
+    const int res = tree.BuildFromFile("test.cfg", line, error) && tree.BuildFromMemory(kConfiguration, line, error) &&
+                    tree.BuildFromFile("test.cfg", line, error);
+    g_Whole = HasAll(tree);
+    return res;
+}
+
+int SaveLarge()
+{
+    ZmConfiguration tree(4);
+    char name[20];
+    for (int i = 0; i < 300; ++i) {
+        snprintf(name, sizeof(name), "name %d", i);
+        if (!tree.AddEntry(i % 2 == 0 ? "one.two" : "three", name, i)) {
+            return 0;
+        }
+    }
+    return tree.SaveToFile("test.cfg");
+}
+
+const char* CheckLarge(int res)
+{
+    const std::string bytes = BytesOf("test.cfg");
+    if (res == 0) {
+        return bytes == kConfiguration ? nullptr : kLost;
+    }
+    return std::count(bytes.begin(), bytes.end(), '=') == 300 ? nullptr : kPartial;
+}
+
 int SaveDataFile()
 {
     ZmConfiguration tree(0);
     XString error;
-    return tree.AddEntry(nullptr, "a", 1) && tree.SaveToDataFile("data.cfg") && tree.BuildFromDataFile("data.cfg", error);
+    return tree.AddEntry(nullptr, "a", 1) && tree.SaveToDataFile("data.cfg") &&
+           tree.BuildFromDataFile("data.cfg", error);
 }
 
 int EditConfiguration()
@@ -397,6 +553,26 @@ const char* CheckSettings(int res)
     return strcmp(value, "kept") == 0 ? nullptr : kLost;
 }
 
+int ReadSettings()
+{
+    ZmConfig settings;
+    settings.OpenSection("Trust", ZmConfig::MODE_READ);
+    return settings.ReadStringEntry("name", g_Bytes);
+}
+
+int UseSections()
+{
+    ZmConfig settings;
+    int res = 0;
+    for (const char* section : {"One", "One\\Two", "Three"}) {
+        settings.OpenSection(section, ZmConfig::MODE_READWRITE);
+        settings.WriteStringEntry("name", section);
+        res += settings.ReadStringEntry("name", g_Bytes) != -1;
+        settings.CloseSection(section);
+    }
+    return res;
+}
+
 // The log.
 
 ZmLogListener* g_Listener = nullptr;
@@ -432,6 +608,29 @@ int Register()
     return made;
 }
 
+int LogToConsole()
+{
+    ZmLog& log = ZmLog::GetLog();
+    const int module = log.RegisterModule("console");
+    log.RegisterListenerFactory(ZmConsoleListener::m_Guid, ZmConsoleListener::ListenerFactory);
+    log.RegisterListener(ZmConsoleListener::m_Guid, "console", module);
+    log.SetInformationMT(module, ZmLog::LEVEL_INFO, 1, "file").PrintMT("%s", "");
+    return log.UnregisterListener("console");
+}
+
+int RegisterModules()
+{
+    ZmLog& log = ZmLog::GetLog();
+    int res = 0;
+    char name[20];
+    for (int i = 0; i < 50; ++i) {
+        snprintf(name, sizeof(name), "module %d", i);
+        log.RegisterModule(name);
+        res += log.IsModule(name);
+    }
+    return res;
+}
+
 // Strings, containers, memory.
 
 int UseStrings()
@@ -451,6 +650,28 @@ int UseStrings()
     for (const char* token = nullptr; (token = tokens.NextToken(token)) != nullptr;) {
         ++count;
     }
+    return count;
+}
+
+int BuildStrings()
+{
+    XString text;
+    text.Create(nullptr, 300);
+    text.Reserve(5000);
+    text.CreateTail(XString("the tail of a text that is long enough for the heap, or so it seems here"), 4);
+    const XString sized(200);
+    XString copy(text + "more");
+    copy.Strip();
+    copy.Cut(1, 3);
+    copy.Crop(0, 30);
+    text << 123456789012345ll << 5u << 'c' << &text;
+    return copy.Length() + sized.Length() >= 0;
+}
+
+int ReplaceInStrings()
+{
+    XString text("a b a b a b a b a b a b a b a b a b a b a b a b a b a b a b a b a b a b a b a b a b");
+    const int count = text.Replace("a", "a longer word") + text.Replace("b", "") + text.Replace('l', 'L');
     return count;
 }
 
@@ -486,6 +707,25 @@ const char* CheckTable(int res)
     return res < 0 ? kPartial : nullptr;
 }
 
+int ChangeTable()
+{
+    XHashTable<XString, XString> table;
+    char name[20];
+    int res = 0;
+    for (int i = 0; i < 100; ++i) {
+        snprintf(name, sizeof(name), "name %d", i);
+        const auto inserted = table.Insert(name, "a value that needs a block of its own on the heap of the process");
+        res += inserted.position != table.End();
+    }
+    for (int i = 0; i < 100; i += 3) {
+        snprintf(name, sizeof(name), "name %d", i);
+        table.Remove(name);
+    }
+    XHashTable<XString, XString> other(table);
+    other.Swap(table);
+    return res;
+}
+
 int UsePools()
 {
     XFixedSizeAllocator pool(40, 4096);
@@ -519,6 +759,40 @@ int UseAllocator()
     return 1;
 }
 
+int UseScratch()
+{
+    ZmAllocator& allocator = ZmAllocator::Instance();
+    void* blocks[20];
+    for (unsigned i = 0; i < 20; ++i) {
+        blocks[i] = allocator.AllocateScratch(1000 * (i + 1));
+    }
+    for (void* block : blocks) {
+        allocator.ReleaseScratch(block);
+    }
+    XString* strings[10];
+    for (XString*& string : strings) {
+        string = allocator.AllocateScratchString();
+    }
+    for (XString* string : strings) {
+        allocator.ReleaseScratchString(string);
+    }
+    allocator.ReleaseUnusedScratch();
+    return allocator.GetAllocatedScratchCount() == 0 ? 1 : -1;
+}
+
+int UseManyPools()
+{
+    ZmAllocator& allocator = ZmAllocator::Instance();
+    void* blocks[100];
+    for (unsigned i = 0; i < 100; ++i) {
+        blocks[i] = allocator.AllocatePool(4 + 10 * i);
+    }
+    for (unsigned i = 0; i < 100; ++i) {
+        allocator.ReleasePool(4 + 10 * i, blocks[i]);
+    }
+    return 1;
+}
+
 // Paths, system.
 
 int UsePaths()
@@ -547,6 +821,25 @@ int UseSystem()
     return res;
 }
 
+int ReadVariables()
+{
+    char value[100];
+    ZmSetEnvironmentVariable("ZM_TRUST", "a value that is longer than what a string keeps in itself");
+    const int res = ZmGetEnvironmentVariable("ZM_TRUST", value, sizeof(value));
+    ZmRemoveEnvironmentVariable("ZM_TRUST");
+    return res;
+}
+
+int FindModules()
+{
+    char path[4096];
+    const unsigned int length = ZmGetModuleFileName(nullptr, path, sizeof(path));
+    void* library = ZmLoadSharedLibrary("libm.so.6");
+    const bool found = library == nullptr || ZmGetSharedLibrarySymbol(library, "cos") != nullptr;
+    ZmFreeSharedLibrary(library);
+    return found ? int(length) : -1;
+}
+
 // Threads and images.
 
 unsigned int Work(void* argument)
@@ -569,6 +862,24 @@ int UseThread()
     return code == 7 && length >= 0 ? 1 : -1;
 }
 
+int UseThreads()
+{
+    ZmThread threads[8];
+    int lengths[8] = {}, started = 0;
+    bool runs[8] = {};
+    for (int i = 0; i < 8; ++i) {
+        runs[i] = threads[i].CreateThread(Work, &lengths[i]) != 0;
+        started += runs[i];
+    }
+    int ended = 0;
+    for (int i = 0; i < 8; ++i) {
+        unsigned int code = 0;
+        ended += runs[i] && threads[i].Wait(&code, 0) == 53 && code == 7;
+        threads[i].Close();
+    }
+    return ended == started ? 1 : -1;
+}
+
 const char* CheckThread(int res)
 {
     return res < 0 ? "the thread did not run" : nullptr;
@@ -576,21 +887,54 @@ const char* CheckThread(int res)
 
 ZmImageDescEx Image(int width, int height, unsigned char* pixels)
 {
-    return {sizeof(ZmImageDescEx), 0, width, height, width * 4, 32, 0xFF0000, 0xFF00, 0xFF, 0xFF000000, 0, 0, nullptr,
+    return {sizeof(ZmImageDescEx),
+            0,
+            width,
+            height,
+            width * 4,
+            32,
+            0xFF0000,
+            0xFF00,
+            0xFF,
+            0xFF000000,
+            0,
+            0,
+            nullptr,
             pixels};
 }
 
-int UseImages()
+unsigned char* Pixels(size_t at)
 {
-    unsigned char palette[1024] = {};
-    ZmImageDescEx large = Image(100, 100, reinterpret_cast<unsigned char*>(g_Bytes));
-    ZmImageDescEx small = Image(50, 50, reinterpret_cast<unsigned char*>(g_Bytes) + 50000);
-    ZmImageDescEx indexed = {sizeof(ZmImageDescEx), 0, 100, 100, 100, 8, 0xFF, 0xFF00, 0xFF0000, 0, 3, 256, palette,
-                             reinterpret_cast<unsigned char*>(g_Bytes) + 60000};
-    int res = ZmResizeImage32(large, small);
-    res += 2 * ZmGenerateMipMap(large, small);
-    res += 4 * ZmDoBlit(large, indexed);
-    return res + 8 * ZmDoBlitUpsideDown(large, large);
+    return reinterpret_cast<unsigned char*>(g_Bytes) + at;
+}
+
+int Resize()
+{
+    return ZmResizeImage32(Image(100, 100, Pixels(0)), Image(70, 50, Pixels(50000))) +
+           ZmResizeImage32(Image(50, 50, Pixels(50000)), Image(100, 100, Pixels(0)));
+}
+
+int MakeMipMap()
+{
+    return ZmGenerateMipMap(Image(100, 100, Pixels(0)), Image(50, 50, Pixels(50000)));
+}
+
+// With colours of its own, or the palette would be learnt from nothing.
+int Quantise()
+{
+    for (size_t i = 0; i < 40000; ++i) {
+        g_Bytes[i] = char(i * i);
+    }
+    unsigned char palette[768] = {};
+    const ZmImageDescEx indexed = {
+        sizeof(ZmImageDescEx), 0, 100, 100, 100, 8, 0xFF, 0xFF00, 0xFF0000, 0, 3, 256, palette, Pixels(60000)};
+    return ZmDoBlit(Image(100, 100, Pixels(0)), indexed);
+}
+
+int BlitUpsideDown()
+{
+    return ZmDoBlitUpsideDown(Image(100, 100, Pixels(0)), Image(100, 100, Pixels(0))) +
+           ZmDoAlphaBlit(Image(50, 50, Pixels(0)), Image(50, 50, Pixels(50000)));
 }
 
 }  // namespace
@@ -605,36 +949,65 @@ const Scenario kScenarios[] = {
     {"archive of a deferred file", MakeArchive, AppendLater, CheckOther},
     {"archive reordered", MakeLists, Reorder, CheckOrder},
     {"archive listed", MakeArchive, ListArchive, Always},
+    {"archive behind a link saved", MakeLinkedArchive, [] { return SaveArchive("archive"); }, CheckLinkedArchive},
+    {"archive with two names saved", MakeTwoNames, [] { return SaveArchive(nullptr); }, CheckTwoNames},
+    {"archive browsed", MakeArchive, BrowseArchive, CheckBrowsed},
+    {"archive made", Nothing, MakeNewArchive, CheckOther},
+    {"archive saved and opened again", MakeArchive, ReopenArchive, Always},
     {"file read", MakeBytes, ReadFile, CheckRead},
     {"file read through blocks", MakeBytes, ReadCached, CheckRead},
     {"file written", Nothing, WriteFile, CheckWritten},
     {"file appended to", MakeBytes, AppendToFile, CheckAppended},
     {"file updated", MakeBytes, UpdateFile, CheckUpdated},
+    {"file sought through blocks", MakeBytes, SeekCached, CheckSought},
+    {"file shared", MakeBytes, UseCopies, Always},
+    {"file appended to and read", MakeBytes, AppendAndRead, CheckAppended},
+    {"text written", Nothing, WriteText, CheckWritten},
+    {"items read", MakeBytes, ReadItems, CheckRead},
     {"lines read", MakeBytes, ReadLines, Always},
     {"stream copied", MakeBytes, CopyFile,
      [](int res) { return res != 0 && BytesOf("new") != kOld[1].second ? kWrongBytes : Always(0); }},
     {"file mapped", MakeBytes, MapFile, CheckRead},
     {"folders walked", MakeTree, WalkTree, Always},
+    {"folders listed", MakeTree, ListTree, Always},
     {"folders deleted", MakeTree, DeleteTree, CheckDeleted},
     {"folders made", Nothing, MakePath, CheckMade},
     {"files renamed and deleted", MakeBytes, UseFiles, CheckFiles},
     {"configuration loaded", MakeConfiguration, LoadConfiguration, CheckLoaded},
     {"configuration loaded from memory", Nothing, LoadMemory, CheckLoaded},
     {"configuration saved", MakeConfiguration, SaveConfiguration, CheckConfiguration},
+    {"configuration behind a link saved", MakeLinkedConfiguration, SaveConfiguration, CheckLinkedConfiguration},
+    {"configuration loaded again", MakeConfiguration, LoadTwice, CheckLoaded},
+    {"large configuration saved", MakeConfiguration, SaveLarge, CheckLarge},
     {"configuration data file", Nothing, SaveDataFile, Always},
     {"configuration edited", Nothing, EditConfiguration, Always},
     {"settings", MakeSettings, UseSettings, CheckSettings},
     {"settings of a new user", Nothing, UseSettings, Always},
+    {"settings read", MakeSettings, ReadSettings, CheckSettings},
+    {"settings in sections", Nothing, UseSections, Always},
     {"log lines", BeginLog, WriteLog, Always},
     {"log listeners", Nothing, Register, Always},
+    {"log to the console", Nothing, LogToConsole, Always},
+    {"log modules", Nothing, RegisterModules, Always},
     {"strings", Nothing, UseStrings, Always},
+    {"strings built", Nothing, BuildStrings, Always},
+    {"strings replaced", Nothing, ReplaceInStrings, Always},
     {"array", Nothing, UseArray, Always},
     {"hash table", Nothing, UseTable, CheckTable},
+    {"hash table changed", Nothing, ChangeTable, Always},
     {"fixed-size blocks", Nothing, UsePools, Always},
     {"allocator", Nothing, UseAllocator, Always},
+    {"scratch memory", Nothing, UseScratch, [](int res) { return res < 0 ? "a block stayed" : Always(0); }},
+    {"pools", [] { UseManyPools(); }, UseManyPools, Always},
     {"paths", Nothing, UsePaths, Always},
     {"system", Nothing, UseSystem, Always},
+    {"variables", Nothing, ReadVariables, Always},
+    {"modules", Nothing, FindModules, [](int res) { return res < 0 ? "a symbol is missing" : Always(0); }},
     {"thread", Nothing, UseThread, CheckThread},
-    {"images", Nothing, UseImages, Always},
+    {"threads", Nothing, UseThreads, CheckThread},
+    {"image resized", Nothing, Resize, Always},
+    {"mipmap", Nothing, MakeMipMap, Always},
+    {"palette", Nothing, Quantise, Always},
+    {"image turned", Nothing, BlitUpsideDown, Always},
 };
 const size_t kScenarioCount = sizeof(kScenarios) / sizeof(*kScenarios);

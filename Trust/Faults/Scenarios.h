@@ -5,9 +5,9 @@
 /// One use of the library in an empty folder, which is the working directory.
 struct Scenario {
     const char* name;
-    void (*prepare)();             ///< before the faults
-    int (*run)();                  ///< under the faults; returns what the library answered
-    const char* (*check)(int res); ///< after the faults; what is wrong, or null
+    void (*prepare)();              ///< before the faults
+    int (*run)();                   ///< under the faults; returns what the library answered
+    const char* (*check)(int res);  ///< after the faults; what is wrong, or null
 };
 
 extern const Scenario kScenarios[];

@@ -8,6 +8,8 @@
 #include <dirent.h>
 #include <errno.h>
 #include <fcntl.h>
+#include <limits.h>
+#include <memory>
 #include <stdlib.h>
 #include <string.h>
 #include <sys/mman.h>
@@ -22,10 +24,24 @@ namespace {
 
 static_assert(IsFolder(S_IFDIR) && IsRegularFile(S_IFREG));
 
-std::string Native(const char* path)
-{
-    return WithSeparator('/', path);
-}
+/// A path with the system's separators, without a block of memory that may be lacking. One that is too long is cut and
+/// still too long for the system, which refuses it.
+class Native {
+public:
+    explicit Native(const char* path)
+    {
+        char* end = m_Text;
+        for (; *path != 0 && end != m_Text + PATH_MAX; ++path) {
+            *end++ = *path == '\\' ? '/' : *path;
+        }
+        *end = 0;
+    }
+
+    const char* c_str() const { return m_Text; }
+
+private:
+    char m_Text[PATH_MAX + 1];
+};
 
 bool IsDotName(const char* name)
 {
@@ -83,6 +99,9 @@ bool TreeRemoval::Enter(int parent, const char* name)
     const int folder = openat(parent, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
     struct stat status;
     if (folder < 0 || fstat(folder, &status) != 0) {
+        if (folder >= 0) {
+            close(folder);
+        }
         return false;
     }
     Close();
@@ -118,19 +137,18 @@ bool TreeRemoval::ReturnToLastLevel()
 bool TreeRemoval::RemoveFiles(std::vector<std::string>& rest) const
 {
     const int folder = fcntl(m_Folder, F_DUPFD_CLOEXEC, 0);
-    DIR* entries = folder >= 0 ? fdopendir(folder) : nullptr;
+    const std::unique_ptr<DIR, int (*)(DIR*)> entries(folder >= 0 ? fdopendir(folder) : nullptr, closedir);
     if (entries == nullptr) {
         if (folder >= 0) {
             close(folder);
         }
         return false;
     }
-    while (const dirent* entry = readdir(entries)) {
+    while (const dirent* entry = readdir(entries.get())) {
         if (!IsDotName(entry->d_name) && unlinkat(m_Folder, entry->d_name, 0) != 0) {
             rest.push_back(entry->d_name);
         }
     }
-    closedir(entries);
     return true;
 }
 
@@ -225,7 +243,7 @@ bool RemoveDirectory(const char* path)
 
 bool DeleteTree(const char* path)
 {
-    std::string native = Native(path);
+    std::string native = WithSeparator('/', path);
     while (native.size() > 1 && native.back() == '/') {
         native.pop_back();
     }

@@ -420,6 +420,11 @@ bool StopDelay::BeginUnlessAlone()
     return othersRun;
 }
 
+bool ThreadsOutliveExit()
+{
+    return __libc_single_threaded == 0;
+}
+
 void CloseThread(void* thread)
 {
     if (thread != CallingThread()) {

@@ -77,8 +77,8 @@ bool GiveName(void*& held, const char* path, const char* target)
 
 bool SystemFailed()
 {
-    constexpr DWORD kFailures[] = {ERROR_TOO_MANY_OPEN_FILES, ERROR_NOT_ENOUGH_MEMORY, ERROR_OUTOFMEMORY,
-                                   ERROR_SHARING_VIOLATION,   ERROR_DISK_FULL,         ERROR_HANDLE_DISK_FULL,
+    constexpr DWORD kFailures[] = {ERROR_TOO_MANY_OPEN_FILES, ERROR_NOT_ENOUGH_MEMORY,  ERROR_OUTOFMEMORY,
+                                   ERROR_SHARING_VIOLATION,   ERROR_DISK_FULL,          ERROR_HANDLE_DISK_FULL,
                                    ERROR_IO_DEVICE,           ERROR_NO_SYSTEM_RESOURCES};
     return std::find(std::begin(kFailures), std::end(kFailures), GetLastError()) != std::end(kFailures);
 }

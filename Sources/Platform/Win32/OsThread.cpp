@@ -132,6 +132,12 @@ bool StopDelay::BeginUnlessAlone()
     return true;  // the system does not say whether there are other threads
 }
 
+// The system ends them first.
+bool ThreadsOutliveExit()
+{
+    return false;
+}
+
 void CloseThread(void* thread)
 {
     CloseHandle(thread);
