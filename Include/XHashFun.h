@@ -9,13 +9,16 @@ namespace zm {
 /// that distinguishes texts with the same first one.
 ZM_API uint64_t HashText(const char* text, unsigned int length);
 
+/// A hash that differs in each process, so that nobody can prepare texts with equal values.
+ZM_API uint64_t SeededHash(const char* text, unsigned int length);
+
 }  // namespace zm
 
 /// 32-bit hash of a key, as a function object. Numbers and enumerations hash to their own low 32 bits.
 ///
-/// A hash for XHashTable may define two optional members. `LookUpKey` is a cheaper type that the table accepts for
+/// A hash for XHashTable may define three optional members. `LookUpKey` is a cheaper type that the table accepts for
 /// look-ups. `Tagged(key)` is the hash with 32 more bits above it, which the table stores and compares before it
-/// compares keys.
+/// compares keys. `Seeded(key)` is an unpredictable hash: a table in which many keys share a bucket finds them by it.
 template <class K>
 struct XHashFun {
     /// The low 32 bits.
@@ -41,6 +44,10 @@ struct XHashFun<XString> {
     /// The hash with 32 more bits above it. Non-static like the call operator, because a hash may have state.
     // NOLINTNEXTLINE(readability-convert-member-functions-to-static)
     uint64_t Tagged(const XBaseString& key) const { return zm::HashText(key.Text(), key.Length()); }
+
+    /// The hash that differs in each process.
+    // NOLINTNEXTLINE(readability-convert-member-functions-to-static)
+    uint64_t Seeded(const XBaseString& key) const { return zm::SeededHash(key.Text(), key.Length()); }
 };
 
 /// Hashes identifiers.

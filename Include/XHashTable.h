@@ -30,6 +30,27 @@ struct HashTraits {
     {
         return uint32_t(hash(key));
     }
+
+    template <class F>
+    static auto Seeded(const F& hash, const LookUpKey& key, int) -> decltype(hash.Seeded(key))
+    {
+        return hash.Seeded(key);
+    }
+    template <class F>
+    static uint64_t Seeded(const F&, const LookUpKey&, ...)
+    {
+        return 0;
+    }
+    template <class F>
+    static auto CanSeed(const F& hash, const LookUpKey* key) -> decltype(hash.Seeded(*key), true)
+    {
+        return true;
+    }
+    template <class F>
+    static bool CanSeed(const F&, ...)
+    {
+        return false;
+    }
 };
 
 template <class A, class B>
@@ -108,6 +129,8 @@ private:
 /// last item takes the place of a removed one. The number of buckets is a power of two; each bucket is a chain of
 /// items, the latest first. A table starts with 16 buckets and a capacity of 12 items; when an insertion finds it full,
 /// both double. Nothing is allocated before the first item, and the array for the first 12 grows as they are added.
+/// If a chain grows very long, as with keys that somebody has constructed, and the hash has a `Seeded` form, the table
+/// finds its items by that instead: no keys make it slow.
 ///
 /// H and E are stateless function objects: the hash of a key, and the equality of two keys (XHashFun, XEqual).
 /// Insertions and removals move keys and values, which invalidates pointers to them and iterators. A table of pointers
@@ -153,7 +176,11 @@ public:
         return *this;
     }
 
-    ~XHashTable() { zm::DeleteBlock(m_Buckets); }
+    ~XHashTable()
+    {
+        zm::DeleteBlock(m_Buckets);
+        zm::DeleteBlock(m_Index);
+    }
 
     /// Number of items.
     int Size() const { return m_Items.Size(); }
@@ -229,6 +256,8 @@ public:
     {
         m_Items.Clear();
         ClearBuckets(m_Buckets, BucketsSize());
+        zm::DeleteBlock(m_Index);
+        m_Index = nullptr;
     }
 
     /// Exchanges items and memory.
@@ -255,6 +284,9 @@ private:
 
     Item* Search(const LookUpKey& key, uint64_t hash) const
     {
+        if (m_Index != nullptr) {
+            return SearchIndex(key, hash);
+        }
         Item* item = *BucketOf(hash);
         while (item != nullptr && !(item->hash == hash && E()(item->key, key))) {
             item = item->next;
@@ -269,9 +301,26 @@ private:
     void ChainAll();
     void Chain(Item* item);
     Item** LinkTo(const Item* item) const;
+    void Unlink(Item* item);
+
+    /// The index of tables with long chains, which are no longer kept then: slots twice as many as buckets, each with
+    /// the position of an item plus one, or 0. An item is in the first free slot from that of its seeded hash on.
+    /// @{
+    static constexpr int kLongChain = 128;
+    static uint64_t SeededHashOf(const LookUpKey& key) { return zm::HashTraits<H, K>::Seeded(H(), key, 0); }
+    size_t SlotMask() const { return 2 * BucketsSize() - 1; }
+    size_t SlotOf(const Item& item) const { return size_t(SeededHashOf(item.key)) & SlotMask(); }
+    bool HasLongChain(uint64_t hash) const;
+    void BuildIndex();
+    void AddToIndex(const Item* item);
+    void RemoveFromIndex(const Item* item);
+    size_t FindInIndex(const Item* item) const;
+    Item* SearchIndex(const LookUpKey& key, uint64_t hash) const;
+    /// @}
 
     Item** m_Buckets = nullptr;
     Item** m_BucketsEnd = nullptr;
+    uint32_t* m_Index = nullptr;
     XArray<Item> m_Items;
 };
 
@@ -281,6 +330,9 @@ XHashTable<T, K, H, E>::XHashTable(const XHashTable& src)
     if (src.m_Buckets != nullptr && MakeRoom(src.BucketCount(), src.Size())) {
         for (const Item* item = src.m_Items.Begin(); item != src.m_Items.End(); ++item) {
             Chain(m_Items.EmplaceBack(*item));
+        }
+        if (src.m_Index != nullptr) {
+            BuildIndex();
         }
     }
 }
@@ -293,6 +345,9 @@ void XHashTable<T, K, H, E>::Swap(XHashTable& other) noexcept
     m_BucketsEnd = other.m_BucketsEnd;
     other.m_Buckets = buckets;
     other.m_BucketsEnd = end;
+    uint32_t* index = m_Index;
+    m_Index = other.m_Index;
+    other.m_Index = index;
     m_Items.Swap(other.m_Items);
 }
 
@@ -310,7 +365,14 @@ typename XHashTable<T, K, H, E>::Inserted XHashTable<T, K, H, E>::InsertKey(Key&
         return {End(), false};
     }
     Item* item = m_Items.EmplaceBack(static_cast<Key&&>(key), zm::Move(value), hash);
-    Chain(item);
+    if (m_Index != nullptr) {
+        AddToIndex(item);
+    } else {
+        Chain(item);
+        if (zm::HashTraits<H, K>::CanSeed(H(), static_cast<LookUpKey*>(nullptr)) && HasLongChain(hash)) {
+            BuildIndex();
+        }
+    }
     return {At(item), true};
 }
 
@@ -346,7 +408,13 @@ bool XHashTable<T, K, H, E>::MakeRoom(int buckets, int room)
     zm::DeleteBlock(m_Buckets);
     m_Buckets = fresh;
     m_BucketsEnd = fresh + buckets;
+    const bool wasIndexed = m_Index != nullptr;
+    zm::DeleteBlock(m_Index);
+    m_Index = nullptr;
     ChainAll();
+    if (wasIndexed) {
+        BuildIndex();
+    }
     return true;
 }
 
@@ -386,14 +454,101 @@ T XHashTable<T, K, H, E>::Remove(const LookUpKey& key)
     if (item == nullptr) {
         return T();
     }
-    *LinkTo(item) = item->next;
+    Unlink(item);
     T value(zm::Move(item->value));
     Item* last = m_Items.End() - 1;
     if (item != last) {
-        *LinkTo(last) = item;
+        if (m_Index != nullptr) {
+            m_Index[FindInIndex(last)] = uint32_t(item - m_Items.Begin()) + 1;
+        } else {
+            *LinkTo(last) = item;
+        }
         item->~Item();
         new (item) Item(zm::Move(*last));
     }
     m_Items.PopBack();
     return value;
+}
+
+template <class T, class K, class H, class E>
+void XHashTable<T, K, H, E>::Unlink(Item* item)
+{
+    if (m_Index != nullptr) {
+        RemoveFromIndex(item);
+    } else {
+        *LinkTo(item) = item->next;
+    }
+}
+
+template <class T, class K, class H, class E>
+bool XHashTable<T, K, H, E>::HasLongChain(uint64_t hash) const
+{
+    int length = 0;
+    for (const Item* item = *BucketOf(hash); item != nullptr && length <= kLongChain; item = item->next) {
+        ++length;
+    }
+    return length > kLongChain;
+}
+
+// Without memory for it the table works on with its chains.
+template <class T, class K, class H, class E>
+void XHashTable<T, K, H, E>::BuildIndex()
+{
+    const size_t size = 2 * BucketsSize() * sizeof(uint32_t);
+    m_Index = static_cast<uint32_t*>(zm::NewBlock(size));
+    if (m_Index != nullptr) {
+        memset(m_Index, 0, size);
+        for (const Item* item = m_Items.Begin(); item != m_Items.End(); ++item) {
+            AddToIndex(item);
+        }
+    }
+}
+
+template <class T, class K, class H, class E>
+void XHashTable<T, K, H, E>::AddToIndex(const Item* item)
+{
+    size_t slot = SlotOf(*item);
+    while (m_Index[slot] != 0) {
+        slot = (slot + 1) & SlotMask();
+    }
+    m_Index[slot] = uint32_t(item - m_Items.Begin()) + 1;
+}
+
+template <class T, class K, class H, class E>
+size_t XHashTable<T, K, H, E>::FindInIndex(const Item* item) const
+{
+    const uint32_t wanted = uint32_t(item - m_Items.Begin()) + 1;
+    size_t slot = SlotOf(*item);
+    while (m_Index[slot] != wanted) {
+        slot = (slot + 1) & SlotMask();
+    }
+    return slot;
+}
+
+// Moves later items of the run into the gap if it is not before their own slot (Knuth, The Art of Computer Programming,
+// volume 3, 6.4, algorithm R).
+template <class T, class K, class H, class E>
+void XHashTable<T, K, H, E>::RemoveFromIndex(const Item* item)
+{
+    size_t gap = FindInIndex(item);
+    for (size_t slot = (gap + 1) & SlotMask(); m_Index[slot] != 0; slot = (slot + 1) & SlotMask()) {
+        const size_t own = SlotOf(m_Items.Begin()[m_Index[slot] - 1]);
+        if (((slot - own) & SlotMask()) >= ((slot - gap) & SlotMask())) {
+            m_Index[gap] = m_Index[slot];
+            gap = slot;
+        }
+    }
+    m_Index[gap] = 0;
+}
+
+template <class T, class K, class H, class E>
+typename XHashTable<T, K, H, E>::Item* XHashTable<T, K, H, E>::SearchIndex(const LookUpKey& key, uint64_t hash) const
+{
+    for (size_t slot = size_t(SeededHashOf(key)) & SlotMask(); m_Index[slot] != 0; slot = (slot + 1) & SlotMask()) {
+        Item* item = const_cast<Item*>(m_Items.Begin()) + (m_Index[slot] - 1);
+        if (item->hash == hash && E()(item->key, key)) {
+            return item;
+        }
+    }
+    return nullptr;
 }

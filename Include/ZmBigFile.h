@@ -110,10 +110,10 @@ public:
 
 private:
     struct Entry;
-    /// Includes a per-process secret: names with equal XHashFun values are easy to construct, and an archive with some
-    /// megabytes of them would take minutes to open.
+    /// Names with equal XHashFun values are easy to construct, and an archive with some megabytes of them would take
+    /// minutes to open.
     struct NameHash {
-        static uint64_t Tagged(const XBaseString& name);
+        static uint64_t Tagged(const XBaseString& name) { return zm::SeededHash(name.Text(), name.Length()); }
     };
     /// The keys are the entries' own names.
     typedef XHashTable<Entry*, XBaseString, NameHash, XEqual<XString>> NameTable;

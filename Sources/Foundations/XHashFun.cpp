@@ -1,5 +1,7 @@
 #include "XHashFun.h"
 
+#include "Platform/FirstUse.h"
+#include "Platform/OsClock.h"
 #include "Platform/Unaligned.h"
 
 #include <emmintrin.h>
@@ -86,6 +88,31 @@ uint64_t HashShort(const char* text, size_t length)
     return Combine(Polynomial(_mm_set_epi64x(int64_t(high), int64_t(low))), Mix(low, high));
 }
 
+// XOR of the two halves of the 128-bit product.
+uint64_t Fold(uint64_t a, uint64_t b)
+{
+#ifdef __SIZEOF_INT128__
+    __extension__ typedef unsigned __int128 Wide;
+    const Wide product = Wide(a) * b;
+    return uint64_t(product) ^ uint64_t(product >> 64);
+#else
+    const uint64_t aLow = uint32_t(a), aHigh = a >> 32, bLow = uint32_t(b), bHigh = b >> 32;
+    const uint64_t low = aLow * bLow, middle = aHigh * bLow + (low >> 32), other = aLow * bHigh + uint32_t(middle);
+    return (other << 32 | uint32_t(low)) ^ (aHigh * bHigh + (middle >> 32) + (other >> 32));
+#endif
+}
+
+struct Seed {
+    uint64_t first, second;
+
+    Seed()
+    {
+        const uint64_t random = uint64_t(ReadCounter()) ^ reinterpret_cast<uintptr_t>(this);
+        first = Fold(random ^ 0x9E3779B97F4A7C15, 0xD1B54A32D192ED03) | 1;
+        second = Fold(first ^ 0xBF58476D1CE4E5B9, 0x94D049BB133111EB ^ random) | 1;
+    }
+};
+
 }  // namespace
 
 uint64_t HashText(const char* text, unsigned int length)
@@ -105,6 +132,27 @@ uint64_t HashText(const char* text, unsigned int length)
     const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(last));
     hash = hash * kPowersOf5[rest] + Polynomial(_mm_and_si128(bytes, MaskOfLast(rest)));
     return Combine(hash, Mix(tag ^ LoadUnaligned<uint64_t>(last), LoadUnaligned<uint64_t>(last + 8)));
+}
+
+uint64_t SeededHash(const char* text, unsigned int length)
+{
+    static FirstUse<Seed> made;
+    const Seed& seed = made.Get([](void* memory) { new (memory) Seed; });
+    size_t rest = length;
+    uint64_t hash = seed.second ^ rest, low = 0, high = 0;
+    for (; rest > 16; rest -= 16, text += 16) {
+        hash = Fold(LoadUnaligned<uint64_t>(text) ^ seed.first, LoadUnaligned<uint64_t>(text + 8) ^ hash);
+    }
+    if (rest >= 8) {
+        low = LoadUnaligned<uint64_t>(text);
+        high = LoadUnaligned<uint64_t>(text + rest - 8);
+    } else if (rest >= 4) {
+        low = LoadUnaligned<uint32_t>(text);
+        high = LoadUnaligned<uint32_t>(text + rest - 4);
+    } else if (rest > 0) {
+        low = uint8_t(text[0]) | uint64_t(uint8_t(text[rest / 2])) << 8 | uint64_t(uint8_t(text[rest - 1])) << 16;
+    }
+    return Fold(Fold(low ^ seed.first, high ^ hash), seed.second);
 }
 
 }  // namespace zm

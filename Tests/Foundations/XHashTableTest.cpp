@@ -75,6 +75,20 @@ int NumberOf(const XString& value)
     return int(strtol(value.Text(), nullptr, 10));
 }
 
+/// Texts of one hash: each pair of characters has two forms of the same value.
+std::vector<XString> CollidingKeys(int pairs)
+{
+    std::vector<XString> keys;
+    for (int number = 0; number < 1 << pairs; ++number) {
+        XString key;
+        for (int i = 0; i < pairs; ++i) {
+            key << (number >> i & 1 ? "bA" : "aF");
+        }
+        keys.push_back(key);
+    }
+    return keys;
+}
+
 /// A table and its expected state: the order of its items in a vector, and the number of its buckets.
 template <class T, class K>
 class Compared {
@@ -178,7 +192,42 @@ TEST(XHashTableTest, RandomOperationsKeepTheOrderOfTheModel)
     CompareWithModel<std::unique_ptr<Tracked>>(TextKeys(), 2);
     CompareWithModel<XString>(GuidKeys(), 3);
     CompareWithModel<std::unique_ptr<Tracked>>(GuidKeys(), 4);
+    CompareWithModel<XString>(CollidingKeys(9), 5);
+    CompareWithModel<std::unique_ptr<Tracked>>(CollidingKeys(9), 6);
     EXPECT_EQ(Tracked::Alive(), 0);
+}
+
+struct OneHash {
+    uint32_t operator()(int) const { return 5; }
+    uint64_t Seeded(int key) const { return uint64_t(key) * 0x9E3779B97F4A7C15 >> 20; }
+};
+
+int g_Comparisons = 0;
+
+struct CountingEqual {
+    bool operator()(int a, int b) const
+    {
+        ++g_Comparisons;
+        return a == b;
+    }
+};
+
+TEST(XHashTableTest, KeysOfOneHashAreComparedFewTimes)
+{
+    constexpr int kKeys = 20000;
+    EXPECT_EQ(XHashFun<XString>()("bA"), XHashFun<XString>()("aF"));
+    g_Comparisons = 0;
+    XHashTable<int, int, OneHash, CountingEqual> table;
+    for (int key = 0; key < kKeys; ++key) {
+        table.InsertUnique(key, -key);
+    }
+    XHashTable<int, int, OneHash, CountingEqual> copy(table);
+    int found = 0;
+    for (int key = 0; key < kKeys; ++key) {
+        found += *copy.LookUp(key) == -key && table.Remove(key) == -key && table.LookUp(key) == nullptr;
+    }
+    EXPECT_EQ(found, kKeys);
+    EXPECT_LT(g_Comparisons, 20 * kKeys);
 }
 
 std::string KeysOf(const XHashTable<Tracked, XString>& table)
