@@ -15,7 +15,7 @@
 /// - blanks and tabs around the names and values of entries;
 /// - names of entries that contain '=' or begin with '#' or '<';
 /// - names of sections that begin with '/';
-/// - lines of more than 1023 characters, indentation included, which are read in pieces.
+/// - lines of more than 1023 characters, which are read in pieces. Indentation never makes a line that long.
 class ZmConfiguration {
 public:
     /// `indent` is the number of blanks per section level at the start of each line in saved files.
@@ -121,6 +121,12 @@ public:
     /// it has several names (hard links), or if no file can be created in its folder or its owner cannot be kept. A
     /// failure then leaves it damaged. A write-protected file is not replaced.
     ZM_API int SaveToFile(const char* filename) const;
+
+    /// Returns 1 if a file saved now would load as this tree: no name or value is of those that the format loses or
+    /// reads differently (see above). Otherwise returns 0 and sets `why` to the reason and the path of the first such
+    /// name, as in "a value has a line feed, or ends with a carriage return: Server.Motto". SaveToFile() writes such
+    /// names and values as they are: call this first if they come from outside.
+    ZM_API int CanBeSaved(XString& why) const;
 
     /// There is no binary format: these do nothing and return 0.
     /// @{

@@ -1,5 +1,7 @@
 #include "Configuration/ConfigurationWriter.h"
 
+#include "Configuration/ConfigurationReader.h"
+
 #include <algorithm>
 
 namespace zm {
@@ -50,27 +52,23 @@ private:
     bool m_Failed = false;
 };
 
-/// Writes a tree without recursion, which would exhaust the stack on deep trees: keeps the sections from the root to
-/// the current one, each with its next child.
-class TreeWriter {
+/// Visits the contents of a section and of all below it, in the order of the file. Not by recursion, which would
+/// exhaust the stack on deep trees: keeps the sections from the root to the current one, each with its next child. The
+/// visitor's functions return false to stop. Returns false then, or if memory runs out.
+template <class Visitor>
+class TreeWalk {
 public:
-    TreeWriter(ZmStream& stream, unsigned indent) : m_Text(stream), m_Indent(indent) {}
+    explicit TreeWalk(Visitor& visitor) : m_Visitor(visitor) {}
 
-    bool Write(const ZmConfigurationSection& root)
+    bool Run(const ZmConfigurationSection& root)
     {
         bool done = Enter(root);
-        while (done && !m_Open.IsEmpty() && !m_Text.Failed()) {
+        while (done && !m_Open.IsEmpty()) {
             OpenSection& current = m_Open.Back();
             const ZmConfigurationSection* child = current.section->GetNextChildSection(current.next);
-            if (child == nullptr) {
-                Leave();
-            } else {
-                PutTag("<", *child);
-                done = Enter(*child);
-            }
+            done = child == nullptr ? Leave() : m_Visitor.BeginSection(*child, Depth()) && Enter(*child);
         }
-        m_Text.Flush();
-        return done && !m_Text.Failed();
+        return done;
     }
 
 private:
@@ -79,52 +77,180 @@ private:
         ZmConfigurationSection::SectionTable::ConstIterator next;
     };
 
-    // Number of blanks before the children of the current section.
-    uint64_t Depth() const { return m_Open.IsEmpty() ? 0 : uint64_t(m_Open.Size() - 1) * m_Indent; }
+    // Of the children of the current section.
+    unsigned Depth() const { return m_Open.IsEmpty() ? 0 : unsigned(m_Open.Size() - 1); }
 
     bool Enter(const ZmConfigurationSection& section)
     {
-        if (!m_Open.PushBack({&section, section.BeginChildSection()})) {
-            return false;
-        }
+        bool done = m_Open.PushBack({&section, section.BeginChildSection()}) != 0;
         auto position = section.BeginChildEntry();
-        while (const ZmConfigurationEntry* entry = section.GetNextChildEntry(position)) {
-            m_Text.PutBlanks(Depth());
-            m_Text.Put(entry->GetName());
-            m_Text.Put(" = ", 3);
-            m_Text.Put(entry->GetValue());
-            m_Text.Put("\n", 1);
+        while (const ZmConfigurationEntry* entry = done ? section.GetNextChildEntry(position) : nullptr) {
+            done = m_Visitor.Entry(*entry, Depth());
         }
-        return true;
+        return done;
     }
 
-    void Leave()
+    bool Leave()
     {
         const ZmConfigurationSection& section = *m_Open.Back().section;
         m_Open.PopBack();
-        if (!m_Open.IsEmpty()) {
-            PutTag("</", section);
-        }
+        return m_Open.IsEmpty() || m_Visitor.EndSection(section, Depth());
     }
 
-    void PutTag(const char* bracket, const ZmConfigurationSection& section)
+    Visitor& m_Visitor;
+    XArray<OpenSection> m_Open;
+};
+
+size_t LineLength(const ZmConfigurationEntry& entry)
+{
+    return strlen(entry.GetName()) + 3 + strlen(entry.GetValue());
+}
+
+class TreeWriter {
+public:
+    TreeWriter(ZmStream& stream, unsigned indent) : m_Text(stream), m_Indent(indent) {}
+
+    bool Entry(const ZmConfigurationEntry& entry, unsigned depth)
     {
-        m_Text.PutBlanks(Depth());
+        Indent(depth, LineLength(entry));
+        m_Text.Put(entry.GetName());
+        m_Text.Put(" = ", 3);
+        m_Text.Put(entry.GetValue());
+        m_Text.Put("\n", 1);
+        return !m_Text.Failed();
+    }
+
+    bool BeginSection(const ZmConfigurationSection& section, unsigned depth) { return Tag("<", section, depth); }
+    bool EndSection(const ZmConfigurationSection& section, unsigned depth) { return Tag("</", section, depth); }
+
+    bool End()
+    {
+        m_Text.Flush();
+        return !m_Text.Failed();
+    }
+
+private:
+    bool Tag(const char* bracket, const ZmConfigurationSection& section, unsigned depth)
+    {
+        Indent(depth, strlen(bracket) + strlen(section.GetName()) + 1);
         m_Text.Put(bracket);
         m_Text.Put(section.GetName());
         m_Text.Put(">\n", 2);
+        return !m_Text.Failed();
+    }
+
+    // A line that its indentation would make longer than the reader takes has less of it, so that it loads again and
+    // deep trees do not become files of gigabytes.
+    void Indent(unsigned depth, size_t lineLength)
+    {
+        constexpr uint64_t kMost = ConfigurationReader::kMaxLine, kOfLongLines = 256;
+        const uint64_t wanted = uint64_t(depth) * m_Indent, room = kMost - std::min(uint64_t(lineLength), kMost);
+        m_Text.PutBlanks(wanted <= room ? wanted : std::min(room, kOfLongLines));
     }
 
     TextWriter m_Text;
     const unsigned m_Indent;
-    XArray<OpenSection> m_Open;
+};
+
+bool IsBlank(char c)
+{
+    return c == ' ' || c == '\t';
+}
+
+/// Looks for what would be read differently from how it was written.
+class FormatCheck {
+public:
+    const char* Reason() const { return m_Reason; }
+    const char* Name() const { return m_Name; }
+    const ZmConfigurationSection* Parent() const { return m_Parent; }
+
+    bool Entry(const ZmConfigurationEntry& entry, unsigned)
+    {
+        const char* reason = ReasonOf(entry);
+        return reason == nullptr || Found(reason, entry.GetName(), entry.GetParent());
+    }
+
+    bool BeginSection(const ZmConfigurationSection& section, unsigned)
+    {
+        const char* name = section.GetName();
+        const char* reason = *name == '/'                     ? "the name of a section begins with '/'"
+                             : strchr(name, '\n') != nullptr  ? "the name of a section has a line feed"
+                             : strlen(name) + 3 > kMostOfLine ? "the name of a section is too long"
+                                                              : nullptr;
+        return reason == nullptr || Found(reason, name, section.GetParent());
+    }
+
+    static bool EndSection(const ZmConfigurationSection&, unsigned) { return true; }
+
+private:
+    static constexpr size_t kMostOfLine = ConfigurationReader::kMaxLine;
+
+    static bool HasBlankEnd(const char* text)
+    {
+        return *text != 0 && (IsBlank(*text) || IsBlank(text[strlen(text) - 1]));
+    }
+
+    static const char* ReasonOf(const ZmConfigurationEntry& entry)
+    {
+        const char *name = entry.GetName(), *value = entry.GetValue();
+        if (*name == '#' || *name == '<') {
+            return "the name of an entry begins with '#' or '<'";
+        }
+        if (strpbrk(name, "=\n") != nullptr) {
+            return "the name of an entry has '=' or a line feed";
+        }
+        if (HasBlankEnd(name) || HasBlankEnd(value)) {
+            return "an entry begins or ends with a blank";
+        }
+        if (strchr(value, '\n') != nullptr || (*value != 0 && value[strlen(value) - 1] == '\r')) {
+            return "a value has a line feed, or ends with a carriage return";
+        }
+        return LineLength(entry) > kMostOfLine ? "an entry is too long for a line" : nullptr;
+    }
+
+    bool Found(const char* reason, const char* name, const ZmConfigurationSection* parent)
+    {
+        m_Reason = reason;
+        m_Name = name;
+        m_Parent = parent;
+        return false;
+    }
+
+    const char* m_Reason = nullptr;
+    const char* m_Name = "";
+    const ZmConfigurationSection* m_Parent = nullptr;
 };
 
 }  // namespace
 
 bool WriteConfiguration(ZmStream& res, const ZmConfigurationSection& root, unsigned indent)
 {
-    return TreeWriter(res, indent).Write(root);
+    TreeWriter writer(res, indent);
+    const bool done = TreeWalk<TreeWriter>(writer).Run(root);
+    return writer.End() && done;
+}
+
+bool FormatHolds(const ZmConfigurationSection& root, XString& why)
+{
+    FormatCheck check;
+    why = nullptr;
+    if (TreeWalk<FormatCheck>(check).Run(root)) {
+        return true;
+    }
+    if (check.Reason() == nullptr) {
+        why = "out of memory";
+        return false;
+    }
+    constexpr int kMostSections = 20;  // of which the path is shown
+    XString path(check.Name());
+    int shown = 0;
+    const ZmConfigurationSection* section = check.Parent();
+    for (; section != nullptr && section->GetParent() != nullptr && shown < kMostSections; ++shown) {
+        path = XString(section->GetName()) + "." + path;
+        section = section->GetParent();
+    }
+    why << check.Reason() << ": " << path;
+    return false;
 }
 
 }  // namespace zm

@@ -205,6 +205,11 @@ int ZmConfiguration::SaveToFile(const char* filename) const
     return done && (!replaces || replacement.Commit());
 }
 
+int ZmConfiguration::CanBeSaved(XString& why) const
+{
+    return zm::FormatHolds(m_Root, why);
+}
+
 // Non-static, although they do nothing: callers use them as members.
 // NOLINTBEGIN(readability-convert-member-functions-to-static)
 

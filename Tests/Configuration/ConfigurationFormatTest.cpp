@@ -115,6 +115,79 @@ TEST_F(ConfigurationFormatTest, WhatIsSavedLoadsAsTheSameTree)
     }
 }
 
+TEST_F(ConfigurationFormatTest, WhatCanBeSavedLoadsAsTheSameTree)
+{
+    Random random(3);
+    const auto text = [&random] {
+        std::string res;
+        for (int i = random.Int(0, 5); i > 0; --i) {
+            res += "a b=#</>\n\r\t"[random.Int(0, 11)];
+        }
+        return res + std::string(size_t(random.Int(0, 30) == 0 ? random.Int(1000, 1023) : 0), 'x');
+    };
+    int held = 0;
+    for (int round = 0; round < 400; ++round) {
+        ZmConfiguration tree(uint16_t(random.Int(0, 900))), copy(0);
+        ZmConfigurationSection* section = tree.CreateSubSection(nullptr, text().c_str());
+        section->CreateSubSection(text().c_str())->AddEntry(text().c_str(), text().c_str());
+        tree.CreateSubSection(nullptr, "another")->AddEntry("name", "value");
+        XString why;
+        int line;
+        ASSERT_EQ(tree.SaveToFile(m_Path.c_str()), 1);
+        const bool isSame = copy.BuildFromFile(m_Path.c_str(), line, why) && TextOf(copy) == TextOf(tree);
+        const int res = tree.CanBeSaved(why);
+        EXPECT_TRUE(isSame || res == 0) << TextOf(tree);
+        EXPECT_EQ(why.IsEmpty(), res == 1);
+        held += res;
+    }
+    EXPECT_GT(held, 25);
+}
+
+TEST_F(ConfigurationFormatTest, TheReasonNamesTheFirstPlace)
+{
+    const std::string tooLong(1018, 'x');
+    const struct {
+        const char *section, *name, *value, *why;
+    } kRows[] = {
+        {"Server.Web", "Motto", "x\nadmin = 1",
+         "a value has a line feed, or ends with a carriage return: Server.Web.Motto"},
+        {"Server", "Motto", "x\r", "a value has a line feed, or ends with a carriage return: Server.Motto"},
+        {"a", "a=b", "1", "the name of an entry has '=' or a line feed: a.a=b"},
+        {"a", "#a", "1", "the name of an entry begins with '#' or '<': a.#a"},
+        {"a", " b", "1", "an entry begins or ends with a blank: a. b"},
+        {"a", "b", "1\t", "an entry begins or ends with a blank: a.b"},
+        {"a", "longer", tooLong.c_str(), "an entry is too long for a line: a.longer"},
+        {"/a", "b", "1", "the name of a section begins with '/': /a"},
+        {"a\nb", "b", "1", "the name of a section has a line feed: a\nb"},
+    };
+    for (const auto& row : kRows) {
+        ZmConfiguration tree(4);
+        tree.AddEntry("fine", "name with blanks", "a value = # < >");
+        XString why("old");
+        EXPECT_EQ(tree.CanBeSaved(why), 1);
+        EXPECT_STREQ(why.Text(), "");
+        tree.AddEntry(row.section, row.name, row.value);
+        EXPECT_EQ(tree.CanBeSaved(why), 0) << row.why;
+        EXPECT_STREQ(why.Text(), row.why);
+    }
+}
+
+TEST_F(ConfigurationFormatTest, IndentationNeverMakesALineTooLong)
+{
+    ZmConfiguration tree(300), copy(0);
+    std::string path = "a";
+    for (int level = 0; level < 200; ++level) {
+        tree.AddEntry(path.c_str(), "name", std::string(size_t(level * 5), 'v').c_str());
+        path += ".a";
+    }
+    int line;
+    XString error;
+    ASSERT_EQ(tree.SaveToFile(m_Path.c_str()), 1);
+    EXPECT_LT(std::filesystem::file_size(m_Path), 600 * 1024u);
+    ASSERT_EQ(copy.BuildFromFile(m_Path.c_str(), line, error), 1) << error.Text();
+    EXPECT_EQ(TextOf(copy), TextOf(tree));
+}
+
 TEST_F(ConfigurationFormatTest, FilesAreWrittenAsThis)
 {
     ZmConfiguration tree(2);
