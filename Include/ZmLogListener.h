@@ -28,7 +28,8 @@ public:
     enum Flags {
         DATED = 1,        ///< file: a new file each day; console: the date in the title
         SOURCE_LINE = 2,  ///< the source file and line in each line
-        KEEP_FILE = 4     ///< file: appends to the existing contents
+        KEEP_FILE = 4,    ///< file: appends to the existing contents
+        ESCAPED = 8       ///< control characters of messages as "\x0a": for messages that quote data from outside
     };
 
     virtual ~ZmLogListener();

@@ -1,5 +1,6 @@
 #include "ZmLog.h"
 
+#include "Logging/EscapedText.h"
 #include "Logging/LibraryLog.h"
 #include "Logging/LogNames.h"
 #include "Logging/PlainFormat.h"
@@ -33,6 +34,18 @@ namespace zm {
 
 int g_LibraryModule = -1;
 
+namespace {
+
+// Names from files are quoted in warnings and must not forge lines of the log.
+__attribute__((noinline)) void PrintEscaped(ZmLog& log, const char* text)
+{
+    char escaped[kLargestBuffer];
+    escaped[EscapeText(escaped, sizeof(escaped) - 1, text, strlen(text))] = 0;
+    log.PrintMT("%s", escaped);
+}
+
+}  // namespace
+
 void Warn(int line, const char* file, const char* format, ...)
 {
     char text[kLargestBuffer];
@@ -40,7 +53,12 @@ void Warn(int line, const char* file, const char* format, ...)
     va_start(arguments, format);
     vsnprintf(text, sizeof(text), format, arguments);
     va_end(arguments);
-    ZmLog::GetLog().SetInformationMT(g_LibraryModule, ZmLog::LEVEL_WARNING, line, file).PrintMT("%s", text);
+    ZmLog& log = ZmLog::GetLog().SetInformationMT(g_LibraryModule, ZmLog::LEVEL_WARNING, line, file);
+    if (std::any_of(text, text + strlen(text), IsControl)) {
+        PrintEscaped(log, text);
+    } else {
+        log.PrintMT("%s", text);
+    }
 }
 
 }  // namespace zm

@@ -1,5 +1,6 @@
 #include "ZmLogListener.h"
 
+#include "Logging/EscapedText.h"
 #include "Logging/LogClock.h"
 #include "Logging/LogNames.h"
 #include "Platform/OsClock.h"
@@ -58,6 +59,7 @@ public:
         m_End = std::to_chars(m_End, m_End + kDigits, value).ptr;
         return *this;
     }
+    void PutEscaped(const Piece& piece, size_t room) { m_End += zm::EscapeText(m_End, room, piece.text, piece.length); }
     unsigned Finish()
     {
         *m_End = 0;
@@ -160,7 +162,9 @@ ZmLogListener::Line ZmLogListener::BuildLine(int module, int level, int line, co
                 source = located && file ? AfterLastBackslash(file) : "";
     const Piece message = text;
     constexpr unsigned kAround = 48;  // the level, the line number and the text between the pieces
-    const unsigned length = name.length + m_Date.Length() + source.length + message.length + kAround;
+    const bool escaped = (m_Flags & ESCAPED) != 0;
+    const unsigned room = message.length * unsigned(escaped ? zm::kLongestEscape : 1);
+    const unsigned length = name.length + m_Date.Length() + source.length + room + kAround;
     char* const begin = RoomForLine(length);
     if (begin == nullptr) {
         return {"", 0};
@@ -176,6 +180,12 @@ ZmLogListener::Line ZmLogListener::BuildLine(int module, int level, int line, co
     if (located) {
         res << "[" << source << ":" << line << "] ";
     }
-    res << ": " << message << "\n";
+    res << ": ";
+    if (escaped) {
+        res.PutEscaped(message, room);
+    } else {
+        res << message;
+    }
+    res << "\n";
     return {begin, res.Finish()};
 }

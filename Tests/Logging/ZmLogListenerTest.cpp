@@ -126,6 +126,8 @@ TEST(LogListenerTest, LinesTellModuleLevelTimeAndSource)
         {"no source", 1, 16, 2, 0, 7, nullptr, "text", "[ZmMath] [INFO] [:7] : text\n"},
         {"a text with lines and percents", 1, 16, 0, 0, 7, "", "%s\n%n", "[ZmMath] [INFO] : %s\n%n\n"},
         {"a long text", 1, 16, 0, 0, 7, "", longText.c_str(), "[ZmMath] [INFO] : " + longText + "\n"},
+        {"an escaped text", 1, 16, 8, 0, 7, "", "a\n[x] \x1b[2J\x7f\xc3\xa9 b\r",
+         "[ZmMath] [INFO] : a\\x0a[x] \\x1b[2J\\x7f\xc3\xa9 b\\x0d\n"},
     };
     TestListener listener;
     for (const auto& row : kRows) {

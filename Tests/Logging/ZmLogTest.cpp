@@ -185,6 +185,16 @@ TEST_F(LogTest, TheLibrarysWarningsKeepLongNames)
     EXPECT_EQ(m_Heard.Take().at(0).text, "Entry " + name + " not found in Big File " + archivePath);
 }
 
+TEST_F(LogTest, NamesFromFilesForgeNoLinesInTheLibrarysWarnings)
+{
+    const TemporaryFolder folder;
+    m_Heard.Listen("one", m_Log.RegisterModule("ZmMath"));
+    MakeFile(folder / "list", "a\x1b[2J\r[ZmMath]\x0b\n");
+    ZmBigFile archive;
+    ASSERT_EQ(archive.LoadIndex((folder / "list").c_str()), 1);
+    EXPECT_EQ(m_Heard.Take().at(0).text, "Entry a\\x1b[2j\\x0d[zmmath]\\x0b not found in Big File ");
+}
+
 TEST_F(LogTest, ListenersHearInTheOrderOfRegistrationAndTheLastFillsAGap)
 {
     for (const char* name : {"1", "2", "3", "4", "5"}) {
