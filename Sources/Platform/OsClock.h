@@ -6,15 +6,15 @@
 namespace zm {
 
 /// Ticks of the system's performance counter, which is monotonic. Cannot fail.
-int64_t ReadCounter();
+[[nodiscard]] int64_t ReadCounter();
 
 /// Ticks of that counter per second: above 0 and constant.
-int64_t CounterFrequency();
+[[nodiscard]] int64_t CounterFrequency();
 
 /// Milliseconds since 1970 in universal time. Not monotonic: the user may set this clock.
-int64_t ReadWallClock();
+[[nodiscard]] int64_t ReadWallClock();
 
 /// Converts a calendar time in seconds to local time. Returns false if the system cannot convert it.
-bool LocalTime(int64_t seconds, tm& parts);
+[[nodiscard]] bool LocalTime(int64_t seconds, tm& parts);
 
 }  // namespace zm

@@ -7,8 +7,8 @@ namespace zm {
 // Callers pass valid names only: not empty, and without '='.
 
 /// Returns false if there is no such variable.
-bool ReadVariable(const char* name, std::string& res);
-bool WriteVariable(const char* name, const char* value);
-bool RemoveVariable(const char* name);
+[[nodiscard]] bool ReadVariable(const char* name, std::string& res);
+[[nodiscard]] bool WriteVariable(const char* name, const char* value);
+[[nodiscard]] bool RemoveVariable(const char* name);
 
 }  // namespace zm

@@ -21,7 +21,7 @@ enum class FileKind {
 ///
 /// A file opened for text reads bytes as they stand, and writes LF as the platform ends lines. Where it both reads and
 /// writes, see TurnText().
-FILE* OpenFile(const char* path, const char* mode, FileKind kind = FileKind::ANY);
+[[nodiscard]] FILE* OpenFile(const char* path, const char* mode, FileKind kind = FileKind::ANY);
 
 /// For a file that is opened for text, to read and to write, at first to read: what is to come. Its buffer must be
 /// empty.
@@ -31,18 +31,18 @@ void TurnText(FILE* file, bool toWriting);
 extern const bool kTextReadsDropReturns;
 
 /// As ftell() and fseek(), for large files too; -1 if the position is unknown.
-int64_t TellFile(FILE* file);
-bool SeekFile(FILE* file, int64_t offset, int whence);
+[[nodiscard]] int64_t TellFile(FILE* file);
+[[nodiscard]] bool SeekFile(FILE* file, int64_t offset, int whence);
 
 /// Writes past the buffer of a stream, which must be empty; what is written is on the disk then. False if that
 /// succeeded in part or not at all. The C library does not notice: it must not be asked for positions afterwards.
-bool WriteDirectly(FILE* file, const char* text, size_t length);
+[[nodiscard]] bool WriteDirectly(FILE* file, const char* text, size_t length);
 
 /// The mode word of stat(); 0 if there is nothing of that name.
-unsigned FileMode(const char* path);
+[[nodiscard]] unsigned FileMode(const char* path);
 
 /// Whether the system says that there is nothing of that name. Also false if it cannot tell.
-bool IsMissing(const char* path);
+[[nodiscard]] bool IsMissing(const char* path);
 
 /// What a mode word belongs to. The types have the same bits on every platform.
 constexpr bool IsFolder(unsigned mode)
@@ -55,19 +55,19 @@ constexpr bool IsRegularFile(unsigned mode)
 }
 
 /// Renames. Fails where the new name exists and the platform's rename() does not replace it.
-bool RenamePath(const char* from, const char* to);
-bool DeleteFilePath(const char* path);
-bool MakeDirectory(const char* path);
+[[nodiscard]] bool RenamePath(const char* from, const char* to);
+[[nodiscard]] bool DeleteFilePath(const char* path);
+[[nodiscard]] bool MakeDirectory(const char* path);
 /// An empty one only.
-bool RemoveDirectory(const char* path);
+[[nodiscard]] bool RemoveDirectory(const char* path);
 /// A folder with all that is in it; what a link points to stays. Also a single file. False if anything remains.
-bool DeleteTree(const char* path);
+[[nodiscard]] bool DeleteTree(const char* path);
 
 /// Bytes that the caller may still write in that folder; false if the system does not tell.
-bool FreeSpace(const char* path, uint64_t& bytes);
+[[nodiscard]] bool FreeSpace(const char* path, uint64_t& bytes);
 
 /// Where temporary files go, ending with a separator. Empty if the system does not tell.
-std::string TemporaryPath();
+[[nodiscard]] std::string TemporaryPath();
 
 /// Whether the names "a" and "A" are one file.
 extern const bool kFileNamesIgnoreCase;
@@ -113,7 +113,7 @@ struct MappedFile {
 };
 
 /// Fills a fresh record; on failure nothing is left open.
-MappedFile::Result MapFile(const char* path, MappedFile& res);
+[[nodiscard]] MappedFile::Result MapFile(const char* path, MappedFile& res);
 void UnmapFile(MappedFile& file);
 
 }  // namespace zm

@@ -8,26 +8,26 @@ namespace zm {
 
 /// The path of the file to replace, in the system's form, with links at its end followed where renaming would replace
 /// the link. Empty if there is none, as for a circle of links.
-std::string ReplacedPath(const char* path);
+[[nodiscard]] std::string ReplacedPath(const char* path);
 
 /// Whether the file may be replaced: it does not exist, or it is a regular file that the caller may write and, for an
 /// exact replacement, has no other name.
-bool TakesReplacement(const char* target, Replacement::Options options);
+[[nodiscard]] bool TakesReplacement(const char* target, Replacement::Options options);
 
 /// Creates an empty file with the target's owner and permissions, and holds it: RemoveUnheldFile() of any process
 /// leaves it alone, while others may open and write it. Returns null on failure; `taken` is then set if the name was in
 /// use and another one should be tried.
-void* MakeNewFile(const char* path, const char* target, Replacement::Options options, bool& taken);
+[[nodiscard]] void* MakeNewFile(const char* path, const char* target, Replacement::Options options, bool& taken);
 
 /// Releases a file of MakeNewFile() and removes it.
 void DiscardNewFile(void* held, const char* path);
 
 /// Writes a file of MakeNewFile() to the disk, renames it to the target in one step and releases it: `held` is null
 /// then. On failure returns false; nothing has changed and the file is still held.
-bool GiveName(void*& held, const char* path, const char* target);
+[[nodiscard]] bool GiveName(void*& held, const char* path, const char* target);
 
 /// Whether the last failure of the functions above was one of resources or of the device, and not of rights or kind.
-bool SystemFailed();
+[[nodiscard]] bool SystemFailed();
 
 /// Removes a file of MakeNewFile() if the process that created it has ended.
 void RemoveUnheldFile(const char* path);

@@ -26,13 +26,13 @@ public:
 };
 
 /// Opens a key below the user's root of the registry, as SettingsKey::Open(). Null where the system has no registry.
-SettingsKey* OpenRegistry(const char* path, unsigned rights);
+[[nodiscard]] SettingsKey* OpenRegistry(const char* path, unsigned rights);
 
 /// The folder for the user's settings files, ending with a separator. Empty if it is unknown or if the system has a
 /// registry instead.
-std::string SettingsFolder();
+[[nodiscard]] std::string SettingsFolder();
 
 /// Creates a folder that only the user may access. Returns true also if it exists.
-bool MakePrivateFolder(const char* path);
+[[nodiscard]] bool MakePrivateFolder(const char* path);
 
 }  // namespace zm

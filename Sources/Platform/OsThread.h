@@ -15,7 +15,7 @@ void SleepMilliseconds(unsigned milliseconds);
 
 /// Creates a thread that waits for StartThread(). Returns its handle and, in `id`, the system's thread number; null on
 /// failure.
-void* NewThread(unsigned (*function)(void*), void* argument, unsigned& id);
+[[nodiscard]] void* NewThread(unsigned (*function)(void*), void* argument, unsigned& id);
 void StartThread(void* thread);
 
 /// Sets the name that debuggers and process viewers show, cut to the length the system allows. Call before
@@ -33,15 +33,15 @@ enum class ThreadWait {
 constexpr unsigned kWaitForEver = 0xFFFFFFFF;
 
 /// Waits for a thread to end. Fails for null.
-ThreadWait WaitForThread(void* thread, unsigned timeoutMs);
+[[nodiscard]] ThreadWait WaitForThread(void* thread, unsigned timeoutMs);
 
 /// The exit code, or kThreadRuns. Returns false for null.
-bool ThreadExitCode(void* thread, unsigned& code);
+[[nodiscard]] bool ThreadExitCode(void* thread, unsigned& code);
 constexpr unsigned kThreadRuns = 259;
 
 /// Ends a thread, which may be the calling one, without running its destructors. A thread that has already ended keeps
 /// its exit code. Returns false for null, or if the system refuses.
-bool StopThread(void* thread, unsigned exitCode);
+[[nodiscard]] bool StopThread(void* thread, unsigned exitCode);
 
 /// While an instance lives, StopThread() on the thread that created it is delayed until the last instance is gone. For
 /// operations that must not be left half done, such as everything under a lock of the library. Has no effect where the
@@ -71,15 +71,15 @@ private:
 
 /// Whether threads may still run while the library's objects are destroyed, as at the end of a process on POSIX systems.
 /// May be true for a single thread.
-bool ThreadsOutliveExit();
+[[nodiscard]] bool ThreadsOutliveExit();
 
 /// Frees a handle. The thread continues to run.
 void CloseThread(void* thread);
 
 /// The pseudo-handle of the calling thread: one value for all threads. Waiting for it never succeeds.
-void* CallingThread();
+[[nodiscard]] void* CallingThread();
 
 /// The system's number of the calling thread.
-unsigned CallingThreadId();
+[[nodiscard]] unsigned CallingThreadId();
 
 }  // namespace zm

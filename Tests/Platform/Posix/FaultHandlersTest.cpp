@@ -19,7 +19,7 @@ TEST(FaultHandlersTest, TheHostsHandlersComeBackWithAndWithoutAFault)
             struct sigaction before = {}, mine = {}, after = {};
             mine.sa_handler = SIG_IGN;
             sigaction(number, &mine, &before);
-            zm::RunCatchingFaults(work, nullptr);
+            EXPECT_EQ(zm::RunCatchingFaults(work, nullptr), work == DoNothing);
             sigaction(number, &before, &after);
             EXPECT_EQ(after.sa_handler, SIG_IGN) << "signal " << number;
         }
