@@ -52,8 +52,9 @@ const char kUsage[] =
 int Run(int argc, char** argv)
 {
     std::vector<Shape> shapes;
-    for (const auto& command : kCommands)
+    for (const auto& command : kCommands) {
         shapes.push_back(command.shape);
+    }
     const Arguments arguments = ParseArguments(argc, argv, shapes);
     if (arguments.Has(A::HELP)) {
         std::fputs(kUsage, stdout);
@@ -65,8 +66,9 @@ int Run(int argc, char** argv)
     }
     HearWarnings();
     for (const auto& command : kCommands) {
-        if (arguments.Command == command.shape.Command)
+        if (arguments.Command == command.shape.Command) {
             return command.run(arguments);
+        }
     }
     return 2;
 }
@@ -77,8 +79,9 @@ int main(int argc, char** argv)
 {
     try {
         const int code = Run(argc, argv);
-        if (std::fflush(stdout) == 0)
+        if (std::fflush(stdout) == 0) {
             return code;
+        }
         std::fputs("zmarchive: the output cannot be written\n", stderr);
         return 1;
     } catch (const UsageError& error) {
