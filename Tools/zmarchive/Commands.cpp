@@ -21,7 +21,8 @@ void OpenToChange(ZmBigFile& archive, const Arguments& arguments)
 {
     OpenArchive(archive, arguments);
     if (WarningCount() != 0) {
-        throw Failure(arguments.Archive + " is damaged and stays as it is: extract what is left, and make a new one");
+        throw Failure(arguments.Archive +
+                      " is damaged and was not changed: extract what is left and create a new archive");
     }
 }
 
@@ -53,13 +54,17 @@ int Save(ZmBigFile& archive, const char* path, const Arguments& arguments)
 
 void AppendAll(ZmBigFile& archive, const std::vector<SourceFile>& files, bool replace)
 {
+    std::set<std::string> names;
+    for (int i = 0; i < archive.GetEntryCount(); ++i) {
+        names.insert(archive.GetEntryName(i));
+    }
     for (const SourceFile& file : files) {
-        if (archive.Append(file.Name.c_str(), file.Path.c_str(), 1, replace)) {
-            continue;
+        if (!replace && names.count(file.Name) != 0) {
+            throw Failure(Printable(file.Name) + " is already in the archive (--replace replaces it)");
         }
-        const bool isThere = fs::exists(file.Path) && std::ifstream(file.Path).good() && WarningCount() == 0;
-        throw Failure(isThere ? "there is an entry " + Printable(file.Name) + " already (--replace takes its place)"
-                              : Printable(file.Path) + " cannot be read");
+        if (!archive.Append(file.Name.c_str(), file.Path.c_str(), 1, replace)) {
+            throw Failure(Printable(file.Path) + " cannot be read");
+        }
     }
 }
 
@@ -68,8 +73,8 @@ void TellOfFolders(const std::vector<SourceFile>& files, const Arguments& argume
     const bool folders = std::any_of(files.begin(), files.end(),
                                      [](const SourceFile& file) { return file.Name.find('/') != std::string::npos; });
     if (folders && !arguments.IsQuiet()) {
-        std::printf("note: programs that look names up without their folder, as ZmBigFile::Find() does, do not find "
-                    "entries\nwhose names have one; --flat leaves the folders out\n");
+        std::printf("note: some names include a folder; ZmBigFile::Find() ignores folders and does not find them "
+                    "(--flat leaves the folders out)\n");
     }
 }
 
@@ -94,7 +99,7 @@ void OpenArchive(ZmBigFile& archive, const Arguments& arguments)
         throw Failure(Printable(arguments.Archive) + ": no such file");
     }
     if (!archive.OpenExisting(arguments.Archive.c_str())) {
-        throw Failure(Printable(arguments.Archive) + " is no archive, or cannot be read");
+        throw Failure(Printable(arguments.Archive) + " is not an archive or cannot be read");
     }
 }
 
@@ -107,7 +112,7 @@ bool IsWhole(ZmBigFile& archive, int position)
 int Create(const Arguments& arguments)
 {
     if (fs::exists(arguments.Archive) && !arguments.Has(Arguments::FORCE)) {
-        throw Failure(Printable(arguments.Archive) + " exists (--force replaces it)");
+        throw Failure(Printable(arguments.Archive) + " already exists (--force replaces it)");
     }
     const std::vector<SourceFile> files =
         CollectFiles(arguments.Rest, arguments.Has(Arguments::FLAT), arguments.Archive);
@@ -156,7 +161,7 @@ int Reorder(const Arguments& arguments)
     ZmBigFile archive;
     OpenToChange(archive, arguments);
     if (!archive.LoadIndex(list.c_str()) || WarningCount() != 0) {
-        throw Failure(Printable(list) + " lists what is not in the archive, which stays as it is");
+        throw Failure(Printable(list) + " lists names that are not in the archive; nothing was changed");
     }
     return Save(archive, nullptr, arguments);
 }
@@ -172,7 +177,7 @@ int List(const Arguments& arguments)
             std::printf("%s\n", name.c_str());
         } else {
             std::printf("%10s  %s%s\n", SizeText(archive.GetEntrySize(i)).c_str(), name.c_str(),
-                        IsWhole(archive, i) ? "" : "  (not all of it is in the file)");
+                        IsWhole(archive, i) ? "" : "  (incomplete)");
         }
     }
     if (!arguments.Has(Arguments::NAMES)) {
@@ -191,7 +196,7 @@ int Verify(const Arguments& arguments)
     for (int i = 0; i < archive.GetEntryCount(); ++i) {
         const std::string name = archive.GetEntryName(i);
         if (!IsWhole(archive, i)) {
-            std::printf("not all bytes of %s are in the file\n", Printable(name).c_str());
+            std::printf("%s is incomplete\n", Printable(name).c_str());
             ++problems;
         }
         end += name.size() + 5 + archive.GetEntrySize(i);
@@ -201,7 +206,7 @@ int Verify(const Arguments& arguments)
     }
     const uint64_t size = fs::file_size(arguments.Archive);
     if (problems == 0 && size > end) {
-        std::printf("%s behind the last entry belong to none\n", SizeText(size - end).c_str());
+        std::printf("%s after the last entry belong to no entry\n", SizeText(size - end).c_str());
         ++problems;
     }
     const auto note = [](int count, const char* what) {
@@ -209,9 +214,9 @@ int Verify(const Arguments& arguments)
             std::printf("note: %s %s\n", CountText(uint64_t(count)).c_str(), what);
         }
     };
-    note(again, "with the name of an earlier one, which look-ups do not find");
+    note(again, "with the name of an earlier entry, which is no longer found by name");
     note(folders, "with a folder in the name, which ZmBigFile::Find() does not find");
-    note(capitals, "with capitals in the name, which look-ups do not find");
+    note(capitals, "with capitals in the name, which cannot be found by name");
     std::printf("%s: %s of %s\nThe format has no checksum: the structure was checked, not the bytes of the entries.\n",
                 problems == 0 ? "sound" : "DAMAGED", CountText(uint64_t(archive.GetEntryCount())).c_str(),
                 SizeText(TotalSize(archive)).c_str());
