@@ -4,9 +4,10 @@
 # Full disks, kills and other processes cost no file and lead to none outside the target folder.
 set -euo pipefail
 
-scratch=$1 disturber=$2
+scratch=$1 program=$2
 shift 2
 tool=("$@")
+disturber=("${@:1:$#-1}" "$program")
 rm -rf "$scratch"
 mkdir -p "$scratch"
 cd "$scratch"
@@ -83,7 +84,7 @@ for i in {0..19}; do
 done
 run create swapped.zmbg in
 ln -s ../outside swapped/link
-"$disturber" 3 swap swapped/dir swapped/link &
+"${disturber[@]}" 3 swap swapped/dir swapped/link &
 runs=0 refusals=0
 while kill -0 $! 2>/dev/null; do
     run extract swapped.zmbg --to swapped --force || refusals=$((refusals + 1))
@@ -100,7 +101,7 @@ printf 'ZMBG\264\0\0\0' >same
 for i in {1..30}; do printf 'a\0\001\0\0\0'; done >>same
 printf 'xxxxxxxxxxxxxxxxxxxxxxxxxxxxxx' >>same
 mkdir guarded
-"$disturber" 2 guard guarded/a &
+"${disturber[@]}" 2 guard guarded/a &
 while kill -0 $! 2>/dev/null; do
     run extract same --to guarded || true
 done
