@@ -74,7 +74,8 @@ for command in 'create --force in.zmbg more' 'add in.zmbg more'; do
     [ $done -eq 1 ] || fail "$command never succeeds"
     cp before in.zmbg
 done
-[ $unread -ge 2 ] || fail 'no save failed because of the file to pack'
+# Not with both commands: sanitizers, which open pipes for their checks, may end the program first.
+[ $unread -gt 0 ] || fail 'no save failed because of the file to pack'
 no_leftovers
 
 # A folder that becomes a link and a folder again, all the time.
