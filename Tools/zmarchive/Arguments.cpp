@@ -24,8 +24,9 @@ unsigned OptionOf(const std::string& text)
 {
     const auto* const found =
         std::find_if(std::begin(kOptions), std::end(kOptions), [&](const auto& o) { return text == o.Text; });
-    if (found == std::end(kOptions))
+    if (found == std::end(kOptions)) {
         throw UsageError("unknown option '" + text + "'");
+    }
     return found->Option;
 }
 
@@ -44,8 +45,9 @@ std::vector<std::string> TakeOptions(int argc, char** argv, Arguments& res)
             const unsigned option = OptionOf(word);
             res.Options |= option;
             if (option == Arguments::TO) {
-                if (++i == argc)
+                if (++i == argc) {
                     throw UsageError("--to needs a folder");
+                }
                 res.Target = argv[i];
             }
         }
@@ -56,16 +58,20 @@ std::vector<std::string> TakeOptions(int argc, char** argv, Arguments& res)
 void Check(const Arguments& arguments, const Shape& shape)
 {
     for (unsigned option = 1; option <= Arguments::VERSION; option *= 2) {
-        if ((arguments.Options & ~shape.Options & ~unsigned(Arguments::QUIET) & option) != 0)
+        if ((arguments.Options & ~shape.Options & ~unsigned(Arguments::QUIET) & option) != 0) {
             throw UsageError(arguments.Command + " does not take " + TextOf(option));
+        }
     }
-    if (arguments.Archive.empty())
+    if (arguments.Archive.empty()) {
         throw UsageError(arguments.Command + " needs an archive");
+    }
     const int count = int(arguments.Rest.size());
-    if (count < shape.Least)
+    if (count < shape.Least) {
         throw UsageError(arguments.Command + " needs more arguments");
-    if (shape.Most >= 0 && count > shape.Most)
+    }
+    if (shape.Most >= 0 && count > shape.Most) {
         throw UsageError(arguments.Command + " does not take '" + arguments.Rest[size_t(shape.Most)] + "'");
+    }
 }
 
 }  // namespace
@@ -74,10 +80,12 @@ Arguments ParseArguments(int argc, char** argv, const std::vector<Shape>& shapes
 {
     Arguments res;
     const std::vector<std::string> words = TakeOptions(argc, argv, res);
-    if (res.Has(Arguments::HELP) || res.Has(Arguments::VERSION))
+    if (res.Has(Arguments::HELP) || res.Has(Arguments::VERSION)) {
         return res;
-    if (words.empty())
+    }
+    if (words.empty()) {
         throw UsageError("no command given");
+    }
     res.Command = words[0];
     if (words.size() > 1) {
         res.Archive = words[1];
@@ -85,8 +93,9 @@ Arguments ParseArguments(int argc, char** argv, const std::vector<Shape>& shapes
     }
     const auto shape =
         std::find_if(shapes.begin(), shapes.end(), [&](const Shape& s) { return res.Command == s.Command; });
-    if (shape == shapes.end())
+    if (shape == shapes.end()) {
         throw UsageError("unknown command '" + res.Command + "'");
+    }
     Check(res, *shape);
     return res;
 }

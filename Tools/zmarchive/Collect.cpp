@@ -20,21 +20,28 @@ bool IsSame(const fs::path& a, const fs::path& b)
 void AddFile(std::vector<SourceFile>& res, const fs::path& path, const fs::path& name)
 {
     const std::string text = name.generic_string();
-    if (text.find('\\') != std::string::npos)
-        throw Failure(Printable(path.string()) + ": a name with a backslash cannot be packed");
+    if (text.find('\\') != std::string::npos) {
+        throw Failure(Printable(path.string()) + ": names with backslashes cannot be packed");
+    }
     res.push_back({LowerCase(text), path.string()});
 }
 
 void AddFolder(std::vector<SourceFile>& res, const fs::path& folder, bool flat, const std::string& archive)
 {
     std::vector<SourceFile> found;
-    for (auto walk = fs::recursive_directory_iterator(folder); walk != fs::recursive_directory_iterator(); ++walk) {
-        const fs::path& path = walk->path();
+    std::error_code code;
+    for (auto walk = fs::recursive_directory_iterator(folder); walk != fs::recursive_directory_iterator();) {
+        const fs::path path = walk->path();
         if (walk->is_directory()) {
-            if (IsLink(path.string()))
+            if (IsLink(path.string())) {
                 walk.disable_recursion_pending();
+            }
         } else if (walk->is_regular_file() && !IsSame(path, archive)) {
             AddFile(found, path, flat ? path.filename() : path.lexically_relative(folder));
+        }
+        walk.increment(code);
+        if (code) {
+            throw Failure(Printable(path.string()) + " cannot be read: " + code.message());
         }
     }
     std::sort(found.begin(), found.end(), [](const SourceFile& a, const SourceFile& b) { return a.Name < b.Name; });
@@ -47,19 +54,21 @@ std::vector<SourceFile> CollectFiles(const std::vector<std::string>& paths, bool
 {
     std::vector<SourceFile> res;
     for (const std::string& path : paths) {
-        if (fs::is_directory(path))
+        if (fs::is_directory(path)) {
             AddFolder(res, path, flat, archive);
-        else if (fs::is_regular_file(path))
+        } else if (fs::is_regular_file(path)) {
             AddFile(res, path, fs::path(path).filename());
-        else
+        } else {
             throw Failure(Printable(path) + ": no such file or folder");
+        }
     }
     std::map<std::string, std::string> paths_of;
     for (const SourceFile& file : res) {
         const auto [other, isNew] = paths_of.emplace(file.Name, file.Path);
-        if (!isNew)
-            throw Failure(Printable(other->second) + " and " + Printable(file.Path) + " would both be " +
+        if (!isNew) {
+            throw Failure(Printable(other->second) + " and " + Printable(file.Path) + " would both be named " +
                           Printable(file.Name));
+        }
     }
     return res;
 }

@@ -20,15 +20,18 @@ namespace {
 void OpenToChange(ZmBigFile& archive, const Arguments& arguments)
 {
     OpenArchive(archive, arguments);
-    if (WarningCount() != 0)
-        throw Failure(arguments.Archive + " is damaged and stays as it is: extract what is left, and make a new one");
+    if (WarningCount() != 0) {
+        throw Failure(arguments.Archive +
+                      " is damaged and was not changed: extract what is left and create a new archive");
+    }
 }
 
 uint64_t TotalSize(const ZmBigFile& archive)
 {
     uint64_t total = 0;
-    for (int i = 0; i < archive.GetEntryCount(); ++i)
+    for (int i = 0; i < archive.GetEntryCount(); ++i) {
         total += archive.GetEntrySize(i);
+    }
     return total;
 }
 
@@ -43,19 +46,25 @@ int Save(ZmBigFile& archive, const char* path, const Arguments& arguments)
             throw Failure(arguments.Archive + " was not saved");
         }
     }
-    if (!arguments.IsQuiet())
+    if (!arguments.IsQuiet()) {
         std::printf("%s: %s\n", Printable(arguments.Archive).c_str(), summary.c_str());
+    }
     return WarningCount() == 0 ? 0 : 1;
 }
 
 void AppendAll(ZmBigFile& archive, const std::vector<SourceFile>& files, bool replace)
 {
+    std::set<std::string> names;
+    for (int i = 0; i < archive.GetEntryCount(); ++i) {
+        names.insert(archive.GetEntryName(i));
+    }
     for (const SourceFile& file : files) {
-        if (archive.Append(file.Name.c_str(), file.Path.c_str(), 1, replace))
-            continue;
-        const bool isThere = fs::exists(file.Path) && std::ifstream(file.Path).good() && WarningCount() == 0;
-        throw Failure(isThere ? "there is an entry " + Printable(file.Name) + " already (--replace takes its place)"
-                              : Printable(file.Path) + " cannot be read");
+        if (!replace && names.count(file.Name) != 0) {
+            throw Failure(Printable(file.Name) + " is already in the archive (--replace replaces it)");
+        }
+        if (!archive.Append(file.Name.c_str(), file.Path.c_str(), 1, replace)) {
+            throw Failure(Printable(file.Path) + " cannot be read");
+        }
     }
 }
 
@@ -63,19 +72,22 @@ void TellOfFolders(const std::vector<SourceFile>& files, const Arguments& argume
 {
     const bool folders = std::any_of(files.begin(), files.end(),
                                      [](const SourceFile& file) { return file.Name.find('/') != std::string::npos; });
-    if (folders && !arguments.IsQuiet())
-        std::printf("note: programs that look names up without their folder, as ZmBigFile::Find() does, do not find "
-                    "entries\nwhose names have one; --flat leaves the folders out\n");
+    if (folders && !arguments.IsQuiet()) {
+        std::printf("note: some names include a folder; ZmBigFile::Find() ignores folders and does not find them "
+                    "(--flat leaves the folders out)\n");
+    }
 }
 
 std::string EndOf(const std::string& path)
 {
     std::ifstream file(path, std::ios::binary);
-    if (!file)
+    if (!file) {
         throw Failure(Printable(path) + " cannot be read");
+    }
     char last = '\n';
-    if (file.seekg(-1, std::ios::end))
+    if (file.seekg(-1, std::ios::end)) {
         file.get(last);
+    }
     return std::string(1, last);
 }
 
@@ -83,10 +95,12 @@ std::string EndOf(const std::string& path)
 
 void OpenArchive(ZmBigFile& archive, const Arguments& arguments)
 {
-    if (!fs::is_regular_file(arguments.Archive))
+    if (!fs::is_regular_file(arguments.Archive)) {
         throw Failure(Printable(arguments.Archive) + ": no such file");
-    if (!archive.OpenExisting(arguments.Archive.c_str()))
-        throw Failure(Printable(arguments.Archive) + " is no archive, or cannot be read");
+    }
+    if (!archive.OpenExisting(arguments.Archive.c_str())) {
+        throw Failure(Printable(arguments.Archive) + " is not an archive or cannot be read");
+    }
 }
 
 bool IsWhole(ZmBigFile& archive, int position)
@@ -97,8 +111,9 @@ bool IsWhole(ZmBigFile& archive, int position)
 
 int Create(const Arguments& arguments)
 {
-    if (fs::exists(arguments.Archive) && !arguments.Has(Arguments::FORCE))
-        throw Failure(Printable(arguments.Archive) + " exists (--force replaces it)");
+    if (fs::exists(arguments.Archive) && !arguments.Has(Arguments::FORCE)) {
+        throw Failure(Printable(arguments.Archive) + " already exists (--force replaces it)");
+    }
     const std::vector<SourceFile> files =
         CollectFiles(arguments.Rest, arguments.Has(Arguments::FLAT), arguments.Archive);
     ZmBigFile archive;
@@ -127,10 +142,12 @@ int Remove(const Arguments& arguments)
     for (const std::string& argument : arguments.Rest) {
         const std::string name = LowerCase(argument);
         int removed = 0;
-        for (int i = archive.GetEntryCount() - 1; i >= 0; --i)
+        for (int i = archive.GetEntryCount() - 1; i >= 0; --i) {
             removed += LowerCase(archive.GetEntryName(i)) == name && archive.RemoveEntry(i);
-        if (removed == 0)
+        }
+        if (removed == 0) {
             throw Failure("there is no entry " + Printable(name));
+        }
     }
     return Save(archive, nullptr, arguments);
 }
@@ -138,12 +155,14 @@ int Remove(const Arguments& arguments)
 int Reorder(const Arguments& arguments)
 {
     const std::string& list = arguments.Rest[0];
-    if (EndOf(list) != "\n")
+    if (EndOf(list) != "\n") {
         throw Failure(Printable(list) + ": the last line must end with a line feed");
+    }
     ZmBigFile archive;
     OpenToChange(archive, arguments);
-    if (!archive.LoadIndex(list.c_str()) || WarningCount() != 0)
-        throw Failure(Printable(list) + " lists what is not in the archive, which stays as it is");
+    if (!archive.LoadIndex(list.c_str()) || WarningCount() != 0) {
+        throw Failure(Printable(list) + " lists names that are not in the archive; nothing was changed");
+    }
     return Save(archive, nullptr, arguments);
 }
 
@@ -154,14 +173,16 @@ int List(const Arguments& arguments)
     const int count = archive.GetEntryCount();
     for (int i = 0; i < count; ++i) {
         const std::string name = Printable(archive.GetEntryName(i));
-        if (arguments.Has(Arguments::NAMES))
+        if (arguments.Has(Arguments::NAMES)) {
             std::printf("%s\n", name.c_str());
-        else
+        } else {
             std::printf("%10s  %s%s\n", SizeText(archive.GetEntrySize(i)).c_str(), name.c_str(),
-                        IsWhole(archive, i) ? "" : "  (not all of it is in the file)");
+                        IsWhole(archive, i) ? "" : "  (incomplete)");
+        }
     }
-    if (!arguments.Has(Arguments::NAMES))
+    if (!arguments.Has(Arguments::NAMES)) {
         std::printf("%10s  in %s\n", SizeText(TotalSize(archive)).c_str(), CountText(uint64_t(count)).c_str());
+    }
     return 0;
 }
 
@@ -175,7 +196,7 @@ int Verify(const Arguments& arguments)
     for (int i = 0; i < archive.GetEntryCount(); ++i) {
         const std::string name = archive.GetEntryName(i);
         if (!IsWhole(archive, i)) {
-            std::printf("not all bytes of %s are in the file\n", Printable(name).c_str());
+            std::printf("%s is incomplete\n", Printable(name).c_str());
             ++problems;
         }
         end += name.size() + 5 + archive.GetEntrySize(i);
@@ -185,16 +206,17 @@ int Verify(const Arguments& arguments)
     }
     const uint64_t size = fs::file_size(arguments.Archive);
     if (problems == 0 && size > end) {
-        std::printf("%s behind the last entry belong to none\n", SizeText(size - end).c_str());
+        std::printf("%s after the last entry belong to no entry\n", SizeText(size - end).c_str());
         ++problems;
     }
     const auto note = [](int count, const char* what) {
-        if (count != 0)
+        if (count != 0) {
             std::printf("note: %s %s\n", CountText(uint64_t(count)).c_str(), what);
+        }
     };
-    note(again, "with the name of an earlier one, which look-ups do not find");
+    note(again, "with the name of an earlier entry, which is no longer found by name");
     note(folders, "with a folder in the name, which ZmBigFile::Find() does not find");
-    note(capitals, "with capitals in the name, which look-ups do not find");
+    note(capitals, "with capitals in the name, which cannot be found by name");
     std::printf("%s: %s of %s\nThe format has no checksum: the structure was checked, not the bytes of the entries.\n",
                 problems == 0 ? "sound" : "DAMAGED", CountText(uint64_t(archive.GetEntryCount())).c_str(),
                 SizeText(TotalSize(archive)).c_str());

@@ -7,6 +7,7 @@
 
 #include <cstdio>
 #include <exception>
+#include <filesystem>
 
 namespace {
 
@@ -28,7 +29,7 @@ const struct {
 const char kUsage[] =
     "Usage: zmarchive command [options] archive [arguments]\n"
     "\n"
-    "  create archive path...     packs files and whole folders; --force replaces an existing archive\n"
+    "  create archive path...     packs files and folders; --force replaces an existing archive\n"
     "  list archive               lists names and sizes; --names prints names only, as input for reorder\n"
     "  extract archive [name...]  extracts all or the named entries to the folder of --to (default: here);\n"
     "                             --force replaces existing files\n"
@@ -42,18 +43,20 @@ const char kUsage[] =
     "  --         end of the options\n"
     "  --version, --help\n"
     "\n"
-    "Entries from a folder are named by their path within it, with '/'. Names are stored in lower case.\n"
-    "Programs look entries up by ZmBigFile::Find(), which drops the folder from the name it is given.\n"
-    "So it finds no entry whose own name contains a folder: for such programs pack with --flat.\n"
+    "Files in a folder are named by their path within it, with '/'. Names are stored in lower case.\n"
+    "ZmBigFile::Find() ignores the folder of the name it looks for, so it does not find entries whose names\n"
+    "include one: use --flat for programs that call it.\n"
     "\n"
-    "Extracting writes nothing outside the target folder. A change replaces the archive in one step or not at all.\n"
+    "Archives, and files that --force replaces, change in one step or not at all. Extraction writes only inside\n"
+    "the target folder. If it is killed it may leave a file such as name.1234abcd.tmp, which you can delete.\n"
     "Exit codes: 0 success, 1 failure or damaged archive, 2 invalid command line.\n";
 
 int Run(int argc, char** argv)
 {
     std::vector<Shape> shapes;
-    for (const auto& command : kCommands)
+    for (const auto& command : kCommands) {
         shapes.push_back(command.shape);
+    }
     const Arguments arguments = ParseArguments(argc, argv, shapes);
     if (arguments.Has(A::HELP)) {
         std::fputs(kUsage, stdout);
@@ -65,8 +68,9 @@ int Run(int argc, char** argv)
     }
     HearWarnings();
     for (const auto& command : kCommands) {
-        if (arguments.Command == command.shape.Command)
+        if (arguments.Command == command.shape.Command) {
             return command.run(arguments);
+        }
     }
     return 2;
 }
@@ -77,13 +81,18 @@ int main(int argc, char** argv)
 {
     try {
         const int code = Run(argc, argv);
-        if (std::fflush(stdout) == 0)
+        if (std::fflush(stdout) == 0) {
             return code;
+        }
         std::fputs("zmarchive: the output cannot be written\n", stderr);
         return 1;
     } catch (const UsageError& error) {
-        std::fprintf(stderr, "zmarchive: %s\nzmarchive --help tells more\n", Printable(error.what()).c_str());
+        std::fprintf(stderr, "zmarchive: %s\nFor help, run zmarchive --help\n", Printable(error.what()).c_str());
         return 2;
+    } catch (const std::filesystem::filesystem_error& error) {
+        std::fprintf(stderr, "zmarchive: %s: %s\n", Printable(error.path1().string()).c_str(),
+                     error.code().message().c_str());
+        return 1;
     } catch (const std::exception& error) {
         std::fprintf(stderr, "zmarchive: %s\n", Printable(error.what()).c_str());
         return 1;

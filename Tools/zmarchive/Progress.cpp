@@ -13,8 +13,9 @@ ProgressBar::~ProgressBar()
 
 void ProgressBar::Progress(int percent)
 {
-    if (m_Quiet || percent == m_Last)
+    if (m_Quiet || percent == m_Last) {
         return;
+    }
     constexpr int kWidth = 40, kLines = 4;
     if (m_Bar) {
         const int filled = percent * kWidth / 100;
@@ -30,7 +31,8 @@ void ProgressBar::Progress(int percent)
 
 void ProgressBar::Clear()
 {
-    if (m_Shown)
+    if (m_Shown) {
         std::fprintf(stderr, "\r%70s\r", "");
+    }
     m_Shown = false;
 }

@@ -5,13 +5,15 @@
 
 std::string SizeText(uint64_t bytes)
 {
-    if (bytes < 1024)
+    if (bytes < 1024) {
         return std::to_string(bytes) + " B";
+    }
     static const char* const kUnits[] = {"KB", "MB", "GB"};
     double size = double(bytes) / 1024;
     int unit = 0;
-    for (; size >= 999.95 && unit < 2; ++unit)
+    for (; size >= 999.95 && unit < 2; ++unit) {
         size /= 1024;
+    }
     char text[32];
     std::snprintf(text, sizeof(text), "%.1f %s", size, kUnits[unit]);
     return text;

@@ -1,5 +1,7 @@
 #include "System.h"
 
+#include <errno.h>
+#include <string.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -17,4 +19,9 @@ bool IsLink(const std::string& path)
 bool IsSpecialName(const std::string&)
 {
     return false;
+}
+
+std::string LastError()
+{
+    return strerror(errno);
 }

@@ -5,6 +5,7 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <system_error>
 
 bool IsTerminal(FILE* stream)
 {
@@ -34,4 +35,9 @@ bool IsSpecialName(const std::string& name)
     const bool control = std::any_of(name.begin(), name.end(), [](char c) { return c > 0 && c < ' '; });
     return device || port || control || name.find_first_of("<>:\"|?*") != std::string::npos || name.back() == '.' ||
            name.back() == ' ';
+}
+
+std::string LastError()
+{
+    return std::system_category().message(int(GetLastError()));
 }
