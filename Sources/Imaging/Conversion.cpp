@@ -14,7 +14,7 @@ struct Scale {
 };
 
 /// kNarrow[n][m] narrows n + 2 bits to m + 1: (value * factor + bias) >> drop is the nearest number for every value and
-/// stays within 16 bits (BlitTest, ChannelsOfAllWidthsConvert).
+/// stays within 16 bits (ZmBlitTest, ChannelsOfAllWidthsConvert).
 constexpr Scale kNarrow[7][7] = {
     {{1, 0, 1}},
     {{1, 0, 2}, {1, 0, 1}},

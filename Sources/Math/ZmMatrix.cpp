@@ -154,7 +154,7 @@ void ZmInverseProject(const ZmMatrix& m, const Zm2DVector& p, float z, ZmVector*
     const float depthTerm = m[2][1] * m[1][0] - m[2][0] * m[1][1] + p.y * m[1][0] - p.x * m[1][1];
     const float constant = m[3][1] * m[1][0] - m[3][0] * m[1][1];
     const float x = (depthTerm * z + constant) / (m[0][1] * m[1][0] - m[0][0] * m[1][1]);
-    // m[0][0] is intended, not m[1][1]: callers depend on it (MatrixTest, InverseProjectDividesByTheFirstScale).
+    // m[0][0] is intended, not m[1][1]: callers depend on it (ZmMatrixTest, InverseProjectDividesByTheFirstScale).
     const float y = ((p.y - m[2][1]) * z - x * m[0][1] - m[3][1]) / m[0][0];
     *res = ZmVector(x, y, z);
 }

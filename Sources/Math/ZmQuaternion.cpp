@@ -92,7 +92,7 @@ void ZmQuaternion::FromRotation(const ZmVector& axis, float angle)
 
 void ZmQuaternion::ToRotation(ZmVector& axis, float& angle) const
 {
-    // 1 - w is intended, not 1 - w * w: callers depend on it (QuaternionTest, ToRotationDividesByTheRootOfOneMinusW).
+    // 1 - w is intended, not 1 - w * w: callers depend on it (ZmQuaternionTest, ToRotationDividesByTheRootOfOneMinusW).
     const float f = 1.0f / sqrtf(1.0f - w);
     angle = 2.0f * acosf(w);
     axis = ZmVector(x * f, y * f, z * f);

@@ -85,7 +85,7 @@ std::string Text(const T& value)
     return stream.str();
 }
 
-TEST(ZmPrintTest, WritesWhatOneReads)
+TEST(ZmInteropPrintTest, WritesWhatOneReads)
 {
     const ZmVector x(1, 0, 0), y(0, 1, 0), z(0, 0, 1);
     EXPECT_EQ(Text(ZmVector(0.5f, -2, 1e-9f)), "(0.5, -2, 1e-09)");

@@ -17,7 +17,7 @@ const struct {
     {"size 6", 3, true, true, 16, 6, 16, 0, 0},
 };
 
-TEST(StridedDataTest, BadArgumentsGiveZeroAndWriteNothing)
+TEST(ZmStridedDataTest, BadArgumentsGiveZeroAndWriteNothing)
 {
     for (const auto& row : kArguments) {
         SCOPED_TRACE(row.name);
@@ -89,7 +89,7 @@ void OnAllArrays(Move move)
     });
 }
 
-TEST(StridedDataTest, FillsWriteTheValueAndKeepEveryOtherByte)
+TEST(ZmStridedDataTest, FillsWriteTheValueAndKeepEveryOtherByte)
 {
     OnAllArrays([](Random&, Arrays& a) {
         const Block expected = a.Expected([&](int) { return a.count - 1; });
@@ -98,7 +98,7 @@ TEST(StridedDataTest, FillsWriteTheValueAndKeepEveryOtherByte)
     });
 }
 
-TEST(StridedDataTest, CopiesMoveElementByElementAndKeepEveryOtherByte)
+TEST(ZmStridedDataTest, CopiesMoveElementByElementAndKeepEveryOtherByte)
 {
     OnAllArrays([](Random&, Arrays& a) {
         const Block expected = a.Expected([](int i) { return i; });
@@ -119,13 +119,13 @@ Block Gather(Random& random, Arrays& a)
     return expected;
 }
 
-TEST(StridedDataTest, GathersTakeTheIndexedElements)
+TEST(ZmStridedDataTest, GathersTakeTheIndexedElements)
 {
     OnAllArrays(Gather<int>);
     OnAllArrays(Gather<unsigned short>);
 }
 
-TEST(StridedDataTest, GathersReachFarAndBackwards)
+TEST(ZmStridedDataTest, GathersReachFarAndBackwards)
 {
     Random random(1);
     const int count = 65536;  // a source larger than the caches
@@ -137,7 +137,7 @@ TEST(StridedDataTest, GathersReachFarAndBackwards)
     EXPECT_EQ(memcmp(&a.dst[0], &a.src[50 * 32], 12), 0);
 }
 
-TEST(StridedDataTest, TheValueMayLieInTheFilledArray)
+TEST(ZmStridedDataTest, TheValueMayLieInTheFilledArray)
 {
     OnEachPath(1, [](Random& random) {
         for (const unsigned long size : {4ul, 8ul, 12ul, 16ul}) {
@@ -159,7 +159,7 @@ TEST(StridedDataTest, TheValueMayLieInTheFilledArray)
 
 const int kLargeCount = (24 << 20) / 12 + 41;
 
-TEST(StridedDataTest, LargeFillsRepeatTheValueToTheLastByte)
+TEST(ZmStridedDataTest, LargeFillsRepeatTheValueToTheLastByte)
 {
     Block block(12 * kLargeCount + 96);
     OnEachPath(1, [&](Random& random) {
@@ -180,7 +180,7 @@ TEST(StridedDataTest, LargeFillsRepeatTheValueToTheLastByte)
     });
 }
 
-TEST(StridedDataTest, LargeCopiesToTightVectorsEqualTheSource)
+TEST(ZmStridedDataTest, LargeCopiesToTightVectorsEqualTheSource)
 {
     OnEachPath(1, [](Random& random) {
         Arrays a = {

@@ -6,7 +6,7 @@ namespace {
 
 // --- One vector at a time ------------------------------------------------------------
 
-TEST(TransformTest, PointsAreMovedAndVectorsOnlyTurned)
+TEST(ZmTransformsTest, PointsAreMovedAndVectorsOnlyTurned)
 {
     OnEachPath(200, [](Random& random) {
         const ZmMatrix m = random.Matrix();
@@ -22,7 +22,7 @@ TEST(TransformTest, PointsAreMovedAndVectorsOnlyTurned)
     });
 }
 
-TEST(TransformTest, FourComponentsUseTheWholeMatrix)
+TEST(ZmTransformsTest, FourComponentsUseTheWholeMatrix)
 {
     OnEachPath(200, [](Random& random) {
         const ZmMatrix m = random.Matrix();
@@ -38,7 +38,7 @@ TEST(TransformTest, FourComponentsUseTheWholeMatrix)
     });
 }
 
-TEST(TransformTest, TheResultMayBeTheSource)
+TEST(ZmTransformsTest, TheResultMayBeTheSource)
 {
     OnEachPath(1, [](Random& random) {
         const ZmMatrix m = random.Matrix();
@@ -116,7 +116,7 @@ const unsigned kStrides[][2] = {
     {12, 16}, {16, 12}, {12, 32}, {32, 12}, {16, 37}, {17, 13}, {13, 32}, {16, 13},
 };
 
-TEST(TransformTest, ArraysEqualTheSingleFormsAndKeepEveryOtherByte)
+TEST(ZmTransformsTest, ArraysEqualTheSingleFormsAndKeepEveryOtherByte)
 {
     OnEachPath(1, [](Random& random) {
         const ZmMatrix m = random.Matrix();
@@ -140,7 +140,7 @@ TEST(TransformTest, ArraysEqualTheSingleFormsAndKeepEveryOtherByte)
     });
 }
 
-TEST(TransformTest, ArraysMayBeTransformedInPlace)
+TEST(ZmTransformsTest, ArraysMayBeTransformedInPlace)
 {
     OnEachPath(1, [](Random& random) {
         const ZmMatrix m = random.Matrix();
@@ -159,7 +159,7 @@ TEST(TransformTest, ArraysMayBeTransformedInPlace)
     });
 }
 
-TEST(TransformTest, NegativeStridesWalkBackwards)
+TEST(ZmTransformsTest, NegativeStridesWalkBackwards)
 {
     OnEachPath(1, [](Random& random) {
         const ZmMatrix m = random.Matrix();
@@ -176,7 +176,7 @@ TEST(TransformTest, NegativeStridesWalkBackwards)
 }
 
 // Arrays larger than the caches, whose results bypass them.
-TEST(TransformTest, LargeArraysEqualTheSingleFormsAtAnyStart)
+TEST(ZmTransformsTest, LargeArraysEqualTheSingleFormsAtAnyStart)
 {
     OnEachPath(1, [](Random& random) {
         const ZmMatrix m = random.Matrix();
@@ -197,7 +197,7 @@ TEST(TransformTest, LargeArraysEqualTheSingleFormsAtAnyStart)
     });
 }
 
-TEST(TransformTest, LargeArraysMayBeTransformedInPlace)
+TEST(ZmTransformsTest, LargeArraysMayBeTransformedInPlace)
 {
     OnEachPath(1, [](Random& random) {
         const ZmMatrix m = random.Matrix();

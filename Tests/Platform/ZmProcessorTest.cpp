@@ -8,7 +8,7 @@
 
 namespace {
 
-TEST(ProcessorTest, BitsAreAddedAndThenRemoved)
+TEST(ZmProcessorTest, BitsAreAddedAndThenRemoved)
 {
     const unsigned long mmx = ZMPROCESSOR_FEATURE_MMX, sse = ZMPROCESSOR_FEATURE_SSE, word = GetProcessorFeatures();
     EXPECT_EQ(word & (mmx | sse), mmx | sse);
@@ -22,7 +22,7 @@ TEST(ProcessorTest, BitsAreAddedAndThenRemoved)
     EXPECT_EQ(GetProcessorFeatures(), word);
 }
 
-TEST(ProcessorTest, TheBrandIsWhatTheProcessorsLeavesSpell)
+TEST(ZmProcessorTest, TheBrandIsWhatTheProcessorsLeavesSpell)
 {
     unsigned leaf[12] = {}, highest = 0, ignored = 0;
     __cpuid(0x80000000u, highest, ignored, ignored, ignored);
@@ -34,7 +34,7 @@ TEST(ProcessorTest, TheBrandIsWhatTheProcessorsLeavesSpell)
     EXPECT_NE(spelt.find(brand), std::string::npos) << brand;
 }
 
-TEST(ProcessorTest, TheDescriptionNamesTheClock)
+TEST(ZmProcessorTest, TheDescriptionNamesTheClock)
 {
     const std::string description = GetProcessorDescription();
     const int mhz = GetProcessorFrequency();
