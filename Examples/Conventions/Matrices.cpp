@@ -40,8 +40,9 @@ void DrawProduct(Canvas& canvas, float left, const ZmMatrix& a, const ZmMatrix& 
     ZmMatrix product;
     Zm3DMultiplyMatrix(product, a, b);
     canvas.Fill(view(LetterThrough(product)), kBlue);
-    for (ZmVector& corner : corners)
+    for (ZmVector& corner : corners) {
         corner = Transformed(a, corner);
+    }
     corners.push_back(corners[0]);
     canvas.Path(view(corners), kInk, 2.5f);
     canvas.Text({left + 210, 360}, std::string("(res, ") + names + ")", kInk, 18, Align::Centre);
@@ -66,9 +67,10 @@ bool DrawRows()
     const char* const names[] = {"image of X", "image of Y", "image of Z", "translation"};
     for (int row = 0; row < 4; ++row) {
         const float y = 70 + 44 * float(row);
-        for (int column = 0; column < 4; ++column)
+        for (int column = 0; column < 4; ++column) {
             canvas.Text({444 + 57 * float(column), y}, Number(m[row][column]), column < 3 ? colours[row] : kGrey, 18,
                         Align::Right);
+        }
         canvas.Text({644, y}, names[row], colours[row], 15);
     }
     canvas.Path({{392, 36}, {382, 36}, {382, 218}, {392, 218}}, kInk);

@@ -62,8 +62,9 @@ void DrawBox(Canvas& canvas, const View& view, const std::vector<ZmVector>& corn
 {
     for (unsigned int from = 0; from < 8; ++from) {
         for (const unsigned int side : {1u, 2u, 4u}) {
-            if ((from & side) == 0)
+            if ((from & side) == 0) {
                 canvas.Line(view(corners[from]), view(corners[from | side]), colour, width);
+            }
         }
     }
 }
@@ -82,8 +83,9 @@ void DrawRings(Canvas& canvas, const View& view, const std::vector<ZmVector>& co
 ZmVector Middle(const std::vector<ZmVector>& corners, const int (&indices)[4])
 {
     ZmVector sum(0, 0, 0);
-    for (const int index : indices)
+    for (const int index : indices) {
         sum += corners[size_t(index)];
+    }
     return sum * 0.25f;
 }
 

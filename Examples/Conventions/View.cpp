@@ -32,8 +32,9 @@ std::vector<Zm2DVector> View::operator()(const std::vector<ZmVector>& points) co
 {
     std::vector<Zm2DVector> seen;
     seen.reserve(points.size());
-    for (const ZmVector& point : points)
+    for (const ZmVector& point : points) {
         seen.push_back((*this)(point));
+    }
     return seen;
 }
 
@@ -56,8 +57,9 @@ ZmMatrix EulerAngles(int axis, float angle)
 std::string NameOfAxis(const ZmVector& v)
 {
     for (int axis = 0; axis < 3; ++axis) {
-        if (std::fabs(v[axis]) > 0.99f)
+        if (std::fabs(v[axis]) > 0.99f) {
             return std::string(v[axis] < 0 ? "-" : "+") + kAxisNames[axis];
+        }
     }
     return "none";
 }

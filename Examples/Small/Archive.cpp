@@ -17,8 +17,9 @@ void PrintLevel(const char* from, ZmStream& stream)
     char title[32] = "";
     stream.Read(&header, sizeof(header));
     const unsigned int rest = stream.Size() - stream.Position();
-    if (rest < sizeof(title))
+    if (rest < sizeof(title)) {
         stream.Read(title, rest);
+    }
     std::printf("%-12s  %.4s, %u rooms, \"%s\"\n", from, header.Magic, unsigned(header.Rooms), title);
 }
 
@@ -52,13 +53,15 @@ int main()
     std::printf("archive %s, %d %%\n", saved ? "saved" : "NOT saved", percentage.Last);
 
     archive.Open("levels.zmbg", 0);
-    for (int i = 0; i < archive.GetEntryCount(); ++i)
+    for (int i = 0; i < archive.GetEntryCount(); ++i) {
         std::printf("  %-12s %3u bytes\n", archive.GetEntryName(i), archive.GetEntrySize(i));
+    }
 
     // Names are found in upper and lower case, and without the folder that the engine asks for.
     ZmSubFile entry;
-    if (archive.Find("Data/Levels/CELLAR.LEV", &entry))
+    if (archive.Find("Data/Levels/CELLAR.LEV", &entry)) {
         PrintLevel("from inside:", entry);
+    }
     std::printf("attic.lev is %s\n", archive.Find("attic.lev", &entry) ? "there" : "not there");
 
     // Cleans up; no file may be open for that.

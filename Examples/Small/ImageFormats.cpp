@@ -30,8 +30,9 @@ void Report(const char* name, const Image& original, const Image& converted, siz
     Image back(ZM_PF_32_ARGB8888);
     ZmDoBlit(converted.Desc, back.Desc);
     long sum = 0;
-    for (size_t i = 0; i < back.Pixels.size(); ++i)
+    for (size_t i = 0; i < back.Pixels.size(); ++i) {
         sum += std::abs(int(back.Pixels[i]) - int(original.Pixels[i]));
+    }
     std::printf("%-22s %6d bytes, mean error %4.1f\n", name, int(bytes), double(sum) / (3.0 * kSize * kSize));
 }
 

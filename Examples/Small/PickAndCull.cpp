@@ -41,8 +41,9 @@ bool Hit(const Crate& crate, const ZmRay& ray, float& t)
     ZmRay local;
     ray.Transform(local, toCrate);
     ZmVector point;
-    if (ZmIntersect::RayBox(local, kShape, point, nullptr, nullptr, nullptr) != 1)
+    if (ZmIntersect::RayBox(local, kShape, point, nullptr, nullptr, nullptr) != 1) {
         return false;
+    }
     t = Dot(point - local.Origin, local.Direction) / SquareLength(local.Direction);
     return true;
 }
@@ -56,8 +57,9 @@ int main()
                             Place("behind you", 0, 0, -5, 0), Place("too far", 0, 0, 60, 0)};
     // Two units up; 90 degrees wide and 67.5 high, from 1 to 50 units.
     const ZmFrustum camera({0, 2, 0}, {1, 0, 0}, {0, 1, 0}, {0, 0, 1}, 1, 50, 1.57079633f, 0.75f);
-    for (const Crate& crate : crates)
+    for (const Crate& crate : crates) {
         std::printf("%-10s  %s\n", crate.Name, ZmIntersect::FrustumOBB(camera, kShape, crate.World) ? "drawn" : "-");
+    }
 
     const Zm2DVector clicks[] = {{320, 304}, {344, 268}, {320, 40}};
     for (const Zm2DVector& pixel : clicks) {
@@ -71,9 +73,10 @@ int main()
             }
         }
         std::printf("click at %.0f, %.0f: ", pixel.x, pixel.y);
-        if (picked != nullptr)
+        if (picked != nullptr) {
             std::printf("%s, %.1f units away\n", picked->Name, nearest * Length(ray.Direction));
-        else
+        } else {
             std::puts("nothing");
+        }
     }
 }

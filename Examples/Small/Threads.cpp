@@ -45,8 +45,9 @@ public:
     unsigned int Run() override
     {
         unsigned int tiles = 0;
-        for (int tile; (tile = m_Queue.Take()) >= 0; ++tiles)
+        for (int tile; (tile = m_Queue.Take()) >= 0; ++tiles) {
             m_Queue.Finish(HighestOf(tile));
+        }
         return tiles;  // the exit code
     }
 
@@ -70,8 +71,9 @@ int main()
     unsigned int sum = 0;
     for (Loader& loader : loaders) {
         unsigned int tiles = 0;
-        while (loader.Wait(&tiles, 100) == ZmThread::CODE_TIMEOUT)
+        while (loader.Wait(&tiles, 100) == ZmThread::CODE_TIMEOUT) {
             std::fprintf(stderr, "still waiting for the %s\n", loader.GetName().Text());
+        }
         loader.Close();
         sum += tiles;
     }

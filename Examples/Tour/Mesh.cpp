@@ -11,11 +11,13 @@ bool FitToUnitSize(Mesh& mesh)
     const ZmBbox box = mesh.Box;
     const ZmVector size = box.Max - box.Min;
     const float largest = std::max({size.x, size.y, size.z});
-    if (!(largest > 1e-30f && largest < 1e30f))
+    if (!(largest > 1e-30f && largest < 1e30f)) {
         return false;
+    }
     const ZmVector foot(0.5f * (box.Min.x + box.Max.x), box.Min.y, 0.5f * (box.Min.z + box.Max.z));
-    for (Vertex& vertex : mesh.Vertices)
+    for (Vertex& vertex : mesh.Vertices) {
         vertex.Position = (vertex.Position - foot) * (1.0f / largest);
+    }
     return true;
 }
 
@@ -29,12 +31,15 @@ bool IsClosed(const Mesh& mesh)
 {
     std::vector<uint64_t> edges;
     edges.reserve(mesh.Indices.size());
-    for (size_t i = 0; i < mesh.Indices.size(); i += 3)
-        for (size_t k = 0; k < 3; ++k)
+    for (size_t i = 0; i < mesh.Indices.size(); i += 3) {
+        for (size_t k = 0; k < 3; ++k) {
             edges.push_back(Edge(mesh.Indices[i + k], mesh.Indices[i + (k + 1) % 3]));
+        }
+    }
     std::sort(edges.begin(), edges.end());
-    if (std::adjacent_find(edges.begin(), edges.end()) != edges.end())
+    if (std::adjacent_find(edges.begin(), edges.end()) != edges.end()) {
         return false;
+    }
     return std::all_of(edges.begin(), edges.end(), [&](uint64_t edge) {
         return std::binary_search(edges.begin(), edges.end(), Edge(uint32_t(edge), uint32_t(edge >> 32)));
     });
@@ -54,37 +59,44 @@ float SignedVolume(const Mesh& mesh)
 
 void TurnInsideOut(Mesh& mesh)
 {
-    for (size_t i = 0; i < mesh.Indices.size(); i += 3)
+    for (size_t i = 0; i < mesh.Indices.size(); i += 3) {
         std::swap(mesh.Indices[i + 1], mesh.Indices[i + 2]);
+    }
 }
 
 // The length of the cross product is proportional to the area, so the sum is weighted by area.
 void ComputeNormals(Mesh& mesh)
 {
-    for (Vertex& vertex : mesh.Vertices)
+    for (Vertex& vertex : mesh.Vertices) {
         vertex.Normal = ZmVector::axis0();
+    }
     for (size_t i = 0; i < mesh.Indices.size(); i += 3) {
         Vertex* corner[3];
-        for (size_t k = 0; k < 3; ++k)
+        for (size_t k = 0; k < 3; ++k) {
             corner[k] = &mesh.Vertices[mesh.Indices[i + k]];
+        }
         const ZmVector normal =
             Cross(corner[1]->Position - corner[0]->Position, corner[2]->Position - corner[0]->Position);
-        for (Vertex* vertex : corner)
+        for (Vertex* vertex : corner) {
             vertex->Normal += normal;
+        }
     }
-    for (Vertex& vertex : mesh.Vertices)
+    for (Vertex& vertex : mesh.Vertices) {
         vertex.Normal = Unit(vertex.Normal);
+    }
 }
 
 }  // namespace
 
 bool PrepareMesh(Mesh& mesh)
 {
-    if (mesh.Vertices.empty() || mesh.Indices.empty() || !FitToUnitSize(mesh))
+    if (mesh.Vertices.empty() || mesh.Indices.empty() || !FitToUnitSize(mesh)) {
         return false;
+    }
     mesh.Closed = IsClosed(mesh);
-    if (mesh.Closed && SignedVolume(mesh) < 0)
+    if (mesh.Closed && SignedVolume(mesh) < 0) {
         TurnInsideOut(mesh);
+    }
     ComputeNormals(mesh);
     ComputeBox(mesh);
     return true;

@@ -63,9 +63,11 @@ const struct ValueOption {
 
 const ValueOption* FindValueOption(const std::string& name)
 {
-    for (const ValueOption& option : kValueOptions)
-        if (name == option.Name)
+    for (const ValueOption& option : kValueOptions) {
+        if (name == option.Name) {
             return &option;
+        }
+    }
     return nullptr;
 }
 
@@ -74,10 +76,11 @@ bool ParseArguments(int argc, char** argv, Options& options, std::string& error)
     for (int i = 1; i < argc; ++i) {
         const std::string argument = argv[i];
         if (const ValueOption* option = FindValueOption(argument)) {
-            if (++i == argc)
+            if (++i == argc) {
                 error = argument + " needs a value";
-            else if (!option->Parse(argv[i], options))
+            } else if (!option->Parse(argv[i], options)) {
                 error = argument + " takes " + option->Takes + ", not " + argv[i];
+            }
         } else if (argument == "--help" || argument == "-h") {
             options.Help = true;
         } else if (argument.empty() || argument[0] == '-') {
@@ -87,8 +90,9 @@ bool ParseArguments(int argc, char** argv, Options& options, std::string& error)
         } else {
             options.MeshPath = argument;
         }
-        if (!error.empty())
+        if (!error.empty()) {
             return false;
+        }
     }
     return true;
 }
@@ -97,12 +101,15 @@ bool ParseArguments(int argc, char** argv, Options& options, std::string& error)
 
 bool ParseOptions(int argc, char** argv, Options& options, std::string& error)
 {
-    if (!ParseArguments(argc, argv, options, error))
+    if (!ParseArguments(argc, argv, options, error)) {
         return false;
-    if (options.MeshPath.empty())
+    }
+    if (options.MeshPath.empty()) {
         options.MeshPath = ZMTOUR_DATA "bunny.obj";
-    if (options.ScenePath.empty())
+    }
+    if (options.ScenePath.empty()) {
         options.ScenePath = ZMTOUR_DATA "tour.cfg";
+    }
     options.PebblesPath = ZMTOUR_DATA "pebbles.png";
     return true;
 }

@@ -43,8 +43,9 @@ void ForEachStatue(const Scene& scene, Draw&& draw)
     const Mesh* fitted = nullptr;
     ZmMatrix fit = ZmMatrix::Identity();
     for (const Model& model : scene.Models) {
-        if (model.Made != Material::Statue)
+        if (model.Made != Material::Statue) {
             continue;
+        }
         if (model.Shape != fitted) {
             fitted = model.Shape;
             fit = FitOf(*fitted);
@@ -64,16 +65,18 @@ void DrawFrustum(Wire& wire, ZmFrustum frustum)
 
 void DrawPicked(Wire& wire, const PickedTriangle& picked)
 {
-    for (int i = 0; i < 3; ++i)
+    for (int i = 0; i < 3; ++i) {
         wire.Line(picked.Corners[i], picked.Corners[(i + 1) % 3], kPickedColor);
+    }
 }
 
 // Draws four ticks around the mouse point and leaves the point itself free.
 void DrawCrosshair(Wire& wire, const ZmFrustum& camera, const ZmRay& mouse)
 {
     const ZmVector point = mouse.Origin + mouse.Direction, right = camera.Right, up = camera.Up;
-    for (const ZmVector& way : {right, -right, up, -up})
+    for (const ZmVector& way : {right, -right, up, -up}) {
         wire.Line(point + way * 0.012f, point + way * 0.035f, kPickedColor);
+    }
 }
 
 void DrawOverPicture(Picture& picture, const Scene& scene, const ZmMatrix& worldToClip, const ZmRay& mouse,
@@ -82,22 +85,26 @@ void DrawOverPicture(Picture& picture, const Scene& scene, const ZmMatrix& world
     Wire wire(picture, {0, 0, picture.Width, picture.Height}, worldToClip, true);
     ForEachStatue(scene, [&](const Model& model, const ZmMatrix& box) {
         const ZmVector middle(box[3][0], box[3][1], box[3][2]);
-        if (&model == picked.Of)
+        if (&model == picked.Of) {
             DrawBox(wire, box, kPickedColor);
-        else if (Length(middle - scene.Camera.Origin) < kBoxReach)
+        } else if (Length(middle - scene.Camera.Origin) < kBoxReach) {
             DrawBox(wire, box, kBoxColor);
+        }
     });
-    if (picked.Of)
+    if (picked.Of) {
         DrawPicked(wire, picked);
+    }
     Wire front(picture, {0, 0, picture.Width, picture.Height}, worldToClip, false);
     DrawCrosshair(front, scene.Camera, mouse);
 }
 
 void Darken(Picture& picture, const RKRECT& window)
 {
-    for (int y = window.top; y < window.bottom; ++y)
-        for (int x = window.left; x < window.right; ++x)
+    for (int y = window.top; y < window.bottom; ++y) {
+        for (int x = window.left; x < window.right; ++x) {
             Blend(picture.Pixels[size_t(y) * size_t(picture.Width) + size_t(x)], ZmColor(0.02f, 0.03f, 0.05f, 0.72f));
+        }
+    }
 }
 
 // A view from high up beside the meadow, looking down across it.

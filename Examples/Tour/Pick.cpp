@@ -23,8 +23,9 @@ void PickIn(const Model& model, const ZmRay& ray, float& nearest, PickedTriangle
         const ZmVector& c = mesh.Vertices[mesh.Indices[i + 2]].Position;
         ZmVector point;
         float t;
-        if (!ZmIntersect::RayFace(local, a, b, c, Cross(b - a, c - a), point, t) || t >= nearest)
+        if (!ZmIntersect::RayFace(local, a, b, c, Cross(b - a, c - a), point, t) || t >= nearest) {
             continue;
+        }
         nearest = t;
         picked = {&model, i / 3, {Placed(model, a), Placed(model, b), Placed(model, c)}, Placed(model, point), 0};
     }
@@ -36,9 +37,11 @@ PickedTriangle Pick(const std::vector<VisibleModel>& visible, const ZmRay& ray)
 {
     PickedTriangle picked;
     float nearest = 1e30f;
-    for (const VisibleModel& candidate : visible)
-        if (ZmIntersect::RayBox(ray, candidate.Shown->Box))
+    for (const VisibleModel& candidate : visible) {
+        if (ZmIntersect::RayBox(ray, candidate.Shown->Box)) {
             PickIn(*candidate.Shown, ray, nearest, picked);
+        }
+    }
     picked.Distance = picked.Of ? Length(picked.Point - ray.Origin) : 0;
     return picked;
 }

@@ -53,8 +53,9 @@ void Strip::Draw(const VisibleModel& visible, const ZmMatrix& worldToClip)
     const RasterTarget target = {m_Width, m_Height, {0, m_Top, m_Width, m_Bottom}};
     DrawMesh(*model.Shape, m_Scratch, model.HasTwoSides(), target, [&](const Sample& sample) {
         Surface& surface = m_Surfaces[size_t(sample.Y - m_Top) * size_t(m_Width) + size_t(sample.X)];
-        if (sample.InverseW <= surface.InverseDistance)
+        if (sample.InverseW <= surface.InverseDistance) {
             return;
+        }
         surface = {sample.InverseW, ZmVector::axis0(), 0, 0, &model};
         for (int i = 0; i < 3; ++i) {
             const Corner& corner = sample.Corners[i];
@@ -125,16 +126,20 @@ Picture DrawPicture(const Scene& scene, const std::vector<VisibleModel>& visible
         const int row = item * kStripRows, endRow = std::min(row + kStripRows, height);
         Strip& strip = strips[size_t(worker)];
         strip.Begin(row, endRow);
-        for (const VisibleModel& model : visible)
-            if (model.FirstRow < endRow && model.EndRow > row)
+        for (const VisibleModel& model : visible) {
+            if (model.FirstRow < endRow && model.EndRow > row) {
                 strip.Draw(model, worldToClip);
+            }
+        }
         strip.Resolve(scene, shading, picture);
     });
 
     counts = {};
-    for (const Strip& strip : strips)
+    for (const Strip& strip : strips) {
         counts.Vertices += strip.TransformedVertices();
-    for (const VisibleModel& model : visible)
+    }
+    for (const VisibleModel& model : visible) {
         counts.Triangles += model.Shown->Shape->TriangleCount();
+    }
     return picture;
 }

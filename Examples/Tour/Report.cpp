@@ -26,11 +26,14 @@ private:
 std::string WithSingleSpaces(const char* text)
 {
     std::string result;
-    for (; *text != '\0'; ++text)
-        if (*text != ' ' || (!result.empty() && result.back() != ' '))
+    for (; *text != '\0'; ++text) {
+        if (*text != ' ' || (!result.empty() && result.back() != ' ')) {
             result += *text;
-    if (!result.empty() && result.back() == ' ')
+        }
+    }
+    if (!result.empty() && result.back() == ' ') {
         result.pop_back();
+    }
     return result;
 }
 
@@ -44,8 +47,9 @@ double MeasureTransform(const Mesh& mesh, const ZmMatrix& matrix, std::vector<Zm
     float best = 1e30f;
     for (int round = 0; round < kRounds; ++round) {
         clock.Reset();
-        for (int i = 0; i < kRepeats; ++i)
+        for (int i = 0; i < kRepeats; ++i) {
             Zm3DMultiplyMatrixVector4Strided(&destination, &source, matrix, count);
+        }
         best = std::min(best, clock.Current());
     }
     return double(count) * kRepeats / (double(std::max(best, 1e-3f)) * 1000);
@@ -54,8 +58,9 @@ double MeasureTransform(const Mesh& mesh, const ZmMatrix& matrix, std::vector<Zm
 void PrintTransformSpeed(const Mesh& statue, const ZmMatrix& matrix)
 {
     Mesh many;
-    while (many.Vertices.size() < kBenchVertices)
+    while (many.Vertices.size() < kBenchVertices) {
         many.Vertices.push_back(statue.Vertices[many.Vertices.size() % statue.Vertices.size()]);
+    }
     std::vector<ZmVector4> results(many.Vertices.size());
 
     const FeatureGuard guard;
@@ -97,26 +102,29 @@ void PrintScene(const Tour& tour)
 void PrintFrames(const Tour& tour)
 {
     std::printf("Frames      %.2f a second on 1 thread", double(1000 / tour.FrameOnOne));
-    if (tour.Threads > 1)
+    if (tour.Threads > 1) {
         std::printf(", %.2f on %d, with the same pixels", double(1000 / tour.FrameOnAll), tour.Threads);
+    }
     std::printf("\n");
 }
 
 void PrintPicked(const PickedTriangle& picked)
 {
-    if (picked.Of)
+    if (picked.Of) {
         std::printf("Picked      triangle %zu of %zu, %.2f units away\n", picked.Triangle,
                     picked.Of->Shape->TriangleCount(), double(picked.Distance));
-    else
+    } else {
         std::printf("Picked      nothing but sky\n");
+    }
 }
 
 void PrintTimes(const std::vector<Tour::StageTime>& times)
 {
     const char* before = "Time        ";
     for (const Tour::StageTime& time : times) {
-        if (time.Milliseconds < 0.5f)
+        if (time.Milliseconds < 0.5f) {
             continue;
+        }
         std::printf("%s%s %.0f ms", before, time.Stage, double(time.Milliseconds));
         before = ", ";
     }

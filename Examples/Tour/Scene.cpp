@@ -17,8 +17,9 @@ std::vector<VisibleModel> ModelsInView(const Scene& scene, const ZmMatrix& world
     for (const Model& model : scene.Models) {
         ZmRect extents;
         ZMCLIP_FLAGS andFlags, orFlags;
-        if (!ZmTransformBox2D(worldToClip, model.Box, &screen, &extents, andFlags, orFlags))
+        if (!ZmTransformBox2D(worldToClip, model.Box, &screen, &extents, andFlags, orFlags)) {
             continue;
+        }
         const ZmVector middle = (model.Box.Max + model.Box.Min) * 0.5f;
         const float distance = Dot(middle - scene.Camera.Origin, scene.Camera.Direction);
         const int first = int(std::floor(std::clamp(extents.top, 0.0f, screen.bottom)));

@@ -47,8 +47,9 @@ bool LoadConfiguration(Tour& tour)
 {
     std::string text;
     if (!ReadPacked(tour.Archive, tour.Asked.ScenePath, text, tour.Error) ||
-        !ReadSettings(tour.Asked.ScenePath, text, tour.Said, tour.Error))
+        !ReadSettings(tour.Asked.ScenePath, text, tour.Said, tour.Error)) {
         return false;
+    }
     if (tour.Asked.Width != 0) {
         tour.Said.Width = tour.Asked.Width;
         tour.Said.Height = tour.Asked.Height;
@@ -72,8 +73,9 @@ bool LoadMesh(Tour& tour)
 {
     const std::string& path = tour.Asked.MeshPath;
     std::string text;
-    if (!ReadPacked(tour.Archive, path, text, tour.Error))
+    if (!ReadPacked(tour.Archive, path, text, tour.Error)) {
         return false;
+    }
     std::istringstream file(text);
     if (!ReadObj(file, tour.Statue, tour.Error)) {
         tour.Error = path + ": " + tour.Error;
@@ -89,10 +91,12 @@ bool LoadMesh(Tour& tour)
 bool LoadImage(Tour& tour)
 {
     std::string file;
-    if (!ReadPacked(tour.Archive, tour.Asked.PebblesPath, file, tour.Error))
+    if (!ReadPacked(tour.Archive, tour.Asked.PebblesPath, file, tour.Error)) {
         return false;
-    if (tour.Pebbles.Load(file))
+    }
+    if (tour.Pebbles.Load(file)) {
         return true;
+    }
     tour.Error = tour.Asked.PebblesPath + ": is no PNG file of at most 4096 x 4096 pixels";
     return false;
 }
@@ -138,8 +142,9 @@ bool DrawOnOneProcessor(Tour& tour)
     Picture picture;
     DrawCounts counts;
     tour.FrameOnOne = DrawFrame(tour, 1, picture, counts);
-    if (picture.Pixels == tour.Drawn.Pixels)
+    if (picture.Pixels == tour.Drawn.Pixels) {
         return true;
+    }
     tour.Error = "one thread has drawn another picture than " + std::to_string(tour.Threads);
     return false;
 }
@@ -204,8 +209,9 @@ bool Run(Tour& tour)
     ZmTimeProfiler clock;
     for (const auto& stage : kStages) {
         clock.Reset();
-        if (!stage.Run(tour))
+        if (!stage.Run(tour)) {
             return false;
+        }
         tour.Times.push_back({stage.Name, clock.Current()});
         Info(__LINE__).PrintMT("%s: %.1f ms", stage.Name, double(tour.Times.back().Milliseconds));
     }
@@ -226,8 +232,9 @@ int main(int argc, char** argv)
         return 0;
     }
     try {
-        if (Run(tour))
+        if (Run(tour)) {
             return 0;
+        }
     } catch (const std::exception& exception) {
         tour.Error = exception.what();
     }

@@ -7,8 +7,9 @@ void TransformedMesh::ToClipSpace(const Mesh& mesh, const ZmMatrix& modelToClip)
     Flags.resize(count);
     const ZmStridedData destination(Clip.data(), sizeof(ZmVector4)), source = Positions(mesh);
     Zm3DMultiplyMatrixVector4Strided(&destination, &source, modelToClip, int(count));
-    for (size_t i = 0; i < count; ++i)
+    for (size_t i = 0; i < count; ++i) {
         Flags[i] = ClipFlags(Clip[i]);
+    }
 }
 
 void TransformedMesh::TurnNormals(const Mesh& mesh, const ZmMatrix& modelToWorld)

@@ -49,16 +49,19 @@ void AddLight(Mesh& mesh, const ZmVector& towards, const DepthMap& map, std::vec
     for (size_t i = 0; i < mesh.Vertices.size(); ++i) {
         Vertex& vertex = mesh.Vertices[i];
         const float weight = Dot(vertex.Normal, towards);
-        if (weight <= 0)
+        if (weight <= 0) {
             continue;
+        }
         totals[i] += weight;
         const ZmVector p = map.ToMap(vertex.Position + vertex.Normal * 0.01f);
-        if (p.z - bias > map.Nearest(p.x, p.y))
+        if (p.z - bias > map.Nearest(p.x, p.y)) {
             continue;
-        if (towards.y > 0)
+        }
+        if (towards.y > 0) {
             vertex.Sky += weight;
-        else
+        } else {
             vertex.Ground += weight * GroundBrightness(vertex.Position, towards);
+        }
     }
 }
 
@@ -67,8 +70,9 @@ void AddLight(Mesh& mesh, const ZmVector& towards, const DepthMap& map, std::vec
 void BakeAmbientLight(Mesh& mesh)
 {
     std::vector<float> totals(mesh.Vertices.size(), 1e-6f);
-    for (Vertex& vertex : mesh.Vertices)
+    for (Vertex& vertex : mesh.Vertices) {
         vertex.Sky = vertex.Ground = 0;
+    }
 
     DepthMap map;
     const int count = DirectionCount(mesh);

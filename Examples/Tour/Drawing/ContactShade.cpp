@@ -15,21 +15,24 @@ ContactShade::ContactShade(const Scene& scene)
     std::vector<Ball> balls;
     ZmVector low(1e9f, 0, 1e9f), high(-1e9f, 0, -1e9f);
     for (const Model& model : scene.Models) {
-        if (model.Made != Material::Statue)
+        if (model.Made != Material::Statue) {
             continue;
+        }
         balls.push_back(BallAround(model));
         const ZmVector &center = balls.back().Center, reach = Reach(balls.back());
         low = {std::min(low.x, center.x - reach.x), 0, std::min(low.z, center.z - reach.z)};
         high = {std::max(high.x, center.x + reach.x), 0, std::max(high.z, center.z + reach.z)};
     }
-    if (balls.empty())
+    if (balls.empty()) {
         return;
+    }
     m_Corner = low;
     m_Columns = int((high.x - low.x) / kCellSize) + 1;
     m_Rows = int((high.z - low.z) / kCellSize) + 1;
     m_Cells.resize(size_t(m_Columns) * size_t(m_Rows));
-    for (const Ball& ball : balls)
+    for (const Ball& ball : balls) {
         Insert(ball);
+    }
 }
 
 ContactShade::Ball ContactShade::BallAround(const Model& model)
@@ -49,35 +52,41 @@ void ContactShade::Insert(const Ball& ball)
 {
     const ZmVector from = (ball.Center - m_Corner - Reach(ball)) * (1 / kCellSize);
     const ZmVector to = (ball.Center - m_Corner + Reach(ball)) * (1 / kCellSize);
-    for (int row = std::max(0, int(from.z)); row <= std::min(m_Rows - 1, int(to.z)); ++row)
-        for (int column = std::max(0, int(from.x)); column <= std::min(m_Columns - 1, int(to.x)); ++column)
+    for (int row = std::max(0, int(from.z)); row <= std::min(m_Rows - 1, int(to.z)); ++row) {
+        for (int column = std::max(0, int(from.x)); column <= std::min(m_Columns - 1, int(to.x)); ++column) {
             m_Cells[size_t(row) * size_t(m_Columns) + size_t(column)].push_back(ball);
+        }
+    }
 }
 
 const std::vector<ContactShade::Ball>* ContactShade::Near(const ZmVector& point) const
 {
     const float column = (point.x - m_Corner.x) / kCellSize, row = (point.z - m_Corner.z) / kCellSize;
-    if (!(column >= 0 && row >= 0 && column < float(m_Columns) && row < float(m_Rows)))
+    if (!(column >= 0 && row >= 0 && column < float(m_Columns) && row < float(m_Rows))) {
         return nullptr;
+    }
     return &m_Cells[size_t(row) * size_t(m_Columns) + size_t(column)];
 }
 
 float ContactShade::OpenSky(const ZmVector& point, const ZmVector& normal, const Model* self) const
 {
     const std::vector<Ball>* balls = Near(point);
-    if (balls == nullptr)
+    if (balls == nullptr) {
         return 1;
+    }
     float open = 1;
     for (const Ball& ball : *balls) {
-        if (ball.Of == self)
+        if (ball.Of == self) {
             continue;
+        }
         // A sphere in direction d blocks (n . d) * radius^2 / distance^2 of the light.
         const ZmVector to = ball.Center - point;
         const float square = std::max(SquareLength(to), ball.Radius * ball.Radius);
         const float fade = 1 - square / (kReach * kReach * ball.Radius * ball.Radius);
         const float facing = std::max(0.0f, 0.25f + 0.75f * Dot(normal, to) / std::sqrt(square));
-        if (fade > 0)
+        if (fade > 0) {
             open *= 1 - 0.9f * fade * facing * ball.Radius * ball.Radius / square;
+        }
     }
     return open;
 }

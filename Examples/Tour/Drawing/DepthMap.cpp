@@ -44,7 +44,8 @@ ZmVector DepthMap::ToMap(const ZmVector& world) const
 float DepthMap::Nearest(float x, float y) const
 {
     const float size = float(m_Size);
-    if (!(x >= 0 && y >= 0 && x < size && y < size))
+    if (!(x >= 0 && y >= 0 && x < size && y < size)) {
         return 1;
+    }
     return m_Depths[size_t(y) * size_t(m_Size) + size_t(x)];
 }

@@ -55,8 +55,9 @@ std::vector<Spot> ChooseSpots(const Settings& settings)
                                random.Between(0, 6.2832f), size_t(random.Next() * float(settings.Colors.size()))};
             const float herd = Turbulence(0.13f * spot.X + 40, 0.13f * spot.Z + 3, 2);
             if (random.Next() < SmoothStep(0.45f, 0.75f, herd) * 0.6f && PathDistance(spot.X, spot.Z) > 1.6f &&
-                !TooClose(spot, spots))
+                !TooClose(spot, spots)) {
                 spots.push_back(spot);
+            }
         }
     }
     return spots;
@@ -66,8 +67,9 @@ void PlaceStatues(Scene& scene, const Mesh& statue, const Settings& settings)
 {
     const std::vector<Spot> spots = ChooseSpots(settings);
     const size_t most = std::max(kFewestCopies, size_t(settings.MostTriangles) / statue.TriangleCount());
-    for (size_t i = 0; i < std::min(spots.size(), most); ++i)
+    for (size_t i = 0; i < std::min(spots.size(), most); ++i) {
         scene.Add(statue, Material::Statue, Placed(spots[i]), settings.Colors[spots[i].Color]);
+    }
 }
 
 void PlaceGround(Scene& scene)
@@ -97,8 +99,9 @@ ZmMatrix GrassPlaced(float x, float z, int quarterTurns)
 void PlaceGrass(Scene& scene)
 {
     const size_t first = scene.Meshes.size(), kinds = 4;
-    for (uint32_t i = 0; i < kinds; ++i)
+    for (uint32_t i = 0; i < kinds; ++i) {
         scene.Meshes.push_back(MakeGrassPatch(i));
+    }
     Random random(3);
     const int rows = int(kGrassReach / kGrassPatchSize);
     for (int row = 0; row < rows; ++row) {
@@ -106,8 +109,9 @@ void PlaceGrass(Scene& scene)
         const int halfWidth = int((0.52f * z + 4) / kGrassPatchSize);
         for (int column = -halfWidth; column <= halfWidth; ++column) {
             const float x = kGrassPatchSize * float(column);
-            if (PathDistance(x, z) < 0.6f)
+            if (PathDistance(x, z) < 0.6f) {
                 continue;
+            }
             const Mesh& patch = scene.Meshes[first + size_t(random.Next() * float(kinds))];
             scene.Add(patch, Material::Grass, GrassPlaced(x, z, int(4 * random.Next())), ZmVector::axis1());
         }
@@ -123,8 +127,9 @@ void PlaceFlowers(Scene& scene)
     for (int i = 0; i < 3000; ++i) {
         const float z = random.Between(2.5f, 32), x = random.Between(-1, 1) * (0.52f * z + 2);
         const float bed = Turbulence(0.35f * x, 0.35f * z + 60, 2);
-        if (bed < 0.56f || PathDistance(x, z) < 1)
+        if (bed < 0.56f || PathDistance(x, z) < 1) {
             continue;
+        }
         const size_t kind = size_t(3 * Noise(0.4f * x + 9, 0.4f * z)) % 3;
         scene.Add(flower, Material::Flower, Placed({x, z, random.Between(0.6f, 1.1f), random.Between(0, 6), 0}),
                   kinds[kind]);

@@ -39,10 +39,12 @@ int ClipBySide(Corner* res, const Corner* polygon, int count, uint32_t side)
         const Corner &current = polygon[i], &next = polygon[(i + 1) % count];
         const bool currentInside = Inside(current.Position, side) >= 0;
         const bool nextInside = Inside(next.Position, side) >= 0;
-        if (currentInside)
+        if (currentInside) {
             res[resCount++] = current;
-        if (currentInside != nextInside)
+        }
+        if (currentInside != nextInside) {
             res[resCount++] = currentInside ? Cut(current, next, side) : Cut(next, current, side);
+        }
     }
     return resCount;
 }
@@ -62,8 +64,9 @@ int ClipTriangle(Corner res[kMostCorners], const Corner triangle[3], uint32_t fl
     int count = 3;
     std::copy(triangle, triangle + 3, res);
     for (uint32_t side = ZMCLIP_LEFT; side <= ZMCLIP_BACK && count >= 3; side <<= 1) {
-        if ((flags & side) == 0)
+        if ((flags & side) == 0) {
             continue;
+        }
         std::copy(res, res + count, whole);
         count = ClipBySide(res, whole, count, side);
     }

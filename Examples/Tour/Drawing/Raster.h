@@ -102,8 +102,9 @@ void GridTriangle::Fill(const Corner corners[3], const RKRECT& window, Plot&& pl
             e1 += edges[1].StepX;
             e2 += edges[2].StepX;
         }
-        for (EdgeFunction& edge : edges)
+        for (EdgeFunction& edge : edges) {
             edge.Value += edge.StepY;
+        }
     }
 }
 
@@ -115,11 +116,13 @@ void FillTriangle(Corner (&corners)[3], bool bothSides, const RasterTarget& targ
     if (triangle.Area() < 0 && bothSides) {
         std::swap(corners[1], corners[2]);
         triangle.Flip();
-        for (Corner& corner : corners)
+        for (Corner& corner : corners) {
             corner.Normal = -corner.Normal;
+        }
     }
-    if (triangle.Area() > 0)
+    if (triangle.Area() > 0) {
         triangle.Fill(corners, target.Window, plot);
+    }
 }
 
 /// Draws all triangles of a mesh whose vertices have been transformed. `bothSides` also draws back faces, with reversed
@@ -138,8 +141,9 @@ void DrawMesh(const Mesh& mesh, const TransformedMesh& transformed, bool bothSid
             const ZmVector normal = transformed.Normals.empty() ? ZmVector::axis0() : transformed.Normals[v];
             corners[k] = {transformed.Clip[v], normal, mesh.Vertices[v].Sky, mesh.Vertices[v].Ground};
         }
-        if (andFlags != 0)
+        if (andFlags != 0) {
             continue;
+        }
         if (orFlags == 0) {
             FillTriangle(corners, bothSides, target, plot);
             continue;

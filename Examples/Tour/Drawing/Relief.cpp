@@ -33,8 +33,9 @@ bool Relief::Load(const std::string& png)
 {
     int width, height;
     std::vector<unsigned char> rgb;
-    if (!ReadPng(png, width, height, rgb))
+    if (!ReadPng(png, width, height, rgb)) {
         return false;
+    }
     Image file(width, height), heights(width, height, ZM_PF_32_RGB888);
     file.Pixels.swap(rgb);
     file.Desc.Pixels = file.Pixels.data();
@@ -43,8 +44,9 @@ bool Relief::Load(const std::string& png)
     for (;;) {
         m_Levels.emplace_back(width, height, ZM_PF_BUMP_L8V8U8);
         ZmConvertToBumpMap(heights.Desc, m_Levels.back().Desc, heights.Desc.RedMask, kHeightOfTile * float(width));
-        if (width == 1 && height == 1)
+        if (width == 1 && height == 1) {
             return true;
+        }
         width = std::max(width / 2, 1);
         height = std::max(height / 2, 1);
         Image smaller(width, height, ZM_PF_32_RGB888);

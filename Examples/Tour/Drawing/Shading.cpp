@@ -83,8 +83,9 @@ ZmVector Shading::GroundColor(const Hit& hit) const
 {
     const ZmVector &p = hit.Point, grass = GrassColor(p);
     const float path = PathShare(p);
-    if (path <= 0)
+    if (path <= 0) {
         return grass;
+    }
     const float height = m_Pebbles.At(p.x, p.z, hit.Distance).Height;
     const float pebbles = 0.5f + (height - 0.5f) * PebbleShare(p);
     const float broad = Turbulence(1.3f * p.x, 1.3f * p.z, 3);
@@ -95,8 +96,9 @@ ZmVector Shading::GroundNormal(const Hit& hit) const
 {
     const ZmVector& p = hit.Point;
     const float share = PebbleShare(p) > 0 ? PathShare(p) * PebbleShare(p) : 0;
-    if (share <= 0)
+    if (share <= 0) {
         return hit.Normal;
+    }
     const Relief::Point pebbles = m_Pebbles.At(p.x, p.z, hit.Distance);
     return Unit(hit.Normal - ZmVector(pebbles.SlopeX, 0, pebbles.SlopeZ) * share);
 }
@@ -119,8 +121,9 @@ float Shading::Sunlight(const Hit& hit, float turn) const
     // Soft material: light wraps a little around the edge.
     const float wrap = statue ? 0.08f : 0.0f;
     const float facing = (Dot(hit.Normal, towards) + wrap) / (1 + wrap);
-    if (facing <= 0)
+    if (facing <= 0) {
         return 0;
+    }
     float light = facing * m_Shadows.Sunlight(hit.Point, hit.Normal, hit.Distance, turn);
     if (hit.Of.Shown->IsLeaf()) {
         // Roots are dark; leaves glow when lit from behind by the sun.
@@ -134,8 +137,9 @@ ZmVector Shading::AmbientLight(const Hit& hit) const
 {
     const float open = m_Contact.OpenSky(hit.Point, hit.Normal, hit.Of.Shown);
     const ZmVector fromSky = kSkyOnSurfaces * (open * hit.Of.Sky);
-    if (hit.Of.Shown->Made != Material::Statue)
+    if (hit.Of.Shown->Made != Material::Statue) {
         return fromSky;
+    }
     return fromSky + kGroundOnSurfaces * ((0.4f + 0.6f * open) * hit.Of.Ground);
 }
 
@@ -143,8 +147,9 @@ ZmVector Shading::SurfaceLight(const Hit& hit, float turn) const
 {
     const ZmVector color = Color(hit), sun = m_Scene.Light.Color * Sunlight(hit, turn);
     const ZmVector light = Times(color, sun + AmbientLight(hit));
-    if (hit.Of.Shown->Made != Material::Statue)
+    if (hit.Of.Shown->Made != Material::Statue) {
         return light;
+    }
     // A sheen at grazing angles, like that of velvet.
     const float rim = Square(Square(1 - std::max(0.0f, Dot(hit.Normal, hit.ToEye))));
     const ZmVector sheen = kSkyOnSurfaces * (0.6f * hit.Of.Sky) + sun;
@@ -154,15 +159,18 @@ ZmVector Shading::SurfaceLight(const Hit& hit, float turn) const
 ZmVector Shading::Light(const Surface& surface, const ZmVector& ray, float turn) const
 {
     const ZmVector direction = Unit(ray);
-    if (surface.InverseDistance <= 0)
+    if (surface.InverseDistance <= 0) {
         return SkyLight(direction);
+    }
 
     const float distance = 1 / surface.InverseDistance;
     Hit hit = {surface, m_Scene.Camera.Origin + ray * distance, Unit(surface.Normal), -direction, distance};
-    if (surface.Shown->IsLeaf() && hit.Normal.y < 0)
+    if (surface.Shown->IsLeaf() && hit.Normal.y < 0) {
         hit.Normal = -hit.Normal;  // thin enough to be lit from above on both sides
-    if (surface.Shown->Made == Material::Ground)
+    }
+    if (surface.Shown->Made == Material::Ground) {
         hit.Normal = GroundNormal(hit);
+    }
     const float haze = 1 - std::exp(-std::max(0.0f, distance - 6) / kHazeLength);
     return Mix(SurfaceLight(hit, turn), Times(Haze(direction), kHazeOnSurfaces), haze);
 }

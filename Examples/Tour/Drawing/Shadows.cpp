@@ -35,8 +35,9 @@ ZmBbox SliceBox(ZmFrustum view, float nearDistance, float farDistance, const ZmM
     view.ComputeVertices(corners);
     Zm3DMultiplyMatrixVectorMany(corners, worldToSun, corners, 8, sizeof(ZmVector));
     ZmBbox box = {corners[0], corners[0]};
-    for (const ZmVector& corner : corners)
+    for (const ZmVector& corner : corners) {
         Include(box, {corner, corner});
+    }
     return box;
 }
 
@@ -61,26 +62,31 @@ void Shadows::DrawMap(const Scene& scene, int index)
     ZmBbox box = SliceBox(scene.Camera, nearDistance, kMapEnd[index], m_WorldToSun);
     // Shadow casters may lie far outside the slice, towards the sun.
     for (const Model& model : scene.Models) {
-        if (model.Made != Material::Statue)
+        if (model.Made != Material::Statue) {
             continue;
+        }
         ZmBbox sunBox;
         sunBox.TransformFrom(model.Box, m_WorldToSun);
         box.Min.z = std::min(box.Min.z, sunBox.Min.z);
     }
     m_Maps[index].Begin(kMapSize, m_WorldToSun, box);
-    for (const Model& model : scene.Models)
-        if (model.Made == Material::Statue && m_Maps[index].MayContain(model.Box))
+    for (const Model& model : scene.Models) {
+        if (model.Made == Material::Statue && m_Maps[index].MayContain(model.Box)) {
             m_Maps[index].Draw(*model.Shape, model.World);
+        }
+    }
 }
 
 float Shadows::Sunlight(const ZmVector& point, const ZmVector& normal, float distance, float turn) const
 {
     // The borders between maps are dithered, so that they are invisible.
     int index = 0;
-    while (index < kMapCount && distance > kMapEnd[index] * (0.9f + 0.1f * turn))
+    while (index < kMapCount && distance > kMapEnd[index] * (0.9f + 0.1f * turn)) {
         ++index;
-    if (index == kMapCount)
+    }
+    if (index == kMapCount) {
         return 1;
+    }
     const DepthMap& map = m_Maps[index];
     const float texel = map.TexelSize(), depthRange = map.DepthRange();
     const ZmVector p = map.ToMap(point + normal * (0.02f + 1.5f * texel));
@@ -95,8 +101,9 @@ float Shadows::Sunlight(const ZmVector& point, const ZmVector& normal, float dis
             blockerDepth += depth;
         }
     }
-    if (blockers == 0)
+    if (blockers == 0) {
         return 1;
+    }
 
     const float height = (p.z - blockerDepth / blockers) * depthRange;
     const float radius = std::clamp(kSunSize * height, 0.012f, 0.09f) / texel;

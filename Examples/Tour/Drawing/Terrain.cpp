@@ -103,9 +103,11 @@ std::deque<Mesh> MakeGroundTiles()
 {
     static_assert(kColumns % kTile == 0 && kRows % kTile == 0, "tiles must cover the grid");
     std::deque<Mesh> tiles;
-    for (int row = 0; row < kRows; row += kTile)
-        for (int column = 0; column < kColumns; column += kTile)
+    for (int row = 0; row < kRows; row += kTile) {
+        for (int column = 0; column < kColumns; column += kTile) {
             tiles.push_back(MakeTile(column, row));
+        }
+    }
     return tiles;
 }
 
@@ -113,8 +115,9 @@ Mesh MakeGrassPatch(uint32_t seed)
 {
     Mesh patch;
     Random random(seed);
-    for (int i = 0; i < kBladesPerPatch; ++i)
+    for (int i = 0; i < kBladesPerPatch; ++i) {
         AddBlade(patch, random);
+    }
     ComputeBox(patch);
     return patch;
 }
@@ -130,8 +133,9 @@ Mesh MakeFlower()
         flower.Vertices.push_back(
             {out * reach + ZmVector(0, height + 0.3f * reach, 0), Unit(ZmVector(0, 2, 0) - out), 1, 0});
     }
-    for (size_t i = 0; i < 2 * kPetals; ++i)
+    for (size_t i = 0; i < 2 * kPetals; ++i) {
         AddTriangle(flower, 0, 1 + (i + 1) % (2 * kPetals), 1 + i);
+    }
     ComputeBox(flower);
     return flower;
 }

@@ -23,12 +23,15 @@ bool Clip(const ZmVector4& from, const ZmVector4& to, float& first, float& last)
     first = 0;
     last = 1;
     for (int i = 0; i < 6; ++i) {
-        if (a[i] < 0 && b[i] < 0)
+        if (a[i] < 0 && b[i] < 0) {
             return false;
-        if (a[i] < 0)
+        }
+        if (a[i] < 0) {
             first = std::max(first, a[i] / (a[i] - b[i]));
-        if (b[i] < 0)
+        }
+        if (b[i] < 0) {
             last = std::min(last, a[i] / (a[i] - b[i]));
+        }
     }
     return first < last;
 }
@@ -60,8 +63,9 @@ void Blend(uint32_t& pixel, const ZmColor& color)
 
 void Wire::Dot(int x, int y, float nearness, float weight, const ZmColor& color)
 {
-    if (x < m_Window.left || x >= m_Window.right || y < m_Window.top || y >= m_Window.bottom)
+    if (x < m_Window.left || x >= m_Window.right || y < m_Window.top || y >= m_Window.bottom) {
         return;
+    }
     const size_t at = size_t(y) * size_t(m_Picture.Width) + size_t(x);
     const bool hidden = m_Hides && m_Picture.Nearness[at] > nearness * 1.01f;
     Blend(m_Picture.Pixels[at], ZmColor(color.r, color.g, color.b, color.a * weight * (hidden ? kFaint : 1)));
@@ -74,8 +78,9 @@ void Wire::Line(const ZmVector& from, const ZmVector& to, const ZmColor& color)
     Zm3DMultiplyMatrixVector4(&a, m_WorldToClip, &from);
     Zm3DMultiplyMatrixVector4(&b, m_WorldToClip, &to);
     float first, last;
-    if (!Clip(a, b, first, last))
+    if (!Clip(a, b, first, last)) {
         return;
+    }
     const Spot start = ToScreen(a, b, first, m_Window), end = ToScreen(a, b, last, m_Window);
     const float dx = end.X - start.X, dy = end.Y - start.Y;
     const bool steep = std::fabs(dy) > std::fabs(dx);
@@ -92,8 +97,11 @@ void Wire::Line(const ZmVector& from, const ZmVector& to, const ZmColor& color)
 
 void Wire::Box(const ZmVector (&corners)[8], const ZmColor& color)
 {
-    for (int corner = 0; corner < 8; ++corner)
-        for (const int bit : {1, 2, 4})
-            if ((corner & bit) == 0)
+    for (int corner = 0; corner < 8; ++corner) {
+        for (const int bit : {1, 2, 4}) {
+            if ((corner & bit) == 0) {
                 Line(corners[corner], corners[corner | bit], color);
+            }
+        }
+    }
 }
