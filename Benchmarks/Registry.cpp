@@ -36,7 +36,7 @@ bool MachineHasAvx2()
 bool CanRun(const Contender& contender)
 {
     static const bool avx2 = MachineHasAvx2();
-    return contender.role != Role::Peer || avx2;
+    return contender.role != Role::PEER || avx2;
 }
 
 void AddMeasurements(std::vector<Measurement>& res, const Task& task)
@@ -99,7 +99,7 @@ const std::vector<Measurement>& Measurements()
 }
 
 ChosenPath::ChosenPath(Role role)
-    : m_Removed(role == Role::OursScalar ? GetProcessorFeatures() & ZMPROCESSOR_FEATURE_SSE : 0)
+    : m_Removed(role == Role::OURS_SCALAR ? GetProcessorFeatures() & ZMPROCESSOR_FEATURE_SSE : 0)
 {
     ModifyProcessorFeatures(0, m_Removed);
 }

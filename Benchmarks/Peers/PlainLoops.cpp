@@ -42,6 +42,6 @@ constexpr Entry kEntries[] = {
 }  // namespace
 
 extern const Contender kPlainLoops;
-constexpr Contender kPlainLoops{"plain loop", Role::PlainPeer, kEntries};
+constexpr Contender kPlainLoops{"plain loop", Role::PLAIN_PEER, kEntries};
 
 }  // namespace bench

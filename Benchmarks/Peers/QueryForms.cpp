@@ -317,6 +317,6 @@ constexpr Entry kEntries[] = {
 }  // namespace
 
 extern const Contender kQueryForms;
-constexpr Contender kQueryForms{"plain form", Role::Peer, kEntries};
+constexpr Contender kQueryForms{"plain form", Role::PEER, kEntries};
 
 }  // namespace bench

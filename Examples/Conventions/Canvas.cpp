@@ -141,8 +141,8 @@ void Canvas::Text(const Zm2DVector& at, const std::string& text, uint32_t colour
     }
     const float unit = height / kCapitals;
     float x = at.x;
-    if (align != Align::Left) {
-        x -= float(width - kGap) * unit * (align == Align::Centre ? 0.5f : 1.0f);
+    if (align != Align::LEFT) {
+        x -= float(width - kGap) * unit * (align == Align::CENTRE ? 0.5f : 1.0f);
     }
 
     std::vector<std::vector<Zm2DVector>> strokes;

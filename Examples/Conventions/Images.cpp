@@ -54,10 +54,10 @@ void DrawImage(Canvas& canvas, float left, const ZmImageDescEx& image, const uin
             canvas.Rectangle(x + 1, y + 1, x + kCell - 1, y + kCell - 1, seen[line][column]);
         }
         const auto offset = image.Pixels + line * image.BytesPerLine - reinterpret_cast<const unsigned char*>(memory);
-        canvas.Text({left - 12, y + 19}, "+" + std::to_string(offset), line == 0 ? kRed : kGrey, 14, Align::Right);
+        canvas.Text({left - 12, y + 19}, "+" + std::to_string(offset), line == 0 ? kRed : kGrey, 14, Align::RIGHT);
     }
     canvas.Text({left + kCell * kWidth / 2, 214}, "BytesPerLine = " + std::to_string(image.BytesPerLine), kInk, 17,
-                Align::Centre);
+                Align::CENTRE);
 }
 
 }  // namespace
@@ -72,7 +72,7 @@ bool DrawPixelLayouts()
                     {"ARGB4444", ZM_PF_16_ARGB4444}, {"RGB332", ZM_PF_8_RGB332}};
     Canvas canvas(800, 450);
     for (int byte = 0; byte < 4; ++byte) {
-        canvas.Text({280 + 134 * float(byte), 40}, std::string("byte ") + char('0' + byte), kInk, 16, Align::Centre);
+        canvas.Text({280 + 134 * float(byte), 40}, std::string("byte ") + char('0' + byte), kInk, 16, Align::CENTRE);
     }
     float top = 60;
     for (const auto& row : kFormats) {

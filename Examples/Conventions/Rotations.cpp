@@ -53,7 +53,7 @@ void DrawTurn(Canvas& canvas, const Zm2DVector& centre, int axis, Builder build,
     const ZmVector quarter = Transformed(build(axis, 90 * kDegrees), Axis(start));
     canvas.Text({centre.x + 10, centre.y + 112},
                 std::string("about ") + kAxisNames[axis] + ": " + kAxisNames[start] + " to " + NameOfAxis(quarter),
-                kInk, 15, Align::Centre);
+                kInk, 15, Align::CENTRE);
 }
 
 ZmMatrix Turned(const ZmVector& angles)
@@ -119,7 +119,7 @@ bool DrawEulerOrder()
         {"(0, 0, 0)", {0, 0, 0}}, {"(x, 0, 0)", {x, 0, 0}}, {"(x, y, 0)", {x, y, 0}}, {"(x, y, z)", {x, y, z}}};
     for (int i = 0; i < 4; ++i) {
         DrawStage(canvas, {85 + 200 * float(i), 130}, kStages[i].angles, i - 1);
-        canvas.Text({95 + 200 * float(i), 248}, kStages[i].name, kInk, 17, Align::Centre);
+        canvas.Text({95 + 200 * float(i), 248}, kStages[i].name, kInk, 17, Align::CENTRE);
     }
     return canvas.Save("euler-order.png");
 }

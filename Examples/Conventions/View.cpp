@@ -74,6 +74,6 @@ void DrawAxes(Canvas& canvas, const View& view, const ZmMatrix& frame, float len
         const uint32_t own = colour != 0 ? colour : kAxisColours[axis];
         canvas.Arrow({view(Transformed(frame, {0, 0, 0})), view(Transformed(frame, end))}, own, width);
         const Zm2DVector at = view(Transformed(frame, name));
-        canvas.Text({at.x, at.y + 8}, kAxisNames[axis], own, 17, Align::Centre);
+        canvas.Text({at.x, at.y + 8}, kAxisNames[axis], own, 17, Align::CENTRE);
     }
 }

@@ -43,7 +43,7 @@ void ForEachStatue(const Scene& scene, Draw&& draw)
     const Mesh* fitted = nullptr;
     ZmMatrix fit = ZmMatrix::Identity();
     for (const Model& model : scene.Models) {
-        if (model.Made != Material::Statue) {
+        if (model.Made != Material::STATUE) {
             continue;
         }
         if (model.Shape != fitted) {

@@ -90,7 +90,7 @@ const char* Described(CameraSource source)
 void PrintScene(const Tour& tour)
 {
     const std::vector<Model>& models = tour.Meadow.Models;
-    const auto isStatue = [](const Model& model) { return model.Made == Material::Statue; };
+    const auto isStatue = [](const Model& model) { return model.Made == Material::STATUE; };
     std::printf("Mesh        %zu vertices, %zu triangles, %td copies\n", tour.Statue.Vertices.size(),
                 tour.Statue.TriangleCount(), std::count_if(models.begin(), models.end(), isStatue));
     const CameraSettings& camera = tour.Said.Camera;

@@ -7,10 +7,10 @@
 
 /// What a model is made of.
 enum class Material {
-    Ground,
-    Grass,
-    Flower,
-    Statue
+    GROUND,
+    GRASS,
+    FLOWER,
+    STATUE
 };
 
 /// An instance of a mesh.
@@ -21,8 +21,8 @@ struct Model {
     ZmBbox Box;      ///< in world space
     ZmVector Color;  ///< share of red, green and blue light that it reflects
 
-    bool IsLeaf() const { return Made == Material::Grass || Made == Material::Flower; }
-    bool HasTwoSides() const { return IsLeaf() || (Made == Material::Statue && !Shape->Closed); }
+    bool IsLeaf() const { return Made == Material::GRASS || Made == Material::FLOWER; }
+    bool HasTwoSides() const { return IsLeaf() || (Made == Material::STATUE && !Shape->Closed); }
 };
 
 struct Sun {

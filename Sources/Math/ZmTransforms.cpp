@@ -16,7 +16,7 @@ void TransformOne(ZmVector* res, const ZmMatrix& m, const ZmVector* v)
 template <class L>
 void TransformOne4(ZmVector4* res, const ZmMatrix& m, const ZmVector* v)
 {
-    RowMatrix<L>(FloatsOf(m)).template Apply<kPoint>(v).Store4(res);
+    RowMatrix<L>(FloatsOf(m)).template Apply<POINT>(v).Store4(res);
 }
 
 template <class L>
@@ -50,12 +50,12 @@ void TransformSse(StridedPair pair, const float* m)
 
 void TransformPoints(const StridedPair& pair, const ZmMatrix& m)
 {
-    DispatchWide(avx2::TransformPoints, TransformSse<kPoint>, TransformScalar<kPoint>, pair, FloatsOf(m));
+    DispatchWide(avx2::TransformPoints, TransformSse<POINT>, TransformScalar<POINT>, pair, FloatsOf(m));
 }
 
 void RotateVectors(const StridedPair& pair, const ZmMatrix& m)
 {
-    DispatchWide(avx2::RotateVectors, TransformSse<kRotate>, TransformScalar<kRotate>, pair, FloatsOf(m));
+    DispatchWide(avx2::RotateVectors, TransformSse<ROTATE>, TransformScalar<ROTATE>, pair, FloatsOf(m));
 }
 
 }  // namespace
@@ -65,7 +65,7 @@ using namespace zm;
 
 void Zm3DMultiplyMatrixVector(ZmVector* res, const ZmMatrix& m, const ZmVector* v)
 {
-    Dispatch(TransformOne<SseLanes, kPoint>, TransformOne<ScalarLanes, kPoint>, res, m, v);
+    Dispatch(TransformOne<SseLanes, POINT>, TransformOne<ScalarLanes, POINT>, res, m, v);
 }
 
 void Zm3DMultiplyMatrixVectorMany(ZmVector* res, const ZmMatrix& m, const ZmVector* v, int count, int stride)
@@ -90,13 +90,13 @@ void Zm3DMultiplyMatrixVector4(ZmVector4* res, const ZmMatrix& m, const ZmVector
 
 void Zm3DMultiplyMatrixVector4Strided(const ZmStridedData* res, const ZmStridedData* src, const ZmMatrix& m, int count)
 {
-    DispatchWide(avx2::TransformPoints4, TransformRows<SseLanes, kPoint, 4>, TransformRows<ScalarLanes, kPoint, 4>,
+    DispatchWide(avx2::TransformPoints4, TransformRows<SseLanes, POINT, 4>, TransformRows<ScalarLanes, POINT, 4>,
                  PairOf(*res, *src, count), FloatsOf(m));
 }
 
 void Zm3DRotateVector(ZmVector* res, const ZmMatrix& m, const ZmVector* v)
 {
-    Dispatch(TransformOne<SseLanes, kRotate>, TransformOne<ScalarLanes, kRotate>, res, m, v);
+    Dispatch(TransformOne<SseLanes, ROTATE>, TransformOne<ScalarLanes, ROTATE>, res, m, v);
 }
 
 void Zm3DRotateVectorMany(ZmVector* res, const ZmMatrix& m, const ZmVector* v, int count, int stride)

@@ -98,19 +98,19 @@ namespace avx2 {
 
 void TransformPoints(StridedPair pair, const float* m)
 {
-    Transform<kPoint>(pair, m);
+    Transform<POINT>(pair, m);
 }
 
 void RotateVectors(StridedPair pair, const float* m)
 {
-    Transform<kRotate>(pair, m);
+    Transform<ROTATE>(pair, m);
 }
 
 void TransformPoints4(StridedPair pair, const float* m)
 {
     if (pair.resStride == 16 && pair.srcStride >= 12) {
         if (uintptr_t(pair.res) % 32 == 16 && pair.count > 0) {
-            TransformRows<SseLanes, kPoint, 4>({pair.res, 16, pair.src, pair.srcStride, 1}, m);
+            TransformRows<SseLanes, POINT, 4>({pair.res, 16, pair.src, pair.srcStride, 1}, m);
             Advance(pair, 1);
         }
         if (WorthStreaming(pair) && uintptr_t(pair.res) % 32 == 0) {
@@ -120,7 +120,7 @@ void TransformPoints4(StridedPair pair, const float* m)
             pair = TransformTight4<false>(pair, m);
         }
     }
-    TransformRows<SseLanes, kPoint, 4>(pair, m);
+    TransformRows<SseLanes, POINT, 4>(pair, m);
 }
 
 }  // namespace avx2

@@ -10,9 +10,9 @@ const float kOnePlus = 1 + 0x1p-23f;
 
 /// What a ZmRay represents.
 enum class Reach {
-    Line,
-    Ray,
-    Segment
+    LINE,
+    RAY,
+    SEGMENT
 };
 
 }  // namespace zm

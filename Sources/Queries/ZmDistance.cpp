@@ -35,10 +35,10 @@ struct VectorPair {
 template <Reach reach>
 inline Pair Clamp(Pair t)
 {
-    if (reach != Reach::Line) {
+    if (reach != Reach::LINE) {
         t = Pair::Max(t, Pair::Splat(0));
     }
-    return reach == Reach::Segment ? Pair::Min(t, Pair::Splat(1)) : t;
+    return reach == Reach::SEGMENT ? Pair::Min(t, Pair::Splat(1)) : t;
 }
 
 inline void Store(float* res, Pair value)
@@ -60,10 +60,10 @@ const double kBelowEpsilon = kEpsilon * (1 - 0x1p-53);
 template <Reach reach0, Reach reach1>
 inline Pair ParallelLimit(Pair squares)
 {
-    if (reach0 == Reach::Line) {
+    if (reach0 == Reach::LINE) {
         return Pair::Splat(kBelowEpsilon);
     }
-    if (reach1 == Reach::Segment) {
+    if (reach1 == Reach::SEGMENT) {
         return Pair::Splat(0);
     }
     return squares * squares.Swapped() * Pair::Splat(kParallelSquare);
@@ -118,45 +118,45 @@ inline float SquareDistance(const ZmVector& point, const ZmRay& object, float* r
 
 float ZmDistance::LineLineSquareDistance(const ZmRay& line0, const ZmRay& line1, float* t0, float* t1)
 {
-    return SquareDistance<Reach::Line, Reach::Line>(line0, line1, t0, t1);
+    return SquareDistance<Reach::LINE, Reach::LINE>(line0, line1, t0, t1);
 }
 
 float ZmDistance::LineRaySquareDistance(const ZmRay& line, const ZmRay& ray, float* t0, float* t1)
 {
-    return SquareDistance<Reach::Line, Reach::Ray>(line, ray, t0, t1);
+    return SquareDistance<Reach::LINE, Reach::RAY>(line, ray, t0, t1);
 }
 
 float ZmDistance::LineSegmentSquareDistance(const ZmRay& line, const ZmRay& segment, float* t0, float* t1)
 {
-    return SquareDistance<Reach::Line, Reach::Segment>(line, segment, t0, t1);
+    return SquareDistance<Reach::LINE, Reach::SEGMENT>(line, segment, t0, t1);
 }
 
 float ZmDistance::RayRaySquareDistance(const ZmRay& ray0, const ZmRay& ray1, float* t0, float* t1)
 {
-    return SquareDistance<Reach::Ray, Reach::Ray>(ray0, ray1, t0, t1);
+    return SquareDistance<Reach::RAY, Reach::RAY>(ray0, ray1, t0, t1);
 }
 
 float ZmDistance::RaySegmentSquareDistance(const ZmRay& ray, const ZmRay& segment, float* t0, float* t1)
 {
-    return SquareDistance<Reach::Ray, Reach::Segment>(ray, segment, t0, t1);
+    return SquareDistance<Reach::RAY, Reach::SEGMENT>(ray, segment, t0, t1);
 }
 
 float ZmDistance::SegmentSegmentSquareDistance(const ZmRay& segment0, const ZmRay& segment1, float* t0, float* t1)
 {
-    return SquareDistance<Reach::Segment, Reach::Segment>(segment0, segment1, t0, t1);
+    return SquareDistance<Reach::SEGMENT, Reach::SEGMENT>(segment0, segment1, t0, t1);
 }
 
 float ZmDistance::PointLineSquareDistance(const ZmVector& point, const ZmRay& line, float* t)
 {
-    return SquareDistance<Reach::Line>(point, line, t);
+    return SquareDistance<Reach::LINE>(point, line, t);
 }
 
 float ZmDistance::PointRaySquareDistance(const ZmVector& point, const ZmRay& ray, float* t)
 {
-    return SquareDistance<Reach::Ray>(point, ray, t);
+    return SquareDistance<Reach::RAY>(point, ray, t);
 }
 
 float ZmDistance::PointSegmentSquareDistance(const ZmVector& point, const ZmRay& segment, float* t)
 {
-    return SquareDistance<Reach::Segment>(point, segment, t);
+    return SquareDistance<Reach::SEGMENT>(point, segment, t);
 }

@@ -11,7 +11,7 @@ int CrossFace(const ZmRay& ray, const ZmVector& pt0, const ZmVector& pt1, const 
               ZmVector& point, float& dist)
 {
     int i1 = 0, i2 = 0;
-    return zm::CrossFace<reach, Facing::Any>(ray, pt0, pt1, pt2, normal, point, dist, i1, i2);
+    return zm::CrossFace<reach, Facing::ANY>(ray, pt0, pt1, pt2, normal, point, dist, i1, i2);
 }
 
 /// Component 0, 1 or, for every other number, 2.
@@ -34,49 +34,49 @@ int ZmIntersect::PointInFace(const ZmVector& point, const ZmVector& pt0, const Z
 int ZmIntersect::RayFace(const ZmRay& ray, const ZmVector& pt0, const ZmVector& pt1, const ZmVector& pt2,
                          const ZmVector& normal, ZmVector& point, float& dist)
 {
-    return CrossFace<Reach::Ray>(ray, pt0, pt1, pt2, normal, point, dist);
+    return CrossFace<Reach::RAY>(ray, pt0, pt1, pt2, normal, point, dist);
 }
 
 int ZmIntersect::RayFace(const ZmRay& ray, const ZmVector& pt0, const ZmVector& pt1, const ZmVector& pt2,
                          const ZmVector& normal, ZmVector& point, float& dist, int& i1, int& i2)
 {
-    return zm::CrossFace<Reach::Ray, Facing::Any>(ray, pt0, pt1, pt2, normal, point, dist, i1, i2);
+    return zm::CrossFace<Reach::RAY, Facing::ANY>(ray, pt0, pt1, pt2, normal, point, dist, i1, i2);
 }
 
 int ZmIntersect::RayFaceCulled(const ZmRay& ray, const ZmVector& pt0, const ZmVector& pt1, const ZmVector& pt2,
                                const ZmVector& normal, ZmVector& point, float& dist, int& i1, int& i2)
 {
-    return zm::CrossFace<Reach::Ray, Facing::Front>(ray, pt0, pt1, pt2, normal, point, dist, i1, i2);
+    return zm::CrossFace<Reach::RAY, Facing::FRONT>(ray, pt0, pt1, pt2, normal, point, dist, i1, i2);
 }
 
 int ZmIntersect::SegmentFace(const ZmRay& segment, const ZmVector& pt0, const ZmVector& pt1, const ZmVector& pt2,
                              const ZmVector& normal, ZmVector& point, float& dist)
 {
-    return CrossFace<Reach::Segment>(segment, pt0, pt1, pt2, normal, point, dist);
+    return CrossFace<Reach::SEGMENT>(segment, pt0, pt1, pt2, normal, point, dist);
 }
 
 int ZmIntersect::SegmentFace(const ZmRay& segment, const ZmVector& pt0, const ZmVector& pt1, const ZmVector& pt2,
                              const ZmVector& normal, ZmVector& point, float& dist, int& i1, int& i2)
 {
-    return zm::CrossFace<Reach::Segment, Facing::Any>(segment, pt0, pt1, pt2, normal, point, dist, i1, i2);
+    return zm::CrossFace<Reach::SEGMENT, Facing::ANY>(segment, pt0, pt1, pt2, normal, point, dist, i1, i2);
 }
 
 int ZmIntersect::SegmentFaceCulled(const ZmRay& segment, const ZmVector& pt0, const ZmVector& pt1, const ZmVector& pt2,
                                    const ZmVector& normal, ZmVector& point, float& dist, int& i1, int& i2)
 {
-    return zm::CrossFace<Reach::Segment, Facing::Front>(segment, pt0, pt1, pt2, normal, point, dist, i1, i2);
+    return zm::CrossFace<Reach::SEGMENT, Facing::FRONT>(segment, pt0, pt1, pt2, normal, point, dist, i1, i2);
 }
 
 int ZmIntersect::LineFace(const ZmRay& line, const ZmVector& pt0, const ZmVector& pt1, const ZmVector& pt2,
                           const ZmVector& normal, ZmVector& point, float& dist)
 {
-    return CrossFace<Reach::Line>(line, pt0, pt1, pt2, normal, point, dist);
+    return CrossFace<Reach::LINE>(line, pt0, pt1, pt2, normal, point, dist);
 }
 
 int ZmIntersect::LineFace(const ZmRay& line, const ZmVector& pt0, const ZmVector& pt1, const ZmVector& pt2,
                           const ZmVector& normal, ZmVector& point, float& dist, int& i1, int& i2)
 {
-    return zm::CrossFace<Reach::Line, Facing::Any>(line, pt0, pt1, pt2, normal, point, dist, i1, i2);
+    return zm::CrossFace<Reach::LINE, Facing::ANY>(line, pt0, pt1, pt2, normal, point, dist, i1, i2);
 }
 
 void ZmIntersect::GetPointCoefficients(const ZmVector& point, const ZmVector& pt0, const ZmVector& pt1,

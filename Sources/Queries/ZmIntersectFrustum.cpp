@@ -58,7 +58,7 @@ struct SplatBox {
         Splat(0, rows.row0 * L::Splat(half.x));
         Splat(1, rows.row1 * L::Splat(half.y));
         Splat(2, rows.row2 * L::Splat(half.z));
-        Splat(3, rows.template Apply<kPoint>(&center));
+        Splat(3, rows.template Apply<POINT>(&center));
     }
 
 private:

@@ -23,27 +23,27 @@ float SignedDistance(const ZmPlane& plane, const ZmVector& p)
 
 int ZmIntersect::RayPlane(const ZmRay& ray, const ZmPlane& plane, ZmVector& point, float& dist)
 {
-    return MeetsPlane<Reach::Ray, Facing::Any>(ray, plane, point, dist);
+    return MeetsPlane<Reach::RAY, Facing::ANY>(ray, plane, point, dist);
 }
 
 int ZmIntersect::RayPlaneCulled(const ZmRay& ray, const ZmPlane& plane, ZmVector& point, float& dist)
 {
-    return MeetsPlane<Reach::Ray, Facing::Front>(ray, plane, point, dist);
+    return MeetsPlane<Reach::RAY, Facing::FRONT>(ray, plane, point, dist);
 }
 
 int ZmIntersect::SegmentPlane(const ZmRay& segment, const ZmPlane& plane, ZmVector& point, float& dist)
 {
-    return MeetsPlane<Reach::Segment, Facing::Any>(segment, plane, point, dist);
+    return MeetsPlane<Reach::SEGMENT, Facing::ANY>(segment, plane, point, dist);
 }
 
 int ZmIntersect::SegmentPlaneCulled(const ZmRay& segment, const ZmPlane& plane, ZmVector& point, float& dist)
 {
-    return MeetsPlane<Reach::Segment, Facing::Front>(segment, plane, point, dist);
+    return MeetsPlane<Reach::SEGMENT, Facing::FRONT>(segment, plane, point, dist);
 }
 
 int ZmIntersect::LinePlane(const ZmRay& line, const ZmPlane& plane, ZmVector& point, float& dist)
 {
-    return MeetsPlane<Reach::Line, Facing::Any>(line, plane, point, dist);
+    return MeetsPlane<Reach::LINE, Facing::ANY>(line, plane, point, dist);
 }
 
 int ZmIntersect::BoxPlane(const ZmBbox& box, const ZmPlane& plane)

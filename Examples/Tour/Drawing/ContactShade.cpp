@@ -15,7 +15,7 @@ ContactShade::ContactShade(const Scene& scene)
     std::vector<Ball> balls;
     ZmVector low(1e9f, 0, 1e9f), high(-1e9f, 0, -1e9f);
     for (const Model& model : scene.Models) {
-        if (model.Made != Material::Statue) {
+        if (model.Made != Material::STATUE) {
             continue;
         }
         balls.push_back(BallAround(model));

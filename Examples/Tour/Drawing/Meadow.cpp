@@ -68,7 +68,7 @@ void PlaceStatues(Scene& scene, const Mesh& statue, const Settings& settings)
     const std::vector<Spot> spots = ChooseSpots(settings);
     const size_t most = std::max(kFewestCopies, size_t(settings.MostTriangles) / statue.TriangleCount());
     for (size_t i = 0; i < std::min(spots.size(), most); ++i) {
-        scene.Add(statue, Material::Statue, Placed(spots[i]), settings.Colors[spots[i].Color]);
+        scene.Add(statue, Material::STATUE, Placed(spots[i]), settings.Colors[spots[i].Color]);
     }
 }
 
@@ -76,7 +76,7 @@ void PlaceGround(Scene& scene)
 {
     for (Mesh& tile : MakeGroundTiles()) {
         scene.Meshes.push_back(std::move(tile));
-        scene.Add(scene.Meshes.back(), Material::Ground, ZmMatrix::Identity(), ZmVector::axis1());
+        scene.Add(scene.Meshes.back(), Material::GROUND, ZmMatrix::Identity(), ZmVector::axis1());
     }
 }
 
@@ -113,7 +113,7 @@ void PlaceGrass(Scene& scene)
                 continue;
             }
             const Mesh& patch = scene.Meshes[first + size_t(random.Next() * float(kinds))];
-            scene.Add(patch, Material::Grass, GrassPlaced(x, z, int(4 * random.Next())), ZmVector::axis1());
+            scene.Add(patch, Material::GRASS, GrassPlaced(x, z, int(4 * random.Next())), ZmVector::axis1());
         }
     }
 }
@@ -131,7 +131,7 @@ void PlaceFlowers(Scene& scene)
             continue;
         }
         const size_t kind = size_t(3 * Noise(0.4f * x + 9, 0.4f * z)) % 3;
-        scene.Add(flower, Material::Flower, Placed({x, z, random.Between(0.6f, 1.1f), random.Between(0, 6), 0}),
+        scene.Add(flower, Material::FLOWER, Placed({x, z, random.Between(0.6f, 1.1f), random.Between(0, 6), 0}),
                   kinds[kind]);
     }
 }

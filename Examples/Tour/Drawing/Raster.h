@@ -40,9 +40,7 @@ int ClipTriangle(Corner res[kMostCorners], const Corner triangle[3], uint32_t fl
 /// gap and share no sample.
 class GridTriangle {
 public:
-    enum : int {
-        kUnit = 256
-    };
+    static constexpr int kUnit = 256;
 
     GridTriangle(const Corner corners[3], const RasterTarget& target);
 

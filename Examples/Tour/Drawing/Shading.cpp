@@ -106,8 +106,8 @@ ZmVector Shading::GroundNormal(const Hit& hit) const
 ZmVector Shading::Color(const Hit& hit) const
 {
     switch (hit.Of.Shown->Made) {
-    case Material::Ground: return GroundColor(hit);
-    case Material::Grass:
+    case Material::GROUND: return GroundColor(hit);
+    case Material::GRASS:
         // Blades differ close by; far away only their average is left.
         return GrassColor(hit.Point) * (1 + Closeness(hit.Distance) * (1.1f * hit.Of.Ground - 0.35f));
     default: return hit.Of.Shown->Color;
@@ -117,7 +117,7 @@ ZmVector Shading::Color(const Hit& hit) const
 float Shading::Sunlight(const Hit& hit, float turn) const
 {
     const ZmVector& towards = m_Scene.Light.Towards;
-    const bool statue = hit.Of.Shown->Made == Material::Statue;
+    const bool statue = hit.Of.Shown->Made == Material::STATUE;
     // Soft material: light wraps a little around the edge.
     const float wrap = statue ? 0.08f : 0.0f;
     const float facing = (Dot(hit.Normal, towards) + wrap) / (1 + wrap);
@@ -137,7 +137,7 @@ ZmVector Shading::AmbientLight(const Hit& hit) const
 {
     const float open = m_Contact.OpenSky(hit.Point, hit.Normal, hit.Of.Shown);
     const ZmVector fromSky = kSkyOnSurfaces * (open * hit.Of.Sky);
-    if (hit.Of.Shown->Made != Material::Statue) {
+    if (hit.Of.Shown->Made != Material::STATUE) {
         return fromSky;
     }
     return fromSky + kGroundOnSurfaces * ((0.4f + 0.6f * open) * hit.Of.Ground);
@@ -147,7 +147,7 @@ ZmVector Shading::SurfaceLight(const Hit& hit, float turn) const
 {
     const ZmVector color = Color(hit), sun = m_Scene.Light.Color * Sunlight(hit, turn);
     const ZmVector light = Times(color, sun + AmbientLight(hit));
-    if (hit.Of.Shown->Made != Material::Statue) {
+    if (hit.Of.Shown->Made != Material::STATUE) {
         return light;
     }
     // A sheen at grazing angles, like that of velvet.
@@ -168,7 +168,7 @@ ZmVector Shading::Light(const Surface& surface, const ZmVector& ray, float turn)
     if (surface.Shown->IsLeaf() && hit.Normal.y < 0) {
         hit.Normal = -hit.Normal;  // thin enough to be lit from above on both sides
     }
-    if (surface.Shown->Made == Material::Ground) {
+    if (surface.Shown->Made == Material::GROUND) {
         hit.Normal = GroundNormal(hit);
     }
     const float haze = 1 - std::exp(-std::max(0.0f, distance - 6) / kHazeLength);

@@ -62,7 +62,7 @@ void Shadows::DrawMap(const Scene& scene, int index)
     ZmBbox box = SliceBox(scene.Camera, nearDistance, kMapEnd[index], m_WorldToSun);
     // Shadow casters may lie far outside the slice, towards the sun.
     for (const Model& model : scene.Models) {
-        if (model.Made != Material::Statue) {
+        if (model.Made != Material::STATUE) {
             continue;
         }
         ZmBbox sunBox;
@@ -71,7 +71,7 @@ void Shadows::DrawMap(const Scene& scene, int index)
     }
     m_Maps[index].Begin(kMapSize, m_WorldToSun, box);
     for (const Model& model : scene.Models) {
-        if (model.Made == Material::Statue && m_Maps[index].MayContain(model.Box)) {
+        if (model.Made == Material::STATUE && m_Maps[index].MayContain(model.Box)) {
             m_Maps[index].Draw(*model.Shape, model.World);
         }
     }
