@@ -20,13 +20,14 @@ ZM_BENCHMARK_PEERS(ZM_DECLARE_PEER)
 
 namespace {
 
-const Tasks* const kTasks[] = {&kPointTasks, &kArrayTasks,   &kSingleTasks,  &kQueryTasks,         &kFoundationTasks,
-                               &kFileTasks,  &kArchiveTasks, &kImagingTasks, &kConfigurationTasks, &kThreadTasks};
+constexpr const Tasks* kTasks[] = {&kPointTasks,         &kArrayTasks, &kSingleTasks,  &kQueryTasks,
+                                   &kFoundationTasks,    &kFileTasks,  &kArchiveTasks, &kImagingTasks,
+                                   &kConfigurationTasks, &kThreadTasks};
 
 #define ZM_LIST_PEER(name) &k##name,
-const Contender* const kContenders[] = {&kPoints,  &kScalarPoints,  &kArrays,  &kSingles,
-                                        &kQueries, &kFoundations,   &kFiles,   &kArchives,
-                                        &kImaging, &kConfiguration, &kThreads, ZM_BENCHMARK_PEERS(ZM_LIST_PEER)};
+constexpr const Contender* kContenders[] = {&kPoints,  &kScalarPoints,  &kArrays,  &kSingles,
+                                            &kQueries, &kFoundations,   &kFiles,   &kArchives,
+                                            &kImaging, &kConfiguration, &kThreads, ZM_BENCHMARK_PEERS(ZM_LIST_PEER)};
 
 bool MachineHasAvx2()
 {

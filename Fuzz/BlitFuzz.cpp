@@ -68,7 +68,7 @@ void ReadPixels(Input& input, Image& image)
 }
 
 using Operation = int (*)(const ZmImageDescEx& src, const ZmImageDescEx& dst);
-const Operation kOperations[] = {
+constexpr Operation kOperations[] = {
     ZmDoBlit,
     ZmDoBlitUpsideDown,
     ZmDoAlphaBlit,

@@ -86,8 +86,8 @@ bool DrawPixelLayouts()
 bool DrawLines()
 {
     // A flag, line by line as it is stored in memory.
-    const char* const lines[kHeight] = {"PPPPPPPP..", "PRRRRRRRP.", "PRRRRRRRRP",
-                                        "PWWWWWWWWP", "PWWWWWWWP.", "PPPPPPPP.."};
+    constexpr const char* lines[kHeight] = {"PPPPPPPP..", "PRRRRRRRP.", "PRRRRRRRRP",
+                                            "PWWWWWWWWP", "PWWWWWWWP.", "PPPPPPPP.."};
     uint32_t memory[kHeight * kWidth];
     for (int i = 0; i < kHeight * kWidth; ++i) {
         const char cell = lines[i / kWidth][i % kWidth];

@@ -63,8 +63,8 @@ bool DrawRows()
     DrawAxes(canvas, view, m, 1);
     canvas.Arrow(view({{0, 0, 0}, {m[3][0], m[3][1], m[3][2]}}), kInk);
 
-    const uint32_t colours[] = {kRed, kGreen, kBlue, kInk};
-    const char* const names[] = {"image of X", "image of Y", "image of Z", "translation"};
+    constexpr uint32_t colours[] = {kRed, kGreen, kBlue, kInk};
+    constexpr const char* names[] = {"image of X", "image of Y", "image of Z", "translation"};
     for (int row = 0; row < 4; ++row) {
         const float y = 70 + 44 * float(row);
         for (int column = 0; column < 4; ++column) {

@@ -127,7 +127,7 @@ bool DrawHandedness()
     }
 
     const ZmVector axes[] = {frustum.Right, frustum.Up, frustum.Direction};
-    const char* const names[] = {"Right: ", "Up: ", "Direction: "};
+    constexpr const char* names[] = {"Right: ", "Up: ", "Direction: "};
     for (const int axis : {2, 0, 1}) {
         canvas.Arrow(view({frustum.Origin, frustum.Origin + axes[axis] * 0.9f}), kAxisColours[axis], 4);
         canvas.Text({600, 150 + 40 * float(axis)}, names[axis] + NameOfAxis(axes[axis]), kAxisColours[axis], 18);

@@ -6,7 +6,7 @@
 
 namespace {
 
-const char* const kFile = "game.cfg";
+constexpr const char* kFile = "game.cfg";
 
 int GetInteger(const ZmConfiguration& settings, const char* section, const char* name, int otherwise)
 {

@@ -68,7 +68,7 @@ int main()
     ZmDoBlit(sunset.Desc, indexed.Desc);
     Report("256 colours", sunset, indexed, indexed.Pixels.size() + sizeof(palette));
 
-    const uint32_t header[] = {40, kSize, kSize, 1 | 8 << 16, 0, kSize * kSize, 0, 0, 256, 0};
+    constexpr uint32_t header[] = {40, kSize, kSize, 1 | 8 << 16, 0, kSize * kSize, 0, 0, 256, 0};
     const uint32_t start = 14 + sizeof(header) + sizeof(palette), sizes[] = {start + kSize * kSize, 0, start};
     ZmFile file;
     file.Open("sunset.bmp", ZmFile::WRITEONLY);

@@ -7,9 +7,9 @@
 namespace {
 
 // Larger coordinates could overflow when differences are squared.
-const float kMaxCoordinate = 1e15f;
+constexpr float kMaxCoordinate = 1e15f;
 // The library counts elements in int.
-const uint32_t kMostVertices = INT32_MAX;
+constexpr uint32_t kMostVertices = INT32_MAX;
 
 class Parser {
 public:

@@ -5,8 +5,8 @@
 
 namespace {
 
-const float kBoxReach = 30;   // boxes farther away are not drawn in the main picture
-const float kMapReach = 110;  // the far end of the frustum on the map, behind the last copy
+constexpr float kBoxReach = 30;   // boxes farther away are not drawn in the main picture
+constexpr float kMapReach = 110;  // the far end of the frustum on the map, behind the last copy
 const ZmBbox kCube = {{1, 1, 1}, {-1, -1, -1}};
 
 const ZmColor kBoxColor(1, 1, 1, 0.5f), kPickedColor(1, 0.85f, 0.1f, 1);

@@ -10,8 +10,8 @@
 
 namespace {
 
-const int kSamples = 3;  // per side: nine in each pixel
-const int kStripRows = 32;
+constexpr int kSamples = 3;  // per side: nine in each pixel
+constexpr int kStripRows = 32;
 
 // Some rows of the picture at sample resolution. Used by one thread, which reuses its memory for its next rows.
 class Strip {

@@ -5,9 +5,9 @@
 
 namespace {
 
-const int kRounds = 20;
-const size_t kBenchVertices = 32768;
-const int kRepeats = 24;
+constexpr int kRounds = 20;
+constexpr size_t kBenchVertices = 32768;
+constexpr int kRepeats = 24;
 
 // Restores the feature word on destruction.
 class FeatureGuard {

@@ -25,8 +25,8 @@ struct Settings {
     std::vector<Spot> Front;
 };
 
-const int kMinSize = 64;
-const int kMaxSize = 8192;
+constexpr int kMinSize = 64;
+constexpr int kMaxSize = 8192;
 
 /// Parses three comma-separated numbers, in the order of the record and within the limits of scene files. Returns false
 /// if `text` is anything else.

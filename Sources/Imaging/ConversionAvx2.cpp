@@ -201,7 +201,7 @@ void WidenToBytes(const Conversion& c, const Halves (&pairs)[2], const uint8_t* 
     // Blue, green, red and alpha in this order, each at its destination.
     uint8_t order[32];
     memset(order, 0x80, sizeof(order));
-    const int from[4] = {2, 1, 0, 3};
+    constexpr int from[4] = {2, 1, 0, 3};
     for (int pixel = 0; pixel < 8; ++pixel) {
         for (int channel = 0; channel < 4; ++channel) {
             if (c.to.channel[channel].bits != 0) {

@@ -9,8 +9,8 @@ using namespace zm;
 namespace {
 
 // The bits of the lower and upper sides of each axis.
-const uint32_t kBelow[3] = {ZMCLIP_LEFT, ZMCLIP_BOTTOM, ZMCLIP_BACK};
-const uint32_t kAbove[3] = {ZMCLIP_RIGHT, ZMCLIP_TOP, ZMCLIP_FRONT};
+constexpr uint32_t kBelow[3] = {ZMCLIP_LEFT, ZMCLIP_BOTTOM, ZMCLIP_BACK};
+constexpr uint32_t kAbove[3] = {ZMCLIP_RIGHT, ZMCLIP_TOP, ZMCLIP_FRONT};
 
 uint32_t SideBits(const uint32_t (&bits)[3], unsigned lanes)
 {

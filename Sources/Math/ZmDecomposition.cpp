@@ -52,9 +52,9 @@ void SetTranslation(ZmMatrix& m, const ZmVector& pos)
 }
 
 // Relative to 1, six float steps: the stretch of a rotation built in floats, or of a product of two such rotations.
-const double kSameStretch = 12 * 0x1p-24;
+constexpr double kSameStretch = 12 * 0x1p-24;
 // Stretches that are 0 may come out as this, relative to the largest, by rounding in double.
-const double kNoStretch = 0x1p-50;
+constexpr double kNoStretch = 0x1p-50;
 
 /// Makes stretches equal that differ by rounding only: all three, or the two that are nearest to each other. Otherwise
 /// their axes would be noise.
@@ -126,7 +126,7 @@ ZmQuaternion NearestCubeRotation(ZmQuaternion q)
     for (int i = 0; i < 4; ++i) {
         second = i != first && fabsf(Component(q, i)) > fabsf(Component(q, second)) ? i : second;
     }
-    const float kRootHalf = 0.70710678f;
+    constexpr float kRootHalf = 0.70710678f;
     const float one = fabsf(Component(q, first)), two = (one + fabsf(Component(q, second))) * kRootHalf;
     ZmQuaternion res(0, 0, 0, 0);
     if (all > one && all > two) {

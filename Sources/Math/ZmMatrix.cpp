@@ -13,7 +13,7 @@ namespace {
 
 const ZmMatrix kIdentity({1, 0, 0}, {0, 1, 0}, {0, 0, 1}, {0, 0, 0});
 
-const float kEqualWithin = 0x1p-23f;
+constexpr float kEqualWithin = 0x1p-23f;
 
 // Writes row i with a fourth element of 0, or 1 in row 3.
 void SetRow(ZmMatrix& m, int i, const ZmVector& v)
@@ -135,7 +135,7 @@ void Zm3DMatrixFromEulerAngles(ZmMatrix& res, float eax, float eay, float eaz)
 
 void Zm3DMatrixToEulerAngles(const ZmMatrix& m, float* eax, float* eay, float* eaz)
 {
-    const float kGimbal = 1.9073486e-6f;  // 2^-19
+    constexpr float kGimbal = 1.9073486e-6f;  // 2^-19
     const ZmVector r0 = NormalizedExactly(Row(m, 0)), r1 = NormalizedExactly(Row(m, 1)),
                    r2 = NormalizedExactly(Row(m, 2));
     const float cy = sqrtf(r0.x * r0.x + r0.y * r0.y);

@@ -12,7 +12,7 @@ using namespace zm;
 
 namespace {
 
-const float kSmallestAngle = 0x1p-23f;  // below it sin(x) / x is 1
+constexpr float kSmallestAngle = 0x1p-23f;  // below it sin(x) / x is 1
 
 ZmQuaternion Scaled(const ZmQuaternion& q, float s)
 {

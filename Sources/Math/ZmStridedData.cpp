@@ -48,8 +48,8 @@ void CopyElements(const StridedPair& pair)
 }
 
 // When gathering from memory each element stalls unless its cache line is requested well ahead.
-const size_t kPrefetchAhead = 32;
-const size_t kPrefetchBytes = 2 << 20;  // smaller sources stay in the second-level cache
+constexpr size_t kPrefetchAhead = 32;
+constexpr size_t kPrefetchBytes = 2 << 20;  // smaller sources stay in the second-level cache
 
 template <size_t kSize, class Index>
 void GatherElements(const StridedPair& pair, const Index* indices)
@@ -71,7 +71,7 @@ void GatherElements(const StridedPair& pair, const Index* indices)
 
 // --- Loops over elements of any size --------------------------------------------------
 
-const size_t kFixedSizes = 16;  // 4 to 64 bytes have loops of their own
+constexpr size_t kFixedSizes = 16;  // 4 to 64 bytes have loops of their own
 
 size_t FixedIndex(size_t size)
 {
@@ -132,8 +132,8 @@ void FillPatterns(char* dst, size_t bytes, const char* pattern)
     }
 }
 
-const size_t kFillAlignment = 32;
-const size_t kWorthPattern = 256;  // shorter runs do not pay for building the pattern
+constexpr size_t kFillAlignment = 32;
+constexpr size_t kWorthPattern = 256;  // shorter runs do not pay for building the pattern
 
 // Fills a contiguous array as one run of bytes; the element size must divide the pattern's.
 void FillTight(char* dst, size_t bytes, const char* value, size_t size)
@@ -141,7 +141,7 @@ void FillTight(char* dst, size_t bytes, const char* value, size_t size)
     // Longer than the pattern by the bytes before the first whole register, so that the pattern can start anywhere in
     // an element.
     char words[kPatternBytes + kFillAlignment];
-    for (size_t i = 0, from = 0; i < sizeof words; i += 4) {
+    for (size_t i = 0, from = 0; i < sizeof(words); i += 4) {
         memcpy(words + i, value + from, 4);
         from = from + 4 == size ? 0 : from + 4;
     }

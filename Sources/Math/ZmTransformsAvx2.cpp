@@ -28,7 +28,7 @@ inline void SplatHalves(Avx2Lanes v, Avx2Lanes& x, Avx2Lanes& y, Avx2Lanes& z)
 
 template <ptrdiff_t stride>
 struct Pairs {
-    static const int kAtOnce = 2;
+    static constexpr int kAtOnce = 2;
 
     static void Load(const char* p, ptrdiff_t anyStride, Avx2Lanes& x, Avx2Lanes& y, Avx2Lanes& z)
     {
@@ -39,7 +39,7 @@ struct Pairs {
 
 template <>
 struct Pairs<12> {
-    static const int kAtOnce = 2;
+    static constexpr int kAtOnce = 2;
 
     static void Load(const char* p, ptrdiff_t, Avx2Lanes& x, Avx2Lanes& y, Avx2Lanes& z)
     {
@@ -52,7 +52,7 @@ struct Pairs<12> {
 
 template <>
 struct Pairs<16> {
-    static const int kAtOnce = 4;
+    static constexpr int kAtOnce = 4;
 
     static void Load(const char* p, ptrdiff_t, Avx2Lanes& x, Avx2Lanes& y, Avx2Lanes& z)
     {

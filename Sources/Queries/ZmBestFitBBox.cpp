@@ -10,7 +10,7 @@ using namespace zm;
 namespace {
 
 /// Larger boxes are taken as the result of a failed decomposition.
-const float kLargest = 1e6f;
+constexpr float kLargest = 1e6f;
 
 /// Also false for NaN.
 bool IsStable(const ZmMatrix& m)

@@ -50,10 +50,10 @@ inline void Store(float* res, Pair value)
 
 /// The squared sine of the angle up to which two rays count as parallel. Rounding the directions to floats causes
 /// angles of this size, which would put the closest points very far away.
-const double kParallelSquare = 0x1p-44;
+constexpr double kParallelSquare = 0x1p-44;
 
 /// The largest double below kEpsilon; from kEpsilon on nothing is parallel to a line.
-const double kBelowEpsilon = kEpsilon * (1 - 0x1p-53);
+constexpr double kBelowEpsilon = kEpsilon * (1 - 0x1p-53);
 
 /// The largest squared cross product of the directions at which two objects count as parallel. Beside a line it is a
 /// constant, whatever the lengths of the directions (ZmDistanceTest, ParametersOfParallelAndPointlikePairs).

@@ -55,8 +55,8 @@ std::string TracesOfMode(const TemporaryFolder& folder, int mode)
 
 TEST(ZmFileTest, ModesOpenAsTheirModeStringsDo)
 {
-    const char* const kModes[] = {"rb", "rb", "wb", "r+b", "ab", "a+b", "rb", "rb",
-                                  "rb", "r",  "w",  "r+",  "a",  "a+",  "rb", "rb"};
+    constexpr const char* kModes[] = {"rb", "rb", "wb", "r+b", "ab", "a+b", "rb", "rb",
+                                      "rb", "r",  "w",  "r+",  "a",  "a+",  "rb", "rb"};
     for (const int mode : {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 18, 26, 1 << 30, -1, -6}) {
         SCOPED_TRACE(mode);
         const TemporaryFolder mine, expected;
@@ -344,7 +344,7 @@ TEST(ZmFileTest, CopiesShareOneFile)
 
 TEST(ZmFileTest, TheModeWordTellsFilesFromFolders)
 {
-    const unsigned int kTypes = 0170000, kFile = 0100000, kFolder = 0040000, kOwnerReads = 0400;
+    constexpr unsigned int kTypes = 0170000, kFile = 0100000, kFolder = 0040000, kOwnerReads = 0400;
     const TemporaryFolder folder;
     MakeFile(folder / "file");
     EXPECT_EQ(ZmFile::GetFileMode((folder / "file").c_str()) & (kTypes | kOwnerReads), kFile | kOwnerReads);

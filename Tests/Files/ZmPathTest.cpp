@@ -102,14 +102,14 @@ TEST(ZmPathTest, ASeparatorIsAlwaysAdded)
 
 TEST(ZmPathTest, SystemPathsHaveBackslashesBehindTheDrive)
 {
-    const char* const kRows[][2] = {{"C:\\a/b:c\\d", "C:\\a\\b\\c\\d"},
-                                    {"z:\\", "z:\\"},
-                                    {"C:/a", "C\\\\a"},
-                                    {"C:", "C\\"},
-                                    {"1:\\a", "1\\\\a"},
-                                    {"Mac HD:Folder:File", "Mac HD\\Folder\\File"},
-                                    {"/a/b", "\\a\\b"},
-                                    {"", ""}};
+    constexpr const char* kRows[][2] = {{"C:\\a/b:c\\d", "C:\\a\\b\\c\\d"},
+                                        {"z:\\", "z:\\"},
+                                        {"C:/a", "C\\\\a"},
+                                        {"C:", "C\\"},
+                                        {"1:\\a", "1\\\\a"},
+                                        {"Mac HD:Folder:File", "Mac HD\\Folder\\File"},
+                                        {"/a/b", "\\a\\b"},
+                                        {"", ""}};
     for (const auto& row : kRows) {
         XString path(row[0]);
         ZmConvertPathToSystemPath(path);
@@ -154,7 +154,7 @@ TEST(ZmPathTest, UrlsThatCannotBeMadeFail)
 
 TEST(ZmPathTest, UnescapingReadsTwoDecimalDigits)
 {
-    const char* const kRows[][2] = {
+    constexpr const char* kRows[][2] = {
         {"%41", "41"},     {"a%05b", "a5b"}, {"%00%99", "099"}, {"%2b", "70"},     {"%zz", "814"},
         {"%%41", "-1061"}, {"%", "%"},       {"a%4", "a%4"},    {"%4%12", "2912"}, {"no escapes", "no escapes"},
         {"", ""}};

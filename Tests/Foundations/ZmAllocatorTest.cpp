@@ -287,7 +287,7 @@ TEST(ZmAllocatorTest, ManyShortStringsKeepTheirTexts)
 
 TEST(ZmAllocatorTest, AStringIsACopyOfTheText)
 {
-    const char text[] = "abc";
+    constexpr char text[] = "abc";
     char* copy = Allocator().AllocateString(text);
     EXPECT_STREQ(copy, text);
     EXPECT_NE(copy, text);
@@ -341,7 +341,7 @@ struct Kind {
     void (*release)(unsigned size, void* block);
 };
 
-const Kind kKinds[] = {
+constexpr Kind kKinds[] = {
     {[](unsigned size) { return Allocator().AllocateScratch(size); },
      [](unsigned, void* block) { Allocator().ReleaseScratch(block); }},
     {[](unsigned size) { return Allocator().AllocatePool(size); },

@@ -8,7 +8,7 @@
 
 namespace {
 
-const uint32_t kWithMasks[] = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18, 24, 25, 26, 27};
+constexpr uint32_t kWithMasks[] = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18, 24, 25, 26, 27};
 
 int DifferentPixels(const TestImage& src, const TestImage& dst)
 {
@@ -94,7 +94,7 @@ void SetRandomMasks(ZmImageDescEx& desc, Random& random)
 TEST(ZmBlitTest, AnyMasksConvert)
 {
     OnEachPath(3000, [](Random& random) {
-        const uint32_t formats[] = {8, 4, 3, 1};
+        constexpr uint32_t formats[] = {8, 4, 3, 1};
         TestImage src(formats[random.Int(0, 3)], 19, 2), dst(formats[random.Int(0, 3)], 19, 2, random.Int(0, 1) * 4);
         // Channels of whole bytes, like those of the formats, take separate code paths.
         const int keep = random.Int(0, 2);
@@ -172,7 +172,7 @@ uint32_t Decoded(const uint8_t* block, uint32_t format, int i)
     const int end[2] = {colours[0] + 256 * colours[1], colours[2] + 256 * colours[3]};
     const int choice = colours[4 + i / 4] >> (i % 4 * 2) & 3;
     const bool three = format == ZM_PF_DXT1 && end[0] <= end[1];
-    const double shares[2][4] = {{0, 1, 1 / 3.0, 2 / 3.0}, {0, 1, 0.5, 0}};
+    constexpr double shares[2][4] = {{0, 1, 1 / 3.0, 2 / 3.0}, {0, 1, 0.5, 0}};
     const double share = shares[three][choice];
     double alpha = three && choice == 3 ? 0 : 255;
     if (format == ZM_PF_DXT2 || format == ZM_PF_DXT3) {

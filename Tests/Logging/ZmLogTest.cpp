@@ -139,8 +139,8 @@ TEST_F(ZmLogTest, MessagesAreFormattedAsThoseOfTheCLibrary)
 {
     m_Heard.Listen("one", m_A);
     const std::string longText(300, 'x');
-    const char* const kFormats[] = {"text",    "%%d",      "100%% of %d", "%i|%s|%u|%c", "%d%s%d%%", "%u %s",
-                                    "%5d %s|", "%d %.2s|", "%+d %s",      "%x %s %o",    "%hhd %5s", "%c%s"};
+    constexpr const char* kFormats[] = {"text",    "%%d",      "100%% of %d", "%i|%s|%u|%c", "%d%s%d%%", "%u %s",
+                                        "%5d %s|", "%d %.2s|", "%+d %s",      "%x %s %o",    "%hhd %5s", "%c%s"};
     for (const char* format : kFormats) {
         for (const char* text : {"it", "", longText.c_str(), static_cast<const char*>(nullptr)}) {
             for (const int number : {42, -1, INT32_MIN}) {

@@ -7,7 +7,7 @@ using namespace zm;
 
 namespace {
 
-const double kFactorError = 1e-8;  // the factors are rounded to float afterwards, which costs 6e-8
+constexpr double kFactorError = 1e-8;  // the factors are rounded to float afterwards, which costs 6e-8
 
 Matrix44d Widened(const Matrix3& m)
 {
@@ -28,7 +28,7 @@ void ExpectEqual(const Matrix44d& a, const Matrix44d& b, double tolerance)
 /// Magnitudes from 1e-6 to 1e6, and the largest of them.
 Matrix3 RandomBlock(Random& random, double& largest)
 {
-    const double scales[] = {1e-6, 1e-3, 1, 1, 1e3, 1e6};
+    constexpr double scales[] = {1e-6, 1e-3, 1, 1, 1e3, 1e6};
     const int range = random.Int(0, 2);
     Matrix3 m;
     largest = 0;

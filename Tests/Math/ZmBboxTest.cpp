@@ -254,7 +254,7 @@ TEST(ZmBboxTest, RandomBoxesProjectAsTheirCornersDo)
         ASSERT_TRUE(andFlags == all && orFlags == any);
         if (all == 0) {
             const unsigned cut = any & 0x100 ? any : 0;
-            const double tolerance = 200 * 320 * 4 * kRounding;
+            constexpr double tolerance = 200 * 320 * 4 * kRounding;
             EXPECT_NEAR(extents.left, cut & 0x10 ? 100 : left, tolerance);
             EXPECT_NEAR(extents.right, cut & 0x20 ? 740 : right, tolerance);
             EXPECT_NEAR(extents.top, cut & 0x40 ? 50 : top, tolerance);

@@ -97,7 +97,7 @@ Matrix44d Stretch(const ZmVector& k, const ZmQuaternion& u)
 }
 
 // The block is restored through the squares of two quaternions of floats.
-const double kFactorRounding = 16 * kRounding;
+constexpr double kFactorRounding = 16 * kRounding;
 
 /// Expects that the parts are a rotation and a stretch without negative factors and together give m, or m with its
 /// block negated if it is mirrored, up to rounding errors of the largest row.
@@ -174,7 +174,7 @@ TEST(ZmDecompositionTest, SingularAndExtremeBlocksAreDecomposedToo)
 
 TEST(ZmDecompositionTest, MixedMagnitudesComeBack)
 {
-    const float scales[] = {1e-6f, 1e-3f, 1, 1e3f, 1e6f};
+    constexpr float scales[] = {1e-6f, 1e-3f, 1, 1e3f, 1e6f};
     OnEachPath(500, [&](Random& random) {
         ZmMatrix m = random.Affine(1);
         for (int i = 0; i < 9; ++i) {
@@ -200,8 +200,8 @@ float SignOfDeterminant(const ZmMatrix& m)
 TEST(ZmDecompositionTest, StretchesOfAnySizesAndSignsComeBackFromBetweenTwoRotations)
 {
     // Rounding to floats leaves little of small values beside large ones: most blocks are nearly singular.
-    const float scales[] = {0,     1e-20f, 1e-16f, 1e-12f, 1e-10f, 1e-8f, 1e-7f, 1e-6f, 1e-4f,
-                            1e-3f, 1e-2f,  0.1f,   1,      10,     1e2f,  1e3f,  1e4f,  1e6f};
+    constexpr float scales[] = {0,     1e-20f, 1e-16f, 1e-12f, 1e-10f, 1e-8f, 1e-7f, 1e-6f, 1e-4f,
+                                1e-3f, 1e-2f,  0.1f,   1,      10,     1e2f,  1e3f,  1e4f,  1e6f};
     OnEachPath(7000, [&](Random& random) {
         Matrix44d diagonal;
         for (int i = 0; i < 3; ++i) {
@@ -226,7 +226,7 @@ TEST(ZmDecompositionTest, ATinyStretchBesideTwoLargeOnesIsNoRotation)
     ExpectPolarParts(m, Parts(m));
 }
 
-const double kNoTurn = 1e-5;  // far below the 8.7e-4 of a tenth of a degree
+constexpr double kNoTurn = 1e-5;  // far below the 8.7e-4 of a tenth of a degree
 
 TEST(ZmDecompositionTest, StretchesThatAreEqualButForRoundingAreNotTurned)
 {
@@ -260,7 +260,7 @@ void ExpectStretches(const Parts& parts, ZmVector expected)
 
 TEST(ZmDecompositionTest, BadlyScaledRotationsKeepTheirFactors)
 {
-    const float scales[] = {1e-6f, 1, 1e6f};
+    constexpr float scales[] = {1e-6f, 1, 1e6f};
     OnEachPath(100, [&](Random& random) {
         const ZmVector d = {scales[random.Int(0, 2)], scales[random.Int(0, 2)], scales[random.Int(0, 2)]};
         const ZmQuaternion rotation = random.Rotation();

@@ -53,7 +53,7 @@ TEST(ZmFrustumTest, CornersGoRoundTheNearRectangleAndThenTheFarOne)
 TEST(ZmFrustumTest, PlanesHoldTheirCornersAndPointOutwardsInEitherHandedness)
 {
     OnEachPath(20, [](Random& random) {
-        const unsigned onPlane[6] = {0x99, 0x66, 0xCC, 0x33, 0x0F, 0xF0};  // the corners on each, a bit each
+        constexpr unsigned onPlane[6] = {0x99, 0x66, 0xCC, 0x33, 0x0F, 0xF0};  // the corners on each, a bit each
         const ZmFrustum f = RandomFrustum(random, random.Int(0, 1) ? 1.0f : -1.0f);
         ZmVector corners[8];
         f.ComputeVertices(corners);

@@ -27,7 +27,7 @@ TYPED_TEST(ZmInteropTest, GoesThroughArraysPointersAndViewsInTheOrderOfMemory)
     ZmArrayOf<TypeParam> numbers;
     std::iota(numbers.begin(), numbers.end(), 1.0f);
     TypeParam record = ZmFromArray<TypeParam>(numbers);
-    EXPECT_EQ(memcmp(&record, numbers.data(), sizeof record), 0);
+    EXPECT_EQ(memcmp(&record, numbers.data(), sizeof(record)), 0);
     EXPECT_EQ(ZmToArray(record), numbers);
     EXPECT_EQ(ZmFromFloats<TypeParam>(numbers.data(), numbers.size()), record);
 

@@ -152,7 +152,7 @@ TEST(ZmMatrixTest, InverseOfANearlySingularBlockKeepsItsDigits)
 {
     OnEachPath(2000, [](Random& random) {
         // Next to rank two or to rank one.
-        const float tilts[] = {1, 1e-1f, 1e-2f, 1e-3f, 1e-4f};
+        constexpr float tilts[] = {1, 1e-1f, 1e-2f, 1e-3f, 1e-4f};
         const ZmVector x = random.Vector(), near = x * random.Float(2) + random.Vector(tilts[random.Int(0, 4)]);
         const ZmVector y = random.Int(0, 1) ? random.Vector() : near;
         const ZmMatrix m(x, x * random.Float(2) + y * random.Float(2) + random.Vector(tilts[random.Int(0, 4)]), y,
@@ -173,7 +173,7 @@ TEST(ZmMatrixTest, InverseOfANearlySingularBlockKeepsItsDigits)
     });
 }
 
-const float kStep = 0x1p-23f;
+constexpr float kStep = 0x1p-23f;
 
 const struct {
     const char* name;

@@ -242,7 +242,7 @@ TEST(ZmQuaternionTest, TheExponentialOfNextToNothingIsTheIdentity)
 
 // --- Interpolation ---------------------------------------------------------------------------------
 
-const double kDegree = 3.14159265358979 / 180;
+constexpr double kDegree = 3.14159265358979 / 180;
 
 ZmQuaternion AboutZ(double quaternionAngle)
 {

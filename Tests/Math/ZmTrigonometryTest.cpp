@@ -6,9 +6,9 @@
 
 namespace {
 
-const double kStep = 0.00038349521f;  // the table's own step, a float
-const double kTableError = 0x1p-24;   // of one float near 1: half its last place, and a little for near-ties
-const double kStepError = 4e-7;       // of a whole turn of steps against the true angle
+constexpr double kStep = 0.00038349521f;  // the table's own step, a float
+constexpr double kTableError = 0x1p-24;   // of one float near 1: half its last place, and a little for near-ties
+constexpr double kStepError = 4e-7;       // of a whole turn of steps against the true angle
 
 TEST(ZmTrigonometryTest, TheTableHoldsTheSinesOfItsSteps)
 {

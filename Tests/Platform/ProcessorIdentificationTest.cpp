@@ -10,7 +10,7 @@ using namespace zm;
 
 namespace {
 
-const uint32_t kSse = 1u << 25, k3DNow = 1u << 31;
+constexpr uint32_t kSse = 1u << 25, k3DNow = 1u << 31;
 
 CpuidRegisters Vendor(const char* twelve)
 {
@@ -107,7 +107,7 @@ const struct {
 
 TEST(ProcessorIdentificationTest, OneVendorsExtendedLeavesGive3DNowAndTheBrand)
 {
-    const char brand[49] = "Forty-eight characters without a zero at the end";
+    constexpr char brand[49] = "Forty-eight characters without a zero at the end";
     for (const auto& row : kExtended) {
         SCOPED_TRACE(row.name);
         CpuidLeaves leaves = Leaves(row.vendor, 6, 8, 0);
@@ -158,7 +158,7 @@ TEST(ProcessorIdentificationTest, WithoutCpuidNothingIsKnown)
 
 // --- Clock ------------------------------------------------------------------------------------
 
-const int kSnapping[][2] = {
+constexpr int kSnapping[][2] = {
     {68, 66},   {77, 75},   {92, 90},     {102, 100},   {123, 120},   {136, 133},   {153, 150},   {169, 166},
     {183, 180}, {203, 200}, {227, 225},   {236, 233},   {255, 250},   {270, 266},   {280, 275},   {286, 285},
     {303, 300}, {328, 325}, {336, 333},   {351, 350},   {367, 366},   {376, 375},   {405, 400},   {430, 425},

@@ -13,7 +13,7 @@ namespace {
 
 TEST(SystemWrappersTest, VariablesAreSetReadAndRemoved)
 {
-    const char* const name = "ZMMATH_TEST_VARIABLE";
+    constexpr const char* name = "ZMMATH_TEST_VARIABLE";
     for (const std::string& value : {std::string("a = b"), std::string(), std::string(3000, 'x')}) {
         EXPECT_EQ(ZmSetEnvironmentVariable(name, value.c_str()), 1);
         const int length = int(value.size());

@@ -2,7 +2,7 @@
 
 namespace {
 
-const int kRounds = 4000;
+constexpr int kRounds = 4000;
 
 TEST(ZmIntersectBoxesTest, AgreeWithProjectionsOfAllCorners)
 {

@@ -8,8 +8,8 @@
 
 namespace {
 
-const int kMapSize = 160;
-const float kGoldenAngle = 2.39996323f;
+constexpr int kMapSize = 160;
+constexpr float kGoldenAngle = 2.39996323f;
 
 // Directions spread evenly over the sphere: equal steps in height, turned by the golden angle.
 ZmVector SphereDirection(int index, int count)

@@ -5,8 +5,8 @@
 
 namespace {
 
-const float kCellSize = 1.0f;
-const float kReach = 3.0f;  // in radii; beyond it the shade is invisible
+constexpr float kCellSize = 1.0f;
+constexpr float kReach = 3.0f;  // in radii; beyond it the shade is invisible
 
 }  // namespace
 

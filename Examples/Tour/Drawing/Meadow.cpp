@@ -8,8 +8,8 @@
 
 namespace {
 
-const float kGrassReach = 46;
-const size_t kFewestCopies = 12;
+constexpr float kGrassReach = 46;
+constexpr size_t kFewestCopies = 12;
 
 void PlaceCamera(Scene& scene, const Settings& settings)
 {
@@ -103,7 +103,7 @@ void PlaceGrass(Scene& scene)
         scene.Meshes.push_back(MakeGrassPatch(i));
     }
     Random random(3);
-    const int rows = int(kGrassReach / kGrassPatchSize);
+    constexpr int rows = int(kGrassReach / kGrassPatchSize);
     for (int row = 0; row < rows; ++row) {
         const float z = 0.5f + kGrassPatchSize * float(row);
         const int halfWidth = int((0.52f * z + 4) / kGrassPatchSize);

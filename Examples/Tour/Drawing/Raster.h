@@ -30,7 +30,7 @@ struct RasterTarget {
 
 /// Nine would suffice without rounding: a thin triangle may zigzag along a side, and each of the six sides may then
 /// increase the number of corners by half.
-const int kMostCorners = 28;
+constexpr int kMostCorners = 28;
 
 /// Clips a triangle at the sides in `flags`. Writes the corners of the rest as a fan and returns their number; fewer
 /// than 3 means that nothing is left.

@@ -7,9 +7,9 @@
 
 namespace {
 
-const float kTileSize = 1.9f;       // on the ground
-const float kHeightOfTile = 0.02f;  // from black to white, relative to the tile size
-const float kFullDetail = 5;        // maximum distance of the first level; it doubles with each further level
+constexpr float kTileSize = 1.9f;       // on the ground
+constexpr float kHeightOfTile = 0.02f;  // from black to white, relative to the tile size
+constexpr float kFullDetail = 5;        // maximum distance of the first level; it doubles with each further level
 
 Relief::Point Decode(const Image& level, int x, int y)
 {

@@ -15,7 +15,7 @@ const ZmVector kSkyOnSurfaces(0.36f, 0.50f, 0.82f);
 const ZmVector kGroundOnSurfaces(0.36f, 0.40f, 0.16f);
 // A little darker than the sky behind, so that the farthest hills remain visible.
 const ZmVector kHazeOnSurfaces(0.70f, 0.82f, 0.95f);
-const float kHazeLength = 260;
+constexpr float kHazeLength = 260;
 
 ZmVector Mix(const ZmVector& a, const ZmVector& b, float t)
 {

@@ -7,13 +7,13 @@
 
 namespace {
 
-const int kMapSize = 2048;
+constexpr int kMapSize = 2048;
 // The distance at which each map ends; the first begins at the camera's near plane.
-const float kMapEnd[Shadows::kMapCount] = {11, 34, 120};
+constexpr float kMapEnd[Shadows::kMapCount] = {11, 34, 120};
 // Width of the penumbra over distance from the shadow caster: a hazy sun, ten times the real size.
-const float kSunSize = 0.045f;
-const int kBlockerTaps = 6;
-const int kShadowTaps = 10;
+constexpr float kSunSize = 0.045f;
+constexpr int kBlockerTaps = 6;
+constexpr int kShadowTaps = 10;
 
 void Include(ZmBbox& box, const ZmBbox& other)
 {

@@ -6,12 +6,12 @@
 
 namespace {
 
-const int kColumns = 144;
-const int kRows = 240;
-const int kTile = 12;  // quads per side of a tile
+constexpr int kColumns = 144;
+constexpr int kRows = 240;
+constexpr int kTile = 12;  // quads per side of a tile
 
-const int kBladesPerPatch = 110;
-const int kPetals = 6;
+constexpr int kBladesPerPatch = 110;
+constexpr int kPetals = 6;
 
 void AddTriangle(Mesh& mesh, size_t a, size_t b, size_t c)
 {
@@ -36,7 +36,7 @@ Mesh MakeTile(int firstColumn, int firstRow)
             tile.Vertices.push_back({p, Unit({-slope.x, 1, -slope.y}), 1, 0});
         }
     }
-    const size_t line = kTile + 1;
+    constexpr size_t line = kTile + 1;
     for (size_t row = 0; row < kTile; ++row) {
         for (size_t column = 0; column < kTile; ++column) {
             const size_t a = row * line + column;
@@ -51,7 +51,7 @@ Mesh MakeTile(int firstColumn, int firstRow)
 // A blade with two joints and a tip, bending away from the root.
 void AddBlade(Mesh& patch, Random& random)
 {
-    const float reach = 0.5f * kGrassPatchSize;
+    constexpr float reach = 0.5f * kGrassPatchSize;
     // Braces, because only they fix the order in which the random numbers are drawn.
     const ZmVector root{random.Between(-reach, reach), 0, random.Between(-reach, reach)};
     const float angle = random.Between(0, 6.2832f);
@@ -94,7 +94,7 @@ float PathDistance(float x, float z)
 
 Zm2DVector GroundSlope(float x, float z)
 {
-    const float step = 0.25f;
+    constexpr float step = 0.25f;
     return {(GroundHeight(x + step, z) - GroundHeight(x - step, z)) / (2 * step),
             (GroundHeight(x, z + step) - GroundHeight(x, z - step)) / (2 * step)};
 }

@@ -5,7 +5,7 @@
 
 namespace {
 
-const float kFaint = 0.22f;  // strength of a hidden line
+constexpr float kFaint = 0.22f;  // strength of a hidden line
 
 // Signed distances from the six sides of clip space; positive inside.
 void Distances(const ZmVector4& p, float (&res)[6])
