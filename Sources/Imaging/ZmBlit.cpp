@@ -12,9 +12,8 @@
 #include <limits.h>
 #include <string.h>
 
+namespace zm {
 namespace {
-
-using namespace zm;
 
 bool IsDense(const ImageView& image)
 {
@@ -230,24 +229,25 @@ bool Compose(const ImageView& src, const ImageView& dst)
 }
 
 }  // namespace
+}  // namespace zm
 
 int ZmDoBlit(const ZmImageDescEx& src, const ZmImageDescEx& dst)
 {
-    ImageView from, to;
-    return ViewPair(from, to, src, dst) && Blit(from, to);
+    zm::ImageView from, to;
+    return zm::ViewPair(from, to, src, dst) && zm::Blit(from, to);
 }
 
 int ZmDoBlitUpsideDown(const ZmImageDescEx& src, const ZmImageDescEx& dst)
 {
-    ImageView from, to;
-    return ViewPair(from, to, src, dst) && Blit(from, UpsideDown(to));
+    zm::ImageView from, to;
+    return zm::ViewPair(from, to, src, dst) && zm::Blit(from, zm::UpsideDown(to));
 }
 
 int ZmDoAlphaBlit(const ZmImageDescEx& src, const ZmImageDescEx& dst)
 {
-    ImageView from, to;
-    if (!ViewPair(from, to, src, dst) || to.kind == PixelKind::INDEXED) {
+    zm::ImageView from, to;
+    if (!zm::ViewPair(from, to, src, dst) || to.kind == zm::PixelKind::INDEXED) {
         return 0;
     }
-    return HasAlpha(from) ? Compose(from, to) : Blit(from, to);
+    return zm::HasAlpha(from) ? zm::Compose(from, to) : zm::Blit(from, to);
 }

@@ -61,52 +61,50 @@ void RotateVectors(const StridedPair& pair, const ZmMatrix& m)
 }  // namespace
 }  // namespace zm
 
-using namespace zm;
-
 void Zm3DMultiplyMatrixVector(ZmVector* res, const ZmMatrix& m, const ZmVector* v)
 {
-    Dispatch(TransformOne<SseLanes, POINT>, TransformOne<ScalarLanes, POINT>, res, m, v);
+    zm::Dispatch(zm::TransformOne<zm::SseLanes, zm::POINT>, zm::TransformOne<zm::ScalarLanes, zm::POINT>, res, m, v);
 }
 
 void Zm3DMultiplyMatrixVectorMany(ZmVector* res, const ZmMatrix& m, const ZmVector* v, int count, int stride)
 {
-    TransformPoints(PairOf(res, stride, v, stride, count), m);
+    zm::TransformPoints(zm::PairOf(res, stride, v, stride, count), m);
 }
 
 void Zm3DMultiplyMatrixVectorStrided(const ZmStridedData* res, const ZmStridedData* src, const ZmMatrix& m, int count)
 {
-    TransformPoints(PairOf(*res, *src, count), m);
+    zm::TransformPoints(zm::PairOf(*res, *src, count), m);
 }
 
 void Zm3DMultiplyMatrixVector4(ZmVector4* res, const ZmMatrix& m, const ZmVector4* v)
 {
-    Dispatch(TransformFull4<SseLanes>, TransformFull4<ScalarLanes>, res, m, v);
+    zm::Dispatch(zm::TransformFull4<zm::SseLanes>, zm::TransformFull4<zm::ScalarLanes>, res, m, v);
 }
 
 void Zm3DMultiplyMatrixVector4(ZmVector4* res, const ZmMatrix& m, const ZmVector* v)
 {
-    Dispatch(TransformOne4<SseLanes>, TransformOne4<ScalarLanes>, res, m, v);
+    zm::Dispatch(zm::TransformOne4<zm::SseLanes>, zm::TransformOne4<zm::ScalarLanes>, res, m, v);
 }
 
 void Zm3DMultiplyMatrixVector4Strided(const ZmStridedData* res, const ZmStridedData* src, const ZmMatrix& m, int count)
 {
-    DispatchWide(avx2::TransformPoints4, TransformRows<SseLanes, POINT, 4>, TransformRows<ScalarLanes, POINT, 4>,
-                 PairOf(*res, *src, count), FloatsOf(m));
+    zm::DispatchWide(zm::avx2::TransformPoints4, zm::TransformRows<zm::SseLanes, zm::POINT, 4>,
+                     zm::TransformRows<zm::ScalarLanes, zm::POINT, 4>, zm::PairOf(*res, *src, count), zm::FloatsOf(m));
 }
 
 void Zm3DRotateVector(ZmVector* res, const ZmMatrix& m, const ZmVector* v)
 {
-    Dispatch(TransformOne<SseLanes, ROTATE>, TransformOne<ScalarLanes, ROTATE>, res, m, v);
+    zm::Dispatch(zm::TransformOne<zm::SseLanes, zm::ROTATE>, zm::TransformOne<zm::ScalarLanes, zm::ROTATE>, res, m, v);
 }
 
 void Zm3DRotateVectorMany(ZmVector* res, const ZmMatrix& m, const ZmVector* v, int count, int stride)
 {
-    RotateVectors(PairOf(res, stride, v, stride, count), m);
+    zm::RotateVectors(zm::PairOf(res, stride, v, stride, count), m);
 }
 
 void Zm3DRotateVectorStrided(const ZmStridedData* res, const ZmStridedData* src, const ZmMatrix& m, int count)
 {
-    RotateVectors(PairOf(*res, *src, count), m);
+    zm::RotateVectors(zm::PairOf(*res, *src, count), m);
 }
 
 ZmVector Rotate(const ZmMatrix& m, const ZmVector& v)

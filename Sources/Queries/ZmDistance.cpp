@@ -4,8 +4,7 @@
 #include "Queries/SixFloats.h"
 #include "Queries/Tolerances.h"
 
-using namespace zm;
-
+namespace zm {
 namespace {
 
 // Everything in double, where differences and products of floats are exact, and branch-free: on which bound a closest
@@ -115,48 +114,49 @@ inline float SquareDistance(const ZmVector& point, const ZmRay& object, float* r
 }
 
 }  // namespace
+}  // namespace zm
 
 float ZmDistance::LineLineSquareDistance(const ZmRay& line0, const ZmRay& line1, float* t0, float* t1)
 {
-    return SquareDistance<Reach::LINE, Reach::LINE>(line0, line1, t0, t1);
+    return zm::SquareDistance<zm::Reach::LINE, zm::Reach::LINE>(line0, line1, t0, t1);
 }
 
 float ZmDistance::LineRaySquareDistance(const ZmRay& line, const ZmRay& ray, float* t0, float* t1)
 {
-    return SquareDistance<Reach::LINE, Reach::RAY>(line, ray, t0, t1);
+    return zm::SquareDistance<zm::Reach::LINE, zm::Reach::RAY>(line, ray, t0, t1);
 }
 
 float ZmDistance::LineSegmentSquareDistance(const ZmRay& line, const ZmRay& segment, float* t0, float* t1)
 {
-    return SquareDistance<Reach::LINE, Reach::SEGMENT>(line, segment, t0, t1);
+    return zm::SquareDistance<zm::Reach::LINE, zm::Reach::SEGMENT>(line, segment, t0, t1);
 }
 
 float ZmDistance::RayRaySquareDistance(const ZmRay& ray0, const ZmRay& ray1, float* t0, float* t1)
 {
-    return SquareDistance<Reach::RAY, Reach::RAY>(ray0, ray1, t0, t1);
+    return zm::SquareDistance<zm::Reach::RAY, zm::Reach::RAY>(ray0, ray1, t0, t1);
 }
 
 float ZmDistance::RaySegmentSquareDistance(const ZmRay& ray, const ZmRay& segment, float* t0, float* t1)
 {
-    return SquareDistance<Reach::RAY, Reach::SEGMENT>(ray, segment, t0, t1);
+    return zm::SquareDistance<zm::Reach::RAY, zm::Reach::SEGMENT>(ray, segment, t0, t1);
 }
 
 float ZmDistance::SegmentSegmentSquareDistance(const ZmRay& segment0, const ZmRay& segment1, float* t0, float* t1)
 {
-    return SquareDistance<Reach::SEGMENT, Reach::SEGMENT>(segment0, segment1, t0, t1);
+    return zm::SquareDistance<zm::Reach::SEGMENT, zm::Reach::SEGMENT>(segment0, segment1, t0, t1);
 }
 
 float ZmDistance::PointLineSquareDistance(const ZmVector& point, const ZmRay& line, float* t)
 {
-    return SquareDistance<Reach::LINE>(point, line, t);
+    return zm::SquareDistance<zm::Reach::LINE>(point, line, t);
 }
 
 float ZmDistance::PointRaySquareDistance(const ZmVector& point, const ZmRay& ray, float* t)
 {
-    return SquareDistance<Reach::RAY>(point, ray, t);
+    return zm::SquareDistance<zm::Reach::RAY>(point, ray, t);
 }
 
 float ZmDistance::PointSegmentSquareDistance(const ZmVector& point, const ZmRay& segment, float* t)
 {
-    return SquareDistance<Reach::SEGMENT>(point, segment, t);
+    return zm::SquareDistance<zm::Reach::SEGMENT>(point, segment, t);
 }

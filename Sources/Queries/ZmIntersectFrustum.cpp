@@ -3,8 +3,7 @@
 #include "Queries/BoxShape.h"
 #include "ZmIntersect.h"
 
-using namespace zm;
-
+namespace zm {
 namespace {
 
 /// Four vectors, component by component.
@@ -169,6 +168,7 @@ int Overlaps(const ZmFrustum& frustum, const PlacedBox& box)
 }
 
 }  // namespace
+}  // namespace zm
 
 int ZmIntersect::FrustumFace(const ZmFrustum& frustum, const ZmVector& pt0, const ZmVector& pt1, const ZmVector& pt2)
 {
@@ -183,15 +183,15 @@ int ZmIntersect::FrustumFace(const ZmFrustum& frustum, const ZmVector& pt0, cons
 
 int ZmIntersect::FrustumBox(const ZmFrustum& frustum, const ZmBbox& box, const ZmMatrix& matrix)
 {
-    return Dispatch(PassesPlanes<SseLanes>, PassesPlanes<ScalarLanes>, frustum, box, matrix);
+    return zm::Dispatch(zm::PassesPlanes<zm::SseLanes>, zm::PassesPlanes<zm::ScalarLanes>, frustum, box, matrix);
 }
 
 int ZmIntersect::FrustumAABB(const ZmFrustum& frustum, const ZmBbox& box)
 {
-    return Overlaps(frustum, PlacedBox(box));
+    return zm::Overlaps(frustum, zm::PlacedBox(box));
 }
 
 int ZmIntersect::FrustumOBB(const ZmFrustum& frustum, const ZmBbox& box, const ZmMatrix& matrix)
 {
-    return Overlaps(frustum, PlacedBox(box, matrix));
+    return zm::Overlaps(frustum, zm::PlacedBox(box, matrix));
 }

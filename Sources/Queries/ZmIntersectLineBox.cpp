@@ -3,11 +3,10 @@
 #include "Queries/Tolerances.h"
 #include "ZmIntersect.h"
 
-using namespace zm;
-
 // Rays, segments and lines against axis-aligned boxes: the slab test, which finds the points, and separating axes,
 // which only decide.
 
+namespace zm {
 namespace {
 
 /// One end of the part of a line that lies within all slabs so far.
@@ -138,36 +137,40 @@ int OverlapsBox(const ZmRay& ray, const ZmBbox& box)
 }
 
 }  // namespace
+}  // namespace zm
 
 int ZmIntersect::RayBox(const ZmRay& ray, const ZmBbox& box, ZmVector& inPoint, ZmVector* outPoint, ZmVector* inNormal,
                         ZmVector* outNormal)
 {
-    return CrossBox<Reach::RAY>(ray, box, inPoint, outPoint, inNormal, outNormal);
+    return zm::CrossBox<zm::Reach::RAY>(ray, box, inPoint, outPoint, inNormal, outNormal);
 }
 
 int ZmIntersect::SegmentBox(const ZmRay& segment, const ZmBbox& box, ZmVector& inPoint, ZmVector* outPoint,
                             ZmVector* inNormal, ZmVector* outNormal)
 {
-    return CrossBox<Reach::SEGMENT>(segment, box, inPoint, outPoint, inNormal, outNormal);
+    return zm::CrossBox<zm::Reach::SEGMENT>(segment, box, inPoint, outPoint, inNormal, outNormal);
 }
 
 int ZmIntersect::LineBox(const ZmRay& line, const ZmBbox& box, ZmVector& inPoint, ZmVector* outPoint,
                          ZmVector* inNormal, ZmVector* outNormal)
 {
-    return CrossBox<Reach::LINE>(line, box, inPoint, outPoint, inNormal, outNormal);
+    return zm::CrossBox<zm::Reach::LINE>(line, box, inPoint, outPoint, inNormal, outNormal);
 }
 
 int ZmIntersect::RayBox(const ZmRay& ray, const ZmBbox& box)
 {
-    return Dispatch(OverlapsBox<SseLanes, Reach::RAY>, OverlapsBox<ScalarLanes, Reach::RAY>, ray, box);
+    return zm::Dispatch(zm::OverlapsBox<zm::SseLanes, zm::Reach::RAY>, zm::OverlapsBox<zm::ScalarLanes, zm::Reach::RAY>,
+                        ray, box);
 }
 
 int ZmIntersect::SegmentBox(const ZmRay& segment, const ZmBbox& box)
 {
-    return Dispatch(OverlapsBox<SseLanes, Reach::SEGMENT>, OverlapsBox<ScalarLanes, Reach::SEGMENT>, segment, box);
+    return zm::Dispatch(zm::OverlapsBox<zm::SseLanes, zm::Reach::SEGMENT>,
+                        zm::OverlapsBox<zm::ScalarLanes, zm::Reach::SEGMENT>, segment, box);
 }
 
 int ZmIntersect::LineBox(const ZmRay& line, const ZmBbox& box)
 {
-    return Dispatch(OverlapsBox<SseLanes, Reach::LINE>, OverlapsBox<ScalarLanes, Reach::LINE>, line, box);
+    return zm::Dispatch(zm::OverlapsBox<zm::SseLanes, zm::Reach::LINE>,
+                        zm::OverlapsBox<zm::ScalarLanes, zm::Reach::LINE>, line, box);
 }
