@@ -9,8 +9,8 @@ constexpr float kBoxReach = 30;   // boxes farther away are not drawn in the mai
 constexpr float kMapReach = 110;  // the far end of the frustum on the map, behind the last copy
 const ZmBbox kCube = {{1, 1, 1}, {-1, -1, -1}};
 
-const ZmColor kBoxColor(1, 1, 1, 0.5f), kPickedColor(1, 0.85f, 0.1f, 1);
-const ZmColor kWithin(0.45f, 1, 0.45f, 0.8f), kWithout(1, 0.4f, 0.3f, 0.8f), kFrustumColor(1, 1, 1, 0.9f);
+const ZmColor kBoxColour(1, 1, 1, 0.5f), kPickedColour(1, 0.85f, 0.1f, 1);
+const ZmColor kWithin(0.45f, 1, 0.45f, 0.8f), kWithout(1, 0.4f, 0.3f, 0.8f), kFrustumColour(1, 1, 1, 0.9f);
 
 // Maps the cube from -1 to 1 onto the best-fit box of a model.
 ZmMatrix FittedBox(const ZmMatrix& fit, const Model& model)
@@ -29,11 +29,11 @@ ZmMatrix FitOf(const Mesh& mesh)
     return fit;
 }
 
-void DrawBox(Wire& wire, const ZmMatrix& box, const ZmColor& color)
+void DrawBox(Wire& wire, const ZmMatrix& box, const ZmColor& colour)
 {
     ZmVector corners[8];
     kCube.TransformTo(corners, box);
-    wire.Box(corners, color);
+    wire.Box(corners, colour);
 }
 
 // Calls draw(model, box) for each copy of the mesh.
@@ -60,13 +60,13 @@ void DrawFrustum(Wire& wire, ZmFrustum frustum)
     frustum.Update();
     ZmVector v[8];
     frustum.ComputeVertices(v);  // two rectangles, each in cyclic order
-    wire.Box({v[0], v[1], v[3], v[2], v[4], v[5], v[7], v[6]}, kFrustumColor);
+    wire.Box({v[0], v[1], v[3], v[2], v[4], v[5], v[7], v[6]}, kFrustumColour);
 }
 
 void DrawPicked(Wire& wire, const PickedTriangle& picked)
 {
     for (int i = 0; i < 3; ++i) {
-        wire.Line(picked.Corners[i], picked.Corners[(i + 1) % 3], kPickedColor);
+        wire.Line(picked.Corners[i], picked.Corners[(i + 1) % 3], kPickedColour);
     }
 }
 
@@ -75,7 +75,7 @@ void DrawCrosshair(Wire& wire, const ZmFrustum& camera, const ZmRay& mouse)
 {
     const ZmVector point = mouse.Origin + mouse.Direction, right = camera.Right, up = camera.Up;
     for (const ZmVector& way : {right, -right, up, -up}) {
-        wire.Line(point + way * 0.012f, point + way * 0.035f, kPickedColor);
+        wire.Line(point + way * 0.012f, point + way * 0.035f, kPickedColour);
     }
 }
 
@@ -86,9 +86,9 @@ void DrawOverPicture(Picture& picture, const Scene& scene, const ZmMatrix& world
     ForEachStatue(scene, [&](const Model& model, const ZmMatrix& box) {
         const ZmVector middle(box[3][0], box[3][1], box[3][2]);
         if (&model == picked.Of) {
-            DrawBox(wire, box, kPickedColor);
+            DrawBox(wire, box, kPickedColour);
         } else if (Length(middle - scene.Camera.Origin) < kBoxReach) {
-            DrawBox(wire, box, kBoxColor);
+            DrawBox(wire, box, kBoxColour);
         }
     });
     if (picked.Of) {
@@ -128,7 +128,7 @@ void DrawMap(Picture& picture, const Scene& scene, const ZmRay& mouse, const Pic
         DrawBox(wire, box, ZmIntersect::FrustumOBB(scene.Camera, kCube, box) ? kWithin : kWithout);
     });
     DrawFrustum(wire, scene.Camera);
-    wire.Line(mouse.Origin, picked.Of ? picked.Point : mouse.Origin + mouse.Direction * kMapReach, kPickedColor);
+    wire.Line(mouse.Origin, picked.Of ? picked.Point : mouse.Origin + mouse.Direction * kMapReach, kPickedColour);
 }
 
 }  // namespace

@@ -105,9 +105,9 @@ void Strip::Resolve(const Scene& scene, const Shading& shading, Picture& picture
             // Noise of one 8-bit step hides banding in a smooth sky.
             const float noise = (Hash(x, ~y) - 0.5f) / 255;
             const auto channel = [&](float c) { return std::clamp(ToScreen(c) + noise, 0.0f, 1.0f); };
-            const ZmColor color(channel(light.x), channel(light.y), channel(light.z));
+            const ZmColor colour(channel(light.x), channel(light.y), channel(light.z));
             const size_t at = size_t(y) * size_t(picture.Width) + size_t(x);
-            picture.Pixels[at] = RGBAFTOCOLOR(&color);
+            picture.Pixels[at] = RGBAFTOCOLOR(&colour);
             const int middle = kSamples / 2, sx = x * kSamples + middle, sy = y * kSamples + middle;
             picture.Nearness[at] = m_Surfaces[size_t(sy - m_Top) * size_t(m_Width) + size_t(sx)].InverseDistance;
         }

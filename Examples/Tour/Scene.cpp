@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <cmath>
 
-void Scene::Add(const Mesh& shape, Material made, const ZmMatrix& world, const ZmVector& color)
+void Scene::Add(const Mesh& shape, Material made, const ZmMatrix& world, const ZmVector& colour)
 {
-    Model model = {&shape, made, world, {}, color};
+    Model model = {&shape, made, world, {}, colour};
     model.Box.TransformFrom(shape.Box, world);
     Models.push_back(model);
 }

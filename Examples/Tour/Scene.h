@@ -18,8 +18,8 @@ struct Model {
     const Mesh* Shape;
     Material Made;
     ZmMatrix World;
-    ZmBbox Box;      ///< in world space
-    ZmVector Color;  ///< share of red, green and blue light that it reflects
+    ZmBbox Box;       ///< in world space
+    ZmVector Colour;  ///< share of red, green and blue light that it reflects
 
     bool IsLeaf() const { return Made == Material::GRASS || Made == Material::FLOWER; }
     bool HasTwoSides() const { return IsLeaf() || (Made == Material::STATUE && !Shape->Closed); }
@@ -27,7 +27,7 @@ struct Model {
 
 struct Sun {
     ZmVector Towards;  ///< unit vector from the ground to the sun
-    ZmVector Color;
+    ZmVector Colour;
 };
 
 /// All contents of the picture. Meshes keep their addresses.
@@ -37,7 +37,7 @@ struct Scene {
     std::deque<Mesh> Meshes;
     std::vector<Model> Models;
 
-    void Add(const Mesh& shape, Material made, const ZmMatrix& world, const ZmVector& color);
+    void Add(const Mesh& shape, Material made, const ZmMatrix& world, const ZmVector& colour);
 };
 
 /// A potentially visible model and the rows of the picture that it can touch.

@@ -184,8 +184,8 @@ private:
 
     bool Sun()
     {
-        if (!HasOnly("Sun", {"Towards", "Color"}) || !Vector("Sun", Entry("Sun", "Towards"), m_Settings.TowardsSun) ||
-            !Vector("Sun", Entry("Sun", "Color"), m_Settings.SunColor)) {
+        if (!HasOnly("Sun", {"Towards", "Colour"}) || !Vector("Sun", Entry("Sun", "Towards"), m_Settings.TowardsSun) ||
+            !Vector("Sun", Entry("Sun", "Colour"), m_Settings.SunColour)) {
             return false;
         }
         return m_Settings.TowardsSun.y > 0 || Fail("Sun", "Towards", "the sun must stand above the ground");
@@ -194,27 +194,27 @@ private:
     bool Models()
     {
         return HasOnly("Models", {"MostTriangles"}) &&
-               Int("Models", "MostTriangles", 1, 100000000, m_Settings.MostTriangles) && Colors() && Front();
+               Int("Models", "MostTriangles", 1, 100000000, m_Settings.MostTriangles) && Colours() && Front();
     }
 
-    bool Colors()
+    bool Colours()
     {
-        const bool done = ForEach("Models.Colors", [&](const ZmConfigurationEntry& entry) {
-            m_Settings.Colors.emplace_back();
-            m_ColorNames.push_back(entry.GetName());
-            return Vector("Models.Colors", entry, m_Settings.Colors.back());
+        const bool done = ForEach("Models.Colours", [&](const ZmConfigurationEntry& entry) {
+            m_Settings.Colours.emplace_back();
+            m_ColourNames.push_back(entry.GetName());
+            return Vector("Models.Colours", entry, m_Settings.Colours.back());
         });
-        return done && (!m_Settings.Colors.empty() || Fail("Models.Colors", "", "has no colours"));
+        return done && (!m_Settings.Colours.empty() || Fail("Models.Colours", "", "has no colours"));
     }
 
     bool Front()
     {
         return ForEach("Models.Front", [&](const ZmConfigurationEntry& entry) {
             Spot spot{};
-            while (spot.Color < m_ColorNames.size() && m_ColorNames[spot.Color] != entry.GetName()) {
-                ++spot.Color;
+            while (spot.Colour < m_ColourNames.size() && m_ColourNames[spot.Colour] != entry.GetName()) {
+                ++spot.Colour;
             }
-            if (spot.Color == m_ColorNames.size()) {
+            if (spot.Colour == m_ColourNames.size()) {
                 return Fail("Models.Front", entry.GetName(), "is none of the colours");
             }
             if (std::sscanf(entry.GetValue(), "%f %f %f %f", &spot.X, &spot.Z, &spot.Size, &spot.Heading) != 4) {
@@ -229,7 +229,7 @@ private:
     std::string m_Text;
     Settings& m_Settings;
     ZmConfiguration m_Tree{2};
-    std::vector<std::string> m_ColorNames;
+    std::vector<std::string> m_ColourNames;
     std::string m_Error;
 };
 

@@ -8,7 +8,7 @@
 /// A copy of the mesh: its position and the index of its colour.
 struct Spot {
     float X, Z, Size, Heading;
-    size_t Color;
+    size_t Colour;
 };
 
 struct CameraSettings {
@@ -19,9 +19,9 @@ struct CameraSettings {
 struct Settings {
     int Width, Height;
     CameraSettings Camera;
-    ZmVector TowardsSun, SunColor;
+    ZmVector TowardsSun, SunColour;
     int MostTriangles;
-    std::vector<ZmVector> Colors;
+    std::vector<ZmVector> Colours;
     std::vector<Spot> Front;
 };
 

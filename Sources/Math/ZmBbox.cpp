@@ -129,12 +129,12 @@ uint32_t ClipFlags(const ZmVector4& p)
 ZmRect ScreenExtents(const ClipCorners& corners, const ZmRect& screen)
 {
     const float halfWidth = (screen.right - screen.left) * 0.5f, halfHeight = (screen.bottom - screen.top) * 0.5f;
-    const float centerX = screen.left + halfWidth, centerY = screen.top + halfHeight;
+    const float centreX = screen.left + halfWidth, centreY = screen.top + halfHeight;
     ZmRect extents(1000000, 1000000, -1000000, -1000000);
     for (int i = 0; i < corners.count; ++i) {
         const ZmVector4& p = corners.at[i];
         if (p.w > 0) {
-            const float x = p.x / p.w * halfWidth + centerX, y = centerY - p.y / p.w * halfHeight;
+            const float x = p.x / p.w * halfWidth + centreX, y = centreY - p.y / p.w * halfHeight;
             extents.left = x < extents.left ? x : extents.left;
             extents.top = y < extents.top ? y : extents.top;
             extents.right = x > extents.right ? x : extents.right;

@@ -42,11 +42,11 @@ int ZmComputeBestFitBBox(const unsigned char* points, unsigned long stride, int 
     }
 
     const zm::CloudExtents extents = zm::ExtentsOf(cloud, axes);
-    ZmVector center = zm::FirstPoint(cloud);
+    ZmVector centre = zm::FirstPoint(cloud);
     for (int i = 0; i < 3; ++i) {
-        center += axes[i] * ((extents.min[i] + extents.max[i]) * 0.5f);
+        centre += axes[i] * ((extents.min[i] + extents.max[i]) * 0.5f);
         axes[i] *= (extents.max[i] - extents.min[i]) * 0.5f + additionalBorder;
     }
-    result = ZmMatrix(axes[0], axes[1], axes[2], center);
+    result = ZmMatrix(axes[0], axes[1], axes[2], centre);
     return zm::IsStable(result);
 }

@@ -52,12 +52,12 @@ struct SplatBox {
 
     SplatBox(const ZmBbox& box, const ZmMatrix& matrix)
     {
-        const ZmVector center = Center(box), half = HalfSize(box);
+        const ZmVector centre = Center(box), half = HalfSize(box);
         const RowMatrix<L> rows(FloatsOf(matrix));
         Splat(0, rows.row0 * L::Splat(half.x));
         Splat(1, rows.row1 * L::Splat(half.y));
         Splat(2, rows.row2 * L::Splat(half.z));
-        Splat(3, rows.template Apply<POINT>(&center));
+        Splat(3, rows.template Apply<POINT>(&centre));
     }
 
 private:
@@ -106,7 +106,7 @@ class FrustumAxes {
 public:
     FrustumAxes(const ZmFrustum& frustum, const PlacedBox& box)
         : m_Right(frustum.Right * frustum.HalfWidth), m_Up(frustum.Up * frustum.HalfHeight), m_Ahead(frustum.Direction),
-          m_Offset(box.center - frustum.Origin), m_Axis{FourVectors<L>(box.axis[0]), FourVectors<L>(box.axis[1]),
+          m_Offset(box.centre - frustum.Origin), m_Axis{FourVectors<L>(box.axis[0]), FourVectors<L>(box.axis[1]),
                                                         FourVectors<L>(box.axis[2])},
           m_Half{L::Splat(box.half.x), L::Splat(box.half.y), L::Splat(box.half.z)},
           m_Near(L::Splat(frustum.NearDistance)), m_Far(L::Splat(frustum.FarDistance)),

@@ -59,7 +59,7 @@ int ZmIntersect::BoxPlane(const ZmBbox& box, const ZmMatrix& matrix, const ZmPla
     for (int i = 0; i < 3; ++i) {
         radius += fabsf(Dot(plane.Normal, placed.axis[i] * placed.half[i]));
     }
-    return fabsf(zm::SignedDistance(plane, placed.center)) <= radius;
+    return fabsf(zm::SignedDistance(plane, placed.centre)) <= radius;
 }
 
 int ZmIntersect::Planes(const ZmPlane& plane1, const ZmPlane& plane2, const ZmPlane& plane3, ZmVector& point)

@@ -35,9 +35,9 @@ template <class L>
 int TouchesBox(const ZmSphere& sphere, const ZmBbox& box)
 {
     const SixFloats<L> corners(&box);
-    const L center = L::Load4(&sphere);  // the fourth lane is the radius
-    const L outside = L::Max(L::Max(corners.second - center, center - corners.first), L::Splat(0));
-    const L squares = outside * outside, radii = center * center;
+    const L centre = L::Load4(&sphere);  // the fourth lane is the radius
+    const L outside = L::Max(L::Max(corners.second - centre, centre - corners.first), L::Splat(0));
+    const L squares = outside * outside, radii = centre * centre;
     const L distance = (squares + squares.template Spread<1, 1, 1, 1>()) + squares.template Spread<2, 2, 2, 2>();
     return int(L::LessEqualMask(distance, radii.template Spread<3, 3, 3, 3>()) & 1);
 }

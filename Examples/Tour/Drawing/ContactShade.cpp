@@ -19,9 +19,9 @@ ContactShade::ContactShade(const Scene& scene)
             continue;
         }
         balls.push_back(BallAround(model));
-        const ZmVector &center = balls.back().Center, reach = Reach(balls.back());
-        low = {std::min(low.x, center.x - reach.x), 0, std::min(low.z, center.z - reach.z)};
-        high = {std::max(high.x, center.x + reach.x), 0, std::max(high.z, center.z + reach.z)};
+        const ZmVector &centre = balls.back().Center, reach = Reach(balls.back());
+        low = {std::min(low.x, centre.x - reach.x), 0, std::min(low.z, centre.z - reach.z)};
+        high = {std::max(high.x, centre.x + reach.x), 0, std::max(high.z, centre.z + reach.z)};
     }
     if (balls.empty()) {
         return;
@@ -37,9 +37,9 @@ ContactShade::ContactShade(const Scene& scene)
 
 ContactShade::Ball ContactShade::BallAround(const Model& model)
 {
-    const ZmVector size = model.Box.Max - model.Box.Min, center = (model.Box.Max + model.Box.Min) * 0.5f;
+    const ZmVector size = model.Box.Max - model.Box.Min, centre = (model.Box.Max + model.Box.Min) * 0.5f;
     const float radius = (size.x + size.y + size.z) / 7.5f;
-    return {{center.x, model.Box.Min.y + std::min(0.9f * radius, 0.5f * size.y), center.z}, radius, &model};
+    return {{centre.x, model.Box.Min.y + std::min(0.9f * radius, 0.5f * size.y), centre.z}, radius, &model};
 }
 
 ZmVector ContactShade::Reach(const Ball& ball)

@@ -52,7 +52,7 @@ std::vector<Spot> ChooseSpots(const Settings& settings)
             const float x = 1.5f * float(column) - halfWidth;
             const Spot spot = {x + random.Between(-0.7f, 0.7f), z + random.Between(-0.6f, 0.6f),
                                random.Next() < 0.2f ? random.Between(0.5f, 0.7f) : random.Between(0.85f, 1.25f),
-                               random.Between(0, 6.2832f), size_t(random.Next() * float(settings.Colors.size()))};
+                               random.Between(0, 6.2832f), size_t(random.Next() * float(settings.Colours.size()))};
             const float herd = Turbulence(0.13f * spot.X + 40, 0.13f * spot.Z + 3, 2);
             if (random.Next() < SmoothStep(0.45f, 0.75f, herd) * 0.6f && PathDistance(spot.X, spot.Z) > 1.6f &&
                 !TooClose(spot, spots)) {
@@ -68,7 +68,7 @@ void PlaceStatues(Scene& scene, const Mesh& statue, const Settings& settings)
     const std::vector<Spot> spots = ChooseSpots(settings);
     const size_t most = std::max(kFewestCopies, size_t(settings.MostTriangles) / statue.TriangleCount());
     for (size_t i = 0; i < std::min(spots.size(), most); ++i) {
-        scene.Add(statue, Material::STATUE, Placed(spots[i]), settings.Colors[spots[i].Color]);
+        scene.Add(statue, Material::STATUE, Placed(spots[i]), settings.Colours[spots[i].Colour]);
     }
 }
 
@@ -141,7 +141,7 @@ void PlaceFlowers(Scene& scene)
 void BuildMeadow(Scene& scene, const Mesh& statue, const Settings& settings)
 {
     PlaceCamera(scene, settings);
-    scene.Light = {Unit(settings.TowardsSun), settings.SunColor};
+    scene.Light = {Unit(settings.TowardsSun), settings.SunColour};
     PlaceStatues(scene, statue, settings);
     PlaceGround(scene);
     PlaceGrass(scene);

@@ -32,12 +32,12 @@ float Square(float x)
     return x * x;
 }
 
-ZmVector GrassColor(const ZmVector& p)
+ZmVector GrassColour(const ZmVector& p)
 {
     const float broad = Turbulence(0.07f * p.x, 0.07f * p.z, 3);
     const float patchy = Noise(0.9f * p.x, 0.9f * p.z);
-    const ZmVector color = Mix({0.10f, 0.19f, 0.035f}, {0.27f, 0.29f, 0.07f}, SmoothStep(0.3f, 0.75f, broad));
-    return color * (0.68f + 0.36f * patchy);
+    const ZmVector colour = Mix({0.10f, 0.19f, 0.035f}, {0.27f, 0.29f, 0.07f}, SmoothStep(0.3f, 0.75f, broad));
+    return colour * (0.68f + 0.36f * patchy);
 }
 
 // The share of path in the ground: 1 in the middle of the path, 0 in the grass.
@@ -79,9 +79,9 @@ ZmVector Shading::SkyLight(const ZmVector& direction) const
     return Mix(sky, ZmVector(1.5f, 1.42f, 1.36f) + kSunGlow * 0.2f, 0.85f * cloud);
 }
 
-ZmVector Shading::GroundColor(const Hit& hit) const
+ZmVector Shading::GroundColour(const Hit& hit) const
 {
-    const ZmVector &p = hit.Point, grass = GrassColor(p);
+    const ZmVector &p = hit.Point, grass = GrassColour(p);
     const float path = PathShare(p);
     if (path <= 0) {
         return grass;
@@ -103,14 +103,14 @@ ZmVector Shading::GroundNormal(const Hit& hit) const
     return Unit(hit.Normal - ZmVector(pebbles.SlopeX, 0, pebbles.SlopeZ) * share);
 }
 
-ZmVector Shading::Color(const Hit& hit) const
+ZmVector Shading::Colour(const Hit& hit) const
 {
     switch (hit.Of.Shown->Made) {
-    case Material::GROUND: return GroundColor(hit);
+    case Material::GROUND: return GroundColour(hit);
     case Material::GRASS:
         // Blades differ close by; far away only their average is left.
-        return GrassColor(hit.Point) * (1 + Closeness(hit.Distance) * (1.1f * hit.Of.Ground - 0.35f));
-    default: return hit.Of.Shown->Color;
+        return GrassColour(hit.Point) * (1 + Closeness(hit.Distance) * (1.1f * hit.Of.Ground - 0.35f));
+    default: return hit.Of.Shown->Colour;
     }
 }
 
@@ -145,15 +145,15 @@ ZmVector Shading::AmbientLight(const Hit& hit) const
 
 ZmVector Shading::SurfaceLight(const Hit& hit, float turn) const
 {
-    const ZmVector color = Color(hit), sun = m_Scene.Light.Color * Sunlight(hit, turn);
-    const ZmVector light = Times(color, sun + AmbientLight(hit));
+    const ZmVector colour = Colour(hit), sun = m_Scene.Light.Colour * Sunlight(hit, turn);
+    const ZmVector light = Times(colour, sun + AmbientLight(hit));
     if (hit.Of.Shown->Made != Material::STATUE) {
         return light;
     }
     // A sheen at grazing angles, like that of velvet.
     const float rim = Square(Square(1 - std::max(0.0f, Dot(hit.Normal, hit.ToEye))));
     const ZmVector sheen = kSkyOnSurfaces * (0.6f * hit.Of.Sky) + sun;
-    return light + Times(Mix(color, ZmVector::axis1(), 0.4f), sheen) * (0.7f * rim);
+    return light + Times(Mix(colour, ZmVector::axis1(), 0.4f), sheen) * (0.7f * rim);
 }
 
 ZmVector Shading::Light(const Surface& surface, const ZmVector& ray, float turn) const

@@ -35,8 +35,8 @@ private:
     };
     ZmVector Haze(const ZmVector& direction) const;
     ZmVector SkyLight(const ZmVector& direction) const;
-    ZmVector Color(const Hit& hit) const;
-    ZmVector GroundColor(const Hit& hit) const;
+    ZmVector Colour(const Hit& hit) const;
+    ZmVector GroundColour(const Hit& hit) const;
     ZmVector GroundNormal(const Hit& hit) const;
     float Sunlight(const Hit& hit, float turn) const;
     ZmVector AmbientLight(const Hit& hit) const;

@@ -51,28 +51,28 @@ Spot ToScreen(const ZmVector4& from, const ZmVector4& to, float t, const RKRECT&
 
 }  // namespace
 
-void Blend(uint32_t& pixel, const ZmColor& color)
+void Blend(uint32_t& pixel, const ZmColor& colour)
 {
     const auto mix = [&](int shift, float channel) {
         const float old = float(pixel >> shift & 255) / 255;
-        return old + (channel - old) * color.a;
+        return old + (channel - old) * colour.a;
     };
-    const ZmColor mixed(mix(16, color.r), mix(8, color.g), mix(0, color.b));
+    const ZmColor mixed(mix(16, colour.r), mix(8, colour.g), mix(0, colour.b));
     pixel = RGBAFTOCOLOR(&mixed);
 }
 
-void Wire::Dot(int x, int y, float nearness, float weight, const ZmColor& color)
+void Wire::Dot(int x, int y, float nearness, float weight, const ZmColor& colour)
 {
     if (x < m_Window.left || x >= m_Window.right || y < m_Window.top || y >= m_Window.bottom) {
         return;
     }
     const size_t at = size_t(y) * size_t(m_Picture.Width) + size_t(x);
     const bool hidden = m_Hides && m_Picture.Nearness[at] > nearness * 1.01f;
-    Blend(m_Picture.Pixels[at], ZmColor(color.r, color.g, color.b, color.a * weight * (hidden ? kFaint : 1)));
+    Blend(m_Picture.Pixels[at], ZmColor(colour.r, colour.g, colour.b, colour.a * weight * (hidden ? kFaint : 1)));
 }
 
 // Draws two dots per step, weighted by their distance from the line.
-void Wire::Line(const ZmVector& from, const ZmVector& to, const ZmColor& color)
+void Wire::Line(const ZmVector& from, const ZmVector& to, const ZmColor& colour)
 {
     ZmVector4 a, b;
     Zm3DMultiplyMatrixVector4(&a, m_WorldToClip, &from);
@@ -90,17 +90,17 @@ void Wire::Line(const ZmVector& from, const ZmVector& to, const ZmColor& color)
         const float x = start.X + dx * t, y = start.Y + dy * t;
         const int column = int(std::floor(x)), row = int(std::floor(y));
         const float share = steep ? x - float(column) : y - float(row);
-        Dot(column, row, nearness, 1 - share, color);
-        Dot(steep ? column + 1 : column, steep ? row : row + 1, nearness, share, color);
+        Dot(column, row, nearness, 1 - share, colour);
+        Dot(steep ? column + 1 : column, steep ? row : row + 1, nearness, share, colour);
     }
 }
 
-void Wire::Box(const ZmVector (&corners)[8], const ZmColor& color)
+void Wire::Box(const ZmVector (&corners)[8], const ZmColor& colour)
 {
     for (int corner = 0; corner < 8; ++corner) {
         for (const int bit : {1, 2, 4}) {
             if ((corner & bit) == 0) {
-                Line(corners[corner], corners[corner | bit], color);
+                Line(corners[corner], corners[corner | bit], colour);
             }
         }
     }
