@@ -3,8 +3,8 @@
 #include <cstdio>
 
 struct Vertex {
-    ZmVector Position;
-    Zm2DVector Texture;
+    ZmVector position;
+    Zm2DVector texture;
 };
 
 int main()
@@ -21,7 +21,7 @@ int main()
     const ZmStridedData positions(square, sizeof(Vertex));
     Zm3DMultiplyMatrixVectorStrided(&positions, &positions, world, 4);
     for (const Vertex& v : square) {
-        std::printf("(%2.0f, %2.0f, %2.0f)\n", v.Position.x, v.Position.y, v.Position.z);
+        std::printf("(%2.0f, %2.0f, %2.0f)\n", v.position.x, v.position.y, v.position.z);
     }
 
     // What do they cover of a screen of 640 x 480, seen from the origin along Z?

@@ -8,8 +8,8 @@
 namespace {
 
 struct Particle {
-    ZmVector Position, Velocity;
-    int FramesLeft;
+    ZmVector position, velocity;
+    int framesLeft;
 };
 
 void Emit(XArray<Particle*>& particles, int count)
@@ -25,9 +25,9 @@ void Move(XArray<Particle*>& particles)
 {
     for (int i = particles.Size() - 1; i >= 0; --i) {
         Particle& particle = *particles[i];
-        particle.Velocity.y -= 0.125f;
-        particle.Position += particle.Velocity;
-        if (--particle.FramesLeft == 0) {
+        particle.velocity.y -= 0.125f;
+        particle.position += particle.velocity;
+        if (--particle.framesLeft == 0) {
             ZmAllocator::Instance().ReleasePool(sizeof(Particle), &particle);
             particles[i] = particles.Back();
             particles.PopBack();
@@ -41,7 +41,7 @@ ZmVector* Gather(const XArray<Particle*>& particles)
     const unsigned int size = unsigned(particles.Size()) * unsigned(sizeof(ZmVector));
     auto* points = static_cast<ZmVector*>(ZmAllocator::Instance().AllocateScratch(size));
     for (int i = 0; i < particles.Size(); ++i) {
-        points[i] = particles[i]->Position;
+        points[i] = particles[i]->position;
     }
     return points;
 }

@@ -12,20 +12,20 @@ constexpr int kTiles = 24, kSide = 64;
 struct Queue {
     int Take()
     {
-        const ZmMutexHolder hold(Lock);
-        return Next < kTiles ? Next++ : -1;
+        const ZmMutexHolder hold(lock);
+        return next < kTiles ? next++ : -1;
     }
 
-    void Finish(float highest)
+    void Finish(float height)
     {
-        const ZmMutexHolder hold(Lock);
-        ++Finished;
-        Highest = highest > Highest ? highest : Highest;
+        const ZmMutexHolder hold(lock);
+        ++finished;
+        highest = height > highest ? height : highest;
     }
 
-    ZmMutex Lock;
-    int Next = 0, Finished = 0;
-    float Highest = 0;
+    ZmMutex lock;
+    int next = 0, finished = 0;
+    float highest = 0;
 };
 
 float HighestOf(int tile)
@@ -77,6 +77,6 @@ int main()
         loader.Close();
         sum += tiles;
     }
-    std::printf("%d tiles finished, %u by these threads; highest point %.1f\n", queue.Finished, sum, queue.Highest);
+    std::printf("%d tiles finished, %u by these threads; highest point %.1f\n", queue.finished, sum, queue.highest);
     std::fprintf(stderr, "%.2f ms\n", clock.Current());
 }

@@ -18,7 +18,7 @@ public:
     bool Line(const std::string& text, size_t number);
     bool Finish();
 
-    std::string Error;
+    std::string error;
 
 private:
     bool Vertices(const char* text);
@@ -89,7 +89,7 @@ bool ReadInteger(const char*& text, long long& value)
 
 bool Parser::Fail(const char* what)
 {
-    Error = "line " + std::to_string(m_Line) + ": " + what;
+    error = "line " + std::to_string(m_Line) + ": " + what;
     return false;
 }
 
@@ -120,12 +120,12 @@ bool Parser::Vertices(const char* text)
         }
         text = end;
     }
-    if (m_Mesh.Vertices.size() >= kMostVertices) {
+    if (m_Mesh.vertices.size() >= kMostVertices) {
         return Fail("too many vertices");
     }
     Vertex vertex{};
-    vertex.Position = ZmVector(coordinate[0], coordinate[1], -coordinate[2]);
-    m_Mesh.Vertices.push_back(vertex);
+    vertex.position = ZmVector(coordinate[0], coordinate[1], -coordinate[2]);
+    m_Mesh.vertices.push_back(vertex);
     return true;
 }
 
@@ -148,7 +148,7 @@ bool Parser::Corner(const char*& text, uint32_t& index)
     }
 
     if (position < 0) {
-        position += (long long)(m_Mesh.Vertices.size()) + 1;
+        position += (long long)(m_Mesh.vertices.size()) + 1;
     }
     if (position < 1 || position > kMostVertices) {
         return Fail("a face names a vertex that does not exist");
@@ -176,19 +176,19 @@ bool Parser::Face(const char* text)
     }
     // Mirroring Z has reversed the winding; swapping the order restores it.
     for (size_t i = 2; i < m_Polygon.size(); ++i) {
-        m_Mesh.Indices.insert(m_Mesh.Indices.end(), {m_Polygon[0], m_Polygon[i], m_Polygon[i - 1]});
+        m_Mesh.indices.insert(m_Mesh.indices.end(), {m_Polygon[0], m_Polygon[i], m_Polygon[i - 1]});
     }
     return true;
 }
 
 bool Parser::Finish()
 {
-    if (m_Mesh.Vertices.empty() || m_Mesh.Indices.empty()) {
-        Error = "it has no vertices or no faces";
+    if (m_Mesh.vertices.empty() || m_Mesh.indices.empty()) {
+        error = "it has no vertices or no faces";
         return false;
     }
     m_Line = m_LargestIndexLine;
-    return m_LargestIndex < m_Mesh.Vertices.size() || Fail("a face names a vertex that does not exist");
+    return m_LargestIndex < m_Mesh.vertices.size() || Fail("a face names a vertex that does not exist");
 }
 
 }  // namespace
@@ -203,6 +203,6 @@ bool ReadObj(std::istream& file, Mesh& mesh, std::string& error)
         good = parser.Line(line, number);
     }
     good = good && parser.Finish();
-    error = file.bad() ? "cannot be read to its end" : parser.Error;
+    error = file.bad() ? "cannot be read to its end" : parser.error;
     return good && !file.bad();
 }

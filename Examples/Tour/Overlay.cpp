@@ -16,7 +16,7 @@ const ZmColor kWithin(0.45f, 1, 0.45f, 0.8f), kWithout(1, 0.4f, 0.3f, 0.8f), kFr
 ZmMatrix FittedBox(const ZmMatrix& fit, const Model& model)
 {
     ZmMatrix placed;
-    Zm3DMultiplyMatrix(placed, model.World, fit);
+    Zm3DMultiplyMatrix(placed, model.world, fit);
     return placed;
 }
 
@@ -24,7 +24,7 @@ ZmMatrix FitOf(const Mesh& mesh)
 {
     const ZmStridedData positions = Positions(mesh);
     ZmMatrix fit;
-    ZmComputeBestFitBBox(static_cast<const unsigned char*>(positions.Ptr), positions.Stride, int(mesh.Vertices.size()),
+    ZmComputeBestFitBBox(static_cast<const unsigned char*>(positions.Ptr), positions.Stride, int(mesh.vertices.size()),
                          fit, 0);
     return fit;
 }
@@ -42,12 +42,12 @@ void ForEachStatue(const Scene& scene, Draw&& draw)
 {
     const Mesh* fitted = nullptr;
     ZmMatrix fit = ZmMatrix::Identity();
-    for (const Model& model : scene.Models) {
-        if (model.Made != Material::STATUE) {
+    for (const Model& model : scene.models) {
+        if (model.made != Material::STATUE) {
             continue;
         }
-        if (model.Shape != fitted) {
-            fitted = model.Shape;
+        if (model.shape != fitted) {
+            fitted = model.shape;
             fit = FitOf(*fitted);
         }
         draw(model, FittedBox(fit, model));
@@ -66,7 +66,7 @@ void DrawFrustum(Wire& wire, ZmFrustum frustum)
 void DrawPicked(Wire& wire, const PickedTriangle& picked)
 {
     for (int i = 0; i < 3; ++i) {
-        wire.Line(picked.Corners[i], picked.Corners[(i + 1) % 3], kPickedColour);
+        wire.Line(picked.corners[i], picked.corners[(i + 1) % 3], kPickedColour);
     }
 }
 
@@ -82,27 +82,27 @@ void DrawCrosshair(Wire& wire, const ZmFrustum& camera, const ZmRay& mouse)
 void DrawOverPicture(Picture& picture, const Scene& scene, const ZmMatrix& worldToClip, const ZmRay& mouse,
                      const PickedTriangle& picked)
 {
-    Wire wire(picture, {0, 0, picture.Width, picture.Height}, worldToClip, true);
+    Wire wire(picture, {0, 0, picture.width, picture.height}, worldToClip, true);
     ForEachStatue(scene, [&](const Model& model, const ZmMatrix& box) {
         const ZmVector middle(box[3][0], box[3][1], box[3][2]);
-        if (&model == picked.Of) {
+        if (&model == picked.of) {
             DrawBox(wire, box, kPickedColour);
-        } else if (Length(middle - scene.Camera.Origin) < kBoxReach) {
+        } else if (Length(middle - scene.camera.Origin) < kBoxReach) {
             DrawBox(wire, box, kBoxColour);
         }
     });
-    if (picked.Of) {
+    if (picked.of) {
         DrawPicked(wire, picked);
     }
-    Wire front(picture, {0, 0, picture.Width, picture.Height}, worldToClip, false);
-    DrawCrosshair(front, scene.Camera, mouse);
+    Wire front(picture, {0, 0, picture.width, picture.height}, worldToClip, false);
+    DrawCrosshair(front, scene.camera, mouse);
 }
 
 void Darken(Picture& picture, const RKRECT& window)
 {
     for (int y = window.top; y < window.bottom; ++y) {
         for (int x = window.left; x < window.right; ++x) {
-            Blend(picture.Pixels[size_t(y) * size_t(picture.Width) + size_t(x)], ZmColor(0.02f, 0.03f, 0.05f, 0.72f));
+            Blend(picture.pixels[size_t(y) * size_t(picture.width) + size_t(x)], ZmColor(0.02f, 0.03f, 0.05f, 0.72f));
         }
     }
 }
@@ -120,15 +120,15 @@ ZmMatrix MapView(const RKRECT& window)
 
 void DrawMap(Picture& picture, const Scene& scene, const ZmRay& mouse, const PickedTriangle& picked)
 {
-    const int width = picture.Width * 3 / 10, height = picture.Height * 3 / 10, margin = picture.Width / 80;
-    const RKRECT window = {picture.Width - width - margin, margin, picture.Width - margin, margin + height};
+    const int width = picture.width * 3 / 10, height = picture.height * 3 / 10, margin = picture.width / 80;
+    const RKRECT window = {picture.width - width - margin, margin, picture.width - margin, margin + height};
     Darken(picture, window);
     Wire wire(picture, window, MapView(window), false);
     ForEachStatue(scene, [&](const Model&, const ZmMatrix& box) {
-        DrawBox(wire, box, ZmIntersect::FrustumOBB(scene.Camera, kCube, box) ? kWithin : kWithout);
+        DrawBox(wire, box, ZmIntersect::FrustumOBB(scene.camera, kCube, box) ? kWithin : kWithout);
     });
-    DrawFrustum(wire, scene.Camera);
-    wire.Line(mouse.Origin, picked.Of ? picked.Point : mouse.Origin + mouse.Direction * kMapReach, kPickedColour);
+    DrawFrustum(wire, scene.camera);
+    wire.Line(mouse.Origin, picked.of ? picked.point : mouse.Origin + mouse.Direction * kMapReach, kPickedColour);
 }
 
 }  // namespace

@@ -7,13 +7,13 @@
 namespace {
 
 const struct {
-    const char* Name;
-    float CameraSettings::*Field;
-    float Low, High;
+    const char* name;
+    float CameraSettings::*field;
+    float low, high;
 } kCamera[] = {
-    {"EyeHeight", &CameraSettings::EyeHeight, 0.1f, 50},
-    {"LookDown", &CameraSettings::LookDown, -1, 1},
-    {"FieldOfView", &CameraSettings::FieldOfView, 0.1f, 2.5f},
+    {"EyeHeight", &CameraSettings::eyeHeight, 0.1f, 50},
+    {"LookDown", &CameraSettings::lookDown, -1, 1},
+    {"FieldOfView", &CameraSettings::fieldOfView, 0.1f, 2.5f},
 };
 
 // The configuration does not record line numbers, so error messages search the text: for the line of an entry, or of
@@ -170,57 +170,57 @@ private:
     bool Picture()
     {
         return HasOnly("Picture", {"Width", "Height"}) &&
-               Int("Picture", "Width", kMinSize, kMaxSize, m_Settings.Width) &&
-               Int("Picture", "Height", kMinSize, kMaxSize, m_Settings.Height);
+               Int("Picture", "Width", kMinSize, kMaxSize, m_Settings.width) &&
+               Int("Picture", "Height", kMinSize, kMaxSize, m_Settings.height);
     }
 
     bool Camera()
     {
         return HasOnly("Camera", {"EyeHeight", "LookDown", "FieldOfView"}) &&
                std::all_of(std::begin(kCamera), std::end(kCamera), [&](const auto& number) {
-                   return Float("Camera", number.Name, number.Low, number.High, m_Settings.Camera.*number.Field);
+                   return Float("Camera", number.name, number.low, number.high, m_Settings.camera.*number.field);
                });
     }
 
     bool Sun()
     {
-        if (!HasOnly("Sun", {"Towards", "Colour"}) || !Vector("Sun", Entry("Sun", "Towards"), m_Settings.TowardsSun) ||
-            !Vector("Sun", Entry("Sun", "Colour"), m_Settings.SunColour)) {
+        if (!HasOnly("Sun", {"Towards", "Colour"}) || !Vector("Sun", Entry("Sun", "Towards"), m_Settings.towardsSun) ||
+            !Vector("Sun", Entry("Sun", "Colour"), m_Settings.sunColour)) {
             return false;
         }
-        return m_Settings.TowardsSun.y > 0 || Fail("Sun", "Towards", "the sun must stand above the ground");
+        return m_Settings.towardsSun.y > 0 || Fail("Sun", "Towards", "the sun must stand above the ground");
     }
 
     bool Models()
     {
         return HasOnly("Models", {"MostTriangles"}) &&
-               Int("Models", "MostTriangles", 1, 100000000, m_Settings.MostTriangles) && Colours() && Front();
+               Int("Models", "MostTriangles", 1, 100000000, m_Settings.mostTriangles) && Colours() && Front();
     }
 
     bool Colours()
     {
         const bool done = ForEach("Models.Colours", [&](const ZmConfigurationEntry& entry) {
-            m_Settings.Colours.emplace_back();
+            m_Settings.colours.emplace_back();
             m_ColourNames.push_back(entry.GetName());
-            return Vector("Models.Colours", entry, m_Settings.Colours.back());
+            return Vector("Models.Colours", entry, m_Settings.colours.back());
         });
-        return done && (!m_Settings.Colours.empty() || Fail("Models.Colours", "", "has no colours"));
+        return done && (!m_Settings.colours.empty() || Fail("Models.Colours", "", "has no colours"));
     }
 
     bool Front()
     {
         return ForEach("Models.Front", [&](const ZmConfigurationEntry& entry) {
             Spot spot{};
-            while (spot.Colour < m_ColourNames.size() && m_ColourNames[spot.Colour] != entry.GetName()) {
-                ++spot.Colour;
+            while (spot.colour < m_ColourNames.size() && m_ColourNames[spot.colour] != entry.GetName()) {
+                ++spot.colour;
             }
-            if (spot.Colour == m_ColourNames.size()) {
+            if (spot.colour == m_ColourNames.size()) {
                 return Fail("Models.Front", entry.GetName(), "is none of the colours");
             }
-            if (std::sscanf(entry.GetValue(), "%f %f %f %f", &spot.X, &spot.Z, &spot.Size, &spot.Heading) != 4) {
+            if (std::sscanf(entry.GetValue(), "%f %f %f %f", &spot.x, &spot.z, &spot.size, &spot.heading) != 4) {
                 return Fail("Models.Front", entry.GetName(), "must be four numbers");
             }
-            m_Settings.Front.push_back(spot);
+            m_Settings.front.push_back(spot);
             return true;
         });
     }
@@ -239,12 +239,12 @@ bool ReadCamera(const char* text, CameraSettings& res)
 {
     CameraSettings read;
     int used = 0;
-    const int found = std::sscanf(text, "%f,%f,%f%n", &read.EyeHeight, &read.LookDown, &read.FieldOfView, &used);
+    const int found = std::sscanf(text, "%f,%f,%f%n", &read.eyeHeight, &read.lookDown, &read.fieldOfView, &used);
     if (found != 3 || text[used] != '\0') {
         return false;
     }
     for (const auto& number : kCamera) {
-        if (!(read.*number.Field >= number.Low && read.*number.Field <= number.High)) {
+        if (!(read.*number.field >= number.low && read.*number.field <= number.high)) {
             return false;
         }
     }
@@ -255,7 +255,7 @@ bool ReadCamera(const char* text, CameraSettings& res)
 std::string CameraText(const CameraSettings& camera)
 {
     XString text;
-    text.Format("%.9g,%.9g,%.9g", double(camera.EyeHeight), double(camera.LookDown), double(camera.FieldOfView));
+    text.Format("%.9g,%.9g,%.9g", double(camera.eyeHeight), double(camera.lookDown), double(camera.fieldOfView));
     return text.Text();
 }
 

@@ -7,22 +7,22 @@
 
 /// A copy of the mesh: its position and the index of its colour.
 struct Spot {
-    float X, Z, Size, Heading;
-    size_t Colour;
+    float x, z, size, heading;
+    size_t colour;
 };
 
 struct CameraSettings {
-    float EyeHeight, LookDown, FieldOfView;
+    float eyeHeight, lookDown, fieldOfView;
 };
 
 /// The contents of the scene file; Data/tour.cfg explains them.
 struct Settings {
-    int Width, Height;
-    CameraSettings Camera;
-    ZmVector TowardsSun, SunColour;
-    int MostTriangles;
-    std::vector<ZmVector> Colours;
-    std::vector<Spot> Front;
+    int width, height;
+    CameraSettings camera;
+    ZmVector towardsSun, sunColour;
+    int mostTriangles;
+    std::vector<ZmVector> colours;
+    std::vector<Spot> front;
 };
 
 constexpr int kMinSize = 64;

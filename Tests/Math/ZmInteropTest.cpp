@@ -62,19 +62,19 @@ TYPED_TEST(ZmInteropTest, IsEqualOnlyWithAllItsFloatsEqual)
 TEST(ZmInteropTest, FindsOneMemberOfEachElement)
 {
     struct Vertex {
-        ZmVector Position;
-        Zm2DVector Texture;
+        ZmVector position;
+        Zm2DVector texture;
     };
     std::vector<Vertex> vertices(3, {{1, 2, 3}, {4, 5}});
     const std::vector<ZmVector> offsets(3, {10, 10, 10});
 
-    const ZmStridedData textures = ZmStrided(vertices.data(), &Vertex::Texture), sources = ZmStrided(offsets.data());
-    EXPECT_EQ(textures.Ptr, &vertices[0].Texture);
+    const ZmStridedData textures = ZmStrided(vertices.data(), &Vertex::texture), sources = ZmStrided(offsets.data());
+    EXPECT_EQ(textures.Ptr, &vertices[0].texture);
     EXPECT_EQ(textures.Stride, sizeof(Vertex));
-    ASSERT_EQ(ZmCopyStructure(3, ZmStrided(vertices.data(), &Vertex::Position), sizeof(ZmVector), sources), 1);
-    EXPECT_EQ(vertices[2].Position, offsets[2]);
-    EXPECT_EQ(vertices[2].Texture, Zm2DVector(4, 5));
-    EXPECT_EQ(ZmStrided(static_cast<Vertex*>(nullptr), &Vertex::Texture).Ptr, nullptr);
+    ASSERT_EQ(ZmCopyStructure(3, ZmStrided(vertices.data(), &Vertex::position), sizeof(ZmVector), sources), 1);
+    EXPECT_EQ(vertices[2].position, offsets[2]);
+    EXPECT_EQ(vertices[2].texture, Zm2DVector(4, 5));
+    EXPECT_EQ(ZmStrided(static_cast<Vertex*>(nullptr), &Vertex::texture).Ptr, nullptr);
 }
 
 template <class T>

@@ -14,12 +14,12 @@ ContactShade::ContactShade(const Scene& scene)
 {
     std::vector<Ball> balls;
     ZmVector low(1e9f, 0, 1e9f), high(-1e9f, 0, -1e9f);
-    for (const Model& model : scene.Models) {
-        if (model.Made != Material::STATUE) {
+    for (const Model& model : scene.models) {
+        if (model.made != Material::STATUE) {
             continue;
         }
         balls.push_back(BallAround(model));
-        const ZmVector &centre = balls.back().Center, reach = Reach(balls.back());
+        const ZmVector &centre = balls.back().centre, reach = Reach(balls.back());
         low = {std::min(low.x, centre.x - reach.x), 0, std::min(low.z, centre.z - reach.z)};
         high = {std::max(high.x, centre.x + reach.x), 0, std::max(high.z, centre.z + reach.z)};
     }
@@ -37,21 +37,21 @@ ContactShade::ContactShade(const Scene& scene)
 
 ContactShade::Ball ContactShade::BallAround(const Model& model)
 {
-    const ZmVector size = model.Box.Max - model.Box.Min, centre = (model.Box.Max + model.Box.Min) * 0.5f;
+    const ZmVector size = model.box.Max - model.box.Min, centre = (model.box.Max + model.box.Min) * 0.5f;
     const float radius = (size.x + size.y + size.z) / 7.5f;
-    return {{centre.x, model.Box.Min.y + std::min(0.9f * radius, 0.5f * size.y), centre.z}, radius, &model};
+    return {{centre.x, model.box.Min.y + std::min(0.9f * radius, 0.5f * size.y), centre.z}, radius, &model};
 }
 
 ZmVector ContactShade::Reach(const Ball& ball)
 {
-    return {kReach * ball.Radius, 0, kReach * ball.Radius};
+    return {kReach * ball.radius, 0, kReach * ball.radius};
 }
 
 // Adds the ball to each cell that its shade can reach.
 void ContactShade::Insert(const Ball& ball)
 {
-    const ZmVector from = (ball.Center - m_Corner - Reach(ball)) * (1 / kCellSize);
-    const ZmVector to = (ball.Center - m_Corner + Reach(ball)) * (1 / kCellSize);
+    const ZmVector from = (ball.centre - m_Corner - Reach(ball)) * (1 / kCellSize);
+    const ZmVector to = (ball.centre - m_Corner + Reach(ball)) * (1 / kCellSize);
     for (int row = std::max(0, int(from.z)); row <= std::min(m_Rows - 1, int(to.z)); ++row) {
         for (int column = std::max(0, int(from.x)); column <= std::min(m_Columns - 1, int(to.x)); ++column) {
             m_Cells[size_t(row) * size_t(m_Columns) + size_t(column)].push_back(ball);
@@ -76,16 +76,16 @@ float ContactShade::OpenSky(const ZmVector& point, const ZmVector& normal, const
     }
     float open = 1;
     for (const Ball& ball : *balls) {
-        if (ball.Of == self) {
+        if (ball.of == self) {
             continue;
         }
         // A sphere in direction d blocks (n . d) * radius^2 / distance^2 of the light.
-        const ZmVector to = ball.Center - point;
-        const float square = std::max(SquareLength(to), ball.Radius * ball.Radius);
-        const float fade = 1 - square / (kReach * kReach * ball.Radius * ball.Radius);
+        const ZmVector to = ball.centre - point;
+        const float square = std::max(SquareLength(to), ball.radius * ball.radius);
+        const float fade = 1 - square / (kReach * kReach * ball.radius * ball.radius);
         const float facing = std::max(0.0f, 0.25f + 0.75f * Dot(normal, to) / std::sqrt(square));
         if (fade > 0) {
-            open *= 1 - 0.9f * fade * facing * ball.Radius * ball.Radius / square;
+            open *= 1 - 0.9f * fade * facing * ball.radius * ball.radius / square;
         }
     }
     return open;

@@ -23,8 +23,8 @@ void DepthMap::Draw(const Mesh& mesh, const ZmMatrix& modelToWorld)
     m_Scratch.ToClipSpace(mesh, modelToClip);
     const RasterTarget target = {m_Size, m_Size, {0, 0, m_Size, m_Size}};
     DrawMesh(mesh, m_Scratch, true, target, [this](const Sample& sample) {
-        float& depth = m_Depths[size_t(sample.Y) * size_t(m_Size) + size_t(sample.X)];
-        depth = std::min(depth, sample.Depth);
+        float& depth = m_Depths[size_t(sample.y) * size_t(m_Size) + size_t(sample.x)];
+        depth = std::min(depth, sample.depth);
     });
 }
 

@@ -51,28 +51,28 @@ Zm2DVector DiscPoint(int index, int count, float turn)
 
 }  // namespace
 
-Shadows::Shadows(const Scene& scene, int threads) : m_WorldToSun(LookAlong(-scene.Light.Towards))
+Shadows::Shadows(const Scene& scene, int threads) : m_WorldToSun(LookAlong(-scene.light.towards))
 {
     ShareOut(threads, kMapCount, [&](int, int index) { DrawMap(scene, index); });
 }
 
 void Shadows::DrawMap(const Scene& scene, int index)
 {
-    const float nearDistance = index == 0 ? scene.Camera.NearDistance : 0.9f * kMapEnd[index - 1];
-    ZmBbox box = SliceBox(scene.Camera, nearDistance, kMapEnd[index], m_WorldToSun);
+    const float nearDistance = index == 0 ? scene.camera.NearDistance : 0.9f * kMapEnd[index - 1];
+    ZmBbox box = SliceBox(scene.camera, nearDistance, kMapEnd[index], m_WorldToSun);
     // Shadow casters may lie far outside the slice, towards the sun.
-    for (const Model& model : scene.Models) {
-        if (model.Made != Material::STATUE) {
+    for (const Model& model : scene.models) {
+        if (model.made != Material::STATUE) {
             continue;
         }
         ZmBbox sunBox;
-        sunBox.TransformFrom(model.Box, m_WorldToSun);
+        sunBox.TransformFrom(model.box, m_WorldToSun);
         box.Min.z = std::min(box.Min.z, sunBox.Min.z);
     }
     m_Maps[index].Begin(kMapSize, m_WorldToSun, box);
-    for (const Model& model : scene.Models) {
-        if (model.Made == Material::STATUE && m_Maps[index].MayContain(model.Box)) {
-            m_Maps[index].Draw(*model.Shape, model.World);
+    for (const Model& model : scene.models) {
+        if (model.made == Material::STATUE && m_Maps[index].MayContain(model.box)) {
+            m_Maps[index].Draw(*model.shape, model.world);
         }
     }
 }

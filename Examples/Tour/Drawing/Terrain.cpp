@@ -15,7 +15,7 @@ constexpr int kPetals = 6;
 
 void AddTriangle(Mesh& mesh, size_t a, size_t b, size_t c)
 {
-    mesh.Indices.insert(mesh.Indices.end(), {uint32_t(a), uint32_t(b), uint32_t(c)});
+    mesh.indices.insert(mesh.indices.end(), {uint32_t(a), uint32_t(b), uint32_t(c)});
 }
 
 // Grid lines are denser near the eye.
@@ -33,7 +33,7 @@ Mesh MakeTile(int firstColumn, int firstRow)
         for (int column = 0; column <= kTile; ++column) {
             const ZmVector p = GridPoint(firstColumn + column, firstRow + row);
             const Zm2DVector slope = GroundSlope(p.x, p.z);
-            tile.Vertices.push_back({p, Unit({-slope.x, 1, -slope.y}), 1, 0});
+            tile.vertices.push_back({p, Unit({-slope.x, 1, -slope.y}), 1, 0});
         }
     }
     constexpr size_t line = kTile + 1;
@@ -62,12 +62,12 @@ void AddBlade(Mesh& patch, Random& random)
     const ZmVector middle = root + lean * (0.3f * bend) + ZmVector(0, 0.6f * height, 0);
     const ZmVector tip = root + lean * bend + ZmVector(0, height, 0);
     const ZmVector normal = Unit(ZmVector(0, 1, 0) + lean * 0.35f);
-    const size_t first = patch.Vertices.size();
-    patch.Vertices.push_back({root - side * width, normal, 0.15f, tint});
-    patch.Vertices.push_back({root + side * width, normal, 0.15f, tint});
-    patch.Vertices.push_back({middle - side * (0.8f * width), normal, 0.65f, tint});
-    patch.Vertices.push_back({middle + side * (0.8f * width), normal, 0.65f, tint});
-    patch.Vertices.push_back({tip, normal, 1, tint});
+    const size_t first = patch.vertices.size();
+    patch.vertices.push_back({root - side * width, normal, 0.15f, tint});
+    patch.vertices.push_back({root + side * width, normal, 0.15f, tint});
+    patch.vertices.push_back({middle - side * (0.8f * width), normal, 0.65f, tint});
+    patch.vertices.push_back({middle + side * (0.8f * width), normal, 0.65f, tint});
+    patch.vertices.push_back({tip, normal, 1, tint});
     AddTriangle(patch, first, first + 1, first + 2);
     AddTriangle(patch, first + 1, first + 3, first + 2);
     AddTriangle(patch, first + 2, first + 3, first + 4);
@@ -126,11 +126,11 @@ Mesh MakeFlower()
 {
     Mesh flower;
     const float height = 0.16f, radius = 0.035f;
-    flower.Vertices.push_back({{0, height, 0}, {0, 1, 0}, 0, 0});
+    flower.vertices.push_back({{0, height, 0}, {0, 1, 0}, 0, 0});
     for (int i = 0; i < 2 * kPetals; ++i) {
         const float angle = float(i) * 3.14159265f / kPetals, reach = i % 2 == 0 ? radius : 0.4f * radius;
         const ZmVector out(std::cos(angle), 0, std::sin(angle));
-        flower.Vertices.push_back(
+        flower.vertices.push_back(
             {out * reach + ZmVector(0, height + 0.3f * reach, 0), Unit(ZmVector(0, 2, 0) - out), 1, 0});
     }
     for (size_t i = 0; i < 2 * kPetals; ++i) {

@@ -38,7 +38,7 @@ bool Clip(const ZmVector4& from, const ZmVector4& to, float& first, float& last)
 
 // A point on the screen; Nearness is 1 / distance.
 struct Spot {
-    float X, Y, Nearness;
+    float x, y, nearness;
 };
 
 Spot ToScreen(const ZmVector4& from, const ZmVector4& to, float t, const RKRECT& window)
@@ -66,9 +66,9 @@ void Wire::Dot(int x, int y, float nearness, float weight, const ZmColor& colour
     if (x < m_Window.left || x >= m_Window.right || y < m_Window.top || y >= m_Window.bottom) {
         return;
     }
-    const size_t at = size_t(y) * size_t(m_Picture.Width) + size_t(x);
-    const bool hidden = m_Hides && m_Picture.Nearness[at] > nearness * 1.01f;
-    Blend(m_Picture.Pixels[at], ZmColor(colour.r, colour.g, colour.b, colour.a * weight * (hidden ? kFaint : 1)));
+    const size_t at = size_t(y) * size_t(m_Picture.width) + size_t(x);
+    const bool hidden = m_Hides && m_Picture.nearness[at] > nearness * 1.01f;
+    Blend(m_Picture.pixels[at], ZmColor(colour.r, colour.g, colour.b, colour.a * weight * (hidden ? kFaint : 1)));
 }
 
 // Draws two dots per step, weighted by their distance from the line.
@@ -82,12 +82,12 @@ void Wire::Line(const ZmVector& from, const ZmVector& to, const ZmColor& colour)
         return;
     }
     const Spot start = ToScreen(a, b, first, m_Window), end = ToScreen(a, b, last, m_Window);
-    const float dx = end.X - start.X, dy = end.Y - start.Y;
+    const float dx = end.x - start.x, dy = end.y - start.y;
     const bool steep = std::fabs(dy) > std::fabs(dx);
     const int steps = int(std::ceil(std::max(std::fabs(dx), std::fabs(dy))));
     for (int i = 0; i < steps; ++i) {
-        const float t = float(i) / float(steps), nearness = start.Nearness + (end.Nearness - start.Nearness) * t;
-        const float x = start.X + dx * t, y = start.Y + dy * t;
+        const float t = float(i) / float(steps), nearness = start.nearness + (end.nearness - start.nearness) * t;
+        const float x = start.x + dx * t, y = start.y + dy * t;
         const int column = int(std::floor(x)), row = int(std::floor(y));
         const float share = steep ? x - float(column) : y - float(row);
         Dot(column, row, nearness, 1 - share, colour);
