@@ -119,7 +119,7 @@ TEST(ZmPathTest, SystemPathsHaveBackslashesBehindTheDrive)
 
 TEST(ZmPathTest, UrlsEscapeTheSetAndNothingElse)
 {
-    const char* const kRows[][2] = {
+    constexpr const char* kRows[][2] = {
         {"C:\\My Files\\a.txt", "file://C:/My%20Files/a.txt"},
         {"http://host/a b", "http://host/a%20b"},
         {"C:/data/a.txt", "C:/data/a.txt"},

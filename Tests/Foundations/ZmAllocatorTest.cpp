@@ -341,7 +341,7 @@ struct Kind {
     void (*release)(unsigned size, void* block);
 };
 
-constexpr Kind kKinds[] = {
+const Kind kKinds[] = {
     {[](unsigned size) { return Allocator().AllocateScratch(size); },
      [](unsigned, void* block) { Allocator().ReleaseScratch(block); }},
     {[](unsigned size) { return Allocator().AllocatePool(size); },

@@ -85,7 +85,7 @@ constexpr auto kPoint = Single<ZmVector, Zm3DMultiplyMatrixVector>;
 constexpr auto kRotate = Single<ZmVector, Zm3DRotateVector>;
 constexpr auto kPoint4 = Single<ZmVector4, Zm3DMultiplyMatrixVector4>;
 
-constexpr Form kForms[] = {
+const Form kForms[] = {
     {"points", Zm3DMultiplyMatrixVectorStrided, 12, kPoint, false},
     {"rotated", Zm3DRotateVectorStrided, 12, kRotate, false},
     {"four components", Zm3DMultiplyMatrixVector4Strided, 16, kPoint4, false},

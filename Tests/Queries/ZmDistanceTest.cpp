@@ -96,7 +96,7 @@ void Tilt(Random& random, float tilt, ZmRay& a, ZmRay& b)
     b = {a.Origin + random.Vector(size * 0.1f), (along + random.Vector(tilt)) * size};
 }
 
-constexpr PairKind kKinds[] = {
+const PairKind kKinds[] = {
     {"free",
      [](Random& random, ZmRay& a, ZmRay& b) {
          a = {random.Vector(2), random.Vector(2)};
