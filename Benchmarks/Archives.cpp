@@ -111,6 +111,6 @@ constexpr Entry kEntries[] = {
 }  // namespace
 
 constexpr Tasks kArchiveTasks{kTasks};
-constexpr Contender kArchives{"ZmMath", Role::Ours, kEntries};
+constexpr Contender kArchives{"ZmMath", Role::OURS, kEntries};
 
 }  // namespace bench

@@ -67,6 +67,6 @@ constexpr Entry kEntries[] = {
 }  // namespace
 
 constexpr Tasks kArrayTasks{kTasks};
-constexpr Contender kArrays{"ZmMath", Role::Ours, kEntries};
+constexpr Contender kArrays{"ZmMath", Role::OURS, kEntries};
 
 }  // namespace bench

@@ -54,6 +54,6 @@ constexpr Entry kEntries[] = {
 }  // namespace
 
 constexpr Tasks kConfigurationTasks{kTasks};
-constexpr Contender kConfiguration{"ZmMath", Role::Ours, kEntries};
+constexpr Contender kConfiguration{"ZmMath", Role::OURS, kEntries};
 
 }  // namespace bench

@@ -132,6 +132,6 @@ constexpr Entry kEntries[] = {
 }  // namespace
 
 constexpr Tasks kFileTasks{kTasks};
-constexpr Contender kFiles{"ZmMath", Role::Ours, kEntries};
+constexpr Contender kFiles{"ZmMath", Role::OURS, kEntries};
 
 }  // namespace bench

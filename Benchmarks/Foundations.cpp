@@ -94,6 +94,6 @@ constexpr Entry kEntries[] = {
 }  // namespace
 
 constexpr Tasks kFoundationTasks{kTasks};
-constexpr Contender kFoundations{"ZmMath", Role::Ours, kEntries};
+constexpr Contender kFoundations{"ZmMath", Role::OURS, kEntries};
 
 }  // namespace bench

@@ -46,10 +46,10 @@ struct Entry {
 };
 
 enum class Role {
-    Ours,        ///< compared with all Peers
-    OursScalar,  ///< the SSE feature bit off, compared with all PlainPeers; the goal is kScalarGoal
-    Peer,        ///< built for AVX2 and FMA
-    PlainPeer    ///< built with the library's own flags
+    OURS,         ///< compared with every PEER
+    OURS_SCALAR,  ///< the SSE feature bit off, compared with every PLAIN_PEER; the goal is kScalarGoal
+    PEER,         ///< built for AVX2 and FMA
+    PLAIN_PEER    ///< built with the library's own flags
 };
 
 /// The scalar path must not be slower than a plain loop.

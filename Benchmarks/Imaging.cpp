@@ -172,6 +172,6 @@ constexpr Entry kEntries[] = {
 }  // namespace
 
 constexpr Tasks kImagingTasks{kTasks};
-constexpr Contender kImaging{"ZmMath", Role::Ours, kEntries};
+constexpr Contender kImaging{"ZmMath", Role::OURS, kEntries};
 
 }  // namespace bench

@@ -110,7 +110,7 @@ void Write(float (&matrix)[16], const Block& block, const double (&translation)[
 
 void TransposeBlock(float (&res)[16], const float (&matrix)[16])
 {
-    std::memcpy(res, matrix, sizeof res);
+    std::memcpy(res, matrix, sizeof(res));
     for (int i = 0; i < 3; ++i) {
         for (int j = 0; j < 3; ++j) {
             res[4 * i + j] = matrix[4 * j + i];
@@ -224,7 +224,7 @@ const char* const* PathNames(int count)
         }
         name += word({"wall", "door", "Tree", "rock", "window", "lamp", "water_surface", "NPC", "bridge", "roof"});
         char number[16];
-        std::snprintf(number, sizeof number, "_%04u", unsigned(random() % 100000));
+        std::snprintf(number, sizeof(number), "_%04u", unsigned(random() % 100000));
         name += number;
         name += word({".bmp", ".mesh", ".wav", ".txt", ".png"});
         if (name.size() >= 8 && name.size() <= 40 && made.names.insert(name).second) {
@@ -256,7 +256,7 @@ const float* TurningMatrix()
     static const Matrix matrix = [] {
         // v * R + (c - c * R) is a rotation about the point c.
         const Block r = ToBlock({0.36, 0.48, 0.64, 0.48});
-        const double c[3] = {0.1, -0.2, 0.15};
+        constexpr double c[3] = {0.1, -0.2, 0.15};
         double translation[3];
         for (int j = 0; j < 3; ++j) {
             translation[j] = c[j] - (c[0] * r.m[0][j] + c[1] * r.m[1][j] + c[2] * r.m[2][j]);

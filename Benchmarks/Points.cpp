@@ -60,7 +60,7 @@ constexpr Entry kEntries[] = {
 }  // namespace
 
 constexpr Tasks kPointTasks{kTasks};
-constexpr Contender kPoints{"ZmMath", Role::Ours, kEntries};
-constexpr Contender kScalarPoints{"ZmMath scalar", Role::OursScalar, kEntries};
+constexpr Contender kPoints{"ZmMath", Role::OURS, kEntries};
+constexpr Contender kScalarPoints{"ZmMath scalar", Role::OURS_SCALAR, kEntries};
 
 }  // namespace bench

@@ -162,6 +162,6 @@ constexpr Entry kEntries[] = {
 }  // namespace
 
 constexpr Tasks kQueryTasks{kTasks};
-constexpr Contender kQueries{"ZmMath", Role::Ours, kEntries};
+constexpr Contender kQueries{"ZmMath", Role::OURS, kEntries};
 
 }  // namespace bench

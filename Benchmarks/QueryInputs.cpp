@@ -36,7 +36,7 @@ public:
         const float frame[9] = {1 - s * (y * y + z * z), s * (x * y - w * z),     s * (x * z + w * y),
                                 s * (x * y + w * z),     1 - s * (x * x + z * z), s * (y * z - w * x),
                                 s * (x * z - w * y),     s * (y * z + w * x),     1 - s * (x * x + y * y)};
-        std::memcpy(axes, frame, sizeof frame);
+        std::memcpy(axes, frame, sizeof(frame));
     }
 
 private:
@@ -126,11 +126,11 @@ void MakeFrustum(QueryInputs& in)
     const float h = std::sqrt(0.5f);
     const float planes[6][4] = {{h, 0, h, 0}, {-h, 0, h, 0}, {0, -h, h, 0},
                                 {0, h, h, 0}, {0, 0, 1, -1}, {0, 0, -1, 20}};
-    std::memcpy(in.frustumPlanes, planes, sizeof planes);
+    std::memcpy(in.frustumPlanes, planes, sizeof(planes));
     in.right[0] = in.up[1] = in.direction[2] = 1;
 }
 
-const float kSmallest = 0.2f, kLargest = 1.2f;
+constexpr float kSmallest = 0.2f, kLargest = 1.2f;
 
 /// Whether a box at this place can straddle one plane while it lies in front of a later one. Our test stops at the
 /// first plane by contract; such places are left out.
@@ -172,7 +172,7 @@ void MakePlace(Generator& random, const QueryInputs& in, float* matrix)
 
 void MakePoint(Generator& random, float* point)
 {
-    const float size[3] = {3, 1, 0.4f};
+    constexpr float size[3] = {3, 1, 0.4f};
     for (int i = 0; i < 3; ++i) {
         point[i] = random.Uniform(-size[i], size[i]);
     }

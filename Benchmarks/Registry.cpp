@@ -20,13 +20,14 @@ ZM_BENCHMARK_PEERS(ZM_DECLARE_PEER)
 
 namespace {
 
-const Tasks* const kTasks[] = {&kPointTasks, &kArrayTasks,   &kSingleTasks,  &kQueryTasks,         &kFoundationTasks,
-                               &kFileTasks,  &kArchiveTasks, &kImagingTasks, &kConfigurationTasks, &kThreadTasks};
+constexpr const Tasks* kTasks[] = {&kPointTasks,         &kArrayTasks, &kSingleTasks,  &kQueryTasks,
+                                   &kFoundationTasks,    &kFileTasks,  &kArchiveTasks, &kImagingTasks,
+                                   &kConfigurationTasks, &kThreadTasks};
 
 #define ZM_LIST_PEER(name) &k##name,
-const Contender* const kContenders[] = {&kPoints,  &kScalarPoints,  &kArrays,  &kSingles,
-                                        &kQueries, &kFoundations,   &kFiles,   &kArchives,
-                                        &kImaging, &kConfiguration, &kThreads, ZM_BENCHMARK_PEERS(ZM_LIST_PEER)};
+constexpr const Contender* kContenders[] = {&kPoints,  &kScalarPoints,  &kArrays,  &kSingles,
+                                            &kQueries, &kFoundations,   &kFiles,   &kArchives,
+                                            &kImaging, &kConfiguration, &kThreads, ZM_BENCHMARK_PEERS(ZM_LIST_PEER)};
 
 bool MachineHasAvx2()
 {
@@ -36,7 +37,7 @@ bool MachineHasAvx2()
 bool CanRun(const Contender& contender)
 {
     static const bool avx2 = MachineHasAvx2();
-    return contender.role != Role::Peer || avx2;
+    return contender.role != Role::PEER || avx2;
 }
 
 void AddMeasurements(std::vector<Measurement>& res, const Task& task)
@@ -99,7 +100,7 @@ const std::vector<Measurement>& Measurements()
 }
 
 ChosenPath::ChosenPath(Role role)
-    : m_Removed(role == Role::OursScalar ? GetProcessorFeatures() & ZMPROCESSOR_FEATURE_SSE : 0)
+    : m_Removed(role == Role::OURS_SCALAR ? GetProcessorFeatures() & ZMPROCESSOR_FEATURE_SSE : 0)
 {
     ModifyProcessorFeatures(0, m_Removed);
 }

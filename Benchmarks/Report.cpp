@@ -65,15 +65,15 @@ const Measurement* Report::Best(const Group& group, Role role) const
 
 void Report::PrintGroup(const Group& group) const
 {
-    if (const Measurement* ours = Best(group, Role::Ours)) {
-        PrintRow(*ours, Best(group, Role::Peer), ours->task->goal[ours->size]);
+    if (const Measurement* ours = Best(group, Role::OURS)) {
+        PrintRow(*ours, Best(group, Role::PEER), ours->task->goal[ours->size]);
     }
-    if (const Measurement* ours = Best(group, Role::OursScalar)) {
-        PrintRow(*ours, Best(group, Role::PlainPeer), kScalarGoal);
+    if (const Measurement* ours = Best(group, Role::OURS_SCALAR)) {
+        PrintRow(*ours, Best(group, Role::PLAIN_PEER), kScalarGoal);
     }
     if (m_AllPeers) {
         for (const Measurement* m : group) {
-            if (m->contender->role >= Role::Peer && Median(*m) > 0) {
+            if (m->contender->role >= Role::PEER && Median(*m) > 0) {
                 std::printf("%61s%-28s %9.3f%s\n", "", m->Who().c_str(), Median(*m),
                             m->entry->aside ? "  (aside)" : "");
             }

@@ -197,6 +197,6 @@ constexpr Entry kEntries[] = {
 }  // namespace
 
 constexpr Tasks kSingleTasks{kTasks};
-constexpr Contender kSingles{"ZmMath", Role::Ours, kEntries};
+constexpr Contender kSingles{"ZmMath", Role::OURS, kEntries};
 
 }  // namespace bench

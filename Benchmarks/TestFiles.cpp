@@ -41,7 +41,7 @@ template <class Open, class Add, class Close>
 void EachSetting(int entries, Open open, Add add, Close close)
 {
     const int sections = entries / kEntriesOfSection, steps[] = {(sections + 9) / 10, (sections + 99) / 100, 1};
-    const char* const names[] = {"group_", "part_", "section_"};
+    constexpr const char* names[] = {"group_", "part_", "section_"};
     for (int i = 0; i < sections; ++i) {
         for (int depth = 0; depth < 3; ++depth) {
             if (i % steps[depth] == 0) {

@@ -41,6 +41,6 @@ constexpr Entry kEntries[] = {
 }  // namespace
 
 constexpr Tasks kThreadTasks{kTasks};
-constexpr Contender kThreads{"ZmMath", Role::Ours, kEntries};
+constexpr Contender kThreads{"ZmMath", Role::OURS, kEntries};
 
 }  // namespace bench

@@ -76,7 +76,7 @@ void VerifyAll()
         if (m.size != 0) {
             continue;  // the smallest size suffices
         }
-        if (m.contender->role == Role::Ours) {
+        if (m.contender->role == Role::OURS) {
             ours = Results(m);
         } else {
             Verify(m, ours);

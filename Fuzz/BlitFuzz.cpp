@@ -55,10 +55,10 @@ void ReadPixels(Input& input, Image& image)
     if (!zm::View(view, desc)) {
         return;
     }
-    const int lines = view.kind == zm::PixelKind::Compressed ? (desc.Height + 3) / 4 : desc.Height;
+    const int lines = view.kind == zm::PixelKind::COMPRESSED ? (desc.Height + 3) / 4 : desc.Height;
     const int blockBytes = view.format == ZM_PF_DXT1 ? 8 : 16;
     const int lineBytes =
-        view.kind == zm::PixelKind::Compressed ? (desc.Width + 3) / 4 * blockBytes : (desc.Width * view.bits + 7) / 8;
+        view.kind == zm::PixelKind::COMPRESSED ? (desc.Width + 3) / 4 * blockBytes : (desc.Width * view.bits + 7) / 8;
     image.pixels.resize(size_t(abs(pitch)) * size_t(lines - 1) + size_t(lineBytes));
     input.Fill(image.pixels.data(), image.pixels.size());
     desc.Pixels = image.pixels.data() + (desc.BytesPerLine < 0 ? abs(pitch) * (lines - 1) : 0);
@@ -68,7 +68,7 @@ void ReadPixels(Input& input, Image& image)
 }
 
 using Operation = int (*)(const ZmImageDescEx& src, const ZmImageDescEx& dst);
-const Operation kOperations[] = {
+constexpr Operation kOperations[] = {
     ZmDoBlit,
     ZmDoBlitUpsideDown,
     ZmDoAlphaBlit,

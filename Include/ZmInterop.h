@@ -5,7 +5,7 @@
 //
 //     const ZmVector v = ZmFromArray<ZmVector>({1, 2, 3});
 //     file.Write(ZmFloats(matrix).data(), sizeof(ZmMatrix));
-//     const ZmStridedData positions = ZmStrided(vertices.data(), &Vertex::Position);
+//     const ZmStridedData positions = ZmStrided(vertices.data(), &Vertex::position);
 //
 // The floats are in the order of the record: x, y, z, w; a matrix row by row; r, g, b, a. The views copy nothing and
 // are valid as long as the record lives. Any thread may call.

@@ -18,6 +18,6 @@ constexpr Entry kEntries[] = {
 }  // namespace
 
 extern const Contender kAbseil;
-constexpr Contender kAbseil{"Abseil", Role::Peer, kEntries};
+constexpr Contender kAbseil{"Abseil", Role::PEER, kEntries};
 
 }  // namespace bench

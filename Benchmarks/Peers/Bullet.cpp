@@ -279,6 +279,6 @@ constexpr Entry kEntries[] = {
 }  // namespace
 
 extern const Contender kBullet;
-constexpr Contender kBullet{"Bullet", Role::Peer, kEntries};
+constexpr Contender kBullet{"Bullet", Role::PEER, kEntries};
 
 }  // namespace bench

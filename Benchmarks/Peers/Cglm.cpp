@@ -193,6 +193,6 @@ constexpr Entry kEntries[] = {
 }  // namespace
 
 extern const Contender kCglm;
-constexpr Contender kCglm{"cglm", Role::Peer, kEntries};
+constexpr Contender kCglm{"cglm", Role::PEER, kEntries};
 
 }  // namespace bench

@@ -295,6 +295,6 @@ constexpr Entry kEntries[] = {
 }  // namespace
 
 extern const Contender kEigen;
-constexpr Contender kEigen{"Eigen", Role::Peer, kEntries};
+constexpr Contender kEigen{"Eigen", Role::PEER, kEntries};
 
 }  // namespace bench

@@ -41,6 +41,6 @@ constexpr Entry kEntries[] = {
 }  // namespace
 
 extern const Contender kFcl;
-constexpr Contender kFcl{"FCL", Role::Peer, kEntries};
+constexpr Contender kFcl{"FCL", Role::PEER, kEntries};
 
 }  // namespace bench

@@ -33,6 +33,6 @@ constexpr Entry kEntries[] = {
 }  // namespace
 
 extern const Contender kFreeImage;
-constexpr Contender kFreeImage{"FreeImage", Role::Peer, kEntries};
+constexpr Contender kFreeImage{"FreeImage", Role::PEER, kEntries};
 
 }  // namespace bench

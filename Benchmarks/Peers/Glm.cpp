@@ -242,6 +242,6 @@ constexpr Entry kEntries[] = {
 }  // namespace
 
 extern const Contender kGlm;
-constexpr Contender kGlm{"GLM", Role::Peer, kEntries};
+constexpr Contender kGlm{"GLM", Role::PEER, kEntries};
 
 }  // namespace bench

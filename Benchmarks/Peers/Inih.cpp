@@ -60,6 +60,6 @@ constexpr Entry kEntries[] = {
 }  // namespace
 
 extern const Contender kInih;
-constexpr Contender kInih{"inih with hash maps", Role::Peer, kEntries};
+constexpr Contender kInih{"inih with hash maps", Role::PEER, kEntries};
 
 }  // namespace bench

@@ -78,6 +78,6 @@ constexpr Entry kEntries[] = {
 }  // namespace
 
 extern const Contender kLibyuv;
-constexpr Contender kLibyuv{"libyuv", Role::Peer, kEntries};
+constexpr Contender kLibyuv{"libyuv", Role::PEER, kEntries};
 
 }  // namespace bench

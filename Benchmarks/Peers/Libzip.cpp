@@ -101,6 +101,6 @@ constexpr Entry kEntries[] = {
 }  // namespace
 
 extern const Contender kLibzip;
-constexpr Contender kLibzip{"libzip", Role::Peer, kEntries};
+constexpr Contender kLibzip{"libzip", Role::PEER, kEntries};
 
 }  // namespace bench

@@ -134,6 +134,6 @@ constexpr Entry kEntries[] = {
 }  // namespace
 
 extern const Contender kLoops;
-constexpr Contender kLoops{"loop", Role::Peer, kEntries};
+constexpr Contender kLoops{"loop", Role::PEER, kEntries};
 
 }  // namespace bench

@@ -54,6 +54,6 @@ constexpr Entry kEntries[] = {
 }  // namespace
 
 extern const Contender kPixman;
-constexpr Contender kPixman{"pixman", Role::Peer, kEntries};
+constexpr Contender kPixman{"pixman", Role::PEER, kEntries};
 
 }  // namespace bench

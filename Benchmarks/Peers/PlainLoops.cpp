@@ -12,7 +12,7 @@ template <int Outputs, bool Translate>
 void Transform(const Work& w)
 {
     float m[4][4];
-    std::memcpy(m, w.extra, sizeof m);
+    std::memcpy(m, w.extra, sizeof(m));
     const char* src = static_cast<const char*>(w.src);
     char* dst = static_cast<char*>(w.dst);
     // Copies: stores through dst could alias the members.
@@ -20,11 +20,11 @@ void Transform(const Work& w)
     for (int i = 0; i < count; ++i, src += srcStride, dst += dstStride) {
         float v[3];
         float res[Outputs];
-        std::memcpy(v, src, sizeof v);
+        std::memcpy(v, src, sizeof(v));
         for (int j = 0; j < Outputs; ++j) {
             res[j] = v[0] * m[0][j] + v[1] * m[1][j] + v[2] * m[2][j] + (Translate ? m[3][j] : 0);
         }
-        std::memcpy(dst, res, sizeof res);
+        std::memcpy(dst, res, sizeof(res));
     }
 }
 
@@ -42,6 +42,6 @@ constexpr Entry kEntries[] = {
 }  // namespace
 
 extern const Contender kPlainLoops;
-constexpr Contender kPlainLoops{"plain loop", Role::PlainPeer, kEntries};
+constexpr Contender kPlainLoops{"plain loop", Role::PLAIN_PEER, kEntries};
 
 }  // namespace bench

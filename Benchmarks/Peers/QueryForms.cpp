@@ -259,13 +259,13 @@ void FrustumPlanesBox(const Work& w)
         const float *box = in.frustumBoxes[j], *m = in.matrices[i];
         const float half[3] = {(box[0] - box[3]) * 0.5f, (box[1] - box[4]) * 0.5f, (box[2] - box[5]) * 0.5f};
         const Vec axes[3] = {Vec(m) * half[0], Vec(m + 4) * half[1], Vec(m + 8) * half[2]};
-        const Vec center = Vec(m) * ((box[0] + box[3]) * 0.5f) + Vec(m + 4) * ((box[1] + box[4]) * 0.5f) +
+        const Vec centre = Vec(m) * ((box[0] + box[3]) * 0.5f) + Vec(m + 4) * ((box[1] + box[4]) * 0.5f) +
                            Vec(m + 8) * ((box[2] + box[5]) * 0.5f) + Vec(m + 12);
         for (const float(&plane)[4] : in.frustumPlanes) {
             const Vec normal(plane);
             const float radius =
                 std::fabs(Dot(normal, axes[0])) + std::fabs(Dot(normal, axes[1])) + std::fabs(Dot(normal, axes[2]));
-            if (Dot(normal, center) + plane[3] < -radius) {
+            if (Dot(normal, centre) + plane[3] < -radius) {
                 return 0;
             }
         }
@@ -317,6 +317,6 @@ constexpr Entry kEntries[] = {
 }  // namespace
 
 extern const Contender kQueryForms;
-constexpr Contender kQueryForms{"plain form", Role::Peer, kEntries};
+constexpr Contender kQueryForms{"plain form", Role::PEER, kEntries};
 
 }  // namespace bench

@@ -42,6 +42,6 @@ constexpr Entry kEntries[] = {
 }  // namespace
 
 extern const Contender kSimpleIni;
-constexpr Contender kSimpleIni{"SimpleIni", Role::Peer, kEntries};
+constexpr Contender kSimpleIni{"SimpleIni", Role::PEER, kEntries};
 
 }  // namespace bench

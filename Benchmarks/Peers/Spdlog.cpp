@@ -47,6 +47,6 @@ constexpr Entry kEntries[] = {
 }  // namespace
 
 extern const Contender kSpdlog;
-constexpr Contender kSpdlog{"spdlog", Role::Peer, kEntries};
+constexpr Contender kSpdlog{"spdlog", Role::PEER, kEntries};
 
 }  // namespace bench

@@ -43,6 +43,6 @@ constexpr Entry kEntries[] = {
 }  // namespace
 
 extern const Contender kStandard;
-constexpr Contender kStandard{"std", Role::Peer, kEntries};
+constexpr Contender kStandard{"std", Role::PEER, kEntries};
 
 }  // namespace bench

@@ -49,8 +49,9 @@ void Canvas::Span(int y, float left, float right, uint32_t colour)
 {
     const int width = m_Width * kScale;
     const int first = std::max(int(std::ceil(left - 0.5f)), 0), last = std::min(int(std::ceil(right - 0.5f)), width);
-    for (int x = first; x < last; ++x)
+    for (int x = first; x < last; ++x) {
         m_Pixels[size_t(y) * size_t(width) + size_t(x)] = colour;
+    }
 }
 
 void Canvas::Fill(const std::vector<Zm2DVector>& corners, uint32_t colour)
@@ -66,12 +67,14 @@ void Canvas::Fill(const std::vector<Zm2DVector>& corners, uint32_t colour)
         std::vector<float> crossings;
         for (size_t i = 0; i < corners.size(); ++i) {
             const Zm2DVector &a = corners[i], &b = corners[(i + 1) % corners.size()];
-            if ((a.y <= middle) != (b.y <= middle))
+            if ((a.y <= middle) != (b.y <= middle)) {
                 crossings.push_back((a.x + (b.x - a.x) * ((middle - a.y) / (b.y - a.y))) * kScale);
+            }
         }
         std::sort(crossings.begin(), crossings.end());
-        for (size_t i = 0; i + 1 < crossings.size(); i += 2)
+        for (size_t i = 0; i + 1 < crossings.size(); i += 2) {
             Span(y, crossings[i], crossings[i + 1], colour);
+        }
     }
 }
 
@@ -83,16 +86,18 @@ void Canvas::Rectangle(float left, float top, float right, float bottom, uint32_
 void Canvas::Disc(const Zm2DVector& centre, float radius, uint32_t colour)
 {
     std::vector<Zm2DVector> corners;
-    for (int angle = 0; angle < 16384; angle += 16384 / 32)
+    for (int angle = 0; angle < 16384; angle += 16384 / 32) {
         corners.push_back({centre.x + radius * Tcos(angle), centre.y + radius * Tsin(angle)});
+    }
     Fill(corners, colour);
 }
 
 void Canvas::Line(const Zm2DVector& from, const Zm2DVector& to, uint32_t colour, float width)
 {
     Disc(from, width / 2, colour);
-    if (DistanceOf(from, to) == 0)
+    if (DistanceOf(from, to) == 0) {
         return;
+    }
     Disc(to, width / 2, colour);
     const Zm2DVector along = Towards(from, to), aside(-along.y, along.x);
     Fill({Plus(from, aside, width / 2), Plus(to, aside, width / 2), Plus(to, aside, -width / 2),
@@ -102,8 +107,9 @@ void Canvas::Line(const Zm2DVector& from, const Zm2DVector& to, uint32_t colour,
 
 void Canvas::Path(const std::vector<Zm2DVector>& points, uint32_t colour, float width)
 {
-    for (size_t i = 0; i + 1 < points.size(); ++i)
+    for (size_t i = 0; i + 1 < points.size(); ++i) {
         Line(points[i], points[i + 1], colour, width);
+    }
 }
 
 void Canvas::Arrow(const std::vector<Zm2DVector>& points, uint32_t colour, float width)
@@ -112,14 +118,17 @@ void Canvas::Arrow(const std::vector<Zm2DVector>& points, uint32_t colour, float
     // The head lies along the chord of the last part of the path; the shaft ends inside it.
     std::vector<Zm2DVector> shaft = points;
     const Zm2DVector tip = points.back();
-    while (shaft.size() > 1 && DistanceOf(shaft.back(), tip) < head * 0.8f)
+    while (shaft.size() > 1 && DistanceOf(shaft.back(), tip) < head * 0.8f) {
         shaft.pop_back();
+    }
     const Zm2DVector from = shaft.back();
-    if (DistanceOf(from, tip) < 1)
+    if (DistanceOf(from, tip) < 1) {
         return;
+    }
     const Zm2DVector along = Towards(from, tip), aside(-along.y, along.x), neck = Plus(tip, along, -head);
-    if (DistanceOf(from, tip) > head * 0.9f)
+    if (DistanceOf(from, tip) > head * 0.9f) {
         shaft.push_back(Plus(neck, along, head * 0.1f));
+    }
     Path(shaft, colour, width);
     Fill({tip, Plus(neck, aside, 0.42f * head), Plus(neck, aside, -0.42f * head)}, colour);
 }
@@ -127,19 +136,22 @@ void Canvas::Arrow(const std::vector<Zm2DVector>& points, uint32_t colour, float
 void Canvas::Text(const Zm2DVector& at, const std::string& text, uint32_t colour, float height, Align align)
 {
     int width = 0;
-    for (const char character : text)
+    for (const char character : text) {
         width += AdvanceOf(character);
+    }
     const float unit = height / kCapitals;
     float x = at.x;
-    if (align != Align::Left)
-        x -= float(width - kGap) * unit * (align == Align::Centre ? 0.5f : 1.0f);
+    if (align != Align::LEFT) {
+        x -= float(width - kGap) * unit * (align == Align::CENTRE ? 0.5f : 1.0f);
+    }
 
     std::vector<std::vector<Zm2DVector>> strokes;
     for (const char character : text) {
         for (const Stroke& stroke : StrokesOf(character)) {
             strokes.emplace_back();
-            for (const Zm2DVector& point : stroke)
+            for (const Zm2DVector& point : stroke) {
                 strokes.back().push_back({x + point.x * unit, at.y - point.y * unit});
+            }
         }
         x += float(AdvanceOf(character)) * unit;
     }
@@ -152,8 +164,9 @@ void Canvas::Strokes(const std::vector<std::vector<Zm2DVector>>& strokes, uint32
 {
     for (const std::vector<Zm2DVector>& points : strokes) {
         Path(points, colour, width);
-        if (points.size() == 1)
+        if (points.size() == 1) {
             Disc(points[0], width * 0.7f, colour);
+        }
     }
 }
 

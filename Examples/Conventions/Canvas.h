@@ -13,9 +13,9 @@ constexpr uint32_t kAxisColours[3] = {kRed, kGreen, kBlue};
 /// @}
 
 enum class Align {
-    Left,
-    Centre,
-    Right
+    LEFT,
+    CENTRE,
+    RIGHT
 };
 
 /// Describes an image at `pixels` without padding between lines.
@@ -40,7 +40,7 @@ public:
 
     /// `at` lies on the base line; capitals are `height` high. Lines behind the letters are interrupted around them.
     void Text(const Zm2DVector& at, const std::string& text, uint32_t colour = kInk, float height = 17,
-              Align align = Align::Left);
+              Align align = Align::LEFT);
 
     bool Save(const char* path) const;
 

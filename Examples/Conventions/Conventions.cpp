@@ -12,7 +12,8 @@ int main()
     ModifyProcessorFeatures(0, ZMPROCESSOR_FEATURE_SSE);
     const bool drawn = DrawRows() && DrawProducts() && DrawRotations() && DrawEulerOrder() && DrawHandedness() &&
                        DrawClipSpace() && DrawScreenSpace() && DrawPixelLayouts() && DrawLines();
-    if (!drawn)
+    if (!drawn) {
         std::fputs("A picture cannot be written\n", stderr);
+    }
     return drawn ? 0 : 1;
 }

@@ -92,8 +92,9 @@ const struct {
 const char* Find(char character)
 {
     for (const auto& glyph : kGlyphs) {
-        if (glyph.character == character)
+        if (glyph.character == character) {
             return glyph.strokes;
+        }
     }
     return "";
 }
@@ -117,12 +118,14 @@ std::vector<Stroke> StrokesOf(char character)
 
 int AdvanceOf(char character)
 {
-    if (character == ' ')
+    if (character == ' ') {
         return 4;
+    }
     int width = 0;
     for (const Stroke& stroke : StrokesOf(character)) {
-        for (const Zm2DVector& point : stroke)
+        for (const Zm2DVector& point : stroke) {
             width = std::max(width, int(point.x));
+        }
     }
     return width + kGap;
 }

@@ -28,8 +28,9 @@ void DrawBits(Canvas& canvas, float left, float top, ZM_PIXELFORMAT format)
         // The bits that opaque black sets are alpha; bits that no colour sets belong to no channel.
         uint32_t colour = (black[byte] & mask) != 0 ? kGrey : kWhite;
         for (const auto& channel : kChannels) {
-            if (((BytesOf(format, channel.pixel)[byte] ^ black[byte]) & mask) != 0)
+            if (((BytesOf(format, channel.pixel)[byte] ^ black[byte]) & mask) != 0) {
                 colour = channel.colour;
+            }
         }
         const float x = left + float(byte) * kByte + float(bit % 8) * kCell;
         canvas.Rectangle(x, top, x + kCell, top + 30, kInk);
@@ -53,10 +54,10 @@ void DrawImage(Canvas& canvas, float left, const ZmImageDescEx& image, const uin
             canvas.Rectangle(x + 1, y + 1, x + kCell - 1, y + kCell - 1, seen[line][column]);
         }
         const auto offset = image.Pixels + line * image.BytesPerLine - reinterpret_cast<const unsigned char*>(memory);
-        canvas.Text({left - 12, y + 19}, "+" + std::to_string(offset), line == 0 ? kRed : kGrey, 14, Align::Right);
+        canvas.Text({left - 12, y + 19}, "+" + std::to_string(offset), line == 0 ? kRed : kGrey, 14, Align::RIGHT);
     }
     canvas.Text({left + kCell * kWidth / 2, 214}, "BytesPerLine = " + std::to_string(image.BytesPerLine), kInk, 17,
-                Align::Centre);
+                Align::CENTRE);
 }
 
 }  // namespace
@@ -70,8 +71,9 @@ bool DrawPixelLayouts()
                     {"RGB888, 24", ZM_PF_24_RGB888}, {"RGB565", ZM_PF_16_RGB565},     {"ARGB1555", ZM_PF_16_ARGB1555},
                     {"ARGB4444", ZM_PF_16_ARGB4444}, {"RGB332", ZM_PF_8_RGB332}};
     Canvas canvas(800, 450);
-    for (int byte = 0; byte < 4; ++byte)
-        canvas.Text({280 + 134 * float(byte), 40}, std::string("byte ") + char('0' + byte), kInk, 16, Align::Centre);
+    for (int byte = 0; byte < 4; ++byte) {
+        canvas.Text({280 + 134 * float(byte), 40}, std::string("byte ") + char('0' + byte), kInk, 16, Align::CENTRE);
+    }
     float top = 60;
     for (const auto& row : kFormats) {
         canvas.Text({20, top + 24}, row.name, kInk, 17);
@@ -84,8 +86,8 @@ bool DrawPixelLayouts()
 bool DrawLines()
 {
     // A flag, line by line as it is stored in memory.
-    const char* const lines[kHeight] = {"PPPPPPPP..", "PRRRRRRRP.", "PRRRRRRRRP",
-                                        "PWWWWWWWWP", "PWWWWWWWP.", "PPPPPPPP.."};
+    constexpr const char* lines[kHeight] = {"PPPPPPPP..", "PRRRRRRRP.", "PRRRRRRRRP",
+                                            "PWWWWWWWWP", "PWWWWWWWP.", "PPPPPPPP.."};
     uint32_t memory[kHeight * kWidth];
     for (int i = 0; i < kHeight * kWidth; ++i) {
         const char cell = lines[i / kWidth][i % kWidth];

@@ -40,11 +40,12 @@ void DrawProduct(Canvas& canvas, float left, const ZmMatrix& a, const ZmMatrix& 
     ZmMatrix product;
     Zm3DMultiplyMatrix(product, a, b);
     canvas.Fill(view(LetterThrough(product)), kBlue);
-    for (ZmVector& corner : corners)
+    for (ZmVector& corner : corners) {
         corner = Transformed(a, corner);
+    }
     corners.push_back(corners[0]);
     canvas.Path(view(corners), kInk, 2.5f);
-    canvas.Text({left + 210, 360}, std::string("(res, ") + names + ")", kInk, 18, Align::Centre);
+    canvas.Text({left + 210, 360}, std::string("(res, ") + names + ")", kInk, 18, Align::CENTRE);
 }
 
 }  // namespace
@@ -62,18 +63,19 @@ bool DrawRows()
     DrawAxes(canvas, view, m, 1);
     canvas.Arrow(view({{0, 0, 0}, {m[3][0], m[3][1], m[3][2]}}), kInk);
 
-    const uint32_t colours[] = {kRed, kGreen, kBlue, kInk};
-    const char* const names[] = {"image of X", "image of Y", "image of Z", "translation"};
+    constexpr uint32_t colours[] = {kRed, kGreen, kBlue, kInk};
+    constexpr const char* names[] = {"image of X", "image of Y", "image of Z", "translation"};
     for (int row = 0; row < 4; ++row) {
         const float y = 70 + 44 * float(row);
-        for (int column = 0; column < 4; ++column)
+        for (int column = 0; column < 4; ++column) {
             canvas.Text({444 + 57 * float(column), y}, Number(m[row][column]), column < 3 ? colours[row] : kGrey, 18,
-                        Align::Right);
+                        Align::RIGHT);
+        }
         canvas.Text({644, y}, names[row], colours[row], 15);
     }
     canvas.Path({{392, 36}, {382, 36}, {382, 218}, {392, 218}}, kInk);
     canvas.Path({{620, 36}, {630, 36}, {630, 218}, {620, 218}}, kInk);
-    canvas.Text({506, 265}, "v' = v * M", kInk, 18, Align::Centre);
+    canvas.Text({506, 265}, "v' = v * M", kInk, 18, Align::CENTRE);
     return canvas.Save("rows.png");
 }
 
@@ -86,6 +88,6 @@ bool DrawProducts()
     move[3][1] = 0.6f;
     DrawProduct(canvas, 0, move, turn, "move, turn");
     DrawProduct(canvas, 400, turn, move, "turn, move");
-    canvas.Text({380, 34}, "Zm3DMultiplyMatrix", kInk, 18, Align::Centre);
+    canvas.Text({380, 34}, "Zm3DMultiplyMatrix", kInk, 18, Align::CENTRE);
     return canvas.Save("products.png");
 }

@@ -37,21 +37,23 @@ void DrawTurn(Canvas& canvas, const Zm2DVector& centre, int axis, Builder build,
     for (int step = 0; step <= 72; ++step) {
         const ZmVector point = Transformed(build(axis, float(5 * step) * kDegrees), Axis(start) * 0.85f);
         wheel.push_back(point);
-        if (step <= 54)
+        if (step <= 54) {
             path.push_back(point);
+        }
     }
     canvas.Fill(view(wheel), 0xFFF4EDE0);
     DrawAxes(canvas, view, ZmMatrix::Identity(), 1.15f, 3, kGrey);
     canvas.Arrow(view({{0, 0, 0}, Axis(axis) * 1.15f}), kAxisColours[axis], 4);
     canvas.Arrow(view(path), kOrange, 4.5f);
     canvas.Disc(view(path[0]), 6, kOrange);
-    for (int step = 1; dotted != nullptr && step <= 8; ++step)
+    for (int step = 1; dotted != nullptr && step <= 8; ++step) {
         canvas.Disc(view(Transformed(dotted(axis, float(30 * step) * kDegrees), Axis(start) * 0.85f)), 4.5f, kInk);
+    }
 
     const ZmVector quarter = Transformed(build(axis, 90 * kDegrees), Axis(start));
     canvas.Text({centre.x + 10, centre.y + 112},
                 std::string("about ") + kAxisNames[axis] + ": " + kAxisNames[start] + " to " + NameOfAxis(quarter),
-                kInk, 15, Align::Centre);
+                kInk, 15, Align::CENTRE);
 }
 
 ZmMatrix Turned(const ZmVector& angles)
@@ -67,8 +69,9 @@ void DrawStage(Canvas& canvas, const Zm2DVector& centre, const ZmVector& angles,
 {
     const View view(kAslant, centre, 78);
     DrawAxes(canvas, view, ZmMatrix::Identity(), 1.25f, 2, kPale);
-    if (turned >= 0)
+    if (turned >= 0) {
         canvas.Arrow(view({{0, 0, 0}, Axis(turned) * 1.25f}), kOrange, 2.5f);
+    }
     for (int axis = 0; axis < 3 && turned >= 0; ++axis) {
         std::vector<ZmVector> path;
         ZmVector partly = angles;
@@ -80,8 +83,9 @@ void DrawStage(Canvas& canvas, const Zm2DVector& centre, const ZmVector& angles,
         canvas.Disc(view(path[0]), 3.5f, kAxisColours[axis]);
     }
     const ZmMatrix frame = Turned(angles);
-    for (const int axis : {2, 0, 1})
+    for (const int axis : {2, 0, 1}) {
         canvas.Arrow(view({{0, 0, 0}, Transformed(frame, Axis(axis))}), kAxisColours[axis], 3.5f);
+    }
 }
 
 }  // namespace
@@ -97,8 +101,9 @@ bool DrawRotations()
     for (int row = 0; row < 2; ++row) {
         const float top = 280 * float(row);
         canvas.Text({20, top + 32}, kRows[row].name, kInk, 17);
-        for (int axis = 0; axis < 3; ++axis)
+        for (int axis = 0; axis < 3; ++axis) {
             DrawTurn(canvas, {120 + 265 * float(axis), top + 158}, axis, kRows[row].build, kRows[row].dotted);
+        }
     }
     return canvas.Save("rotations.png");
 }
@@ -114,7 +119,7 @@ bool DrawEulerOrder()
         {"(0, 0, 0)", {0, 0, 0}}, {"(x, 0, 0)", {x, 0, 0}}, {"(x, y, 0)", {x, y, 0}}, {"(x, y, z)", {x, y, z}}};
     for (int i = 0; i < 4; ++i) {
         DrawStage(canvas, {85 + 200 * float(i), 130}, kStages[i].angles, i - 1);
-        canvas.Text({95 + 200 * float(i), 248}, kStages[i].name, kInk, 17, Align::Centre);
+        canvas.Text({95 + 200 * float(i), 248}, kStages[i].name, kInk, 17, Align::CENTRE);
     }
     return canvas.Save("euler-order.png");
 }

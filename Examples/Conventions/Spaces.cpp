@@ -62,8 +62,9 @@ void DrawBox(Canvas& canvas, const View& view, const std::vector<ZmVector>& corn
 {
     for (unsigned int from = 0; from < 8; ++from) {
         for (const unsigned int side : {1u, 2u, 4u}) {
-            if ((from & side) == 0)
+            if ((from & side) == 0) {
                 canvas.Line(view(corners[from]), view(corners[from | side]), colour, width);
+            }
         }
     }
 }
@@ -82,8 +83,9 @@ void DrawRings(Canvas& canvas, const View& view, const std::vector<ZmVector>& co
 ZmVector Middle(const std::vector<ZmVector>& corners, const int (&indices)[4])
 {
     ZmVector sum(0, 0, 0);
-    for (const int index : indices)
+    for (const int index : indices) {
         sum += corners[size_t(index)];
+    }
     return sum * 0.25f;
 }
 
@@ -121,11 +123,11 @@ bool DrawHandedness()
         canvas.Disc(view(middle), 4, kOrange);
         canvas.Arrow(view({middle, middle + normal * 0.7f}), kOrange, 3);
         const Zm2DVector name = view(middle + normal * 0.95f);
-        canvas.Text({name.x, name.y + 6}, kPlanes[plane].name, kOrange, 14, Align::Centre);
+        canvas.Text({name.x, name.y + 6}, kPlanes[plane].name, kOrange, 14, Align::CENTRE);
     }
 
     const ZmVector axes[] = {frustum.Right, frustum.Up, frustum.Direction};
-    const char* const names[] = {"Right: ", "Up: ", "Direction: "};
+    constexpr const char* names[] = {"Right: ", "Up: ", "Direction: "};
     for (const int axis : {2, 0, 1}) {
         canvas.Arrow(view({frustum.Origin, frustum.Origin + axes[axis] * 0.9f}), kAxisColours[axis], 4);
         canvas.Text({600, 150 + 40 * float(axis)}, names[axis] + NameOfAxis(axes[axis]), kAxisColours[axis], 18);
@@ -150,12 +152,12 @@ bool DrawClipSpace()
     DrawRings(canvas, clip, corners, kGrey);
     DrawAxes(canvas, clip, ZmMatrix::Identity(), 0.6f, 3);
     const Zm2DVector leftBottom = clip(corners[0]), farRightTop = clip(corners[6]);
-    NameCorner(canvas, {leftBottom.x - 8, leftBottom.y + 34}, corners[0], Align::Centre);
-    NameCorner(canvas, {farRightTop.x + 10, farRightTop.y - 22}, corners[6], Align::Centre);
+    NameCorner(canvas, {leftBottom.x - 8, leftBottom.y + 34}, corners[0], Align::CENTRE);
+    NameCorner(canvas, {farRightTop.x + 10, farRightTop.y - 22}, corners[6], Align::CENTRE);
 
     const Zm2DVector nearCorner = world(CornersOf(camera)[1]), farCorner = world(CornersOf(camera)[6]);
-    canvas.Text({nearCorner.x + 8, nearCorner.y + 30}, "near", kGrey, 15, Align::Centre);
-    canvas.Text({farCorner.x, farCorner.y - 16}, "far", kGrey, 15, Align::Right);
+    canvas.Text({nearCorner.x + 8, nearCorner.y + 30}, "near", kGrey, 15, Align::CENTRE);
+    canvas.Text({farCorner.x, farCorner.y - 16}, "far", kGrey, 15, Align::RIGHT);
 
     for (int i = 0; i < 2; ++i) {
         DrawBox(canvas, world, CornersOf(kCrates[i]), kCrateColours[i], 3);
@@ -171,12 +173,12 @@ bool DrawScreenSpace()
     const View clip(kAhead, {170, 175}, 125);
     const std::vector<ZmVector> corners = Projected(projection, CornersOf(NewCamera()));
     canvas.Path(clip({corners[0], corners[1], corners[2], corners[3], corners[0]}), kGrey);
-    NameCorner(canvas, {45, 326}, corners[0], Align::Left);
-    NameCorner(canvas, {295, 38}, corners[2], Align::Right);
+    NameCorner(canvas, {45, 326}, corners[0], Align::LEFT);
+    NameCorner(canvas, {295, 38}, corners[2], Align::RIGHT);
     canvas.Arrow(clip({{0, 0, 0}, {0.45f, 0, 0}}), kRed);
     canvas.Arrow(clip({{0, 0, 0}, {0, 0.45f, 0}}), kGreen);
     canvas.Text({238, 180}, "x", kRed);
-    canvas.Text({170, 108}, "y", kGreen, 17, Align::Centre);
+    canvas.Text({170, 108}, "y", kGreen, 17, Align::CENTRE);
 
     // Drawn onto the canvas at half its size.
     const ZmRect screen(0, 0, 640, 480);
@@ -204,8 +206,8 @@ bool DrawScreenSpace()
     canvas.Arrow(pixels({{0, 0, 0}, {150, 0, 0}}), kRed);
     canvas.Arrow(pixels({{0, 0, 0}, {0, -150, 0}}), kGreen);
     canvas.Text({514, 48}, "x", kRed);
-    canvas.Text({418, 136}, "y", kGreen, 17, Align::Right);
+    canvas.Text({418, 136}, "y", kGreen, 17, Align::RIGHT);
     canvas.Text({430, 38}, "(0, 0)", kGrey, 15);
-    canvas.Text({750, 322}, "(640, 480)", kGrey, 15, Align::Right);
+    canvas.Text({750, 322}, "(640, 480)", kGrey, 15, Align::RIGHT);
     return canvas.Save("screen-space.png");
 }

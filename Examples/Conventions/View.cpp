@@ -32,8 +32,9 @@ std::vector<Zm2DVector> View::operator()(const std::vector<ZmVector>& points) co
 {
     std::vector<Zm2DVector> seen;
     seen.reserve(points.size());
-    for (const ZmVector& point : points)
+    for (const ZmVector& point : points) {
         seen.push_back((*this)(point));
+    }
     return seen;
 }
 
@@ -56,8 +57,9 @@ ZmMatrix EulerAngles(int axis, float angle)
 std::string NameOfAxis(const ZmVector& v)
 {
     for (int axis = 0; axis < 3; ++axis) {
-        if (std::fabs(v[axis]) > 0.99f)
+        if (std::fabs(v[axis]) > 0.99f) {
             return std::string(v[axis] < 0 ? "-" : "+") + kAxisNames[axis];
+        }
     }
     return "none";
 }
@@ -72,6 +74,6 @@ void DrawAxes(Canvas& canvas, const View& view, const ZmMatrix& frame, float len
         const uint32_t own = colour != 0 ? colour : kAxisColours[axis];
         canvas.Arrow({view(Transformed(frame, {0, 0, 0})), view(Transformed(frame, end))}, own, width);
         const Zm2DVector at = view(Transformed(frame, name));
-        canvas.Text({at.x, at.y + 8}, kAxisNames[axis], own, 17, Align::Centre);
+        canvas.Text({at.x, at.y + 8}, kAxisNames[axis], own, 17, Align::CENTRE);
     }
 }

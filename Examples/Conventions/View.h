@@ -24,7 +24,7 @@ ZmVector Transformed(const ZmMatrix& matrix, const ZmVector& point);
 ZmMatrix EulerAngles(int axis, float angle);
 
 inline constexpr float kDegrees = 3.14159265f / 180;
-inline const char* const kAxisNames[] = {"X", "Y", "Z"};
+inline constexpr const char* kAxisNames[] = {"X", "Y", "Z"};
 
 /// The name of the axis along which a unit vector points, such as "-Z".
 std::string NameOfAxis(const ZmVector& v);

@@ -3,8 +3,8 @@
 #include <cstdio>
 
 struct Vertex {
-    ZmVector Position;
-    Zm2DVector Texture;
+    ZmVector position;
+    Zm2DVector texture;
 };
 
 int main()
@@ -20,8 +20,9 @@ int main()
     // All positions in one call and in place; the bytes between them are not touched.
     const ZmStridedData positions(square, sizeof(Vertex));
     Zm3DMultiplyMatrixVectorStrided(&positions, &positions, world, 4);
-    for (const Vertex& v : square)
-        std::printf("(%2.0f, %2.0f, %2.0f)\n", v.Position.x, v.Position.y, v.Position.z);
+    for (const Vertex& v : square) {
+        std::printf("(%2.0f, %2.0f, %2.0f)\n", v.position.x, v.position.y, v.position.z);
+    }
 
     // What do they cover of a screen of 640 x 480, seen from the origin along Z?
     ZmMatrix projection({1, 0, 0}, {0, 4 / 3.0f, 0}, {0, 0, 1.01f}, {0, 0, -1.01f});  // depths from 1 to 101
@@ -32,6 +33,7 @@ int main()
     const ZmRect screen(0, 0, 640, 480);
     ZmRect part;
     ZMCLIP_FLAGS all, any;
-    if (ZmTransformBox2D(projection, box, &screen, &part, all, any))
+    if (ZmTransformBox2D(projection, box, &screen, &part, all, any)) {
         std::printf("x from %.0f to %.0f, y from %.0f to %.0f\n", part.left, part.right, part.top, part.bottom);
+    }
 }

@@ -7,8 +7,8 @@
 namespace {
 
 struct LevelHeader {
-    char Magic[4];
-    uint32_t Rooms;
+    char magic[4];
+    uint32_t rooms;
 };
 
 void PrintLevel(const char* from, ZmStream& stream)
@@ -17,15 +17,16 @@ void PrintLevel(const char* from, ZmStream& stream)
     char title[32] = "";
     stream.Read(&header, sizeof(header));
     const unsigned int rest = stream.Size() - stream.Position();
-    if (rest < sizeof(title))
+    if (rest < sizeof(title)) {
         stream.Read(title, rest);
-    std::printf("%-12s  %.4s, %u rooms, \"%s\"\n", from, header.Magic, unsigned(header.Rooms), title);
+    }
+    std::printf("%-12s  %.4s, %u rooms, \"%s\"\n", from, header.magic, unsigned(header.rooms), title);
 }
 
 class Percentage : public ZmBigFile::ProgressionCallback {
 public:
-    void Progress(int percent) override { Last = percent; }
-    int Last = 0;
+    void Progress(int percent) override { last = percent; }
+    int last = 0;
 };
 
 }  // namespace
@@ -49,16 +50,18 @@ int main()
     archive.Append("Credits.txt", "Written by the fireside.\n", 25);
     Percentage percentage;
     const int saved = archive.Save(nullptr, &percentage);  // also closes it
-    std::printf("archive %s, %d %%\n", saved ? "saved" : "NOT saved", percentage.Last);
+    std::printf("archive %s, %d %%\n", saved ? "saved" : "NOT saved", percentage.last);
 
     archive.Open("levels.zmbg", 0);
-    for (int i = 0; i < archive.GetEntryCount(); ++i)
+    for (int i = 0; i < archive.GetEntryCount(); ++i) {
         std::printf("  %-12s %3u bytes\n", archive.GetEntryName(i), archive.GetEntrySize(i));
+    }
 
     // Names are found in upper and lower case, and without the folder that the engine asks for.
     ZmSubFile entry;
-    if (archive.Find("Data/Levels/CELLAR.LEV", &entry))
+    if (archive.Find("Data/Levels/CELLAR.LEV", &entry)) {
         PrintLevel("from inside:", entry);
+    }
     std::printf("attic.lev is %s\n", archive.Find("attic.lev", &entry) ? "there" : "not there");
 
     // Cleans up; no file may be open for that.

@@ -6,7 +6,7 @@
 
 namespace {
 
-const char* const kFile = "game.cfg";
+constexpr const char* kFile = "game.cfg";
 
 int GetInteger(const ZmConfiguration& settings, const char* section, const char* name, int otherwise)
 {
@@ -29,8 +29,9 @@ void Print(const char* path)
     ZmFile file;
     file.Open(path, ZmFile::OpenMode(ZmFile::READONLY | ZmFile::TEXT));
     char line[256];
-    while (file.GetString(line, sizeof(line)))
+    while (file.GetString(line, sizeof(line))) {
         std::printf("    %s", line);
+    }
 }
 
 }  // namespace
@@ -53,15 +54,17 @@ int main()
     // The menu changes existing entries and adds missing ones.
     ZmConfigurationEntry* old = nullptr;
     settings.AddEntry("Video", "Width", 1920, &old);
-    if (old != nullptr)
+    if (old != nullptr) {
         old->SetValue(1920);
+    }
     settings.AddEntry("Video", "Height", 1080);
     settings.AddEntry("Sound", "Volume", 0.75f);
     std::puts(settings.SaveToFile(kFile) ? "saved:" : "NOT saved:");
     Print(kFile);
 
     // Errors are reported with their line, counted from 0.
-    if (!settings.BuildFromMemory("player = Bob\n<Video>\nWidth 800\n</Video>\n\n", line, error))
+    if (!settings.BuildFromMemory("player = Bob\n<Video>\nWidth 800\n</Video>\n\n", line, error)) {
         std::printf("line %d: %s\n", line, error.Text());
+    }
     ZmDeleteFile(kFile);
 }

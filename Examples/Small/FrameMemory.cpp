@@ -8,8 +8,8 @@
 namespace {
 
 struct Particle {
-    ZmVector Position, Velocity;
-    int FramesLeft;
+    ZmVector position, velocity;
+    int framesLeft;
 };
 
 void Emit(XArray<Particle*>& particles, int count)
@@ -25,9 +25,9 @@ void Move(XArray<Particle*>& particles)
 {
     for (int i = particles.Size() - 1; i >= 0; --i) {
         Particle& particle = *particles[i];
-        particle.Velocity.y -= 0.125f;
-        particle.Position += particle.Velocity;
-        if (--particle.FramesLeft == 0) {
+        particle.velocity.y -= 0.125f;
+        particle.position += particle.velocity;
+        if (--particle.framesLeft == 0) {
             ZmAllocator::Instance().ReleasePool(sizeof(Particle), &particle);
             particles[i] = particles.Back();
             particles.PopBack();
@@ -40,8 +40,9 @@ ZmVector* Gather(const XArray<Particle*>& particles)
 {
     const unsigned int size = unsigned(particles.Size()) * unsigned(sizeof(ZmVector));
     auto* points = static_cast<ZmVector*>(ZmAllocator::Instance().AllocateScratch(size));
-    for (int i = 0; i < particles.Size(); ++i)
-        points[i] = particles[i]->Position;
+    for (int i = 0; i < particles.Size(); ++i) {
+        points[i] = particles[i]->position;
+    }
     return points;
 }
 
@@ -57,18 +58,21 @@ int main()
         Move(fountain);
         ZmVector* points = Gather(fountain);
         float highest = 0;
-        for (int i = 0; i < fountain.Size(); ++i)
+        for (int i = 0; i < fountain.Size(); ++i) {
             highest = points[i].y > highest ? points[i].y : highest;
+        }
         XString* caption = memory.AllocateScratchString();  // reuses the previous frame's string and its storage
         caption->Format("%5d  %9d  %7.3f", frame, fountain.Size(), highest);
-        if (frame <= 2 || frame % 10 == 0)
+        if (frame <= 2 || frame % 10 == 0) {
             std::printf("%s  %14d  %5u\n", caption->Text(), memory.GetAllocatedScratchCount(),
                         memory.GetAllocatedScratchMemory());
+        }
         memory.ReleaseScratchString(caption);
         memory.ReleaseScratch(points);
     }
-    for (Particle** particle = fountain.Begin(); particle != fountain.End(); ++particle)
+    for (Particle** particle = fountain.Begin(); particle != fountain.End(); ++particle) {
         memory.ReleasePool(sizeof(Particle), *particle);
+    }
     memory.ReleaseUnusedScratch();
     std::printf("between levels: %u bytes of scratch\n", memory.GetAllocatedScratchMemory());
 }

@@ -53,8 +53,9 @@ int main()
     again.RecomposeMatrixEx(&position, &stretch, &rotation, &stretchAxes, sign);
     float largest = 0;
     for (int i = 0; i < 4; ++i) {
-        for (int j = 0; j < 4; ++j)
+        for (int j = 0; j < 4; ++j) {
             largest = std::fmax(largest, std::fabs(again[i][j] - banner[i][j]));
+        }
     }
     std::printf("recomposed with errors %s 0.00001\n", largest < 1e-5f ? "below" : "ABOVE");
 }

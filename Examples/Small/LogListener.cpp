@@ -25,8 +25,9 @@ public:
 
     void Draw() const
     {
-        for (int i = m_Count > kLines ? m_Count - kLines : 0; i < m_Count; ++i)
+        for (int i = m_Count > kLines ? m_Count - kLines : 0; i < m_Count; ++i) {
             std::printf("| %s\n", m_Lines[i % kLines].Text());
+        }
         std::puts("+----");
     }
 
@@ -56,8 +57,9 @@ int main()
     console->Draw();
 
     // For threads that log at the same time: this pair of functions locks.
-    for (int tick = 1; tick <= 5; ++tick)
+    for (int tick = 1; tick <= 5; ++tick) {
         log.SetInformationMT(script, ZmLog::LEVEL_ERROR, __LINE__, __FILE__).PrintMT("tick %d: nil value", tick);
+    }
     console->Draw();
 
     log.UnregisterListener("console");  // destroys it before this program's code is unloaded

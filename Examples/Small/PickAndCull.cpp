@@ -8,8 +8,8 @@
 namespace {
 
 struct Crate {
-    const char* Name;
-    ZmMatrix World;
+    const char* name;
+    ZmMatrix world;
 };
 
 const ZmBbox kShape = {{1, 1, 1}, {-1, -1, -1}};  // Max comes first
@@ -17,10 +17,10 @@ const ZmBbox kShape = {{1, 1, 1}, {-1, -1, -1}};  // Max comes first
 Crate Place(const char* name, float x, float y, float z, float heading)
 {
     Crate crate = {name, {}};
-    Zm3DMatrixFromEulerAngles(crate.World, 0, heading, 0);
-    crate.World[3][0] = x;
-    crate.World[3][1] = y;
-    crate.World[3][2] = z;
+    Zm3DMatrixFromEulerAngles(crate.world, 0, heading, 0);
+    crate.world[3][0] = x;
+    crate.world[3][1] = y;
+    crate.world[3][2] = z;
     return crate;
 }
 
@@ -37,12 +37,13 @@ ZmRay RayThrough(const ZmFrustum& camera, const Zm2DVector& pixel, const Zm2DVec
 bool Hit(const Crate& crate, const ZmRay& ray, float& t)
 {
     ZmMatrix toCrate = ZmMatrix::Identity();
-    Zm3DInverseMatrix(toCrate, crate.World);
+    Zm3DInverseMatrix(toCrate, crate.world);
     ZmRay local;
     ray.Transform(local, toCrate);
     ZmVector point;
-    if (ZmIntersect::RayBox(local, kShape, point, nullptr, nullptr, nullptr) != 1)
+    if (ZmIntersect::RayBox(local, kShape, point, nullptr, nullptr, nullptr) != 1) {
         return false;
+    }
     t = Dot(point - local.Origin, local.Direction) / SquareLength(local.Direction);
     return true;
 }
@@ -56,8 +57,9 @@ int main()
                             Place("behind you", 0, 0, -5, 0), Place("too far", 0, 0, 60, 0)};
     // Two units up; 90 degrees wide and 67.5 high, from 1 to 50 units.
     const ZmFrustum camera({0, 2, 0}, {1, 0, 0}, {0, 1, 0}, {0, 0, 1}, 1, 50, 1.57079633f, 0.75f);
-    for (const Crate& crate : crates)
-        std::printf("%-10s  %s\n", crate.Name, ZmIntersect::FrustumOBB(camera, kShape, crate.World) ? "drawn" : "-");
+    for (const Crate& crate : crates) {
+        std::printf("%-10s  %s\n", crate.name, ZmIntersect::FrustumOBB(camera, kShape, crate.world) ? "drawn" : "-");
+    }
 
     const Zm2DVector clicks[] = {{320, 304}, {344, 268}, {320, 40}};
     for (const Zm2DVector& pixel : clicks) {
@@ -71,9 +73,10 @@ int main()
             }
         }
         std::printf("click at %.0f, %.0f: ", pixel.x, pixel.y);
-        if (picked != nullptr)
-            std::printf("%s, %.1f units away\n", picked->Name, nearest * Length(ray.Direction));
-        else
+        if (picked != nullptr) {
+            std::printf("%s, %.1f units away\n", picked->name, nearest * Length(ray.Direction));
+        } else {
             std::puts("nothing");
+        }
     }
 }

@@ -12,20 +12,20 @@ constexpr int kTiles = 24, kSide = 64;
 struct Queue {
     int Take()
     {
-        const ZmMutexHolder hold(Lock);
-        return Next < kTiles ? Next++ : -1;
+        const ZmMutexHolder hold(lock);
+        return next < kTiles ? next++ : -1;
     }
 
-    void Finish(float highest)
+    void Finish(float height)
     {
-        const ZmMutexHolder hold(Lock);
-        ++Finished;
-        Highest = highest > Highest ? highest : Highest;
+        const ZmMutexHolder hold(lock);
+        ++finished;
+        highest = height > highest ? height : highest;
     }
 
-    ZmMutex Lock;
-    int Next = 0, Finished = 0;
-    float Highest = 0;
+    ZmMutex lock;
+    int next = 0, finished = 0;
+    float highest = 0;
 };
 
 float HighestOf(int tile)
@@ -45,8 +45,9 @@ public:
     unsigned int Run() override
     {
         unsigned int tiles = 0;
-        for (int tile; (tile = m_Queue.Take()) >= 0; ++tiles)
+        for (int tile; (tile = m_Queue.Take()) >= 0; ++tiles) {
             m_Queue.Finish(HighestOf(tile));
+        }
         return tiles;  // the exit code
     }
 
@@ -70,11 +71,12 @@ int main()
     unsigned int sum = 0;
     for (Loader& loader : loaders) {
         unsigned int tiles = 0;
-        while (loader.Wait(&tiles, 100) == ZmThread::CODE_TIMEOUT)
+        while (loader.Wait(&tiles, 100) == ZmThread::CODE_TIMEOUT) {
             std::fprintf(stderr, "still waiting for the %s\n", loader.GetName().Text());
+        }
         loader.Close();
         sum += tiles;
     }
-    std::printf("%d tiles finished, %u by these threads; highest point %.1f\n", queue.Finished, sum, queue.Highest);
+    std::printf("%d tiles finished, %u by these threads; highest point %.1f\n", queue.finished, sum, queue.highest);
     std::fprintf(stderr, "%.2f ms\n", clock.Current());
 }

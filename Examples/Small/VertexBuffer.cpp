@@ -6,9 +6,9 @@
 #include <cstdio>
 
 struct Vertex {
-    ZmVector Position;
-    ZmVector Normal;
-    uint32_t Colour;
+    ZmVector position;
+    ZmVector normal;
+    uint32_t colour;
 };
 
 int main()
@@ -33,19 +33,19 @@ int main()
     Zm3DInverseMatrix(normalMatrix, world);
     Zm3DTransposeMatrix(normalMatrix, normalMatrix);
 
-    const ZmStridedData positions(&roof[0].Position, sizeof(Vertex)), normals(&roof[0].Normal, sizeof(Vertex));
+    const ZmStridedData positions(&roof[0].position, sizeof(Vertex)), normals(&roof[0].normal, sizeof(Vertex));
     Zm3DMultiplyMatrixVectorStrided(&positions, &positions, world, kCount);
     Zm3DRotateVectorStrided(&normals, &normals, normalMatrix, kCount);
 
     for (Vertex& vertex : roof) {
-        vertex.Normal.Normalize();  // the lengths have changed
-        const ZmVector &p = vertex.Position, &n = vertex.Normal;
+        vertex.normal.Normalize();  // the lengths have changed
+        const ZmVector &p = vertex.position, &n = vertex.normal;
         std::printf("position %6.2f %6.2f %6.2f   normal %5.2f %5.2f %5.2f   colour %08X\n", p.x, p.y, p.z, n.x, n.y,
-                    n.z, unsigned(vertex.Colour));
+                    n.z, unsigned(vertex.colour));
     }
 
     // The stretched slope falls 2 units over 6, and its normal is perpendicular to it.
-    const ZmVector slope = roof[1].Position - roof[0].Position;
+    const ZmVector slope = roof[1].position - roof[0].position;
     std::printf("slope 1:%.0f, cosine between slope and normal %.2f\n", Length({slope.x, 0, slope.z}) / slope.y,
-                std::fabs(Dot(slope, roof[0].Normal)) / Length(slope));
+                std::fabs(Dot(slope, roof[0].normal)) / Length(slope));
 }

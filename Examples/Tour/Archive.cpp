@@ -14,8 +14,9 @@ bool PackFiles(const std::string& archive, const std::vector<std::string>& paths
             return false;
         }
     }
-    if (files.Save(archive.c_str(), nullptr))
+    if (files.Save(archive.c_str(), nullptr)) {
         return true;
+    }
     error = archive + ": cannot be written";
     return false;
 }

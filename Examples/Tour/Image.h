@@ -8,16 +8,16 @@
 struct Image {
     Image(int width, int height, ZM_PIXELFORMAT format = ZM_PF_24_BGR888)
     {
-        ZmPixelFormat2ImageDesc(format, Desc);
-        Desc.Width = width;
-        Desc.Height = height;
-        Desc.BytesPerLine = width * Desc.BitsPerPixel / 8;
-        Pixels.resize(size_t(Desc.BytesPerLine) * size_t(height));
-        Desc.Pixels = Pixels.data();
+        ZmPixelFormat2ImageDesc(format, desc);
+        desc.Width = width;
+        desc.Height = height;
+        desc.BytesPerLine = width * desc.BitsPerPixel / 8;
+        pixels.resize(size_t(desc.BytesPerLine) * size_t(height));
+        desc.Pixels = pixels.data();
     }
     Image(Image&&) = default;
     Image& operator=(Image&&) = default;
 
-    ZmImageDescEx Desc = {};
-    std::vector<unsigned char> Pixels;
+    ZmImageDescEx desc = {};
+    std::vector<unsigned char> pixels;
 };

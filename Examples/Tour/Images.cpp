@@ -23,16 +23,16 @@ ZmImageDescEx Describe(const Picture& picture)
 {
     ZmImageDescEx desc = {};
     ZmPixelFormat2ImageDesc(ZM_PF_32_RGB888, desc);
-    desc.Width = picture.Width;
-    desc.Height = picture.Height;
-    desc.BytesPerLine = picture.Width * 4;
-    desc.Pixels = reinterpret_cast<unsigned char*>(const_cast<uint32_t*>(picture.Pixels.data()));
+    desc.Width = picture.width;
+    desc.Height = picture.height;
+    desc.BytesPerLine = picture.width * 4;
+    desc.Pixels = reinterpret_cast<unsigned char*>(const_cast<uint32_t*>(picture.pixels.data()));
     return desc;
 }
 
 void DrawTrueColours(const ZmImageDescEx& picture, Image& res)
 {
-    ZmDoBlit(picture, res.Desc);
+    ZmDoBlit(picture, res.desc);
 }
 
 /// Converts to 256 colours and back.
@@ -40,11 +40,11 @@ void DrawPalette(const ZmImageDescEx& picture, Image& res)
 {
     unsigned char colours[256 * 4] = {};
     Image indexed(picture.Width, picture.Height, ZM_PF_8_RGB332);
-    indexed.Desc.Palette = colours;
-    indexed.Desc.PaletteEntrySize = 4;
-    indexed.Desc.PaletteCount = 256;
-    ZmDoBlit(picture, indexed.Desc);
-    ZmDoBlit(indexed.Desc, res.Desc);
+    indexed.desc.Palette = colours;
+    indexed.desc.PaletteEntrySize = 4;
+    indexed.desc.PaletteCount = 256;
+    ZmDoBlit(picture, indexed.desc);
+    ZmDoBlit(indexed.desc, res.desc);
 }
 
 /// Vertical bands, each converted through a format of few bits.
@@ -57,8 +57,8 @@ void DrawFormats(const ZmImageDescEx& picture, Image& res)
         const int left = picture.Width * i / kBands, width = picture.Width * (i + 1) / kBands - left;
         if (width > 0) {
             Image band(width, picture.Height, kFormats[i]);
-            ZmDoBlit(Part(picture, left, 0, width, picture.Height), band.Desc);
-            ZmDoBlit(band.Desc, Part(res.Desc, left, 0, width, picture.Height));
+            ZmDoBlit(Part(picture, left, 0, width, picture.Height), band.desc);
+            ZmDoBlit(band.desc, Part(res.desc, left, 0, width, picture.Height));
         }
     }
 }
@@ -67,9 +67,9 @@ void DrawFormats(const ZmImageDescEx& picture, Image& res)
 void DrawMipmaps(const ZmImageDescEx& picture, Image& res)
 {
     ZmImageDescEx level = picture;
-    for (int x = 0; x < res.Desc.Width;) {
+    for (int x = 0; x < res.desc.Width;) {
         const int width = std::max(level.Width / 2, 1), height = std::max(level.Height / 2, 1);
-        const ZmImageDescEx next = Part(res.Desc, x, 0, width, height);
+        const ZmImageDescEx next = Part(res.desc, x, 0, width, height);
         ZmGenerateMipMap(level, next);
         level = next;
         x += width;
@@ -92,7 +92,7 @@ int WidthOfMipmaps(int width, int height)
 
 bool SaveImages(const Picture& picture, const std::string& folder, std::vector<std::string>& paths, std::string& error)
 {
-    const int width = picture.Width, height = picture.Height;
+    const int width = picture.width, height = picture.height;
     const struct {
         const char* name;
         void (*draw)(const ZmImageDescEx& picture, Image& res);
@@ -107,7 +107,7 @@ bool SaveImages(const Picture& picture, const std::string& folder, std::vector<s
         Image res(image.width, image.height);
         image.draw(Describe(picture), res);
         paths.push_back((std::filesystem::path(folder) / image.name).string());
-        if (!WritePng(paths.back().c_str(), image.width, image.height, res.Pixels.data())) {
+        if (!WritePng(paths.back().c_str(), image.width, image.height, res.pixels.data())) {
             error = paths.back() + ": cannot be written";
             return false;
         }

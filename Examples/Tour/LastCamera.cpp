@@ -4,7 +4,7 @@
 
 namespace {
 
-const char kSection[] = "Tour", kEntry[] = "Camera";
+constexpr char kSection[] = "Tour", kEntry[] = "Camera";
 
 }  // namespace
 

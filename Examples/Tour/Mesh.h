@@ -6,24 +6,24 @@
 #include <cstdint>
 #include <vector>
 
-/// One vertex of an interleaved buffer. `Sky` and `Ground` are the shares of light, 0 to 1, that reach it from above
+/// One vertex of an interleaved buffer. `sky` and `ground` are the shares of light, 0 to 1, that reach it from above
 /// and from below.
 struct Vertex {
-    ZmVector Position;
-    ZmVector Normal;
-    float Sky;
-    float Ground;
+    ZmVector position;
+    ZmVector normal;
+    float sky;
+    float ground;
 };
 static_assert(sizeof(Vertex) == 32, "the tour shows 32-byte strides");
 
 /// Triangles whose cross product (b - a) x (c - a) points outwards.
 struct Mesh {
-    std::vector<Vertex> Vertices;
-    std::vector<uint32_t> Indices;  ///< three per triangle, always valid
-    ZmBbox Box{};
-    bool Closed = false;  ///< no back face is ever visible
+    std::vector<Vertex> vertices;
+    std::vector<uint32_t> indices;  ///< three per triangle, always valid
+    ZmBbox box{};
+    bool closed = false;  ///< no back face is ever visible
 
-    size_t TriangleCount() const { return Indices.size() / 3; }
+    size_t TriangleCount() const { return indices.size() / 3; }
 };
 
 /// Normalises any mesh for the scene: centred over the origin, resting on y = 0, with the largest side 1 and smooth

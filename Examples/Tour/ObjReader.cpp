@@ -7,9 +7,9 @@
 namespace {
 
 // Larger coordinates could overflow when differences are squared.
-const float kMaxCoordinate = 1e15f;
+constexpr float kMaxCoordinate = 1e15f;
 // The library counts elements in int.
-const uint32_t kMostVertices = INT32_MAX;
+constexpr uint32_t kMostVertices = INT32_MAX;
 
 class Parser {
 public:
@@ -18,7 +18,7 @@ public:
     bool Line(const std::string& text, size_t number);
     bool Finish();
 
-    std::string Error;
+    std::string error;
 
 private:
     bool Vertices(const char* text);
@@ -41,8 +41,9 @@ bool IsSpace(char c)
 
 const char* SkipSpace(const char* text)
 {
-    while (IsSpace(*text))
+    while (IsSpace(*text)) {
         ++text;
+    }
     return text;
 }
 
@@ -55,14 +56,17 @@ bool ReadLine(std::istream& file, std::string& line, size_t& lineCount)
     bool any = false, comment = false;
     while (std::getline(file, piece)) {
         ++lineCount;
-        if (!piece.empty() && piece.back() == '\r')
+        if (!piece.empty() && piece.back() == '\r') {
             piece.pop_back();
-        if (!any)
+        }
+        if (!any) {
             comment = *SkipSpace(piece.c_str()) == '#';
+        }
         any = true;
         line += piece;
-        if (comment || line.empty() || line.back() != '\\')
+        if (comment || line.empty() || line.back() != '\\') {
             break;
+        }
         line.back() = ' ';
     }
     return any;
@@ -71,19 +75,21 @@ bool ReadLine(std::istream& file, std::string& line, size_t& lineCount)
 // Reads an integer that ends at a space, a slash or the end of the line.
 bool ReadInteger(const char*& text, long long& value)
 {
-    if (IsSpace(*text))
+    if (IsSpace(*text)) {
         return false;
+    }
     char* end = nullptr;
     value = std::strtoll(text, &end, 10);
-    if (end == text || (*end != '\0' && *end != '/' && !IsSpace(*end)))
+    if (end == text || (*end != '\0' && *end != '/' && !IsSpace(*end))) {
         return false;
+    }
     text = end;
     return true;
 }
 
 bool Parser::Fail(const char* what)
 {
-    Error = "line " + std::to_string(m_Line) + ": " + what;
+    error = "line " + std::to_string(m_Line) + ": " + what;
     return false;
 }
 
@@ -91,10 +97,12 @@ bool Parser::Line(const std::string& text, size_t number)
 {
     m_Line = number;
     const char* start = SkipSpace(text.c_str());
-    if (start[0] == 'v' && IsSpace(start[1]))
+    if (start[0] == 'v' && IsSpace(start[1])) {
         return Vertices(start + 2);
-    if (start[0] == 'f' && IsSpace(start[1]))
+    }
+    if (start[0] == 'f' && IsSpace(start[1])) {
         return Face(start + 2);
+    }
     return true;
 }
 
@@ -104,17 +112,20 @@ bool Parser::Vertices(const char* text)
     for (float& c : coordinate) {
         char* end = nullptr;
         c = std::strtof(text, &end);
-        if (end == text || (*end != '\0' && !IsSpace(*end)))
+        if (end == text || (*end != '\0' && !IsSpace(*end))) {
             return Fail("a vertex needs three numbers");
-        if (!(std::fabs(c) <= kMaxCoordinate))
+        }
+        if (!(std::fabs(c) <= kMaxCoordinate)) {
             return Fail("a coordinate is too large or not a number");
+        }
         text = end;
     }
-    if (m_Mesh.Vertices.size() >= kMostVertices)
+    if (m_Mesh.vertices.size() >= kMostVertices) {
         return Fail("too many vertices");
+    }
     Vertex vertex{};
-    vertex.Position = ZmVector(coordinate[0], coordinate[1], -coordinate[2]);
-    m_Mesh.Vertices.push_back(vertex);
+    vertex.position = ZmVector(coordinate[0], coordinate[1], -coordinate[2]);
+    m_Mesh.vertices.push_back(vertex);
     return true;
 }
 
@@ -122,21 +133,26 @@ bool Parser::Vertices(const char* text)
 bool Parser::Corner(const char*& text, uint32_t& index)
 {
     long long position = 0, other = 0;
-    if (!ReadInteger(text, position))
+    if (!ReadInteger(text, position)) {
         return Fail("a face corner is not a number");
+    }
     for (int part = 0; part < 2 && *text == '/'; ++part) {
         ++text;
         const bool leftOut = *text == '/' || *text == '\0' || IsSpace(*text);
-        if (!leftOut && !ReadInteger(text, other))
+        if (!leftOut && !ReadInteger(text, other)) {
             return Fail("a face corner is not a number");
+        }
     }
-    if (*text == '/')
+    if (*text == '/') {
         return Fail("a face corner has more than three parts");
+    }
 
-    if (position < 0)
-        position += (long long)(m_Mesh.Vertices.size()) + 1;
-    if (position < 1 || position > kMostVertices)
+    if (position < 0) {
+        position += (long long)(m_Mesh.vertices.size()) + 1;
+    }
+    if (position < 1 || position > kMostVertices) {
         return Fail("a face names a vertex that does not exist");
+    }
     index = uint32_t(position - 1);
     if (index > m_LargestIndex) {
         m_LargestIndex = index;
@@ -150,26 +166,29 @@ bool Parser::Face(const char* text)
     m_Polygon.clear();
     for (text = SkipSpace(text); *text != '\0' && *text != '#'; text = SkipSpace(text)) {
         uint32_t index = 0;
-        if (!Corner(text, index))
+        if (!Corner(text, index)) {
             return false;
+        }
         m_Polygon.push_back(index);
     }
-    if (m_Polygon.size() < 3)
+    if (m_Polygon.size() < 3) {
         return Fail("a face needs three corners");
+    }
     // Mirroring Z has reversed the winding; swapping the order restores it.
-    for (size_t i = 2; i < m_Polygon.size(); ++i)
-        m_Mesh.Indices.insert(m_Mesh.Indices.end(), {m_Polygon[0], m_Polygon[i], m_Polygon[i - 1]});
+    for (size_t i = 2; i < m_Polygon.size(); ++i) {
+        m_Mesh.indices.insert(m_Mesh.indices.end(), {m_Polygon[0], m_Polygon[i], m_Polygon[i - 1]});
+    }
     return true;
 }
 
 bool Parser::Finish()
 {
-    if (m_Mesh.Vertices.empty() || m_Mesh.Indices.empty()) {
-        Error = "it has no vertices or no faces";
+    if (m_Mesh.vertices.empty() || m_Mesh.indices.empty()) {
+        error = "it has no vertices or no faces";
         return false;
     }
     m_Line = m_LargestIndexLine;
-    return m_LargestIndex < m_Mesh.Vertices.size() || Fail("a face names a vertex that does not exist");
+    return m_LargestIndex < m_Mesh.vertices.size() || Fail("a face names a vertex that does not exist");
 }
 
 }  // namespace
@@ -180,9 +199,10 @@ bool ReadObj(std::istream& file, Mesh& mesh, std::string& error)
     std::string line;
     size_t lineCount = 0;
     bool good = true;
-    for (size_t number = 1; good && ReadLine(file, line, lineCount); number = lineCount + 1)
+    for (size_t number = 1; good && ReadLine(file, line, lineCount); number = lineCount + 1) {
         good = parser.Line(line, number);
+    }
     good = good && parser.Finish();
-    error = file.bad() ? "cannot be read to its end" : parser.Error;
+    error = file.bad() ? "cannot be read to its end" : parser.error;
     return good && !file.bad();
 }

@@ -7,51 +7,51 @@ namespace {
 
 bool ParseFolder(const char* text, Options& options)
 {
-    options.OutputFolder = text;
+    options.outputFolder = text;
     return true;
 }
 
 bool ParseScene(const char* text, Options& options)
 {
-    options.ScenePath = text;
-    options.SceneCamera = true;
+    options.scenePath = text;
+    options.sceneCamera = true;
     return true;
 }
 
 bool ParseCamera(const char* text, Options& options)
 {
-    options.SceneCamera = std::strcmp(text, "scene") == 0;
-    options.Camera.reset();
-    return options.SceneCamera || ReadCamera(text, options.Camera.emplace());
+    options.sceneCamera = std::strcmp(text, "scene") == 0;
+    options.camera.reset();
+    return options.sceneCamera || ReadCamera(text, options.camera.emplace());
 }
 
 bool ParseSize(const char* text, Options& options)
 {
     int used = 0;
-    const int found = std::sscanf(text, "%5dx%5d%n", &options.Width, &options.Height, &used);
+    const int found = std::sscanf(text, "%5dx%5d%n", &options.width, &options.height, &used);
     const auto fits = [](int size) { return size >= kMinSize && size <= kMaxSize; };
-    return found == 2 && text[used] == '\0' && fits(options.Width) && fits(options.Height);
+    return found == 2 && text[used] == '\0' && fits(options.width) && fits(options.height);
 }
 
 bool ParseMouse(const char* text, Options& options)
 {
     int used = 0;
-    const int found = std::sscanf(text, "%7f,%7f%n", &options.MouseX, &options.MouseY, &used);
+    const int found = std::sscanf(text, "%7f,%7f%n", &options.mouseX, &options.mouseY, &used);
     const auto fits = [](float part) { return part >= 0 && part <= 1; };
-    return found == 2 && text[used] == '\0' && fits(options.MouseX) && fits(options.MouseY);
+    return found == 2 && text[used] == '\0' && fits(options.mouseX) && fits(options.mouseY);
 }
 
 bool ParseThreads(const char* text, Options& options)
 {
     int used = 0;
-    const int found = std::sscanf(text, "%4d%n", &options.Threads, &used);
-    return found == 1 && text[used] == '\0' && options.Threads >= 1 && options.Threads <= 256;
+    const int found = std::sscanf(text, "%4d%n", &options.threads, &used);
+    return found == 1 && text[used] == '\0' && options.threads >= 1 && options.threads <= 256;
 }
 
 const struct ValueOption {
-    const char* Name;
+    const char* name;
     bool (*Parse)(const char* text, Options& options);
-    const char* Takes;
+    const char* takes;
 } kValueOptions[] = {
     {"--output", ParseFolder, "a folder"},
     {"--scene", ParseScene, "a file"},
@@ -63,9 +63,11 @@ const struct ValueOption {
 
 const ValueOption* FindValueOption(const std::string& name)
 {
-    for (const ValueOption& option : kValueOptions)
-        if (name == option.Name)
+    for (const ValueOption& option : kValueOptions) {
+        if (name == option.name) {
             return &option;
+        }
+    }
     return nullptr;
 }
 
@@ -74,21 +76,23 @@ bool ParseArguments(int argc, char** argv, Options& options, std::string& error)
     for (int i = 1; i < argc; ++i) {
         const std::string argument = argv[i];
         if (const ValueOption* option = FindValueOption(argument)) {
-            if (++i == argc)
+            if (++i == argc) {
                 error = argument + " needs a value";
-            else if (!option->Parse(argv[i], options))
-                error = argument + " takes " + option->Takes + ", not " + argv[i];
+            } else if (!option->Parse(argv[i], options)) {
+                error = argument + " takes " + option->takes + ", not " + argv[i];
+            }
         } else if (argument == "--help" || argument == "-h") {
-            options.Help = true;
+            options.help = true;
         } else if (argument.empty() || argument[0] == '-') {
             error = "unknown option '" + argument + "'";
-        } else if (!options.MeshPath.empty()) {
-            error = "more than one mesh given: " + options.MeshPath + " and " + argument;
+        } else if (!options.meshPath.empty()) {
+            error = "more than one mesh given: " + options.meshPath + " and " + argument;
         } else {
-            options.MeshPath = argument;
+            options.meshPath = argument;
         }
-        if (!error.empty())
+        if (!error.empty()) {
             return false;
+        }
     }
     return true;
 }
@@ -97,13 +101,16 @@ bool ParseArguments(int argc, char** argv, Options& options, std::string& error)
 
 bool ParseOptions(int argc, char** argv, Options& options, std::string& error)
 {
-    if (!ParseArguments(argc, argv, options, error))
+    if (!ParseArguments(argc, argv, options, error)) {
         return false;
-    if (options.MeshPath.empty())
-        options.MeshPath = ZMTOUR_DATA "bunny.obj";
-    if (options.ScenePath.empty())
-        options.ScenePath = ZMTOUR_DATA "tour.cfg";
-    options.PebblesPath = ZMTOUR_DATA "pebbles.png";
+    }
+    if (options.meshPath.empty()) {
+        options.meshPath = ZMTOUR_DATA "bunny.obj";
+    }
+    if (options.scenePath.empty()) {
+        options.scenePath = ZMTOUR_DATA "tour.cfg";
+    }
+    options.pebblesPath = ZMTOUR_DATA "pebbles.png";
     return true;
 }
 

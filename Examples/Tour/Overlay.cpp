@@ -5,18 +5,18 @@
 
 namespace {
 
-const float kBoxReach = 30;   // boxes farther away are not drawn in the main picture
-const float kMapReach = 110;  // the far end of the frustum on the map, behind the last copy
+constexpr float kBoxReach = 30;   // boxes farther away are not drawn in the main picture
+constexpr float kMapReach = 110;  // the far end of the frustum on the map, behind the last copy
 const ZmBbox kCube = {{1, 1, 1}, {-1, -1, -1}};
 
-const ZmColor kBoxColor(1, 1, 1, 0.5f), kPickedColor(1, 0.85f, 0.1f, 1);
-const ZmColor kWithin(0.45f, 1, 0.45f, 0.8f), kWithout(1, 0.4f, 0.3f, 0.8f), kFrustumColor(1, 1, 1, 0.9f);
+const ZmColor kBoxColour(1, 1, 1, 0.5f), kPickedColour(1, 0.85f, 0.1f, 1);
+const ZmColor kWithin(0.45f, 1, 0.45f, 0.8f), kWithout(1, 0.4f, 0.3f, 0.8f), kFrustumColour(1, 1, 1, 0.9f);
 
 // Maps the cube from -1 to 1 onto the best-fit box of a model.
 ZmMatrix FittedBox(const ZmMatrix& fit, const Model& model)
 {
     ZmMatrix placed;
-    Zm3DMultiplyMatrix(placed, model.World, fit);
+    Zm3DMultiplyMatrix(placed, model.world, fit);
     return placed;
 }
 
@@ -24,16 +24,16 @@ ZmMatrix FitOf(const Mesh& mesh)
 {
     const ZmStridedData positions = Positions(mesh);
     ZmMatrix fit;
-    ZmComputeBestFitBBox(static_cast<const unsigned char*>(positions.Ptr), positions.Stride, int(mesh.Vertices.size()),
+    ZmComputeBestFitBBox(static_cast<const unsigned char*>(positions.Ptr), positions.Stride, int(mesh.vertices.size()),
                          fit, 0);
     return fit;
 }
 
-void DrawBox(Wire& wire, const ZmMatrix& box, const ZmColor& color)
+void DrawBox(Wire& wire, const ZmMatrix& box, const ZmColor& colour)
 {
     ZmVector corners[8];
     kCube.TransformTo(corners, box);
-    wire.Box(corners, color);
+    wire.Box(corners, colour);
 }
 
 // Calls draw(model, box) for each copy of the mesh.
@@ -42,11 +42,12 @@ void ForEachStatue(const Scene& scene, Draw&& draw)
 {
     const Mesh* fitted = nullptr;
     ZmMatrix fit = ZmMatrix::Identity();
-    for (const Model& model : scene.Models) {
-        if (model.Made != Material::Statue)
+    for (const Model& model : scene.models) {
+        if (model.made != Material::STATUE) {
             continue;
-        if (model.Shape != fitted) {
-            fitted = model.Shape;
+        }
+        if (model.shape != fitted) {
+            fitted = model.shape;
             fit = FitOf(*fitted);
         }
         draw(model, FittedBox(fit, model));
@@ -59,45 +60,51 @@ void DrawFrustum(Wire& wire, ZmFrustum frustum)
     frustum.Update();
     ZmVector v[8];
     frustum.ComputeVertices(v);  // two rectangles, each in cyclic order
-    wire.Box({v[0], v[1], v[3], v[2], v[4], v[5], v[7], v[6]}, kFrustumColor);
+    wire.Box({v[0], v[1], v[3], v[2], v[4], v[5], v[7], v[6]}, kFrustumColour);
 }
 
 void DrawPicked(Wire& wire, const PickedTriangle& picked)
 {
-    for (int i = 0; i < 3; ++i)
-        wire.Line(picked.Corners[i], picked.Corners[(i + 1) % 3], kPickedColor);
+    for (int i = 0; i < 3; ++i) {
+        wire.Line(picked.corners[i], picked.corners[(i + 1) % 3], kPickedColour);
+    }
 }
 
 // Draws four ticks around the mouse point and leaves the point itself free.
 void DrawCrosshair(Wire& wire, const ZmFrustum& camera, const ZmRay& mouse)
 {
     const ZmVector point = mouse.Origin + mouse.Direction, right = camera.Right, up = camera.Up;
-    for (const ZmVector& way : {right, -right, up, -up})
-        wire.Line(point + way * 0.012f, point + way * 0.035f, kPickedColor);
+    for (const ZmVector& way : {right, -right, up, -up}) {
+        wire.Line(point + way * 0.012f, point + way * 0.035f, kPickedColour);
+    }
 }
 
 void DrawOverPicture(Picture& picture, const Scene& scene, const ZmMatrix& worldToClip, const ZmRay& mouse,
                      const PickedTriangle& picked)
 {
-    Wire wire(picture, {0, 0, picture.Width, picture.Height}, worldToClip, true);
+    Wire wire(picture, {0, 0, picture.width, picture.height}, worldToClip, true);
     ForEachStatue(scene, [&](const Model& model, const ZmMatrix& box) {
         const ZmVector middle(box[3][0], box[3][1], box[3][2]);
-        if (&model == picked.Of)
-            DrawBox(wire, box, kPickedColor);
-        else if (Length(middle - scene.Camera.Origin) < kBoxReach)
-            DrawBox(wire, box, kBoxColor);
+        if (&model == picked.of) {
+            DrawBox(wire, box, kPickedColour);
+        } else if (Length(middle - scene.camera.Origin) < kBoxReach) {
+            DrawBox(wire, box, kBoxColour);
+        }
     });
-    if (picked.Of)
+    if (picked.of) {
         DrawPicked(wire, picked);
-    Wire front(picture, {0, 0, picture.Width, picture.Height}, worldToClip, false);
-    DrawCrosshair(front, scene.Camera, mouse);
+    }
+    Wire front(picture, {0, 0, picture.width, picture.height}, worldToClip, false);
+    DrawCrosshair(front, scene.camera, mouse);
 }
 
 void Darken(Picture& picture, const RKRECT& window)
 {
-    for (int y = window.top; y < window.bottom; ++y)
-        for (int x = window.left; x < window.right; ++x)
-            Blend(picture.Pixels[size_t(y) * size_t(picture.Width) + size_t(x)], ZmColor(0.02f, 0.03f, 0.05f, 0.72f));
+    for (int y = window.top; y < window.bottom; ++y) {
+        for (int x = window.left; x < window.right; ++x) {
+            Blend(picture.pixels[size_t(y) * size_t(picture.width) + size_t(x)], ZmColor(0.02f, 0.03f, 0.05f, 0.72f));
+        }
+    }
 }
 
 // A view from high up beside the meadow, looking down across it.
@@ -113,15 +120,15 @@ ZmMatrix MapView(const RKRECT& window)
 
 void DrawMap(Picture& picture, const Scene& scene, const ZmRay& mouse, const PickedTriangle& picked)
 {
-    const int width = picture.Width * 3 / 10, height = picture.Height * 3 / 10, margin = picture.Width / 80;
-    const RKRECT window = {picture.Width - width - margin, margin, picture.Width - margin, margin + height};
+    const int width = picture.width * 3 / 10, height = picture.height * 3 / 10, margin = picture.width / 80;
+    const RKRECT window = {picture.width - width - margin, margin, picture.width - margin, margin + height};
     Darken(picture, window);
     Wire wire(picture, window, MapView(window), false);
     ForEachStatue(scene, [&](const Model&, const ZmMatrix& box) {
-        DrawBox(wire, box, ZmIntersect::FrustumOBB(scene.Camera, kCube, box) ? kWithin : kWithout);
+        DrawBox(wire, box, ZmIntersect::FrustumOBB(scene.camera, kCube, box) ? kWithin : kWithout);
     });
-    DrawFrustum(wire, scene.Camera);
-    wire.Line(mouse.Origin, picked.Of ? picked.Point : mouse.Origin + mouse.Direction * kMapReach, kPickedColor);
+    DrawFrustum(wire, scene.camera);
+    wire.Line(mouse.Origin, picked.of ? picked.point : mouse.Origin + mouse.Direction * kMapReach, kPickedColour);
 }
 
 }  // namespace

@@ -4,11 +4,11 @@
 
 /// The nearest triangle under a point of the picture.
 struct PickedTriangle {
-    const Model* Of = nullptr;  ///< null if the ray hit only sky
-    size_t Triangle = 0;        ///< its index in the mesh
-    ZmVector Corners[3];        ///< in the world
-    ZmVector Point;             ///< where the ray hits it
-    float Distance = 0;         ///< from the eye
+    const Model* of = nullptr;  ///< null if the ray hit only sky
+    size_t triangle = 0;        ///< its index in the mesh
+    ZmVector corners[3];        ///< in the world
+    ZmVector point;             ///< where the ray hits it
+    float distance = 0;         ///< from the eye
 };
 
 /// Tests the boxes first, then the triangles of the remaining models, in model space.

@@ -10,8 +10,8 @@
 
 namespace {
 
-const int kSamples = 3;  // per side: nine in each pixel
-const int kStripRows = 32;
+constexpr int kSamples = 3;  // per side: nine in each pixel
+constexpr int kStripRows = 32;
 
 // Some rows of the picture at sample resolution. Used by one thread, which reuses its memory for its next rows.
 class Strip {
@@ -43,24 +43,25 @@ void Strip::Begin(int firstRow, int endRow)
 
 void Strip::Draw(const VisibleModel& visible, const ZmMatrix& worldToClip)
 {
-    const Model& model = *visible.Shown;
+    const Model& model = *visible.shown;
     ZmMatrix modelToClip;
-    Zm3DMultiplyMatrix4(modelToClip, worldToClip, model.World);
-    m_Scratch.ToClipSpace(*model.Shape, modelToClip);
-    m_Scratch.TurnNormals(*model.Shape, model.World);
-    m_Vertices += model.Shape->Vertices.size();
+    Zm3DMultiplyMatrix4(modelToClip, worldToClip, model.world);
+    m_Scratch.ToClipSpace(*model.shape, modelToClip);
+    m_Scratch.TurnNormals(*model.shape, model.world);
+    m_Vertices += model.shape->vertices.size();
 
     const RasterTarget target = {m_Width, m_Height, {0, m_Top, m_Width, m_Bottom}};
-    DrawMesh(*model.Shape, m_Scratch, model.HasTwoSides(), target, [&](const Sample& sample) {
-        Surface& surface = m_Surfaces[size_t(sample.Y - m_Top) * size_t(m_Width) + size_t(sample.X)];
-        if (sample.InverseW <= surface.InverseDistance)
+    DrawMesh(*model.shape, m_Scratch, model.HasTwoSides(), target, [&](const Sample& sample) {
+        Surface& surface = m_Surfaces[size_t(sample.y - m_Top) * size_t(m_Width) + size_t(sample.x)];
+        if (sample.inverseW <= surface.inverseDistance) {
             return;
-        surface = {sample.InverseW, ZmVector::axis0(), 0, 0, &model};
+        }
+        surface = {sample.inverseW, ZmVector::axis0(), 0, 0, &model};
         for (int i = 0; i < 3; ++i) {
-            const Corner& corner = sample.Corners[i];
-            surface.Normal += corner.Normal * sample.Weights[i];
-            surface.Sky += corner.Sky * sample.Weights[i];
-            surface.Ground += corner.Ground * sample.Weights[i];
+            const Corner& corner = sample.corners[i];
+            surface.normal += corner.normal * sample.weights[i];
+            surface.sky += corner.sky * sample.weights[i];
+            surface.ground += corner.ground * sample.weights[i];
         }
     });
 }
@@ -89,7 +90,7 @@ ZmVector Strip::PixelLight(const Scene& scene, const Shading& shading, int x, in
         for (int i = 0; i < kSamples; ++i) {
             const int sx = x * kSamples + i, sy = y * kSamples + j;
             const Surface& surface = m_Surfaces[size_t(sy - m_Top) * size_t(m_Width) + size_t(sx)];
-            const ZmRay ray = RayThrough(scene.Camera, float(sx), float(sy), m_Width, m_Height);
+            const ZmRay ray = RayThrough(scene.camera, float(sx), float(sy), m_Width, m_Height);
             sum += Develop(shading.Light(surface, ray.Direction, Hash(sx, sy)));
         }
     }
@@ -99,16 +100,16 @@ ZmVector Strip::PixelLight(const Scene& scene, const Shading& shading, int x, in
 void Strip::Resolve(const Scene& scene, const Shading& shading, Picture& picture) const
 {
     for (int y = m_Top / kSamples; y < m_Bottom / kSamples; ++y) {
-        for (int x = 0; x < picture.Width; ++x) {
+        for (int x = 0; x < picture.width; ++x) {
             const ZmVector light = PixelLight(scene, shading, x, y);
             // Noise of one 8-bit step hides banding in a smooth sky.
             const float noise = (Hash(x, ~y) - 0.5f) / 255;
             const auto channel = [&](float c) { return std::clamp(ToScreen(c) + noise, 0.0f, 1.0f); };
-            const ZmColor color(channel(light.x), channel(light.y), channel(light.z));
-            const size_t at = size_t(y) * size_t(picture.Width) + size_t(x);
-            picture.Pixels[at] = RGBAFTOCOLOR(&color);
+            const ZmColor colour(channel(light.x), channel(light.y), channel(light.z));
+            const size_t at = size_t(y) * size_t(picture.width) + size_t(x);
+            picture.pixels[at] = RGBAFTOCOLOR(&colour);
             const int middle = kSamples / 2, sx = x * kSamples + middle, sy = y * kSamples + middle;
-            picture.Nearness[at] = m_Surfaces[size_t(sy - m_Top) * size_t(m_Width) + size_t(sx)].InverseDistance;
+            picture.nearness[at] = m_Surfaces[size_t(sy - m_Top) * size_t(m_Width) + size_t(sx)].inverseDistance;
         }
     }
 }
@@ -125,16 +126,20 @@ Picture DrawPicture(const Scene& scene, const std::vector<VisibleModel>& visible
         const int row = item * kStripRows, endRow = std::min(row + kStripRows, height);
         Strip& strip = strips[size_t(worker)];
         strip.Begin(row, endRow);
-        for (const VisibleModel& model : visible)
-            if (model.FirstRow < endRow && model.EndRow > row)
+        for (const VisibleModel& model : visible) {
+            if (model.firstRow < endRow && model.endRow > row) {
                 strip.Draw(model, worldToClip);
+            }
+        }
         strip.Resolve(scene, shading, picture);
     });
 
     counts = {};
-    for (const Strip& strip : strips)
-        counts.Vertices += strip.TransformedVertices();
-    for (const VisibleModel& model : visible)
-        counts.Triangles += model.Shown->Shape->TriangleCount();
+    for (const Strip& strip : strips) {
+        counts.vertices += strip.TransformedVertices();
+    }
+    for (const VisibleModel& model : visible) {
+        counts.triangles += model.shown->shape->TriangleCount();
+    }
     return picture;
 }

@@ -7,15 +7,15 @@
 
 /// A finished picture, packed as by RGBAFTOCOLOR.
 struct Picture {
-    int Width = 0, Height = 0;
-    std::vector<uint32_t> Pixels;
-    std::vector<float> Nearness;  ///< 1 / distance along the camera's direction, at the pixel centre
+    int width = 0, height = 0;
+    std::vector<uint32_t> pixels;
+    std::vector<float> nearness;  ///< 1 / distance along the camera's direction, at the pixel centre
 };
 
 /// Counts of the work done for a picture.
 struct DrawCounts {
-    size_t Vertices = 0;   ///< transformed; a model counts once per strip that it touches
-    size_t Triangles = 0;  ///< of all visible models
+    size_t vertices = 0;   ///< transformed; a model counts once per strip that it touches
+    size_t triangles = 0;  ///< of all visible models
 };
 
 /// Draws the visible models in strips with several samples per pixel: transforms, rasterises, lights and averages them.

@@ -18,8 +18,9 @@ bool ReadPng(const std::string& file, int& width, int& height, std::vector<unsig
     int channels;
     stbi_uc* pixels = stbi_load_from_memory(reinterpret_cast<const stbi_uc*>(file.data()), int(file.size()), &width,
                                             &height, &channels, 3);
-    if (pixels == nullptr)
+    if (pixels == nullptr) {
         return false;
+    }
     rgb.assign(pixels, pixels + 3 * width * height);
     stbi_image_free(pixels);
     return true;

@@ -5,9 +5,9 @@
 
 namespace {
 
-const int kRounds = 20;
-const size_t kBenchVertices = 32768;
-const int kRepeats = 24;
+constexpr int kRounds = 20;
+constexpr size_t kBenchVertices = 32768;
+constexpr int kRepeats = 24;
 
 // Restores the feature word on destruction.
 class FeatureGuard {
@@ -26,11 +26,14 @@ private:
 std::string WithSingleSpaces(const char* text)
 {
     std::string result;
-    for (; *text != '\0'; ++text)
-        if (*text != ' ' || (!result.empty() && result.back() != ' '))
+    for (; *text != '\0'; ++text) {
+        if (*text != ' ' || (!result.empty() && result.back() != ' ')) {
             result += *text;
-    if (!result.empty() && result.back() == ' ')
+        }
+    }
+    if (!result.empty() && result.back() == ' ') {
         result.pop_back();
+    }
     return result;
 }
 
@@ -39,13 +42,14 @@ std::string WithSingleSpaces(const char* text)
 double MeasureTransform(const Mesh& mesh, const ZmMatrix& matrix, std::vector<ZmVector4>& results)
 {
     const ZmStridedData source = Positions(mesh), destination(results.data(), sizeof(ZmVector4));
-    const int count = int(mesh.Vertices.size());
+    const int count = int(mesh.vertices.size());
     ZmTimeProfiler clock;
     float best = 1e30f;
     for (int round = 0; round < kRounds; ++round) {
         clock.Reset();
-        for (int i = 0; i < kRepeats; ++i)
+        for (int i = 0; i < kRepeats; ++i) {
             Zm3DMultiplyMatrixVector4Strided(&destination, &source, matrix, count);
+        }
         best = std::min(best, clock.Current());
     }
     return double(count) * kRepeats / (double(std::max(best, 1e-3f)) * 1000);
@@ -54,14 +58,15 @@ double MeasureTransform(const Mesh& mesh, const ZmMatrix& matrix, std::vector<Zm
 void PrintTransformSpeed(const Mesh& statue, const ZmMatrix& matrix)
 {
     Mesh many;
-    while (many.Vertices.size() < kBenchVertices)
-        many.Vertices.push_back(statue.Vertices[many.Vertices.size() % statue.Vertices.size()]);
-    std::vector<ZmVector4> results(many.Vertices.size());
+    while (many.vertices.size() < kBenchVertices) {
+        many.vertices.push_back(statue.vertices[many.vertices.size() % statue.vertices.size()]);
+    }
+    std::vector<ZmVector4> results(many.vertices.size());
 
     const FeatureGuard guard;
     ModifyProcessorFeatures(0, ZMPROCESSOR_FEATURE_SSE);
     const double scalar = MeasureTransform(many, matrix, results);
-    std::printf("Bulk transform, %zu vertices, 32-byte stride, one thread:\n", many.Vertices.size());
+    std::printf("Bulk transform, %zu vertices, 32-byte stride, one thread:\n", many.vertices.size());
     std::printf("  scalar path  %7.0f million vertices/s\n", scalar);
     if (!guard.HasSse()) {
         std::printf("  vector path  not available on this processor\n");
@@ -84,40 +89,43 @@ const char* Described(CameraSource source)
 
 void PrintScene(const Tour& tour)
 {
-    const std::vector<Model>& models = tour.Meadow.Models;
-    const auto isStatue = [](const Model& model) { return model.Made == Material::Statue; };
-    std::printf("Mesh        %zu vertices, %zu triangles, %td copies\n", tour.Statue.Vertices.size(),
-                tour.Statue.TriangleCount(), std::count_if(models.begin(), models.end(), isStatue));
-    const CameraSettings& camera = tour.Said.Camera;
-    std::printf("Camera      %g,%g,%g, %s\n", double(camera.EyeHeight), double(camera.LookDown),
-                double(camera.FieldOfView), Described(tour.CameraOf));
-    std::printf("Boxes       %zu tested, %zu culled\n", models.size(), models.size() - tour.Visible.size());
+    const std::vector<Model>& models = tour.meadow.models;
+    const auto isStatue = [](const Model& model) { return model.made == Material::STATUE; };
+    std::printf("Mesh        %zu vertices, %zu triangles, %td copies\n", tour.statue.vertices.size(),
+                tour.statue.TriangleCount(), std::count_if(models.begin(), models.end(), isStatue));
+    const CameraSettings& camera = tour.said.camera;
+    std::printf("Camera      %g,%g,%g, %s\n", double(camera.eyeHeight), double(camera.lookDown),
+                double(camera.fieldOfView), Described(tour.cameraOf));
+    std::printf("Boxes       %zu tested, %zu culled\n", models.size(), models.size() - tour.visible.size());
 }
 
 void PrintFrames(const Tour& tour)
 {
-    std::printf("Frames      %.2f a second on 1 thread", double(1000 / tour.FrameOnOne));
-    if (tour.Threads > 1)
-        std::printf(", %.2f on %d, with the same pixels", double(1000 / tour.FrameOnAll), tour.Threads);
+    std::printf("Frames      %.2f a second on 1 thread", double(1000 / tour.frameOnOne));
+    if (tour.threads > 1) {
+        std::printf(", %.2f on %d, with the same pixels", double(1000 / tour.frameOnAll), tour.threads);
+    }
     std::printf("\n");
 }
 
 void PrintPicked(const PickedTriangle& picked)
 {
-    if (picked.Of)
-        std::printf("Picked      triangle %zu of %zu, %.2f units away\n", picked.Triangle,
-                    picked.Of->Shape->TriangleCount(), double(picked.Distance));
-    else
+    if (picked.of) {
+        std::printf("Picked      triangle %zu of %zu, %.2f units away\n", picked.triangle,
+                    picked.of->shape->TriangleCount(), double(picked.distance));
+    } else {
         std::printf("Picked      nothing but sky\n");
+    }
 }
 
 void PrintTimes(const std::vector<Tour::StageTime>& times)
 {
     const char* before = "Time        ";
     for (const Tour::StageTime& time : times) {
-        if (time.Milliseconds < 0.5f)
+        if (time.milliseconds < 0.5f) {
             continue;
-        std::printf("%s%s %.0f ms", before, time.Stage, double(time.Milliseconds));
+        }
+        std::printf("%s%s %.0f ms", before, time.stage, double(time.milliseconds));
         before = ", ";
     }
     std::printf("\n");
@@ -131,10 +139,10 @@ void PrintReport(const Tour& tour)
     std::printf("Processor   %s\n",
                 WithSingleSpaces(hasBrand ? GetProcessorBrand() : GetProcessorDescription()).c_str());
     PrintScene(tour);
-    std::printf("Drawn       %zu triangles, %zu vertices transformed\n", tour.Counts.Triangles, tour.Counts.Vertices);
+    std::printf("Drawn       %zu triangles, %zu vertices transformed\n", tour.counts.triangles, tour.counts.vertices);
     PrintFrames(tour);
-    PrintPicked(tour.Picked);
-    PrintTimes(tour.Times);
-    PrintTransformSpeed(tour.Statue, tour.WorldToClip);
-    std::printf("Picture     %dx%d, %s\n", tour.Drawn.Width, tour.Drawn.Height, tour.Files.front().c_str());
+    PrintPicked(tour.picked);
+    PrintTimes(tour.times);
+    PrintTransformSpeed(tour.statue, tour.worldToClip);
+    std::printf("Picture     %dx%d, %s\n", tour.drawn.width, tour.drawn.height, tour.files.front().c_str());
 }

@@ -7,44 +7,44 @@
 
 /// What a model is made of.
 enum class Material {
-    Ground,
-    Grass,
-    Flower,
-    Statue
+    GROUND,
+    GRASS,
+    FLOWER,
+    STATUE
 };
 
 /// An instance of a mesh.
 struct Model {
-    const Mesh* Shape;
-    Material Made;
-    ZmMatrix World;
-    ZmBbox Box;      ///< in world space
-    ZmVector Color;  ///< share of red, green and blue light that it reflects
+    const Mesh* shape;
+    Material made;
+    ZmMatrix world;
+    ZmBbox box;       ///< in world space
+    ZmVector colour;  ///< share of red, green and blue light that it reflects
 
-    bool IsLeaf() const { return Made == Material::Grass || Made == Material::Flower; }
-    bool HasTwoSides() const { return IsLeaf() || (Made == Material::Statue && !Shape->Closed); }
+    bool IsLeaf() const { return made == Material::GRASS || made == Material::FLOWER; }
+    bool HasTwoSides() const { return IsLeaf() || (made == Material::STATUE && !shape->closed); }
 };
 
 struct Sun {
-    ZmVector Towards;  ///< unit vector from the ground to the sun
-    ZmVector Color;
+    ZmVector towards;  ///< unit vector from the ground to the sun
+    ZmVector colour;
 };
 
 /// All contents of the picture. Meshes keep their addresses.
 struct Scene {
-    ZmFrustum Camera;
-    Sun Light;
-    std::deque<Mesh> Meshes;
-    std::vector<Model> Models;
+    ZmFrustum camera;
+    Sun light;
+    std::deque<Mesh> meshes;
+    std::vector<Model> models;
 
-    void Add(const Mesh& shape, Material made, const ZmMatrix& world, const ZmVector& color);
+    void Add(const Mesh& shape, Material made, const ZmMatrix& world, const ZmVector& colour);
 };
 
 /// A potentially visible model and the rows of the picture that it can touch.
 struct VisibleModel {
-    const Model* Shown;
-    float Distance;
-    int FirstRow, EndRow;
+    const Model* shown;
+    float distance;
+    int firstRow, endRow;
 };
 
 /// The models whose world boxes are not entirely outside the view, nearest first.

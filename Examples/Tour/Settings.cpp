@@ -7,13 +7,13 @@
 namespace {
 
 const struct {
-    const char* Name;
-    float CameraSettings::*Field;
-    float Low, High;
+    const char* name;
+    float CameraSettings::*field;
+    float low, high;
 } kCamera[] = {
-    {"EyeHeight", &CameraSettings::EyeHeight, 0.1f, 50},
-    {"LookDown", &CameraSettings::LookDown, -1, 1},
-    {"FieldOfView", &CameraSettings::FieldOfView, 0.1f, 2.5f},
+    {"EyeHeight", &CameraSettings::eyeHeight, 0.1f, 50},
+    {"LookDown", &CameraSettings::lookDown, -1, 1},
+    {"FieldOfView", &CameraSettings::fieldOfView, 0.1f, 2.5f},
 };
 
 // The configuration does not record line numbers, so error messages search the text: for the line of an entry, or of
@@ -42,8 +42,9 @@ int LineOf(const std::string& scene, const std::string& section, const std::stri
         } else {
             continue;
         }
-        if (current == section && entry == name)
+        if (current == section && entry == name) {
             break;
+        }
     }
     return line;
 }
@@ -62,8 +63,9 @@ public:
         int line = 0;
         XString message;
         // The last line is not read, so one is appended.
-        if (m_Tree.BuildFromMemory((m_Text + "\n\n").c_str(), line, message) == 0)
+        if (m_Tree.BuildFromMemory((m_Text + "\n\n").c_str(), line, message) == 0) {
             return FailAt(line + 1, message.Text());
+        }
         return Sections() && Picture() && Camera() && Sun() && Models();
     }
 
@@ -86,12 +88,15 @@ private:
     bool ForEach(const char* section, Use&& use)
     {
         const ZmConfigurationSection* found = m_Tree.GetSubSection(section, 1);
-        if (found == nullptr)
+        if (found == nullptr) {
             return Fail(section, "", "the section is missing");
+        }
         auto position = found->BeginChildEntry();
-        while (const ZmConfigurationEntry* entry = found->GetNextChildEntry(position))
-            if (!use(*entry))
+        while (const ZmConfigurationEntry* entry = found->GetNextChildEntry(position)) {
+            if (!use(*entry)) {
                 return false;
+            }
+        }
         return true;
     }
 
@@ -100,13 +105,16 @@ private:
     {
         for (const std::string& name : names) {
             const ZmConfigurationSection* found = m_Tree.GetSubSection(section, 1);
-            if (found == nullptr || found->GetEntry(name.c_str()) == nullptr)
+            if (found == nullptr || found->GetEntry(name.c_str()) == nullptr) {
                 return Fail(section, "", "has no " + name);
+            }
         }
         return ForEach(section, [&](const ZmConfigurationEntry& entry) {
-            for (const std::string& name : names)
-                if (name == entry.GetName())
+            for (const std::string& name : names) {
+                if (name == entry.GetName()) {
                     return true;
+                }
+            }
             return Fail(section, entry.GetName(), "is unknown");
         });
     }
@@ -119,16 +127,18 @@ private:
     bool Int(const char* section, const char* name, int low, int high, int& res)
     {
         const ZmConfigurationEntry& entry = Entry(section, name);
-        if (entry.GetValueAsInteger(res) != 0 && res >= low && res <= high)
+        if (entry.GetValueAsInteger(res) != 0 && res >= low && res <= high) {
             return true;
+        }
         return Fail(section, name, "must be from " + std::to_string(low) + " to " + std::to_string(high));
     }
 
     bool Float(const char* section, const char* name, float low, float high, float& res)
     {
         const ZmConfigurationEntry& entry = Entry(section, name);
-        if (entry.GetValueAsFloat(res) != 0 && res >= low && res <= high)
+        if (entry.GetValueAsFloat(res) != 0 && res >= low && res <= high) {
             return true;
+        }
         char range[64];
         std::snprintf(range, sizeof(range), "must be from %g to %g", double(low), double(high));
         return Fail(section, name, range);
@@ -142,14 +152,17 @@ private:
 
     bool Sections()
     {
-        for (const char* top : {"Picture", "Camera", "Sun", "Models"})
-            if (m_Tree.GetSubSection(top, 0) == nullptr)
+        for (const char* top : {"Picture", "Camera", "Sun", "Models"}) {
+            if (m_Tree.GetSubSection(top, 0) == nullptr) {
                 return Fail(top, "", "the section is missing");
+            }
+        }
         auto position = m_Tree.BeginSections();
         while (const ZmConfigurationSection* section = m_Tree.GetNextSection(position)) {
             const std::string name = section->GetName();
-            if (name != "Picture" && name != "Camera" && name != "Sun" && name != "Models")
+            if (name != "Picture" && name != "Camera" && name != "Sun" && name != "Models") {
                 return Fail(name, "", "is unknown");
+            }
         }
         return true;
     }
@@ -157,53 +170,57 @@ private:
     bool Picture()
     {
         return HasOnly("Picture", {"Width", "Height"}) &&
-               Int("Picture", "Width", kMinSize, kMaxSize, m_Settings.Width) &&
-               Int("Picture", "Height", kMinSize, kMaxSize, m_Settings.Height);
+               Int("Picture", "Width", kMinSize, kMaxSize, m_Settings.width) &&
+               Int("Picture", "Height", kMinSize, kMaxSize, m_Settings.height);
     }
 
     bool Camera()
     {
         return HasOnly("Camera", {"EyeHeight", "LookDown", "FieldOfView"}) &&
                std::all_of(std::begin(kCamera), std::end(kCamera), [&](const auto& number) {
-                   return Float("Camera", number.Name, number.Low, number.High, m_Settings.Camera.*number.Field);
+                   return Float("Camera", number.name, number.low, number.high, m_Settings.camera.*number.field);
                });
     }
 
     bool Sun()
     {
-        if (!HasOnly("Sun", {"Towards", "Color"}) || !Vector("Sun", Entry("Sun", "Towards"), m_Settings.TowardsSun) ||
-            !Vector("Sun", Entry("Sun", "Color"), m_Settings.SunColor))
+        if (!HasOnly("Sun", {"Towards", "Colour"}) || !Vector("Sun", Entry("Sun", "Towards"), m_Settings.towardsSun) ||
+            !Vector("Sun", Entry("Sun", "Colour"), m_Settings.sunColour)) {
             return false;
-        return m_Settings.TowardsSun.y > 0 || Fail("Sun", "Towards", "the sun must stand above the ground");
+        }
+        return m_Settings.towardsSun.y > 0 || Fail("Sun", "Towards", "the sun must stand above the ground");
     }
 
     bool Models()
     {
         return HasOnly("Models", {"MostTriangles"}) &&
-               Int("Models", "MostTriangles", 1, 100000000, m_Settings.MostTriangles) && Colors() && Front();
+               Int("Models", "MostTriangles", 1, 100000000, m_Settings.mostTriangles) && Colours() && Front();
     }
 
-    bool Colors()
+    bool Colours()
     {
-        const bool done = ForEach("Models.Colors", [&](const ZmConfigurationEntry& entry) {
-            m_Settings.Colors.emplace_back();
-            m_ColorNames.push_back(entry.GetName());
-            return Vector("Models.Colors", entry, m_Settings.Colors.back());
+        const bool done = ForEach("Models.Colours", [&](const ZmConfigurationEntry& entry) {
+            m_Settings.colours.emplace_back();
+            m_ColourNames.push_back(entry.GetName());
+            return Vector("Models.Colours", entry, m_Settings.colours.back());
         });
-        return done && (!m_Settings.Colors.empty() || Fail("Models.Colors", "", "has no colours"));
+        return done && (!m_Settings.colours.empty() || Fail("Models.Colours", "", "has no colours"));
     }
 
     bool Front()
     {
         return ForEach("Models.Front", [&](const ZmConfigurationEntry& entry) {
             Spot spot{};
-            while (spot.Color < m_ColorNames.size() && m_ColorNames[spot.Color] != entry.GetName())
-                ++spot.Color;
-            if (spot.Color == m_ColorNames.size())
+            while (spot.colour < m_ColourNames.size() && m_ColourNames[spot.colour] != entry.GetName()) {
+                ++spot.colour;
+            }
+            if (spot.colour == m_ColourNames.size()) {
                 return Fail("Models.Front", entry.GetName(), "is none of the colours");
-            if (std::sscanf(entry.GetValue(), "%f %f %f %f", &spot.X, &spot.Z, &spot.Size, &spot.Heading) != 4)
+            }
+            if (std::sscanf(entry.GetValue(), "%f %f %f %f", &spot.x, &spot.z, &spot.size, &spot.heading) != 4) {
                 return Fail("Models.Front", entry.GetName(), "must be four numbers");
-            m_Settings.Front.push_back(spot);
+            }
+            m_Settings.front.push_back(spot);
             return true;
         });
     }
@@ -212,7 +229,7 @@ private:
     std::string m_Text;
     Settings& m_Settings;
     ZmConfiguration m_Tree{2};
-    std::vector<std::string> m_ColorNames;
+    std::vector<std::string> m_ColourNames;
     std::string m_Error;
 };
 
@@ -222,12 +239,15 @@ bool ReadCamera(const char* text, CameraSettings& res)
 {
     CameraSettings read;
     int used = 0;
-    const int found = std::sscanf(text, "%f,%f,%f%n", &read.EyeHeight, &read.LookDown, &read.FieldOfView, &used);
-    if (found != 3 || text[used] != '\0')
+    const int found = std::sscanf(text, "%f,%f,%f%n", &read.eyeHeight, &read.lookDown, &read.fieldOfView, &used);
+    if (found != 3 || text[used] != '\0') {
         return false;
-    for (const auto& number : kCamera)
-        if (!(read.*number.Field >= number.Low && read.*number.Field <= number.High))
+    }
+    for (const auto& number : kCamera) {
+        if (!(read.*number.field >= number.low && read.*number.field <= number.high)) {
             return false;
+        }
+    }
     res = read;
     return true;
 }
@@ -235,7 +255,7 @@ bool ReadCamera(const char* text, CameraSettings& res)
 std::string CameraText(const CameraSettings& camera)
 {
     XString text;
-    text.Format("%.9g,%.9g,%.9g", double(camera.EyeHeight), double(camera.LookDown), double(camera.FieldOfView));
+    text.Format("%.9g,%.9g,%.9g", double(camera.eyeHeight), double(camera.lookDown), double(camera.fieldOfView));
     return text.Text();
 }
 

@@ -7,26 +7,26 @@
 
 /// A copy of the mesh: its position and the index of its colour.
 struct Spot {
-    float X, Z, Size, Heading;
-    size_t Color;
+    float x, z, size, heading;
+    size_t colour;
 };
 
 struct CameraSettings {
-    float EyeHeight, LookDown, FieldOfView;
+    float eyeHeight, lookDown, fieldOfView;
 };
 
 /// The contents of the scene file; Data/tour.cfg explains them.
 struct Settings {
-    int Width, Height;
-    CameraSettings Camera;
-    ZmVector TowardsSun, SunColor;
-    int MostTriangles;
-    std::vector<ZmVector> Colors;
-    std::vector<Spot> Front;
+    int width, height;
+    CameraSettings camera;
+    ZmVector towardsSun, sunColour;
+    int mostTriangles;
+    std::vector<ZmVector> colours;
+    std::vector<Spot> front;
 };
 
-const int kMinSize = 64;
-const int kMaxSize = 8192;
+constexpr int kMinSize = 64;
+constexpr int kMaxSize = 8192;
 
 /// Parses three comma-separated numbers, in the order of the record and within the limits of scene files. Returns false
 /// if `text` is anything else.

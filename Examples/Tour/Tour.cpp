@@ -26,11 +26,11 @@ namespace {
 
 bool OpenLog(Tour& tour)
 {
-    const std::string& folder = tour.Asked.OutputFolder;
+    const std::string& folder = tour.asked.outputFolder;
     std::error_code code;
     std::filesystem::create_directories(folder, code);
     if (!std::filesystem::is_directory(folder, code)) {
-        tour.Error = folder + ": is not a folder and cannot become one";
+        tour.error = folder + ": is not a folder and cannot become one";
         return false;
     }
     StartLog(folder);
@@ -39,48 +39,50 @@ bool OpenLog(Tour& tour)
 
 bool PackArchive(Tour& tour)
 {
-    tour.Archive = (std::filesystem::path(tour.Asked.OutputFolder) / "tour.zmbg").string();
-    return PackFiles(tour.Archive, {tour.Asked.ScenePath, tour.Asked.MeshPath, tour.Asked.PebblesPath}, tour.Error);
+    tour.archive = (std::filesystem::path(tour.asked.outputFolder) / "tour.zmbg").string();
+    return PackFiles(tour.archive, {tour.asked.scenePath, tour.asked.meshPath, tour.asked.pebblesPath}, tour.error);
 }
 
 bool LoadConfiguration(Tour& tour)
 {
     std::string text;
-    if (!ReadPacked(tour.Archive, tour.Asked.ScenePath, text, tour.Error) ||
-        !ReadSettings(tour.Asked.ScenePath, text, tour.Said, tour.Error))
+    if (!ReadPacked(tour.archive, tour.asked.scenePath, text, tour.error) ||
+        !ReadSettings(tour.asked.scenePath, text, tour.said, tour.error)) {
         return false;
-    if (tour.Asked.Width != 0) {
-        tour.Said.Width = tour.Asked.Width;
-        tour.Said.Height = tour.Asked.Height;
+    }
+    if (tour.asked.width != 0) {
+        tour.said.width = tour.asked.width;
+        tour.said.height = tour.asked.height;
     }
     return true;
 }
 
 bool ChooseCamera(Tour& tour)
 {
-    tour.CameraOf = CameraSource::SCENE;
-    if (tour.Asked.Camera) {
-        tour.Said.Camera = *tour.Asked.Camera;
-        tour.CameraOf = CameraSource::COMMAND_LINE;
-    } else if (!tour.Asked.SceneCamera && RecallCamera(tour.Said.Camera)) {
-        tour.CameraOf = CameraSource::LAST_TOUR;
+    tour.cameraOf = CameraSource::SCENE;
+    if (tour.asked.camera) {
+        tour.said.camera = *tour.asked.camera;
+        tour.cameraOf = CameraSource::COMMAND_LINE;
+    } else if (!tour.asked.sceneCamera && RecallCamera(tour.said.camera)) {
+        tour.cameraOf = CameraSource::LAST_TOUR;
     }
     return true;
 }
 
 bool LoadMesh(Tour& tour)
 {
-    const std::string& path = tour.Asked.MeshPath;
+    const std::string& path = tour.asked.meshPath;
     std::string text;
-    if (!ReadPacked(tour.Archive, path, text, tour.Error))
-        return false;
-    std::istringstream file(text);
-    if (!ReadObj(file, tour.Statue, tour.Error)) {
-        tour.Error = path + ": " + tour.Error;
+    if (!ReadPacked(tour.archive, path, text, tour.error)) {
         return false;
     }
-    if (!PrepareMesh(tour.Statue)) {
-        tour.Error = path + ": the mesh has no size";
+    std::istringstream file(text);
+    if (!ReadObj(file, tour.statue, tour.error)) {
+        tour.error = path + ": " + tour.error;
+        return false;
+    }
+    if (!PrepareMesh(tour.statue)) {
+        tour.error = path + ": the mesh has no size";
         return false;
     }
     return true;
@@ -89,25 +91,27 @@ bool LoadMesh(Tour& tour)
 bool LoadImage(Tour& tour)
 {
     std::string file;
-    if (!ReadPacked(tour.Archive, tour.Asked.PebblesPath, file, tour.Error))
+    if (!ReadPacked(tour.archive, tour.asked.pebblesPath, file, tour.error)) {
         return false;
-    if (tour.Pebbles.Load(file))
+    }
+    if (tour.pebbles.Load(file)) {
         return true;
-    tour.Error = tour.Asked.PebblesPath + ": is no PNG file of at most 4096 x 4096 pixels";
+    }
+    tour.error = tour.asked.pebblesPath + ": is no PNG file of at most 4096 x 4096 pixels";
     return false;
 }
 
 bool PlaceModels(Tour& tour)
 {
-    BakeAmbientLight(tour.Statue);
-    BuildMeadow(tour.Meadow, tour.Statue, tour.Said);
+    BakeAmbientLight(tour.statue);
+    BuildMeadow(tour.meadow, tour.statue, tour.said);
     return true;
 }
 
 bool CullModels(Tour& tour)
 {
-    tour.WorldToClip = PerspectiveView(tour.Meadow.Camera);
-    tour.Visible = ModelsInView(tour.Meadow, tour.WorldToClip, tour.Said.Width, tour.Said.Height);
+    tour.worldToClip = PerspectiveView(tour.meadow.camera);
+    tour.visible = ModelsInView(tour.meadow, tour.worldToClip, tour.said.width, tour.said.height);
     return true;
 }
 
@@ -116,59 +120,60 @@ float DrawFrame(const Tour& tour, int threads, Picture& picture, DrawCounts& cou
 {
     ZmTimeProfiler clock;
     clock.Reset();
-    const Shading shading(tour.Meadow, tour.Pebbles, threads);
-    picture = DrawPicture(tour.Meadow, tour.Visible, tour.WorldToClip, shading, tour.Said.Width, tour.Said.Height,
+    const Shading shading(tour.meadow, tour.pebbles, threads);
+    picture = DrawPicture(tour.meadow, tour.visible, tour.worldToClip, shading, tour.said.width, tour.said.height,
                           threads, counts);
     return clock.Current();
 }
 
 bool DrawOnAllProcessors(Tour& tour)
 {
-    tour.Threads = tour.Asked.Threads != 0 ? tour.Asked.Threads : ProcessorCount();
-    tour.FrameOnAll = DrawFrame(tour, tour.Threads, tour.Drawn, tour.Counts);
+    tour.threads = tour.asked.threads != 0 ? tour.asked.threads : ProcessorCount();
+    tour.frameOnAll = DrawFrame(tour, tour.threads, tour.drawn, tour.counts);
     return true;
 }
 
 bool DrawOnOneProcessor(Tour& tour)
 {
-    if (tour.Threads == 1) {
-        tour.FrameOnOne = tour.FrameOnAll;
+    if (tour.threads == 1) {
+        tour.frameOnOne = tour.frameOnAll;
         return true;
     }
     Picture picture;
     DrawCounts counts;
-    tour.FrameOnOne = DrawFrame(tour, 1, picture, counts);
-    if (picture.Pixels == tour.Drawn.Pixels)
+    tour.frameOnOne = DrawFrame(tour, 1, picture, counts);
+    if (picture.pixels == tour.drawn.pixels) {
         return true;
-    tour.Error = "one thread has drawn another picture than " + std::to_string(tour.Threads);
+    }
+    tour.error = "one thread has drawn another picture than " + std::to_string(tour.threads);
     return false;
 }
 
 bool PickTriangle(Tour& tour)
 {
-    const int width = tour.Said.Width, height = tour.Said.Height;
-    tour.Mouse = RayThrough(tour.Meadow.Camera, tour.Asked.MouseX * float(width), tour.Asked.MouseY * float(height),
+    const int width = tour.said.width, height = tour.said.height;
+    tour.mouse = RayThrough(tour.meadow.camera, tour.asked.mouseX * float(width), tour.asked.mouseY * float(height),
                             width, height);
-    tour.Picked = Pick(tour.Visible, tour.Mouse);
+    tour.picked = Pick(tour.visible, tour.mouse);
     return true;
 }
 
 bool DrawBoxes(Tour& tour)
 {
-    DrawOverlay(tour.Drawn, tour.Meadow, tour.WorldToClip, tour.Mouse, tour.Picked);
+    DrawOverlay(tour.drawn, tour.meadow, tour.worldToClip, tour.mouse, tour.picked);
     return true;
 }
 
 bool WriteImages(Tour& tour)
 {
-    return SaveImages(tour.Drawn, tour.Asked.OutputFolder, tour.Files, tour.Error);
+    return SaveImages(tour.drawn, tour.asked.outputFolder, tour.files, tour.error);
 }
 
 // Stores the camera in the user's settings for the next tour. The scene's own camera is not stored, so that later
 // changes to the scene take effect.
 bool KeepCamera(Tour& tour)
 {
-    RememberCamera(tour.CameraOf == CameraSource::SCENE ? nullptr : &tour.Said.Camera);
+    RememberCamera(tour.cameraOf == CameraSource::SCENE ? nullptr : &tour.said.camera);
     return true;
 }
 
@@ -179,7 +184,7 @@ bool WriteReport(Tour& tour)
 }
 
 const struct {
-    const char* Name;
+    const char* name;
     bool (*Run)(Tour& tour);
 } kStages[] = {
     {"log", OpenLog},                                // ZmLog, ZmFileListener: Log.cpp
@@ -204,10 +209,11 @@ bool Run(Tour& tour)
     ZmTimeProfiler clock;
     for (const auto& stage : kStages) {
         clock.Reset();
-        if (!stage.Run(tour))
+        if (!stage.Run(tour)) {
             return false;
-        tour.Times.push_back({stage.Name, clock.Current()});
-        Info(__LINE__).PrintMT("%s: %.1f ms", stage.Name, double(tour.Times.back().Milliseconds));
+        }
+        tour.times.push_back({stage.name, clock.Current()});
+        Info(__LINE__).PrintMT("%s: %.1f ms", stage.name, double(tour.times.back().milliseconds));
     }
     return true;
 }
@@ -217,21 +223,22 @@ bool Run(Tour& tour)
 int main(int argc, char** argv)
 {
     Tour tour;
-    if (!ParseOptions(argc, argv, tour.Asked, tour.Error)) {
-        std::fprintf(stderr, "ZmTour: %s\n\n%s", tour.Error.c_str(), Usage());
+    if (!ParseOptions(argc, argv, tour.asked, tour.error)) {
+        std::fprintf(stderr, "ZmTour: %s\n\n%s", tour.error.c_str(), Usage());
         return 2;
     }
-    if (tour.Asked.Help) {
+    if (tour.asked.help) {
         std::fputs(Usage(), stdout);
         return 0;
     }
     try {
-        if (Run(tour))
+        if (Run(tour)) {
             return 0;
+        }
     } catch (const std::exception& exception) {
-        tour.Error = exception.what();
+        tour.error = exception.what();
     }
-    Error(__LINE__).PrintMT("%s", tour.Error.c_str());
-    std::fprintf(stderr, "ZmTour: %s\n", tour.Error.c_str());
+    Error(__LINE__).PrintMT("%s", tour.error.c_str());
+    std::fprintf(stderr, "ZmTour: %s\n", tour.error.c_str());
     return 1;
 }

@@ -18,29 +18,29 @@ enum class CameraSource {
 
 /// The data that the stages of the tour pass on, in the order of the stages.
 struct Tour {
-    Options Asked;
-    std::string Archive;  ///< path of the archive that holds all input files
-    Settings Said{};      ///< from the scene file
-    CameraSource CameraOf = CameraSource::SCENE;
-    Mesh Statue;
-    Relief Pebbles;
-    Scene Meadow;
-    ZmMatrix WorldToClip;
-    std::vector<VisibleModel> Visible;
+    Options asked;
+    std::string archive;  ///< path of the archive that holds all input files
+    Settings said{};      ///< from the scene file
+    CameraSource cameraOf = CameraSource::SCENE;
+    Mesh statue;
+    Relief pebbles;
+    Scene meadow;
+    ZmMatrix worldToClip;
+    std::vector<VisibleModel> visible;
 
-    int Threads = 1;
-    Picture Drawn;
-    DrawCounts Counts;
-    float FrameOnAll = 0, FrameOnOne = 0;  ///< milliseconds
+    int threads = 1;
+    Picture drawn;
+    DrawCounts counts;
+    float frameOnAll = 0, frameOnOne = 0;  ///< milliseconds
 
-    ZmRay Mouse{};  ///< from the eye through the requested point
-    PickedTriangle Picked;
-    std::vector<std::string> Files;  ///< the pictures written
+    ZmRay mouse{};  ///< from the eye through the requested point
+    PickedTriangle picked;
+    std::vector<std::string> files;  ///< the pictures written
 
     struct StageTime {
-        const char* Stage;
-        float Milliseconds;
+        const char* stage;
+        float milliseconds;
     };
-    std::vector<StageTime> Times;
-    std::string Error;  ///< why the last stage failed
+    std::vector<StageTime> times;
+    std::string error;  ///< why the last stage failed
 };

@@ -2,20 +2,21 @@
 
 void TransformedMesh::ToClipSpace(const Mesh& mesh, const ZmMatrix& modelToClip)
 {
-    const size_t count = mesh.Vertices.size();
-    Clip.resize(count);
-    Flags.resize(count);
-    const ZmStridedData destination(Clip.data(), sizeof(ZmVector4)), source = Positions(mesh);
+    const size_t count = mesh.vertices.size();
+    clip.resize(count);
+    flags.resize(count);
+    const ZmStridedData destination(clip.data(), sizeof(ZmVector4)), source = Positions(mesh);
     Zm3DMultiplyMatrixVector4Strided(&destination, &source, modelToClip, int(count));
-    for (size_t i = 0; i < count; ++i)
-        Flags[i] = ClipFlags(Clip[i]);
+    for (size_t i = 0; i < count; ++i) {
+        flags[i] = ClipFlags(clip[i]);
+    }
 }
 
 void TransformedMesh::TurnNormals(const Mesh& mesh, const ZmMatrix& modelToWorld)
 {
-    const size_t count = mesh.Vertices.size();
-    Normals.resize(count);
-    const ZmStridedData destination(Normals.data(), sizeof(ZmVector)), source = ::Normals(mesh);
+    const size_t count = mesh.vertices.size();
+    normals.resize(count);
+    const ZmStridedData destination(normals.data(), sizeof(ZmVector)), source = Normals(mesh);
     Zm3DRotateVectorStrided(&destination, &source, modelToWorld, int(count));
 }
 

@@ -11,9 +11,9 @@ public:
     /// Transforms all normals by the linear part of `modelToWorld`; they are not of unit length if that scales.
     void TurnNormals(const Mesh& mesh, const ZmMatrix& modelToWorld);
 
-    std::vector<ZmVector4> Clip;
-    std::vector<uint32_t> Flags;  ///< ZMCLIP_FLAGS
-    std::vector<ZmVector> Normals;
+    std::vector<ZmVector4> clip;
+    std::vector<uint32_t> flags;  ///< ZMCLIP_FLAGS
+    std::vector<ZmVector> normals;
 };
 
 /// The ZMCLIP_FLAGS of a point in clip space.

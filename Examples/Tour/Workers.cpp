@@ -28,8 +28,9 @@ public:
     {
         const ZmMutexHolder holder(m_Mutex);
         m_Next = m_Count;
-        if (m_Failure == nullptr)
+        if (m_Failure == nullptr) {
             m_Failure = reason;
+        }
     }
 
     std::exception_ptr Failure() const { return m_Failure; }
@@ -59,8 +60,9 @@ public:
     unsigned int Run() override
     {
         try {
-            for (int item = m_Queue.Take(); item >= 0; item = m_Queue.Take())
+            for (int item = m_Queue.Take(); item >= 0; item = m_Queue.Take()) {
                 m_Work(m_Number, item);
+            }
         } catch (...) {
             m_Queue.GiveUp(std::current_exception());
         }
@@ -83,13 +85,16 @@ void ShareOut(int threads, int count, const std::function<void(int worker, int i
     {
         std::deque<Worker> workers;
         bool started = true;
-        for (int i = 0; i < threads && i < count && started; ++i)
+        for (int i = 0; i < threads && i < count && started; ++i) {
             started = workers.emplace_back(i, queue, work).CreateThread(nullptr, nullptr) != 0;
-        if (!started && workers.size() == 1)
+        }
+        if (!started && workers.size() == 1) {
             throw std::runtime_error("the system has no thread to give");
+        }
     }
-    if (queue.Failure() != nullptr)
+    if (queue.Failure() != nullptr) {
         std::rethrow_exception(queue.Failure());
+    }
 }
 
 int ProcessorCount()

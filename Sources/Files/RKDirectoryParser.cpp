@@ -74,7 +74,7 @@ bool RKDirectoryParser::Walk::NextOfSubfolders()
     result = level.directory + '\\' + subfolder.name;
     if (!subfolder.isLink) {
         // Folders below the first subfolder are not listed. Callers depend on this result, so keep it
-        // (DirectoryParserTest, RecursiveWalksFindWhatTheStandardLibraryFinds).
+        // (RKDirectoryParserTest, RecursiveWalksFindWhatTheStandardLibraryFinds).
         Enter(result, isResult && !isFirst);
     }
     return isResult;

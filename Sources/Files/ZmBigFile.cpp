@@ -306,7 +306,7 @@ int ZmBigFile::LoadIndex(const char* listPath)
     bool done = true;
     while (done && list.GetString(line, sizeof(line))) {
         // The last character is always cut, even where it is not a line feed (in pieces of a long line, or in a last
-        // line without one). Existing lists depend on this (BigFileTest, IndexListsReorderAndLoseALastCharacter).
+        // line without one). Existing lists depend on this (ZmBigFileTest, IndexListsReorderAndLoseALastCharacter).
         XString name(line);
         done = size_t(name.Length()) == strlen(line);
         name.ToLower();

@@ -187,7 +187,7 @@ void ZmCachedFile::ReadFromHeldBlock(char* out, unsigned int size)
     std::copy_n(m_Cache + offset, cached, out);
     if (size > cached) {
         // Counts the cached bytes twice. Callers depend on this and seek before each read
-        // (CachedFileTest, ReadsAsTheModelDoes).
+        // (ZmCachedFileTest, ReadsAsTheModelDoes).
         Seek(int(m_CacheStart + m_CacheSize), START);
         ReadFollowingBlocks(out + cached, size - cached);
     }

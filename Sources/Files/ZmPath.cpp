@@ -179,7 +179,7 @@ void ZmUnEscapeUrl(XString& text)
         for (; c != end; ++c) {
             if (*c == '%' && end - c > 2) {
                 // Two decimal digits, not hexadecimal, and the number is inserted as text. Callers depend on this
-                // (PathTest, UnescapingReadsTwoDecimalDigits).
+                // (ZmPathTest, UnescapingReadsTwoDecimalDigits).
                 plain += std::to_string((c[1] - '0') * 10 + (c[2] - '0'));
                 c += 2;
             } else {

@@ -23,7 +23,7 @@ unsigned int ZmStream::Copy(ZmStream& source, unsigned int size)
     unsigned int rest = total;
     do {
         // The results are ignored: after a short read, zeros or bytes of the previous step are written
-        // (StreamTest, CopyGoesOnWhenTheStreamsRefuse).
+        // (ZmStreamTest, CopyGoesOnWhenTheStreamsRefuse).
         const unsigned int step = std::min(rest, kStep);
         source.Read(buffer, step);
         Write(buffer, step);

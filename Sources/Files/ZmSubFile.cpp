@@ -35,7 +35,7 @@ int ZmSubFile::Seek(int offset, SeekMode mode)
     if (mode == START) {
         m_Position = unsigned(offset);
     } else if (mode == END) {
-        // Counts backwards from the end, unlike ZmFile (SubFileTest, SeekCountsBackwardsFromTheEnd).
+        // Counts backwards from the end, unlike ZmFile (ZmSubFileTest, SeekCountsBackwardsFromTheEnd).
         m_Position = m_Size - unsigned(offset);
     } else {
         m_Position += unsigned(offset);

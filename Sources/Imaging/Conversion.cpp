@@ -14,7 +14,7 @@ struct Scale {
 };
 
 /// kNarrow[n][m] narrows n + 2 bits to m + 1: (value * factor + bias) >> drop is the nearest number for every value and
-/// stays within 16 bits (BlitTest, ChannelsOfAllWidthsConvert).
+/// stays within 16 bits (ZmBlitTest, ChannelsOfAllWidthsConvert).
 constexpr Scale kNarrow[7][7] = {
     {{1, 0, 1}},
     {{1, 0, 2}, {1, 0, 1}},
@@ -64,12 +64,12 @@ Moves KindOf(const Channel& from, const Channel& to)
 {
     const auto isAny = [](int bits) { return bits > 8 && bits != 16; };
     if (from.bits == 0 || to.bits == 0) {
-        return Moves::Places;
+        return Moves::PLACES;
     }
     if (isAny(from.bits) || isAny(to.bits)) {
-        return Moves::Any;
+        return Moves::ANY;
     }
-    return from.bits == to.bits ? Moves::Places : std::max(from.bits, to.bits) > 8 ? Moves::Wide : Moves::Scaled;
+    return from.bits == to.bits ? Moves::PLACES : std::max(from.bits, to.bits) > 8 ? Moves::WIDE : Moves::SCALED;
 }
 
 bool FillsPixel(const PixelLayout& layout)
@@ -116,13 +116,13 @@ Conversion Convert(const PixelLayout& from, const PixelLayout& to)
     res.from = from;
     res.to = to;
     res.copy = memcmp(&from, &to, sizeof(from)) == 0 && FillsPixel(from);
-    res.kind = Moves::Places;
+    res.kind = Moves::PLACES;
     for (int c = 0; c < 4; ++c) {
         res.kind = std::max(res.kind, KindOf(from.channel[c], to.channel[c]));
     }
     const Channel alpha = to.channel[kAlpha];
     res.constant = from.channel[kAlpha].bits == 0 ? MaskOf(alpha.bits) << alpha.shift : 0;
-    for (int c = 0; c < 4 && res.kind != Moves::Any; ++c) {
+    for (int c = 0; c < 4 && res.kind != Moves::ANY; ++c) {
         res.moves[c] = MoveOf(from.channel[c], to.channel[c]);
     }
     return res;
@@ -132,7 +132,7 @@ void ConvertPixels(const Conversion& conversion, const uint8_t* src, uint8_t* re
 {
     if (conversion.copy) {
         memcpy(res, src, size_t(count) * size_t(conversion.from.bytes));
-    } else if (conversion.kind == Moves::Any) {
+    } else if (conversion.kind == Moves::ANY) {
         ConvertAny(conversion, src, res, count);
     } else {
         DispatchWide(avx2::ConvertPixels, ConvertBy<SsePixels>, ConvertBy<ScalarPixel>, conversion, src, res, count);

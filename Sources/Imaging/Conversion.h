@@ -16,11 +16,11 @@ struct ChannelMove {
 
 /// The arithmetic that the channel moves need.
 enum class Moves {
-    Places,   ///< all factors are 1
-    Scaled,   ///< fits in 16 bits
-    Wide,     ///< fits in 32 bits
-    Any,      ///< cannot be done by moves: some channel has more than eight bits, but not sixteen
-    Unbiased  ///< Scaled with no bias, for kernels that treat this case separately
+    PLACES,   ///< all factors are 1
+    SCALED,   ///< fits in 16 bits
+    WIDE,     ///< fits in 32 bits
+    ANY,      ///< cannot be done by moves: some channel has more than eight bits, but not sixteen
+    UNBIASED  ///< SCALED with no bias, for kernels that treat this case separately
 };
 
 /// The conversion from one pixel layout to another.

@@ -28,7 +28,7 @@ constexpr int k16To16 = Sizes(2, 2);
 bool ByteOrder(const Conversion& conversion, uint8_t (&order)[4])
 {
     memset(order, 0x80, sizeof(order));
-    bool whole = conversion.kind == Moves::Places;
+    bool whole = conversion.kind == Moves::PLACES;
     for (int c = 0; c < 4; ++c) {
         const ChannelMove& move = conversion.moves[c];
         if (move.mask != 0) {
@@ -72,7 +72,7 @@ void MoveBytes(const Conversion& conversion, const uint8_t (&order)[4], const ui
         const Avx2Pixels pixels = Avx2Pixels::Load<From>(src + size_t(i) * From).Bytes(move) | constant;
         pixels.Store<To>(res + size_t(i) * To);
     }
-    ConvertRow<ScalarPixel, From, To, Moves::Places>(conversion, src + size_t(i) * From, res + size_t(i) * To,
+    ConvertRow<ScalarPixel, From, To, Moves::PLACES>(conversion, src + size_t(i) * From, res + size_t(i) * To,
                                                      count - i);
 }
 
@@ -191,7 +191,7 @@ void Narrow(const Conversion& c, const Halves (&pairs)[2], const uint8_t* src, u
                                   second.Narrowed<Size>(pixel).HalvesJoined(second.place) | constant;
         colour.Store<To>(res);
     }
-    ConvertRow<ScalarPixel, From, To, Size == 2 ? Moves::Wide : Moves::Scaled>(c, src, res, count - i);
+    ConvertRow<ScalarPixel, From, To, Size == 2 ? Moves::WIDE : Moves::SCALED>(c, src, res, count - i);
 }
 
 /// To whole bytes from pixels of at most 16 bits.
@@ -201,7 +201,7 @@ void WidenToBytes(const Conversion& c, const Halves (&pairs)[2], const uint8_t* 
     // Blue, green, red and alpha in this order, each at its destination.
     uint8_t order[32];
     memset(order, 0x80, sizeof(order));
-    const int from[4] = {2, 1, 0, 3};
+    constexpr int from[4] = {2, 1, 0, 3};
     for (int pixel = 0; pixel < 8; ++pixel) {
         for (int channel = 0; channel < 4; ++channel) {
             if (c.to.channel[channel].bits != 0) {
@@ -218,16 +218,16 @@ void WidenToBytes(const Conversion& c, const Halves (&pairs)[2], const uint8_t* 
         const Avx2Pixels placed = colour.Bytes(places) | constant;
         placed.Store<To>(res);
     }
-    ConvertRow<ScalarPixel, From, To, Moves::Scaled>(c, src, res, count - i);
+    ConvertRow<ScalarPixel, From, To, Moves::SCALED>(c, src, res, count - i);
 }
 
 /// Handles the pairs of pixel sizes that have a specialised form; returns false for all others.
 bool ConvertInHalves(const Conversion& c, const uint8_t* src, uint8_t* res, int count)
 {
     Halves pairs[2];
-    const bool bytes = c.kind == Moves::Scaled && HasWhole(c.from, 8), words = HasWhole(c.from, 16);
+    const bool bytes = c.kind == Moves::SCALED && HasWhole(c.from, 8), words = HasWhole(c.from, 16);
     const bool narrow = (bytes || words) && c.to.bytes <= 2 && HasNoByte(c.to),
-               widen = c.kind == Moves::Scaled && HasWhole(c.to, 8) && c.from.bytes <= 2;
+               widen = c.kind == Moves::SCALED && HasWhole(c.to, 8) && c.from.bytes <= 2;
     if (narrow == widen || !InHalves(c, pairs)) {
         return false;
     }
@@ -277,8 +277,8 @@ void ConvertPixels(const Conversion& conversion, const uint8_t* src, uint8_t* re
         MoveBytes<4, 3>(conversion, order, src, res, count);
     } else if (bytes && sizes == k24To32) {
         MoveBytes<3, 4>(conversion, order, src, res, count);
-    } else if (sizes == k16To16 && conversion.kind <= Moves::Scaled) {
-        (HasBias(conversion) ? ConvertShorts<Moves::Scaled> : ConvertShorts<Moves::Unbiased>)(conversion, src, res,
+    } else if (sizes == k16To16 && conversion.kind <= Moves::SCALED) {
+        (HasBias(conversion) ? ConvertShorts<Moves::SCALED> : ConvertShorts<Moves::UNBIASED>)(conversion, src, res,
                                                                                               count);
     } else if (!ConvertInHalves(conversion, src, res, count)) {
         ConvertBy<Avx2Pixels>(conversion, src, res, count);

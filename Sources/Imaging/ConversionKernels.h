@@ -20,12 +20,12 @@ struct Mover {
     Pixels Of(Pixels pixel) const
     {
         const Pixels value = pixel >> shift & mask;
-        if constexpr (Kind == Moves::Wide) {
+        if constexpr (Kind == Moves::WIDE) {
             const Pixels sum = value.ScaleAddWide(factor, bias);
             return sum.Plus(sum >> 16 & carry) >> drop << place;
-        } else if constexpr (Kind == Moves::Scaled) {
+        } else if constexpr (Kind == Moves::SCALED) {
             return value.ScaleAdd(factor, bias) >> drop << place;
-        } else if constexpr (Kind == Moves::Unbiased) {
+        } else if constexpr (Kind == Moves::UNBIASED) {
             return value.Scale(factor) >> drop << place;
         } else {
             return value << place;
@@ -70,9 +70,9 @@ template <class Pixels, int From, int To>
 inline void ConvertSizes(const Conversion& conversion, const uint8_t* src, uint8_t* res, int count)
 {
     switch (conversion.kind) {
-    case Moves::Scaled: ConvertRow<Pixels, From, To, Moves::Scaled>(conversion, src, res, count); break;
-    case Moves::Wide: ConvertRow<Pixels, From, To, Moves::Wide>(conversion, src, res, count); break;
-    default: ConvertRow<Pixels, From, To, Moves::Places>(conversion, src, res, count); break;
+    case Moves::SCALED: ConvertRow<Pixels, From, To, Moves::SCALED>(conversion, src, res, count); break;
+    case Moves::WIDE: ConvertRow<Pixels, From, To, Moves::WIDE>(conversion, src, res, count); break;
+    default: ConvertRow<Pixels, From, To, Moves::PLACES>(conversion, src, res, count); break;
     }
 }
 

@@ -30,14 +30,14 @@ bool ReadLayout(PixelLayout& res, const ZmImageDescEx& desc)
 bool ReadMasked(ImageView& res, const ZmImageDescEx& desc)
 {
     const int bits = desc.BitsPerPixel;
-    res.kind = PixelKind::Masked;
+    res.kind = PixelKind::MASKED;
     res.bits = bits;
     return (bits == 8 || bits == 16 || bits == 24 || bits == 32) && ReadLayout(res.layout, desc);
 }
 
 bool ReadIndexed(ImageView& res, const ZmImageDescEx& desc)
 {
-    res.kind = PixelKind::Indexed;
+    res.kind = PixelKind::INDEXED;
     res.bits = desc.BitsPerPixel;
     res.palette = desc.Palette;
     res.entrySize = desc.PaletteEntrySize;
@@ -54,7 +54,7 @@ bool ReadPixels(ImageView& res, const ZmImageDescEx& desc)
     if (format < ZM_PF_DXT1 || format > ZM_PF_DXT5) {
         return ReadMasked(res, desc);
     }
-    res.kind = PixelKind::Compressed;
+    res.kind = PixelKind::COMPRESSED;
     res.bits = 0;
     res.format = format;
     return true;
@@ -62,7 +62,7 @@ bool ReadPixels(ImageView& res, const ZmImageDescEx& desc)
 
 int64_t BytesOfLine(const ImageView& image)
 {
-    if (image.kind == PixelKind::Compressed) {
+    if (image.kind == PixelKind::COMPRESSED) {
         return (int64_t(image.width) + 3) / 4 * (image.format == ZM_PF_DXT1 ? 8 : 16);
     }
     return (int64_t(image.width) * image.bits + 7) / 8;
@@ -86,7 +86,7 @@ bool View(ImageView& res, const ZmImageDescEx& desc)
 
 bool ViewMasked(ImageView& res, const ZmImageDescEx& desc)
 {
-    return View(res, desc) && res.kind == PixelKind::Masked;
+    return View(res, desc) && res.kind == PixelKind::MASKED;
 }
 
 ImageView UpsideDown(const ImageView& image)

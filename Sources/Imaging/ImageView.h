@@ -25,9 +25,9 @@ constexpr PixelLayout kArgb = {4, {{16, 8}, {8, 8}, {0, 8}, {24, 8}}};
 constexpr PixelLayout kRgb = {4, {{16, 8}, {8, 8}, {0, 8}, {0, 0}}};
 
 enum class PixelKind {
-    Masked,
-    Indexed,
-    Compressed
+    MASKED,
+    INDEXED,
+    COMPRESSED
 };
 
 /// A validated image descriptor.

@@ -121,7 +121,7 @@ inline void Attract(PaletteNetwork& network, const Neighbourhood& near, int winn
 /// The step from one sample to the next: a prime number of pixels that does not divide the picture.
 inline int64_t SampleStep(int64_t length)
 {
-    const int primes[] = {499, 491, 487};
+    constexpr int primes[] = {499, 491, 487};
     for (const int prime : primes) {
         if (length % prime != 0) {
             return 3 * prime;
@@ -170,7 +170,7 @@ inline Words DistanceTo(const uint16_t (*colours)[kPaletteSize + PaletteIndex::k
 template <class Words>
 inline int Nearest(const PaletteIndex& index, const uint8_t* bytes)
 {
-    const int kRankMask = 2 * Words::kCount - 1;
+    constexpr int kRankMask = 2 * Words::kCount - 1;
     const Words pixel[3] = {Words::Splat(bytes[0]), Words::Splat(bytes[1]), Words::Splat(bytes[2])};
     const Words even = Words::Numbers() + Words::Numbers(), odd = even + Words::Splat(1);
     const int second = bytes[1];

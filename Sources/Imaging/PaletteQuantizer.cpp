@@ -41,7 +41,7 @@ void Sort(OrderedEntry (&entries)[kPaletteSize])
 /// the next value.
 void FillStarts(PaletteIndex& index)
 {
-    const int last = kPaletteSize - 1;
+    constexpr int last = kPaletteSize - 1;
     int value = 0, runStart = 0;
     for (int i = 0; i < kPaletteSize; ++i) {
         const int next = index.up[1][i];
@@ -86,7 +86,7 @@ void BuildPaletteIndex(PaletteIndex& res, const Palette& palette)
     }
     Sort(entries);
     // Farther from every pixel than any entry, but small enough for the keys of the search.
-    const uint16_t nowhere[3] = {0, 1200, 0};
+    constexpr uint16_t nowhere[3] = {0, 1200, 0};
     for (int c = 0; c < 3; ++c) {
         for (int i = 0; i < kPaletteSize + PaletteIndex::kPadding; ++i) {
             const bool inside = i < kPaletteSize;

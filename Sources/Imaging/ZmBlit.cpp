@@ -12,9 +12,8 @@
 #include <limits.h>
 #include <string.h>
 
+namespace zm {
 namespace {
-
-using namespace zm;
 
 bool IsDense(const ImageView& image)
 {
@@ -103,9 +102,9 @@ void CopyCompressed(const ImageView& src, const ImageView& dst)
 void Copy(const ImageView& src, const ImageView& dst)
 {
     switch (src.kind) {
-    case PixelKind::Masked: CopyMasked(src, dst); break;
-    case PixelKind::Indexed: CopyIndexed(src, dst); break;
-    case PixelKind::Compressed: CopyCompressed(src, dst); break;
+    case PixelKind::MASKED: CopyMasked(src, dst); break;
+    case PixelKind::INDEXED: CopyIndexed(src, dst); break;
+    case PixelKind::COMPRESSED: CopyCompressed(src, dst); break;
     }
 }
 
@@ -136,7 +135,7 @@ void WritePalette(const ImageView& dst, const Palette& palette)
 
 bool Quantize(const ImageView& src, const ImageView& dst)
 {
-    if (src.kind != PixelKind::Masked || src.bits < 24 || dst.bits != 8 || dst.entries != kPaletteSize) {
+    if (src.kind != PixelKind::MASKED || src.bits < 24 || dst.bits != 8 || dst.entries != kPaletteSize) {
         return false;
     }
     // Red first: the order of the components decides between equally near entries.
@@ -161,7 +160,7 @@ bool Quantize(const ImageView& src, const ImageView& dst)
 
 bool Blit(const ImageView& src, const ImageView& dst)
 {
-    if (dst.kind == PixelKind::Indexed) {
+    if (dst.kind == PixelKind::INDEXED) {
         return Quantize(src, dst);
     }
     Copy(src, dst);
@@ -172,25 +171,25 @@ bool Blit(const ImageView& src, const ImageView& dst)
 bool ViewPair(ImageView& from, ImageView& to, const ZmImageDescEx& src, const ZmImageDescEx& dst)
 {
     return View(from, src) && View(to, dst) && from.width == to.width && from.height == to.height &&
-           to.kind != PixelKind::Compressed;
+           to.kind != PixelKind::COMPRESSED;
 }
 
 bool HasAlpha(const ImageView& image)
 {
-    return image.kind == PixelKind::Masked ? image.layout.channel[kAlpha].bits != 0
-                                           : image.kind == PixelKind::Compressed;
+    return image.kind == PixelKind::MASKED ? image.layout.channel[kAlpha].bits != 0
+                                           : image.kind == PixelKind::COMPRESSED;
 }
 
 bool IsLaidOut(const ImageView& image, const PixelLayout& layout)
 {
-    return image.kind == PixelKind::Masked && memcmp(&image.layout, &layout, sizeof(layout)) == 0;
+    return image.kind == PixelKind::MASKED && memcmp(&image.layout, &layout, sizeof(layout)) == 0;
 }
 
 /// `height` lines of an image from line y on, which must begin a row of blocks in a compressed image.
 ImageView Band(const ImageView& image, int y, int height)
 {
     ImageView res = image;
-    res.pixels = image.Line(image.kind == PixelKind::Compressed ? y / 4 : y);
+    res.pixels = image.Line(image.kind == PixelKind::COMPRESSED ? y / 4 : y);
     res.height = std::min(height, image.height - y);
     return res;
 }
@@ -209,7 +208,7 @@ ImageView AsArgb(const ImageView& image, uint8_t* block)
 bool Compose(const ImageView& src, const ImageView& dst)
 {
     const bool alpha = !IsLaidOut(dst, kRgb), inPlace = IsLaidOut(src, kArgb) && (!alpha || IsLaidOut(dst, kArgb));
-    const int height = inPlace ? dst.height : src.kind == PixelKind::Compressed ? 4 : 1;
+    const int height = inPlace ? dst.height : src.kind == PixelKind::COMPRESSED ? 4 : 1;
     const int64_t bytes = inPlace ? 0 : int64_t(src.width) * 4 * height;
     const HeapArray<uint8_t> block = NewArray<uint8_t>(2 * bytes);
     if (block == nullptr) {
@@ -230,24 +229,25 @@ bool Compose(const ImageView& src, const ImageView& dst)
 }
 
 }  // namespace
+}  // namespace zm
 
 int ZmDoBlit(const ZmImageDescEx& src, const ZmImageDescEx& dst)
 {
-    ImageView from, to;
-    return ViewPair(from, to, src, dst) && Blit(from, to);
+    zm::ImageView from, to;
+    return zm::ViewPair(from, to, src, dst) && zm::Blit(from, to);
 }
 
 int ZmDoBlitUpsideDown(const ZmImageDescEx& src, const ZmImageDescEx& dst)
 {
-    ImageView from, to;
-    return ViewPair(from, to, src, dst) && Blit(from, UpsideDown(to));
+    zm::ImageView from, to;
+    return zm::ViewPair(from, to, src, dst) && zm::Blit(from, zm::UpsideDown(to));
 }
 
 int ZmDoAlphaBlit(const ZmImageDescEx& src, const ZmImageDescEx& dst)
 {
-    ImageView from, to;
-    if (!ViewPair(from, to, src, dst) || to.kind == PixelKind::Indexed) {
+    zm::ImageView from, to;
+    if (!zm::ViewPair(from, to, src, dst) || to.kind == zm::PixelKind::INDEXED) {
         return 0;
     }
-    return HasAlpha(from) ? Compose(from, to) : Blit(from, to);
+    return zm::HasAlpha(from) ? zm::Compose(from, to) : zm::Blit(from, to);
 }

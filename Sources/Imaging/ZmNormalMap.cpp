@@ -6,9 +6,8 @@
 #include <math.h>
 #include <string.h>
 
+namespace zm {
 namespace {
-
-using namespace zm;
 
 /// The heights of a picture that repeats in both directions.
 class HeightField {
@@ -101,13 +100,14 @@ int ConvertHeights(const ZmImageDescEx& src, const ZmImageDescEx& dst, uint32_t 
 }
 
 }  // namespace
+}  // namespace zm
 
 int ZmConvertToNormalMap(const ZmImageDescEx& src, const ZmImageDescEx& dst, uint32_t heightMask, float scale)
 {
-    return ConvertHeights(src, dst, heightMask, scale, Normal);
+    return zm::ConvertHeights(src, dst, heightMask, scale, zm::Normal);
 }
 
 int ZmConvertToBumpMap(const ZmImageDescEx& src, const ZmImageDescEx& dst, uint32_t heightMask, float scale)
 {
-    return ConvertHeights(src, dst, heightMask, scale, Slopes);
+    return zm::ConvertHeights(src, dst, heightMask, scale, zm::Slopes);
 }

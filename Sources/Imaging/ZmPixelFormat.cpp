@@ -96,7 +96,7 @@ void ZmPixelFormat2ImageDesc(ZM_PIXELFORMAT format, ZmImageDescEx& desc)
 
 const char* ZmPixelFormat2String(ZM_PIXELFORMAT format)
 {
-    // Not "Unknown": callers treat an empty name as "no format" (PixelFormatTest, FormatsWithoutRecordHaveNoName).
+    // Not "Unknown": callers treat an empty name as "no format" (ZmPixelFormatTest, FormatsWithoutRecordHaveNoName).
     return HasRecord(format) ? kFormats[format].name : "";
 }
 

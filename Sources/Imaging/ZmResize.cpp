@@ -9,9 +9,8 @@
 #include <math.h>
 #include <string.h>
 
+namespace zm {
 namespace {
-
-using namespace zm;
 
 /// The weighted sum, in floats, of the source lines that contribute to result line y. `part` is a scratch line.
 void SumOfLines(PictureLines& lines, const ResizeAxis& down, int y, int width, float* sums, float* part)
@@ -212,22 +211,23 @@ int Half(int size)
 }
 
 }  // namespace
+}  // namespace zm
 
 int ZmResizeImage32(const ZmImageDescEx& src, const ZmImageDescEx& dst)
 {
-    ImageView from, to;
-    if (!ViewMasked(from, src) || !ViewMasked(to, dst) || from.bits != 32 || to.bits != 32) {
+    zm::ImageView from, to;
+    if (!zm::ViewMasked(from, src) || !zm::ViewMasked(to, dst) || from.bits != 32 || to.bits != 32) {
         return 0;
     }
-    return from.width == to.width && from.height == to.height ? ZmDoBlit(src, dst) : Resize(from, to);
+    return from.width == to.width && from.height == to.height ? ZmDoBlit(src, dst) : zm::Resize(from, to);
 }
 
 int ZmGenerateMipMap(const ZmImageDescEx& src, const ZmImageDescEx& dst)
 {
-    ImageView from, to;
-    if (!ViewMasked(from, src) || !ViewMasked(to, dst) || to.width != Half(from.width) ||
-        to.height != Half(from.height)) {
+    zm::ImageView from, to;
+    if (!zm::ViewMasked(from, src) || !zm::ViewMasked(to, dst) || to.width != zm::Half(from.width) ||
+        to.height != zm::Half(from.height)) {
         return 0;
     }
-    return from.width == 1 && from.height == 1 ? ZmDoBlit(src, dst) : Resize(from, to);
+    return from.width == 1 && from.height == 1 ? ZmDoBlit(src, dst) : zm::Resize(from, to);
 }

@@ -11,8 +11,8 @@ extern int g_LibraryModule;
 void Warn(int line, const char* file, const char* format, ...) __attribute__((__format__(printf, 3, 4)));
 
 // Source lines of messages that programs know by file and line, to filter the log or to compare with. Not __LINE__,
-// which changes when code moves (SmallCachedFileTest, WhatHasNoCachedFormIsDoneWithAWarningEachTime) (BigFileTest,
-// AFileThatIsMissingLeavesAnEmptyEntryOrZeros) (BigFileTest, IndexListsReorderAndLoseALastCharacter).
+// which changes when code moves (ZmCachedFileSmallTest, WhatHasNoCachedFormIsDoneWithAWarningEachTime) (ZmBigFileTest,
+// AFileThatIsMissingLeavesAnEmptyEntryOrZeros) (ZmBigFileTest, IndexListsReorderAndLoseALastCharacter).
 constexpr int kLineOfGetString = 201;
 constexpr int kLineOfFlush = 208;
 constexpr int kLineOfReadItems = 215;

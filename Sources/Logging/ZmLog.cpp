@@ -103,7 +103,7 @@ int ZmLog::RegisterModule(const char* name)
 
 int ZmLog::IsModule(const char* name) const
 {
-    // Returns the position, not the id: callers add 1 (LogTest, ModulesAreNumberedAndPositionsAreOneLess).
+    // Returns the position, not the id: callers add 1 (ZmLogTest, ModulesAreNumberedAndPositionsAreOneLess).
     return m_Modules.Find(name);
 }
 

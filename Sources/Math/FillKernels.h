@@ -5,7 +5,7 @@
 namespace zm {
 
 /// Bytes of a fill pattern: a multiple of the element sizes 4, 8, 12, 16, 24 and 48.
-const size_t kPatternBytes = 48;
+constexpr size_t kPatternBytes = 48;
 
 namespace avx2 {
 

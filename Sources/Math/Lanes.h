@@ -21,7 +21,7 @@ namespace {
 struct ScalarLanes {
     float f[4];
 
-    static const int kCount = 4;
+    static constexpr int kCount = 4;
 
     static ScalarLanes Splat(float s) { return {{s, s, s, s}}; }
     /// Float number `i` at p, in all lanes.
@@ -146,7 +146,7 @@ struct ScalarLanes {
 struct SseLanes {
     __m128 v;
 
-    static const int kCount = 4;
+    static constexpr int kCount = 4;
 
     static SseLanes Splat(float s) { return {_mm_set1_ps(s)}; }
     static SseLanes SplatAt(const void* p, int i)
@@ -263,7 +263,7 @@ struct SseLanes {
 struct SingleLane {
     float v;
 
-    static const int kCount = 1;
+    static constexpr int kCount = 1;
 
     SingleLane operator+(SingleLane o) const { return {v + o.v}; }
     SingleLane operator-(SingleLane o) const { return {v - o.v}; }
@@ -299,7 +299,7 @@ struct SingleLane {
 struct Avx2Lanes {
     __m256 v;
 
-    static const int kCount = 8;
+    static constexpr int kCount = 8;
 
     static Avx2Lanes Load8(const char* p) { return {_mm256_loadu_ps(reinterpret_cast<const float*>(p))}; }
     static Avx2Lanes Splat(float s) { return {_mm256_set1_ps(s)}; }

@@ -8,7 +8,7 @@ namespace zm {
 namespace {
 
 // Bound of the rounding error of the determinant, relative to the sum of its terms' magnitudes: four roundings.
-const double kUndecided = 0x1p-51;
+constexpr double kUndecided = 0x1p-51;
 
 // A singular matrix with stretches s1 >= s2 >= s3 counts as rank one if (s2 / s1)^2 is at most this: s2 is then lost in
 // the rounding of s1 to a float.
@@ -17,18 +17,18 @@ const double kUndecided = 0x1p-51;
 // to at most s1^2 * s2, so where it is undecided, s3 is at most 2 * kUndecided * s1 (one kUndecided is that of the
 // test, the other the determinant's own error). Completing the missing axes changes s2 by up to s1 * s3 / s2. This must
 // not turn its sign, for the rotation would then be another.
-const double kRankOne = 0x1p-48;
+constexpr double kRankOne = 0x1p-48;
 
-const int kMaxSteps = 30;
-const int kMaxSweeps = 12;
+constexpr int kMaxSteps = 30;
+constexpr int kMaxSweeps = 12;
 
-const double kDiagonal = 1e-10;        // stretches are off by the square of what remains off the diagonal
-const double kSmallTurn = 1e-3;        // below this, truncated series are exact to double
-const double kNoise = 1e-17;           // off-diagonal rounding errors, relative to the whole
-const double kNearlyOrthogonal = 0.2;  // within this distance scaling gains nothing
+constexpr double kDiagonal = 1e-10;        // stretches are off by the square of what remains off the diagonal
+constexpr double kSmallTurn = 1e-3;        // below this, truncated series are exact to double
+constexpr double kNoise = 1e-17;           // off-diagonal rounding errors, relative to the whole
+constexpr double kNearlyOrthogonal = 0.2;  // within this distance scaling gains nothing
 
 // The squared norm exceeds 3 by at most six times the remaining error. A float resolves 6e-8.
-const double kConverged = 3e-9;
+constexpr double kConverged = 3e-9;
 
 void Cross(double (&res)[3], const double (&a)[3], const double (&b)[3])
 {
@@ -87,7 +87,7 @@ bool IsSingular(const Matrix3& m, const Matrix3& cofactors, double determinant)
     return fabs(determinant) <= kUndecided * terms;
 }
 
-const Matrix3 kUnit = {{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}};
+constexpr Matrix3 kUnit = {{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}};
 
 /// Two unit vectors that complete the unit vector `basis.m[0]` to a right-handed basis.
 void CompleteBasis(Matrix3& basis)
@@ -129,7 +129,7 @@ Matrix3 RotationOfRankOne(const Matrix3& m)
 int64_t Bits(double x)
 {
     int64_t bits;
-    memcpy(&bits, &x, sizeof bits);
+    memcpy(&bits, &x, sizeof(bits));
     return bits;
 }
 
@@ -141,7 +141,7 @@ double ScaleFactor(double cofactorNorm, double norm, double det)
     const int64_t one = Bits(1);
     const int64_t bits = (Bits(cofactorNorm) >> 2) - (Bits(norm) >> 2) - (Bits(fabs(det)) >> 1) + one + (one >> 1);
     double factor;
-    memcpy(&factor, &bits, sizeof factor);
+    memcpy(&factor, &bits, sizeof(factor));
     return factor;
 }
 

@@ -2,8 +2,8 @@
 
 namespace zm {
 
-const int kSineUnits = 16384;  ///< per turn
-const int kSineQuarter = kSineUnits / 4;
+constexpr int kSineUnits = 16384;  ///< per turn
+constexpr int kSineQuarter = kSineUnits / 4;
 
 /// One full turn followed by a copy of the first quarter, so that the cosine of angle i (0 to kSineUnits - 1) is at
 /// i + kSineQuarter.

@@ -9,7 +9,7 @@ namespace {
 // Stores that bypass the caches avoid reading the destination before it is overwritten, but are several times slower if
 // the data would have stayed in a cache or the destination is also the source.
 
-const ptrdiff_t kStreamingBytes = 32 << 20;  // more than one array can expect of a last-level cache
+constexpr ptrdiff_t kStreamingBytes = 32 << 20;  // more than one array can expect of a last-level cache
 
 /// Whether to stream `bytes` contiguous bytes of results to `out`. They must start at a multiple of 4, so that one of
 /// their 4-byte words starts at a multiple of 16.

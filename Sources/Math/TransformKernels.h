@@ -24,8 +24,8 @@ inline L Blend(L x, L row0, L y, L row1, L z, L row2, L row3)
 }
 
 enum Kind {
-    kRotate,
-    kPoint
+    ROTATE,
+    POINT
 };
 
 /// A matrix with one row per register, repeated in both halves of wider registers: for one or two vectors at a time.
@@ -41,7 +41,7 @@ struct RowMatrix {
     L Apply(const void* p) const
     {
         const L x = L::SplatAt(p, 0), y = L::SplatAt(p, 1), z = L::SplatAt(p, 2);
-        return kind == kPoint ? Blend(x, row0, y, row1, z, row2, row3) : Blend(x, row0, y, row1, z, row2);
+        return kind == POINT ? Blend(x, row0, y, row1, z, row2, row3) : Blend(x, row0, y, row1, z, row2);
     }
 };
 
@@ -65,8 +65,8 @@ struct GroupTransform {
         L x[3], y[3], z[3];
         L::SpreadPoints(in, x, y, z);
         for (int r = 0; r < 3; ++r) {
-            res[r] = kind == kPoint ? Blend(x[r], rows[0][r], y[r], rows[1][r], z[r], rows[2][r], rows[3][r])
-                                    : Blend(x[r], rows[0][r], y[r], rows[1][r], z[r], rows[2][r]);
+            res[r] = kind == POINT ? Blend(x[r], rows[0][r], y[r], rows[1][r], z[r], rows[2][r], rows[3][r])
+                                   : Blend(x[r], rows[0][r], y[r], rows[1][r], z[r], rows[2][r]);
         }
     }
 

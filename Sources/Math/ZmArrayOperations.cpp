@@ -3,8 +3,7 @@
 #include "Platform/FeatureWord.h"
 #include "ZmStridedData.h"
 
-using namespace zm;
-
+namespace zm {
 namespace {
 
 template <class L, int kComponents>
@@ -89,50 +88,51 @@ void InterpolateTight(void* res, const void* a, const void* b, float t, ptrdiff_
 }
 
 }  // namespace
+}  // namespace zm
 
 void InterpolateFloatArray(void* res, const void* a, const void* b, float t, int count)
 {
-    InterpolateTight(res, a, b, t, count);
+    zm::InterpolateTight(res, a, b, t, count);
 }
 
 void InterpolateVectorArray(void* res, const void* a, const void* b, float t, int count, unsigned long resStride,
                             unsigned long srcStride)
 {
     if (resStride == 12 && srcStride == 12) {
-        InterpolateTight(res, a, b, t, ptrdiff_t(count) * 3);
+        zm::InterpolateTight(res, a, b, t, ptrdiff_t(count) * 3);
     } else {
-        Dispatch(InterpolateVectors<SseLanes>, InterpolateVectors<ScalarLanes>,
-                 PairOf(res, resStride, a, srcStride, count), static_cast<const char*>(b), t);
+        zm::Dispatch(zm::InterpolateVectors<zm::SseLanes>, zm::InterpolateVectors<zm::ScalarLanes>,
+                     zm::PairOf(res, resStride, a, srcStride, count), static_cast<const char*>(b), t);
     }
 }
 
 void MultiplyVectorArray(void* res, const void* src, const ZmVector& v, int count, unsigned long resStride,
                          unsigned long srcStride)
 {
-    DispatchMultiply<3>(PairOf(res, resStride, src, srcStride, count), {v.x, v.y, v.z, 0});
+    zm::DispatchMultiply<3>(zm::PairOf(res, resStride, src, srcStride, count), {v.x, v.y, v.z, 0});
 }
 
 void MultiplyVector2Array(void* res, const void* src, const Zm2DVector& v, int count, unsigned long resStride,
                           unsigned long srcStride)
 {
-    DispatchMultiply<2>(PairOf(res, resStride, src, srcStride, count), {v.x, v.y, 0, 0});
+    zm::DispatchMultiply<2>(zm::PairOf(res, resStride, src, srcStride, count), {v.x, v.y, 0, 0});
 }
 
 void MultiplyVector4Array(void* res, const void* src, const ZmVector4& v, int count, unsigned long resStride,
                           unsigned long srcStride)
 {
-    DispatchMultiply<4>(PairOf(res, resStride, src, srcStride, count), v);
+    zm::DispatchMultiply<4>(zm::PairOf(res, resStride, src, srcStride, count), v);
 }
 
 void MultiplyAddVectorArray(void* res, const void* src, const ZmVector& mul, const ZmVector& add, int count,
                             unsigned long resStride, unsigned long srcStride)
 {
-    DispatchMultiplyAdd<3>(PairOf(res, resStride, src, srcStride, count), {mul.x, mul.y, mul.z, 0},
-                           {add.x, add.y, add.z, 0});
+    zm::DispatchMultiplyAdd<3>(zm::PairOf(res, resStride, src, srcStride, count), {mul.x, mul.y, mul.z, 0},
+                               {add.x, add.y, add.z, 0});
 }
 
 void MultiplyAddVector4Array(void* res, const void* src, const ZmVector4& mul, const ZmVector4& add, int count,
                              unsigned long resStride, unsigned long srcStride)
 {
-    DispatchMultiplyAdd<4>(PairOf(res, resStride, src, srcStride, count), mul, add);
+    zm::DispatchMultiplyAdd<4>(zm::PairOf(res, resStride, src, srcStride, count), mul, add);
 }

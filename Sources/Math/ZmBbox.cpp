@@ -4,13 +4,12 @@
 #include "Math/MatrixFloats.h"
 #include "Platform/FeatureWord.h"
 
-using namespace zm;
-
+namespace zm {
 namespace {
 
 // The bits of the lower and upper sides of each axis.
-const uint32_t kBelow[3] = {ZMCLIP_LEFT, ZMCLIP_BOTTOM, ZMCLIP_BACK};
-const uint32_t kAbove[3] = {ZMCLIP_RIGHT, ZMCLIP_TOP, ZMCLIP_FRONT};
+constexpr uint32_t kBelow[3] = {ZMCLIP_LEFT, ZMCLIP_BOTTOM, ZMCLIP_BACK};
+constexpr uint32_t kAbove[3] = {ZMCLIP_RIGHT, ZMCLIP_TOP, ZMCLIP_FRONT};
 
 uint32_t SideBits(const uint32_t (&bits)[3], unsigned lanes)
 {
@@ -130,12 +129,12 @@ uint32_t ClipFlags(const ZmVector4& p)
 ZmRect ScreenExtents(const ClipCorners& corners, const ZmRect& screen)
 {
     const float halfWidth = (screen.right - screen.left) * 0.5f, halfHeight = (screen.bottom - screen.top) * 0.5f;
-    const float centerX = screen.left + halfWidth, centerY = screen.top + halfHeight;
+    const float centreX = screen.left + halfWidth, centreY = screen.top + halfHeight;
     ZmRect extents(1000000, 1000000, -1000000, -1000000);
     for (int i = 0; i < corners.count; ++i) {
         const ZmVector4& p = corners.at[i];
         if (p.w > 0) {
-            const float x = p.x / p.w * halfWidth + centerX, y = centerY - p.y / p.w * halfHeight;
+            const float x = p.x / p.w * halfWidth + centreX, y = centreY - p.y / p.w * halfHeight;
             extents.left = x < extents.left ? x : extents.left;
             extents.top = y < extents.top ? y : extents.top;
             extents.right = x > extents.right ? x : extents.right;
@@ -155,32 +154,33 @@ void ExtendToScreen(ZmRect& extents, const ZmRect& screen, uint32_t sides)
 }
 
 }  // namespace
+}  // namespace zm
 
 void ZmBbox::TransformTo(ZmVector* corners, const ZmMatrix& m) const
 {
     const ZmBbox box = *this;  // a copy: `corners` may overlap this box
     for (int i = 0; i < 8; ++i) {
-        const ZmVector corner = Corner(box, i);
+        const ZmVector corner = zm::Corner(box, i);
         Zm3DMultiplyMatrixVector(&corners[i], m, &corner);
     }
 }
 
 void ZmBbox::TransformFrom(const ZmBbox& box, const ZmMatrix& m)
 {
-    Dispatch(BoxAround<SseLanes>, BoxAround<ScalarLanes>, *this, box, FloatsOf(m));
+    zm::Dispatch(zm::BoxAround<zm::SseLanes>, zm::BoxAround<zm::ScalarLanes>, *this, box, zm::FloatsOf(m));
 }
 
 int ZmBbox::Classify(const ZmBbox& box, const ZmVector& pt) const
 {
-    const bool separated = Separated(*this, box);
-    if (Contains(*this, pt)) {
-        return separated ? -1 : Contains(*this, box) ? 1 : 0;
+    const bool separated = zm::Separated(*this, box);
+    if (zm::Contains(*this, pt)) {
+        return separated ? -1 : zm::Contains(*this, box) ? 1 : 0;
     }
     if (separated) {
-        return LiesBetween(pt, *this, box) ? -1 : LiesBetween(pt, box, *this) ? 1 : 0;
+        return zm::LiesBetween(pt, *this, box) ? -1 : zm::LiesBetween(pt, box, *this) ? 1 : 0;
     }
-    if (Contains(box, *this)) {
-        return Contains(box, pt) ? -1 : 1;
+    if (zm::Contains(box, *this)) {
+        return zm::Contains(box, pt) ? -1 : 1;
     }
     return 0;
 }
@@ -188,23 +188,23 @@ int ZmBbox::Classify(const ZmBbox& box, const ZmVector& pt) const
 void ZmBbox::ClassifyVertices(int count, const unsigned char* vertices, unsigned long strideBytes,
                               unsigned long* flags) const
 {
-    ClassifyOnAxes(*this, 7, count, vertices, strideBytes, flags);
+    zm::ClassifyOnAxes(*this, 7, count, vertices, strideBytes, flags);
 }
 
 void ZmBbox::ClassifyVerticesOneAxis(int count, const unsigned char* vertices, unsigned long strideBytes, int axis,
                                      unsigned long* flags) const
 {
     const unsigned axes = axis >= 0 && axis < 3 ? 1u << axis : 0u;
-    ClassifyOnAxes(*this, axes, count, vertices, strideBytes, flags);
+    zm::ClassifyOnAxes(*this, axes, count, vertices, strideBytes, flags);
 }
 
 int ZmTransformBox2D(const ZmMatrix& worldProjection, const ZmBbox& box, const ZmRect* screenSize, ZmRect* extents,
                      ZMCLIP_FLAGS& andFlags, ZMCLIP_FLAGS& orFlags)
 {
-    const ClipCorners corners(worldProjection, box);
+    const zm::ClipCorners corners(worldProjection, box);
     uint32_t all = ZMCLIP_ALL, any = 0;
     for (int i = 0; i < corners.count; ++i) {
-        const uint32_t flags = ClipFlags(corners.at[i]);
+        const uint32_t flags = zm::ClipFlags(corners.at[i]);
         all &= flags;
         any |= flags;
     }
@@ -213,10 +213,10 @@ int ZmTransformBox2D(const ZmMatrix& worldProjection, const ZmBbox& box, const Z
     if (extents && screenSize) {
         const ZmRect screen = *screenSize;  // a copy: `extents` may be the same rectangle
         if (all == 0) {
-            *extents = ScreenExtents(corners, screen);
+            *extents = zm::ScreenExtents(corners, screen);
         }
         if (any & ZMCLIP_FRONT) {
-            ExtendToScreen(*extents, screen, any);
+            zm::ExtendToScreen(*extents, screen, any);
         }
     }
     return all == 0;
@@ -224,7 +224,7 @@ int ZmTransformBox2D(const ZmMatrix& worldProjection, const ZmBbox& box, const Z
 
 void ZmProjectBoxZExtents(const ZmMatrix& worldProjection, const ZmBbox& box, float& zhMin, float& zhMax)
 {
-    const ClipCorners corners(worldProjection, box);
+    const zm::ClipCorners corners(worldProjection, box);
     bool found = false;
     for (int i = 0; i < corners.count; ++i) {
         const ZmVector4& p = corners.at[i];

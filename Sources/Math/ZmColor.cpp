@@ -19,7 +19,7 @@ uint32_t RoundedBits(float scaled)
 }
 
 // The comparison is unsigned, so negative components become 255. Existing images made without the vector path depend on
-// this (ColorTest, NegativeComponentsDifferByPath).
+// this (ZmColorTest, NegativeComponentsDifferByPath).
 uint32_t ClampedByte(float component)
 {
     const uint32_t rounded = uint32_t(_mm_cvtss_si32(_mm_set_ss(component * 255.0f)));
@@ -47,7 +47,7 @@ uint32_t PackSse(const ZmColor& c)
 uint32_t RGBAFTOCOLOR(float r, float g, float b, float a)
 {
     // Red and green are rounded at their position in the word and then masked, which loses the rounding: 0.5 gives 0x7F
-    // there but 0x80 in blue. Callers depend on it, so keep it (ColorTest, HalfRoundsByPlace).
+    // there but 0x80 in blue. Callers depend on it, so keep it (ZmColorTest, HalfRoundsByPlace).
     return RoundedBits(a * 255.0f) << 24 | (RoundedBits(r * 16711680.0f) & 0xFF0000u) |
            (RoundedBits(g * 65280.0f) & 0xFF00u) | (RoundedBits(b * 255.0f) & 0xFFu);
 }

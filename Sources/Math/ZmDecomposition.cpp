@@ -6,9 +6,7 @@
 
 #include <math.h>
 
-using zm::Matrix3;
-using zm::Row;
-
+namespace zm {
 namespace {
 
 Matrix3 Block(const ZmMatrix& m)
@@ -52,9 +50,9 @@ void SetTranslation(ZmMatrix& m, const ZmVector& pos)
 }
 
 // Relative to 1, six float steps: the stretch of a rotation built in floats, or of a product of two such rotations.
-const double kSameStretch = 12 * 0x1p-24;
+constexpr double kSameStretch = 12 * 0x1p-24;
 // Stretches that are 0 may come out as this, relative to the largest, by rounding in double.
-const double kNoStretch = 0x1p-50;
+constexpr double kNoStretch = 0x1p-50;
 
 /// Makes stretches equal that differ by rounding only: all three, or the two that are nearest to each other. Otherwise
 /// their axes would be noise.
@@ -126,7 +124,7 @@ ZmQuaternion NearestCubeRotation(ZmQuaternion q)
     for (int i = 0; i < 4; ++i) {
         second = i != first && fabsf(Component(q, i)) > fabsf(Component(q, second)) ? i : second;
     }
-    const float kRootHalf = 0.70710678f;
+    constexpr float kRootHalf = 0.70710678f;
     const float one = fabsf(Component(q, first)), two = (one + fabsf(Component(q, second))) * kRootHalf;
     ZmQuaternion res(0, 0, 0, 0);
     if (all > one && all > two) {
@@ -156,11 +154,12 @@ ZmVector Permuted(const ZmVector& k, const ZmQuaternion& cubeRotation)
 }
 
 }  // namespace
+}  // namespace zm
 
 void Zm3DDecomposeMatrix(const ZmMatrix& m, ZmQuaternion& quat, ZmVector& pos, ZmVector& scale)
 {
-    const zm::RotationRows rows = {Row(m, 0), Row(m, 1), Row(m, 2)}, unit = zm::OrthonormalRows(rows);
-    pos = Row(m, 3);
+    const zm::RotationRows rows = {zm::Row(m, 0), zm::Row(m, 1), zm::Row(m, 2)}, unit = zm::OrthonormalRows(rows);
+    pos = zm::Row(m, 3);
     quat = zm::QuaternionFromRows(unit);
     scale = ZmVector(Dot(unit.row0, rows.row0), Dot(unit.row1, rows.row1), Dot(unit.row2, rows.row2));
 }
@@ -175,24 +174,24 @@ float Zm3DDecomposeMatrixTotalPtr(const ZmMatrix& m, ZmQuaternion* quat, ZmVecto
                                   ZmQuaternion* uRot)
 {
     if (pos) {
-        *pos = Row(m, 3);
+        *pos = zm::Row(m, 3);
     }
     if (!quat && !scale && !uRot) {
         return 1;
     }
-    const Matrix3 block = Block(m);
+    const zm::Matrix3 block = zm::Block(m);
     const zm::PolarFactors polar = zm::DecomposePolar(block);
     const float sign = polar.mirrored ? -1.0f : 1.0f;
     if (quat) {
-        *quat = RotationOf(polar.rotation, sign);
+        *quat = zm::RotationOf(polar.rotation, sign);
     }
     if (scale || uRot) {
         zm::SpectralFactors spectral = zm::DecomposeSymmetric(zm::StretchOf(block, polar.rotation));
         const double(&k)[3] = spectral.values;
-        UniteStretches(spectral.values);
+        zm::UniteStretches(spectral.values);
         // Rounding may leave negative values: they become 0. The comparisons let NaN pass.
         ZmVector stretch(k[0] < 0 ? 0 : float(k[0]), k[1] < 0 ? 0 : float(k[1]), k[2] < 0 ? 0 : float(k[2]));
-        ZmQuaternion axes = RotationOf(spectral.axes);
+        ZmQuaternion axes = zm::RotationOf(spectral.axes);
         axes.Multiply(Zm3DQuaternionSnuggle(&axes, &stretch));
         axes.Normalize();
         if (scale) {
@@ -211,18 +210,18 @@ ZmQuaternion Zm3DQuaternionSnuggle(ZmQuaternion* q, ZmVector* k)
         return Zm3DQuaternionConjugate(*q);
     }
     if (k->x == k->y || k->y == k->z || k->z == k->x) {
-        return SnuggleOneAxis(*q, *k, k->x == k->y ? 2 : k->y == k->z ? 0 : 1);
+        return zm::SnuggleOneAxis(*q, *k, k->x == k->y ? 2 : k->y == k->z ? 0 : 1);
     }
-    const ZmQuaternion p = NearestCubeRotation(Zm3DQuaternionConjugate(*q));
-    *k = Permuted(*k, p);
+    const ZmQuaternion p = zm::NearestCubeRotation(Zm3DQuaternionConjugate(*q));
+    *k = zm::Permuted(*k, p);
     return p;
 }
 
 void ZmMatrix::RecomposeMatrix(const ZmVector* pos, const ZmVector* scale, const ZmQuaternion* quat)
 {
     quat->ToMatrix(*this);
-    ScaleRows(*this, *scale);
-    SetTranslation(*this, *pos);
+    zm::ScaleRows(*this, *scale);
+    zm::SetTranslation(*this, *pos);
 }
 
 // The sign is left out on purpose: callers that need the reflection apply it themselves.
@@ -241,7 +240,7 @@ void ZmMatrix::RecomposeMatrixEx(const ZmVector* pos, const ZmVector* scale, con
     }
     const ZmVector translation = *pos;  // a copy: `pos` may point into this matrix
     Zm3DMultiplyMatrix(*this, rotation, stretch);
-    SetTranslation(*this, translation);
+    zm::SetTranslation(*this, translation);
 }
 
 void Zm3DInterpolateMatrix(float t, ZmMatrix& res, const ZmMatrix& a, const ZmMatrix& b)
@@ -252,7 +251,7 @@ void Zm3DInterpolateMatrix(float t, ZmMatrix& res, const ZmMatrix& a, const ZmMa
     Zm3DDecomposeMatrix(b, qb, pb, sb);
     ZmQuaternion q = Slerp(t, qa, qb);
     q.Normalize();
-    const ZmVector pos = Lerp(pa, pb, t), scale = Lerp(sa, sb, t);
+    const ZmVector pos = zm::Lerp(pa, pb, t), scale = zm::Lerp(sa, sb, t);
     res.RecomposeMatrix(&pos, &scale, &q);
 }
 

@@ -7,13 +7,12 @@
 
 #include <math.h>
 
-using namespace zm;
-
+namespace zm {
 namespace {
 
 const ZmMatrix kIdentity({1, 0, 0}, {0, 1, 0}, {0, 0, 1}, {0, 0, 0});
 
-const float kEqualWithin = 0x1p-23f;
+constexpr float kEqualWithin = 0x1p-23f;
 
 // Writes row i with a fourth element of 0, or 1 in row 3.
 void SetRow(ZmMatrix& m, int i, const ZmVector& v)
@@ -58,16 +57,17 @@ void FromEulerAnglesSse(float* res, float eax, float eay, float eaz)
 }
 
 }  // namespace
+}  // namespace zm
 
 const ZmMatrix& ZmMatrix::Identity()
 {
-    return kIdentity;
+    return zm::kIdentity;
 }
 
 int ZmMatrix::Compare(const ZmMatrix& other) const
 {
     for (int i = 0; i < 16; ++i) {
-        if (fabsf((*this)[i / 4][i % 4] - other[i / 4][i % 4]) > kEqualWithin) {
+        if (fabsf((*this)[i / 4][i % 4] - other[i / 4][i % 4]) > zm::kEqualWithin) {
             return 0;
         }
     }
@@ -76,14 +76,14 @@ int ZmMatrix::Compare(const ZmMatrix& other) const
 
 void Zm3DMultiplyMatrix(ZmMatrix& res, const ZmMatrix& a, const ZmMatrix& b)
 {
-    DispatchWide(avx2::AffineProduct, AffineProduct<SseLanes>, AffineProduct<ScalarLanes>, FloatsOf(res), FloatsOf(a),
-                 FloatsOf(b));
+    zm::DispatchWide(zm::avx2::AffineProduct, zm::AffineProduct<zm::SseLanes>, zm::AffineProduct<zm::ScalarLanes>,
+                     zm::FloatsOf(res), zm::FloatsOf(a), zm::FloatsOf(b));
 }
 
 void Zm3DMultiplyMatrix4(ZmMatrix& res, const ZmMatrix& a, const ZmMatrix& b)
 {
-    DispatchWide(avx2::FullProduct, FullProduct<SseLanes>, FullProduct<ScalarLanes>, FloatsOf(res), FloatsOf(a),
-                 FloatsOf(b));
+    zm::DispatchWide(zm::avx2::FullProduct, zm::FullProduct<zm::SseLanes>, zm::FullProduct<zm::ScalarLanes>,
+                     zm::FloatsOf(res), zm::FloatsOf(a), zm::FloatsOf(b));
 }
 
 void Zm3DTransposeMatrix(ZmMatrix& res, const ZmMatrix& src)
@@ -98,7 +98,7 @@ void Zm3DTransposeMatrix(ZmMatrix& res, const ZmMatrix& src)
 
 void Zm3DMatrixIdentity(ZmMatrix& m)
 {
-    m = kIdentity;
+    m = zm::kIdentity;
 }
 
 float Zm3DMatrixDeterminant(const ZmMatrix& m)
@@ -109,35 +109,35 @@ float Zm3DMatrixDeterminant(const ZmMatrix& m)
 
 void Zm3DInverseMatrix(ZmMatrix& res, const ZmMatrix& src)
 {
-    DispatchAvx2(avx2::AffineInverse, AffineInverse, FloatsOf(res), FloatsOf(src));
+    zm::DispatchAvx2(zm::avx2::AffineInverse, zm::AffineInverse, zm::FloatsOf(res), zm::FloatsOf(src));
 }
 
 void Zm3DMatrixFromRotation(ZmMatrix& res, const ZmVector& axis, float angle)
 {
-    AxisRotation(Normalized(axis), angle).Store(res, {0, 0, 0});
+    zm::AxisRotation(zm::Normalized(axis), angle).Store(res, {0, 0, 0});
 }
 
 void Zm3DMatrixFromRotationAndOrigin(ZmMatrix& res, const ZmVector& axis, const ZmVector& origin, float angle)
 {
-    const AxisRotation rotation(Normalized(axis), angle);
+    const zm::AxisRotation rotation(zm::Normalized(axis), angle);
     rotation.Store(res, origin - rotation.Apply(origin));
 }
 
 ZmVector Rotate(const ZmVector& v, const ZmVector& axis, float angle)
 {
-    return AxisRotation(NormalizedExactly(axis), angle).Apply(v);
+    return zm::AxisRotation(zm::NormalizedExactly(axis), angle).Apply(v);
 }
 
 void Zm3DMatrixFromEulerAngles(ZmMatrix& res, float eax, float eay, float eaz)
 {
-    DispatchAvx2(avx2::FromEulerAngles, FromEulerAnglesSse, FloatsOf(res), eax, eay, eaz);
+    zm::DispatchAvx2(zm::avx2::FromEulerAngles, zm::FromEulerAnglesSse, zm::FloatsOf(res), eax, eay, eaz);
 }
 
 void Zm3DMatrixToEulerAngles(const ZmMatrix& m, float* eax, float* eay, float* eaz)
 {
-    const float kGimbal = 1.9073486e-6f;  // 2^-19
-    const ZmVector r0 = NormalizedExactly(Row(m, 0)), r1 = NormalizedExactly(Row(m, 1)),
-                   r2 = NormalizedExactly(Row(m, 2));
+    constexpr float kGimbal = 1.9073486e-6f;  // 2^-19
+    const ZmVector r0 = zm::NormalizedExactly(zm::Row(m, 0)), r1 = zm::NormalizedExactly(zm::Row(m, 1)),
+                   r2 = zm::NormalizedExactly(zm::Row(m, 2));
     const float cy = sqrtf(r0.x * r0.x + r0.y * r0.y);
     *eay = atan2f(-r0.z, cy);
     if (cy <= kGimbal) {
@@ -154,7 +154,7 @@ void ZmInverseProject(const ZmMatrix& m, const Zm2DVector& p, float z, ZmVector*
     const float depthTerm = m[2][1] * m[1][0] - m[2][0] * m[1][1] + p.y * m[1][0] - p.x * m[1][1];
     const float constant = m[3][1] * m[1][0] - m[3][0] * m[1][1];
     const float x = (depthTerm * z + constant) / (m[0][1] * m[1][0] - m[0][0] * m[1][1]);
-    // m[0][0] is intended, not m[1][1]: callers depend on it (MatrixTest, InverseProjectDividesByTheFirstScale).
+    // m[0][0] is intended, not m[1][1]: callers depend on it (ZmMatrixTest, InverseProjectDividesByTheFirstScale).
     const float y = ((p.y - m[2][1]) * z - x * m[0][1] - m[3][1]) / m[0][0];
     *res = ZmVector(x, y, z);
 }

@@ -8,11 +8,10 @@
 
 #include <math.h>
 
-using namespace zm;
-
+namespace zm {
 namespace {
 
-const float kSmallestAngle = 0x1p-23f;  // below it sin(x) / x is 1
+constexpr float kSmallestAngle = 0x1p-23f;  // below it sin(x) / x is 1
 
 ZmQuaternion Scaled(const ZmQuaternion& q, float s)
 {
@@ -61,38 +60,39 @@ void WriteRows(ZmMatrix& m, const RotationRows& rows)
 }
 
 }  // namespace
+}  // namespace zm
 
 void ZmQuaternion::FromMatrix(const ZmMatrix& m, int matIsUnit, int restoreMat)
 {
-    const RotationRows rows = ReadRows(m);
+    const zm::RotationRows rows = zm::ReadRows(m);
     if (matIsUnit) {
-        *this = QuaternionFromRows(rows);
+        *this = zm::QuaternionFromRows(rows);
         return;
     }
-    const RotationRows unit = OrthonormalRows(rows);
+    const zm::RotationRows unit = zm::OrthonormalRows(rows);
     if (!restoreMat) {
         // Writes to the caller's matrix although it is passed as const: callers rely on finding the orthonormal block
         // there.
-        WriteRows(const_cast<ZmMatrix&>(m), unit);
+        zm::WriteRows(const_cast<ZmMatrix&>(m), unit);
     }
-    *this = QuaternionFromRows(unit);
+    *this = zm::QuaternionFromRows(unit);
 }
 
 void ZmQuaternion::ToMatrix(ZmMatrix& m) const
 {
-    Dispatch(QuaternionToMatrix<SseLanes>, QuaternionToMatrix<ScalarLanes>, *this, FloatsOf(m));
+    zm::Dispatch(zm::QuaternionToMatrix<zm::SseLanes>, zm::QuaternionToMatrix<zm::ScalarLanes>, *this, zm::FloatsOf(m));
 }
 
 void ZmQuaternion::FromRotation(const ZmVector& axis, float angle)
 {
-    const SinCos half(angle * 0.5f);
+    const zm::SinCos half(angle * 0.5f);
     const float s = float(half.sine);
     *this = ZmQuaternion(s * axis.x, s * axis.y, s * axis.z, float(half.cosine));
 }
 
 void ZmQuaternion::ToRotation(ZmVector& axis, float& angle) const
 {
-    // 1 - w is intended, not 1 - w * w: callers depend on it (QuaternionTest, ToRotationDividesByTheRootOfOneMinusW).
+    // 1 - w is intended, not 1 - w * w: callers depend on it (ZmQuaternionTest, ToRotationDividesByTheRootOfOneMinusW).
     const float f = 1.0f / sqrtf(1.0f - w);
     angle = 2.0f * acosf(w);
     axis = ZmVector(x * f, y * f, z * f);
@@ -120,12 +120,12 @@ void ZmQuaternion::Multiply(const ZmQuaternion& q)
 void ZmQuaternion::Normalize()
 {
     const float n = sqrtf(x * x + y * y + z * z + w * w);
-    *this = n == 0 ? ZmQuaternion() : Scaled(*this, 1.0f / n);
+    *this = n == 0 ? ZmQuaternion() : zm::Scaled(*this, 1.0f / n);
 }
 
 ZmQuaternion Zm3DQuaternionFromMatrix(const ZmMatrix& m)
 {
-    return QuaternionFromRows(ReadRows(m));
+    return zm::QuaternionFromRows(zm::ReadRows(m));
 }
 
 ZmQuaternion Zm3DQuaternionConjugate(const ZmQuaternion& q)
@@ -154,8 +154,8 @@ ZmQuaternion Ln(const ZmQuaternion& q)
 ZmQuaternion Exp(const ZmQuaternion& q)
 {
     const float theta = sqrtf(q.x * q.x + q.y * q.y + q.z * q.z);
-    const SinCos turn(theta);
-    const float f = theta <= kSmallestAngle ? 1.0f : float(turn.sine) / theta;
+    const zm::SinCos turn(theta);
+    const float f = theta <= zm::kSmallestAngle ? 1.0f : float(turn.sine) / theta;
     return {f * q.x, f * q.y, f * q.z, float(turn.cosine)};
 }
 
@@ -172,12 +172,12 @@ ZmQuaternion Slerp(float t, const ZmQuaternion& a, const ZmQuaternion& b)
     if (1 - c > 0.01f) {
         // sin((1 - t) w) = sin w cos tw - cos w sin tw; w and sin w are computed from cos w.
         const double cosine = c, root = sqrt(1 - cosine), sine = root * sqrt(1 + cosine);
-        const SinCos part(t * AcosFromRoot(cosine, root));
+        const zm::SinCos part(t * zm::AcosFromRoot(cosine, root));
         const double ratio = part.sine / sine;
         ka = float(part.cosine - cosine * ratio);
         kb = float(ratio);
     }
-    return WeightedSum(ka, a, dot < 0 ? -kb : kb, b);
+    return zm::WeightedSum(ka, a, dot < 0 ? -kb : kb, b);
 }
 
 ZmQuaternion Squad(float t, const ZmQuaternion& q1, const ZmQuaternion& s1, const ZmQuaternion& s2,

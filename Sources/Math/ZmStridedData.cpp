@@ -8,8 +8,7 @@
 
 #include <utility>
 
-using namespace zm;
-
+namespace zm {
 namespace {
 
 // --- Loops over elements of a size known at compile time -------------------------
@@ -48,8 +47,8 @@ void CopyElements(const StridedPair& pair)
 }
 
 // When gathering from memory each element stalls unless its cache line is requested well ahead.
-const size_t kPrefetchAhead = 32;
-const size_t kPrefetchBytes = 2 << 20;  // smaller sources stay in the second-level cache
+constexpr size_t kPrefetchAhead = 32;
+constexpr size_t kPrefetchBytes = 2 << 20;  // smaller sources stay in the second-level cache
 
 template <size_t kSize, class Index>
 void GatherElements(const StridedPair& pair, const Index* indices)
@@ -71,7 +70,7 @@ void GatherElements(const StridedPair& pair, const Index* indices)
 
 // --- Loops over elements of any size --------------------------------------------------
 
-const size_t kFixedSizes = 16;  // 4 to 64 bytes have loops of their own
+constexpr size_t kFixedSizes = 16;  // 4 to 64 bytes have loops of their own
 
 size_t FixedIndex(size_t size)
 {
@@ -132,8 +131,8 @@ void FillPatterns(char* dst, size_t bytes, const char* pattern)
     }
 }
 
-const size_t kFillAlignment = 32;
-const size_t kWorthPattern = 256;  // shorter runs do not pay for building the pattern
+constexpr size_t kFillAlignment = 32;
+constexpr size_t kWorthPattern = 256;  // shorter runs do not pay for building the pattern
 
 // Fills a contiguous array as one run of bytes; the element size must divide the pattern's.
 void FillTight(char* dst, size_t bytes, const char* value, size_t size)
@@ -141,7 +140,7 @@ void FillTight(char* dst, size_t bytes, const char* value, size_t size)
     // Longer than the pattern by the bytes before the first whole register, so that the pattern can start anywhere in
     // an element.
     char words[kPatternBytes + kFillAlignment];
-    for (size_t i = 0, from = 0; i < sizeof words; i += 4) {
+    for (size_t i = 0, from = 0; i < sizeof(words); i += 4) {
         memcpy(words + i, value + from, 4);
         from = from + 4 == size ? 0 : from + 4;
     }
@@ -217,20 +216,21 @@ int IndexedCopy(const ZmStridedData& dst, const ZmStridedData& src, unsigned lon
 }
 
 }  // namespace
+}  // namespace zm
 
 int ZmFillStructure(int count, void* dst, unsigned long dstStride, unsigned long size, const void* value)
 {
-    if (!value || !dst || count < 1 || dstStride == 0 || !IsElementSize(size)) {
+    if (!value || !dst || count < 1 || dstStride == 0 || !zm::IsElementSize(size)) {
         return 0;
     }
-    const StridedPair pair = PairOf(dst, dstStride, value, 0, count);
+    const zm::StridedPair pair = zm::PairOf(dst, dstStride, value, 0, count);
     const size_t bytes = size_t(size) * size_t(count);
-    if (dstStride == size && kPatternBytes % size == 0 && bytes >= kWorthPattern && UseSse()) {
-        FillTight(pair.res, bytes, pair.src, size);
-    } else if (HasFixedSize(size)) {
-        RunFill(pair, size, FixedSizes());
+    if (dstStride == size && zm::kPatternBytes % size == 0 && bytes >= zm::kWorthPattern && zm::UseSse()) {
+        zm::FillTight(pair.res, bytes, pair.src, size);
+    } else if (zm::HasFixedSize(size)) {
+        zm::RunFill(pair, size, zm::FixedSizes());
     } else {
-        CopyAny(pair, size);
+        zm::CopyAny(pair, size);
     }
     return 1;
 }
@@ -243,16 +243,16 @@ int ZmFillStructure(int count, const ZmStridedData& dst, unsigned long size, con
 int ZmCopyStructure(int count, void* dst, unsigned long dstStride, unsigned long size, const void* src,
                     unsigned long srcStride)
 {
-    if (!src || !dst || count < 1 || dstStride == 0 || srcStride == 0 || !IsElementSize(size)) {
+    if (!src || !dst || count < 1 || dstStride == 0 || srcStride == 0 || !zm::IsElementSize(size)) {
         return 0;
     }
-    const StridedPair pair = PairOf(dst, dstStride, src, srcStride, count);
+    const zm::StridedPair pair = zm::PairOf(dst, dstStride, src, srcStride, count);
     if (dstStride == size && srcStride == size) {
         memcpy(dst, src, size_t(size) * size_t(count));
-    } else if (size == 12 && dstStride == 12 && srcStride >= 16 && UseSse()) {
-        CopyToTightTriples(pair);
+    } else if (size == 12 && dstStride == 12 && srcStride >= 16 && zm::UseSse()) {
+        zm::CopyToTightTriples(pair);
     } else {
-        CopyAny(pair, size);
+        zm::CopyAny(pair, size);
     }
     return 1;
 }
@@ -264,11 +264,11 @@ int ZmCopyStructure(int count, const ZmStridedData& dst, unsigned long size, con
 
 int ZmIndexedCopy(const ZmStridedData& dst, const ZmStridedData& src, unsigned long size, const int* indices, int count)
 {
-    return IndexedCopy(dst, src, size, indices, count);
+    return zm::IndexedCopy(dst, src, size, indices, count);
 }
 
 int ZmIndexedCopy(const ZmStridedData& dst, const ZmStridedData& src, unsigned long size, const unsigned short* indices,
                   int count)
 {
-    return IndexedCopy(dst, src, size, indices, count);
+    return zm::IndexedCopy(dst, src, size, indices, count);
 }

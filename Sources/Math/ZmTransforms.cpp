@@ -16,7 +16,7 @@ void TransformOne(ZmVector* res, const ZmMatrix& m, const ZmVector* v)
 template <class L>
 void TransformOne4(ZmVector4* res, const ZmMatrix& m, const ZmVector* v)
 {
-    RowMatrix<L>(FloatsOf(m)).template Apply<kPoint>(v).Store4(res);
+    RowMatrix<L>(FloatsOf(m)).template Apply<POINT>(v).Store4(res);
 }
 
 template <class L>
@@ -50,63 +50,61 @@ void TransformSse(StridedPair pair, const float* m)
 
 void TransformPoints(const StridedPair& pair, const ZmMatrix& m)
 {
-    DispatchWide(avx2::TransformPoints, TransformSse<kPoint>, TransformScalar<kPoint>, pair, FloatsOf(m));
+    DispatchWide(avx2::TransformPoints, TransformSse<POINT>, TransformScalar<POINT>, pair, FloatsOf(m));
 }
 
 void RotateVectors(const StridedPair& pair, const ZmMatrix& m)
 {
-    DispatchWide(avx2::RotateVectors, TransformSse<kRotate>, TransformScalar<kRotate>, pair, FloatsOf(m));
+    DispatchWide(avx2::RotateVectors, TransformSse<ROTATE>, TransformScalar<ROTATE>, pair, FloatsOf(m));
 }
 
 }  // namespace
 }  // namespace zm
 
-using namespace zm;
-
 void Zm3DMultiplyMatrixVector(ZmVector* res, const ZmMatrix& m, const ZmVector* v)
 {
-    Dispatch(TransformOne<SseLanes, kPoint>, TransformOne<ScalarLanes, kPoint>, res, m, v);
+    zm::Dispatch(zm::TransformOne<zm::SseLanes, zm::POINT>, zm::TransformOne<zm::ScalarLanes, zm::POINT>, res, m, v);
 }
 
 void Zm3DMultiplyMatrixVectorMany(ZmVector* res, const ZmMatrix& m, const ZmVector* v, int count, int stride)
 {
-    TransformPoints(PairOf(res, stride, v, stride, count), m);
+    zm::TransformPoints(zm::PairOf(res, stride, v, stride, count), m);
 }
 
 void Zm3DMultiplyMatrixVectorStrided(const ZmStridedData* res, const ZmStridedData* src, const ZmMatrix& m, int count)
 {
-    TransformPoints(PairOf(*res, *src, count), m);
+    zm::TransformPoints(zm::PairOf(*res, *src, count), m);
 }
 
 void Zm3DMultiplyMatrixVector4(ZmVector4* res, const ZmMatrix& m, const ZmVector4* v)
 {
-    Dispatch(TransformFull4<SseLanes>, TransformFull4<ScalarLanes>, res, m, v);
+    zm::Dispatch(zm::TransformFull4<zm::SseLanes>, zm::TransformFull4<zm::ScalarLanes>, res, m, v);
 }
 
 void Zm3DMultiplyMatrixVector4(ZmVector4* res, const ZmMatrix& m, const ZmVector* v)
 {
-    Dispatch(TransformOne4<SseLanes>, TransformOne4<ScalarLanes>, res, m, v);
+    zm::Dispatch(zm::TransformOne4<zm::SseLanes>, zm::TransformOne4<zm::ScalarLanes>, res, m, v);
 }
 
 void Zm3DMultiplyMatrixVector4Strided(const ZmStridedData* res, const ZmStridedData* src, const ZmMatrix& m, int count)
 {
-    DispatchWide(avx2::TransformPoints4, TransformRows<SseLanes, kPoint, 4>, TransformRows<ScalarLanes, kPoint, 4>,
-                 PairOf(*res, *src, count), FloatsOf(m));
+    zm::DispatchWide(zm::avx2::TransformPoints4, zm::TransformRows<zm::SseLanes, zm::POINT, 4>,
+                     zm::TransformRows<zm::ScalarLanes, zm::POINT, 4>, zm::PairOf(*res, *src, count), zm::FloatsOf(m));
 }
 
 void Zm3DRotateVector(ZmVector* res, const ZmMatrix& m, const ZmVector* v)
 {
-    Dispatch(TransformOne<SseLanes, kRotate>, TransformOne<ScalarLanes, kRotate>, res, m, v);
+    zm::Dispatch(zm::TransformOne<zm::SseLanes, zm::ROTATE>, zm::TransformOne<zm::ScalarLanes, zm::ROTATE>, res, m, v);
 }
 
 void Zm3DRotateVectorMany(ZmVector* res, const ZmMatrix& m, const ZmVector* v, int count, int stride)
 {
-    RotateVectors(PairOf(res, stride, v, stride, count), m);
+    zm::RotateVectors(zm::PairOf(res, stride, v, stride, count), m);
 }
 
 void Zm3DRotateVectorStrided(const ZmStridedData* res, const ZmStridedData* src, const ZmMatrix& m, int count)
 {
-    RotateVectors(PairOf(*res, *src, count), m);
+    zm::RotateVectors(zm::PairOf(*res, *src, count), m);
 }
 
 ZmVector Rotate(const ZmMatrix& m, const ZmVector& v)

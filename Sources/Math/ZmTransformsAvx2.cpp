@@ -28,7 +28,7 @@ inline void SplatHalves(Avx2Lanes v, Avx2Lanes& x, Avx2Lanes& y, Avx2Lanes& z)
 
 template <ptrdiff_t stride>
 struct Pairs {
-    static const int kAtOnce = 2;
+    static constexpr int kAtOnce = 2;
 
     static void Load(const char* p, ptrdiff_t anyStride, Avx2Lanes& x, Avx2Lanes& y, Avx2Lanes& z)
     {
@@ -39,7 +39,7 @@ struct Pairs {
 
 template <>
 struct Pairs<12> {
-    static const int kAtOnce = 2;
+    static constexpr int kAtOnce = 2;
 
     static void Load(const char* p, ptrdiff_t, Avx2Lanes& x, Avx2Lanes& y, Avx2Lanes& z)
     {
@@ -52,7 +52,7 @@ struct Pairs<12> {
 
 template <>
 struct Pairs<16> {
-    static const int kAtOnce = 4;
+    static constexpr int kAtOnce = 4;
 
     static void Load(const char* p, ptrdiff_t, Avx2Lanes& x, Avx2Lanes& y, Avx2Lanes& z)
     {
@@ -98,19 +98,19 @@ namespace avx2 {
 
 void TransformPoints(StridedPair pair, const float* m)
 {
-    Transform<kPoint>(pair, m);
+    Transform<POINT>(pair, m);
 }
 
 void RotateVectors(StridedPair pair, const float* m)
 {
-    Transform<kRotate>(pair, m);
+    Transform<ROTATE>(pair, m);
 }
 
 void TransformPoints4(StridedPair pair, const float* m)
 {
     if (pair.resStride == 16 && pair.srcStride >= 12) {
         if (uintptr_t(pair.res) % 32 == 16 && pair.count > 0) {
-            TransformRows<SseLanes, kPoint, 4>({pair.res, 16, pair.src, pair.srcStride, 1}, m);
+            TransformRows<SseLanes, POINT, 4>({pair.res, 16, pair.src, pair.srcStride, 1}, m);
             Advance(pair, 1);
         }
         if (WorthStreaming(pair) && uintptr_t(pair.res) % 32 == 0) {
@@ -120,7 +120,7 @@ void TransformPoints4(StridedPair pair, const float* m)
             pair = TransformTight4<false>(pair, m);
         }
     }
-    TransformRows<SseLanes, kPoint, 4>(pair, m);
+    TransformRows<SseLanes, POINT, 4>(pair, m);
 }
 
 }  // namespace avx2

@@ -11,7 +11,8 @@ float g_SineTable[kSineUnits + kSineQuarter];
 
 void BuildSineTable()
 {
-    const float step = 0.00038349521f;  // 2 pi / 16384 in single precision; the table's values depend on this constant
+    // 2 pi / 16384 in single precision; the table's values depend on this constant.
+    constexpr float step = 0.00038349521f;
     for (int i = 0; i < kSineUnits; ++i) {
         g_SineTable[i] = float(SinCos(i * double(step)).sine);
     }

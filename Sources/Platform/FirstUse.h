@@ -20,7 +20,7 @@ public:
     /// `make` constructs the object in the given memory. It must not call Get() of this object.
     T& Get(void (*make)(void* memory))
     {
-        if (m_State.load(std::memory_order_acquire) != kMade) {
+        if (m_State.load(std::memory_order_acquire) != MADE) {
             Make(make);
         }
         return *std::launder(reinterpret_cast<T*>(m_Memory));
@@ -28,25 +28,25 @@ public:
 
 private:
     enum State {
-        kNew,
-        kBegun,
-        kMade
+        NEW,
+        BEGUN,
+        MADE
     };
 
     __attribute__((cold, noinline)) void Make(void (*make)(void*))
     {
         const StopDelay delay;
-        State expected = kNew;
-        if (m_State.compare_exchange_strong(expected, kBegun, std::memory_order_acquire)) {
+        State expected = NEW;
+        if (m_State.compare_exchange_strong(expected, BEGUN, std::memory_order_acquire)) {
             make(m_Memory);
-            m_State.store(kMade, std::memory_order_release);
+            m_State.store(MADE, std::memory_order_release);
         }
-        while (m_State.load(std::memory_order_acquire) != kMade) {
+        while (m_State.load(std::memory_order_acquire) != MADE) {
             YieldThread();
         }
     }
 
-    std::atomic<State> m_State{kNew};
+    std::atomic<State> m_State{NEW};
     alignas(T) unsigned char m_Memory[sizeof(T)] = {};
 };
 

@@ -6,7 +6,7 @@
 namespace zm {
 namespace {
 
-const uint32_t k3DNow = 1u << 31;  // in EDX of leaf 0x80000001
+constexpr uint32_t k3DNow = 1u << 31;  // in EDX of leaf 0x80000001
 
 const char* DisplayName(ProcessorsType type)
 {
@@ -56,7 +56,7 @@ ProcessorsType TypeOf(const ProcessorIdentity& id, bool has3DNow)
 
 void SetName(ProcessorIdentity& id, const char* name)
 {
-    snprintf(id.name, sizeof id.name, "%s", name);
+    snprintf(id.name, sizeof(id.name), "%s", name);
 }
 
 // Some processors right-align the brand string with leading blanks.
@@ -65,8 +65,8 @@ void SetBrand(ProcessorIdentity& id, const CpuidLeaves& leaves)
     if (!HasBrand(leaves.extended0)) {
         return;
     }
-    char text[sizeof leaves.brand + 1] = {};
-    memcpy(text, leaves.brand, sizeof leaves.brand);
+    char text[sizeof(leaves.brand) + 1] = {};
+    memcpy(text, leaves.brand, sizeof(leaves.brand));
     const char* begin = text + strspn(text, " ");
     size_t length = strlen(begin);
     while (length != 0 && begin[length - 1] == ' ') {
@@ -79,7 +79,7 @@ struct ClockRow {
     int bound, nominal;
 };
 
-const ClockRow kNominalClocks[] = {
+constexpr ClockRow kNominalClocks[] = {
     {68, 66},   {77, 75},   {92, 90},     {102, 100},   {123, 120},   {136, 133},   {153, 150},   {169, 166},
     {183, 180}, {203, 200}, {227, 225},   {236, 233},   {255, 250},   {270, 266},   {280, 275},   {286, 285},
     {303, 300}, {328, 325}, {336, 333},   {351, 350},   {367, 366},   {376, 375},   {405, 400},   {430, 425},
@@ -93,7 +93,7 @@ const ClockRow kNominalClocks[] = {
 bool HasAmdVendor(const CpuidRegisters& vendor)
 {
     const uint32_t words[3] = {vendor.ebx, vendor.edx, vendor.ecx};
-    return memcmp(words, "AuthenticAMD", sizeof words) == 0;
+    return memcmp(words, "AuthenticAMD", sizeof(words)) == 0;
 }
 
 bool HasBrand(const CpuidRegisters& extended0)
@@ -129,7 +129,7 @@ ProcessorIdentity IdentifyProcessor(const CpuidLeaves& leaves)
 
     SetBrand(id, leaves);
     if (amd && NamesByBrand(leaves.extended0)) {
-        memcpy(id.name, leaves.brand, sizeof leaves.brand);
+        memcpy(id.name, leaves.brand, sizeof(leaves.brand));
     } else {
         SetName(id, DisplayName(id.type));
     }
@@ -153,13 +153,13 @@ void DescribeProcessor(char (&text)[64], const char* name, int frequency, int es
 {
     const bool inGhz = frequency >= 1000;
     if (frequency == estimate && !inGhz) {
-        snprintf(text, sizeof text, "%s %d Mhz", name, frequency);
+        snprintf(text, sizeof(text), "%s %d Mhz", name, frequency);
     } else if (frequency == estimate) {
-        snprintf(text, sizeof text, "%s %g Ghz", name, frequency / 1000.0);
+        snprintf(text, sizeof(text), "%s %g Ghz", name, frequency / 1000.0);
     } else if (!inGhz) {
-        snprintf(text, sizeof text, "%s %d Mhz (Estimated:%d Mhz)", name, frequency, estimate);
+        snprintf(text, sizeof(text), "%s %d Mhz (Estimated:%d Mhz)", name, frequency, estimate);
     } else {
-        snprintf(text, sizeof text, "%s %g Ghz (Estimated:%g Ghz)", name, frequency / 1000.0, estimate / 1000.0);
+        snprintf(text, sizeof(text), "%s %g Ghz (Estimated:%g Ghz)", name, frequency / 1000.0, estimate / 1000.0);
     }
 }
 

@@ -2,8 +2,8 @@
 
 namespace {
 
-const unsigned kExceptionMasks = 0x003F;
-const unsigned kPrecisionAndRounding = 0x0F00;  // both fields 0: 24 bits, round to nearest
+constexpr unsigned kExceptionMasks = 0x003F;
+constexpr unsigned kPrecisionAndRounding = 0x0F00;  // both fields 0: 24 bits, round to nearest
 
 }  // namespace
 

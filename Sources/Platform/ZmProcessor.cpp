@@ -131,7 +131,7 @@ void DetectProcessor(uint64_t (*readCycles)())
     g_FeatureWord.store(id.features, std::memory_order_relaxed);
     g_HasAvx2.store(ThisProcessorHasAvx2(), std::memory_order_relaxed);
 
-    memcpy(state.brand, id.brand, sizeof state.brand);
+    memcpy(state.brand, id.brand, sizeof(state.brand));
     DescribeProcessor(state.description, id.name, state.frequency, state.estimate);
     state.detected = 1;
 }

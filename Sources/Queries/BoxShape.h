@@ -17,19 +17,19 @@ inline ZmVector HalfSize(const ZmBbox& box)
 
 /// A box placed by an affine matrix: its centre, its axes, and the half-sizes along them.
 struct PlacedBox {
-    ZmVector center;
+    ZmVector centre;
     ZmVector axis[3];  ///< with the length that the matrix gives them
     ZmVector half;     ///< in units of the axes
 
     explicit PlacedBox(const ZmBbox& box)
-        : center(Center(box)), axis{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}, half(HalfSize(box))
+        : centre(Center(box)), axis{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}, half(HalfSize(box))
     {
     }
     PlacedBox(const ZmBbox& box, const ZmMatrix& matrix)
         : axis{Row(matrix, 0), Row(matrix, 1), Row(matrix, 2)}, half(HalfSize(box))
     {
         const ZmVector local = Center(box);
-        Zm3DMultiplyMatrixVector(&center, matrix, &local);
+        Zm3DMultiplyMatrixVector(&centre, matrix, &local);
     }
 };
 

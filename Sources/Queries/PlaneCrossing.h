@@ -11,8 +11,8 @@ namespace zm {
 
 /// Which planes count: all, or only those whose normal faces the start.
 enum class Facing {
-    Any,
-    Front
+    ANY,
+    FRONT
 };
 
 /// Where a linear object crosses a plane.
@@ -35,8 +35,8 @@ inline PlaneCrossing CrossPlane(const ZmRay& ray, const ZmPlane& plane)
 {
     const float approach = Dot(plane.Normal, ray.Direction);
     const float t = -(Dot(plane.Normal, ray.Origin) + plane.D) / approach;
-    const bool meets = facing == Facing::Front ? !(approach > -kEpsilon) : !(fabsf(approach) < kEpsilon);
-    const bool before = reach != Reach::Line && t < -kEpsilon, beyond = reach == Reach::Segment && t > kOnePlus;
+    const bool meets = facing == Facing::FRONT ? !(approach > -kEpsilon) : !(fabsf(approach) < kEpsilon);
+    const bool before = reach != Reach::LINE && t < -kEpsilon, beyond = reach == Reach::SEGMENT && t > kOnePlus;
     return {meets, bool(meets & !before & !beyond), t, ray.Origin + ray.Direction * t};
 }
 

@@ -10,7 +10,7 @@ namespace zm {
 ZmVector FirstPoint(const PointCloud& cloud)
 {
     ZmVector first;
-    memcpy(&first, cloud.points, sizeof first);
+    memcpy(&first, cloud.points, sizeof(first));
     return first;
 }
 
@@ -40,7 +40,7 @@ struct Moments {
     }
     void Store(float (&res)[3][3], double factor) const
     {
-        const int places[3][3] = {{0, 3, 4}, {3, 1, 5}, {4, 5, 2}};
+        constexpr int places[3][3] = {{0, 3, 4}, {3, 1, 5}, {4, 5, 2}};
         for (int i = 0; i < 9; ++i) {
             res[i / 3][i % 3] = float(of[places[i / 3][i % 3]] * factor);
         }

@@ -160,7 +160,7 @@ private:
     static float Fold(L v, Choose choose)
     {
         float lanes[L::kCount], res = 0;
-        memcpy(lanes, &v, sizeof lanes);
+        memcpy(lanes, &v, sizeof(lanes));
         for (const float lane : lanes) {
             res = choose(lane, res);
         }

@@ -18,7 +18,7 @@ struct SixFloats {
 };
 
 /// A mask of the lanes of a vector.
-const unsigned kThreeLanes = 7;
+constexpr unsigned kThreeLanes = 7;
 
 }  // namespace
 }  // namespace zm

@@ -10,7 +10,7 @@ namespace zm {
 template <class T>
 inline void StoreIf(bool chosen, T& res, const T& value)
 {
-    const int kWords = sizeof(T) / 4;
+    constexpr int kWords = sizeof(T) / 4;
     uint32_t kept[kWords], fresh[kWords];
     memcpy(kept, &res, sizeof(T));
     memcpy(fresh, &value, sizeof(T));

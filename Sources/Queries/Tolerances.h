@@ -3,16 +3,16 @@
 namespace zm {
 
 /// Values below this count as zero: 2^-23.
-const float kEpsilon = 0x1p-23f;
+constexpr float kEpsilon = 0x1p-23f;
 
 /// Upper limit of the parameter of a segment.
-const float kOnePlus = 1 + 0x1p-23f;
+constexpr float kOnePlus = 1 + 0x1p-23f;
 
 /// What a ZmRay represents.
 enum class Reach {
-    Line,
-    Ray,
-    Segment
+    LINE,
+    RAY,
+    SEGMENT
 };
 
 }  // namespace zm

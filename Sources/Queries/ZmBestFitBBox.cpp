@@ -5,12 +5,11 @@
 
 #include <math.h>
 
-using namespace zm;
-
+namespace zm {
 namespace {
 
 /// Larger boxes are taken as the result of a failed decomposition.
-const float kLargest = 1e6f;
+constexpr float kLargest = 1e6f;
 
 /// Also false for NaN.
 bool IsStable(const ZmMatrix& m)
@@ -24,6 +23,7 @@ bool IsStable(const ZmMatrix& m)
 }
 
 }  // namespace
+}  // namespace zm
 
 int ZmComputeBestFitBBox(const unsigned char* points, unsigned long stride, int count, ZmMatrix& result,
                          float additionalBorder)
@@ -32,21 +32,21 @@ int ZmComputeBestFitBBox(const unsigned char* points, unsigned long stride, int 
         result = ZmMatrix::Identity();
         return 0;
     }
-    const PointCloud cloud = {points, stride, count};
+    const zm::PointCloud cloud = {points, stride, count};
     ZmEigenMatrix eigen;
-    ScaledCovarianceOf(cloud, eigen.Matrix);  // scaling does not change the axes
+    zm::ScaledCovarianceOf(cloud, eigen.Matrix);  // scaling does not change the axes
     eigen.EigenStuff3();
     ZmVector axes[3];
     for (int i = 0; i < 3; ++i) {
         axes[i] = {eigen.Matrix[0][i], eigen.Matrix[1][i], eigen.Matrix[2][i]};
     }
 
-    const CloudExtents extents = ExtentsOf(cloud, axes);
-    ZmVector center = FirstPoint(cloud);
+    const zm::CloudExtents extents = zm::ExtentsOf(cloud, axes);
+    ZmVector centre = zm::FirstPoint(cloud);
     for (int i = 0; i < 3; ++i) {
-        center += axes[i] * ((extents.min[i] + extents.max[i]) * 0.5f);
+        centre += axes[i] * ((extents.min[i] + extents.max[i]) * 0.5f);
         axes[i] *= (extents.max[i] - extents.min[i]) * 0.5f + additionalBorder;
     }
-    result = ZmMatrix(axes[0], axes[1], axes[2], center);
-    return IsStable(result);
+    result = ZmMatrix(axes[0], axes[1], axes[2], centre);
+    return zm::IsStable(result);
 }

@@ -4,8 +4,7 @@
 #include "Queries/SixFloats.h"
 #include "Queries/Tolerances.h"
 
-using namespace zm;
-
+namespace zm {
 namespace {
 
 // Everything in double, where differences and products of floats are exact, and branch-free: on which bound a closest
@@ -35,10 +34,10 @@ struct VectorPair {
 template <Reach reach>
 inline Pair Clamp(Pair t)
 {
-    if (reach != Reach::Line) {
+    if (reach != Reach::LINE) {
         t = Pair::Max(t, Pair::Splat(0));
     }
-    return reach == Reach::Segment ? Pair::Min(t, Pair::Splat(1)) : t;
+    return reach == Reach::SEGMENT ? Pair::Min(t, Pair::Splat(1)) : t;
 }
 
 inline void Store(float* res, Pair value)
@@ -50,20 +49,20 @@ inline void Store(float* res, Pair value)
 
 /// The squared sine of the angle up to which two rays count as parallel. Rounding the directions to floats causes
 /// angles of this size, which would put the closest points very far away.
-const double kParallelSquare = 0x1p-44;
+constexpr double kParallelSquare = 0x1p-44;
 
 /// The largest double below kEpsilon; from kEpsilon on nothing is parallel to a line.
-const double kBelowEpsilon = kEpsilon * (1 - 0x1p-53);
+constexpr double kBelowEpsilon = kEpsilon * (1 - 0x1p-53);
 
 /// The largest squared cross product of the directions at which two objects count as parallel. Beside a line it is a
 /// constant, whatever the lengths of the directions (ZmDistanceTest, ParametersOfParallelAndPointlikePairs).
 template <Reach reach0, Reach reach1>
 inline Pair ParallelLimit(Pair squares)
 {
-    if (reach0 == Reach::Line) {
+    if (reach0 == Reach::LINE) {
         return Pair::Splat(kBelowEpsilon);
     }
-    if (reach1 == Reach::Segment) {
+    if (reach1 == Reach::SEGMENT) {
         return Pair::Splat(0);
     }
     return squares * squares.Swapped() * Pair::Splat(kParallelSquare);
@@ -115,48 +114,49 @@ inline float SquareDistance(const ZmVector& point, const ZmRay& object, float* r
 }
 
 }  // namespace
+}  // namespace zm
 
 float ZmDistance::LineLineSquareDistance(const ZmRay& line0, const ZmRay& line1, float* t0, float* t1)
 {
-    return SquareDistance<Reach::Line, Reach::Line>(line0, line1, t0, t1);
+    return zm::SquareDistance<zm::Reach::LINE, zm::Reach::LINE>(line0, line1, t0, t1);
 }
 
 float ZmDistance::LineRaySquareDistance(const ZmRay& line, const ZmRay& ray, float* t0, float* t1)
 {
-    return SquareDistance<Reach::Line, Reach::Ray>(line, ray, t0, t1);
+    return zm::SquareDistance<zm::Reach::LINE, zm::Reach::RAY>(line, ray, t0, t1);
 }
 
 float ZmDistance::LineSegmentSquareDistance(const ZmRay& line, const ZmRay& segment, float* t0, float* t1)
 {
-    return SquareDistance<Reach::Line, Reach::Segment>(line, segment, t0, t1);
+    return zm::SquareDistance<zm::Reach::LINE, zm::Reach::SEGMENT>(line, segment, t0, t1);
 }
 
 float ZmDistance::RayRaySquareDistance(const ZmRay& ray0, const ZmRay& ray1, float* t0, float* t1)
 {
-    return SquareDistance<Reach::Ray, Reach::Ray>(ray0, ray1, t0, t1);
+    return zm::SquareDistance<zm::Reach::RAY, zm::Reach::RAY>(ray0, ray1, t0, t1);
 }
 
 float ZmDistance::RaySegmentSquareDistance(const ZmRay& ray, const ZmRay& segment, float* t0, float* t1)
 {
-    return SquareDistance<Reach::Ray, Reach::Segment>(ray, segment, t0, t1);
+    return zm::SquareDistance<zm::Reach::RAY, zm::Reach::SEGMENT>(ray, segment, t0, t1);
 }
 
 float ZmDistance::SegmentSegmentSquareDistance(const ZmRay& segment0, const ZmRay& segment1, float* t0, float* t1)
 {
-    return SquareDistance<Reach::Segment, Reach::Segment>(segment0, segment1, t0, t1);
+    return zm::SquareDistance<zm::Reach::SEGMENT, zm::Reach::SEGMENT>(segment0, segment1, t0, t1);
 }
 
 float ZmDistance::PointLineSquareDistance(const ZmVector& point, const ZmRay& line, float* t)
 {
-    return SquareDistance<Reach::Line>(point, line, t);
+    return zm::SquareDistance<zm::Reach::LINE>(point, line, t);
 }
 
 float ZmDistance::PointRaySquareDistance(const ZmVector& point, const ZmRay& ray, float* t)
 {
-    return SquareDistance<Reach::Ray>(point, ray, t);
+    return zm::SquareDistance<zm::Reach::RAY>(point, ray, t);
 }
 
 float ZmDistance::PointSegmentSquareDistance(const ZmVector& point, const ZmRay& segment, float* t)
 {
-    return SquareDistance<Reach::Segment>(point, segment, t);
+    return zm::SquareDistance<zm::Reach::SEGMENT>(point, segment, t);
 }

@@ -7,7 +7,7 @@
 
 namespace {
 
-const int kMostIterations = 32;
+constexpr int kMostIterations = 32;
 
 /// The first row, counted from `from`, after which the sub-diagonal is negligible; the last row if there is none.
 int EndOfBlock(const float* diagonal, const float* subDiagonal, int from)
@@ -100,7 +100,7 @@ void ZmEigenMatrix::Tridiagonal(float* diagonal, float* subDiagonal)
     subDiagonal[1] = done ? e : e - y * q;
     subDiagonal[2] = 0;
     const float transform[3][3] = {{1, 0, 0}, {0, y, z}, {0, z, done ? 1 : -y}};
-    memcpy(Matrix, transform, sizeof Matrix);
+    memcpy(Matrix, transform, sizeof(Matrix));
 }
 
 bool ZmEigenMatrix::QLAlgorithm(float* diagonal, float* subDiagonal)

@@ -4,10 +4,9 @@
 #include "Queries/SixFloats.h"
 #include "ZmIntersect.h"
 
-using namespace zm;
-
 // Boxes against boxes and triangles.
 
+namespace zm {
 namespace {
 
 template <class L>
@@ -136,26 +135,27 @@ unsigned OutsideOf(const ZmBbox& box, const ZmVector& p)
 }
 
 }  // namespace
+}  // namespace zm
 
 int ZmIntersect::AABBAABB(const ZmBbox& box1, const ZmBbox& box2)
 {
-    return Dispatch(Overlap<SseLanes>, Overlap<ScalarLanes>, box1, box2);
+    return zm::Dispatch(zm::Overlap<zm::SseLanes>, zm::Overlap<zm::ScalarLanes>, box1, box2);
 }
 
 int ZmIntersect::AABBOBB(const ZmBbox& box, const ZmOBB& obb)
 {
-    return Dispatch(OverlapWithOriented<SseLanes>, OverlapWithOriented<ScalarLanes>, box, obb);
+    return zm::Dispatch(zm::OverlapWithOriented<zm::SseLanes>, zm::OverlapWithOriented<zm::ScalarLanes>, box, obb);
 }
 
 int ZmIntersect::OBBOBB(const ZmOBB& obb1, const ZmOBB& obb2)
 {
-    return Dispatch(OverlapOriented<SseLanes>, OverlapOriented<ScalarLanes>, obb1, obb2);
+    return zm::Dispatch(zm::OverlapOriented<zm::SseLanes>, zm::OverlapOriented<zm::ScalarLanes>, obb1, obb2);
 }
 
 int ZmIntersect::AABBFace(const ZmBbox& box, const ZmVector& pt0, const ZmVector& pt1, const ZmVector& pt2,
                           const ZmVector& normal)
 {
-    const unsigned sides0 = OutsideOf(box, pt0), sides1 = OutsideOf(box, pt1), sides2 = OutsideOf(box, pt2);
+    const unsigned sides0 = zm::OutsideOf(box, pt0), sides1 = zm::OutsideOf(box, pt1), sides2 = zm::OutsideOf(box, pt2);
     if (sides0 == 0 || sides1 == 0 || sides2 == 0) {
         return 1;
     }
@@ -166,7 +166,7 @@ int ZmIntersect::AABBFace(const ZmBbox& box, const ZmVector& pt0, const ZmVector
         return 1;
     }
     // No edge crosses the box, so only a diagonal of the box can cross the face.
-    const Diagonal along(box, normal);
+    const zm::Diagonal along(box, normal);
     ZmVector point;
     float dist;
     return SegmentFace({along.first, along.last - along.first}, pt0, pt1, pt2, normal, point, dist) != 0;

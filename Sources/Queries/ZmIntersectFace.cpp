@@ -1,17 +1,16 @@
 #include "Queries/FaceCrossing.h"
 #include "ZmIntersect.h"
 
-using namespace zm;
-
+namespace zm {
 namespace {
 
 /// The overloads that do not return the axes.
 template <Reach reach>
-int CrossFace(const ZmRay& ray, const ZmVector& pt0, const ZmVector& pt1, const ZmVector& pt2, const ZmVector& normal,
-              ZmVector& point, float& dist)
+int CrossEitherFace(const ZmRay& ray, const ZmVector& pt0, const ZmVector& pt1, const ZmVector& pt2,
+                    const ZmVector& normal, ZmVector& point, float& dist)
 {
     int i1 = 0, i2 = 0;
-    return zm::CrossFace<reach, Facing::Any>(ray, pt0, pt1, pt2, normal, point, dist, i1, i2);
+    return CrossFace<reach, Facing::ANY>(ray, pt0, pt1, pt2, normal, point, dist, i1, i2);
 }
 
 /// Component 0, 1 or, for every other number, 2.
@@ -21,62 +20,63 @@ float Component(const ZmVector& v, int axis)
 }
 
 }  // namespace
+}  // namespace zm
 
 int ZmIntersect::PointInFace(const ZmVector& point, const ZmVector& pt0, const ZmVector& pt1, const ZmVector& pt2,
                              const ZmVector& normal, int& i1, int& i2)
 {
-    const KeptAxes kept(normal);
+    const zm::KeptAxes kept(normal);
     i1 = kept.i1;
     i2 = kept.i2;
-    return PointInTriangle(point, pt0, pt1, pt2, kept);
+    return zm::PointInTriangle(point, pt0, pt1, pt2, kept);
 }
 
 int ZmIntersect::RayFace(const ZmRay& ray, const ZmVector& pt0, const ZmVector& pt1, const ZmVector& pt2,
                          const ZmVector& normal, ZmVector& point, float& dist)
 {
-    return CrossFace<Reach::Ray>(ray, pt0, pt1, pt2, normal, point, dist);
+    return zm::CrossEitherFace<zm::Reach::RAY>(ray, pt0, pt1, pt2, normal, point, dist);
 }
 
 int ZmIntersect::RayFace(const ZmRay& ray, const ZmVector& pt0, const ZmVector& pt1, const ZmVector& pt2,
                          const ZmVector& normal, ZmVector& point, float& dist, int& i1, int& i2)
 {
-    return zm::CrossFace<Reach::Ray, Facing::Any>(ray, pt0, pt1, pt2, normal, point, dist, i1, i2);
+    return zm::CrossFace<zm::Reach::RAY, zm::Facing::ANY>(ray, pt0, pt1, pt2, normal, point, dist, i1, i2);
 }
 
 int ZmIntersect::RayFaceCulled(const ZmRay& ray, const ZmVector& pt0, const ZmVector& pt1, const ZmVector& pt2,
                                const ZmVector& normal, ZmVector& point, float& dist, int& i1, int& i2)
 {
-    return zm::CrossFace<Reach::Ray, Facing::Front>(ray, pt0, pt1, pt2, normal, point, dist, i1, i2);
+    return zm::CrossFace<zm::Reach::RAY, zm::Facing::FRONT>(ray, pt0, pt1, pt2, normal, point, dist, i1, i2);
 }
 
 int ZmIntersect::SegmentFace(const ZmRay& segment, const ZmVector& pt0, const ZmVector& pt1, const ZmVector& pt2,
                              const ZmVector& normal, ZmVector& point, float& dist)
 {
-    return CrossFace<Reach::Segment>(segment, pt0, pt1, pt2, normal, point, dist);
+    return zm::CrossEitherFace<zm::Reach::SEGMENT>(segment, pt0, pt1, pt2, normal, point, dist);
 }
 
 int ZmIntersect::SegmentFace(const ZmRay& segment, const ZmVector& pt0, const ZmVector& pt1, const ZmVector& pt2,
                              const ZmVector& normal, ZmVector& point, float& dist, int& i1, int& i2)
 {
-    return zm::CrossFace<Reach::Segment, Facing::Any>(segment, pt0, pt1, pt2, normal, point, dist, i1, i2);
+    return zm::CrossFace<zm::Reach::SEGMENT, zm::Facing::ANY>(segment, pt0, pt1, pt2, normal, point, dist, i1, i2);
 }
 
 int ZmIntersect::SegmentFaceCulled(const ZmRay& segment, const ZmVector& pt0, const ZmVector& pt1, const ZmVector& pt2,
                                    const ZmVector& normal, ZmVector& point, float& dist, int& i1, int& i2)
 {
-    return zm::CrossFace<Reach::Segment, Facing::Front>(segment, pt0, pt1, pt2, normal, point, dist, i1, i2);
+    return zm::CrossFace<zm::Reach::SEGMENT, zm::Facing::FRONT>(segment, pt0, pt1, pt2, normal, point, dist, i1, i2);
 }
 
 int ZmIntersect::LineFace(const ZmRay& line, const ZmVector& pt0, const ZmVector& pt1, const ZmVector& pt2,
                           const ZmVector& normal, ZmVector& point, float& dist)
 {
-    return CrossFace<Reach::Line>(line, pt0, pt1, pt2, normal, point, dist);
+    return zm::CrossEitherFace<zm::Reach::LINE>(line, pt0, pt1, pt2, normal, point, dist);
 }
 
 int ZmIntersect::LineFace(const ZmRay& line, const ZmVector& pt0, const ZmVector& pt1, const ZmVector& pt2,
                           const ZmVector& normal, ZmVector& point, float& dist, int& i1, int& i2)
 {
-    return zm::CrossFace<Reach::Line, Facing::Any>(line, pt0, pt1, pt2, normal, point, dist, i1, i2);
+    return zm::CrossFace<zm::Reach::LINE, zm::Facing::ANY>(line, pt0, pt1, pt2, normal, point, dist, i1, i2);
 }
 
 void ZmIntersect::GetPointCoefficients(const ZmVector& point, const ZmVector& pt0, const ZmVector& pt1,
@@ -85,8 +85,8 @@ void ZmIntersect::GetPointCoefficients(const ZmVector& point, const ZmVector& pt
 {
     // u0 = c1 * u1 + c2 * u2, v0 = c1 * v1 + c2 * v2.
     const ZmVector offset = point - pt0, edge1 = pt1 - pt0, edge2 = pt2 - pt0;
-    const float u0 = Component(offset, i1), u1 = Component(edge1, i1), u2 = Component(edge2, i1);
-    const float v0 = Component(offset, i2), v1 = Component(edge1, i2), v2 = Component(edge2, i2);
+    const float u0 = zm::Component(offset, i1), u1 = zm::Component(edge1, i1), u2 = zm::Component(edge2, i1);
+    const float v0 = zm::Component(offset, i2), v1 = zm::Component(edge1, i2), v2 = zm::Component(edge2, i2);
     float weight1, weight2;
     if (u1 == 0) {
         weight2 = u0 / u2;

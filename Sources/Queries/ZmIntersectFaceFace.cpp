@@ -1,10 +1,9 @@
 #include "Queries/FaceCrossing.h"
 #include "ZmIntersect.h"
 
-using namespace zm;
-
 // Two triangles: T. Moeller, "A fast triangle-triangle intersection test", Journal of Graphics Tools 2(2), 1997.
 
+namespace zm {
 namespace {
 
 struct Triangle {
@@ -128,26 +127,27 @@ int LargestComponent(const ZmVector& v)
 }
 
 }  // namespace
+}  // namespace zm
 
 int ZmIntersect::FaceFace(const ZmVector& a0, const ZmVector& a1, const ZmVector& a2, const ZmVector& aNormal,
                           const ZmVector& b0, const ZmVector& b1, const ZmVector& b2, const ZmVector& bNormal)
 {
-    const Triangle a = {{&a0, &a1, &a2}}, b = {{&b0, &b1, &b2}};
-    const Distances distancesB(b, aNormal, a0);
+    const zm::Triangle a = {{&a0, &a1, &a2}}, b = {{&b0, &b1, &b2}};
+    const zm::Distances distancesB(b, aNormal, a0);
     if (distancesB.OnOneSide()) {
         return 0;
     }
-    const Distances distancesA(a, bNormal, b0);
+    const zm::Distances distancesA(a, bNormal, b0);
     if (distancesA.OnOneSide()) {
         return 0;
     }
     // If the direction is 0, the planes coincide up to rounding, though the distances may not be 0.
     const ZmVector direction = Cross(aNormal, bNormal);
     if (distancesA.AllZero() || distancesB.AllZero() || direction == ZmVector(0, 0, 0)) {
-        const KeptAxes kept(aNormal);
-        return MeetInPlane(FlatTriangle(a, kept), FlatTriangle(b, kept));
+        const zm::KeptAxes kept(aNormal);
+        return zm::MeetInPlane(zm::FlatTriangle(a, kept), zm::FlatTriangle(b, kept));
     }
-    const int axis = LargestComponent(direction);
-    const Interval coveredA = Covered(a, distancesA, axis), coveredB = Covered(b, distancesB, axis);
+    const int axis = zm::LargestComponent(direction);
+    const zm::Interval coveredA = zm::Covered(a, distancesA, axis), coveredB = zm::Covered(b, distancesB, axis);
     return coveredA.low <= coveredB.high && coveredB.low <= coveredA.high;
 }

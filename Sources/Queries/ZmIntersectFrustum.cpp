@@ -3,8 +3,7 @@
 #include "Queries/BoxShape.h"
 #include "ZmIntersect.h"
 
-using namespace zm;
-
+namespace zm {
 namespace {
 
 /// Four vectors, component by component.
@@ -53,12 +52,12 @@ struct SplatBox {
 
     SplatBox(const ZmBbox& box, const ZmMatrix& matrix)
     {
-        const ZmVector center = Center(box), half = HalfSize(box);
+        const ZmVector centre = Center(box), half = HalfSize(box);
         const RowMatrix<L> rows(FloatsOf(matrix));
         Splat(0, rows.row0 * L::Splat(half.x));
         Splat(1, rows.row1 * L::Splat(half.y));
         Splat(2, rows.row2 * L::Splat(half.z));
-        Splat(3, rows.template Apply<kPoint>(&center));
+        Splat(3, rows.template Apply<POINT>(&centre));
     }
 
 private:
@@ -107,7 +106,7 @@ class FrustumAxes {
 public:
     FrustumAxes(const ZmFrustum& frustum, const PlacedBox& box)
         : m_Right(frustum.Right * frustum.HalfWidth), m_Up(frustum.Up * frustum.HalfHeight), m_Ahead(frustum.Direction),
-          m_Offset(box.center - frustum.Origin), m_Axis{FourVectors<L>(box.axis[0]), FourVectors<L>(box.axis[1]),
+          m_Offset(box.centre - frustum.Origin), m_Axis{FourVectors<L>(box.axis[0]), FourVectors<L>(box.axis[1]),
                                                         FourVectors<L>(box.axis[2])},
           m_Half{L::Splat(box.half.x), L::Splat(box.half.y), L::Splat(box.half.z)},
           m_Near(L::Splat(frustum.NearDistance)), m_Far(L::Splat(frustum.FarDistance)),
@@ -169,6 +168,7 @@ int Overlaps(const ZmFrustum& frustum, const PlacedBox& box)
 }
 
 }  // namespace
+}  // namespace zm
 
 int ZmIntersect::FrustumFace(const ZmFrustum& frustum, const ZmVector& pt0, const ZmVector& pt1, const ZmVector& pt2)
 {
@@ -183,15 +183,15 @@ int ZmIntersect::FrustumFace(const ZmFrustum& frustum, const ZmVector& pt0, cons
 
 int ZmIntersect::FrustumBox(const ZmFrustum& frustum, const ZmBbox& box, const ZmMatrix& matrix)
 {
-    return Dispatch(PassesPlanes<SseLanes>, PassesPlanes<ScalarLanes>, frustum, box, matrix);
+    return zm::Dispatch(zm::PassesPlanes<zm::SseLanes>, zm::PassesPlanes<zm::ScalarLanes>, frustum, box, matrix);
 }
 
 int ZmIntersect::FrustumAABB(const ZmFrustum& frustum, const ZmBbox& box)
 {
-    return Overlaps(frustum, PlacedBox(box));
+    return zm::Overlaps(frustum, zm::PlacedBox(box));
 }
 
 int ZmIntersect::FrustumOBB(const ZmFrustum& frustum, const ZmBbox& box, const ZmMatrix& matrix)
 {
-    return Overlaps(frustum, PlacedBox(box, matrix));
+    return zm::Overlaps(frustum, zm::PlacedBox(box, matrix));
 }

@@ -3,11 +3,10 @@
 #include "Queries/Tolerances.h"
 #include "ZmIntersect.h"
 
-using namespace zm;
-
 // Rays, segments and lines against axis-aligned boxes: the slab test, which finds the points, and separating axes,
 // which only decide.
 
+namespace zm {
 namespace {
 
 /// One end of the part of a line that lies within all slabs so far.
@@ -34,7 +33,7 @@ struct SlabInterval {
 template <Reach reach>
 float Rank(float t)
 {
-    return reach == Reach::Line ? fabsf(t) : t;
+    return reach == Reach::LINE ? fabsf(t) : t;
 }
 
 /// Narrows the interval to the slab of one axis, between t1 and t2. The first slab of a line sets both ends, since no
@@ -42,7 +41,7 @@ float Rank(float t)
 template <Reach reach>
 void Narrow(SlabInterval& interval, float t1, float t2, int axis, float direction, bool first)
 {
-    const bool swapped = Rank<reach>(t1) > Rank<reach>(t2), set = reach == Reach::Line && first;
+    const bool swapped = Rank<reach>(t1) > Rank<reach>(t2), set = reach == Reach::LINE && first;
     const float nearer = swapped ? t2 : t1, farther = swapped ? t1 : t2;
     // Opposes the direction of travel at both ends: callers expect this normal at the exit, too.
     const float sign = direction < 0 ? 1.0f : -1.0f;
@@ -80,11 +79,11 @@ template <Reach reach>
 bool Misses(const SlabInterval& interval)
 {
     const float in = interval.in.t, out = interval.out.t;
-    if (Rank<reach>(in) > Rank<reach>(out) || (reach != Reach::Line && out < kEpsilon)) {
+    if (Rank<reach>(in) > Rank<reach>(out) || (reach != Reach::LINE && out < kEpsilon)) {
         return true;
     }
     // A segment that lies wholly inside crosses no face.
-    return reach == Reach::Segment && (in > kOnePlus || (in < kEpsilon && out > kOnePlus));
+    return reach == Reach::SEGMENT && (in > kOnePlus || (in < kEpsilon && out > kOnePlus));
 }
 
 template <Reach reach>
@@ -106,7 +105,7 @@ int CrossBox(const ZmRay& ray, const ZmBbox& box, ZmVector& inPoint, ZmVector* o
     if (outNormal) {
         *outNormal = interval.out.Normal();
     }
-    return reach != Reach::Line && interval.in.t <= kEpsilon ? -1 : 1;
+    return reach != Reach::LINE && interval.in.t <= kEpsilon ? -1 : 1;
 }
 
 /// Separating axes: those of the box and their cross products with the direction.
@@ -116,7 +115,7 @@ int OverlapsBox(const ZmRay& ray, const ZmBbox& box)
     const SixFloats<L> corners(&box), line(&ray);
     const L half = L::Splat(0.5f), size = (corners.first - corners.second) * half;
     L direction = line.second, origin = line.first;
-    if (reach == Reach::Segment) {
+    if (reach == Reach::SEGMENT) {
         direction = direction * half;
         origin = origin + direction;
     }
@@ -129,45 +128,49 @@ int OverlapsBox(const ZmRay& ray, const ZmBbox& box)
     const L radius = reachAway.template Pick<1, 2, 0>() * size.template Pick<2, 0, 1>() +
                      reachAway.template Pick<2, 0, 1>() * size.template Pick<1, 2, 0>();
     unsigned apart = L::LessMask(radius, product.Abs());
-    if (reach == Reach::Ray) {
+    if (reach == Reach::RAY) {
         apart |= L::LessMask(size, offsetAway) & L::LessEqualMask(L::Splat(0), offset * direction);
-    } else if (reach == Reach::Segment) {
+    } else if (reach == Reach::SEGMENT) {
         apart |= L::LessMask(size + reachAway, offsetAway);
     }
     return (apart & kThreeLanes) == 0;
 }
 
 }  // namespace
+}  // namespace zm
 
 int ZmIntersect::RayBox(const ZmRay& ray, const ZmBbox& box, ZmVector& inPoint, ZmVector* outPoint, ZmVector* inNormal,
                         ZmVector* outNormal)
 {
-    return CrossBox<Reach::Ray>(ray, box, inPoint, outPoint, inNormal, outNormal);
+    return zm::CrossBox<zm::Reach::RAY>(ray, box, inPoint, outPoint, inNormal, outNormal);
 }
 
 int ZmIntersect::SegmentBox(const ZmRay& segment, const ZmBbox& box, ZmVector& inPoint, ZmVector* outPoint,
                             ZmVector* inNormal, ZmVector* outNormal)
 {
-    return CrossBox<Reach::Segment>(segment, box, inPoint, outPoint, inNormal, outNormal);
+    return zm::CrossBox<zm::Reach::SEGMENT>(segment, box, inPoint, outPoint, inNormal, outNormal);
 }
 
 int ZmIntersect::LineBox(const ZmRay& line, const ZmBbox& box, ZmVector& inPoint, ZmVector* outPoint,
                          ZmVector* inNormal, ZmVector* outNormal)
 {
-    return CrossBox<Reach::Line>(line, box, inPoint, outPoint, inNormal, outNormal);
+    return zm::CrossBox<zm::Reach::LINE>(line, box, inPoint, outPoint, inNormal, outNormal);
 }
 
 int ZmIntersect::RayBox(const ZmRay& ray, const ZmBbox& box)
 {
-    return Dispatch(OverlapsBox<SseLanes, Reach::Ray>, OverlapsBox<ScalarLanes, Reach::Ray>, ray, box);
+    return zm::Dispatch(zm::OverlapsBox<zm::SseLanes, zm::Reach::RAY>, zm::OverlapsBox<zm::ScalarLanes, zm::Reach::RAY>,
+                        ray, box);
 }
 
 int ZmIntersect::SegmentBox(const ZmRay& segment, const ZmBbox& box)
 {
-    return Dispatch(OverlapsBox<SseLanes, Reach::Segment>, OverlapsBox<ScalarLanes, Reach::Segment>, segment, box);
+    return zm::Dispatch(zm::OverlapsBox<zm::SseLanes, zm::Reach::SEGMENT>,
+                        zm::OverlapsBox<zm::ScalarLanes, zm::Reach::SEGMENT>, segment, box);
 }
 
 int ZmIntersect::LineBox(const ZmRay& line, const ZmBbox& box)
 {
-    return Dispatch(OverlapsBox<SseLanes, Reach::Line>, OverlapsBox<ScalarLanes, Reach::Line>, line, box);
+    return zm::Dispatch(zm::OverlapsBox<zm::SseLanes, zm::Reach::LINE>,
+                        zm::OverlapsBox<zm::ScalarLanes, zm::Reach::LINE>, line, box);
 }

@@ -2,8 +2,7 @@
 #include "Queries/PlaneCrossing.h"
 #include "ZmIntersect.h"
 
-using namespace zm;
-
+namespace zm {
 namespace {
 
 template <Reach reach, Facing facing>
@@ -20,46 +19,47 @@ float SignedDistance(const ZmPlane& plane, const ZmVector& p)
 }
 
 }  // namespace
+}  // namespace zm
 
 int ZmIntersect::RayPlane(const ZmRay& ray, const ZmPlane& plane, ZmVector& point, float& dist)
 {
-    return MeetsPlane<Reach::Ray, Facing::Any>(ray, plane, point, dist);
+    return zm::MeetsPlane<zm::Reach::RAY, zm::Facing::ANY>(ray, plane, point, dist);
 }
 
 int ZmIntersect::RayPlaneCulled(const ZmRay& ray, const ZmPlane& plane, ZmVector& point, float& dist)
 {
-    return MeetsPlane<Reach::Ray, Facing::Front>(ray, plane, point, dist);
+    return zm::MeetsPlane<zm::Reach::RAY, zm::Facing::FRONT>(ray, plane, point, dist);
 }
 
 int ZmIntersect::SegmentPlane(const ZmRay& segment, const ZmPlane& plane, ZmVector& point, float& dist)
 {
-    return MeetsPlane<Reach::Segment, Facing::Any>(segment, plane, point, dist);
+    return zm::MeetsPlane<zm::Reach::SEGMENT, zm::Facing::ANY>(segment, plane, point, dist);
 }
 
 int ZmIntersect::SegmentPlaneCulled(const ZmRay& segment, const ZmPlane& plane, ZmVector& point, float& dist)
 {
-    return MeetsPlane<Reach::Segment, Facing::Front>(segment, plane, point, dist);
+    return zm::MeetsPlane<zm::Reach::SEGMENT, zm::Facing::FRONT>(segment, plane, point, dist);
 }
 
 int ZmIntersect::LinePlane(const ZmRay& line, const ZmPlane& plane, ZmVector& point, float& dist)
 {
-    return MeetsPlane<Reach::Line, Facing::Any>(line, plane, point, dist);
+    return zm::MeetsPlane<zm::Reach::LINE, zm::Facing::ANY>(line, plane, point, dist);
 }
 
 int ZmIntersect::BoxPlane(const ZmBbox& box, const ZmPlane& plane)
 {
-    const Diagonal along(box, plane.Normal);
-    return !(SignedDistance(plane, along.first) > 0) && !(SignedDistance(plane, along.last) < 0);
+    const zm::Diagonal along(box, plane.Normal);
+    return !(zm::SignedDistance(plane, along.first) > 0) && !(zm::SignedDistance(plane, along.last) < 0);
 }
 
 int ZmIntersect::BoxPlane(const ZmBbox& box, const ZmMatrix& matrix, const ZmPlane& plane)
 {
-    const PlacedBox placed(box, matrix);
+    const zm::PlacedBox placed(box, matrix);
     float radius = 0;
     for (int i = 0; i < 3; ++i) {
         radius += fabsf(Dot(plane.Normal, placed.axis[i] * placed.half[i]));
     }
-    return fabsf(SignedDistance(plane, placed.center)) <= radius;
+    return fabsf(zm::SignedDistance(plane, placed.centre)) <= radius;
 }
 
 int ZmIntersect::Planes(const ZmPlane& plane1, const ZmPlane& plane2, const ZmPlane& plane3, ZmVector& point)

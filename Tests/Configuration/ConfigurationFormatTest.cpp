@@ -77,7 +77,7 @@ TEST_F(ConfigurationFormatTest, WhereFilesAndTextsDiffer)
 
 std::string RandomName(Random& random)
 {
-    static const char kCharacters[] = "ab.c>\r \t\x1a\xff-";
+    static constexpr char kCharacters[] = "ab.c>\r \t\x1a\xff-";
     std::string name = "n";
     for (int length = random.Int(0, 6); length > 0; --length) {
         name += kCharacters[random.Int(0, 10)];

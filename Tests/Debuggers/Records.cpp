@@ -25,7 +25,7 @@ int main()
     ZmVector4 vector4(1, 2, 3, 4);
     Zm2DVector vector2(1, 2);
     ZmQuaternion quaternion;
-    ZmColor color(1, 0.5f, 0.25f);
+    ZmColor colour(1, 0.5f, 0.25f);
     ZmMatrix matrix({1, 0, 0}, {0, 2, 0}, {0, 0, 3}, {4, 5, 6});
     ZmBbox box{{1, 2, 3}, {-1, -2, -3}};
     ZmOBB obb{{1, 2, 3}, {{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}, {4, 5, 6}};
@@ -36,7 +36,7 @@ int main()
     Look();
     return text.Length() + empty.Length() + nothing.Size() + item.value + int(guid.first) +
                        int(reference.x + vector4.w) +
-                       int(vector2.x + quaternion.w + color.r + matrix[0][0] + box.Max.x + obb.Extent[0]) +
+                       int(vector2.x + quaternion.w + colour.r + matrix[0][0] + box.Max.x + obb.Extent[0]) +
                        int(plane.D + ray.Origin.x + sphere.Radius + rect.left) <
                    0
                ? 1

@@ -10,19 +10,19 @@
 namespace {
 
 struct Picture {
-    explicit Picture(const std::string& path) : Pixels(stbi_load(path.c_str(), &Width, &Height, &Channels, 3)) {}
-    ~Picture() { stbi_image_free(Pixels); }
+    explicit Picture(const std::string& path) : pixels(stbi_load(path.c_str(), &width, &height, &channels, 3)) {}
+    ~Picture() { stbi_image_free(pixels); }
     Picture(const Picture&) = delete;
     Picture& operator=(const Picture&) = delete;
 
-    int Width = 0, Height = 0, Channels = 0;
-    unsigned char* Pixels;
+    int width = 0, height = 0, channels = 0;
+    unsigned char* pixels;
 };
 
 bool AreSame(const Picture& a, const Picture& b)
 {
-    return a.Pixels != nullptr && b.Pixels != nullptr && a.Width == b.Width && a.Height == b.Height &&
-           std::memcmp(a.Pixels, b.Pixels, size_t(a.Width) * size_t(a.Height) * 3) == 0;
+    return a.pixels != nullptr && b.pixels != nullptr && a.width == b.width && a.height == b.height &&
+           std::memcmp(a.pixels, b.pixels, size_t(a.width) * size_t(a.height) * 3) == 0;
 }
 
 }  // namespace

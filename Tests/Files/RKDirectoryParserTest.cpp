@@ -70,7 +70,7 @@ void GrowTree(Random& random, const std::string& folder, int depth)
     }
 }
 
-TEST(DirectoryParserTest, RecursiveWalksFindWhatTheStandardLibraryFinds)
+TEST(RKDirectoryParserTest, RecursiveWalksFindWhatTheStandardLibraryFinds)
 {
     for (const uint64_t seed : {1u, 2u, 3u}) {
         const TemporaryFolder folder;
@@ -96,7 +96,7 @@ std::set<std::string> NamesOf(const Paths& paths)
     return names;
 }
 
-TEST(DirectoryParserTest, AWalkThroughOneFolderTakesWhatMatches)
+TEST(RKDirectoryParserTest, AWalkThroughOneFolderTakesWhatMatches)
 {
     const TemporaryFolder folder;
     for (const char* name : {"a.txt", "b.txt", "a.b.txt", ".dot", "noext", "..odd"}) {
@@ -131,7 +131,7 @@ TEST(DirectoryParserTest, AWalkThroughOneFolderTakesWhatMatches)
     EXPECT_EQ(NamesOf(Walk(folder / "sub.txt", "*", true, true)), std::set<std::string>{"inside.txt"});
 }
 
-TEST(DirectoryParserTest, FoldersWithNothingInThemGiveNothing)
+TEST(RKDirectoryParserTest, FoldersWithNothingInThemGiveNothing)
 {
     const TemporaryFolder folder;
     MakeFile(folder / "file");
@@ -141,7 +141,7 @@ TEST(DirectoryParserTest, FoldersWithNothingInThemGiveNothing)
     }
 }
 
-TEST(DirectoryParserTest, DeepAndWideTreesAreWalkedWhole)
+TEST(RKDirectoryParserTest, DeepAndWideTreesAreWalkedWhole)
 {
     const TemporaryFolder folder;
     std::string deep = folder.Path();
@@ -159,7 +159,7 @@ TEST(DirectoryParserTest, DeepAndWideTreesAreWalkedWhole)
     EXPECT_EQ(NamesOf(Walk(folder.Path(), "w*", true, false)), names);
 }
 
-TEST(DirectoryParserTest, ResetBeginsAnewAndKeepsWhatIsNull)
+TEST(RKDirectoryParserTest, ResetBeginsAnewAndKeepsWhatIsNull)
 {
     const TemporaryFolder folder;
     fs::create_directories(folder / "one/sub");

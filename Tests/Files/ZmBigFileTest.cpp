@@ -26,9 +26,9 @@ std::string TextOf(const std::string& path)
     return text;
 }
 
-class BigFileTest : public testing::Test {
+class ZmBigFileTest : public testing::Test {
 protected:
-    BigFileTest() { m_Messages.Listen("archive", ZmLog::GetLog().RegisterModule("ZmMath")); }
+    ZmBigFileTest() { m_Messages.Listen("archive", ZmLog::GetLog().RegisterModule("ZmMath")); }
 
     std::string Bytes(int largest)
     {
@@ -55,7 +55,7 @@ protected:
 };
 
 /// Applies the same operations to an archive and to a list of members.
-class BigFileModelTest : public BigFileTest {
+class ZmBigFileModelTest : public ZmBigFileTest {
 protected:
     Members::iterator Any() { return m_Model.begin() + m_Random.Int(0, int(m_Model.size()) - 1); }
 
@@ -104,7 +104,7 @@ protected:
     Members m_Model;
 };
 
-TEST_F(BigFileModelTest, SavesWhatWasAppendedRemovedReplacedAndReordered)
+TEST_F(ZmBigFileModelTest, SavesWhatWasAppendedRemovedReplacedAndReordered)
 {
     Open();
     for (int step = 0; step < 300 && !HasFailure(); ++step) {
@@ -126,7 +126,7 @@ TEST_F(BigFileModelTest, SavesWhatWasAppendedRemovedReplacedAndReordered)
     }
 }
 
-TEST_F(BigFileTest, FindsNamesWithoutTheirDirectoryInAnyCase)
+TEST_F(ZmBigFileTest, FindsNamesWithoutTheirDirectoryInAnyCase)
 {
     Make({{"tex.bmp", "top"}, {"dir/tex.bmp", "inside"}, {"b", ""}, {"b", "later"}});
     ZmSubFile sub;
@@ -146,7 +146,7 @@ TEST_F(BigFileTest, FindsNamesWithoutTheirDirectoryInAnyCase)
     EXPECT_EQ(m_Archive.Find(nullptr, nullptr), 0);
 }
 
-TEST_F(BigFileTest, FindsWhatThePathSplitterLeaves)
+TEST_F(ZmBigFileTest, FindsWhatThePathSplitterLeaves)
 {
     constexpr char kLetters[] = "aZ[@./\\:\xC4";
     for (int i = 0; i < 2000 && !HasFailure(); ++i) {
@@ -164,7 +164,7 @@ TEST_F(BigFileTest, FindsWhatThePathSplitterLeaves)
     }
 }
 
-TEST_F(BigFileTest, AFileThatIsMissingLeavesAnEmptyEntryOrZeros)
+TEST_F(ZmBigFileTest, AFileThatIsMissingLeavesAnEmptyEntryOrZeros)
 {
     const std::string disk = m_Folder / "disk";
     MakeFile(disk, "four");
@@ -188,7 +188,7 @@ struct Percentages : ZmBigFile::ProgressionCallback {
     std::vector<int> heard;
 };
 
-TEST_F(BigFileTest, ProgressTellsEachPercentageOnce)
+TEST_F(ZmBigFileTest, ProgressTellsEachPercentageOnce)
 {
     Percentages few, many;
     for (int i = 0; i < 200; ++i) {
@@ -205,7 +205,7 @@ TEST_F(BigFileTest, ProgressTellsEachPercentageOnce)
 }
 
 // The object goes on reading the file that it has opened, which has no name any more.
-TEST_F(BigFileTest, SavingToTheOpenArchivesPathLeavesTheObjectAsItIs)
+TEST_F(ZmBigFileTest, SavingToTheOpenArchivesPathLeavesTheObjectAsItIs)
 {
     const Members members = {{"a", "one"}, {"b", Bytes(100000)}};
     Make(members);
@@ -223,7 +223,7 @@ TEST_F(BigFileTest, SavingToTheOpenArchivesPathLeavesTheObjectAsItIs)
     EXPECT_EQ(m_Folder.Files(), std::vector<std::string>{"archive.zmbg"});
 }
 
-TEST_F(BigFileTest, WithoutItsOrderAnArchiveIsReadOnly)
+TEST_F(ZmBigFileTest, WithoutItsOrderAnArchiveIsReadOnly)
 {
     Make({{"a", "1"}, {"b", "22"}});
     Open(0);
@@ -235,7 +235,7 @@ TEST_F(BigFileTest, WithoutItsOrderAnArchiveIsReadOnly)
     EXPECT_EQ(BytesOf(m_Folder / "other"), ArchiveBytes({}));
 }
 
-TEST_F(BigFileTest, OnlyOpenMakesAFile)
+TEST_F(ZmBigFileTest, OnlyOpenMakesAFile)
 {
     EXPECT_EQ(m_Archive.OpenExisting(m_Path.c_str()), 0);
     EXPECT_FALSE(std::filesystem::exists(m_Path));
@@ -251,7 +251,7 @@ TEST_F(BigFileTest, OnlyOpenMakesAFile)
     EXPECT_EQ(m_Archive.GetEntryCount(), 0);
 }
 
-TEST_F(BigFileTest, IndexListsReorderAndLoseALastCharacter)
+TEST_F(ZmBigFileTest, IndexListsReorderAndLoseALastCharacter)
 {
     const std::string list = m_Folder / "list";
     Make({{"first", "1"}, {"second", "22"}, {"third", "333"}});
@@ -296,7 +296,7 @@ const struct {
      1, 2, 0, 0},
 };
 
-TEST_F(BigFileTest, DamagedArchivesOpenAsFarAsTheyMakeSense)
+TEST_F(ZmBigFileTest, DamagedArchivesOpenAsFarAsTheyMakeSense)
 {
     for (const auto& row : kDamaged) {
         SCOPED_TRACE(row.name);
@@ -322,7 +322,7 @@ TEST_F(BigFileTest, DamagedArchivesOpenAsFarAsTheyMakeSense)
     EXPECT_EQ(m_Archive.Open(m_Folder.Path().c_str(), 1), 0);
 }
 
-TEST_F(BigFileTest, WhatCannotBeSavedStaysAsItIs)
+TEST_F(ZmBigFileTest, WhatCannotBeSavedStaysAsItIs)
 {
     const Members members = {{"a", "one"}, {"b", Bytes(100000)}};
     Make(members);

@@ -115,7 +115,7 @@ void CompareReads(Random& random, ZmCachedFile& file, Model& model, int reads)
     }
 }
 
-TEST(CachedFileTest, ReadsAsTheModelDoes)
+TEST(ZmCachedFileTest, ReadsAsTheModelDoes)
 {
     const TemporaryFolder folder;
     Random random(1);
@@ -134,9 +134,9 @@ TEST(CachedFileTest, ReadsAsTheModelDoes)
 }
 
 /// A file in which the value of each byte gives its position.
-class SmallCachedFileTest : public testing::Test {
+class ZmCachedFileSmallTest : public testing::Test {
 protected:
-    SmallCachedFileTest()
+    ZmCachedFileSmallTest()
     {
         for (char c = 0; c < 100; ++c) {
             m_Bytes += c;
@@ -156,7 +156,7 @@ protected:
     std::string m_Bytes;
 };
 
-TEST_F(SmallCachedFileTest, WritesGoWhereTheFileStandsAndPastTheCache)
+TEST_F(ZmCachedFileSmallTest, WritesGoWhereTheFileStandsAndPastTheCache)
 {
     ZmCachedFile file(16);
     ASSERT_TRUE(file.Open(m_Path.c_str(), ZmFile::READWRITE));
@@ -173,7 +173,7 @@ TEST_F(SmallCachedFileTest, WritesGoWhereTheFileStandsAndPastTheCache)
     EXPECT_EQ(BytesOf(m_Path), "xyz" + m_Bytes.substr(3));
 }
 
-TEST_F(SmallCachedFileTest, OpeningAnotherFileForgetsTheBlock)
+TEST_F(ZmCachedFileSmallTest, OpeningAnotherFileForgetsTheBlock)
 {
     MakeFile(m_Folder / "other", std::string(100, 'o'));
     ZmCachedFile file(16);
@@ -191,7 +191,7 @@ TEST_F(SmallCachedFileTest, OpeningAnotherFileForgetsTheBlock)
     EXPECT_EQ(file.Read(&c, 1), 0u);
 }
 
-TEST_F(SmallCachedFileTest, ChangedCacheSizesHoldForTheNextFill)
+TEST_F(ZmCachedFileSmallTest, ChangedCacheSizesHoldForTheNextFill)
 {
     ZmCachedFile file, refused(0);
     EXPECT_EQ(file.GetCacheSize(), 32768u);
@@ -208,7 +208,7 @@ TEST_F(SmallCachedFileTest, ChangedCacheSizesHoldForTheNextFill)
     EXPECT_EQ(Read(file, 20), m_Bytes.substr(40, 20));
 }
 
-TEST_F(SmallCachedFileTest, WhatHasNoCachedFormIsDoneWithAWarningEachTime)
+TEST_F(ZmCachedFileSmallTest, WhatHasNoCachedFormIsDoneWithAWarningEachTime)
 {
     HeardMessages messages;
     messages.Listen("cached", ZmLog::GetLog().RegisterModule("ZmMath"));

@@ -10,7 +10,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-TEST(FileSystemTest, FilesAreFoundRenamedAndDeleted)
+TEST(ZmFileSystemTest, FilesAreFoundRenamedAndDeleted)
 {
     const TemporaryFolder folder;
     const std::string a = folder / "a", b = folder / "b";
@@ -27,7 +27,7 @@ TEST(FileSystemTest, FilesAreFoundRenamedAndDeleted)
     EXPECT_FALSE(fs::exists(b));
 }
 
-TEST(FileSystemTest, FoldersAreMadeOneByOneAndRemovedWhenEmpty)
+TEST(ZmFileSystemTest, FoldersAreMadeOneByOneAndRemovedWhenEmpty)
 {
     const TemporaryFolder folder;
     const std::string outer = folder / "outer", inner = WithBackslashes(outer + "/inner");
@@ -42,7 +42,7 @@ TEST(FileSystemTest, FoldersAreMadeOneByOneAndRemovedWhenEmpty)
     EXPECT_TRUE(fs::is_empty(folder.Path()));
 }
 
-TEST(FileSystemTest, AFileTreeIsMadeUpToTheLastSeparator)
+TEST(ZmFileSystemTest, AFileTreeIsMadeUpToTheLastSeparator)
 {
     const TemporaryFolder folder;
     EXPECT_EQ(ZmCreateFileTree((folder / "a/b\\c.txt").c_str()), 1);
@@ -69,7 +69,7 @@ private:
     const fs::path m_Old;
 };
 
-TEST(FileSystemTest, AFileTreeWithoutADriveIsMadeFromItsFirstFolder)
+TEST(ZmFileSystemTest, AFileTreeWithoutADriveIsMadeFromItsFirstFolder)
 {
     const struct {
         const char *path, *made;
@@ -89,7 +89,7 @@ TEST(FileSystemTest, AFileTreeWithoutADriveIsMadeFromItsFirstFolder)
     }
 }
 
-TEST(FileSystemTest, ASeparatorAtTheEndBelongsToFolders)
+TEST(ZmFileSystemTest, ASeparatorAtTheEndBelongsToFolders)
 {
     const TemporaryFolder folder;
     MakeFile(folder / "file");
@@ -101,7 +101,7 @@ TEST(FileSystemTest, ASeparatorAtTheEndBelongsToFolders)
     EXPECT_EQ(ZmFileExist("/"), 1);
 }
 
-TEST(FileSystemTest, AFolderIsDeletedWithItsContents)
+TEST(ZmFileSystemTest, AFolderIsDeletedWithItsContents)
 {
     const TemporaryFolder folder;
     const std::string tree = folder / "tree", readOnly = tree + "/a/b/read only";
@@ -119,7 +119,7 @@ TEST(FileSystemTest, AFolderIsDeletedWithItsContents)
     EXPECT_EQ(ZmDeleteDirectory(""), 0);
 }
 
-TEST(FileSystemTest, DiskSpaceIsComparedWithAllBits)
+TEST(ZmFileSystemTest, DiskSpaceIsComparedWithAllBits)
 {
     const TemporaryFolder folder;
     const fs::space_info space = fs::space(folder.Path());
@@ -134,7 +134,7 @@ TEST(FileSystemTest, DiskSpaceIsComparedWithAllBits)
     }
 }
 
-TEST(FileSystemTest, TheFolderForTemporaryFilesEndsWithASeparator)
+TEST(ZmFileSystemTest, TheFolderForTemporaryFilesEndsWithASeparator)
 {
     const std::string path = ZmGetTempPath().Text();
     ASSERT_FALSE(path.empty());
@@ -142,7 +142,7 @@ TEST(FileSystemTest, TheFolderForTemporaryFilesEndsWithASeparator)
     EXPECT_EQ(path, (fs::temp_directory_path() / "").string());
 }
 
-TEST(FileSystemTest, NullPathsAreRefused)
+TEST(ZmFileSystemTest, NullPathsAreRefused)
 {
     EXPECT_EQ(ZmFileExist(nullptr), 0);
     EXPECT_EQ(ZmRenameFile(nullptr, "a"), 0);

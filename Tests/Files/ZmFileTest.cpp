@@ -53,10 +53,10 @@ std::string TracesOfMode(const TemporaryFolder& folder, int mode)
     return traces;
 }
 
-TEST(FileTest, ModesOpenAsTheirModeStringsDo)
+TEST(ZmFileTest, ModesOpenAsTheirModeStringsDo)
 {
-    const char* const kModes[] = {"rb", "rb", "wb", "r+b", "ab", "a+b", "rb", "rb",
-                                  "rb", "r",  "w",  "r+",  "a",  "a+",  "rb", "rb"};
+    constexpr const char* kModes[] = {"rb", "rb", "wb", "r+b", "ab", "a+b", "rb", "rb",
+                                      "rb", "r",  "w",  "r+",  "a",  "a+",  "rb", "rb"};
     for (const int mode : {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 18, 26, 1 << 30, -1, -6}) {
         SCOPED_TRACE(mode);
         const TemporaryFolder mine, expected;
@@ -67,7 +67,7 @@ TEST(FileTest, ModesOpenAsTheirModeStringsDo)
     }
 }
 
-TEST(FileTest, ReadIsAllOrNothing)
+TEST(ZmFileTest, ReadIsAllOrNothing)
 {
     const TemporaryFolder folder;
     MakeFile(folder / "file", std::string(100, 'a') + std::string(60, 'b'));
@@ -101,7 +101,7 @@ const struct {
     {"before the start, from the end", -101, ZmStream::END, 0, 50},
 };
 
-TEST(FileTest, SeekMovesBySignsOfTheCLibrary)
+TEST(ZmFileTest, SeekMovesBySignsOfTheCLibrary)
 {
     const TemporaryFolder folder;
     MakeFile(folder / "file", std::string(100, 'a'));
@@ -117,7 +117,7 @@ TEST(FileTest, SeekMovesBySignsOfTheCLibrary)
     }
 }
 
-TEST(FileTest, PrintfFlushAndScanfGiveTheCLibrarysResults)
+TEST(ZmFileTest, PrintfFlushAndScanfGiveTheCLibrarysResults)
 {
     const TemporaryFolder folder;
     ZmFile file;
@@ -166,7 +166,7 @@ Lines ReadPieces(const std::string& path, int mode, unsigned int bufferSize)
     return pieces;
 }
 
-TEST(FileTest, GetStringReadsCrLfAsLfInTextModes)
+TEST(ZmFileTest, GetStringReadsCrLfAsLfInTextModes)
 {
     const TemporaryFolder folder;
     for (const char* bytes :
@@ -193,7 +193,7 @@ std::string CharactersOf(const std::string& bytes)
     return text;
 }
 
-TEST(FileTest, CountedCharactersAreTheSameInPiecesOfAnySize)
+TEST(ZmFileTest, CountedCharactersAreTheSameInPiecesOfAnySize)
 {
     const TemporaryFolder folder;
     for (const std::string& bytes :
@@ -219,7 +219,7 @@ TEST(FileTest, CountedCharactersAreTheSameInPiecesOfAnySize)
     }
 }
 
-TEST(FileTest, LinesAreReadAndWrittenByTurns)
+TEST(ZmFileTest, LinesAreReadAndWrittenByTurns)
 {
     const bool windows = ZmGetPlatform() == ZM_PLATFORM_WINDOWS;
     const TemporaryFolder folder;
@@ -238,7 +238,7 @@ TEST(FileTest, LinesAreReadAndWrittenByTurns)
     EXPECT_EQ(BytesOf(path), "one\x1a\r\ntwo\x1athree" + end + "four" + end);
 }
 
-TEST(FileTest, AFolderOpensInNoMode)
+TEST(ZmFileTest, AFolderOpensInNoMode)
 {
     const TemporaryFolder folder;
     for (int mode = 0; mode < 16; ++mode) {
@@ -249,7 +249,7 @@ TEST(FileTest, AFolderOpensInNoMode)
     }
 }
 
-TEST(FileTest, ProgramsThatAreStartedInheritNoFile)
+TEST(ZmFileTest, ProgramsThatAreStartedInheritNoFile)
 {
     const TemporaryFolder folder;
     const std::string path = folder / "file";
@@ -276,7 +276,7 @@ TEST(FileTest, ProgramsThatAreStartedInheritNoFile)
     EXPECT_EQ(InheritableFiles(), before);
 }
 
-TEST(FileTest, GetStringLosesNoLineBehindAReturnAndANul)
+TEST(ZmFileTest, GetStringLosesNoLineBehindAReturnAndANul)
 {
     const TemporaryFolder folder;
     MakeFile(folder / "file", std::string("a\r\0b\n\nc\n", 8));
@@ -303,7 +303,7 @@ void ExpectRefusal(ZmFile& file)
     EXPECT_EQ(file.Close(), 1);
 }
 
-TEST(FileTest, AClosedFileRefusesEverything)
+TEST(ZmFileTest, AClosedFileRefusesEverything)
 {
     const TemporaryFolder folder;
     MakeFile(folder / "file", "text");
@@ -321,7 +321,7 @@ TEST(FileTest, AClosedFileRefusesEverything)
     EXPECT_EQ(BytesOf(folder / "file"), "text");
 }
 
-TEST(FileTest, CopiesShareOneFile)
+TEST(ZmFileTest, CopiesShareOneFile)
 {
     const TemporaryFolder folder;
     ZmFile first, third;
@@ -342,9 +342,9 @@ TEST(FileTest, CopiesShareOneFile)
     EXPECT_EQ(first.Size(), 4u);
 }
 
-TEST(FileTest, TheModeWordTellsFilesFromFolders)
+TEST(ZmFileTest, TheModeWordTellsFilesFromFolders)
 {
-    const unsigned int kTypes = 0170000, kFile = 0100000, kFolder = 0040000, kOwnerReads = 0400;
+    constexpr unsigned int kTypes = 0170000, kFile = 0100000, kFolder = 0040000, kOwnerReads = 0400;
     const TemporaryFolder folder;
     MakeFile(folder / "file");
     EXPECT_EQ(ZmFile::GetFileMode((folder / "file").c_str()) & (kTypes | kOwnerReads), kFile | kOwnerReads);

@@ -8,7 +8,7 @@
 
 namespace {
 
-TEST(MemoryMappedFileTest, TheBytesOfAFileAreInMemory)
+TEST(ZmMemoryMappedFileTest, TheBytesOfAFileAreInMemory)
 {
     const TemporaryFolder folder;
     for (const size_t size : {1u, 4095u, 4096u, 4097u, 1000000u}) {
@@ -26,7 +26,7 @@ TEST(MemoryMappedFileTest, TheBytesOfAFileAreInMemory)
     }
 }
 
-TEST(MemoryMappedFileTest, TheErrorSaysWhichStepFailed)
+TEST(ZmMemoryMappedFileTest, TheErrorSaysWhichStepFailed)
 {
     const TemporaryFolder folder;
     MakeFile(folder / "empty");
@@ -44,7 +44,7 @@ TEST(MemoryMappedFileTest, TheErrorSaysWhichStepFailed)
     EXPECT_EQ(ZmMemoryMappedFile(nullptr).GetErrorType(), ZmMMF_FileOpen);
 }
 
-TEST(MemoryMappedFileTest, NothingOfTheFileStaysHeld)
+TEST(ZmMemoryMappedFileTest, NothingOfTheFileStaysHeld)
 {
     const TemporaryFolder folder;
     for (const char* bytes : {"", "bytes"}) {

@@ -8,7 +8,7 @@ namespace {
 
 const std::string k255(255, 'x'), k256(256, 'x');
 
-TEST(PathTest, SplittingGivesTheFourPartsOrNone)
+TEST(ZmPathTest, SplittingGivesTheFourPartsOrNone)
 {
     const struct {
         std::string path, drive, dir, name, extension;
@@ -40,7 +40,7 @@ TEST(PathTest, SplittingGivesTheFourPartsOrNone)
     EXPECT_STREQ(RKPathSplitter(nullptr).GetName(), "");
 }
 
-TEST(PathTest, MakingJoinsTheFourPartsUpTo259Characters)
+TEST(ZmPathTest, MakingJoinsTheFourPartsUpTo259Characters)
 {
     const struct {
         const char *drive, *dir, *name, *extension;
@@ -62,7 +62,7 @@ TEST(PathTest, MakingJoinsTheFourPartsUpTo259Characters)
     }
 }
 
-TEST(PathTest, AFileInADirectoryFitsInto260BytesOrIsRefused)
+TEST(ZmPathTest, AFileInADirectoryFitsInto260BytesOrIsRefused)
 {
     const struct {
         const char* dir;
@@ -91,7 +91,7 @@ TEST(PathTest, AFileInADirectoryFitsInto260BytesOrIsRefused)
     EXPECT_STREQ(out, "data\\");
 }
 
-TEST(PathTest, ASeparatorIsAlwaysAdded)
+TEST(ZmPathTest, ASeparatorIsAlwaysAdded)
 {
     XString path("data");
     ZmAddDirectorySeparator(path);
@@ -100,16 +100,16 @@ TEST(PathTest, ASeparatorIsAlwaysAdded)
     EXPECT_STREQ(path.Text(), "data\\\\");
 }
 
-TEST(PathTest, SystemPathsHaveBackslashesBehindTheDrive)
+TEST(ZmPathTest, SystemPathsHaveBackslashesBehindTheDrive)
 {
-    const char* const kRows[][2] = {{"C:\\a/b:c\\d", "C:\\a\\b\\c\\d"},
-                                    {"z:\\", "z:\\"},
-                                    {"C:/a", "C\\\\a"},
-                                    {"C:", "C\\"},
-                                    {"1:\\a", "1\\\\a"},
-                                    {"Mac HD:Folder:File", "Mac HD\\Folder\\File"},
-                                    {"/a/b", "\\a\\b"},
-                                    {"", ""}};
+    constexpr const char* kRows[][2] = {{"C:\\a/b:c\\d", "C:\\a\\b\\c\\d"},
+                                        {"z:\\", "z:\\"},
+                                        {"C:/a", "C\\\\a"},
+                                        {"C:", "C\\"},
+                                        {"1:\\a", "1\\\\a"},
+                                        {"Mac HD:Folder:File", "Mac HD\\Folder\\File"},
+                                        {"/a/b", "\\a\\b"},
+                                        {"", ""}};
     for (const auto& row : kRows) {
         XString path(row[0]);
         ZmConvertPathToSystemPath(path);
@@ -117,9 +117,9 @@ TEST(PathTest, SystemPathsHaveBackslashesBehindTheDrive)
     }
 }
 
-TEST(PathTest, UrlsEscapeTheSetAndNothingElse)
+TEST(ZmPathTest, UrlsEscapeTheSetAndNothingElse)
 {
-    const char* const kRows[][2] = {
+    constexpr const char* kRows[][2] = {
         {"C:\\My Files\\a.txt", "file://C:/My%20Files/a.txt"},
         {"http://host/a b", "http://host/a%20b"},
         {"C:/data/a.txt", "C:/data/a.txt"},
@@ -137,7 +137,7 @@ TEST(PathTest, UrlsEscapeTheSetAndNothingElse)
     }
 }
 
-TEST(PathTest, UrlsThatCannotBeMadeFail)
+TEST(ZmPathTest, UrlsThatCannotBeMadeFail)
 {
     XString url("before");
     EXPECT_EQ(ZmEscapeURL(nullptr, url), 0xFFFFFFFFul);
@@ -152,9 +152,9 @@ TEST(PathTest, UrlsThatCannotBeMadeFail)
     EXPECT_STREQ(url.Text(), "file://a%20b");
 }
 
-TEST(PathTest, UnescapingReadsTwoDecimalDigits)
+TEST(ZmPathTest, UnescapingReadsTwoDecimalDigits)
 {
-    const char* const kRows[][2] = {
+    constexpr const char* kRows[][2] = {
         {"%41", "41"},     {"a%05b", "a5b"}, {"%00%99", "099"}, {"%2b", "70"},     {"%zz", "814"},
         {"%%41", "-1061"}, {"%", "%"},       {"a%4", "a%4"},    {"%4%12", "2912"}, {"no escapes", "no escapes"},
         {"", ""}};

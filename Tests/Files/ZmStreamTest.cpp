@@ -57,7 +57,7 @@ const struct {
     {"two steps and one", 65537, 0, 65537, {32768, 32768, 1}},
 };
 
-TEST(StreamTest, CopyMovesStepsOf32768Bytes)
+TEST(ZmStreamTest, CopyMovesStepsOf32768Bytes)
 {
     for (const auto& row : kCopies) {
         SCOPED_TRACE(row.name);
@@ -71,7 +71,7 @@ TEST(StreamTest, CopyMovesStepsOf32768Bytes)
     }
 }
 
-TEST(StreamTest, CopyGoesOnWhenTheStreamsRefuse)
+TEST(ZmStreamTest, CopyGoesOnWhenTheStreamsRefuse)
 {
     TestStream source(70000, true), target(0, true);
     EXPECT_EQ(target.Copy(source, 0), 70000u);
@@ -79,7 +79,7 @@ TEST(StreamTest, CopyGoesOnWhenTheStreamsRefuse)
     EXPECT_EQ(target.m_Writes, source.m_Reads);
 }
 
-TEST(StreamTest, CopyOfZeroTakesTheSizeAndBeginsAtThePosition)
+TEST(ZmStreamTest, CopyOfZeroTakesTheSizeAndBeginsAtThePosition)
 {
     const TemporaryFolder folder;
     MakeFile(folder / "source", std::string(60, 'a') + std::string(40, 'b'));

@@ -7,9 +7,9 @@
 
 namespace {
 
-class SubFileTest : public testing::Test {
+class ZmSubFileTest : public testing::Test {
 protected:
-    SubFileTest()
+    ZmSubFileTest()
     {
         Random random(1);
         m_Bytes = RandomBytes(random, 1000);
@@ -68,7 +68,7 @@ struct Span {
     }
 };
 
-TEST_F(SubFileTest, SpansOfOneFileAreUsedInTurns)
+TEST_F(ZmSubFileTest, SpansOfOneFileAreUsedInTurns)
 {
     Random random(2);
     Span spans[3];
@@ -91,7 +91,7 @@ TEST_F(SubFileTest, SpansOfOneFileAreUsedInTurns)
     EXPECT_EQ(BytesOf(m_Path), std::string(m_Bytes.begin(), m_Bytes.end()));
 }
 
-TEST_F(SubFileTest, SeekCountsBackwardsFromTheEnd)
+TEST_F(ZmSubFileTest, SeekCountsBackwardsFromTheEnd)
 {
     ZmSubFile span;
     span.Set(&m_File, 200, 100);
@@ -121,7 +121,7 @@ const struct {
     {"a size beyond the file", 10, 4294967295u, 0},
 };
 
-TEST_F(SubFileTest, AValidSpanLiesInItsFile)
+TEST_F(ZmSubFileTest, AValidSpanLiesInItsFile)
 {
     ZmSubFile span;
     for (const auto& row : kSpans) {
@@ -137,7 +137,7 @@ TEST_F(SubFileTest, AValidSpanLiesInItsFile)
     EXPECT_EQ(ZmSubFile(copy).IsValid(), 0);
 }
 
-TEST_F(SubFileTest, WithoutAFileNothingIsDone)
+TEST_F(ZmSubFileTest, WithoutAFileNothingIsDone)
 {
     char buffer[4];
     ZmSubFile span;

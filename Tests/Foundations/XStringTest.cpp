@@ -210,7 +210,7 @@ TEST(XStringTest, FormattedTextIsCutTo511Characters)
 
 TEST(XStringTest, TimesAreLocal)
 {
-    const char format[] = "%Y-%m-%d %H:%M:%S";
+    constexpr char format[] = "%Y-%m-%d %H:%M:%S";
     for (const int seconds : {86400, 1000000000, INT_MAX}) {
         const time_t time = seconds;
         char expected[64];

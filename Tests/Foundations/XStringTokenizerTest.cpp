@@ -56,7 +56,7 @@ TEST(XStringTokenizerTest, SplitsInPlaceAndReadsNothingBehind)
 
 TEST(XStringTokenizerTest, AStrangerIsNoToken)
 {
-    static const char stranger[] = "x\0yyy";
+    static constexpr char stranger[] = "x\0yyy";
     XString string("a,b");
     XStringTokenizer tokenizer(string, ",");
     EXPECT_EQ(tokenizer.NextToken(stranger), nullptr);

@@ -287,7 +287,7 @@ TEST(ZmAllocatorTest, ManyShortStringsKeepTheirTexts)
 
 TEST(ZmAllocatorTest, AStringIsACopyOfTheText)
 {
-    const char text[] = "abc";
+    constexpr char text[] = "abc";
     char* copy = Allocator().AllocateString(text);
     EXPECT_STREQ(copy, text);
     EXPECT_NE(copy, text);

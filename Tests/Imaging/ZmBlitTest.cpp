@@ -8,7 +8,7 @@
 
 namespace {
 
-const uint32_t kWithMasks[] = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18, 24, 25, 26, 27};
+constexpr uint32_t kWithMasks[] = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18, 24, 25, 26, 27};
 
 int DifferentPixels(const TestImage& src, const TestImage& dst)
 {
@@ -21,7 +21,7 @@ int DifferentPixels(const TestImage& src, const TestImage& dst)
     return res;
 }
 
-TEST(BlitTest, EveryPairOfFormatsAgreesWithTheReference)
+TEST(ZmBlitTest, EveryPairOfFormatsAgreesWithTheReference)
 {
     OnEachPath(1, [](Random& random) {
         for (const uint32_t from : kWithMasks) {
@@ -38,7 +38,7 @@ TEST(BlitTest, EveryPairOfFormatsAgreesWithTheReference)
     });
 }
 
-TEST(BlitTest, AllPixelsOf16BitsConvert)
+TEST(ZmBlitTest, AllPixelsOf16BitsConvert)
 {
     OnEachPath(1, [](Random&) {
         for (const uint32_t from : {4u, 7u, 26u}) {
@@ -55,7 +55,7 @@ TEST(BlitTest, AllPixelsOf16BitsConvert)
     });
 }
 
-TEST(BlitTest, ChannelsOfAllWidthsConvert)
+TEST(ZmBlitTest, ChannelsOfAllWidthsConvert)
 {
     OnEachPath(1, [](Random&) {
         for (int from = 1; from <= 16; ++from) {
@@ -91,10 +91,10 @@ void SetRandomMasks(ZmImageDescEx& desc, Random& random)
     }
 }
 
-TEST(BlitTest, AnyMasksConvert)
+TEST(ZmBlitTest, AnyMasksConvert)
 {
     OnEachPath(3000, [](Random& random) {
-        const uint32_t formats[] = {8, 4, 3, 1};
+        constexpr uint32_t formats[] = {8, 4, 3, 1};
         TestImage src(formats[random.Int(0, 3)], 19, 2), dst(formats[random.Int(0, 3)], 19, 2, random.Int(0, 1) * 4);
         // Channels of whole bytes, like those of the formats, take separate code paths.
         const int keep = random.Int(0, 2);
@@ -114,7 +114,7 @@ TEST(BlitTest, AnyMasksConvert)
     });
 }
 
-TEST(BlitTest, LinesAreReversedUpsideDown)
+TEST(ZmBlitTest, LinesAreReversedUpsideDown)
 {
     OnEachPath(20, [](Random& random) {
         const int width = random.Int(1, 30), height = random.Int(1, 9);
@@ -129,7 +129,7 @@ TEST(BlitTest, LinesAreReversedUpsideDown)
     });
 }
 
-TEST(BlitTest, IndicesAreLookedUp)
+TEST(ZmBlitTest, IndicesAreLookedUp)
 {
     const struct {
         uint32_t format;
@@ -172,7 +172,7 @@ uint32_t Decoded(const uint8_t* block, uint32_t format, int i)
     const int end[2] = {colours[0] + 256 * colours[1], colours[2] + 256 * colours[3]};
     const int choice = colours[4 + i / 4] >> (i % 4 * 2) & 3;
     const bool three = format == ZM_PF_DXT1 && end[0] <= end[1];
-    const double shares[2][4] = {{0, 1, 1 / 3.0, 2 / 3.0}, {0, 1, 0.5, 0}};
+    constexpr double shares[2][4] = {{0, 1, 1 / 3.0, 2 / 3.0}, {0, 1, 0.5, 0}};
     const double share = shares[three][choice];
     double alpha = three && choice == 3 ? 0 : 255;
     if (format == ZM_PF_DXT2 || format == ZM_PF_DXT3) {
@@ -196,7 +196,7 @@ uint32_t Decoded(const uint8_t* block, uint32_t format, int i)
     return res;
 }
 
-TEST(BlitTest, CompressedBlocksAreDecodedAndCut)
+TEST(ZmBlitTest, CompressedBlocksAreDecodedAndCut)
 {
     OnEachPath(12, [](Random& random) {
         for (uint32_t format = ZM_PF_DXT1; format <= ZM_PF_DXT5; ++format) {
@@ -231,7 +231,7 @@ void FillSoftly(TestImage& image)
     }
 }
 
-TEST(BlitTest, PalettesAreMadeOfTrueColoursWhateverTheMasks)
+TEST(ZmBlitTest, PalettesAreMadeOfTrueColoursWhateverTheMasks)
 {
     const SilentErrors silent;
     SetQuantizationSamplingFactor(1);
@@ -272,7 +272,7 @@ TEST(BlitTest, PalettesAreMadeOfTrueColoursWhateverTheMasks)
     SetQuantizationSamplingFactor(15);
 }
 
-TEST(BlitTest, TheSamplingFactorIsHandedOn)
+TEST(ZmBlitTest, TheSamplingFactorIsHandedOn)
 {
     TestImage rgb(3, 10, 5), indexed(28, 10, 5);
     FillSoftly(rgb);
@@ -329,7 +329,7 @@ const struct {
      }},
 };
 
-TEST(BlitTest, DescriptorsWithoutSenseGiveZeroAndNothingIsWritten)
+TEST(ZmBlitTest, DescriptorsWithoutSenseGiveZeroAndNothingIsWritten)
 {
     for (const auto& row : kRefused) {
         for (auto* function : {ZmDoBlit, ZmDoBlitUpsideDown, ZmDoAlphaBlit}) {
@@ -363,7 +363,7 @@ uint32_t Composed(uint32_t over, uint32_t under)
     return res;
 }
 
-TEST(BlitTest, SourcesAreComposedByTheirAlpha)
+TEST(ZmBlitTest, SourcesAreComposedByTheirAlpha)
 {
     OnEachPath(1, [](Random& random) {
         for (const uint32_t from : {1u, 7u, 11u}) {
@@ -392,7 +392,7 @@ TEST(BlitTest, SourcesAreComposedByTheirAlpha)
     });
 }
 
-TEST(BlitTest, SourcesWithoutAlphaAreCopied)
+TEST(ZmBlitTest, SourcesWithoutAlphaAreCopied)
 {
     Random random(3);
     TestImage src(4, 20, 3), dst(10, 20, 3);

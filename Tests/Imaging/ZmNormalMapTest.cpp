@@ -29,7 +29,7 @@ const struct {
              {25, 0xFFFF, 4, 4, 0.5f}, {9, 0xC0, 3, 1, 100},    {2, 0xFF, 1, 1, 4},  {1, 0x0FF0, 2, 2, 1},
              {1, 0xFF000000, 7, 3, 0}, {3, 0xFF00, 4, 9, 1e30f}};
 
-TEST(NormalMapTest, NormalsHaveUnitLengthInEveryFormat)
+TEST(ZmNormalMapTest, NormalsHaveUnitLengthInEveryFormat)
 {
     Random random(1);
     for (const auto& row : kRows) {
@@ -57,7 +57,7 @@ TEST(NormalMapTest, NormalsHaveUnitLengthInEveryFormat)
     }
 }
 
-TEST(NormalMapTest, BumpMapsHoldSignedSlopesAndTheHeight)
+TEST(ZmNormalMapTest, BumpMapsHoldSignedSlopesAndTheHeight)
 {
     Random random(2);
     for (const auto& row : kRows) {
@@ -84,7 +84,7 @@ TEST(NormalMapTest, BumpMapsHoldSignedSlopesAndTheHeight)
     }
 }
 
-TEST(NormalMapTest, WhatMakesNoSenseGivesZero)
+TEST(ZmNormalMapTest, WhatMakesNoSenseGivesZero)
 {
     TestImage src(1, 4, 4), dst(1, 4, 4), other(1, 4, 5), indexed(28, 4, 4), twentyFour(3, 4, 4);
     indexed.SetPalette(256, 4);

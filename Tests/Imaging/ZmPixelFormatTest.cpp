@@ -80,7 +80,7 @@ bool Same(const ZmImageDescEx& a, const ZmImageDescEx& b)
     return memcmp(&a, &b, sizeof(a)) == 0;
 }
 
-TEST(PixelFormatTest, FormatsGiveTheirLayoutAndReadBack)
+TEST(ZmPixelFormatTest, FormatsGiveTheirLayoutAndReadBack)
 {
     for (const auto& row : kFormats) {
         SCOPED_TRACE(testing::Message() << row.format << " " << row.name);
@@ -97,14 +97,14 @@ TEST(PixelFormatTest, FormatsGiveTheirLayoutAndReadBack)
     EXPECT_EQ(ZM_PF_INDEXED4_B, 31u);
 }
 
-TEST(PixelFormatTest, FormatsWithoutRecordHaveNoName)
+TEST(ZmPixelFormatTest, FormatsWithoutRecordHaveNoName)
 {
     EXPECT_STREQ(ZmPixelFormat2String(ZM_PF_UNKNOWN), "");
     EXPECT_STREQ(ZmPixelFormat2String(ZM_PIXELFORMAT(32)), "");
     EXPECT_STREQ(ZmPixelFormat2String(ZM_PIXELFORMAT(0xFFFFFFFF)), "");
 }
 
-TEST(PixelFormatTest, UnknownChangesNothingAndLargerValuesOnlyTheCompressedFormat)
+TEST(ZmPixelFormatTest, UnknownChangesNothingAndLargerValuesOnlyTheCompressedFormat)
 {
     ZmImageDescEx desc = Filled(), expected = Filled();
     ZmPixelFormat2ImageDesc(ZM_PF_UNKNOWN, desc);
@@ -138,7 +138,7 @@ const struct {
     {"the record of the unknown format is not searched", {0, 0, 0, 0, 0}, 0, 0},
 };
 
-TEST(PixelFormatTest, SearchComparesDepthAndMasksInOrder)
+TEST(ZmPixelFormatTest, SearchComparesDepthAndMasksInOrder)
 {
     for (const auto& row : kSearches) {
         SCOPED_TRACE(row.name);
@@ -148,7 +148,7 @@ TEST(PixelFormatTest, SearchComparesDepthAndMasksInOrder)
     }
 }
 
-TEST(PixelFormatTest, DepthsHaveUsualMasks)
+TEST(ZmPixelFormatTest, DepthsHaveUsualMasks)
 {
     const Layout untouched = {0, 1, 2, 4, 8};
     const struct {
@@ -173,7 +173,7 @@ TEST(PixelFormatTest, DepthsHaveUsualMasks)
     }
 }
 
-TEST(PixelFormatTest, MasksAreTakenApart)
+TEST(ZmPixelFormatTest, MasksAreTakenApart)
 {
     const struct {
         unsigned long mask, count, shift;
@@ -194,7 +194,7 @@ TEST(PixelFormatTest, MasksAreTakenApart)
     EXPECT_TRUE(r == 10 && g == 6 && b == 0 && a == 15);
 }
 
-TEST(QuantizationTest, TheSamplingFactorStartsAtFifteenAndIsKept)
+TEST(ZmPixelFormatTest, TheSamplingFactorStartsAtFifteenAndIsKept)
 {
     EXPECT_EQ(GetQuantizationSamplingFactor(), 15);
     for (const int factor : {1, 30, 0, -7}) {

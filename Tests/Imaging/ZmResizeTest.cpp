@@ -69,7 +69,7 @@ void FillWithHoles(TestImage& image, Random& random)
     }
 }
 
-TEST(ResizeTest, AllSizesAgreeWithTheReference)
+TEST(ZmResizeTest, AllSizesAgreeWithTheReference)
 {
     const struct {
         int width, height, newWidth, newHeight;
@@ -91,7 +91,7 @@ TEST(ResizeTest, AllSizesAgreeWithTheReference)
 }
 
 /// Pictures without alpha, which take the integer paths.
-TEST(ResizeTest, AllPathsGiveTheSamePixels)
+TEST(ZmResizeTest, AllPathsGiveTheSamePixels)
 {
     const struct {
         int width, height, newWidth, newHeight;
@@ -114,7 +114,7 @@ TEST(ResizeTest, AllPathsGiveTheSamePixels)
     }
 }
 
-TEST(ResizeTest, EqualSizesAreCopiedWithTheirTransparentColours)
+TEST(ZmResizeTest, EqualSizesAreCopiedWithTheirTransparentColours)
 {
     Random random(1);
     TestImage src(1, 7, 5), dst(10, 7, 5), mip(10, 1, 1), pixel(1, 1, 1);
@@ -128,7 +128,7 @@ TEST(ResizeTest, EqualSizesAreCopiedWithTheirTransparentColours)
     EXPECT_EQ(mip.Get(0, 0), 0x00563412u);
 }
 
-TEST(ResizeTest, TransparentColoursDoNotBleed)
+TEST(ZmResizeTest, TransparentColoursDoNotBleed)
 {
     TestImage src(1, 4, 4), half(1, 2, 2), twice(1, 8, 8);
     for (int i = 0; i < 16; ++i) {
@@ -142,7 +142,7 @@ TEST(ResizeTest, TransparentColoursDoNotBleed)
     EXPECT_EQ(twice.Get(4, 6) & 0xFFFFFF, 0x204060u);
 }
 
-TEST(ResizeTest, LevelsGoDownToOnePixelWithoutAShift)
+TEST(ZmResizeTest, LevelsGoDownToOnePixelWithoutAShift)
 {
     OnEachPath(1, [](Random& random) {
         for (const int size : {1, 2, 3, 5, 7, 8, 17}) {
@@ -164,7 +164,7 @@ TEST(ResizeTest, LevelsGoDownToOnePixelWithoutAShift)
     EXPECT_EQ(level.Get(1, 1), 0xF81Fu);
 }
 
-TEST(ResizeTest, WhatDoesNotFitGivesZero)
+TEST(ZmResizeTest, WhatDoesNotFitGivesZero)
 {
     TestImage src(1, 8, 8), same(1, 8, 8), half(1, 4, 4), narrow(3, 4, 4), indexed(28, 4, 4), wide(1, 4, 4);
     indexed.SetPalette(256, 4);

@@ -18,7 +18,7 @@ extern "C" const char* UseLibrary()
         g_Kept << "x";
     }
     allocator.ReleaseScratchString(scratch);
-    const unsigned long wanted = ZMPROCESSOR_FEATURE_MMX | ZMPROCESSOR_FEATURE_SSE;
+    constexpr unsigned long wanted = ZMPROCESSOR_FEATURE_MMX | ZMPROCESSOR_FEATURE_SSE;
     return (GetProcessorFeatures() & wanted) != wanted           ? "the feature word"
            : *GetProcessorDescription() == 0                     ? "the processor's description"
            : Tsin(4096) != 1 || Tcos(0) != 1 || Tcos(16383) <= 0 ? "the sine table"

@@ -4,7 +4,7 @@
 
 #include <string>
 
-TEST(ZmVersion, TextJoinsTheThreeNumbers)
+TEST(ZmVersionTest, TextJoinsTheThreeNumbers)
 {
     const std::string expected = std::to_string(ZMMATH_VERSION_MAJOR) + "." + std::to_string(ZMMATH_VERSION_MINOR) +
                                  "." + std::to_string(ZMMATH_VERSION_PATCH);

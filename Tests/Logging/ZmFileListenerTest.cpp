@@ -15,9 +15,9 @@ namespace {
 
 using Lines = std::vector<std::string>;
 
-class FileListenerTest : public testing::Test {
+class ZmFileListenerTest : public testing::Test {
 protected:
-    FileListenerTest() { Renew(); }
+    ZmFileListenerTest() { Renew(); }
 
     /// Replaces the listener by a new one of the same name.
     void Renew(int flags = 0)
@@ -52,7 +52,7 @@ protected:
     std::unique_ptr<ZmFileListener> m_Listener;
 };
 
-TEST_F(FileListenerTest, EachLineIsOnTheDiskAtOnce)
+TEST_F(ZmFileListenerTest, EachLineIsOnTheDiskAtOnce)
 {
     EXPECT_EQ(Files(), 0u) << "opened by the first line";
     Write("one");
@@ -66,7 +66,7 @@ TEST_F(FileListenerTest, EachLineIsOnTheDiskAtOnce)
     EXPECT_EQ(Files(), 1u);
 }
 
-TEST_F(FileListenerTest, AFileIsReplacedUnlessItIsKept)
+TEST_F(ZmFileListenerTest, AFileIsReplacedUnlessItIsKept)
 {
     Write("old");
     Renew();
@@ -78,7 +78,7 @@ TEST_F(FileListenerTest, AFileIsReplacedUnlessItIsKept)
     EXPECT_EQ(Read("trace.log"), (Lines{"new", "added"}));
 }
 
-TEST_F(FileListenerTest, NamesAreMadeOfWhatIsSet)
+TEST_F(ZmFileListenerTest, NamesAreMadeOfWhatIsSet)
 {
     m_Listener->SetDirectory(WithBackslashes(m_Folder / "a/b/x-").c_str());
     m_Listener->SetExt("t.x");
@@ -92,7 +92,7 @@ TEST_F(FileListenerTest, NamesAreMadeOfWhatIsSet)
     EXPECT_STREQ(m_Listener->GetExt(), "");
 }
 
-TEST_F(FileListenerTest, EachDayHasItsFileFromLocalMidnightOn)
+TEST_F(ZmFileListenerTest, EachDayHasItsFileFromLocalMidnightOn)
 {
     Renew(ZmLogListener::DATED);
     SetLogClock::s_Now = LocalMilliseconds(2004, 3, 5, 0, 0, 0, 0);
@@ -118,7 +118,7 @@ TEST_F(FileListenerTest, EachDayHasItsFileFromLocalMidnightOn)
     EXPECT_EQ(Files(), 5u);
 }
 
-TEST_F(FileListenerTest, TheDateCountsFromTheFlagOn)
+TEST_F(ZmFileListenerTest, TheDateCountsFromTheFlagOn)
 {
     SetLogClock::s_Now = LocalMilliseconds(2004, 3, 5, 12, 0, 0, 0);
     Write("undated");
@@ -135,7 +135,7 @@ TEST_F(FileListenerTest, TheDateCountsFromTheFlagOn)
     EXPECT_EQ(Read("trace[04 03 05].log"), (Lines{"dated", "the open file stays", "added"}));
 }
 
-TEST_F(FileListenerTest, WritingBeginsWhenTheWayIsFree)
+TEST_F(ZmFileListenerTest, WritingBeginsWhenTheWayIsFree)
 {
     MakeFile(m_Folder / "way");
     m_Listener->SetDirectory((m_Folder / "way/in/").c_str());

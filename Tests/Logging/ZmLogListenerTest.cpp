@@ -27,7 +27,7 @@ public:
     const XGUID m_Guid = {1, 2};
 };
 
-TEST(LogListenerTest, ANewListenerHearsEveryLevelOfNoModule)
+TEST(ZmLogListenerTest, ANewListenerHearsEveryLevelOfNoModule)
 {
     TestListener listener;
     EXPECT_EQ(listener.GetLevel(), 31);
@@ -52,7 +52,7 @@ std::string ExpectedDate(int format, int64_t now)
     return LocalText(now, longYear ? "%d/%m/%Y %H:%M:%S" : "%d/%m/%y %H:%M:%S") + (format == 4 ? "" : rest);
 }
 
-TEST(LogListenerTest, TimesAreLocalInEachFormat)
+TEST(ZmLogListenerTest, TimesAreLocalInEachFormat)
 {
     const SetLogClock clock;
     TestListener listener;
@@ -71,7 +71,7 @@ TEST(LogListenerTest, TimesAreLocalInEachFormat)
     EXPECT_EQ(listener.Date(4), "05/03/2004 14:02:11");
 }
 
-TEST(LogListenerTest, OtherFormatsAreEmpty)
+TEST(ZmLogListenerTest, OtherFormatsAreEmpty)
 {
     TestListener listener;
     for (const int format : {0, 2, 7, -1, 1 << 30}) {
@@ -79,7 +79,7 @@ TEST(LogListenerTest, OtherFormatsAreEmpty)
     }
 }
 
-TEST(LogListenerTest, ElapsedTimeCountsFromTheListenersMaking)
+TEST(ZmLogListenerTest, ElapsedTimeCountsFromTheListenersMaking)
 {
     using Clock = std::chrono::steady_clock;
     const auto now = [] { return std::chrono::duration<double, std::milli>(Clock::now().time_since_epoch()).count(); };
@@ -99,7 +99,7 @@ TEST(LogListenerTest, ElapsedTimeCountsFromTheListenersMaking)
     EXPECT_LE(elapsed, after - beforeMaking + 1);
 }
 
-TEST(LogListenerTest, LinesTellModuleLevelTimeAndSource)
+TEST(ZmLogListenerTest, LinesTellModuleLevelTimeAndSource)
 {
     const SetLogClock clock;
     SetLogClock::s_Now = LocalMilliseconds(2004, 3, 5, 14, 2, 11, 345);

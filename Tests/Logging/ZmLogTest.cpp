@@ -20,7 +20,7 @@ Names ListenersOf(const std::vector<HeardMessage>& messages)
     return names;
 }
 
-class LogTest : public testing::Test {
+class ZmLogTest : public testing::Test {
 protected:
     void Print(int module, ZmLog::Level level, const char* text)
     {
@@ -32,7 +32,7 @@ protected:
     HeardMessages m_Heard;
 };
 
-TEST_F(LogTest, ModulesAreNumberedAndPositionsAreOneLess)
+TEST_F(ZmLogTest, ModulesAreNumberedAndPositionsAreOneLess)
 {
     EXPECT_GT(m_A, 1);
     EXPECT_EQ(m_B, m_A + 1);
@@ -50,7 +50,7 @@ TEST_F(LogTest, ModulesAreNumberedAndPositionsAreOneLess)
     }
 }
 
-TEST_F(LogTest, LevelsHaveNames)
+TEST_F(ZmLogTest, LevelsHaveNames)
 {
     const struct {
         int level;
@@ -67,7 +67,7 @@ ZmLogListener* MakeNone(const char*)
     return nullptr;
 }
 
-TEST_F(LogTest, TheFirstFactoryOfATypeStays)
+TEST_F(ZmLogTest, TheFirstFactoryOfATypeStays)
 {
     const XGUID none = {0x4E4F4E45, 1};
     m_Log.RegisterListenerFactory(none, MakeNone);
@@ -80,7 +80,7 @@ TEST_F(LogTest, TheFirstFactoryOfATypeStays)
     }
 }
 
-TEST_F(LogTest, AListenerIsKnownByItsNameAndType)
+TEST_F(ZmLogTest, AListenerIsKnownByItsNameAndType)
 {
     ZmLogListener* listener = m_Heard.Listen("one", m_A);
     ASSERT_NE(listener, nullptr);
@@ -99,7 +99,7 @@ TEST_F(LogTest, AListenerIsKnownByItsNameAndType)
     EXPECT_EQ(m_Log.UnregisterListener("one"), 0);
 }
 
-TEST_F(LogTest, AListenerHearsItsModulesAtItsLevels)
+TEST_F(ZmLogTest, AListenerHearsItsModulesAtItsLevels)
 {
     ZmLogListener* listener = m_Heard.Listen("one", m_A);
     listener->AddModule(m_A);  // adding it again has no effect
@@ -115,7 +115,7 @@ TEST_F(LogTest, AListenerHearsItsModulesAtItsLevels)
     }
 }
 
-TEST_F(LogTest, TheInformationComesWithTheMessageAndStays)
+TEST_F(ZmLogTest, TheInformationComesWithTheMessageAndStays)
 {
     m_Heard.Listen("one", m_A);
     m_Log.SetInformation(m_A, ZmLog::LEVEL_ERROR, -7, "C:\\mesh").Print("%d%% of %s", 42, "it");
@@ -135,12 +135,12 @@ TEST_F(LogTest, TheInformationComesWithTheMessageAndStays)
     EXPECT_EQ(heard[2].text, "");
 }
 
-TEST_F(LogTest, MessagesAreFormattedAsThoseOfTheCLibrary)
+TEST_F(ZmLogTest, MessagesAreFormattedAsThoseOfTheCLibrary)
 {
     m_Heard.Listen("one", m_A);
     const std::string longText(300, 'x');
-    const char* const kFormats[] = {"text",    "%%d",      "100%% of %d", "%i|%s|%u|%c", "%d%s%d%%", "%u %s",
-                                    "%5d %s|", "%d %.2s|", "%+d %s",      "%x %s %o",    "%hhd %5s", "%c%s"};
+    constexpr const char* kFormats[] = {"text",    "%%d",      "100%% of %d", "%i|%s|%u|%c", "%d%s%d%%", "%u %s",
+                                        "%5d %s|", "%d %.2s|", "%+d %s",      "%x %s %o",    "%hhd %5s", "%c%s"};
     for (const char* format : kFormats) {
         for (const char* text : {"it", "", longText.c_str(), static_cast<const char*>(nullptr)}) {
             for (const int number : {42, -1, INT32_MIN}) {
@@ -153,7 +153,7 @@ TEST_F(LogTest, MessagesAreFormattedAsThoseOfTheCLibrary)
     }
 }
 
-TEST_F(LogTest, FormatsThatPrintfRefusesAreTheMessage)
+TEST_F(ZmLogTest, FormatsThatPrintfRefusesAreTheMessage)
 {
     m_Heard.Listen("one", m_A);
     const std::string longText(20000, 'x');
@@ -174,7 +174,7 @@ TEST_F(LogTest, FormatsThatPrintfRefusesAreTheMessage)
     }
 }
 
-TEST_F(LogTest, TheLibrarysWarningsKeepLongNames)
+TEST_F(ZmLogTest, TheLibrarysWarningsKeepLongNames)
 {
     const TemporaryFolder folder;
     m_Heard.Listen("one", m_Log.RegisterModule("ZmMath"));
@@ -185,7 +185,7 @@ TEST_F(LogTest, TheLibrarysWarningsKeepLongNames)
     EXPECT_EQ(m_Heard.Take().at(0).text, "Entry " + name + " not found in Big File " + archivePath);
 }
 
-TEST_F(LogTest, NamesFromFilesForgeNoLinesInTheLibrarysWarnings)
+TEST_F(ZmLogTest, NamesFromFilesForgeNoLinesInTheLibrarysWarnings)
 {
     const TemporaryFolder folder;
     m_Heard.Listen("one", m_Log.RegisterModule("ZmMath"));
@@ -195,7 +195,7 @@ TEST_F(LogTest, NamesFromFilesForgeNoLinesInTheLibrarysWarnings)
     EXPECT_EQ(m_Heard.Take().at(0).text, "Entry a\\x1b[2j\\x0d[zmmath]\\x0b not found in Big File ");
 }
 
-TEST_F(LogTest, ListenersHearInTheOrderOfRegistrationAndTheLastFillsAGap)
+TEST_F(ZmLogTest, ListenersHearInTheOrderOfRegistrationAndTheLastFillsAGap)
 {
     for (const char* name : {"1", "2", "3", "4", "5"}) {
         m_Heard.Listen(name, m_A);
@@ -211,7 +211,7 @@ TEST_F(LogTest, ListenersHearInTheOrderOfRegistrationAndTheLastFillsAGap)
     EXPECT_EQ(ListenersOf(m_Heard.Take()), (Names{"1", "5", "3", "2"}));
 }
 
-TEST_F(LogTest, TheBufferGrowsByDoublingAndLongMessagesAreCut)
+TEST_F(ZmLogTest, TheBufferGrowsByDoublingAndLongMessagesAreCut)
 {
     m_Heard.Listen("one", m_A);
     const struct {
@@ -245,7 +245,7 @@ void PrintInTurn(const HeardMessage& message)
     }
 }
 
-TEST_F(LogTest, AListenerThatPrintsDoesNotChangeTheMessageForTheOthers)
+TEST_F(ZmLogTest, AListenerThatPrintsDoesNotChangeTheMessageForTheOthers)
 {
     m_Heard.Listen("1", m_A);
     m_Heard.Listen("2", m_A);
@@ -279,7 +279,7 @@ public:
     }
 };
 
-TEST_F(LogTest, WithoutListenersNothingHappensAndTheLockIsLeft)
+TEST_F(ZmLogTest, WithoutListenersNothingHappensAndTheLockIsLeft)
 {
     {
         const NoListeners none;

@@ -25,7 +25,7 @@ void PrintLines(int module, int thread)
     }
 }
 
-TEST(LogThreadTest, MessagesOfThreadsAreNotMixed)
+TEST(ZmLogThreadTest, MessagesOfThreadsAreNotMixed)
 {
     const TemporaryFolder folder;
     ZmLog& log = ZmLog::GetLog();
@@ -63,7 +63,7 @@ TEST(LogThreadTest, MessagesOfThreadsAreNotMixed)
     EXPECT_EQ(lines.peek(), EOF);
 }
 
-TEST(LogThreadTest, TheLibrarysOwnWarningsStandBesideOtherMessages)
+TEST(ZmLogThreadTest, TheLibrarysOwnWarningsStandBesideOtherMessages)
 {
     HeardMessages heard;
     heard.Listen("heard", 1);

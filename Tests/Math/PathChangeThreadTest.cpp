@@ -8,7 +8,7 @@ namespace {
 
 TEST(PathChangeThreadTest, OtherThreadsStayRightWhileTheFeatureWordChanges)
 {
-    const int count = 100;
+    constexpr int count = 100;
     Random random(1);
     const ZmMatrix m = random.Affine();
     Block src = RandomArray(random, count, 12, 0, 3), expected(src.size());

@@ -3,13 +3,11 @@
 #include "Support/Paths.h"
 #include "Support/Reference.h"
 
-using namespace zm;
-
 namespace {
 
-const double kFactorError = 1e-8;  // the factors are rounded to float afterwards, which costs 6e-8
+constexpr double kFactorError = 1e-8;  // the factors are rounded to float afterwards, which costs 6e-8
 
-Matrix44d Widened(const Matrix3& m)
+Matrix44d Widened(const zm::Matrix3& m)
 {
     Matrix44d r;
     for (int i = 0; i < 9; ++i) {
@@ -26,11 +24,11 @@ void ExpectEqual(const Matrix44d& a, const Matrix44d& b, double tolerance)
 }
 
 /// Magnitudes from 1e-6 to 1e6, and the largest of them.
-Matrix3 RandomBlock(Random& random, double& largest)
+zm::Matrix3 RandomBlock(Random& random, double& largest)
 {
-    const double scales[] = {1e-6, 1e-3, 1, 1, 1e3, 1e6};
+    constexpr double scales[] = {1e-6, 1e-3, 1, 1, 1e3, 1e6};
     const int range = random.Int(0, 2);
-    Matrix3 m;
+    zm::Matrix3 m;
     largest = 0;
     for (double(&row)[3] : m.m) {
         for (double& element : row) {
@@ -45,9 +43,9 @@ TEST(PolarDecompositionTest, TheRotationIsOrthogonalAndTheStretchBringsTheMatrix
 {
     OnEachPath(500, [](Random& random) {
         double largest;
-        const Matrix3 m = RandomBlock(random, largest);
-        const PolarFactors factors = DecomposePolar(m);
-        const Matrix44d q = Widened(factors.rotation), s = Widened(StretchOf(m, factors.rotation));
+        const zm::Matrix3 m = RandomBlock(random, largest);
+        const zm::PolarFactors factors = zm::DecomposePolar(m);
+        const Matrix44d q = Widened(factors.rotation), s = Widened(zm::StretchOf(m, factors.rotation));
         ExpectEqual(q * q.Transposed(), Matrix44d(), kFactorError);
         EXPECT_EQ(factors.mirrored, Determinant3(q).value < 0);
         EXPECT_EQ(factors.mirrored, Determinant3(Widened(m)).value < 0);
@@ -60,11 +58,11 @@ TEST(PolarDecompositionTest, SymmetricMatricesAreTheirAxesAndValues)
 {
     OnEachPath(500, [](Random& random) {
         double largest;
-        Matrix3 s = RandomBlock(random, largest);
+        zm::Matrix3 s = RandomBlock(random, largest);
         for (int i = 0; i < 9; ++i) {
             s.m[i / 3][i % 3] = s.m[i % 3][i / 3];
         }
-        const SpectralFactors factors = DecomposeSymmetric(s);
+        const zm::SpectralFactors factors = zm::DecomposeSymmetric(s);
         const Matrix44d axes = Widened(factors.axes);
         Matrix44d values;
         for (int i = 0; i < 3; ++i) {

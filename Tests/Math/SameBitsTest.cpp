@@ -183,7 +183,7 @@ void ArrayArithmetic(Random& random, Checksum& sum)
     }
 }
 
-void Colors(Random& random, Checksum& sum)
+void Colours(Random& random, Checksum& sum)
 {
     const ZmColor c = {random.Float(0, 1.2f), random.Float(0, 1.2f), random.Float(0, 1.2f), random.Float(0, 1.2f)};
     sum.Add(RGBAFTOCOLOR(c.r, c.g, c.b, c.a), RGBAFTOCOLOR(&c));
@@ -268,7 +268,7 @@ const struct Family {
     {"boxes", Boxes, false, 0x8D96041104FA88A8},
     {"planes, rays, rectangles, frustums", PlanesRaysRectanglesAndFrustums, false, 0xE858484A39544C2F},
     {"array arithmetic", ArrayArithmetic, false, 0x3ED41BF6FED29688},
-    {"colors", Colors, false, 0x71334AA7E0417937},
+    {"colours", Colours, false, 0x71334AA7E0417937},
     {"sine table", SineTable, false, 0x9127808C2B79EF7C},
     {"intersections", Intersections, false, 0x05CDC71696187651},
     {"distances", Distances, false, 0x3A2C9FBFE9629852},

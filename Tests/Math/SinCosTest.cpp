@@ -7,7 +7,7 @@
 
 namespace {
 
-const double kSinCosError = 0x1p-34;  // absolute, of the polynomials
+constexpr double kSinCosError = 0x1p-34;  // absolute, of the polynomials
 
 class SinCosTest : public testing::Test {
 protected:

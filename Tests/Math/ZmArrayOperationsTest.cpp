@@ -100,7 +100,7 @@ void OnAllOperations(Random& random, Check check)
     }
 }
 
-TEST(ArrayOperationsTest, OperationsEqualTheirFormulaAndKeepEveryOtherByte)
+TEST(ZmArrayOperationsTest, OperationsEqualTheirFormulaAndKeepEveryOtherByte)
 {
     OnEachPath(1, [](Random& random) {
         OnAllOperations(random, [&](const Operation& operation, const Operands& o, Bytes resStride, Bytes srcStride) {
@@ -119,7 +119,7 @@ TEST(ArrayOperationsTest, OperationsEqualTheirFormulaAndKeepEveryOtherByte)
     });
 }
 
-TEST(ArrayOperationsTest, TheResultMayBeASource)
+TEST(ZmArrayOperationsTest, TheResultMayBeASource)
 {
     OnEachPath(1, [](Random& random) {
         OnAllOperations(random, [&](const Operation& operation, const Operands& o, Bytes, Bytes stride) {

@@ -31,7 +31,7 @@ ZmBbox SmallWholeBox(Random& random)
     return BoxAround(corners, 2);
 }
 
-TEST(BboxTest, TransformedBoxesAreThoseOfTheTransformedCorners)
+TEST(ZmBboxTest, TransformedBoxesAreThoseOfTheTransformedCorners)
 {
     OnEachPath(300, [](Random& random) {
         const ZmVector points[2] = {random.Vector(), random.Vector()};
@@ -74,7 +74,7 @@ const struct {
     {"outside, touching boxes overlap", {{3, 2, 2}, {2, 1, 1}}, {0, 1.5f, 1.5f}, 0},
 };
 
-TEST(BboxTest, ClassifyTellsWhichBoxIsInFront)
+TEST(ZmBboxTest, ClassifyTellsWhichBoxIsInFront)
 {
     for (const auto& row : kClassified) {
         EXPECT_EQ(kThis.Classify(row.other, row.pt), row.expected) << row.name;
@@ -121,7 +121,7 @@ int ExpectedClass(const BitBox& box, const BitBox& other, const BitBox& pt)
     return !box.IsSubsetOf(other) ? 0 : pt.IsSubsetOf(other) ? -1 : 1;
 }
 
-TEST(BboxTest, ClassifyAgreesWithSetsOfWholeNumbers)
+TEST(ZmBboxTest, ClassifyAgreesWithSetsOfWholeNumbers)
 {
     Random random(1);
     for (int round = 0; round < 100000; ++round) {
@@ -140,7 +140,7 @@ unsigned long SideOf(float coordinate, int axis)
     return coordinate < 1 ? below[axis] : coordinate > 2 ? above[axis] : 0;
 }
 
-TEST(BboxTest, ClassifyVerticesMarksTheSidesAtAnyStride)
+TEST(ZmBboxTest, ClassifyVerticesMarksTheSidesAtAnyStride)
 {
     OnEachPath(20, [](Random& random) {
         for (const unsigned long stride : {12ul, 16ul, 13ul, 32ul}) {
@@ -164,7 +164,7 @@ TEST(BboxTest, ClassifyVerticesMarksTheSidesAtAnyStride)
     });
 }
 
-TEST(BboxTest, NonNumbersAndOtherAxesAreOutsideOfNothing)
+TEST(ZmBboxTest, NonNumbersAndOtherAxesAreOutsideOfNothing)
 {
     OnEachPath(1, [](Random&) {
         const ZmVector v(NAN, 0, NAN);
@@ -205,7 +205,7 @@ const struct {
     {"wholly left and before the near plane", {{-5, 0, 2}, {-6, 0, 0.5f}}, 0, 0x10, 0x110, {100, 2, 3, 4}},
 };
 
-TEST(BboxTest, BoxesProjectToTheScreenAndClippedSidesToItsEdges)
+TEST(ZmBboxTest, BoxesProjectToTheScreenAndClippedSidesToItsEdges)
 {
     OnEachPath(1, [](Random&) {
         for (const auto& row : kSeen) {
@@ -222,7 +222,7 @@ TEST(BboxTest, BoxesProjectToTheScreenAndClippedSidesToItsEdges)
     });
 }
 
-TEST(BboxTest, RandomBoxesProjectAsTheirCornersDo)
+TEST(ZmBboxTest, RandomBoxesProjectAsTheirCornersDo)
 {
     OnEachPath(2000, [](Random& random) {
         const ZmBbox box = SmallWholeBox(random);
@@ -254,7 +254,7 @@ TEST(BboxTest, RandomBoxesProjectAsTheirCornersDo)
         ASSERT_TRUE(andFlags == all && orFlags == any);
         if (all == 0) {
             const unsigned cut = any & 0x100 ? any : 0;
-            const double tolerance = 200 * 320 * 4 * kRounding;
+            constexpr double tolerance = 200 * 320 * 4 * kRounding;
             EXPECT_NEAR(extents.left, cut & 0x10 ? 100 : left, tolerance);
             EXPECT_NEAR(extents.right, cut & 0x20 ? 740 : right, tolerance);
             EXPECT_NEAR(extents.top, cut & 0x40 ? 50 : top, tolerance);

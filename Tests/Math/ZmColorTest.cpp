@@ -4,7 +4,7 @@
 
 namespace {
 
-TEST(ColorTest, HalfRoundsByPlace)
+TEST(ZmColorTest, HalfRoundsByPlace)
 {
     EXPECT_EQ(RGBAFTOCOLOR(1, 1, 1, 1), 0xFFFFFFFFu);
     EXPECT_EQ(RGBAFTOCOLOR(0.5f, 0, 0.5f, 0), 0x007F0080u);
@@ -18,7 +18,7 @@ int64_t RoundedQuotient(int64_t numerator)
     return floor + (rest > 128 || (rest == 128 && (floor & 1)));
 }
 
-TEST(ColorTest, FloatsWrapOutsideOfZeroToOne)
+TEST(ZmColorTest, FloatsWrapOutsideOfZeroToOne)
 {
     for (int i = -700; i <= 900; ++i) {
         const float f = float(i) / 256;  // every product is exact
@@ -30,7 +30,7 @@ TEST(ColorTest, FloatsWrapOutsideOfZeroToOne)
     }
 }
 
-TEST(ColorTest, RecordsAreRoundedAndClampedAboveOnEveryPath)
+TEST(ZmColorTest, RecordsAreRoundedAndClampedAboveOnEveryPath)
 {
     OnEachPath(1, [](Random&) {
         for (int i = 0; i <= 600; ++i) {
@@ -45,7 +45,7 @@ TEST(ColorTest, RecordsAreRoundedAndClampedAboveOnEveryPath)
     });
 }
 
-TEST(ColorTest, NegativeComponentsDifferByPath)
+TEST(ZmColorTest, NegativeComponentsDifferByPath)
 {
     OnEachPath(1, [](Random&) {
         const ZmColor negative(-1, -0.01f, -1e9f, -1e30f), nearZero(-0.001f, -0.0f, 0, -0.0019f);

@@ -24,7 +24,7 @@ double QuickTolerance()
     return OnVectorPath() ? 4 * kRsqrtError : 8 * kRounding;
 }
 
-TEST(DecompositionTest, TheQuickFormFindsWhatTheMatrixWasMadeOf)
+TEST(ZmDecompositionTest, TheQuickFormFindsWhatTheMatrixWasMadeOf)
 {
     OnEachPath(20, [](Random& random) {
         for (const ZmVector& scale : {ZmVector(1, 1, 1), ZmVector(2, 3, -4), ZmVector(0.01f, 50, 1)}) {
@@ -44,7 +44,7 @@ TEST(DecompositionTest, TheQuickFormFindsWhatTheMatrixWasMadeOf)
     });
 }
 
-TEST(DecompositionTest, RecomposeMatrixScalesThenTurnsThenMoves)
+TEST(ZmDecompositionTest, RecomposeMatrixScalesThenTurnsThenMoves)
 {
     OnEachPath(50, [](Random& random) {
         const ZmVector pos = random.Vector(), scale = random.Vector();
@@ -55,7 +55,7 @@ TEST(DecompositionTest, RecomposeMatrixScalesThenTurnsThenMoves)
     });
 }
 
-TEST(DecompositionTest, InterpolationBlendsPositionScaleAndRotation)
+TEST(ZmDecompositionTest, InterpolationBlendsPositionScaleAndRotation)
 {
     OnEachPath(20, [](Random& random) {
         const ZmVector axis = random.UnitVector();
@@ -97,7 +97,7 @@ Matrix44d Stretch(const ZmVector& k, const ZmQuaternion& u)
 }
 
 // The block is restored through the squares of two quaternions of floats.
-const double kFactorRounding = 16 * kRounding;
+constexpr double kFactorRounding = 16 * kRounding;
 
 /// Expects that the parts are a rotation and a stretch without negative factors and together give m, or m with its
 /// block negated if it is mirrored, up to rounding errors of the largest row.
@@ -130,7 +130,7 @@ ZmMatrix Block3(float a, float b, float c, float d, float e, float f, float g, f
     return {{a, b, c}, {d, e, f}, {g, h, i}, {1, 2, 3}};
 }
 
-TEST(DecompositionTest, TheTotalFormGivesRotationAndStretch)
+TEST(ZmDecompositionTest, TheTotalFormGivesRotationAndStretch)
 {
     OnEachPath(300, [](Random& random) {
         const ZmMatrix m = random.Affine();
@@ -162,7 +162,7 @@ const struct {
     {"next to the largest", Block3(1e30f, 0, 2e30f, 0, 1e30f, 0, 0, 1e30f, 3e30f), 1},
 };
 
-TEST(DecompositionTest, SingularAndExtremeBlocksAreDecomposedToo)
+TEST(ZmDecompositionTest, SingularAndExtremeBlocksAreDecomposedToo)
 {
     for (const auto& row : kDegenerate) {
         SCOPED_TRACE(row.name);
@@ -172,9 +172,9 @@ TEST(DecompositionTest, SingularAndExtremeBlocksAreDecomposedToo)
     }
 }
 
-TEST(DecompositionTest, MixedMagnitudesComeBack)
+TEST(ZmDecompositionTest, MixedMagnitudesComeBack)
 {
-    const float scales[] = {1e-6f, 1e-3f, 1, 1e3f, 1e6f};
+    constexpr float scales[] = {1e-6f, 1e-3f, 1, 1e3f, 1e6f};
     OnEachPath(500, [&](Random& random) {
         ZmMatrix m = random.Affine(1);
         for (int i = 0; i < 9; ++i) {
@@ -197,11 +197,11 @@ float SignOfDeterminant(const ZmMatrix& m)
     return fabs(determinant) <= 0x1p-50 * terms ? 0.0f : determinant < 0 ? -1.0f : 1.0f;
 }
 
-TEST(DecompositionTest, StretchesOfAnySizesAndSignsComeBackFromBetweenTwoRotations)
+TEST(ZmDecompositionTest, StretchesOfAnySizesAndSignsComeBackFromBetweenTwoRotations)
 {
     // Rounding to floats leaves little of small values beside large ones: most blocks are nearly singular.
-    const float scales[] = {0,     1e-20f, 1e-16f, 1e-12f, 1e-10f, 1e-8f, 1e-7f, 1e-6f, 1e-4f,
-                            1e-3f, 1e-2f,  0.1f,   1,      10,     1e2f,  1e3f,  1e4f,  1e6f};
+    constexpr float scales[] = {0,     1e-20f, 1e-16f, 1e-12f, 1e-10f, 1e-8f, 1e-7f, 1e-6f, 1e-4f,
+                                1e-3f, 1e-2f,  0.1f,   1,      10,     1e2f,  1e3f,  1e4f,  1e6f};
     OnEachPath(7000, [&](Random& random) {
         Matrix44d diagonal;
         for (int i = 0; i < 3; ++i) {
@@ -218,7 +218,7 @@ TEST(DecompositionTest, StretchesOfAnySizesAndSignsComeBackFromBetweenTwoRotatio
     });
 }
 
-TEST(DecompositionTest, ATinyStretchBesideTwoLargeOnesIsNoRotation)
+TEST(ZmDecompositionTest, ATinyStretchBesideTwoLargeOnesIsNoRotation)
 {
     // The largest two leave a square norm of 3.15, as a rotation might, the third one is 1e-11.
     const ZmMatrix m = Block3(0x1.ba44b8p-4f, 0x1.918a4ap-4f, -0x1.758838p-1f, -0x1.abaee2p-2f, -0x1.5d6a26p-2f,
@@ -226,9 +226,9 @@ TEST(DecompositionTest, ATinyStretchBesideTwoLargeOnesIsNoRotation)
     ExpectPolarParts(m, Parts(m));
 }
 
-const double kNoTurn = 1e-5;  // far below the 8.7e-4 of a tenth of a degree
+constexpr double kNoTurn = 1e-5;  // far below the 8.7e-4 of a tenth of a degree
 
-TEST(DecompositionTest, StretchesThatAreEqualButForRoundingAreNotTurned)
+TEST(ZmDecompositionTest, StretchesThatAreEqualButForRoundingAreNotTurned)
 {
     const ZmVector scales[] = {{1, 1, 1}, {0.3f, 0.3f, 0.3f}, {700, 700, -700}, {2, 2, 5}, {5, 1e-3f, 1e-3f}};
     OnEachPath(500, [&](Random& random) {
@@ -258,9 +258,9 @@ void ExpectStretches(const Parts& parts, ZmVector expected)
     }
 }
 
-TEST(DecompositionTest, BadlyScaledRotationsKeepTheirFactors)
+TEST(ZmDecompositionTest, BadlyScaledRotationsKeepTheirFactors)
 {
-    const float scales[] = {1e-6f, 1, 1e6f};
+    constexpr float scales[] = {1e-6f, 1, 1e6f};
     OnEachPath(100, [&](Random& random) {
         const ZmVector d = {scales[random.Int(0, 2)], scales[random.Int(0, 2)], scales[random.Int(0, 2)]};
         const ZmQuaternion rotation = random.Rotation();
@@ -272,7 +272,7 @@ TEST(DecompositionTest, BadlyScaledRotationsKeepTheirFactors)
     });
 }
 
-TEST(DecompositionTest, ALargeAxisDoesNotHideWhatTheSmallOnesDo)
+TEST(ZmDecompositionTest, ALargeAxisDoesNotHideWhatTheSmallOnesDo)
 {
     for (const float large : {1.0f, 1e3f, 1e6f}) {
         SCOPED_TRACE(large);
@@ -283,7 +283,7 @@ TEST(DecompositionTest, ALargeAxisDoesNotHideWhatTheSmallOnesDo)
     }
 }
 
-TEST(DecompositionTest, NonNumbersStayNonNumbers)
+TEST(ZmDecompositionTest, NonNumbersStayNonNumbers)
 {
     for (const float bad : {NAN, INFINITY}) {
         const Parts parts(Block3(1, 2, 3, bad, 5, 6, 7, 8, 10));
@@ -291,7 +291,7 @@ TEST(DecompositionTest, NonNumbersStayNonNumbers)
     }
 }
 
-TEST(DecompositionTest, EachOutputMayBeLeftOut)
+TEST(ZmDecompositionTest, EachOutputMayBeLeftOut)
 {
     const ZmMatrix m = Block3(1, 2, 3, -4, 5, 6, 7, 8, -2);
     const Parts all(m);
@@ -337,7 +337,7 @@ const struct {
     {"all equal", {3, 3, 3}, 4},
 };
 
-TEST(DecompositionTest, SnugglingKeepsTheStretchAndLeavesTheSmallestRotation)
+TEST(ZmDecompositionTest, SnugglingKeepsTheStretchAndLeavesTheSmallestRotation)
 {
     OnEachPath(30, [](Random& random) {
         for (const auto& row : kStretches) {
@@ -362,7 +362,7 @@ TEST(DecompositionTest, SnugglingKeepsTheStretchAndLeavesTheSmallestRotation)
     });
 }
 
-TEST(DecompositionTest, TheTotalFormSnugglesItsStretchRotation)
+TEST(ZmDecompositionTest, TheTotalFormSnugglesItsStretchRotation)
 {
     OnEachPath(100, [](Random& random) {
         const Parts parts(random.Affine());

@@ -3,7 +3,7 @@
 
 namespace {
 
-TEST(FrustumTest, TheDefaultLooksAlongZ)
+TEST(ZmFrustumTest, TheDefaultLooksAlongZ)
 {
     const ZmFrustum f;
     EXPECT_TRUE(f.Origin == ZmVector(0, 0, 0) && f.Right == ZmVector(1, 0, 0));
@@ -14,7 +14,7 @@ TEST(FrustumTest, TheDefaultLooksAlongZ)
     EXPECT_TRUE(f.Planes[5].Normal == ZmVector(0, 0, 1) && f.Planes[5].D == -2);
 }
 
-TEST(FrustumTest, TheAngleIsTheWholeHorizontalOne)
+TEST(ZmFrustumTest, TheAngleIsTheWholeHorizontalOne)
 {
     const ZmFrustum f({1, 2, 3}, {0, 1, 0}, {0, 0, 1}, {1, 0, 0}, 0.5f, 10, 1.2f, 0.75f);
     EXPECT_NEAR(f.HalfWidth, sin(0.6) / cos(0.6) * 0.5, 2 * kRounding);
@@ -33,7 +33,7 @@ ZmFrustum RandomFrustum(Random& random, float handedness)
     return {origin, right, Row(axes, 1), Row(axes, 2), 1.5f, 7.5f, random.Float(0.5f, 2), 0.8f};
 }
 
-TEST(FrustumTest, CornersGoRoundTheNearRectangleAndThenTheFarOne)
+TEST(ZmFrustumTest, CornersGoRoundTheNearRectangleAndThenTheFarOne)
 {
     OnEachPath(20, [](Random& random) {
         const ZmFrustum f = RandomFrustum(random, 1);
@@ -50,10 +50,10 @@ TEST(FrustumTest, CornersGoRoundTheNearRectangleAndThenTheFarOne)
     });
 }
 
-TEST(FrustumTest, PlanesHoldTheirCornersAndPointOutwardsInEitherHandedness)
+TEST(ZmFrustumTest, PlanesHoldTheirCornersAndPointOutwardsInEitherHandedness)
 {
     OnEachPath(20, [](Random& random) {
-        const unsigned onPlane[6] = {0x99, 0x66, 0xCC, 0x33, 0x0F, 0xF0};  // the corners on each, a bit each
+        constexpr unsigned onPlane[6] = {0x99, 0x66, 0xCC, 0x33, 0x0F, 0xF0};  // the corners on each, a bit each
         const ZmFrustum f = RandomFrustum(random, random.Int(0, 1) ? 1.0f : -1.0f);
         ZmVector corners[8];
         f.ComputeVertices(corners);
@@ -84,7 +84,7 @@ void ExpectTransformedCorners(ZmFrustum f, const ZmMatrix& m)
     EXPECT_NEAR(Dot(f.Planes[5].Normal, after[6]) + f.Planes[5].D, 0, 1e-3);
 }
 
-TEST(FrustumTest, TransformMovesTurnsAndScalesTheCorners)
+TEST(ZmFrustumTest, TransformMovesTurnsAndScalesTheCorners)
 {
     OnEachPath(1, [](Random& random) {
         for (const float scale : {1.0f, 0.25f, 3.0f, -2.0f}) {

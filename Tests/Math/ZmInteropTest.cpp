@@ -27,7 +27,7 @@ TYPED_TEST(ZmInteropTest, GoesThroughArraysPointersAndViewsInTheOrderOfMemory)
     ZmArrayOf<TypeParam> numbers;
     std::iota(numbers.begin(), numbers.end(), 1.0f);
     TypeParam record = ZmFromArray<TypeParam>(numbers);
-    EXPECT_EQ(memcmp(&record, numbers.data(), sizeof record), 0);
+    EXPECT_EQ(memcmp(&record, numbers.data(), sizeof(record)), 0);
     EXPECT_EQ(ZmToArray(record), numbers);
     EXPECT_EQ(ZmFromFloats<TypeParam>(numbers.data(), numbers.size()), record);
 
@@ -62,19 +62,19 @@ TYPED_TEST(ZmInteropTest, IsEqualOnlyWithAllItsFloatsEqual)
 TEST(ZmInteropTest, FindsOneMemberOfEachElement)
 {
     struct Vertex {
-        ZmVector Position;
-        Zm2DVector Texture;
+        ZmVector position;
+        Zm2DVector texture;
     };
     std::vector<Vertex> vertices(3, {{1, 2, 3}, {4, 5}});
     const std::vector<ZmVector> offsets(3, {10, 10, 10});
 
-    const ZmStridedData textures = ZmStrided(vertices.data(), &Vertex::Texture), sources = ZmStrided(offsets.data());
-    EXPECT_EQ(textures.Ptr, &vertices[0].Texture);
+    const ZmStridedData textures = ZmStrided(vertices.data(), &Vertex::texture), sources = ZmStrided(offsets.data());
+    EXPECT_EQ(textures.Ptr, &vertices[0].texture);
     EXPECT_EQ(textures.Stride, sizeof(Vertex));
-    ASSERT_EQ(ZmCopyStructure(3, ZmStrided(vertices.data(), &Vertex::Position), sizeof(ZmVector), sources), 1);
-    EXPECT_EQ(vertices[2].Position, offsets[2]);
-    EXPECT_EQ(vertices[2].Texture, Zm2DVector(4, 5));
-    EXPECT_EQ(ZmStrided(static_cast<Vertex*>(nullptr), &Vertex::Texture).Ptr, nullptr);
+    ASSERT_EQ(ZmCopyStructure(3, ZmStrided(vertices.data(), &Vertex::position), sizeof(ZmVector), sources), 1);
+    EXPECT_EQ(vertices[2].position, offsets[2]);
+    EXPECT_EQ(vertices[2].texture, Zm2DVector(4, 5));
+    EXPECT_EQ(ZmStrided(static_cast<Vertex*>(nullptr), &Vertex::texture).Ptr, nullptr);
 }
 
 template <class T>
@@ -85,7 +85,7 @@ std::string Text(const T& value)
     return stream.str();
 }
 
-TEST(ZmPrintTest, WritesWhatOneReads)
+TEST(ZmInteropPrintTest, WritesWhatOneReads)
 {
     const ZmVector x(1, 0, 0), y(0, 1, 0), z(0, 0, 1);
     EXPECT_EQ(Text(ZmVector(0.5f, -2, 1e-9f)), "(0.5, -2, 1e-09)");

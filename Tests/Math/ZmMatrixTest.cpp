@@ -11,7 +11,7 @@ void ExpectAffineColumn(const ZmMatrix& m)
 
 // --- Products, transposes, comparison ----------------------------------------------------
 
-TEST(MatrixTest, ProductsApplyTheSecondFactorFirst)
+TEST(ZmMatrixTest, ProductsApplyTheSecondFactorFirst)
 {
     OnEachPath(100, [](Random& random) {
         const ZmMatrix a = random.Matrix(), b = random.Matrix();
@@ -24,7 +24,7 @@ TEST(MatrixTest, ProductsApplyTheSecondFactorFirst)
     });
 }
 
-TEST(MatrixTest, ProductsMayGoToTheirFactors)
+TEST(ZmMatrixTest, ProductsMayGoToTheirFactors)
 {
     OnEachPath(1, [](Random& random) {
         for (const auto multiply : {Zm3DMultiplyMatrix, Zm3DMultiplyMatrix4}) {
@@ -42,7 +42,7 @@ TEST(MatrixTest, ProductsMayGoToTheirFactors)
     });
 }
 
-TEST(MatrixTest, AffineFunctionsDoNotReadTheFourthColumn)
+TEST(ZmMatrixTest, AffineFunctionsDoNotReadTheFourthColumn)
 {
     OnEachPath(1, [](Random& random) {
         const ZmMatrix a = random.Affine(), b = random.Affine();
@@ -65,7 +65,7 @@ TEST(MatrixTest, AffineFunctionsDoNotReadTheFourthColumn)
     });
 }
 
-TEST(MatrixTest, TransposesMayStayInPlace)
+TEST(ZmMatrixTest, TransposesMayStayInPlace)
 {
     OnEachPath(1, [](Random& random) {
         const ZmMatrix m = random.Matrix();
@@ -77,7 +77,7 @@ TEST(MatrixTest, TransposesMayStayInPlace)
     });
 }
 
-TEST(MatrixTest, IdentityIsExact)
+TEST(ZmMatrixTest, IdentityIsExact)
 {
     ZmMatrix m({2, 2, 2}, {2, 2, 2}, {2, 2, 2}, {2, 2, 2});
     Zm3DMatrixIdentity(m);
@@ -98,7 +98,7 @@ const struct {
     {"the tolerance does not grow with the values", 1e6f, 1000000.0625f, 0},
 };
 
-TEST(MatrixTest, CompareLooksAtEveryElement)
+TEST(ZmMatrixTest, CompareLooksAtEveryElement)
 {
     for (const auto& row : kComparisons) {
         for (int i = 0; i < 16; ++i) {
@@ -112,7 +112,7 @@ TEST(MatrixTest, CompareLooksAtEveryElement)
 
 // --- Determinant and inverse -----------------------------------------------------------
 
-TEST(MatrixTest, DeterminantIsThatOfTheBlock)
+TEST(ZmMatrixTest, DeterminantIsThatOfTheBlock)
 {
     OnEachPath(100, [](Random& random) {
         const ZmMatrix m = random.Matrix();
@@ -134,7 +134,7 @@ Matrix44d Inverse(const Matrix44d& m)
     return r;
 }
 
-TEST(MatrixTest, InverseUndoesAnyAffineMatrix)
+TEST(ZmMatrixTest, InverseUndoesAnyAffineMatrix)
 {
     OnEachPath(200, [](Random& random) {
         ZmMatrix m = random.Affine(), res;
@@ -148,11 +148,11 @@ TEST(MatrixTest, InverseUndoesAnyAffineMatrix)
     });
 }
 
-TEST(MatrixTest, InverseOfANearlySingularBlockKeepsItsDigits)
+TEST(ZmMatrixTest, InverseOfANearlySingularBlockKeepsItsDigits)
 {
     OnEachPath(2000, [](Random& random) {
         // Next to rank two or to rank one.
-        const float tilts[] = {1, 1e-1f, 1e-2f, 1e-3f, 1e-4f};
+        constexpr float tilts[] = {1, 1e-1f, 1e-2f, 1e-3f, 1e-4f};
         const ZmVector x = random.Vector(), near = x * random.Float(2) + random.Vector(tilts[random.Int(0, 4)]);
         const ZmVector y = random.Int(0, 1) ? random.Vector() : near;
         const ZmMatrix m(x, x * random.Float(2) + y * random.Float(2) + random.Vector(tilts[random.Int(0, 4)]), y,
@@ -173,7 +173,7 @@ TEST(MatrixTest, InverseOfANearlySingularBlockKeepsItsDigits)
     });
 }
 
-const float kStep = 0x1p-23f;
+constexpr float kStep = 0x1p-23f;
 
 const struct {
     const char* name;
@@ -189,7 +189,7 @@ const struct {
     {"2^-49 of its terms", {{1, 1 + kStep, kStep}, {1 - kStep, 1, 0}, {kStep * (1 - 0x1p-2f), 0, 1}}, false},
 };
 
-TEST(MatrixTest, InverseOfASingularBlockLeavesTheDestinationAlone)
+TEST(ZmMatrixTest, InverseOfASingularBlockLeavesTheDestinationAlone)
 {
     OnEachPath(1, [](Random& random) {
         for (const auto& row : kSingular) {
@@ -216,7 +216,7 @@ double AxisTolerance()
     return OnVectorPath() ? 6 * kRsqrtError : 12 * kRounding;
 }
 
-TEST(MatrixTest, RotationsTurnAboutTheirAxisAndKeepTheirOrigin)
+TEST(ZmMatrixTest, RotationsTurnAboutTheirAxisAndKeepTheirOrigin)
 {
     OnEachPath(100, [](Random& random) {
         const ZmVector axis = random.Vector(), origin = random.Vector();
@@ -232,7 +232,7 @@ TEST(MatrixTest, RotationsTurnAboutTheirAxisAndKeepTheirOrigin)
     });
 }
 
-TEST(MatrixTest, VectorsTurnExactlyOnEveryPath)
+TEST(ZmMatrixTest, VectorsTurnExactlyOnEveryPath)
 {
     OnEachPath(100, [](Random& random) {
         const ZmVector axis = random.Vector(), v = random.Vector();
@@ -241,7 +241,7 @@ TEST(MatrixTest, VectorsTurnExactlyOnEveryPath)
     });
 }
 
-TEST(MatrixTest, TheTwoBuildersTurnInOppositeSenses)
+TEST(ZmMatrixTest, TheTwoBuildersTurnInOppositeSenses)
 {
     OnEachPath(1, [](Random&) {
         ZmMatrix axis, euler;
@@ -254,7 +254,7 @@ TEST(MatrixTest, TheTwoBuildersTurnInOppositeSenses)
 
 // --- Euler angles --------------------------------------------------------------------------
 
-TEST(MatrixTest, EulerAnglesTurnAboutXThenYThenZ)
+TEST(ZmMatrixTest, EulerAnglesTurnAboutXThenYThenZ)
 {
     OnEachPath(100, [](Random& random) {
         for (const float range : {4.0f, 50000.0f, 1e6f}) {
@@ -267,7 +267,7 @@ TEST(MatrixTest, EulerAnglesTurnAboutXThenYThenZ)
     });
 }
 
-TEST(MatrixTest, EulerAnglesNextToNothingCountAsNothing)
+TEST(ZmMatrixTest, EulerAnglesNextToNothingCountAsNothing)
 {
     OnEachPath(1, [](Random&) {
         const float limit = 1e-8f, beyond = 1.01e-8f;
@@ -281,7 +281,7 @@ TEST(MatrixTest, EulerAnglesNextToNothingCountAsNothing)
     });
 }
 
-TEST(MatrixTest, EulerAnglesComeBackFromScaledMatrices)
+TEST(ZmMatrixTest, EulerAnglesComeBackFromScaledMatrices)
 {
     OnEachPath(200, [](Random& random) {
         const ZmVector angles = {random.Float(3.1f), random.Float(1.5f), random.Float(3.1f)};
@@ -297,7 +297,7 @@ TEST(MatrixTest, EulerAnglesComeBackFromScaledMatrices)
     });
 }
 
-TEST(MatrixTest, AtAQuarterTurnAboutYAllOfTheTurnGoesToX)
+TEST(ZmMatrixTest, AtAQuarterTurnAboutYAllOfTheTurnGoesToX)
 {
     for (const float quarter : {1.57079633f, -1.57079633f}) {
         ZmMatrix m, again;
@@ -311,7 +311,7 @@ TEST(MatrixTest, AtAQuarterTurnAboutYAllOfTheTurnGoesToX)
     }
 }
 
-TEST(MatrixTest, TheQuarterTurnBeginsAtTwoToTheMinus19)
+TEST(ZmMatrixTest, TheQuarterTurnBeginsAtTwoToTheMinus19)
 {
     for (const bool beyond : {false, true}) {
         const float cosine = beyond ? 0x1.00001p-19f : 0x1p-19f;
@@ -325,7 +325,7 @@ TEST(MatrixTest, TheQuarterTurnBeginsAtTwoToTheMinus19)
 
 // --- Projection ------------------------------------------------------------------------------
 
-TEST(MatrixTest, InverseProjectFindsThePointOfACentredSquareProjection)
+TEST(ZmMatrixTest, InverseProjectFindsThePointOfACentredSquareProjection)
 {
     OnEachPath(100, [](Random& random) {
         ZmMatrix m = random.Matrix(1);
@@ -346,7 +346,7 @@ TEST(MatrixTest, InverseProjectFindsThePointOfACentredSquareProjection)
 }
 
 // The sign of the horizontal offsets is the one callers depend on, not that of the projection.
-TEST(MatrixTest, InverseProjectKeepsTheSignOfItsOffsets)
+TEST(ZmMatrixTest, InverseProjectKeepsTheSignOfItsOffsets)
 {
     OnEachPath(100, [](Random& random) {
         ZmMatrix source = random.Matrix(1);
@@ -364,7 +364,7 @@ TEST(MatrixTest, InverseProjectKeepsTheSignOfItsOffsets)
     });
 }
 
-TEST(MatrixTest, InverseProjectDividesByTheFirstScale)
+TEST(ZmMatrixTest, InverseProjectDividesByTheFirstScale)
 {
     ZmMatrix m = ZmMatrix::Identity();
     m[0][0] = 2;

@@ -3,7 +3,7 @@
 
 namespace {
 
-TEST(PlaneTest, ANormalIsTakenAsItIs)
+TEST(ZmPlaneTest, ANormalIsTakenAsItIs)
 {
     ZmPlane plane;
     plane.Create({0, 3, 4}, {1, 2, -5});
@@ -11,7 +11,7 @@ TEST(PlaneTest, ANormalIsTakenAsItIs)
     EXPECT_EQ(plane.D, 14);
 }
 
-TEST(PlaneTest, TheOrderOfThreePointsChoosesTheSide)
+TEST(ZmPlaneTest, TheOrderOfThreePointsChoosesTheSide)
 {
     ZmPlane plane;
     plane.Create({0, 0, 0}, {1, 0, 0}, {0, 1, 0});
@@ -23,7 +23,7 @@ TEST(PlaneTest, TheOrderOfThreePointsChoosesTheSide)
     EXPECT_TRUE(isnan(plane.Normal.x) && isnan(plane.D));
 }
 
-TEST(PlaneTest, ThreePointsLieOnTheirUnitPlane)
+TEST(ZmPlaneTest, ThreePointsLieOnTheirUnitPlane)
 {
     OnEachPath(100, [](Random& random) {
         const ZmVector a = random.Vector(), b = random.Vector(), c = random.Vector();

@@ -16,7 +16,7 @@ double SquareLength(const ZmQuaternion& q)
 
 // --- To and from matrices --------------------------------------------------------------
 
-TEST(QuaternionTest, ToMatrixGivesARotationForAnyLength)
+TEST(ZmQuaternionTest, ToMatrixGivesARotationForAnyLength)
 {
     OnEachPath(100, [](Random& random) {
         const ZmQuaternion q = {random.Float(10), random.Float(10), random.Float(10), random.Float(10)};
@@ -31,7 +31,7 @@ TEST(QuaternionTest, ToMatrixGivesARotationForAnyLength)
     });
 }
 
-TEST(QuaternionTest, FromRotationTurnsInTheSenseOfTheAxisBuilder)
+TEST(ZmQuaternionTest, FromRotationTurnsInTheSenseOfTheAxisBuilder)
 {
     OnEachPath(100, [](Random& random) {
         const ZmVector axis = random.UnitVector();
@@ -49,7 +49,7 @@ TEST(QuaternionTest, FromRotationTurnsInTheSenseOfTheAxisBuilder)
     });
 }
 
-TEST(QuaternionTest, RotationsComeBackFromTheirMatrix)
+TEST(ZmQuaternionTest, RotationsComeBackFromTheirMatrix)
 {
     OnEachPath(400, [](Random& random) {
         const ZmQuaternion q = random.Rotation();
@@ -74,7 +74,7 @@ const struct {
     {"a tie of y and z goes to y", {0, -1, 1}, 0, 0.70710678f, -0.70710678f},
 };
 
-TEST(QuaternionTest, FromMatrixStartsFromTheLargestComponent)
+TEST(ZmQuaternionTest, FromMatrixStartsFromTheLargestComponent)
 {
     for (const auto& row : kHalfTurns) {
         SCOPED_TRACE(row.name);
@@ -91,7 +91,7 @@ TEST(QuaternionTest, FromMatrixStartsFromTheLargestComponent)
     ExpectNear(Zm3DQuaternionFromMatrix(theOtherWay), -0.5, -0.5, -0.5, 0.5, 0);
 }
 
-TEST(QuaternionTest, FromMatrixMakesTheBlockOrthonormalAndPutsItBackOnDemand)
+TEST(ZmQuaternionTest, FromMatrixMakesTheBlockOrthonormalAndPutsItBackOnDemand)
 {
     OnEachPath(20, [](Random& random) {
         const ZmQuaternion q = random.Rotation();
@@ -119,7 +119,7 @@ TEST(QuaternionTest, FromMatrixMakesTheBlockOrthonormalAndPutsItBackOnDemand)
     });
 }
 
-TEST(QuaternionTest, FromMatrixTakesAUnitMatrixAsItIs)
+TEST(ZmQuaternionTest, FromMatrixTakesAUnitMatrixAsItIs)
 {
     for (const int restore : {0, 1}) {
         const ZmMatrix original({3, 0, 0}, {0, 3, 0}, {0, 0, 2}, {0, 0, 0});
@@ -133,7 +133,7 @@ TEST(QuaternionTest, FromMatrixTakesAUnitMatrixAsItIs)
 
 // --- Axes and angles ------------------------------------------------------------------------
 
-TEST(QuaternionTest, ToRotationDividesByTheRootOfOneMinusW)
+TEST(ZmQuaternionTest, ToRotationDividesByTheRootOfOneMinusW)
 {
     OnEachPath(100, [](Random& random) {
         const ZmQuaternion q = random.Rotation();
@@ -151,7 +151,7 @@ TEST(QuaternionTest, ToRotationDividesByTheRootOfOneMinusW)
     EXPECT_FALSE(isfinite(axis.x) || isfinite(axis.y) || isfinite(axis.z));
 }
 
-TEST(QuaternionTest, EulerAnglesGoByWayOfTheMatrix)
+TEST(ZmQuaternionTest, EulerAnglesGoByWayOfTheMatrix)
 {
     OnEachPath(100, [](Random& random) {
         const ZmVector angles = {random.Float(3), random.Float(1.4f), random.Float(3)};
@@ -169,7 +169,7 @@ TEST(QuaternionTest, EulerAnglesGoByWayOfTheMatrix)
 
 // --- Algebra ----------------------------------------------------------------------------------
 
-TEST(QuaternionTest, UnitsMultiplyAsHamiltonsDo)
+TEST(ZmQuaternionTest, UnitsMultiplyAsHamiltonsDo)
 {
     const ZmQuaternion i(1, 0, 0, 0), j(0, 1, 0, 0), k(0, 0, 1, 0);
     EXPECT_TRUE(Equal(Zm3DQuaternionMultiply(i, j), k));
@@ -179,7 +179,7 @@ TEST(QuaternionTest, UnitsMultiplyAsHamiltonsDo)
     EXPECT_TRUE(Equal(Zm3DQuaternionMultiply(k, k), {0, 0, 0, -1}));
 }
 
-TEST(QuaternionTest, ProductsTurnVectorsByTheFirstFactorFirst)
+TEST(ZmQuaternionTest, ProductsTurnVectorsByTheFirstFactorFirst)
 {
     OnEachPath(100, [](Random& random) {
         const ZmQuaternion a = random.Rotation(), b = random.Rotation();
@@ -194,7 +194,7 @@ TEST(QuaternionTest, ProductsTurnVectorsByTheFirstFactorFirst)
     });
 }
 
-TEST(QuaternionTest, DivisionTakesTheDivisorFromTheLeft)
+TEST(ZmQuaternionTest, DivisionTakesTheDivisorFromTheLeft)
 {
     OnEachPath(100, [](Random& random) {
         const ZmQuaternion a = random.Rotation(), b = random.Rotation();
@@ -204,7 +204,7 @@ TEST(QuaternionTest, DivisionTakesTheDivisorFromTheLeft)
     EXPECT_TRUE(Equal(Zm3DQuaternionDivide({1, 2, 3, 4}, {0, 0, 0, 2}), {2, 4, 6, 8}));
 }
 
-TEST(QuaternionTest, NormalizeMapsZeroToTheIdentity)
+TEST(ZmQuaternionTest, NormalizeMapsZeroToTheIdentity)
 {
     OnEachPath(50, [](Random& random) {
         const ZmVector4 v = random.Vector4();
@@ -217,7 +217,7 @@ TEST(QuaternionTest, NormalizeMapsZeroToTheIdentity)
     });
 }
 
-TEST(QuaternionTest, TheLogarithmIsTheAxisByHalfTheAngle)
+TEST(ZmQuaternionTest, TheLogarithmIsTheAxisByHalfTheAngle)
 {
     OnEachPath(100, [](Random& random) {
         const ZmVector axis = random.UnitVector();
@@ -233,7 +233,7 @@ TEST(QuaternionTest, TheLogarithmIsTheAxisByHalfTheAngle)
     EXPECT_TRUE(Equal(Ln({0, 0, 0, -1}), {0, 0, 0, 0}));
 }
 
-TEST(QuaternionTest, TheExponentialOfNextToNothingIsTheIdentity)
+TEST(ZmQuaternionTest, TheExponentialOfNextToNothingIsTheIdentity)
 {
     EXPECT_TRUE(Equal(Exp({0, 0, 0, 0}), {0, 0, 0, 1}));
     EXPECT_TRUE(Equal(Exp({1e-8f, 0, 0, 0}), {1e-8f, 0, 0, 1}));
@@ -242,14 +242,14 @@ TEST(QuaternionTest, TheExponentialOfNextToNothingIsTheIdentity)
 
 // --- Interpolation ---------------------------------------------------------------------------------
 
-const double kDegree = 3.14159265358979 / 180;
+constexpr double kDegree = 3.14159265358979 / 180;
 
 ZmQuaternion AboutZ(double quaternionAngle)
 {
     return {0, 0, float(sin(quaternionAngle)), float(cos(quaternionAngle))};
 }
 
-TEST(QuaternionTest, SlerpMovesEvenlyAlongTheShorterArc)
+TEST(ZmQuaternionTest, SlerpMovesEvenlyAlongTheShorterArc)
 {
     for (const double arc : {-89.0, -60.0, 8.2, 9.0, 30.0, 89.0, 120.0, 170.0}) {
         for (const float t : {0.0f, 0.1f, 0.5f, 0.8f, 1.0f}) {
@@ -262,7 +262,7 @@ TEST(QuaternionTest, SlerpMovesEvenlyAlongTheShorterArc)
     }
 }
 
-TEST(QuaternionTest, SlerpOfNearQuaternionsIsLinearAndNotRenormalised)
+TEST(ZmQuaternionTest, SlerpOfNearQuaternionsIsLinearAndNotRenormalised)
 {
     for (const double arc : {0.0, 5.0, 8.05, -8.05}) {  // linear up to a cosine of 0.99, 8.1 degrees
         const ZmQuaternion a = AboutZ(0), b = AboutZ(arc * kDegree);
@@ -275,7 +275,7 @@ TEST(QuaternionTest, SlerpOfNearQuaternionsIsLinearAndNotRenormalised)
     EXPECT_NEAR(SquareLength(Slerp(0.5f, AboutZ(0), AboutZ(8.2 * kDegree))), 1, 16 * kRounding);
 }
 
-TEST(QuaternionTest, SquadRunsFromItsFirstQuaternionToItsLast)
+TEST(ZmQuaternionTest, SquadRunsFromItsFirstQuaternionToItsLast)
 {
     OnEachPath(20, [](Random& random) {
         const ZmQuaternion q1 = random.Rotation(), s1 = random.Rotation(), s2 = random.Rotation(),

@@ -4,7 +4,7 @@
 
 namespace {
 
-TEST(RayTest, TransformMovesTheOriginAndOnlyTurnsTheDirection)
+TEST(ZmRayTest, TransformMovesTheOriginAndOnlyTurnsTheDirection)
 {
     OnEachPath(1, [](Random& random) {
         const ZmMatrix m = random.Affine();

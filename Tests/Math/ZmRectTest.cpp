@@ -12,7 +12,7 @@ void ExpectRect(const ZmRect& got, const ZmRect& expected)
     EXPECT_FLOAT_EQ(got.bottom, expected.bottom);
 }
 
-TEST(RectTest, TransformKeepsThePlaceRelativeToTheScreen)
+TEST(ZmRectTest, TransformKeepsThePlaceRelativeToTheScreen)
 {
     ZmRect rect(60, 30, 110, 50);
     rect.Transform(ZmRect(0, 100, 20, 500), ZmRect(10, 20, 110, 60));
@@ -21,7 +21,7 @@ TEST(RectTest, TransformKeepsThePlaceRelativeToTheScreen)
     ExpectRect(rect, {20, 100, 40, 200});
 }
 
-TEST(RectTest, HomogeneousCoordinatesComeBack)
+TEST(ZmRectTest, HomogeneousCoordinatesComeBack)
 {
     const ZmRect screen(10, 20, 110, 60);
     ZmRect rect(60, 30, 80, 70);
@@ -31,7 +31,7 @@ TEST(RectTest, HomogeneousCoordinatesComeBack)
     ExpectRect(rect, {60, 30, 80, 70});
 }
 
-TEST(RectTest, TheScreenMayBeTheRectangle)
+TEST(ZmRectTest, TheScreenMayBeTheRectangle)
 {
     ZmRect first(2, 4, 8, 16), second = first;
     first.TransformToHomogeneous(first);
@@ -40,7 +40,7 @@ TEST(RectTest, TheScreenMayBeTheRectangle)
     ExpectRect(second, {0, 0, 1, 1});
 }
 
-TEST(RectTest, AllFourEdgesOfARectangleOfPixelsAreInside)
+TEST(ZmRectTest, AllFourEdgesOfARectangleOfPixelsAreInside)
 {
     const RKRECT rect = {-3, -2, 4, 5};
     for (int x = -5; x <= 6; ++x) {

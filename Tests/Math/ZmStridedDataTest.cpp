@@ -17,7 +17,7 @@ const struct {
     {"size 6", 3, true, true, 16, 6, 16, 0, 0},
 };
 
-TEST(StridedDataTest, BadArgumentsGiveZeroAndWriteNothing)
+TEST(ZmStridedDataTest, BadArgumentsGiveZeroAndWriteNothing)
 {
     for (const auto& row : kArguments) {
         SCOPED_TRACE(row.name);
@@ -31,7 +31,7 @@ TEST(StridedDataTest, BadArgumentsGiveZeroAndWriteNothing)
         EXPECT_EQ(copied != before, row.copied == 1);
     }
     Block src(64, 0xAA), dst(64, 0x55);
-    const int indices[] = {1, 0};
+    constexpr int indices[] = {1, 0};
     EXPECT_EQ(ZmIndexedCopy({dst.data(), 16}, {src.data(), 16}, 6, indices, 2), 0);
     EXPECT_EQ(dst, Block(64, 0x55));
 }
@@ -64,7 +64,7 @@ struct Arrays {
 template <class Move>
 void OnAllArrays(Move move)
 {
-    const unsigned gaps[][2] = {{0, 0}, {4, 4}, {20, 0}, {0, 20}, {0, 4}, {3, 1}, {1, 25}};
+    constexpr unsigned gaps[][2] = {{0, 0}, {4, 4}, {20, 0}, {0, 20}, {0, 4}, {3, 1}, {1, 25}};
     OnEachPath(1, [&](Random& random) {
         for (unsigned size = 4; size <= 80; size += 4) {
             for (const auto& gap : gaps) {
@@ -89,7 +89,7 @@ void OnAllArrays(Move move)
     });
 }
 
-TEST(StridedDataTest, FillsWriteTheValueAndKeepEveryOtherByte)
+TEST(ZmStridedDataTest, FillsWriteTheValueAndKeepEveryOtherByte)
 {
     OnAllArrays([](Random&, Arrays& a) {
         const Block expected = a.Expected([&](int) { return a.count - 1; });
@@ -98,7 +98,7 @@ TEST(StridedDataTest, FillsWriteTheValueAndKeepEveryOtherByte)
     });
 }
 
-TEST(StridedDataTest, CopiesMoveElementByElementAndKeepEveryOtherByte)
+TEST(ZmStridedDataTest, CopiesMoveElementByElementAndKeepEveryOtherByte)
 {
     OnAllArrays([](Random&, Arrays& a) {
         const Block expected = a.Expected([](int i) { return i; });
@@ -119,25 +119,25 @@ Block Gather(Random& random, Arrays& a)
     return expected;
 }
 
-TEST(StridedDataTest, GathersTakeTheIndexedElements)
+TEST(ZmStridedDataTest, GathersTakeTheIndexedElements)
 {
     OnAllArrays(Gather<int>);
     OnAllArrays(Gather<unsigned short>);
 }
 
-TEST(StridedDataTest, GathersReachFarAndBackwards)
+TEST(ZmStridedDataTest, GathersReachFarAndBackwards)
 {
     Random random(1);
-    const int count = 65536;  // a source larger than the caches
+    constexpr int count = 65536;  // a source larger than the caches
     Arrays a = {RandomBytes(random, 32 * count), Block(16 * count), 12, 32, 16, 0, 0, count};
     EXPECT_EQ(FirstDifference(Gather<int>(random, a), a.dst), -1);
     EXPECT_EQ(FirstDifference(Gather<unsigned short>(random, a), a.dst), -1);
-    const int back[] = {-100};
+    constexpr int back[] = {-100};
     EXPECT_EQ(ZmIndexedCopy(a.To(), a.From(150), 12, back, 1), 1);
     EXPECT_EQ(memcmp(&a.dst[0], &a.src[50 * 32], 12), 0);
 }
 
-TEST(StridedDataTest, TheValueMayLieInTheFilledArray)
+TEST(ZmStridedDataTest, TheValueMayLieInTheFilledArray)
 {
     OnEachPath(1, [](Random& random) {
         for (const unsigned long size : {4ul, 8ul, 12ul, 16ul}) {
@@ -157,9 +157,9 @@ TEST(StridedDataTest, TheValueMayLieInTheFilledArray)
 
 // --- Arrays larger than the caches, for which some moves bypass them ------------------------
 
-const int kLargeCount = (24 << 20) / 12 + 41;
+constexpr int kLargeCount = (24 << 20) / 12 + 41;
 
-TEST(StridedDataTest, LargeFillsRepeatTheValueToTheLastByte)
+TEST(ZmStridedDataTest, LargeFillsRepeatTheValueToTheLastByte)
 {
     Block block(12 * kLargeCount + 96);
     OnEachPath(1, [&](Random& random) {
@@ -180,7 +180,7 @@ TEST(StridedDataTest, LargeFillsRepeatTheValueToTheLastByte)
     });
 }
 
-TEST(StridedDataTest, LargeCopiesToTightVectorsEqualTheSource)
+TEST(ZmStridedDataTest, LargeCopiesToTightVectorsEqualTheSource)
 {
     OnEachPath(1, [](Random& random) {
         Arrays a = {

@@ -6,7 +6,7 @@ namespace {
 
 // --- One vector at a time ------------------------------------------------------------
 
-TEST(TransformTest, PointsAreMovedAndVectorsOnlyTurned)
+TEST(ZmTransformsTest, PointsAreMovedAndVectorsOnlyTurned)
 {
     OnEachPath(200, [](Random& random) {
         const ZmMatrix m = random.Matrix();
@@ -22,7 +22,7 @@ TEST(TransformTest, PointsAreMovedAndVectorsOnlyTurned)
     });
 }
 
-TEST(TransformTest, FourComponentsUseTheWholeMatrix)
+TEST(ZmTransformsTest, FourComponentsUseTheWholeMatrix)
 {
     OnEachPath(200, [](Random& random) {
         const ZmMatrix m = random.Matrix();
@@ -38,7 +38,7 @@ TEST(TransformTest, FourComponentsUseTheWholeMatrix)
     });
 }
 
-TEST(TransformTest, TheResultMayBeTheSource)
+TEST(ZmTransformsTest, TheResultMayBeTheSource)
 {
     OnEachPath(1, [](Random& random) {
         const ZmMatrix m = random.Matrix();
@@ -72,7 +72,7 @@ void Single(void* res, const ZmMatrix& m, const ZmVector* v)
 {
     Result r;
     transform(&r, m, v);
-    memcpy(res, &r, sizeof r);
+    memcpy(res, &r, sizeof(r));
 }
 
 template <void (*many)(ZmVector*, const ZmMatrix&, const ZmVector*, int, int)>
@@ -81,9 +81,9 @@ void Many(const ZmStridedData* res, const ZmStridedData* src, const ZmMatrix& m,
     many(static_cast<ZmVector*>(res->Ptr), m, static_cast<const ZmVector*>(src->Ptr), count, int(res->Stride));
 }
 
-const auto kPoint = Single<ZmVector, Zm3DMultiplyMatrixVector>;
-const auto kRotate = Single<ZmVector, Zm3DRotateVector>;
-const auto kPoint4 = Single<ZmVector4, Zm3DMultiplyMatrixVector4>;
+constexpr auto kPoint = Single<ZmVector, Zm3DMultiplyMatrixVector>;
+constexpr auto kRotate = Single<ZmVector, Zm3DRotateVector>;
+constexpr auto kPoint4 = Single<ZmVector4, Zm3DMultiplyMatrixVector4>;
 
 const Form kForms[] = {
     {"points", Zm3DMultiplyMatrixVectorStrided, 12, kPoint, false},
@@ -98,7 +98,7 @@ void TransformSingly(const Form& form, const ZmMatrix& m, int count, unsigned ch
 {
     for (int i = 0; i < count; ++i) {
         ZmVector v;
-        memcpy(&v, src + size_t(i) * srcStride, sizeof v);
+        memcpy(&v, src + size_t(i) * srcStride, sizeof(v));
         form.single(res + size_t(i) * resStride, m, &v);
     }
 }
@@ -111,12 +111,12 @@ void Transform(const Form& form, const ZmMatrix& m, int count, unsigned char* re
 }
 
 // For results and sources.
-const unsigned kStrides[][2] = {
+constexpr unsigned kStrides[][2] = {
     {12, 12}, {16, 16}, {24, 24}, {32, 32}, {13, 13}, {15, 15}, {17, 17}, {37, 37},
     {12, 16}, {16, 12}, {12, 32}, {32, 12}, {16, 37}, {17, 13}, {13, 32}, {16, 13},
 };
 
-TEST(TransformTest, ArraysEqualTheSingleFormsAndKeepEveryOtherByte)
+TEST(ZmTransformsTest, ArraysEqualTheSingleFormsAndKeepEveryOtherByte)
 {
     OnEachPath(1, [](Random& random) {
         const ZmMatrix m = random.Matrix();
@@ -140,7 +140,7 @@ TEST(TransformTest, ArraysEqualTheSingleFormsAndKeepEveryOtherByte)
     });
 }
 
-TEST(TransformTest, ArraysMayBeTransformedInPlace)
+TEST(ZmTransformsTest, ArraysMayBeTransformedInPlace)
 {
     OnEachPath(1, [](Random& random) {
         const ZmMatrix m = random.Matrix();
@@ -159,7 +159,7 @@ TEST(TransformTest, ArraysMayBeTransformedInPlace)
     });
 }
 
-TEST(TransformTest, NegativeStridesWalkBackwards)
+TEST(ZmTransformsTest, NegativeStridesWalkBackwards)
 {
     OnEachPath(1, [](Random& random) {
         const ZmMatrix m = random.Matrix();
@@ -176,11 +176,11 @@ TEST(TransformTest, NegativeStridesWalkBackwards)
 }
 
 // Arrays larger than the caches, whose results bypass them.
-TEST(TransformTest, LargeArraysEqualTheSingleFormsAtAnyStart)
+TEST(ZmTransformsTest, LargeArraysEqualTheSingleFormsAtAnyStart)
 {
     OnEachPath(1, [](Random& random) {
         const ZmMatrix m = random.Matrix();
-        const int count = (24 << 20) / 12 + 41;
+        constexpr int count = (24 << 20) / 12 + 41;
         const Block src = RandomArray(random, count, 12, 0, 3);
         for (const Form& form : {kForms[0], kForms[1], kForms[2]}) {
             const unsigned stride = unsigned(form.resBytes);
@@ -197,11 +197,11 @@ TEST(TransformTest, LargeArraysEqualTheSingleFormsAtAnyStart)
     });
 }
 
-TEST(TransformTest, LargeArraysMayBeTransformedInPlace)
+TEST(ZmTransformsTest, LargeArraysMayBeTransformedInPlace)
 {
     OnEachPath(1, [](Random& random) {
         const ZmMatrix m = random.Matrix();
-        const int count = (24 << 20) / 12;
+        constexpr int count = (24 << 20) / 12;
         Block block = RandomArray(random, count, 12, 0, 3), expected = block;
         TransformSingly(kForms[1], m, count, expected.data(), 12, block.data(), 12);
         Transform(kForms[1], m, count, block.data(), 12, block.data(), 12);

@@ -6,11 +6,11 @@
 
 namespace {
 
-const double kStep = 0.00038349521f;  // the table's own step, a float
-const double kTableError = 0x1p-24;   // of one float near 1: half its last place, and a little for near-ties
-const double kStepError = 4e-7;       // of a whole turn of steps against the true angle
+constexpr double kStep = 0.00038349521f;  // the table's own step, a float
+constexpr double kTableError = 0x1p-24;   // of one float near 1: half its last place, and a little for near-ties
+constexpr double kStepError = 4e-7;       // of a whole turn of steps against the true angle
 
-TEST(TrigonometryTest, TheTableHoldsTheSinesOfItsSteps)
+TEST(ZmTrigonometryTest, TheTableHoldsTheSinesOfItsSteps)
 {
     if (!SystemSinesAreExact()) {
         GTEST_SKIP() << "the C library's sines are inexact here";
@@ -23,7 +23,7 @@ TEST(TrigonometryTest, TheTableHoldsTheSinesOfItsSteps)
     EXPECT_TRUE(Tcos(0) == 1 && Tsin(4096) == 1 && Tsin(0) == 0);
 }
 
-TEST(TrigonometryTest, WholeTurnsDropOut)
+TEST(ZmTrigonometryTest, WholeTurnsDropOut)
 {
     for (const int i : {0, 1, 4095, 4096, 10000, 16383}) {
         for (const int turns : {-3, -1, 1, 50}) {
@@ -45,7 +45,7 @@ const struct {
     {-0.000192f, -1}, {1e30f, INT_MIN},
 };
 
-TEST(TrigonometryTest, RadiansBecomeTheNearestAngle)
+TEST(ZmTrigonometryTest, RadiansBecomeTheNearestAngle)
 {
     for (const auto& row : kAngles) {
         EXPECT_EQ(radToAngle(row.radians), row.angle) << row.radians;

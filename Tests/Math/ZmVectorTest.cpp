@@ -3,7 +3,7 @@
 
 namespace {
 
-TEST(VectorTest, ConstantsAreThere)
+TEST(ZmVectorTest, ConstantsAreThere)
 {
     EXPECT_EQ(ZmVector::axisX(), ZmVector(1, 0, 0));
     EXPECT_EQ(ZmVector::axisY(), ZmVector(0, 1, 0));
@@ -13,7 +13,7 @@ TEST(VectorTest, ConstantsAreThere)
     EXPECT_EQ(Cross(ZmVector::axisX(), ZmVector::axisY()), ZmVector::axisZ());
 }
 
-TEST(VectorTest, NormalizeIsExactOnTheScalarPathAndGoodToTwelveBitsOnTheOther)
+TEST(ZmVectorTest, NormalizeIsExactOnTheScalarPathAndGoodToTwelveBitsOnTheOther)
 {
     OnEachPath(100, [](Random& random) {
         for (const float range : {1e-12f, 1e-3f, 1.0f, 1e15f}) {
@@ -28,7 +28,7 @@ TEST(VectorTest, NormalizeIsExactOnTheScalarPathAndGoodToTwelveBitsOnTheOther)
     });
 }
 
-TEST(VectorTest, TinyVectorsStayFinite)
+TEST(ZmVectorTest, TinyVectorsStayFinite)
 {
     // Their squares are denormal; the reciprocal of the root is not.
     OnEachPath(100, [](Random& random) {
@@ -40,7 +40,7 @@ TEST(VectorTest, TinyVectorsStayFinite)
     });
 }
 
-TEST(VectorTest, NormalizingZeroGivesNonNumbers)
+TEST(ZmVectorTest, NormalizingZeroGivesNonNumbers)
 {
     OnEachPath(1, [](Random&) {
         ZmVector v(0, 0, 0);
@@ -62,7 +62,7 @@ const struct {
     {"only 14 bits count", short(0x4000 | 2048), short(-16384 + 2048), {0.5f, -0.70710678f, 0.5f}},
 };
 
-TEST(VectorTest, CompressedDirectionsExpand)
+TEST(ZmVectorTest, CompressedDirectionsExpand)
 {
     for (const auto& row : kCompressed) {
         SCOPED_TRACE(row.name);

@@ -4,7 +4,7 @@
 
 namespace {
 
-TEST(FPUTest, LoadingTheLibrarySetsTheBaseMode)
+TEST(BaseModeTest, LoadingTheLibrarySetsTheBaseMode)
 {
     EXPECT_EQ(ZmGetFPUControlWord() & 0x0F3F, 0x003F);
 }

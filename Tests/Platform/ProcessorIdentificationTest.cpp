@@ -6,24 +6,22 @@
 
 #include <string>
 
-using namespace zm;
-
 namespace {
 
-const uint32_t kSse = 1u << 25, k3DNow = 1u << 31;
+constexpr uint32_t kSse = 1u << 25, k3DNow = 1u << 31;
 
-CpuidRegisters Vendor(const char* twelve)
+zm::CpuidRegisters Vendor(const char* twelve)
 {
-    CpuidRegisters r = {1, 0, 0, 0};
+    zm::CpuidRegisters r = {1, 0, 0, 0};
     memcpy(&r.ebx, twelve, 4);
     memcpy(&r.edx, twelve + 4, 4);
     memcpy(&r.ecx, twelve + 8, 4);
     return r;
 }
 
-CpuidLeaves Leaves(const char* vendor, uint32_t family, uint32_t model, uint32_t features)
+zm::CpuidLeaves Leaves(const char* vendor, uint32_t family, uint32_t model, uint32_t features)
 {
-    CpuidLeaves leaves = {};
+    zm::CpuidLeaves leaves = {};
     leaves.vendor = Vendor(vendor);
     leaves.signature = {family << 8 | model << 4 | 9, 0, 0, features};
     return leaves;
@@ -66,11 +64,11 @@ TEST(ProcessorIdentificationTest, TheSignatureChoosesTypeAndName)
     for (const auto& row : kProcessors) {
         SCOPED_TRACE(testing::Message() << "family " << row.family << " model " << row.model << " 3DNow "
                                         << row.has3DNow);
-        CpuidLeaves leaves =
+        zm::CpuidLeaves leaves =
             Leaves(row.has3DNow ? "AuthenticAMD" : "GenuineIntel", row.family, row.model, row.features);
         leaves.extended0.eax = 0x80000001u;
         leaves.extended1.edx = k3DNow;  // must be ignored for other vendors
-        const ProcessorIdentity id = IdentifyProcessor(leaves);
+        const zm::ProcessorIdentity id = zm::IdentifyProcessor(leaves);
         EXPECT_EQ(id.type, row.type);
         EXPECT_STREQ(id.name, row.name);
         EXPECT_EQ(id.features, row.features);
@@ -79,10 +77,10 @@ TEST(ProcessorIdentificationTest, TheSignatureChoosesTypeAndName)
 
 TEST(ProcessorIdentificationTest, TheSignatureFallsApartIntoItsFields)
 {
-    CpuidLeaves leaves = {};
+    zm::CpuidLeaves leaves = {};
     leaves.vendor = Vendor("GenuineIntel");
     leaves.signature.eax = 0xFFFF2683u;
-    const ProcessorIdentity id = IdentifyProcessor(leaves);
+    const zm::ProcessorIdentity id = zm::IdentifyProcessor(leaves);
     EXPECT_EQ(id.stepping, 3u);
     EXPECT_EQ(id.model, 8u);
     EXPECT_EQ(id.family, 6u);
@@ -107,14 +105,14 @@ const struct {
 
 TEST(ProcessorIdentificationTest, OneVendorsExtendedLeavesGive3DNowAndTheBrand)
 {
-    const char brand[49] = "Forty-eight characters without a zero at the end";
+    constexpr char brand[49] = "Forty-eight characters without a zero at the end";
     for (const auto& row : kExtended) {
         SCOPED_TRACE(row.name);
-        CpuidLeaves leaves = Leaves(row.vendor, 6, 8, 0);
+        zm::CpuidLeaves leaves = Leaves(row.vendor, 6, 8, 0);
         leaves.extended0.eax = row.extended0;
         leaves.extended1.edx = row.extended1;
         memcpy(leaves.brand, brand, 48);
-        const ProcessorIdentity id = IdentifyProcessor(leaves);
+        const zm::ProcessorIdentity id = zm::IdentifyProcessor(leaves);
         EXPECT_EQ(id.type, row.type);
         EXPECT_STREQ(id.name, row.branded ? brand : row.type == 9 ? "AMD Athlon" : "Unknown Processor");
     }
@@ -139,17 +137,17 @@ TEST(ProcessorIdentificationTest, AnyVendorsBrandIsTrimmed)
     for (const auto& row : kRows) {
         for (const char* vendor : {"GenuineIntel", "AuthenticAMD", "HygonGenuine"}) {
             SCOPED_TRACE(std::string(row.name) + " of " + vendor);
-            CpuidLeaves leaves = Leaves(vendor, 6, 8, 0);
+            zm::CpuidLeaves leaves = Leaves(vendor, 6, 8, 0);
             leaves.extended0.eax = row.extended0;
             memcpy(leaves.brand, row.brand.data(), row.brand.size());
-            EXPECT_EQ(IdentifyProcessor(leaves).brand, row.expected);
+            EXPECT_EQ(zm::IdentifyProcessor(leaves).brand, row.expected);
         }
     }
 }
 
 TEST(ProcessorIdentificationTest, WithoutCpuidNothingIsKnown)
 {
-    const ProcessorIdentity id = UnknownProcessor();
+    const zm::ProcessorIdentity id = zm::UnknownProcessor();
     EXPECT_EQ(id.type, -1);
     EXPECT_STREQ(id.name, "Unknown Processor");
     EXPECT_STREQ(id.brand, "");
@@ -158,7 +156,7 @@ TEST(ProcessorIdentificationTest, WithoutCpuidNothingIsKnown)
 
 // --- Clock ------------------------------------------------------------------------------------
 
-const int kSnapping[][2] = {
+constexpr int kSnapping[][2] = {
     {68, 66},   {77, 75},   {92, 90},     {102, 100},   {123, 120},   {136, 133},   {153, 150},   {169, 166},
     {183, 180}, {203, 200}, {227, 225},   {236, 233},   {255, 250},   {270, 266},   {280, 275},   {286, 285},
     {303, 300}, {328, 325}, {336, 333},   {351, 350},   {367, 366},   {376, 375},   {405, 400},   {430, 425},
@@ -171,18 +169,18 @@ TEST(ProcessorIdentificationTest, ClocksSnapToTheirNominalValue)
 {
     int first = 64;
     for (const auto& row : kSnapping) {
-        EXPECT_EQ(SnapFrequency(first), row[1]) << first;
-        EXPECT_EQ(SnapFrequency(row[0]), row[1]) << row[0];
+        EXPECT_EQ(zm::SnapFrequency(first), row[1]) << first;
+        EXPECT_EQ(zm::SnapFrequency(row[0]), row[1]) << row[0];
         first = row[0] + 1;
     }
     for (const int unchanged : {0, 1, 60, 63, 1516, 1600, 3400}) {
-        EXPECT_EQ(SnapFrequency(unchanged), unchanged);
+        EXPECT_EQ(zm::SnapFrequency(unchanged), unchanged);
     }
 }
 
 const struct {
     const char* name;
-    ClockReadings readings;
+    zm::ClockReadings readings;
     int mhz;
     double millisecondsPerCycle;
 } kClocks[] = {
@@ -199,7 +197,7 @@ const struct {
 TEST(ProcessorIdentificationTest, TheClockIsCyclesBySeconds)
 {
     for (const auto& row : kClocks) {
-        const ClockMeasurement clock = MeasureClock(row.readings);
+        const zm::ClockMeasurement clock = zm::MeasureClock(row.readings);
         EXPECT_EQ(clock.mhz, row.mhz) << row.name;
         EXPECT_NEAR(clock.millisecondsPerCycle, row.millisecondsPerCycle, row.millisecondsPerCycle * 1e-6) << row.name;
     }
@@ -207,9 +205,9 @@ TEST(ProcessorIdentificationTest, TheClockIsCyclesBySeconds)
 
 TEST(ProcessorIdentificationTest, MillisecondsPerTickComeFromTheLowWordOfTheFrequency)
 {
-    EXPECT_EQ(MillisecondsPerTick(1000), 1.0f);
-    EXPECT_EQ(MillisecondsPerTick(1000000000), 1e-6f);
-    EXPECT_EQ(MillisecondsPerTick((int64_t(1) << 32) + 500), 2.0f);
+    EXPECT_EQ(zm::MillisecondsPerTick(1000), 1.0f);
+    EXPECT_EQ(zm::MillisecondsPerTick(1000000000), 1e-6f);
+    EXPECT_EQ(zm::MillisecondsPerTick((int64_t(1) << 32) + 500), 2.0f);
 }
 
 const struct {
@@ -233,7 +231,7 @@ TEST(ProcessorIdentificationTest, DescriptionsShowTheEstimateWhereItDiffersAndEn
 {
     for (const auto& row : kDescriptions) {
         char text[64];
-        DescribeProcessor(text, row.name, row.frequency, row.estimate);
+        zm::DescribeProcessor(text, row.name, row.frequency, row.estimate);
         EXPECT_STREQ(text, row.text);
     }
 }

@@ -11,9 +11,9 @@
 
 namespace {
 
-TEST(EnvironmentTest, VariablesAreSetReadAndRemoved)
+TEST(SystemWrappersTest, VariablesAreSetReadAndRemoved)
 {
-    const char* const name = "ZMMATH_TEST_VARIABLE";
+    constexpr const char* name = "ZMMATH_TEST_VARIABLE";
     for (const std::string& value : {std::string("a = b"), std::string(), std::string(3000, 'x')}) {
         EXPECT_EQ(ZmSetEnvironmentVariable(name, value.c_str()), 1);
         const int length = int(value.size());
@@ -36,7 +36,7 @@ TEST(EnvironmentTest, VariablesAreSetReadAndRemoved)
     EXPECT_EQ(ZmSetEnvironmentVariable(name, nullptr), 0);
 }
 
-TEST(SharedLibraryTest, LoadedByNameAndByPath)
+TEST(SystemWrappersTest, LoadedByNameAndByPath)
 {
     const bool onWindows = ZmGetPlatform() == ZM_PLATFORM_WINDOWS;
     void* library = ZmLoadSharedLibrary(onWindows ? "kernel32.dll" : "libc.so.6");
@@ -58,7 +58,7 @@ TEST(SharedLibraryTest, LoadedByNameAndByPath)
     EXPECT_TRUE(ZmGetSharedLibrarySymbol(nullptr, "strlen") == nullptr && ZmFreeSharedLibrary(nullptr) == 0);
 }
 
-TEST(SystemTest, TheSystemHasAVersionAndAName)
+TEST(SystemWrappersTest, TheSystemHasAVersionAndAName)
 {
     ZmSystemDesc system;
     ZmGetSystemDesc(system);

@@ -28,7 +28,7 @@ const struct {
     {"all exceptions open, towards zero", 0x0F40, 0x007F},
 };
 
-TEST(FPUTest, TheBaseModeIsTwentyFourBitsMaskedAndToNearest)
+TEST(ZmFPUTest, TheBaseModeIsTwentyFourBitsMaskedAndToNearest)
 {
     for (const auto& row : kWords) {
         const ControlWordGuard guard;
@@ -41,7 +41,7 @@ TEST(FPUTest, TheBaseModeIsTwentyFourBitsMaskedAndToNearest)
     }
 }
 
-TEST(FPUTest, OtherBitsStay)
+TEST(ZmFPUTest, OtherBitsStay)
 {
     const ControlWordGuard guard;
     ZmSetFPUControlWord(0x137F);  // the infinity control of old processors

@@ -7,7 +7,7 @@
 
 namespace {
 
-TEST(ModuleTest, TheProgramsPathIsGivenWholeOrNotAtAll)
+TEST(ZmModuleTest, TheProgramsPathIsGivenWholeOrNotAtAll)
 {
     char buffer[4096];
     const unsigned int length = ZmGetModuleFileName(nullptr, buffer, sizeof(buffer));

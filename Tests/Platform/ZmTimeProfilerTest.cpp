@@ -19,7 +19,7 @@ double Milliseconds(Clock::duration duration)
     return std::chrono::duration<double, std::milli>(duration).count();
 }
 
-TEST(TimeProfilerTest, MillisecondsAreThoseOfTheSystemsClock)
+TEST(ZmTimeProfilerTest, MillisecondsAreThoseOfTheSystemsClock)
 {
     ZmTimeProfiler profiler;
     profiler.Reset();
@@ -38,7 +38,7 @@ TEST(TimeProfilerTest, MillisecondsAreThoseOfTheSystemsClock)
     }
 }
 
-TEST(TimeProfilerTest, CyclesAreThoseOfTheTimeStampCounter)
+TEST(ZmTimeProfilerTest, CyclesAreThoseOfTheTimeStampCounter)
 {
     ZmRDTSCProfiler profiler;
     const uint64_t beforeReset = __rdtsc();

@@ -41,11 +41,11 @@ struct Hull {
     std::vector<Double3> corners, edges, normals;
 
     /// A parallelepiped. The corners are computed here, without the library's own arithmetic.
-    static Hull Box(const Double3& center, const Double3& a, const Double3& b, const Double3& c)
+    static Hull Box(const Double3& centre, const Double3& a, const Double3& b, const Double3& c)
     {
         Hull hull = {{}, {a, b, c}, {Cross(a, b), Cross(b, c), Cross(c, a)}};
         for (int i = 0; i < 8; ++i) {
-            hull.corners.push_back(center + a * (i & 1 ? 1 : -1) + b * (i & 2 ? 1 : -1) + c * (i & 4 ? 1 : -1));
+            hull.corners.push_back(centre + a * (i & 1 ? 1 : -1) + b * (i & 2 ? 1 : -1) + c * (i & 4 ? 1 : -1));
         }
         return hull;
     }
@@ -58,8 +58,8 @@ struct Hull {
     {
         const Double3 max = box.Max, min = box.Min, half = (max - min) * 0.5, middle = (max + min) * 0.5;
         const auto row = [&](int i) { return Double3(m[i][0], m[i][1], m[i][2]); };
-        const Double3 center = row(0) * middle.x + row(1) * middle.y + row(2) * middle.z + row(3);
-        return Box(center, row(0) * half.x, row(1) * half.y, row(2) * half.z);
+        const Double3 centre = row(0) * middle.x + row(1) * middle.y + row(2) * middle.z + row(3);
+        return Box(centre, row(0) * half.x, row(1) * half.y, row(2) * half.z);
     }
     static Hull Box(const ZmOBB& box)
     {

@@ -95,7 +95,7 @@ TEST(ZmBestFitBBoxTest, FindsTheBoxOfItsCorners)
 TEST(ZmBestFitBBoxTest, TheBoxOfAScaledCloudIsTheScaledBox)
 {
     // Powers of two cause no rounding. The squares of the tiny and huge sizes are out of the range of float.
-    const float factors[] = {0x1p-90f, 0x1p-75f, 0x1p-50f, 0x1p10f, 0x1p80f};
+    constexpr float factors[] = {0x1p-90f, 0x1p-75f, 0x1p-50f, 0x1p10f, 0x1p80f};
     OnEachPath(20, [&](Random& random) {
         const Cloud cloud = MakeCloud(random, {3, 2, 1}, {5, 6, 7}, 10);
         const ZmMatrix box = Fit(cloud);
@@ -120,7 +120,7 @@ TEST(ZmBestFitBBoxTest, AMillionPointsFarAwayLoseNothing)
     for (int i = 0; i < 1000000; ++i) {
         cloud.push_back({4096 + float(i % 100) / 64, 8192 + float(i / 100 % 100) / 64, 2048 + float(i / 10000) / 64});
     }
-    const float variance = 9999.0f / 12 / 4096;
+    constexpr float variance = 9999.0f / 12 / 4096;
     OnEachPath(1, [&](Random&) {
         ZmEigenMatrix eigen;
         eigen.Covariance(Bytes(cloud), 12, int(cloud.size()));
@@ -134,10 +134,10 @@ TEST(ZmBestFitBBoxTest, AMillionPointsFarAwayLoseNothing)
 TEST(ZmBestFitBBoxTest, TheCovarianceIsThatOfThePopulation)
 {
     const Cloud cloud = {{1, 2, 0}, {3, 6, 0}, {1, 2, 9}, {3, 6, 9}};
-    const float expected[3][3] = {{1, 2, 0}, {2, 4, 0}, {0, 0, 20.25f}};
+    constexpr float expected[3][3] = {{1, 2, 0}, {2, 4, 0}, {0, 0, 20.25f}};
     ZmEigenMatrix eigen;
     eigen.Covariance(Bytes(cloud), 12, 4);
-    EXPECT_EQ(std::memcmp(eigen.Matrix, expected, sizeof expected), 0);
+    EXPECT_EQ(std::memcmp(eigen.Matrix, expected, sizeof(expected)), 0);
     eigen.Covariance(Bytes(cloud), 12, 0);
     EXPECT_EQ(eigen.Matrix[0][0], 0) << "no points";
     eigen.Covariance(nullptr, 12, 4);

@@ -6,7 +6,7 @@
 
 namespace {
 
-const double kNone = 1e300;
+constexpr double kNone = 1e300;
 
 /// The range of a parameter.
 struct Range {
@@ -15,7 +15,7 @@ struct Range {
     double Clamp(double t) const { return t < low ? low : t > high ? high : t; }
     bool Has(double t) const { return t >= low && t <= high; }
 };
-const Range kLine = {-kNone, kNone}, kRay = {0, kNone}, kSegment = {0, 1};
+constexpr Range kLine = {-kNone, kNone}, kRay = {0, kNone}, kSegment = {0, 1};
 
 using Form = float (*)(const ZmRay&, const ZmRay&, float*, float*);
 
@@ -83,7 +83,7 @@ struct PairKind {
 
 float Scale(Random& random)
 {
-    const float scales[] = {1e-3f, 0.03f, 1, 30, 1000};
+    constexpr float scales[] = {1e-3f, 0.03f, 1, 30, 1000};
     return scales[random.Int(0, 4)];
 }
 
@@ -114,13 +114,13 @@ const PairKind kKinds[] = {
     {"parallel",
      [](Random& random, ZmRay& a, ZmRay& b) {
          a = {random.Vector(2), random.Vector(2)};
-         const float factors[] = {-4, -1, -0.5f, 0.25f, 1, 8};  // exact
+         constexpr float factors[] = {-4, -1, -0.5f, 0.25f, 1, 8};  // exact
          b = {random.Vector(4), a.Direction * factors[random.Int(0, 5)]};
      },
      0},
     {"nearly parallel",
      [](Random& random, ZmRay& a, ZmRay& b) {
-         const float tilts[] = {1e-1f, 1e-2f, 1e-3f, 1e-4f, 1e-5f};
+         constexpr float tilts[] = {1e-1f, 1e-2f, 1e-3f, 1e-4f, 1e-5f};
          Tilt(random, tilts[random.Int(0, 4)], a, b);
      },
      3},

@@ -27,7 +27,7 @@ void ExpectDecomposed(const float (&matrix)[3][3], const ZmEigenMatrix& eigen)
 ZmEigenMatrix Decompose(const float (&matrix)[3][3])
 {
     ZmEigenMatrix eigen;
-    std::memcpy(eigen.Matrix, matrix, sizeof matrix);
+    std::memcpy(eigen.Matrix, matrix, sizeof(matrix));
     eigen.EigenStuff3();
     return eigen;
 }
@@ -75,9 +75,9 @@ TEST(ZmEigenMatrixTest, MatricesOfLowRankAndRepeatedValues)
 
 TEST(ZmEigenMatrixTest, TheReductionIsTridiagonalAndOrthogonal)
 {
-    const float m[3][3] = {{4, 3, -4}, {3, 2, 5}, {-4, 5, 1}};
+    constexpr float m[3][3] = {{4, 3, -4}, {3, 2, 5}, {-4, 5, 1}};
     ZmEigenMatrix eigen;
-    std::memcpy(eigen.Matrix, m, sizeof m);
+    std::memcpy(eigen.Matrix, m, sizeof(m));
     float diagonal[3], sub[3] = {9, 9, 9};
     eigen.Tridiagonal(diagonal, sub);
     EXPECT_EQ(sub[2], 0);

@@ -2,7 +2,7 @@
 
 namespace {
 
-const int kRounds = 4000;
+constexpr int kRounds = 4000;
 
 TEST(ZmIntersectBoxesTest, AgreeWithProjectionsOfAllCorners)
 {
@@ -17,9 +17,9 @@ TEST(ZmIntersectBoxesTest, AgreeWithProjectionsOfAllCorners)
 }
 
 /// A box turned by a quarter about Z in whole numbers.
-ZmOBB Turned(const ZmVector& center, float x, float y, float z)
+ZmOBB Turned(const ZmVector& centre, float x, float y, float z)
 {
-    return {center, {{0, 1, 0}, {-1, 0, 0}, {0, 0, 1}}, {x, y, z}};
+    return {centre, {{0, 1, 0}, {-1, 0, 0}, {0, 0, 1}}, {x, y, z}};
 }
 
 TEST(ZmIntersectBoxesTest, TouchingCounts)
@@ -27,7 +27,7 @@ TEST(ZmIntersectBoxesTest, TouchingCounts)
     const ZmBbox unit = {{1, 1, 1}, {-1, -1, -1}};
     const struct {
         const char* name;
-        ZmVector center;
+        ZmVector centre;
         int expected;
     } rows[] = {
         {"one face", {3, 0, 0}, 1},           {"one edge", {3, -2, 0}, 1},
@@ -38,9 +38,9 @@ TEST(ZmIntersectBoxesTest, TouchingCounts)
         OnEachPath(1, [&](Random&) {
             SCOPED_TRACE(row.name);
             const ZmVector half(2, 1, 3);
-            EXPECT_EQ(ZmIntersect::AABBAABB(unit, {row.center + half, row.center - half}), row.expected);
-            EXPECT_EQ(ZmIntersect::AABBAABB({row.center + half, row.center - half}, unit), row.expected);
-            const ZmOBB turned = Turned(row.center, half.y, half.x, half.z);
+            EXPECT_EQ(ZmIntersect::AABBAABB(unit, {row.centre + half, row.centre - half}), row.expected);
+            EXPECT_EQ(ZmIntersect::AABBAABB({row.centre + half, row.centre - half}, unit), row.expected);
+            const ZmOBB turned = Turned(row.centre, half.y, half.x, half.z);
             EXPECT_EQ(ZmIntersect::AABBOBB(unit, turned), row.expected);
             EXPECT_EQ(ZmIntersect::OBBOBB(turned, Turned({0, 0, 0}, 1, 1, 1)), row.expected);
         });

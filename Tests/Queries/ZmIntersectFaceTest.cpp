@@ -2,7 +2,7 @@
 
 namespace {
 
-const float kKept = 77;
+constexpr float kKept = 77;
 
 struct Triangle {
     ZmVector a, b, c;

@@ -65,8 +65,8 @@ TEST(ZmIntersectFrustumTest, ParallelEdgesPartNothing)
         // From a point of the frustum outwards, by a little less than the box reaches.
         const ZmVector inside = corners[random.Int(0, 7)];
         const float s = random.Int(0, 1) ? 0.999f : -0.999f;
-        const ZmVector center = inside + x * (s * half.x) + y * (s * half.y) - z * (s * half.z);
-        EXPECT_EQ(ZmIntersect::FrustumOBB(frustum, {half, -half}, {x, y, z, center}), 1);
+        const ZmVector centre = inside + x * (s * half.x) + y * (s * half.y) - z * (s * half.z);
+        EXPECT_EQ(ZmIntersect::FrustumOBB(frustum, {half, -half}, {x, y, z, centre}), 1);
     });
 }
 

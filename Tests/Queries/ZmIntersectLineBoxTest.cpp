@@ -2,11 +2,11 @@
 
 namespace {
 
-const float kEps = 0x1p-23f;
+constexpr float kEps = 0x1p-23f;
 
 TEST(ZmIntersectLineBoxTest, BooleanFormsAgreeWithProjections)
 {
-    const double kFar = 100;  // represents infinity: nothing is farther than 20
+    constexpr double kFar = 100;  // represents infinity: nothing is farther than 20
     OverlapCounts rays("rays"), segments("segments"), lines("lines");
     OnEachPath(4000, [&](Random& random) {
         const ZmBbox box = RandomBox(random, 2, 5);
@@ -49,7 +49,7 @@ Crossing CrossBox(Form form, const ZmRay& ray, const ZmBbox& box)
     return res;
 }
 
-const Form kRay = ZmIntersect::RayBox, kSegment = ZmIntersect::SegmentBox, kLine = ZmIntersect::LineBox;
+constexpr Form kRay = ZmIntersect::RayBox, kSegment = ZmIntersect::SegmentBox, kLine = ZmIntersect::LineBox;
 const ZmVector kX(1, 0, 0), kY(0, 1, 0), kZ(0, 0, 1), kNone(0, 0, 0);
 
 const struct {

@@ -4,10 +4,10 @@ namespace {
 
 using Form = int (*)(const ZmRay&, const ZmPlane&, ZmVector&, float&);
 
-const Form kRay = ZmIntersect::RayPlane, kRayCulled = ZmIntersect::RayPlaneCulled, kLine = ZmIntersect::LinePlane;
-const Form kSegment = ZmIntersect::SegmentPlane, kSegmentCulled = ZmIntersect::SegmentPlaneCulled;
+constexpr Form kRay = ZmIntersect::RayPlane, kRayCulled = ZmIntersect::RayPlaneCulled, kLine = ZmIntersect::LinePlane;
+constexpr Form kSegment = ZmIntersect::SegmentPlane, kSegmentCulled = ZmIntersect::SegmentPlaneCulled;
 
-const float kEps = 0x1p-23f, kKept = 77;
+constexpr float kEps = 0x1p-23f, kKept = 77;
 
 /// Rays from a height above the plane y = 0 straight down, or up, or along it.
 const struct {

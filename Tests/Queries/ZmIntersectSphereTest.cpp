@@ -3,7 +3,7 @@
 
 namespace {
 
-const float kKept = 77;
+constexpr float kKept = 77;
 
 TEST(ZmIntersectSphereTest, TheWholeLineMeetsTheSphere)
 {
@@ -51,7 +51,7 @@ TEST(ZmIntersectSphereTest, RandomPointsLieOnBoth)
 }
 
 // Tolerance, in radii, where the line or the path nearly touches the sphere.
-const double kBand = 16 * kRounding;
+constexpr double kBand = 16 * kRounding;
 
 /// A point `radii` of about 1 away from another.
 ZmVector Away(Random& random, const ZmVector& from, float radii)
@@ -83,7 +83,7 @@ TEST(ZmIntersectSphereTest, SpheresFarApartMeetWhereTheyAimAt)
     OverlapCounts counts("counts", kBand);
     Random random(4);
     for (int round = 0; round < 20000; ++round) {
-        const float radii[] = {3, 100, 1e3f, 1e4f, 1e5f};
+        constexpr float radii[] = {3, 100, 1e3f, 1e4f, 1e5f};
         const ZmSphere a = {random.Vector(1), 0.75f}, b = {Away(random, a.Center, radii[random.Int(0, 4)]), 0.25f};
         const ZmVector endA = random.Vector(1), endB = endA + random.Vector(1.8f) - (b.Center - a.Center) * 0.5f;
         const Double3 between = Double3(b.Center) - a.Center;

@@ -10,7 +10,7 @@
 using Block = std::vector<unsigned char>;
 
 /// Bytes before and behind the results, which nothing may touch.
-const size_t kMargin = 64;
+constexpr size_t kMargin = 64;
 
 /// Bytes that `count` elements at a stride span.
 inline size_t SpanOf(int count, size_t stride, size_t elementBytes)

@@ -36,7 +36,7 @@ inline bool OnVectorPath()
 
 inline void ChooseVectorPath(bool sse)
 {
-    const unsigned long bit = ZMPROCESSOR_FEATURE_SSE;
+    constexpr unsigned long bit = ZMPROCESSOR_FEATURE_SSE;
     ModifyProcessorFeatures(sse ? bit : 0, sse ? 0 : bit);
 }
 

@@ -9,8 +9,8 @@
 // Plain formulas in double as references for the library's floats.
 
 /// The relative error of one rounding, and that of the processor's approximate reciprocal square root.
-const double kRounding = 0x1p-24;
-const double kRsqrtError = 1.5 * 0x1p-12;
+constexpr double kRounding = 0x1p-24;
+constexpr double kRsqrtError = 1.5 * 0x1p-12;
 
 /// False if the C library's sines and cosines of doubles are no reference: an emulator may round each double that
 /// passes through the x87 unit to 24 bits, the precision of the library's base mode.

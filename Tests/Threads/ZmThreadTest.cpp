@@ -56,7 +56,7 @@ struct Worker : ZmThread {
 
 TEST(ZmThreadTest, TheResultOfTheFunctionOrOfRunIsTheExitCode)
 {
-    const unsigned int rows[][2] = {{0, 0}, {9, 9}, {0xFFFFFFFF, 0xFFFFFFFF}, {259, 1000000}};
+    constexpr unsigned int rows[][2] = {{0, 0}, {9, 9}, {0xFFFFFFFF, 0xFFFFFFFF}, {259, 1000000}};
     for (const auto& row : rows) {
         unsigned int result = row[0];
         Worker thread;
@@ -137,7 +137,7 @@ TEST(ZmThreadTest, NamesReachTheSystem)
 TEST(ZmThreadTest, PrioritiesReachTheSystem)
 {
     const int own = SystemPriority();
-    const int onWindows[] = {0, 1, -1, 2, -2, -15, 15, 0};
+    constexpr int onWindows[] = {0, 1, -1, 2, -2, -15, 15, 0};
     const int onLinux[] = {own, own - 5, own + 5, own - 10, own + 10, 19, -20, own};
     for (unsigned int priority = 0; priority < 8; ++priority) {
         Worker thread([] { return unsigned(SystemPriority()); });

@@ -133,6 +133,6 @@ constexpr Entry kEntries[] = {
 }  // namespace
 
 extern const Contender kSystem;
-constexpr Contender kSystem{"system", Role::Peer, kEntries};
+constexpr Contender kSystem{"system", Role::PEER, kEntries};
 
 }  // namespace bench

@@ -8,8 +8,8 @@
 
 namespace {
 
-const int kMapSize = 160;
-const float kGoldenAngle = 2.39996323f;
+constexpr int kMapSize = 160;
+constexpr float kGoldenAngle = 2.39996323f;
 
 // Directions spread evenly over the sphere: equal steps in height, turned by the golden angle.
 ZmVector SphereDirection(int index, int count)
@@ -29,7 +29,7 @@ void LookFrom(const Mesh& mesh, const ZmVector& lightDirection, DepthMap& map)
 {
     const ZmMatrix view = LookAlong(lightDirection);
     ZmBbox box;
-    box.TransformFrom(mesh.Box, view);
+    box.TransformFrom(mesh.box, view);
     const ZmVector margin(0.02f, 0.02f, 0.02f);
     map.Begin(kMapSize, view, {box.Max + margin, box.Min - margin});
     map.Draw(mesh, ZmMatrix::Identity());
@@ -46,19 +46,22 @@ float GroundBrightness(const ZmVector& from, const ZmVector& towards)
 void AddLight(Mesh& mesh, const ZmVector& towards, const DepthMap& map, std::vector<float>& totals)
 {
     const float bias = 0.012f / map.DepthRange();
-    for (size_t i = 0; i < mesh.Vertices.size(); ++i) {
-        Vertex& vertex = mesh.Vertices[i];
-        const float weight = Dot(vertex.Normal, towards);
-        if (weight <= 0)
+    for (size_t i = 0; i < mesh.vertices.size(); ++i) {
+        Vertex& vertex = mesh.vertices[i];
+        const float weight = Dot(vertex.normal, towards);
+        if (weight <= 0) {
             continue;
+        }
         totals[i] += weight;
-        const ZmVector p = map.ToMap(vertex.Position + vertex.Normal * 0.01f);
-        if (p.z - bias > map.Nearest(p.x, p.y))
+        const ZmVector p = map.ToMap(vertex.position + vertex.normal * 0.01f);
+        if (p.z - bias > map.Nearest(p.x, p.y)) {
             continue;
-        if (towards.y > 0)
-            vertex.Sky += weight;
-        else
-            vertex.Ground += weight * GroundBrightness(vertex.Position, towards);
+        }
+        if (towards.y > 0) {
+            vertex.sky += weight;
+        } else {
+            vertex.ground += weight * GroundBrightness(vertex.position, towards);
+        }
     }
 }
 
@@ -66,9 +69,10 @@ void AddLight(Mesh& mesh, const ZmVector& towards, const DepthMap& map, std::vec
 
 void BakeAmbientLight(Mesh& mesh)
 {
-    std::vector<float> totals(mesh.Vertices.size(), 1e-6f);
-    for (Vertex& vertex : mesh.Vertices)
-        vertex.Sky = vertex.Ground = 0;
+    std::vector<float> totals(mesh.vertices.size(), 1e-6f);
+    for (Vertex& vertex : mesh.vertices) {
+        vertex.sky = vertex.ground = 0;
+    }
 
     DepthMap map;
     const int count = DirectionCount(mesh);
@@ -77,8 +81,8 @@ void BakeAmbientLight(Mesh& mesh)
         LookFrom(mesh, -towards, map);
         AddLight(mesh, towards, map, totals);
     }
-    for (size_t i = 0; i < mesh.Vertices.size(); ++i) {
-        mesh.Vertices[i].Sky /= totals[i];
-        mesh.Vertices[i].Ground /= totals[i];
+    for (size_t i = 0; i < mesh.vertices.size(); ++i) {
+        mesh.vertices[i].sky /= totals[i];
+        mesh.vertices[i].ground /= totals[i];
     }
 }

@@ -12,9 +12,9 @@ public:
 
 private:
     struct Ball {
-        ZmVector Center;
-        float Radius;
-        const Model* Of;
+        ZmVector centre;
+        float radius;
+        const Model* of;
     };
     static Ball BallAround(const Model& model);
     static ZmVector Reach(const Ball& ball);

@@ -23,8 +23,8 @@ void DepthMap::Draw(const Mesh& mesh, const ZmMatrix& modelToWorld)
     m_Scratch.ToClipSpace(mesh, modelToClip);
     const RasterTarget target = {m_Size, m_Size, {0, 0, m_Size, m_Size}};
     DrawMesh(mesh, m_Scratch, true, target, [this](const Sample& sample) {
-        float& depth = m_Depths[size_t(sample.Y) * size_t(m_Size) + size_t(sample.X)];
-        depth = std::min(depth, sample.Depth);
+        float& depth = m_Depths[size_t(sample.y) * size_t(m_Size) + size_t(sample.x)];
+        depth = std::min(depth, sample.depth);
     });
 }
 
@@ -44,7 +44,8 @@ ZmVector DepthMap::ToMap(const ZmVector& world) const
 float DepthMap::Nearest(float x, float y) const
 {
     const float size = float(m_Size);
-    if (!(x >= 0 && y >= 0 && x < size && y < size))
+    if (!(x >= 0 && y >= 0 && x < size && y < size)) {
         return 1;
+    }
     return m_Depths[size_t(y) * size_t(m_Size) + size_t(x)];
 }

@@ -8,26 +8,26 @@
 
 namespace {
 
-const float kGrassReach = 46;
-const size_t kFewestCopies = 12;
+constexpr float kGrassReach = 46;
+constexpr size_t kFewestCopies = 12;
 
 void PlaceCamera(Scene& scene, const Settings& settings)
 {
     ZmMatrix turn;
-    Zm3DMatrixFromEulerAngles(turn, settings.Camera.LookDown, 0, 0);
-    const ZmVector origin(0, GroundHeight(0, 0) + settings.Camera.EyeHeight, 0);
-    scene.Camera = ZmFrustum(origin, Rotate(turn, ZmVector::axisX()), Rotate(turn, ZmVector::axisY()),
-                             Rotate(turn, ZmVector::axisZ()), 0.25f, 900, settings.Camera.FieldOfView,
-                             float(settings.Height) / float(settings.Width));
+    Zm3DMatrixFromEulerAngles(turn, settings.camera.lookDown, 0, 0);
+    const ZmVector origin(0, GroundHeight(0, 0) + settings.camera.eyeHeight, 0);
+    scene.camera = ZmFrustum(origin, Rotate(turn, ZmVector::axisX()), Rotate(turn, ZmVector::axisY()),
+                             Rotate(turn, ZmVector::axisZ()), 0.25f, 900, settings.camera.fieldOfView,
+                             float(settings.height) / float(settings.width));
 }
 
 // Scales, turns about the vertical axis, and places on the ground.
 ZmMatrix Placed(const Spot& spot)
 {
-    const ZmVector position(spot.X, GroundHeight(spot.X, spot.Z) - 0.015f * spot.Size, spot.Z);
-    const ZmVector scale(spot.Size, spot.Size, spot.Size);
+    const ZmVector position(spot.x, GroundHeight(spot.x, spot.z) - 0.015f * spot.size, spot.z);
+    const ZmVector scale(spot.size, spot.size, spot.size);
     ZmQuaternion turn;
-    turn.FromRotation(ZmVector::axisY(), spot.Heading);
+    turn.FromRotation(ZmVector::axisY(), spot.heading);
     ZmMatrix world;
     world.RecomposeMatrix(&position, &scale, &turn);
     return world;
@@ -36,7 +36,7 @@ ZmMatrix Placed(const Spot& spot)
 bool TooClose(const Spot& spot, const std::vector<Spot>& others)
 {
     return std::any_of(others.begin(), others.end(), [&](const Spot& other) {
-        const float dx = spot.X - other.X, dz = spot.Z - other.Z, reach = 0.62f * (spot.Size + other.Size);
+        const float dx = spot.x - other.x, dz = spot.z - other.z, reach = 0.62f * (spot.size + other.size);
         return dx * dx + dz * dz < reach * reach;
     });
 }
@@ -44,7 +44,7 @@ bool TooClose(const Spot& spot, const std::vector<Spot>& others)
 // Herds with open grass between them, sparser with distance.
 std::vector<Spot> ChooseSpots(const Settings& settings)
 {
-    std::vector<Spot> spots = settings.Front;
+    std::vector<Spot> spots = settings.front;
     Random random(11);
     for (int row = 0; row < 75; ++row) {
         const float z = 7.5f + 1.3f * float(row), halfWidth = 0.52f * z + 3;
@@ -52,11 +52,12 @@ std::vector<Spot> ChooseSpots(const Settings& settings)
             const float x = 1.5f * float(column) - halfWidth;
             const Spot spot = {x + random.Between(-0.7f, 0.7f), z + random.Between(-0.6f, 0.6f),
                                random.Next() < 0.2f ? random.Between(0.5f, 0.7f) : random.Between(0.85f, 1.25f),
-                               random.Between(0, 6.2832f), size_t(random.Next() * float(settings.Colors.size()))};
-            const float herd = Turbulence(0.13f * spot.X + 40, 0.13f * spot.Z + 3, 2);
-            if (random.Next() < SmoothStep(0.45f, 0.75f, herd) * 0.6f && PathDistance(spot.X, spot.Z) > 1.6f &&
-                !TooClose(spot, spots))
+                               random.Between(0, 6.2832f), size_t(random.Next() * float(settings.colours.size()))};
+            const float herd = Turbulence(0.13f * spot.x + 40, 0.13f * spot.z + 3, 2);
+            if (random.Next() < SmoothStep(0.45f, 0.75f, herd) * 0.6f && PathDistance(spot.x, spot.z) > 1.6f &&
+                !TooClose(spot, spots)) {
                 spots.push_back(spot);
+            }
         }
     }
     return spots;
@@ -65,16 +66,17 @@ std::vector<Spot> ChooseSpots(const Settings& settings)
 void PlaceStatues(Scene& scene, const Mesh& statue, const Settings& settings)
 {
     const std::vector<Spot> spots = ChooseSpots(settings);
-    const size_t most = std::max(kFewestCopies, size_t(settings.MostTriangles) / statue.TriangleCount());
-    for (size_t i = 0; i < std::min(spots.size(), most); ++i)
-        scene.Add(statue, Material::Statue, Placed(spots[i]), settings.Colors[spots[i].Color]);
+    const size_t most = std::max(kFewestCopies, size_t(settings.mostTriangles) / statue.TriangleCount());
+    for (size_t i = 0; i < std::min(spots.size(), most); ++i) {
+        scene.Add(statue, Material::STATUE, Placed(spots[i]), settings.colours[spots[i].colour]);
+    }
 }
 
 void PlaceGround(Scene& scene)
 {
     for (Mesh& tile : MakeGroundTiles()) {
-        scene.Meshes.push_back(std::move(tile));
-        scene.Add(scene.Meshes.back(), Material::Ground, ZmMatrix::Identity(), ZmVector::axis1());
+        scene.meshes.push_back(std::move(tile));
+        scene.Add(scene.meshes.back(), Material::GROUND, ZmMatrix::Identity(), ZmVector::axis1());
     }
 }
 
@@ -96,20 +98,22 @@ ZmMatrix GrassPlaced(float x, float z, int quarterTurns)
 
 void PlaceGrass(Scene& scene)
 {
-    const size_t first = scene.Meshes.size(), kinds = 4;
-    for (uint32_t i = 0; i < kinds; ++i)
-        scene.Meshes.push_back(MakeGrassPatch(i));
+    const size_t first = scene.meshes.size(), kinds = 4;
+    for (uint32_t i = 0; i < kinds; ++i) {
+        scene.meshes.push_back(MakeGrassPatch(i));
+    }
     Random random(3);
-    const int rows = int(kGrassReach / kGrassPatchSize);
+    constexpr int rows = int(kGrassReach / kGrassPatchSize);
     for (int row = 0; row < rows; ++row) {
         const float z = 0.5f + kGrassPatchSize * float(row);
         const int halfWidth = int((0.52f * z + 4) / kGrassPatchSize);
         for (int column = -halfWidth; column <= halfWidth; ++column) {
             const float x = kGrassPatchSize * float(column);
-            if (PathDistance(x, z) < 0.6f)
+            if (PathDistance(x, z) < 0.6f) {
                 continue;
-            const Mesh& patch = scene.Meshes[first + size_t(random.Next() * float(kinds))];
-            scene.Add(patch, Material::Grass, GrassPlaced(x, z, int(4 * random.Next())), ZmVector::axis1());
+            }
+            const Mesh& patch = scene.meshes[first + size_t(random.Next() * float(kinds))];
+            scene.Add(patch, Material::GRASS, GrassPlaced(x, z, int(4 * random.Next())), ZmVector::axis1());
         }
     }
 }
@@ -117,16 +121,17 @@ void PlaceGrass(Scene& scene)
 void PlaceFlowers(Scene& scene)
 {
     const ZmVector kinds[] = {{0.85f, 0.84f, 0.80f}, {0.90f, 0.66f, 0.10f}, {0.66f, 0.42f, 0.72f}};
-    scene.Meshes.push_back(MakeFlower());
-    const Mesh& flower = scene.Meshes.back();
+    scene.meshes.push_back(MakeFlower());
+    const Mesh& flower = scene.meshes.back();
     Random random(23);
     for (int i = 0; i < 3000; ++i) {
         const float z = random.Between(2.5f, 32), x = random.Between(-1, 1) * (0.52f * z + 2);
         const float bed = Turbulence(0.35f * x, 0.35f * z + 60, 2);
-        if (bed < 0.56f || PathDistance(x, z) < 1)
+        if (bed < 0.56f || PathDistance(x, z) < 1) {
             continue;
+        }
         const size_t kind = size_t(3 * Noise(0.4f * x + 9, 0.4f * z)) % 3;
-        scene.Add(flower, Material::Flower, Placed({x, z, random.Between(0.6f, 1.1f), random.Between(0, 6), 0}),
+        scene.Add(flower, Material::FLOWER, Placed({x, z, random.Between(0.6f, 1.1f), random.Between(0, 6), 0}),
                   kinds[kind]);
     }
 }
@@ -136,7 +141,7 @@ void PlaceFlowers(Scene& scene)
 void BuildMeadow(Scene& scene, const Mesh& statue, const Settings& settings)
 {
     PlaceCamera(scene, settings);
-    scene.Light = {Unit(settings.TowardsSun), settings.SunColor};
+    scene.light = {Unit(settings.towardsSun), settings.sunColour};
     PlaceStatues(scene, statue, settings);
     PlaceGround(scene);
     PlaceGrass(scene);

@@ -23,13 +23,13 @@ float Mix(float a, float b, float t)
 // Always computed from the inner to the outer corner, so that both triangles at an edge get the same point.
 Corner Cut(const Corner& inner, const Corner& outer, uint32_t side)
 {
-    const float a = Inside(inner.Position, side), b = Inside(outer.Position, side);
+    const float a = Inside(inner.position, side), b = Inside(outer.position, side);
     const float t = a / (a - b);
-    const ZmVector4 &p = inner.Position, &q = outer.Position;
+    const ZmVector4 &p = inner.position, &q = outer.position;
     return {{Mix(p.x, q.x, t), Mix(p.y, q.y, t), Mix(p.z, q.z, t), Mix(p.w, q.w, t)},
-            inner.Normal + (outer.Normal - inner.Normal) * t,
-            Mix(inner.Sky, outer.Sky, t),
-            Mix(inner.Ground, outer.Ground, t)};
+            inner.normal + (outer.normal - inner.normal) * t,
+            Mix(inner.sky, outer.sky, t),
+            Mix(inner.ground, outer.ground, t)};
 }
 
 int ClipBySide(Corner* res, const Corner* polygon, int count, uint32_t side)
@@ -37,12 +37,14 @@ int ClipBySide(Corner* res, const Corner* polygon, int count, uint32_t side)
     int resCount = 0;
     for (int i = 0; i < count; ++i) {
         const Corner &current = polygon[i], &next = polygon[(i + 1) % count];
-        const bool currentInside = Inside(current.Position, side) >= 0;
-        const bool nextInside = Inside(next.Position, side) >= 0;
-        if (currentInside)
+        const bool currentInside = Inside(current.position, side) >= 0;
+        const bool nextInside = Inside(next.position, side) >= 0;
+        if (currentInside) {
             res[resCount++] = current;
-        if (currentInside != nextInside)
+        }
+        if (currentInside != nextInside) {
             res[resCount++] = currentInside ? Cut(current, next, side) : Cut(next, current, side);
+        }
     }
     return resCount;
 }
@@ -62,8 +64,9 @@ int ClipTriangle(Corner res[kMostCorners], const Corner triangle[3], uint32_t fl
     int count = 3;
     std::copy(triangle, triangle + 3, res);
     for (uint32_t side = ZMCLIP_LEFT; side <= ZMCLIP_BACK && count >= 3; side <<= 1) {
-        if ((flags & side) == 0)
+        if ((flags & side) == 0) {
             continue;
+        }
         std::copy(res, res + count, whole);
         count = ClipBySide(res, whole, count, side);
     }
@@ -73,9 +76,9 @@ int ClipTriangle(Corner res[kMostCorners], const Corner triangle[3], uint32_t fl
 GridTriangle::GridTriangle(const Corner corners[3], const RasterTarget& target)
 {
     for (int i = 0; i < 3; ++i) {
-        const ZmVector4& p = corners[i].Position;
-        m_X[i] = ToGrid(p.x / p.w, target.Width);
-        m_Y[i] = ToGrid(-p.y / p.w, target.Height);
+        const ZmVector4& p = corners[i].position;
+        m_X[i] = ToGrid(p.x / p.w, target.width);
+        m_Y[i] = ToGrid(-p.y / p.w, target.height);
     }
     m_Area = (m_X[1] - m_X[0]) * (m_Y[2] - m_Y[0]) - (m_Y[1] - m_Y[0]) * (m_X[2] - m_X[0]);
 }

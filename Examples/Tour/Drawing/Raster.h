@@ -7,30 +7,30 @@
 
 /// A corner of a triangle in clip space, with the values interpolated over it.
 struct Corner {
-    ZmVector4 Position;
-    ZmVector Normal;
-    float Sky;
-    float Ground;
+    ZmVector4 position;
+    ZmVector normal;
+    float sky;
+    float ground;
 };
 
 /// A sample whose centre a triangle covers.
 struct Sample {
-    int X, Y;
-    float Depth;       ///< z / w
-    float InverseW;    ///< 1 / w
-    float Weights[3];  ///< of the corners, perspective-correct; they add up to 1
-    const Corner* Corners;
+    int x, y;
+    float depth;       ///< z / w
+    float inverseW;    ///< 1 / w
+    float weights[3];  ///< of the corners, perspective-correct; they add up to 1
+    const Corner* corners;
 };
 
 /// A grid of samples and the part of it to draw; right and bottom are exclusive.
 struct RasterTarget {
-    int Width, Height;
-    RKRECT Window;
+    int width, height;
+    RKRECT window;
 };
 
 /// Nine would suffice without rounding: a thin triangle may zigzag along a side, and each of the six sides may then
 /// increase the number of corners by half.
-const int kMostCorners = 28;
+constexpr int kMostCorners = 28;
 
 /// Clips a triangle at the sides in `flags`. Writes the corners of the rest as a fan and returns their number; fewer
 /// than 3 means that nothing is left.
@@ -40,9 +40,7 @@ int ClipTriangle(Corner res[kMostCorners], const Corner triangle[3], uint32_t fl
 /// gap and share no sample.
 class GridTriangle {
 public:
-    enum : int {
-        kUnit = 256
-    };
+    static constexpr int kUnit = 256;
 
     GridTriangle(const Corner corners[3], const RasterTarget& target);
 
@@ -57,8 +55,8 @@ public:
 private:
     // Twice the area of edge and sample point, and its increments per sample.
     struct EdgeFunction {
-        int64_t Value, StepX, StepY;
-        int64_t Bias;  // samples exactly on an edge belong to the triangle right of or below it
+        int64_t value, stepX, stepY;
+        int64_t bias;  // samples exactly on an edge belong to the triangle right of or below it
     };
     EdgeFunction MakeEdge(int from, int to, int startX, int startY) const;
 
@@ -78,32 +76,33 @@ void GridTriangle::Fill(const Corner corners[3], const RKRECT& window, Plot&& pl
     EdgeFunction edges[3] = {MakeEdge(1, 2, left, top), MakeEdge(2, 0, left, top), MakeEdge(0, 1, left, top)};
     float inverseW[3], depth[3];
     for (int i = 0; i < 3; ++i) {
-        inverseW[i] = 1 / corners[i].Position.w;
-        depth[i] = corners[i].Position.z * inverseW[i];
+        inverseW[i] = 1 / corners[i].position.w;
+        depth[i] = corners[i].position.z * inverseW[i];
     }
     const float inverseArea = 1 / float(m_Area);
 
     Sample sample;
-    sample.Corners = corners;
-    for (sample.Y = top; sample.Y < bottom; ++sample.Y) {
-        int64_t e0 = edges[0].Value, e1 = edges[1].Value, e2 = edges[2].Value;
-        for (sample.X = left; sample.X < right; ++sample.X) {
-            if (((e0 + edges[0].Bias) | (e1 + edges[1].Bias) | (e2 + edges[2].Bias)) >= 0) {
+    sample.corners = corners;
+    for (sample.y = top; sample.y < bottom; ++sample.y) {
+        int64_t e0 = edges[0].value, e1 = edges[1].value, e2 = edges[2].value;
+        for (sample.x = left; sample.x < right; ++sample.x) {
+            if (((e0 + edges[0].bias) | (e1 + edges[1].bias) | (e2 + edges[2].bias)) >= 0) {
                 const float w0 = float(e0) * inverseArea, w1 = float(e1) * inverseArea, w2 = float(e2) * inverseArea;
-                sample.Depth = w0 * depth[0] + w1 * depth[1] + w2 * depth[2];
-                sample.InverseW = w0 * inverseW[0] + w1 * inverseW[1] + w2 * inverseW[2];
-                const float w = 1 / sample.InverseW;
-                sample.Weights[0] = w0 * inverseW[0] * w;
-                sample.Weights[1] = w1 * inverseW[1] * w;
-                sample.Weights[2] = w2 * inverseW[2] * w;
+                sample.depth = w0 * depth[0] + w1 * depth[1] + w2 * depth[2];
+                sample.inverseW = w0 * inverseW[0] + w1 * inverseW[1] + w2 * inverseW[2];
+                const float w = 1 / sample.inverseW;
+                sample.weights[0] = w0 * inverseW[0] * w;
+                sample.weights[1] = w1 * inverseW[1] * w;
+                sample.weights[2] = w2 * inverseW[2] * w;
                 plot(sample);
             }
-            e0 += edges[0].StepX;
-            e1 += edges[1].StepX;
-            e2 += edges[2].StepX;
+            e0 += edges[0].stepX;
+            e1 += edges[1].stepX;
+            e2 += edges[2].stepX;
         }
-        for (EdgeFunction& edge : edges)
-            edge.Value += edge.StepY;
+        for (EdgeFunction& edge : edges) {
+            edge.value += edge.stepY;
+        }
     }
 }
 
@@ -115,11 +114,13 @@ void FillTriangle(Corner (&corners)[3], bool bothSides, const RasterTarget& targ
     if (triangle.Area() < 0 && bothSides) {
         std::swap(corners[1], corners[2]);
         triangle.Flip();
-        for (Corner& corner : corners)
-            corner.Normal = -corner.Normal;
+        for (Corner& corner : corners) {
+            corner.normal = -corner.normal;
+        }
     }
-    if (triangle.Area() > 0)
-        triangle.Fill(corners, target.Window, plot);
+    if (triangle.Area() > 0) {
+        triangle.Fill(corners, target.window, plot);
+    }
 }
 
 /// Draws all triangles of a mesh whose vertices have been transformed. `bothSides` also draws back faces, with reversed
@@ -128,18 +129,19 @@ template <class Plot>
 void DrawMesh(const Mesh& mesh, const TransformedMesh& transformed, bool bothSides, const RasterTarget& target,
               Plot&& plot)
 {
-    for (size_t i = 0; i < mesh.Indices.size(); i += 3) {
+    for (size_t i = 0; i < mesh.indices.size(); i += 3) {
         Corner corners[3];
         uint32_t andFlags = ZMCLIP_ALL, orFlags = 0;
         for (size_t k = 0; k < 3; ++k) {
-            const uint32_t v = mesh.Indices[i + k];
-            andFlags &= transformed.Flags[v];
-            orFlags |= transformed.Flags[v];
-            const ZmVector normal = transformed.Normals.empty() ? ZmVector::axis0() : transformed.Normals[v];
-            corners[k] = {transformed.Clip[v], normal, mesh.Vertices[v].Sky, mesh.Vertices[v].Ground};
+            const uint32_t v = mesh.indices[i + k];
+            andFlags &= transformed.flags[v];
+            orFlags |= transformed.flags[v];
+            const ZmVector normal = transformed.normals.empty() ? ZmVector::axis0() : transformed.normals[v];
+            corners[k] = {transformed.clip[v], normal, mesh.vertices[v].sky, mesh.vertices[v].ground};
         }
-        if (andFlags != 0)
+        if (andFlags != 0) {
             continue;
+        }
         if (orFlags == 0) {
             FillTriangle(corners, bothSides, target, plot);
             continue;

@@ -8,8 +8,8 @@
 class Relief {
 public:
     struct Point {
-        float Height;          ///< 0 to 1
-        float SlopeX, SlopeZ;  ///< -1 to 1
+        float height;          ///< 0 to 1
+        float slopeX, slopeZ;  ///< -1 to 1
     };
 
     /// Loads a PNG file from memory; bright is high. Returns false if it is not a PNG file.

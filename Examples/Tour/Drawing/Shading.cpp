@@ -15,7 +15,7 @@ const ZmVector kSkyOnSurfaces(0.36f, 0.50f, 0.82f);
 const ZmVector kGroundOnSurfaces(0.36f, 0.40f, 0.16f);
 // A little darker than the sky behind, so that the farthest hills remain visible.
 const ZmVector kHazeOnSurfaces(0.70f, 0.82f, 0.95f);
-const float kHazeLength = 260;
+constexpr float kHazeLength = 260;
 
 ZmVector Mix(const ZmVector& a, const ZmVector& b, float t)
 {
@@ -32,12 +32,12 @@ float Square(float x)
     return x * x;
 }
 
-ZmVector GrassColor(const ZmVector& p)
+ZmVector GrassColour(const ZmVector& p)
 {
     const float broad = Turbulence(0.07f * p.x, 0.07f * p.z, 3);
     const float patchy = Noise(0.9f * p.x, 0.9f * p.z);
-    const ZmVector color = Mix({0.10f, 0.19f, 0.035f}, {0.27f, 0.29f, 0.07f}, SmoothStep(0.3f, 0.75f, broad));
-    return color * (0.68f + 0.36f * patchy);
+    const ZmVector colour = Mix({0.10f, 0.19f, 0.035f}, {0.27f, 0.29f, 0.07f}, SmoothStep(0.3f, 0.75f, broad));
+    return colour * (0.68f + 0.36f * patchy);
 }
 
 // The share of path in the ground: 1 in the middle of the path, 0 in the grass.
@@ -63,7 +63,7 @@ float Closeness(float distance)
 
 ZmVector Shading::Haze(const ZmVector& direction) const
 {
-    const float towardsSun = std::max(0.0f, Dot(direction, m_Scene.Light.Towards));
+    const float towardsSun = std::max(0.0f, Dot(direction, m_Scene.light.towards));
     const float broad = Square(towardsSun) * towardsSun, narrow = Square(Square(Square(broad)));
     return kHorizon + kSunGlow * (0.17f * broad + 0.5f * narrow);
 }
@@ -79,13 +79,14 @@ ZmVector Shading::SkyLight(const ZmVector& direction) const
     return Mix(sky, ZmVector(1.5f, 1.42f, 1.36f) + kSunGlow * 0.2f, 0.85f * cloud);
 }
 
-ZmVector Shading::GroundColor(const Hit& hit) const
+ZmVector Shading::GroundColour(const Hit& hit) const
 {
-    const ZmVector &p = hit.Point, grass = GrassColor(p);
+    const ZmVector &p = hit.point, grass = GrassColour(p);
     const float path = PathShare(p);
-    if (path <= 0)
+    if (path <= 0) {
         return grass;
-    const float height = m_Pebbles.At(p.x, p.z, hit.Distance).Height;
+    }
+    const float height = m_Pebbles.At(p.x, p.z, hit.distance).height;
     const float pebbles = 0.5f + (height - 0.5f) * PebbleShare(p);
     const float broad = Turbulence(1.3f * p.x, 1.3f * p.z, 3);
     return Mix(grass, Mix({0.24f, 0.16f, 0.09f}, {0.46f, 0.34f, 0.21f}, 0.55f * broad + 0.45f * pebbles), path);
@@ -93,76 +94,83 @@ ZmVector Shading::GroundColor(const Hit& hit) const
 
 ZmVector Shading::GroundNormal(const Hit& hit) const
 {
-    const ZmVector& p = hit.Point;
+    const ZmVector& p = hit.point;
     const float share = PebbleShare(p) > 0 ? PathShare(p) * PebbleShare(p) : 0;
-    if (share <= 0)
-        return hit.Normal;
-    const Relief::Point pebbles = m_Pebbles.At(p.x, p.z, hit.Distance);
-    return Unit(hit.Normal - ZmVector(pebbles.SlopeX, 0, pebbles.SlopeZ) * share);
+    if (share <= 0) {
+        return hit.normal;
+    }
+    const Relief::Point pebbles = m_Pebbles.At(p.x, p.z, hit.distance);
+    return Unit(hit.normal - ZmVector(pebbles.slopeX, 0, pebbles.slopeZ) * share);
 }
 
-ZmVector Shading::Color(const Hit& hit) const
+ZmVector Shading::Colour(const Hit& hit) const
 {
-    switch (hit.Of.Shown->Made) {
-    case Material::Ground: return GroundColor(hit);
-    case Material::Grass:
+    switch (hit.of.shown->made) {
+    case Material::GROUND: return GroundColour(hit);
+    case Material::GRASS:
         // Blades differ close by; far away only their average is left.
-        return GrassColor(hit.Point) * (1 + Closeness(hit.Distance) * (1.1f * hit.Of.Ground - 0.35f));
-    default: return hit.Of.Shown->Color;
+        return GrassColour(hit.point) * (1 + Closeness(hit.distance) * (1.1f * hit.of.ground - 0.35f));
+    default: return hit.of.shown->colour;
     }
 }
 
 float Shading::Sunlight(const Hit& hit, float turn) const
 {
-    const ZmVector& towards = m_Scene.Light.Towards;
-    const bool statue = hit.Of.Shown->Made == Material::Statue;
+    const ZmVector& towards = m_Scene.light.towards;
+    const bool statue = hit.of.shown->made == Material::STATUE;
     // Soft material: light wraps a little around the edge.
     const float wrap = statue ? 0.08f : 0.0f;
-    const float facing = (Dot(hit.Normal, towards) + wrap) / (1 + wrap);
-    if (facing <= 0)
+    const float facing = (Dot(hit.normal, towards) + wrap) / (1 + wrap);
+    if (facing <= 0) {
         return 0;
-    float light = facing * m_Shadows.Sunlight(hit.Point, hit.Normal, hit.Distance, turn);
-    if (hit.Of.Shown->IsLeaf()) {
+    }
+    float light = facing * m_Shadows.Sunlight(hit.point, hit.normal, hit.distance, turn);
+    if (hit.of.shown->IsLeaf()) {
         // Roots are dark; leaves glow when lit from behind by the sun.
-        const float behind = std::max(0.0f, -Dot(hit.ToEye, towards));
-        light *= (1 - Closeness(hit.Distance) * (1 - hit.Of.Sky)) * (1 + 1.6f * behind * behind);
+        const float behind = std::max(0.0f, -Dot(hit.toEye, towards));
+        light *= (1 - Closeness(hit.distance) * (1 - hit.of.sky)) * (1 + 1.6f * behind * behind);
     }
     return light;
 }
 
 ZmVector Shading::AmbientLight(const Hit& hit) const
 {
-    const float open = m_Contact.OpenSky(hit.Point, hit.Normal, hit.Of.Shown);
-    const ZmVector fromSky = kSkyOnSurfaces * (open * hit.Of.Sky);
-    if (hit.Of.Shown->Made != Material::Statue)
+    const float open = m_Contact.OpenSky(hit.point, hit.normal, hit.of.shown);
+    const ZmVector fromSky = kSkyOnSurfaces * (open * hit.of.sky);
+    if (hit.of.shown->made != Material::STATUE) {
         return fromSky;
-    return fromSky + kGroundOnSurfaces * ((0.4f + 0.6f * open) * hit.Of.Ground);
+    }
+    return fromSky + kGroundOnSurfaces * ((0.4f + 0.6f * open) * hit.of.ground);
 }
 
 ZmVector Shading::SurfaceLight(const Hit& hit, float turn) const
 {
-    const ZmVector color = Color(hit), sun = m_Scene.Light.Color * Sunlight(hit, turn);
-    const ZmVector light = Times(color, sun + AmbientLight(hit));
-    if (hit.Of.Shown->Made != Material::Statue)
+    const ZmVector colour = Colour(hit), sun = m_Scene.light.colour * Sunlight(hit, turn);
+    const ZmVector light = Times(colour, sun + AmbientLight(hit));
+    if (hit.of.shown->made != Material::STATUE) {
         return light;
+    }
     // A sheen at grazing angles, like that of velvet.
-    const float rim = Square(Square(1 - std::max(0.0f, Dot(hit.Normal, hit.ToEye))));
-    const ZmVector sheen = kSkyOnSurfaces * (0.6f * hit.Of.Sky) + sun;
-    return light + Times(Mix(color, ZmVector::axis1(), 0.4f), sheen) * (0.7f * rim);
+    const float rim = Square(Square(1 - std::max(0.0f, Dot(hit.normal, hit.toEye))));
+    const ZmVector sheen = kSkyOnSurfaces * (0.6f * hit.of.sky) + sun;
+    return light + Times(Mix(colour, ZmVector::axis1(), 0.4f), sheen) * (0.7f * rim);
 }
 
 ZmVector Shading::Light(const Surface& surface, const ZmVector& ray, float turn) const
 {
     const ZmVector direction = Unit(ray);
-    if (surface.InverseDistance <= 0)
+    if (surface.inverseDistance <= 0) {
         return SkyLight(direction);
+    }
 
-    const float distance = 1 / surface.InverseDistance;
-    Hit hit = {surface, m_Scene.Camera.Origin + ray * distance, Unit(surface.Normal), -direction, distance};
-    if (surface.Shown->IsLeaf() && hit.Normal.y < 0)
-        hit.Normal = -hit.Normal;  // thin enough to be lit from above on both sides
-    if (surface.Shown->Made == Material::Ground)
-        hit.Normal = GroundNormal(hit);
+    const float distance = 1 / surface.inverseDistance;
+    Hit hit = {surface, m_Scene.camera.Origin + ray * distance, Unit(surface.normal), -direction, distance};
+    if (surface.shown->IsLeaf() && hit.normal.y < 0) {
+        hit.normal = -hit.normal;  // thin enough to be lit from above on both sides
+    }
+    if (surface.shown->made == Material::GROUND) {
+        hit.normal = GroundNormal(hit);
+    }
     const float haze = 1 - std::exp(-std::max(0.0f, distance - 6) / kHazeLength);
     return Mix(SurfaceLight(hit, turn), Times(Haze(direction), kHazeOnSurfaces), haze);
 }

@@ -7,10 +7,10 @@
 
 /// The nearest surface at a sample, as the rasteriser stores it.
 struct Surface {
-    float InverseDistance;  ///< 1 / distance along the camera's direction; 0 for sky
-    ZmVector Normal;        ///< of any length
-    float Sky, Ground;      ///< as in Vertex
-    const Model* Shown;
+    float inverseDistance;  ///< 1 / distance along the camera's direction; 0 for sky
+    ZmVector normal;        ///< of any length
+    float sky, ground;      ///< as in Vertex
+    const Model* shown;
 };
 
 /// Computes the light of surfaces: red, green and blue, linear, without upper bound.
@@ -29,14 +29,14 @@ public:
 private:
     // A surface and the point where it is hit.
     struct Hit {
-        const Surface& Of;
-        ZmVector Point, Normal, ToEye;
-        float Distance;  // along the camera's direction
+        const Surface& of;
+        ZmVector point, normal, toEye;
+        float distance;  // along the camera's direction
     };
     ZmVector Haze(const ZmVector& direction) const;
     ZmVector SkyLight(const ZmVector& direction) const;
-    ZmVector Color(const Hit& hit) const;
-    ZmVector GroundColor(const Hit& hit) const;
+    ZmVector Colour(const Hit& hit) const;
+    ZmVector GroundColour(const Hit& hit) const;
     ZmVector GroundNormal(const Hit& hit) const;
     float Sunlight(const Hit& hit, float turn) const;
     ZmVector AmbientLight(const Hit& hit) const;

@@ -7,13 +7,13 @@
 
 namespace {
 
-const int kMapSize = 2048;
+constexpr int kMapSize = 2048;
 // The distance at which each map ends; the first begins at the camera's near plane.
-const float kMapEnd[Shadows::kMapCount] = {11, 34, 120};
+constexpr float kMapEnd[Shadows::kMapCount] = {11, 34, 120};
 // Width of the penumbra over distance from the shadow caster: a hazy sun, ten times the real size.
-const float kSunSize = 0.045f;
-const int kBlockerTaps = 6;
-const int kShadowTaps = 10;
+constexpr float kSunSize = 0.045f;
+constexpr int kBlockerTaps = 6;
+constexpr int kShadowTaps = 10;
 
 void Include(ZmBbox& box, const ZmBbox& other)
 {
@@ -35,8 +35,9 @@ ZmBbox SliceBox(ZmFrustum view, float nearDistance, float farDistance, const ZmM
     view.ComputeVertices(corners);
     Zm3DMultiplyMatrixVectorMany(corners, worldToSun, corners, 8, sizeof(ZmVector));
     ZmBbox box = {corners[0], corners[0]};
-    for (const ZmVector& corner : corners)
+    for (const ZmVector& corner : corners) {
         Include(box, {corner, corner});
+    }
     return box;
 }
 
@@ -50,37 +51,42 @@ Zm2DVector DiscPoint(int index, int count, float turn)
 
 }  // namespace
 
-Shadows::Shadows(const Scene& scene, int threads) : m_WorldToSun(LookAlong(-scene.Light.Towards))
+Shadows::Shadows(const Scene& scene, int threads) : m_WorldToSun(LookAlong(-scene.light.towards))
 {
     ShareOut(threads, kMapCount, [&](int, int index) { DrawMap(scene, index); });
 }
 
 void Shadows::DrawMap(const Scene& scene, int index)
 {
-    const float nearDistance = index == 0 ? scene.Camera.NearDistance : 0.9f * kMapEnd[index - 1];
-    ZmBbox box = SliceBox(scene.Camera, nearDistance, kMapEnd[index], m_WorldToSun);
+    const float nearDistance = index == 0 ? scene.camera.NearDistance : 0.9f * kMapEnd[index - 1];
+    ZmBbox box = SliceBox(scene.camera, nearDistance, kMapEnd[index], m_WorldToSun);
     // Shadow casters may lie far outside the slice, towards the sun.
-    for (const Model& model : scene.Models) {
-        if (model.Made != Material::Statue)
+    for (const Model& model : scene.models) {
+        if (model.made != Material::STATUE) {
             continue;
+        }
         ZmBbox sunBox;
-        sunBox.TransformFrom(model.Box, m_WorldToSun);
+        sunBox.TransformFrom(model.box, m_WorldToSun);
         box.Min.z = std::min(box.Min.z, sunBox.Min.z);
     }
     m_Maps[index].Begin(kMapSize, m_WorldToSun, box);
-    for (const Model& model : scene.Models)
-        if (model.Made == Material::Statue && m_Maps[index].MayContain(model.Box))
-            m_Maps[index].Draw(*model.Shape, model.World);
+    for (const Model& model : scene.models) {
+        if (model.made == Material::STATUE && m_Maps[index].MayContain(model.box)) {
+            m_Maps[index].Draw(*model.shape, model.world);
+        }
+    }
 }
 
 float Shadows::Sunlight(const ZmVector& point, const ZmVector& normal, float distance, float turn) const
 {
     // The borders between maps are dithered, so that they are invisible.
     int index = 0;
-    while (index < kMapCount && distance > kMapEnd[index] * (0.9f + 0.1f * turn))
+    while (index < kMapCount && distance > kMapEnd[index] * (0.9f + 0.1f * turn)) {
         ++index;
-    if (index == kMapCount)
+    }
+    if (index == kMapCount) {
         return 1;
+    }
     const DepthMap& map = m_Maps[index];
     const float texel = map.TexelSize(), depthRange = map.DepthRange();
     const ZmVector p = map.ToMap(point + normal * (0.02f + 1.5f * texel));
@@ -95,8 +101,9 @@ float Shadows::Sunlight(const ZmVector& point, const ZmVector& normal, float dis
             blockerDepth += depth;
         }
     }
-    if (blockers == 0)
+    if (blockers == 0) {
         return 1;
+    }
 
     const float height = (p.z - blockerDepth / blockers) * depthRange;
     const float radius = std::clamp(kSunSize * height, 0.012f, 0.09f) / texel;

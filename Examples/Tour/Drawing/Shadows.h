@@ -6,9 +6,7 @@
 /// Shadow maps of the statues as the sun sees them, in three maps: fine near the camera, coarser farther away.
 class Shadows {
 public:
-    enum {
-        kMapCount = 3
-    };
+    static constexpr int kMapCount = 3;
 
     /// Draws the maps, each on a thread of its own if `threads` allows it.
     Shadows(const Scene& scene, int threads);

@@ -6,16 +6,16 @@
 
 namespace {
 
-const int kColumns = 144;
-const int kRows = 240;
-const int kTile = 12;  // quads per side of a tile
+constexpr int kColumns = 144;
+constexpr int kRows = 240;
+constexpr int kTile = 12;  // quads per side of a tile
 
-const int kBladesPerPatch = 110;
-const int kPetals = 6;
+constexpr int kBladesPerPatch = 110;
+constexpr int kPetals = 6;
 
 void AddTriangle(Mesh& mesh, size_t a, size_t b, size_t c)
 {
-    mesh.Indices.insert(mesh.Indices.end(), {uint32_t(a), uint32_t(b), uint32_t(c)});
+    mesh.indices.insert(mesh.indices.end(), {uint32_t(a), uint32_t(b), uint32_t(c)});
 }
 
 // Grid lines are denser near the eye.
@@ -33,10 +33,10 @@ Mesh MakeTile(int firstColumn, int firstRow)
         for (int column = 0; column <= kTile; ++column) {
             const ZmVector p = GridPoint(firstColumn + column, firstRow + row);
             const Zm2DVector slope = GroundSlope(p.x, p.z);
-            tile.Vertices.push_back({p, Unit({-slope.x, 1, -slope.y}), 1, 0});
+            tile.vertices.push_back({p, Unit({-slope.x, 1, -slope.y}), 1, 0});
         }
     }
-    const size_t line = kTile + 1;
+    constexpr size_t line = kTile + 1;
     for (size_t row = 0; row < kTile; ++row) {
         for (size_t column = 0; column < kTile; ++column) {
             const size_t a = row * line + column;
@@ -51,7 +51,7 @@ Mesh MakeTile(int firstColumn, int firstRow)
 // A blade with two joints and a tip, bending away from the root.
 void AddBlade(Mesh& patch, Random& random)
 {
-    const float reach = 0.5f * kGrassPatchSize;
+    constexpr float reach = 0.5f * kGrassPatchSize;
     // Braces, because only they fix the order in which the random numbers are drawn.
     const ZmVector root{random.Between(-reach, reach), 0, random.Between(-reach, reach)};
     const float angle = random.Between(0, 6.2832f);
@@ -62,12 +62,12 @@ void AddBlade(Mesh& patch, Random& random)
     const ZmVector middle = root + lean * (0.3f * bend) + ZmVector(0, 0.6f * height, 0);
     const ZmVector tip = root + lean * bend + ZmVector(0, height, 0);
     const ZmVector normal = Unit(ZmVector(0, 1, 0) + lean * 0.35f);
-    const size_t first = patch.Vertices.size();
-    patch.Vertices.push_back({root - side * width, normal, 0.15f, tint});
-    patch.Vertices.push_back({root + side * width, normal, 0.15f, tint});
-    patch.Vertices.push_back({middle - side * (0.8f * width), normal, 0.65f, tint});
-    patch.Vertices.push_back({middle + side * (0.8f * width), normal, 0.65f, tint});
-    patch.Vertices.push_back({tip, normal, 1, tint});
+    const size_t first = patch.vertices.size();
+    patch.vertices.push_back({root - side * width, normal, 0.15f, tint});
+    patch.vertices.push_back({root + side * width, normal, 0.15f, tint});
+    patch.vertices.push_back({middle - side * (0.8f * width), normal, 0.65f, tint});
+    patch.vertices.push_back({middle + side * (0.8f * width), normal, 0.65f, tint});
+    patch.vertices.push_back({tip, normal, 1, tint});
     AddTriangle(patch, first, first + 1, first + 2);
     AddTriangle(patch, first + 1, first + 3, first + 2);
     AddTriangle(patch, first + 2, first + 3, first + 4);
@@ -94,7 +94,7 @@ float PathDistance(float x, float z)
 
 Zm2DVector GroundSlope(float x, float z)
 {
-    const float step = 0.25f;
+    constexpr float step = 0.25f;
     return {(GroundHeight(x + step, z) - GroundHeight(x - step, z)) / (2 * step),
             (GroundHeight(x, z + step) - GroundHeight(x, z - step)) / (2 * step)};
 }
@@ -103,9 +103,11 @@ std::deque<Mesh> MakeGroundTiles()
 {
     static_assert(kColumns % kTile == 0 && kRows % kTile == 0, "tiles must cover the grid");
     std::deque<Mesh> tiles;
-    for (int row = 0; row < kRows; row += kTile)
-        for (int column = 0; column < kColumns; column += kTile)
+    for (int row = 0; row < kRows; row += kTile) {
+        for (int column = 0; column < kColumns; column += kTile) {
             tiles.push_back(MakeTile(column, row));
+        }
+    }
     return tiles;
 }
 
@@ -113,8 +115,9 @@ Mesh MakeGrassPatch(uint32_t seed)
 {
     Mesh patch;
     Random random(seed);
-    for (int i = 0; i < kBladesPerPatch; ++i)
+    for (int i = 0; i < kBladesPerPatch; ++i) {
         AddBlade(patch, random);
+    }
     ComputeBox(patch);
     return patch;
 }
@@ -123,15 +126,16 @@ Mesh MakeFlower()
 {
     Mesh flower;
     const float height = 0.16f, radius = 0.035f;
-    flower.Vertices.push_back({{0, height, 0}, {0, 1, 0}, 0, 0});
+    flower.vertices.push_back({{0, height, 0}, {0, 1, 0}, 0, 0});
     for (int i = 0; i < 2 * kPetals; ++i) {
         const float angle = float(i) * 3.14159265f / kPetals, reach = i % 2 == 0 ? radius : 0.4f * radius;
         const ZmVector out(std::cos(angle), 0, std::sin(angle));
-        flower.Vertices.push_back(
+        flower.vertices.push_back(
             {out * reach + ZmVector(0, height + 0.3f * reach, 0), Unit(ZmVector(0, 2, 0) - out), 1, 0});
     }
-    for (size_t i = 0; i < 2 * kPetals; ++i)
+    for (size_t i = 0; i < 2 * kPetals; ++i) {
         AddTriangle(flower, 0, 1 + (i + 1) % (2 * kPetals), 1 + i);
+    }
     ComputeBox(flower);
     return flower;
 }

@@ -21,7 +21,7 @@ std::deque<Mesh> MakeGroundTiles();
 /// to the tip of a blade; Ground varies from blade to blade.
 Mesh MakeGrassPatch(uint32_t seed);
 
-const float kGrassPatchSize = 0.75f;
+constexpr float kGrassPatchSize = 0.75f;
 
 /// Makes one flower around the origin.
 Mesh MakeFlower();

@@ -12,14 +12,14 @@ public:
     {
     }
 
-    /// `color` is colour and strength, 0 to 1 each.
-    void Line(const ZmVector& from, const ZmVector& to, const ZmColor& color);
+    /// The alpha of a colour is its strength.
+    void Line(const ZmVector& from, const ZmVector& to, const ZmColor& colour);
 
     /// Draws the twelve edges between eight corners, which are numbered by three bits.
-    void Box(const ZmVector (&corners)[8], const ZmColor& color);
+    void Box(const ZmVector (&corners)[8], const ZmColor& colour);
 
 private:
-    void Dot(int x, int y, float nearness, float weight, const ZmColor& color);
+    void Dot(int x, int y, float nearness, float weight, const ZmColor& colour);
 
     Picture& m_Picture;
     RKRECT m_Window;
@@ -28,4 +28,4 @@ private:
 };
 
 /// Blends a colour over one pixel by its alpha.
-void Blend(uint32_t& pixel, const ZmColor& color);
+void Blend(uint32_t& pixel, const ZmColor& colour);

@@ -7,8 +7,8 @@
 namespace zm {
 namespace {
 
-const int kSignals[] = {SIGILL, SIGSEGV, SIGFPE, SIGBUS};
-const int kSignalCount = sizeof kSignals / sizeof kSignals[0];
+constexpr int kSignals[] = {SIGILL, SIGSEGV, SIGFPE, SIGBUS};
+constexpr int kSignalCount = sizeof(kSignals) / sizeof(kSignals[0]);
 
 sigjmp_buf g_Recovery;
 pthread_t g_Guarded;

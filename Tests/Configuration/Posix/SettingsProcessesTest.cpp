@@ -13,7 +13,7 @@
 namespace {
 
 constexpr int kNames = 5;
-const char* const kNameOf[kNames] = {"a", "b", "c", "d", "e"};
+constexpr const char* kNameOf[kNames] = {"a", "b", "c", "d", "e"};
 
 std::string ValueOf(int number)
 {

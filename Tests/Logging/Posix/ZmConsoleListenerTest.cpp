@@ -6,7 +6,7 @@
 
 namespace {
 
-TEST(ConsoleListenerTest, LinesGoToTheStandardOutputAtOnce)
+TEST(ZmConsoleListenerTest, LinesGoToTheStandardOutputAtOnce)
 {
     const std::unique_ptr<ZmLogListener> listener(ZmConsoleListener::ListenerFactory("console"));
     listener->SetFlags(ZmLogListener::SOURCE_LINE | ZmLogListener::DATED);

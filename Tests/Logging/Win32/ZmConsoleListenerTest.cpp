@@ -15,7 +15,7 @@ std::string FirstRow(HANDLE console, DWORD length)
     return text.substr(0, read);
 }
 
-TEST(ConsoleListenerTest, LinesGoToAConsoleOfTheListenersOwn)
+TEST(ZmConsoleListenerTest, LinesGoToAConsoleOfTheListenersOwn)
 {
     const std::unique_ptr<ZmLogListener> listener(ZmConsoleListener::ListenerFactory("console"));
     if (static_cast<ZmConsoleListener*>(listener.get())->SetSize(100, 50) == 0) {

@@ -120,7 +120,7 @@ TEST_F(TerminationThreadTest, AStopInsideTheLogWaitsForTheEndOfTheMessage)
     while (g_Heard == 0) {
         usleep(100);
     }
-    const unsigned int given = 9;
+    constexpr unsigned int given = 9;
     unsigned int code = 0;
     EXPECT_EQ(thread.Terminate(&given), 1);
     EXPECT_EQ(thread.Wait(&code, 20), 9) << "still inside";
@@ -141,7 +141,7 @@ TEST_F(TerminationThreadTest, AListenerThatTerminatesItsThreadEndsItsMessageFirs
     HeardMessages heard;
     heard.Listen("ends it", 2);
     heard.m_Answer = [](const HeardMessage&) {
-        const unsigned int code = 5;
+        constexpr unsigned int code = 5;
         EXPECT_EQ(g_Self.Terminate(&code), 1);
     };
     unsigned int code = 0;
