@@ -32,7 +32,7 @@ public:
 
     void PutBlanks(uint64_t count)
     {
-        static const char blanks[] = "                                                                ";
+        static constexpr char blanks[] = "                                                                ";
         for (; count != 0 && !m_Failed; count -= std::min(count, uint64_t(sizeof(blanks) - 1))) {
             Put(blanks, size_t(std::min(count, uint64_t(sizeof(blanks) - 1))));
         }

@@ -11,7 +11,7 @@ namespace {
 
 std::string Escape(unsigned char c)
 {
-    static const char digits[] = "0123456789abcdef";
+    static constexpr char digits[] = "0123456789abcdef";
     return {'%', digits[c >> 4], digits[c & 15]};
 }
 

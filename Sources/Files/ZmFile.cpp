@@ -58,8 +58,8 @@ unsigned int To32Bits(int64_t value)
 const char* ModeString(int mode)
 {
     constexpr int kAccess = 7;
-    static const char* const kBinary[] = {"rb", "rb", "wb", "r+b", "ab", "a+b"};
-    static const char* const kText[] = {"rb", "r", "w", "r+", "a", "a+"};
+    static constexpr const char* kBinary[] = {"rb", "rb", "wb", "r+b", "ab", "a+b"};
+    static constexpr const char* kText[] = {"rb", "r", "w", "r+", "a", "a+"};
     const int access = mode & kAccess;
     const bool known = mode == (mode & (kAccess | ZmFile::TEXT)) && access <= ZmFile::APPENDREAD;
     return !known ? "rb" : (mode & ZmFile::TEXT) != 0 ? kText[access] : kBinary[access];

@@ -8,7 +8,7 @@ namespace zm {
 
 const char* LevelName(int level)
 {
-    static const char* const kNames[] = {"DEBUG", "TRACE", "ERROR", "WARNING", "INFO"};  // from the lowest bit on
+    static constexpr const char* kNames[] = {"DEBUG", "TRACE", "ERROR", "WARNING", "INFO"};  // from the lowest bit on
     int bit = 1;
     for (const char* name : kNames) {
         if (level == bit) {
