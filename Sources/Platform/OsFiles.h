@@ -7,44 +7,44 @@
 
 namespace zm {
 
-// Files and folders by paths of either platform: both separators are understood. Paths are never null. Functions that
-// give a bool tell whether it was done.
+// Files and folders. Paths may use the separators of either platform and are never null. Functions that return a bool
+// return whether they succeeded.
 
-/// What OpenFile() takes.
+/// What OpenFile() accepts.
 enum class FileKind {
-    ANY,     ///< devices and pipes, too: opening a pipe waits for its other end
-    REGULAR  ///< nothing else, and it waits for nothing
+    ANY,     ///< also devices and pipes; opening a pipe waits for its other end
+    REGULAR  ///< regular files only; never waits
 };
 
-/// fopen() with one of its modes for text or, with a 'b' at the end, for bytes. Null if it fails, for a folder, and for
-/// what is not of that kind. Programs that are started do not inherit the file.
+/// Like fopen(), with one of its modes: text, or bytes if the mode ends with 'b'. Returns null on failure, for a folder,
+/// and for a file of another kind. Child processes do not inherit the file.
 ///
-/// A file opened for text reads bytes as they stand, and writes LF as the platform ends lines. Where it both reads and
+/// A file opened for text reads the bytes unchanged, and writes LF as the line end of the platform. If it both reads and
 /// writes, see TurnText().
 [[nodiscard]] FILE* OpenFile(const char* path, const char* mode, FileKind kind = FileKind::ANY);
 
-/// For a file that is opened for text, to read and to write, at first to read: what is to come. Its buffer must be
-/// empty.
+/// Announces whether a file that is open for reading and writing text will be written or read next; initially it is
+/// read. Its buffer must be empty.
 void TurnText(FILE* file, bool toWriting);
 
-/// Whether reading text by the number of its characters takes CR LF as LF.
+/// Whether reads of a number of characters in text modes turn CR LF into LF.
 extern const bool kTextReadsDropReturns;
 
-/// As ftell() and fseek(), for large files too; -1 if the position is unknown.
+/// Like ftell() and fseek(), also for large files. TellFile() returns -1 if the position is unknown.
 [[nodiscard]] int64_t TellFile(FILE* file);
 [[nodiscard]] bool SeekFile(FILE* file, int64_t offset, int whence);
 
-/// Writes past the buffer of a stream, which must be empty; what is written is on the disk then. False if that
-/// succeeded in part or not at all. The C library does not notice: it must not be asked for positions afterwards.
+/// Writes to the system without using the stream's buffer, which must be empty. Returns false if not all was written.
+/// The C library does not know of it: do not ask the stream for its position afterwards.
 [[nodiscard]] bool WriteDirectly(FILE* file, const char* text, size_t length);
 
-/// The mode word of stat(); 0 if there is nothing of that name.
+/// The mode word of stat(); 0 if the path does not exist.
 [[nodiscard]] unsigned FileMode(const char* path);
 
-/// Whether the system says that there is nothing of that name. Also false if it cannot tell.
+/// Whether the system reports that the path does not exist. Also false if it cannot tell.
 [[nodiscard]] bool IsMissing(const char* path);
 
-/// What a mode word belongs to. The types have the same bits on every platform.
+/// The kind of file that a mode word describes. The types have the same bits on every platform.
 constexpr bool IsFolder(unsigned mode)
 {
     return (mode & 0170000) == 0040000;
@@ -54,25 +54,26 @@ constexpr bool IsRegularFile(unsigned mode)
     return (mode & 0170000) == 0100000;
 }
 
-/// Renames. Fails where the new name exists and the platform's rename() does not replace it.
+/// Renames. Fails if the new name exists and the platform's rename() does not replace it.
 [[nodiscard]] bool RenamePath(const char* from, const char* to);
 [[nodiscard]] bool DeleteFilePath(const char* path);
 [[nodiscard]] bool MakeDirectory(const char* path);
-/// An empty one only.
+/// The folder must be empty.
 [[nodiscard]] bool RemoveDirectory(const char* path);
-/// A folder with all that is in it; what a link points to stays. Also a single file. False if anything remains.
+/// Deletes a folder with its contents, or a file. The targets of links stay. Returns false if anything remains. May
+/// throw std::bad_alloc.
 [[nodiscard]] bool DeleteTree(const char* path);
 
-/// Bytes that the caller may still write in that folder; false if the system does not tell.
+/// The number of bytes that the caller may still write in that folder. Returns false if it is unknown.
 [[nodiscard]] bool FreeSpace(const char* path, uint64_t& bytes);
 
-/// Where temporary files go, ending with a separator. Empty if the system does not tell.
+/// The folder for temporary files, ending with a separator. Empty if it is unknown.
 [[nodiscard]] std::string TemporaryPath();
 
-/// Whether the names "a" and "A" are one file.
+/// Whether the names "a" and "A" denote the same file.
 extern const bool kFileNamesIgnoreCase;
 
-/// A walk over the entries of one folder, in the system's order and without "." and "..".
+/// Iterates over the entries of a folder in the system's order, without "." and "..". May throw std::bad_alloc.
 class DirectorySearch {
 public:
     DirectorySearch() = default;
@@ -80,14 +81,14 @@ public:
     DirectorySearch(const DirectorySearch&) = delete;
     DirectorySearch& operator=(const DirectorySearch&) = delete;
 
-    /// Begins with that folder. One that cannot be read has no entries.
+    /// Starts with that folder. An unreadable folder has no entries.
     void Open(const char* directory);
-    /// Goes to the next entry; false at the end.
+    /// Moves to the next entry; returns false at the end.
     bool Next();
     void Close();
 
     const std::string& Name() const { return m_Name; }
-    bool IsDirectory() const { return m_IsDirectory; }  ///< links to folders, too
+    bool IsDirectory() const { return m_IsDirectory; }  ///< also true for links to folders
     bool IsLink() const { return m_IsLink; }
 
 private:
@@ -97,7 +98,7 @@ private:
     bool m_IsLink = false;
 };
 
-/// A file's bytes in memory, to be read.
+/// A file mapped into memory for reading.
 struct MappedFile {
     enum Result {
         MAPPED,
@@ -106,13 +107,13 @@ struct MappedFile {
         NOT_VIEWED
     };
 
-    void* file = nullptr;  ///< the system's handles, null for none
+    void* file = nullptr;  ///< handles of the system; null if there is none
     void* mapping = nullptr;
     void* base = nullptr;
     uint64_t size = 0;
 };
 
-/// Fills a fresh record; on failure nothing is left open.
+/// Fills a new record. On failure nothing stays open.
 [[nodiscard]] MappedFile::Result MapFile(const char* path, MappedFile& res);
 void UnmapFile(MappedFile& file);
 

@@ -1,4 +1,4 @@
-// Large files in 32-bit programs, too.
+// Large files, in 32-bit programs too.
 #define _FILE_OFFSET_BITS 64
 
 #include "Platform/OsFiles.h"
@@ -24,8 +24,8 @@ namespace {
 
 static_assert(IsFolder(S_IFDIR) && IsRegularFile(S_IFREG));
 
-/// A path with the system's separators, without a block of memory that may be lacking. One that is too long is cut and
-/// still too long for the system, which refuses it.
+/// A path with the system's separators. Needs no memory from the heap. Over-long paths are cut, but not to a length that
+/// the system would accept.
 class Native {
 public:
     explicit Native(const char* path)
@@ -48,8 +48,8 @@ bool IsDotName(const char* name)
     return strcmp(name, ".") == 0 || strcmp(name, "..") == 0;
 }
 
-/// Removes a folder with its contents: each through its own folder and not by path, so that nobody can put a link in
-/// its place meanwhile. Links are removed and never followed. One folder is open at a time, however deep the tree.
+/// Removes a folder with its contents, relative to open folders and not by path, so that nobody can replace a folder by
+/// a link meanwhile. Links are removed and never followed. One folder is open at a time, however deep the tree.
 class TreeRemoval {
 public:
     ~TreeRemoval() { Close(); }
@@ -75,7 +75,7 @@ private:
         std::string name;
         dev_t device;
         ino_t node;
-        std::vector<std::string> rest;  ///< what is still to be removed: folders, and what cannot be
+        std::vector<std::string> rest;  ///< not removed yet: folders, and files that cannot be removed
     };
 
     bool Enter(int parent, const char* name);
@@ -90,7 +90,7 @@ private:
         }
     }
 
-    int m_Folder = -1;  ///< that of the last level
+    int m_Folder = -1;  ///< the folder of the last level
     std::vector<Level> m_Levels;
 };
 
@@ -118,7 +118,7 @@ bool TreeRemoval::Leave()
         return unlinkat(AT_FDCWD, name.c_str(), AT_REMOVEDIR) == 0;
     }
     if (!ReturnToLastLevel()) {
-        m_Levels.clear();  // somebody has moved the folder elsewhere
+        m_Levels.clear();  // the folder has been moved elsewhere
         return false;
     }
     return unlinkat(m_Folder, name.c_str(), AT_REMOVEDIR) == 0;
@@ -158,7 +158,7 @@ int FlagsOf(const char* mode)
     return access | (*mode == 'w' ? O_CREAT | O_TRUNC : *mode == 'a' ? O_CREAT | O_APPEND : 0);
 }
 
-/// By kind. Not to block keeps a pipe from waiting for its other end; files of the disk take no notice of it.
+/// By kind. O_NONBLOCK keeps the opening of a pipe from waiting for its other end; regular files ignore it.
 constexpr int kFlagsOf[] = {0, O_NONBLOCK | O_NOCTTY};
 
 bool IsOfKind(int file, FileKind kind)
@@ -318,7 +318,7 @@ MappedFile::Result MapFile(const char* path, MappedFile& res)
         }
         return MappedFile::NOT_OPENED;
     }
-    // The mapping keeps the file; nothing else has to.
+    // The mapping keeps the file open.
     MappedFile::Result result = MappedFile::NOT_MAPPABLE;
     if (status.st_size > 0 && uint64_t(status.st_size) <= SIZE_MAX) {
         void* base = mmap(nullptr, size_t(status.st_size), PROT_READ, MAP_PRIVATE, file, 0);

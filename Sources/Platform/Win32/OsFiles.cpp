@@ -11,7 +11,7 @@
 #include <sys/stat.h>
 #include <windows.h>
 
-// The header of the system has a macro of this name.
+// A macro of the system header.
 #undef RemoveDirectory
 
 namespace zm {
@@ -27,7 +27,7 @@ std::string Joined(const std::string& directory, const char* name)
     return directory + '\\' + name;
 }
 
-// But for those that are a folder of their own: "\\" and "C:\\".
+// Keeps the separator of roots: "\\" and "C:\\".
 std::string WithoutLastSeparators(std::string path)
 {
     while (path.size() > 1 && IsSeparator(path.back()) && path[path.size() - 2] != ':') {
@@ -88,7 +88,7 @@ int ErrorNumberOf(DWORD error)
     }
 }
 
-// A file opened by the run-time library could not be replaced or deleted before it is closed.
+// Files that the run-time library opens cannot be replaced or deleted while they are open.
 int OpenShared(const char* path, const char* mode)
 {
     const bool updates = strchr(mode, '+') != nullptr, appends = *mode == 'a';
@@ -101,7 +101,7 @@ int OpenShared(const char* path, const char* mode)
         errno = ErrorNumberOf(GetLastError());
         return -1;
     }
-    // For bytes in all modes: reading text, the run-time library would end the file at a byte 0x1A.
+    // Binary in all modes: in text mode the run-time library would end the file at a byte 0x1A.
     const int res =
         _open_osfhandle(reinterpret_cast<intptr_t>(file), (appends ? _O_APPEND : 0) | (writes == 0 ? _O_RDONLY : 0));
     if (res < 0) {
@@ -147,7 +147,7 @@ bool WriteDirectly(FILE* file, const char* text, size_t length)
     return _write(_fileno(file), text, unsigned(length)) == int(length);
 }
 
-// With a separator at its end the system does not know a folder. A file has no such name.
+// The system does not find a folder by a name with a separator at its end. Names of files cannot end with one.
 unsigned FileMode(const char* path)
 {
     const std::string name = WithoutLastSeparators(path);
