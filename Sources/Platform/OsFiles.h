@@ -16,11 +16,11 @@ enum class FileKind {
     REGULAR  ///< regular files only; never waits
 };
 
-/// Like fopen(), with one of its modes: text, or bytes if the mode ends with 'b'. Returns null on failure, for a folder,
-/// and for a file of another kind. Child processes do not inherit the file.
+/// Like fopen(), with one of its modes: text, or bytes if the mode ends with 'b'. Returns null on failure, for a
+/// folder, and for a file of another kind. Child processes do not inherit the file.
 ///
-/// A file opened for text reads the bytes unchanged, and writes LF as the line end of the platform. If it both reads and
-/// writes, see TurnText().
+/// A file opened for text reads the bytes unchanged, and writes LF as the line end of the platform. If it both reads
+/// and writes, see TurnText().
 [[nodiscard]] FILE* OpenFile(const char* path, const char* mode, FileKind kind = FileKind::ANY);
 
 /// Announces whether a file that is open for reading and writing text will be written or read next; initially it is
