@@ -9,7 +9,7 @@
 /// its first use and destroyed when the library is unloaded. Destructors that run later may still release what they own
 /// and even allocate: from then on strings and blocks come from the C heap and return to it without being counted, and
 /// scratch blocks and pool blocks, whose memory is gone with the allocator, are ignored. If other threads exist at that
-/// time on a POSIX system, the memory stays instead: they may go on using their blocks until the process is gone.
+/// time on a POSIX system, the allocator stays instead: they may go on using it until the process is gone.
 ///
 /// The functions return null if memory runs out.
 class ZmAllocator {

@@ -34,7 +34,9 @@ public:
 
     bool WriteZeros(ZmFile& output, unsigned int size)
     {
-        memset(m_Block, 0, m_Block != nullptr ? std::min(size, kSize) : 0);
+        if (m_Block != nullptr) {
+            memset(m_Block, 0, std::min(size, kSize));
+        }
         return InSteps(size, [&](unsigned int step) { return WriteAll(output, m_Block, step); });
     }
 

@@ -79,12 +79,10 @@ ZmAllocator::ZmAllocator()
     m_Parts->strings.Reserve(kFirstStrings);
 }
 
-// Threads that still run when the process exits may be inside, or use their blocks: everything stays for them.
+// Threads that still run when the process exits may be inside, or use their blocks: the allocator stays for them.
 ZmAllocator::~ZmAllocator()
 {
     if (zm::ThreadsOutliveExit()) {
-        const zm::OwnMutexHolder lock(m_Parts->mutex);
-        g_Destroyed.store(true, std::memory_order_relaxed);
         return;
     }
     for (XString** string = m_Parts->strings.Begin(); string != m_Parts->strings.End(); ++string) {
