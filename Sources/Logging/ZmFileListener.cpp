@@ -3,11 +3,9 @@
 #include "Files/RegularFile.h"
 #include "Logging/LogClock.h"
 #include "Platform/OsClock.h"
-#include "Platform/OsModule.h"
-#include "Platform/OutOfMemory.h"
+#include "Platform/PathText.h"
 #include "ZmFileSystem.h"
-
-#include <string>
+#include "ZmModule.h"
 
 namespace {
 
@@ -15,10 +13,13 @@ constexpr int kNoDay = -1;
 
 XString ProgramDirectory()
 {
-    return zm::UnlessOutOfMemory(XString(), [] {
-        const std::string path = zm::ModulePath(nullptr);
-        return XString(path.substr(0, path.find_last_of("\\/") + 1).c_str());
-    });
+    char path[32768];  // no system has longer ones
+    unsigned int length = ZmGetModuleFileName(nullptr, path, sizeof(path));
+    while (length != 0 && !zm::IsSeparator(path[length - 1])) {
+        --length;
+    }
+    path[length] = 0;
+    return XString(path);
 }
 
 // Whether a full disk or a killed process has left an incomplete last line. Regular files only: reading a pipe would
