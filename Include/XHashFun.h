@@ -12,6 +12,23 @@ ZM_API uint64_t HashText(const char* text, unsigned int length);
 /// A hash that differs in each process, so that nobody can prepare texts with equal values.
 ZM_API uint64_t SeededHash(const char* text, unsigned int length);
 
+/// Whether a key was copied: an XString that cannot get its memory is empty.
+/// @{
+template <class Copy, class Key>
+bool IsWhole(const Copy&, const Key&)
+{
+    return true;
+}
+inline bool IsWhole(const XString& copy, const XBaseString& key)
+{
+    return copy.Length() == key.Length();
+}
+inline bool IsWhole(const XString& copy, const XString& key)
+{
+    return copy.Length() == key.Length();
+}
+/// @}
+
 }  // namespace zm
 
 /// 32-bit hash of a key, as a function object. Numbers and enumerations hash to their own low 32 bits.

@@ -32,25 +32,18 @@ struct HashTraits {
     }
 
     template <class F>
-    static auto Seeded(const F& hash, const LookUpKey& key, int) -> decltype(hash.Seeded(key))
-    {
-        return hash.Seeded(key);
-    }
-    template <class F>
-    static uint64_t Seeded(const F&, const LookUpKey&, ...)
-    {
-        return 0;
-    }
-    template <class F>
-    static auto CanSeed(const F& hash, const LookUpKey* key) -> decltype(hash.Seeded(*key), true)
-    {
-        return true;
-    }
-    template <class F>
-    static bool CanSeed(const F&, ...)
-    {
-        return false;
-    }
+    static auto SizeOfSeeded(const F& hash, const LookUpKey* key) -> char (&)[sizeof(hash.Seeded(*key))];
+    static char (&SizeOfSeeded(...))[1];
+    static constexpr bool kIsSeeded = sizeof(SizeOfSeeded(H(), static_cast<LookUpKey*>(nullptr))) == sizeof(uint64_t);
+};
+
+template <class A>
+struct IsReference {
+    static constexpr bool kValue = false;
+};
+template <class A>
+struct IsReference<A&> {
+    static constexpr bool kValue = true;
 };
 
 template <class A, class B>
@@ -282,14 +275,18 @@ private:
 
     Item* Search(const LookUpKey& key) const { return m_Items.IsEmpty() ? nullptr : Search(key, HashOf(key)); }
 
-    Item* Search(const LookUpKey& key, uint64_t hash) const
+    // Counts the items of the chain that are not the wanted one.
+    Item* Search(const LookUpKey& key, uint64_t hash, int* others = nullptr) const
     {
-        if (m_Index != nullptr) {
-            return SearchIndex(key, hash);
-        }
         Item* item = *BucketOf(hash);
         while (item != nullptr && !(item->hash == hash && E()(item->key, key))) {
             item = item->next;
+            if (others != nullptr) {
+                ++*others;
+            }
+        }
+        if constexpr (kIsSeeded) {
+            return item == nullptr && m_Index != nullptr ? SearchIndex(key, hash) : item;
         }
         return item;
     }
@@ -303,15 +300,21 @@ private:
     Item** LinkTo(const Item* item) const;
     void Unlink(Item* item);
 
-    /// The index of tables with long chains, which are no longer kept then: slots twice as many as buckets, each with
-    /// the position of an item plus one, or 0. An item is in the first free slot from that of its seeded hash on.
+    /// The index of a table with a long chain. It replaces all chains: the buckets are empty then. It has twice as many
+    /// slots as buckets, each with the position of an item plus one, or 0. An item is in the first slot that was free
+    /// from that of its seeded hash on.
     /// @{
+    static constexpr bool kIsSeeded = zm::HashTraits<H, K>::kIsSeeded;
     static constexpr int kLongChain = 128;
-    static uint64_t SeededHashOf(const LookUpKey& key) { return zm::HashTraits<H, K>::Seeded(H(), key, 0); }
     size_t SlotMask() const { return 2 * BucketsSize() - 1; }
-    size_t SlotOf(const Item& item) const { return size_t(SeededHashOf(item.key)) & SlotMask(); }
-    bool HasLongChain(uint64_t hash) const;
-    void BuildIndex();
+    size_t SlotOf(const LookUpKey& key) const
+    {
+        if constexpr (kIsSeeded) {
+            return size_t(H().Seeded(key)) & SlotMask();
+        }
+        return 0;
+    }
+    bool BuildIndex();
     void AddToIndex(const Item* item);
     void RemoveFromIndex(const Item* item);
     size_t FindInIndex(const Item* item) const;
@@ -329,7 +332,12 @@ XHashTable<T, K, H, E>::XHashTable(const XHashTable& src)
 {
     if (src.m_Buckets != nullptr && MakeRoom(src.BucketCount(), src.Size())) {
         for (const Item* item = src.m_Items.Begin(); item != src.m_Items.End(); ++item) {
-            Chain(m_Items.EmplaceBack(*item));
+            Item* copy = m_Items.EmplaceBack(*item);
+            if (!zm::IsWhole(copy->key, item->key)) {
+                Clear();
+                return;
+            }
+            Chain(copy);
         }
         if (src.m_Index != nullptr) {
             BuildIndex();
@@ -356,8 +364,9 @@ template <class Key>
 typename XHashTable<T, K, H, E>::Inserted XHashTable<T, K, H, E>::InsertKey(Key&& key, T& value)
 {
     const uint64_t hash = HashOf(key);
+    int others = 0;
     if (m_Buckets != nullptr) {
-        if (Item* item = Search(key, hash)) {
+        if (Item* item = Search(key, hash, &others)) {
             return {At(item), false};
         }
     }
@@ -365,11 +374,17 @@ typename XHashTable<T, K, H, E>::Inserted XHashTable<T, K, H, E>::InsertKey(Key&
         return {End(), false};
     }
     Item* item = m_Items.EmplaceBack(static_cast<Key&&>(key), zm::Move(value), hash);
+    if constexpr (zm::IsReference<Key>::kValue) {
+        if (!zm::IsWhole(item->key, key)) {
+            m_Items.PopBack();
+            return {End(), false};
+        }
+    }
     if (m_Index != nullptr) {
         AddToIndex(item);
     } else {
         Chain(item);
-        if (zm::HashTraits<H, K>::CanSeed(H(), static_cast<LookUpKey*>(nullptr)) && HasLongChain(hash)) {
+        if (others >= kLongChain) {
             BuildIndex();
         }
     }
@@ -392,7 +407,9 @@ bool XHashTable<T, K, H, E>::Grow()
     if (!m_Items.Reserve(room < Capacity() ? room : Capacity())) {
         return false;
     }
-    ChainAll();
+    if (m_Index == nullptr) {
+        ChainAll();
+    }
     return true;
 }
 
@@ -411,14 +428,13 @@ bool XHashTable<T, K, H, E>::MakeRoom(int buckets, int room)
     const bool wasIndexed = m_Index != nullptr;
     zm::DeleteBlock(m_Index);
     m_Index = nullptr;
-    ChainAll();
-    if (wasIndexed) {
-        BuildIndex();
+    if (!wasIndexed || !BuildIndex()) {
+        ChainAll();
     }
     return true;
 }
 
-// Rebuilds the chains: they hold addresses, which change when the array grows.
+// Rebuilds the chains, which hold addresses: these change when the array grows.
 template <class T, class K, class H, class E>
 void XHashTable<T, K, H, E>::ChainAll()
 {
@@ -480,34 +496,31 @@ void XHashTable<T, K, H, E>::Unlink(Item* item)
     }
 }
 
+// Returns false, with the chains as they are, without a seeded hash or memory.
 template <class T, class K, class H, class E>
-bool XHashTable<T, K, H, E>::HasLongChain(uint64_t hash) const
+bool XHashTable<T, K, H, E>::BuildIndex()
 {
-    int length = 0;
-    for (const Item* item = *BucketOf(hash); item != nullptr && length <= kLongChain; item = item->next) {
-        ++length;
-    }
-    return length > kLongChain;
-}
-
-// Without memory for it the table works on with its chains.
-template <class T, class K, class H, class E>
-void XHashTable<T, K, H, E>::BuildIndex()
-{
-    const size_t size = 2 * BucketsSize() * sizeof(uint32_t);
-    m_Index = static_cast<uint32_t*>(zm::NewBlock(size));
-    if (m_Index != nullptr) {
+    if constexpr (kIsSeeded) {
+        const size_t size = 2 * BucketsSize() * sizeof(uint32_t);
+        m_Index = static_cast<uint32_t*>(zm::NewBlock(size));
+        if (m_Index == nullptr) {
+            return false;
+        }
         memset(m_Index, 0, size);
-        for (const Item* item = m_Items.Begin(); item != m_Items.End(); ++item) {
+        ClearBuckets(m_Buckets, BucketsSize());
+        for (Item* item = m_Items.Begin(); item != m_Items.End(); ++item) {
+            item->next = nullptr;
             AddToIndex(item);
         }
+        return true;
     }
+    return false;
 }
 
 template <class T, class K, class H, class E>
 void XHashTable<T, K, H, E>::AddToIndex(const Item* item)
 {
-    size_t slot = SlotOf(*item);
+    size_t slot = SlotOf(item->key);
     while (m_Index[slot] != 0) {
         slot = (slot + 1) & SlotMask();
     }
@@ -518,7 +531,7 @@ template <class T, class K, class H, class E>
 size_t XHashTable<T, K, H, E>::FindInIndex(const Item* item) const
 {
     const uint32_t wanted = uint32_t(item - m_Items.Begin()) + 1;
-    size_t slot = SlotOf(*item);
+    size_t slot = SlotOf(item->key);
     while (m_Index[slot] != wanted) {
         slot = (slot + 1) & SlotMask();
     }
@@ -532,7 +545,7 @@ void XHashTable<T, K, H, E>::RemoveFromIndex(const Item* item)
 {
     size_t gap = FindInIndex(item);
     for (size_t slot = (gap + 1) & SlotMask(); m_Index[slot] != 0; slot = (slot + 1) & SlotMask()) {
-        const size_t own = SlotOf(m_Items.Begin()[m_Index[slot] - 1]);
+        const size_t own = SlotOf(m_Items.Begin()[m_Index[slot] - 1].key);
         if (((slot - own) & SlotMask()) >= ((slot - gap) & SlotMask())) {
             m_Index[gap] = m_Index[slot];
             gap = slot;
@@ -544,7 +557,7 @@ void XHashTable<T, K, H, E>::RemoveFromIndex(const Item* item)
 template <class T, class K, class H, class E>
 typename XHashTable<T, K, H, E>::Item* XHashTable<T, K, H, E>::SearchIndex(const LookUpKey& key, uint64_t hash) const
 {
-    for (size_t slot = size_t(SeededHashOf(key)) & SlotMask(); m_Index[slot] != 0; slot = (slot + 1) & SlotMask()) {
+    for (size_t slot = SlotOf(key); m_Index[slot] != 0; slot = (slot + 1) & SlotMask()) {
         Item* item = const_cast<Item*>(m_Items.Begin()) + (m_Index[slot] - 1);
         if (item->hash == hash && E()(item->key, key)) {
             return item;

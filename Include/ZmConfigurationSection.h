@@ -109,7 +109,6 @@ private:
 
     template <class Value>
     bool AddValue(const XBaseString& name, const Value& value, ZmConfigurationEntry** entry);
-    bool Add(const XBaseString& name, const XBaseString& value);
     ZmConfigurationSection* Create(const XBaseString& name);
     void DropChildren(ZmConfigurationSection*& dropped);
 

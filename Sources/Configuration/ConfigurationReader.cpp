@@ -126,7 +126,8 @@ bool ConfigurationReader::ReadEntry(const char* begin, const char* end)
     if (equal == nullptr) {
         return Fail("can't find equal ('=') separator");
     }
-    return m_Section->Add(Span::Trimmed(begin, equal), Span::Trimmed(equal + 1, end)) || Fail("out of memory");
+    const XBaseString name = Span::Trimmed(begin, equal), value = Span::Trimmed(equal + 1, end);
+    return m_Section->AddValue(name, value, nullptr) || Fail("out of memory");
 }
 
 // Stores the message with the name and, if a relation is given, the relation and the current section's name.

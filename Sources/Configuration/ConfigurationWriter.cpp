@@ -28,8 +28,6 @@ public:
         m_End += length;
     }
 
-    void Put(const char* text) { Put(text, strlen(text)); }
-
     void PutBlanks(uint64_t count)
     {
         static constexpr char blanks[] = "                                                                ";
@@ -101,21 +99,17 @@ private:
     XArray<OpenSection> m_Open;
 };
 
-size_t LineLength(const ZmConfigurationEntry& entry)
-{
-    return strlen(entry.GetName()) + 3 + strlen(entry.GetValue());
-}
-
 class TreeWriter {
 public:
     TreeWriter(ZmStream& stream, unsigned indent) : m_Text(stream), m_Indent(indent) {}
 
     bool Entry(const ZmConfigurationEntry& entry, unsigned depth)
     {
-        Indent(depth, LineLength(entry));
-        m_Text.Put(entry.GetName());
+        const size_t name = strlen(entry.GetName()), value = strlen(entry.GetValue());
+        Indent(depth, name + 3 + value);
+        m_Text.Put(entry.GetName(), name);
         m_Text.Put(" = ", 3);
-        m_Text.Put(entry.GetValue());
+        m_Text.Put(entry.GetValue(), value);
         m_Text.Put("\n", 1);
         return !m_Text.Failed();
     }
@@ -132,9 +126,10 @@ public:
 private:
     bool Tag(const char* bracket, const ZmConfigurationSection& section, unsigned depth)
     {
-        Indent(depth, strlen(bracket) + strlen(section.GetName()) + 1);
-        m_Text.Put(bracket);
-        m_Text.Put(section.GetName());
+        const size_t begin = strlen(bracket), name = strlen(section.GetName());
+        Indent(depth, begin + name + 1);
+        m_Text.Put(bracket, begin);
+        m_Text.Put(section.GetName(), name);
         m_Text.Put(">\n", 2);
         return !m_Text.Failed();
     }
@@ -205,7 +200,7 @@ private:
         if (strchr(value, '\n') != nullptr || (*value != 0 && value[strlen(value) - 1] == '\r')) {
             return "a value has a line feed, or ends with a carriage return";
         }
-        return LineLength(entry) > kMostOfLine ? "an entry is too long for a line" : nullptr;
+        return strlen(name) + 3 + strlen(value) > kMostOfLine ? "an entry is too long for a line" : nullptr;
     }
 
     bool Found(const char* reason, const char* name, const ZmConfigurationSection* parent)

@@ -19,12 +19,15 @@ ZmConfiguration::~ZmConfiguration() = default;
 
 namespace {
 
-// Returns false if memory ran out.
-template <class Value>
-bool AddTo(ZmConfigurationSection& holder, const char* name, Value value, ZmConfigurationEntry** entry)
+XBaseString ValueOf(const char* text)
 {
-    holder.AddEntry(name, value, entry);
-    return holder.GetEntry(name) != nullptr;
+    return XBaseString(text);
+}
+
+template <class Number>
+Number ValueOf(Number number)
+{
+    return number;
 }
 
 }  // namespace
@@ -40,7 +43,7 @@ int ZmConfiguration::Add(const char* section, const char* name, Value value, ZmC
             holder = zm::CreatePath(m_Root, section);
         }
     }
-    return holder != nullptr && AddTo(*holder, name, value, entry);
+    return holder != nullptr && holder->AddValue(XBaseString(name), ValueOf(value), entry);
 }
 
 int ZmConfiguration::AddEntry(const char* section, const char* name, const char* value, ZmConfigurationEntry** entry)
@@ -67,7 +70,7 @@ template <class Value>
 int ZmConfiguration::AddDefault(const char* section, const char* name, Value value)
 {
     ZmConfigurationSection* holder = section != nullptr ? zm::CreatePath(m_Defaults, section) : &m_Defaults;
-    return holder != nullptr && AddTo(*holder, name, value, nullptr);
+    return holder != nullptr && holder->AddValue(XBaseString(name), ValueOf(value), nullptr);
 }
 
 int ZmConfiguration::AddDefaultEntry(const char* section, const char* name, const char* value)

@@ -14,10 +14,7 @@ ZmConfigurationSection::~ZmConfigurationSection()
 template <class Value>
 bool ZmConfigurationSection::AddValue(const XBaseString& name, const Value& value, ZmConfigurationEntry** entry)
 {
-    XString key(name);
-    const bool hasKey = key.Length() == name.Length();
-    const EntryTable::Inserted inserted =
-        hasKey ? m_Entries.Insert(zm::Move(key)) : EntryTable::Inserted{m_Entries.End(), false};
+    const EntryTable::Inserted inserted = m_Entries.Insert(name);
     const bool isThere = inserted.position != m_Entries.End();
     if (entry != nullptr) {
         *entry = isThere && !inserted.created ? inserted.position->value : nullptr;
@@ -26,14 +23,19 @@ bool ZmConfigurationSection::AddValue(const XBaseString& name, const Value& valu
         return isThere;
     }
     ZmConfigurationEntry* added = new ZmConfigurationEntry(name, this);
-    inserted.position->value = added;
     if (added == nullptr || added->m_Name.Length() != name.Length() || !added->Assign(value)) {
         m_Entries.Remove(name);
         delete added;
         return false;
     }
+    inserted.position->value = added;
     return true;
 }
+
+template bool ZmConfigurationSection::AddValue(const XBaseString&, const XBaseString&, ZmConfigurationEntry**);
+template bool ZmConfigurationSection::AddValue(const XBaseString&, const int&, ZmConfigurationEntry**);
+template bool ZmConfigurationSection::AddValue(const XBaseString&, const unsigned int&, ZmConfigurationEntry**);
+template bool ZmConfigurationSection::AddValue(const XBaseString&, const float&, ZmConfigurationEntry**);
 
 void ZmConfigurationSection::AddEntry(const char* name, const char* value, ZmConfigurationEntry** entry)
 {
@@ -55,11 +57,6 @@ void ZmConfigurationSection::AddEntry(const char* name, float value, ZmConfigura
     AddValue(name, value, entry);
 }
 
-bool ZmConfigurationSection::Add(const XBaseString& name, const XBaseString& value)
-{
-    return AddValue(name, value, nullptr);
-}
-
 ZmConfigurationSection* ZmConfigurationSection::CreateSubSection(const char* name)
 {
     return Create(name);
@@ -67,21 +64,17 @@ ZmConfigurationSection* ZmConfigurationSection::CreateSubSection(const char* nam
 
 ZmConfigurationSection* ZmConfigurationSection::Create(const XBaseString& name)
 {
-    XString key(name);
-    if (key.Length() != name.Length()) {
-        return nullptr;
-    }
-    const SectionTable::Inserted inserted = m_Sections.Insert(zm::Move(key));
-    if (inserted.position == m_Sections.End() || !inserted.created) {
+    const SectionTable::Inserted inserted = m_Sections.Insert(name);
+    if (!inserted.created) {
         return inserted.position != m_Sections.End() ? inserted.position->value : nullptr;
     }
     ZmConfigurationSection* created = new ZmConfigurationSection(name, this);
-    inserted.position->value = created;
     if (created == nullptr || created->m_Name.Length() != name.Length()) {
         m_Sections.Remove(name);
         delete created;
         return nullptr;
     }
+    inserted.position->value = created;
     return created;
 }
 
