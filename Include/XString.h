@@ -141,10 +141,10 @@ inline bool operator!=(const char* text, const XBaseString& string)
 /// requested size. Designed for short texts: each growth reallocates. ZmAllocator counts the blocks as strings.
 ///
 /// Limits are silent: an append that would exceed kMaxLength (65534) characters does nothing, and an assignment or
-/// construction from a longer text gives an empty string. So is a lack of memory: an append or a replacement does nothing
-/// then, and an assignment or construction gives an empty string. Positions and lengths beyond the text are clamped to
-/// it. Arguments may be the string itself or point into it. Letters and white space are those of ASCII, whatever the
-/// locale.
+/// construction from a longer text gives an empty string. So is a lack of memory: an append or a replacement does
+/// nothing then, and an assignment or construction gives an empty string. Positions and lengths beyond the text are
+/// clamped to it. Arguments may be the string itself or point into it. Letters and white space are those of ASCII,
+/// whatever the locale.
 ///
 /// Different strings may be used by different threads at once. A single string must not be used by several threads at
 /// once unless all of them only read it.

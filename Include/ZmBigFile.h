@@ -88,9 +88,9 @@ public:
     /// is not replaced. Files left behind by a killed process are removed when the same archive is saved again. If the
     /// file of a deferred entry is missing or has changed its size, zeros are written instead and a warning is logged.
     ///
-    /// With a path the object stays unchanged, also if it is the path of the open archive, whose old contents the object
-    /// then goes on reading. **Without a path the new archive replaces the open one, and the object
-    /// is closed**: open it again.
+    /// With a path the object stays unchanged, also if it is the path of the open archive, whose old contents the
+    /// object then goes on reading. **Without a path the new archive replaces the open one, and the object is closed**:
+    /// open it again.
     ///
     /// `progress`, unless null, is called once for each percentage; the last one is 100. If the order and the name
     /// table differ in size, "diff : %d <=> %d" with the two sizes is written to the standard output.

@@ -14,8 +14,8 @@
 /// from one thread at a time. The flags, Wait(), GetExitCode() and Terminate() may be called from any thread while the
 /// handle is open.
 ///
-/// After fork() in a process with threads the child must not use the library before exec(): another thread may have held
-/// a lock of the library or of the C heap, which nobody will release in the child.
+/// After fork() in a process with threads the child must not use the library before exec(): another thread may have
+/// held a lock of the library or of the C heap, which nobody will release in the child.
 class ZM_API ZmThread {
 public:
     /// Function that a thread runs; its result is the exit code.

@@ -34,7 +34,8 @@ int ModuleNames::Add(const char* name)
     if (position >= 0) {
         return position + 1;
     }
-    return m_Names.PushBack(XString(name)) ? m_Names.Size() : -1;
+    XString copy(name);
+    return !copy.IsEmpty() && m_Names.PushBack(zm::Move(copy)) ? m_Names.Size() : -1;
 }
 
 int ModuleNames::Find(const char* name) const

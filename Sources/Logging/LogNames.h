@@ -16,7 +16,8 @@ public:
     /// Those of the process. The log frees their memory when it is destroyed.
     static ModuleNames& Instance();
 
-    /// Returns the module's id, from 1 on; -1 for a null or empty name. Adds it if it is new.
+    /// Returns the module's id, from 1 on; -1 for a null or empty name, or if out of
+    /// memory. Adds it if it is new.
     int Add(const char* name);
     /// The position of a module, which is the id minus 1; -1 for a null, empty or unknown name.
     int Find(const char* name) const;

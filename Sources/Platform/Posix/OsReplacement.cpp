@@ -86,6 +86,7 @@ std::string ReplacedPath(const char* path)
         native.resize(*text == '/' ? 0 : native.rfind('/') + 1);
         native.append(text, size_t(length));
     }
+    errno = ELOOP;
     return "";
 }
 
