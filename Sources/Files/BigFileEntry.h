@@ -15,12 +15,11 @@ constexpr unsigned int kLargestArchive = INT_MAX;
 
 struct ZmBigFile::Entry {
     XString name;
-    unsigned int offset;  ///< from the start of the archive file
     char* source;         ///< owned; null if the bytes are in the archive file, or if there are none
+    Entry* older;         ///< the entry created before this one
+    unsigned int offset;  ///< from the start of the archive file
     int size;             ///< negative: source is the path of a file of -size bytes
-
-    Entry* older;   ///< the entry created before this one
-    bool isListed;  ///< used by LoadIndex(): already placed in the new order
+    bool isListed;        ///< used by LoadIndex(): already placed in the new order
 
     bool IsDeferred() const { return source != nullptr && size < 0; }
 

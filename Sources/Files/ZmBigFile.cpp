@@ -14,6 +14,10 @@ namespace {
 
 constexpr int kPoolPage = 65536;
 
+// A record of zeros has neither a name nor bytes. One says as much as several in a row, and an index full of them, as a
+// crash of the system can leave it, would take fifteen times its size in memory.
+constexpr int kVoidRecord = 5;
+
 unsigned int LoadWord(const char* bytes)
 {
     const auto* b = reinterpret_cast<const unsigned char*>(bytes);
@@ -123,12 +127,20 @@ bool ZmBigFile::ReadIndex(unsigned int indexSize, unsigned int fileSize)
     m_File.Read(index, available);
     bool done = m_File.IsValid() != 0;
     uint64_t offset = uint64_t(zm::kArchiveHeader) + indexSize;
+    bool followsVoid = false;
     const char *record = index, *const end = index + available;
     while (done && record != end) {
         const auto* nul = static_cast<const char*>(memchr(record, 0, size_t(end - record)));
         if (nul == nullptr || end - nul <= 4 || nul - record > XString::kMaxLength) {
             break;
         }
+        const unsigned int size = LoadWord(nul + 1);
+        const bool isVoid = nul == record && size == 0;
+        if (isVoid && followsVoid) {
+            record += kVoidRecord;
+            continue;
+        }
+        followsVoid = isVoid;
         Entry* entry = NewEntry(record, int(nul - record));
         const bool listed = entry != nullptr && (!m_KeepsOrder || m_Order.PushBack(entry));
         const NameTable::Inserted inserted =
@@ -137,7 +149,6 @@ bool ZmBigFile::ReadIndex(unsigned int indexSize, unsigned int fileSize)
             done = false;  // out of memory
             break;
         }
-        const unsigned int size = LoadWord(nul + 1);
         entry->offset = unsigned(std::min(offset, uint64_t(UINT32_MAX)));  // beyond any file: nothing can be read
         entry->size = int(size);
         inserted.position->value = entry;  // the later of two entries with one name wins
@@ -158,7 +169,7 @@ ZmBigFile::Entry* ZmBigFile::NewEntry(const char* name, int length)
     if (block == nullptr) {
         return nullptr;
     }
-    m_Newest = new (block) Entry{XString(name, length), 0, nullptr, 0, m_Newest, false};
+    m_Newest = new (block) Entry{XString(name, length), nullptr, m_Newest, 0, 0, false};
     return m_Newest->name.Length() == length ? m_Newest : nullptr;
 }
 

@@ -294,6 +294,9 @@ const struct {
                      "b\0\1\0\0\0xyz",
                      15),
      1, 2, 0, 0},
+    {"zeros", "ZMBG" + WordBytes(20) + std::string(20, '\0'), 1, 1, 0, 1},
+    {"zeros between entries", ArchiveBytes({{"a", "1"}, {"", ""}, {"", ""}, {"", "2"}, {"", ""}, {"b", "3"}}), 1, 5, 1,
+     1},
 };
 
 TEST_F(ZmBigFileTest, DamagedArchivesOpenAsFarAsTheyMakeSense)
