@@ -124,3 +124,18 @@ inline uint32_t Converted(const ZmImageDescEx& src, uint32_t pixel, const ZmImag
     }
     return res;
 }
+
+/// A pixel of ARGB8888 over another, both with straight alpha, computed in doubles.
+inline uint32_t Composed(uint32_t over, uint32_t under)
+{
+    const double a = (over >> 24) / 255.0, b = (under >> 24) / 255.0 * (1 - a), sum = a + b;
+    if (sum == 0) {
+        return under;
+    }
+    uint32_t res = uint32_t(floor(sum * 255 + 0.5)) << 24;
+    for (int shift = 0; shift < 24; shift += 8) {
+        const double colour = ((over >> shift & 255) * a + (under >> shift & 255) * b) / sum;
+        res |= uint32_t(floor(colour + 0.5 + 1e-9)) << shift;
+    }
+    return res;
+}
