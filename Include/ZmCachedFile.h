@@ -54,6 +54,7 @@ private:
     /// Moves the file itself for reads that bypass the block, which is given up. Returns false if that fails.
     bool MoveTo(unsigned int position);
     void Fill();
+    bool StandsAt(unsigned int position);
     void FillFrom(unsigned int position);
     unsigned int ReadSlowPath(char* buffer, unsigned int size);
     unsigned int ReadWithoutBlock(void* buffer, unsigned int size);

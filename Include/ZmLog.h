@@ -22,7 +22,7 @@ class ModuleNames;
 /// Threads: code that logs concurrently must use SetInformationMT() and PrintMT(), which hold a lock from the start of
 /// the first call to the end of the second. SetInformation() and Print() take no lock and share the stored information.
 /// The registration functions take no lock either: call them before threads log. The log lives until the library is
-/// unloaded; anything printed later is lost.
+/// unloaded; anything printed later is lost. A process may exit while its threads print.
 class ZmLog {
 public:
     /// Level of a message. A listener's level mask is a sum of these.
@@ -88,6 +88,8 @@ private:
     ZmLog();
     ~ZmLog();
 
+    void DeleteListeners();
+    void LeaveToThreads();
     void VPrint(const char* format, va_list arguments);
     const char* Format(const char* format, va_list arguments);
     const char* FormatAny(const char* format, va_list arguments);

@@ -137,7 +137,13 @@ __attribute__((noinline)) unsigned int ZmCachedFile::ReadSlowPath(char* buffer, 
 bool ZmCachedFile::MoveTo(unsigned int position)
 {
     m_CacheStart = kNoBlock;
-    return SeekTo(position);
+    return StandsAt(position) || SeekTo(position);
+}
+
+// Sequential reads find the file already in position; skipping the seek saves a system call.
+bool ZmCachedFile::StandsAt(unsigned int position)
+{
+    return !EndOfFile() && ZmFile::Position() == position;
 }
 
 // Ignores the byte count: beyond the end of the file the block keeps its old contents.
@@ -146,10 +152,9 @@ void ZmCachedFile::Fill()
     ZmFile::Read(m_Cache, m_CacheSize);
 }
 
-// Sequential reads find the file already in position; skipping the seek saves a system call.
 void ZmCachedFile::FillFrom(unsigned int position)
 {
-    if ((EndOfFile() || ZmFile::Position() != position) && !SeekTo(position)) {
+    if (!StandsAt(position) && !SeekTo(position)) {
         memset(m_Cache, 0, m_CacheSize);
         return;
     }

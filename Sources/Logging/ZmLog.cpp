@@ -68,7 +68,7 @@ ZmLog& ZmLog::GetLog()
     static zm::FirstUse<ZmLog> log;
     return log.Get([](void* memory) {
         new (memory) ZmLog;
-        atexit([] { GetLog().~ZmLog(); });
+        atexit([] { zm::ThreadsOutliveExit() ? GetLog().LeaveToThreads() : GetLog().~ZmLog(); });
     });
 }
 
@@ -85,10 +85,31 @@ ZmLog::~ZmLog()
 {
     g_Destroyed.store(true, std::memory_order_relaxed);
     free(m_Buffer);
+    DeleteListeners();
+    m_Modules.Clear();
+}
+
+void ZmLog::DeleteListeners()
+{
     for (auto item = m_Listeners.Begin(); item != m_Listeners.End(); ++item) {
         delete item->value;
     }
-    m_Modules.Clear();
+    m_Listeners.Clear();
+}
+
+// Threads that still run when the process exits may print: the log stays for them, without listeners. If one of these
+// never returns, the exit does not wait for it.
+void ZmLog::LeaveToThreads()
+{
+    constexpr int kMostTries = 100;
+    for (int tries = 0; tries < kMostTries; ++tries) {
+        if (m_Mutex.TryEnterMutex() != 0) {
+            DeleteListeners();
+            m_Mutex.LeaveMutex();
+            return;
+        }
+        zm::SleepMilliseconds(1);
+    }
 }
 
 const char* ZmLog::GetLevelDesc(Level level)

@@ -7,7 +7,7 @@ struct ZmThreadStart {
     /// Creates the registry and the object of the loading thread. Called at start-up.
     static void WrapMainThread();
 
-    /// Frees both. Objects destroyed later find no registry.
+    /// Frees both, unless threads may still use them. Objects destroyed later find no registry.
     static void ForgetMainThread();
 
     /// The entry function of every thread; its argument is the ZmThread.

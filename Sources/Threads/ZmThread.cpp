@@ -76,6 +76,9 @@ void ZmThreadStart::WrapMainThread()
 
 void ZmThreadStart::ForgetMainThread()
 {
+    if (zm::ThreadsOutliveExit()) {
+        return;
+    }
     // Clears the registry first: a thread that was killed at process exit may hold its lock.
     Registry* registry = g_Registry;
     g_Registry = nullptr;
