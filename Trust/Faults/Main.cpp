@@ -160,10 +160,13 @@ int main(int argc, char** argv)
     }
     Totals totals;
     unsigned scenarios = 0;
-    for (size_t i = 0; i < kScenarioCount; ++i) {
-        if (strstr(kScenarios[i].name, name) != nullptr) {
-            scenarios += 1;
-            RunAll(kScenarios[i], every, totals);
+    for (const std::vector<Scenario>* table : {&kArchiveScenarios, &kFileScenarios, &kConfigurationScenarios,
+                                               &kLogScenarios, &kMemoryScenarios, &kSystemScenarios}) {
+        for (const Scenario& scenario : *table) {
+            if (strstr(scenario.name, name) != nullptr) {
+                scenarios += 1;
+                RunAll(scenario, every, totals);
+            }
         }
     }
     printf("%u scenarios, %u faults, %u wrong\n", scenarios, totals.faults, totals.wrong);
