@@ -62,41 +62,76 @@ int UseArray()
     return copy.Size();
 }
 
-int UseTable()
+constexpr int kNames = 200;
+
+void NumberedName(char* res, int number)
+{
+    snprintf(res, 20, "name %d", number);
+}
+
+/// Syllables of equal hashes, so that all names are in one chain.
+void CollidingName(char* res, int number)
+{
+    for (int bit = 0; bit < 8; ++bit) {
+        memcpy(res + 2 * bit, (number >> bit & 1) != 0 ? "af" : "ba", 3);
+    }
+}
+
+/// Whether the table has exactly these names, of whole numbers below kNames, with the numbers as values.
+bool HasOnly(const XHashTable<int, XString>& table, const bool* names, void (*nameOf)(char*, int))
+{
+    int count = 0;
+    for (int i = 0; i < kNames; ++i) {
+        char name[20];
+        nameOf(name, i);
+        const int* value = table.LookUp(name);
+        if ((value != nullptr) != names[i] || (value != nullptr && *value != i)) {
+            return false;
+        }
+        count += names[i];
+    }
+    return table.Size() == count;
+}
+
+int UseTable(void (*nameOf)(char* res, int number))
 {
     XHashTable<int, XString> table;
-    int inserted = 0;
+    bool inserted[kNames] = {};
     char name[20];
-    for (int i = 0; i < 200; ++i) {
-        snprintf(name, sizeof(name), "name %d", i);
-        inserted += table.InsertUnique(name, i);
+    for (int i = 0; i < kNames; ++i) {
+        nameOf(name, i);
+        inserted[i] = table.InsertUnique(name, i) != 0;
     }
+    bool right = HasOnly(table, inserted, nameOf);
     const XHashTable<int, XString> copy(table);
-    return inserted == table.Size() ? inserted : -1000;
+    right = right && (copy.IsEmpty() || HasOnly(copy, inserted, nameOf));
+    for (int i = 0; i < kNames; i += 3) {
+        nameOf(name, i);
+        right = right && table.Remove(name) == (inserted[i] ? i : 0);
+        inserted[i] = false;
+    }
+    return right && HasOnly(table, inserted, nameOf) ? 1 : -1;
+}
+
+/// Both texts need blocks of their own.
+int MoveTables()
+{
+    XHashTable<XString, XString> table;
+    char name[20];
+    int inserted = 0;
+    for (int i = 0; i < 100; ++i) {
+        NumberedName(name, i);
+        inserted += table.Insert(name, "a value that needs a block of its own on the heap of the process").created;
+    }
+    XHashTable<XString, XString> other(table);
+    const int copied = other.Size();
+    other.Swap(table);
+    return other.Size() == inserted && table.Size() == copied && (copied == inserted || copied == 0) ? 1 : -1;
 }
 
 const char* CheckTable(int res)
 {
     return res < 0 ? kPartial : nullptr;
-}
-
-int ChangeTable()
-{
-    XHashTable<XString, XString> table;
-    char name[20];
-    int res = 0;
-    for (int i = 0; i < 100; ++i) {
-        snprintf(name, sizeof(name), "name %d", i);
-        const auto inserted = table.Insert(name, "a value that needs a block of its own on the heap of the process");
-        res += inserted.position != table.End();
-    }
-    for (int i = 0; i < 100; i += 3) {
-        snprintf(name, sizeof(name), "name %d", i);
-        table.Remove(name);
-    }
-    XHashTable<XString, XString> other(table);
-    other.Swap(table);
-    return res;
 }
 
 int UsePools()
@@ -173,8 +208,9 @@ const std::vector<Scenario> kMemoryScenarios = {
     {"strings built", Nothing, BuildStrings, Always},
     {"strings replaced", Nothing, ReplaceInStrings, Always},
     {"array", Nothing, UseArray, Always},
-    {"hash table", Nothing, UseTable, CheckTable},
-    {"hash table changed", Nothing, ChangeTable, Always},
+    {"hash table", Nothing, [] { return UseTable(NumberedName); }, CheckTable},
+    {"hash table with one chain", Nothing, [] { return UseTable(CollidingName); }, CheckTable},
+    {"hash table moved", Nothing, MoveTables, CheckTable},
     {"fixed-size blocks", Nothing, UsePools, Always},
     {"allocator", Nothing, UseAllocator, Always},
     {"scratch memory", Nothing, UseScratch, [](int res) { return res < 0 ? "a block stayed" : Always(0); }},
