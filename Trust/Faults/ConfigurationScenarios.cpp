@@ -119,6 +119,56 @@ const char* CheckLarge(int res)
     return std::count(bytes.begin(), bytes.end(), '=') == 300 ? nullptr : kPartial;
 }
 
+int SaveTwice()
+{
+    ZmConfiguration tree(0);
+    return tree.AddEntry(nullptr, "a", 1) && tree.SaveToFile("new.cfg") && tree.AddEntry(nullptr, "b", 2) &&
+           tree.SaveToFile("new.cfg");
+}
+
+const char* CheckSavedTwice(int res)
+{
+    const std::string bytes = BytesOf("new.cfg");
+    return bytes == "a = 1\nb = 2\n" || (res == 0 && (bytes.empty() || bytes == "a = 1\n")) ? nullptr : kWrongBytes;
+}
+
+/// A value that the format cannot keep: the answer is 1 only if the value was not added.
+int AskWhetherSaved()
+{
+    ZmConfiguration tree(0);
+    XString why;
+    const bool added = tree.AddEntry("Section.Below", "name", "two\nlines, in a text of some length, on the heap") != 0;
+    return tree.CanBeSaved(why) && added ? -1 : 1;
+}
+
+int UseDefaults()
+{
+    ZmConfiguration tree(0);
+    const bool added = tree.AddDefaultEntry("S.T", "a", kLongValue) && tree.AddDefaultEntry("S", "b", 2u) &&
+                       tree.CreateDefaultSubSection("S", "U") != nullptr && tree.AddEntry("S.T", "c", kLongValue);
+    const ZmConfigurationSection* section = tree.GetSubSection("S.T", 1);
+    const ZmConfigurationEntry* entry = section != nullptr ? section->GetEntry("a") : nullptr;
+    g_Whole = entry != nullptr && strcmp(entry->GetValue(), kLongValue) == 0 && section->GetEntry("c") != nullptr &&
+              tree.GetSubSection("S.U", 1) != nullptr;
+    tree.ClearDefault();
+    return added && tree.GetSubSection("S", 1) == nullptr;
+}
+
+int UseSectionAlone()
+{
+    ZmConfigurationSection root("root", nullptr);
+    ZmConfigurationEntry *text = nullptr, *number = nullptr;
+    root.AddEntry("text", kLongValue, &text);
+    root.AddEntry("number", 2.5f, &number);
+    ZmConfigurationSection* below = root.CreateSubSection("below");
+    const bool added = text != nullptr && number != nullptr && below != nullptr;
+    g_Whole =
+        root.GetEntry("text") == text && root.GetEntry("number") == number && root.GetSubSection("below") == below;
+    delete root.RemoveSection("below");
+    root.DeleteEntry("number");
+    return added && root.GetNumberOfEntriesRecursive() == 1;
+}
+
 int SaveDataFile()
 {
     ZmConfiguration tree(0);
@@ -197,6 +247,11 @@ const std::vector<Scenario> kConfigurationScenarios = {
     {"configuration behind a link saved", MakeLinkedConfiguration, SaveConfiguration, CheckLinkedConfiguration},
     {"configuration loaded again", MakeConfiguration, LoadTwice, CheckLoaded},
     {"large configuration saved", MakeConfiguration, SaveLarge, CheckLarge},
+    {"configuration saved twice", Nothing, SaveTwice, CheckSavedTwice},
+    {"configuration asked whether it can be saved", Nothing, AskWhetherSaved,
+     [](int res) { return res < 0 ? "a loss is denied" : Always(0); }},
+    {"configuration with defaults", Nothing, UseDefaults, CheckLoaded},
+    {"section alone", Nothing, UseSectionAlone, CheckLoaded},
     {"configuration data file", Nothing, SaveDataFile, Always},
     {"configuration edited", Nothing, EditConfiguration, Always},
     {"settings", MakeSettings, UseSettings, CheckSettings},

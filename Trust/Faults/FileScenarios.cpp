@@ -131,6 +131,34 @@ int ReadItems()
     return file.Open("file", ZmFile::READONLY) && file.ReadItems(g_Bytes, 1000, 70) == 70;
 }
 
+int ReadSpans()
+{
+    ZmFile file;
+    ZmSubFile first, last;
+    if (!file.Open("file", ZmFile::READONLY)) {
+        return 0;
+    }
+    first.Set(&file, 0, 35000);
+    last.Set(&file, 35000, 35000);
+    bool read = true;
+    for (int i = 0; read && i < 5; ++i) {
+        read = first.Read(g_Bytes + i * 7000, 7000) == 7000 && last.Read(g_Bytes + 35000 + i * 7000, 7000) == 7000;
+    }
+    return read && first.IsValid() && last.IsValid();
+}
+
+int WriteSpan()
+{
+    ZmFile file;
+    const bool open = file.Open("file", ZmFile::READWRITE) != 0;
+    ZmSubFile span;
+    span.Set(&file, 10, 100);
+    const bool written = open && span.IsValid() && span.Write("XY", 2) == 2;
+    span.Set(&file, 69996, 4);
+    const bool both = written && span.IsValid() && span.Write("END!", 4) == 4;
+    return file.Close() && both;
+}
+
 int CopyFile()
 {
     ZmFile from, to;
@@ -188,6 +216,19 @@ const char* CheckDeleted(int res)
     return res != 0 && fs::exists("tree") ? kUndone : nullptr;
 }
 
+int RemoveFolders()
+{
+    return ZmMakeDirectory("made") + 2 * ZmCreateFileTree("x/y/") + 4 * ZmRemoveDirectory("made") +
+           8 * ZmRemoveDirectory("x/y") + 16 * ZmRemoveDirectory("tree");
+}
+
+const char* CheckRemoved(int res)
+{
+    const bool right = ((res & 4) == 0 || !fs::exists("made")) && ((res & 8) == 0 || !fs::exists("x/y")) &&
+                       (res & 16) == 0 && fs::exists("tree/one/two/c.txt");
+    return right ? nullptr : kUndone;
+}
+
 int MakePath()
 {
     return ZmCreateFileTree("x/y/z/file");
@@ -225,6 +266,8 @@ const std::vector<Scenario> kFileScenarios = {
     {"text written", Nothing, WriteText, CheckWritten},
     {"items read", MakeBytes, ReadItems, CheckRead},
     {"lines read", MakeBytes, ReadLines, Always},
+    {"spans read", MakeBytes, ReadSpans, CheckRead},
+    {"span written", MakeBytes, WriteSpan, CheckUpdated},
     {"stream copied", MakeBytes, CopyFile,
      [](int res) { return res != 0 && BytesOf("new") != kLarge ? kWrongBytes : Always(0); }},
     {"file mapped", MakeBytes, MapFile, CheckRead},
@@ -232,5 +275,6 @@ const std::vector<Scenario> kFileScenarios = {
     {"folders listed", MakeTree, ListTree, Always},
     {"folders deleted", MakeTree, DeleteTree, CheckDeleted},
     {"folders made", Nothing, MakePath, CheckMade},
+    {"folders made and removed", MakeTree, RemoveFolders, CheckRemoved},
     {"files renamed and deleted", MakeBytes, UseFiles, CheckFiles},
 };

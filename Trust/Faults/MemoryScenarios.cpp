@@ -134,6 +134,36 @@ const char* CheckTable(int res)
     return res < 0 ? kPartial : nullptr;
 }
 
+/// Each text needs a block of its own; those that did not get one are empty.
+int UseArrayOfTexts()
+{
+    static const char kText[] = "a text of more than a few bytes, so that it needs a block of its own";
+    XArray<XString> array;
+    int added = 0;
+    for (int i = 0; i < 40; ++i) {
+        added += array.PushBack(kText);
+    }
+    XArray<XString> copy(array), moved(static_cast<XArray<XString>&&>(array));
+    copy = moved;
+    bool right = moved.Size() == added && array.IsEmpty() && (copy.IsEmpty() || copy.Size() == added);
+    for (const XString* text = moved.Begin(); text != moved.End(); ++text) {
+        right = right && (text->IsEmpty() || strcmp(text->Text(), kText) == 0);
+    }
+    return right ? 1 : -1;
+}
+
+int UseAlignedBlocks()
+{
+    bool right = true;
+    for (int alignment = 16; alignment <= 4096; alignment *= 4) {
+        void* block = ZmNewAligned(1000, alignment);
+        right = right && (block == nullptr ||
+                          (size_t(block) % size_t(alignment) == 0 && ZmIsAllocatedByNewAligned(block, alignment)));
+        ZmDeleteAligned(block);
+    }
+    return right ? 1 : -1;
+}
+
 int UsePools()
 {
     XFixedSizeAllocator pool(40, 4096);
@@ -211,6 +241,8 @@ const std::vector<Scenario> kMemoryScenarios = {
     {"hash table", Nothing, [] { return UseTable(NumberedName); }, CheckTable},
     {"hash table with one chain", Nothing, [] { return UseTable(CollidingName); }, CheckTable},
     {"hash table moved", Nothing, MoveTables, CheckTable},
+    {"array of texts", Nothing, UseArrayOfTexts, CheckTable},
+    {"aligned blocks", Nothing, UseAlignedBlocks, CheckTable},
     {"fixed-size blocks", Nothing, UsePools, Always},
     {"allocator", Nothing, UseAllocator, Always},
     {"scratch memory", Nothing, UseScratch, [](int res) { return res < 0 ? "a block stayed" : Always(0); }},

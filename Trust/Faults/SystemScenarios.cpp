@@ -87,6 +87,53 @@ int UseThreads()
     return ended == started ? 1 : -1;
 }
 
+class NamedThread : public ZmThread {
+public:
+    unsigned int Run() override { return 11; }
+};
+
+int RunNamedThread()
+{
+    NamedThread thread;
+    thread.SetName("a name of a thread, long enough for a block of its own");
+    thread.SetPriority(ZmThread::PRIORITY_LOWEST);
+    unsigned int code = 0;
+    if (!thread.CreateThread(nullptr, nullptr)) {
+        return 0;
+    }
+    const bool ended = thread.Wait(&code, 0) == ZmThread::CODE_SUCCESS;
+    thread.Close();
+    return ended && code == 11 ? 1 : -1;
+}
+
+/// Texts and log lines on several threads at once.
+unsigned int WorkWithTexts(void*)
+{
+    XString text;
+    for (int i = 0; i < 20; ++i) {
+        text << "a text of a thread " << i;
+        const XString copy(text);
+        ZmLog::GetLog().RegisterModule(copy.Text());
+    }
+    return 7;
+}
+
+int RunBusyThreads()
+{
+    ZmThread threads[3];
+    int res = 1;
+    for (ZmThread& thread : threads) {
+        thread.CreateThread(WorkWithTexts, nullptr);
+    }
+    for (ZmThread& thread : threads) {
+        unsigned int code = 7;
+        thread.Wait(&code, 0);
+        thread.Close();
+        res = code == 7 ? res : -1;
+    }
+    return res;
+}
+
 const char* CheckThread(int res)
 {
     return res < 0 ? "the thread did not run" : nullptr;
@@ -144,6 +191,22 @@ int BlitUpsideDown()
            ZmDoAlphaBlit(Image(50, 50, Pixels(0)), Image(50, 50, Pixels(50000)));
 }
 
+int MakeNormalMap()
+{
+    return ZmConvertToNormalMap(Image(50, 50, Pixels(0)), Image(50, 50, Pixels(50000)), 0xFF) +
+           ZmConvertToBumpMap(Image(50, 50, Pixels(0)), Image(50, 50, Pixels(50000)), 0xFF);
+}
+
+int FitBox()
+{
+    float points[300];
+    for (int i = 0; i < 300; ++i) {
+        points[i] = float(i * i % 101);
+    }
+    ZmMatrix box;
+    return ZmComputeBestFitBBox(reinterpret_cast<const unsigned char*>(points), 12, 100, box, 0);
+}
+
 }  // namespace
 
 const std::vector<Scenario> kSystemScenarios = {
@@ -153,8 +216,12 @@ const std::vector<Scenario> kSystemScenarios = {
     {"modules", Nothing, FindModules, [](int res) { return res < 0 ? "a symbol is missing" : Always(0); }},
     {"thread", Nothing, UseThread, CheckThread},
     {"threads", Nothing, UseThreads, CheckThread},
+    {"named thread", Nothing, RunNamedThread, CheckThread},
+    {"busy threads", Nothing, RunBusyThreads, CheckThread},
     {"image resized", Nothing, Resize, Always},
     {"mipmap", Nothing, MakeMipMap, Always},
     {"palette", Nothing, Quantise, Always},
     {"image turned", Nothing, BlitUpsideDown, Always},
+    {"normal map", Nothing, MakeNormalMap, Always},
+    {"best box", Nothing, FitBox, Always},
 };
