@@ -106,14 +106,14 @@ int RunNamedThread()
     return ended && code == 11 ? 1 : -1;
 }
 
-/// Texts and log lines on several threads at once.
+/// Strings share their pages between all threads.
 unsigned int WorkWithTexts(void*)
 {
     XString text;
     for (int i = 0; i < 20; ++i) {
         text << "a text of a thread " << i;
-        const XString copy(text);
-        ZmLog::GetLog().RegisterModule(copy.Text());
+        XString copy(text);
+        copy.Replace("thread", "longer word");
     }
     return 7;
 }
