@@ -3,6 +3,7 @@
 #include "Configuration/SettingsText.h"
 #include "Files/RegularFile.h"
 #include "Platform/OsFileLock.h"
+#include "Platform/OsFiles.h"
 #include "Platform/OsThread.h"
 #include "Platform/OutOfMemory.h"
 #include "Platform/Replacement.h"
@@ -26,12 +27,12 @@ bool MakeFoldersOf(const std::string& path)
     return made;
 }
 
-/// Reads a whole file; a missing file counts as empty.
+/// Reads a whole file; a missing file counts as empty, but not one of which the system cannot tell.
 bool ReadText(const std::string& path, std::string& res)
 {
     ZmFile file;
     if (!OpenRegularFile(file, path.c_str(), ZmFile::READONLY)) {
-        return ZmFile::GetFileMode(path.c_str()) == 0;
+        return IsMissing(path.c_str());
     }
     res.resize(file.Size());
     return file.IsValid() && file.Read(&res[0], unsigned(res.size())) == res.size();

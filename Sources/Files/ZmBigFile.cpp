@@ -5,6 +5,7 @@
 #include "Files/RegularFile.h"
 #include "Logging/LibraryLog.h"
 #include "Platform/OrEmpty.h"
+#include "Platform/OsFiles.h"
 
 #include <algorithm>
 #include <new>
@@ -67,9 +68,10 @@ int ZmBigFile::Open(const char* name, int keepOrder)
     if (OpenToRead(name, keepOrder)) {
         return DiscardUnless(ReadArchive());
     }
-    // APPEND creates a missing file but does not truncate one that another process has just created.
+    // A file of which the system cannot tell is not empty. APPEND creates a missing one but does not truncate one that
+    // another process has just created.
     const char* path = m_FileName.Text();
-    return DiscardUnless(ZmFile::GetFileMode(path) == 0 && m_File.Open(path, ZmFile::APPEND) != 0);
+    return DiscardUnless(zm::IsMissing(path) && m_File.Open(path, ZmFile::APPEND) != 0);
 }
 
 int ZmBigFile::OpenExisting(const char* name, int keepOrder)

@@ -104,6 +104,21 @@ size_t DropReturns(char* text, size_t length, size_t end, FILE* stream)
     return length;
 }
 
+// Continues after signals of the program, which the C library reports as errors.
+size_t ReadBytes(void* res, size_t size, FILE* stream)
+{
+    const bool hadFailed = ferror(stream) != 0;
+    size_t length = 0;
+    for (;;) {
+        errno = 0;
+        length += fread(static_cast<char*>(res) + length, 1, size - length, stream);
+        if (length == size || hadFailed || ferror(stream) == 0 || errno != EINTR) {
+            return length;
+        }
+        clearerr(stream);
+    }
+}
+
 size_t ReadText(char* res, uint64_t size, FILE* stream)
 {
     size_t length = 0;
@@ -263,7 +278,7 @@ unsigned int ZmFile::Read(void* buffer, unsigned int size)
         return 0;
     }
     const bool whole = m_File->DropsReturns() ? ReadText(static_cast<char*>(buffer), size, stream) == size
-                                              : fread(buffer, size, 1, stream) == 1;
+                                              : ReadBytes(buffer, size, stream) == size;
     return whole ? size : 0;
 }
 

@@ -12,18 +12,18 @@ namespace {
 
 constexpr unsigned int kNone = 0xFFFFFFFF;
 
-/// A model of the cached read over an array, step by step: P is the position, K the cache size, S the block's start.
+/// A model of the cached read over an array, step by step.
 struct Model {
     const Block& file;
-    unsigned int K;
-    Block cache = Block(K);
+    unsigned int cacheSize;
+    Block cache = Block(cacheSize);
     size_t filePosition = 0;
-    unsigned int P = 0, S = kNone;
+    unsigned int position = 0, blockStart = kNone;
 
     void Fill()
     {
         if (filePosition < file.size()) {
-            const size_t count = std::min(size_t(K), file.size() - filePosition);
+            const size_t count = std::min(size_t(cacheSize), file.size() - filePosition);
             std::copy_n(&file[filePosition], count, cache.begin());
             filePosition += count;
         }
@@ -38,47 +38,47 @@ struct Model {
     {
         for (; blocks > 0; --blocks) {
             Fill();
-            Copy(out, 0, K);
+            Copy(out, 0, cacheSize);
         }
     }
 
-    void ReadAcross(Block& out, unsigned int size, unsigned int B)
+    void ReadAcross(Block& out, unsigned int size, unsigned int first)
     {
-        const unsigned int L = (P + size) / K * K, T = P + size - L;
-        filePosition = B;
+        const unsigned int last = (position + size) / cacheSize * cacheSize, rest = position + size - last;
+        filePosition = first;
         Fill();
-        Copy(out, P - B, B + K - P);
-        FillAndCopyBlocks(out, (L - B - K) / K);
-        S = L;
+        Copy(out, position - first, first + cacheSize - position);
+        FillAndCopyBlocks(out, (last - first - cacheSize) / cacheSize);
+        blockStart = last;
         Fill();
-        Copy(out, 0, T);
-        P += size;
+        Copy(out, 0, rest);
+        position += size;
     }
 
     void ReadFromCache(Block& out, unsigned int size)
     {
-        const unsigned int A = K - (P - S), N = std::min(size, A);
-        Copy(out, P - S, N);
-        if (size > N) {
-            P = S + K;
-            FillAndCopyBlocks(out, (size - N) / K);
-            S = unsigned(filePosition);
+        const unsigned int available = cacheSize - (position - blockStart), count = std::min(size, available);
+        Copy(out, position - blockStart, count);
+        if (size > count) {
+            position = blockStart + cacheSize;
+            FillAndCopyBlocks(out, (size - count) / cacheSize);
+            blockStart = unsigned(filePosition);
             Fill();
-            Copy(out, 0, (size - N) % K);
+            Copy(out, 0, (size - count) % cacheSize);
         }
-        P += size;
+        position += size;
     }
 
     Block Read(unsigned int size)
     {
         Block out;
-        if (S == kNone || P < S || P >= S + K) {
-            const unsigned int B = P / K * K;
-            if (P + size >= B + K) {
-                ReadAcross(out, size, B);
+        if (blockStart == kNone || position < blockStart || position >= blockStart + cacheSize) {
+            const unsigned int first = position / cacheSize * cacheSize;
+            if (position + size >= first + cacheSize) {
+                ReadAcross(out, size, first);
                 return out;
             }
-            filePosition = S = B;
+            filePosition = blockStart = first;
             Fill();
         }
         ReadFromCache(out, size);
@@ -89,13 +89,13 @@ struct Model {
 // Seeks to a place in the file or a little beyond it, relative to the start, the end or the position.
 void SeekBoth(Random& random, ZmCachedFile& file, Model& model)
 {
-    const int target = random.Int(0, int(model.file.size() + model.K)), size = int(model.file.size());
+    const int target = random.Int(0, int(model.file.size() + model.cacheSize)), size = int(model.file.size());
     const struct {
         ZmStream::SeekMode mode;
         int base;
-    } kWays[] = {{ZmStream::START, 0}, {ZmStream::END, size}, {ZmStream::CURRENT, int(model.P)}};
+    } kWays[] = {{ZmStream::START, 0}, {ZmStream::END, size}, {ZmStream::CURRENT, int(model.position)}};
     const auto& way = kWays[random.Int(0, 2)];
-    model.P = unsigned(target);
+    model.position = unsigned(target);
     EXPECT_EQ(file.Seek(target - way.base, way.mode), 1);
 }
 
@@ -106,11 +106,11 @@ void CompareReads(Random& random, ZmCachedFile& file, Model& model, int reads)
         if (random.Int(0, 2) == 0) {
             SeekBoth(random, file, model);
         }
-        const unsigned int size = unsigned(random.Int(0, random.Int(0, 3) != 0 ? 20 : int(3 * model.K)));
+        const unsigned int size = unsigned(random.Int(0, random.Int(0, 3) != 0 ? 20 : int(3 * model.cacheSize)));
         Block read(size, 0xA5);
         EXPECT_EQ(file.Read(read.data(), size), size);
         EXPECT_EQ(FirstDifference(read, model.Read(size)), -1);
-        EXPECT_EQ(file.Position(), model.P);
+        EXPECT_EQ(file.Position(), model.position);
         EXPECT_EQ(file.ZmFile::Position(), model.filePosition);
     }
 }

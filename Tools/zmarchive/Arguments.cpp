@@ -6,8 +6,8 @@
 namespace {
 
 const struct {
-    const char* Text;
-    unsigned Option;
+    const char* text;
+    unsigned option;
 } kOptions[] = {
     {"--flat", Arguments::FLAT},       {"--force", Arguments::FORCE}, {"--replace", Arguments::REPLACE},
     {"--names", Arguments::NAMES},     {"--to", Arguments::TO},       {"--quiet", Arguments::QUIET},
@@ -16,18 +16,18 @@ const struct {
 
 const char* TextOf(unsigned option)
 {
-    return std::find_if(std::begin(kOptions), std::end(kOptions), [&](const auto& o) { return o.Option == option; })
-        ->Text;
+    return std::find_if(std::begin(kOptions), std::end(kOptions), [&](const auto& o) { return o.option == option; })
+        ->text;
 }
 
 unsigned OptionOf(const std::string& text)
 {
     const auto* const found =
-        std::find_if(std::begin(kOptions), std::end(kOptions), [&](const auto& o) { return text == o.Text; });
+        std::find_if(std::begin(kOptions), std::end(kOptions), [&](const auto& o) { return text == o.text; });
     if (found == std::end(kOptions)) {
         throw UsageError("unknown option '" + text + "'");
     }
-    return found->Option;
+    return found->option;
 }
 
 /// Stores the options in `res` and returns all other words.
@@ -43,12 +43,12 @@ std::vector<std::string> TakeOptions(int argc, char** argv, Arguments& res)
             words.push_back(word);
         } else {
             const unsigned option = OptionOf(word);
-            res.Options |= option;
+            res.options |= option;
             if (option == Arguments::TO) {
                 if (++i == argc) {
                     throw UsageError("--to needs a folder");
                 }
-                res.Target = argv[i];
+                res.target = argv[i];
             }
         }
     }
@@ -58,19 +58,19 @@ std::vector<std::string> TakeOptions(int argc, char** argv, Arguments& res)
 void Check(const Arguments& arguments, const Shape& shape)
 {
     for (unsigned option = 1; option <= Arguments::VERSION; option *= 2) {
-        if ((arguments.Options & ~shape.Options & ~unsigned(Arguments::QUIET) & option) != 0) {
-            throw UsageError(arguments.Command + " does not take " + TextOf(option));
+        if ((arguments.options & ~shape.options & ~unsigned(Arguments::QUIET) & option) != 0) {
+            throw UsageError(arguments.command + " does not take " + TextOf(option));
         }
     }
-    if (arguments.Archive.empty()) {
-        throw UsageError(arguments.Command + " needs an archive");
+    if (arguments.archive.empty()) {
+        throw UsageError(arguments.command + " needs an archive");
     }
-    const int count = int(arguments.Rest.size());
-    if (count < shape.Least) {
-        throw UsageError(arguments.Command + " needs more arguments");
+    const int count = int(arguments.rest.size());
+    if (count < shape.least) {
+        throw UsageError(arguments.command + " needs more arguments");
     }
-    if (shape.Most >= 0 && count > shape.Most) {
-        throw UsageError(arguments.Command + " does not take '" + arguments.Rest[size_t(shape.Most)] + "'");
+    if (shape.most >= 0 && count > shape.most) {
+        throw UsageError(arguments.command + " does not take '" + arguments.rest[size_t(shape.most)] + "'");
     }
 }
 
@@ -86,15 +86,15 @@ Arguments ParseArguments(int argc, char** argv, const std::vector<Shape>& shapes
     if (words.empty()) {
         throw UsageError("no command given");
     }
-    res.Command = words[0];
+    res.command = words[0];
     if (words.size() > 1) {
-        res.Archive = words[1];
-        res.Rest.assign(words.begin() + 2, words.end());
+        res.archive = words[1];
+        res.rest.assign(words.begin() + 2, words.end());
     }
     const auto shape =
-        std::find_if(shapes.begin(), shapes.end(), [&](const Shape& s) { return res.Command == s.Command; });
+        std::find_if(shapes.begin(), shapes.end(), [&](const Shape& s) { return res.command == s.command; });
     if (shape == shapes.end()) {
-        throw UsageError("unknown command '" + res.Command + "'");
+        throw UsageError("unknown command '" + res.command + "'");
     }
     Check(res, *shape);
     return res;

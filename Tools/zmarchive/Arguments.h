@@ -21,20 +21,20 @@ struct Arguments {
         VERSION = 128
     };
 
-    std::string Command, Archive;
-    std::vector<std::string> Rest;
-    unsigned Options = 0;
-    std::string Target = ".";
+    std::string command, archive;
+    std::vector<std::string> rest;
+    unsigned options = 0;
+    std::string target = ".";
 
-    bool Has(Option option) const { return (Options & option) != 0; }
+    bool Has(Option option) const { return (options & option) != 0; }
     bool IsQuiet() const { return Has(QUIET); }
 };
 
 /// What a command accepts: its options, and how many arguments after the archive (-1 for any number).
 struct Shape {
-    const char* Command;
-    unsigned Options;
-    int Least, Most;
+    const char* command;
+    unsigned options;
+    int least, most;
 };
 
 /// Throws UsageError if the command line fits none of the shapes. With --help or --version the command is not checked.

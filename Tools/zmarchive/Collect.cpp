@@ -44,7 +44,7 @@ void AddFolder(std::vector<SourceFile>& res, const fs::path& folder, bool flat, 
             throw Failure(Printable(path.string()) + " cannot be read: " + code.message());
         }
     }
-    std::sort(found.begin(), found.end(), [](const SourceFile& a, const SourceFile& b) { return a.Name < b.Name; });
+    std::sort(found.begin(), found.end(), [](const SourceFile& a, const SourceFile& b) { return a.name < b.name; });
     res.insert(res.end(), found.begin(), found.end());
 }
 
@@ -64,10 +64,10 @@ std::vector<SourceFile> CollectFiles(const std::vector<std::string>& paths, bool
     }
     std::map<std::string, std::string> paths_of;
     for (const SourceFile& file : res) {
-        const auto [other, isNew] = paths_of.emplace(file.Name, file.Path);
+        const auto [other, isNew] = paths_of.emplace(file.name, file.path);
         if (!isNew) {
-            throw Failure(Printable(other->second) + " and " + Printable(file.Path) + " would both be named " +
-                          Printable(file.Name));
+            throw Failure(Printable(other->second) + " and " + Printable(file.path) + " would both be named " +
+                          Printable(file.name));
         }
     }
     return res;

@@ -5,7 +5,7 @@
 
 /// A file on disk and the name of its entry.
 struct SourceFile {
-    std::string Name, Path;
+    std::string name, path;
 };
 
 /// Collects the given files and all files in the given folders; those of a folder are sorted by name. An entry is named

@@ -21,7 +21,7 @@ void OpenToChange(ZmBigFile& archive, const Arguments& arguments)
 {
     OpenArchive(archive, arguments);
     if (WarningCount() != 0) {
-        throw Failure(arguments.Archive +
+        throw Failure(arguments.archive +
                       " is damaged and was not changed: extract what is left and create a new archive");
     }
 }
@@ -43,11 +43,11 @@ int Save(ZmBigFile& archive, const char* path, const Arguments& arguments)
         ProgressBar progress("saving", arguments.IsQuiet());
         if (!archive.Save(path, &progress)) {
             progress.Clear();
-            throw Failure(arguments.Archive + " was not saved");
+            throw Failure(arguments.archive + " was not saved");
         }
     }
     if (!arguments.IsQuiet()) {
-        std::printf("%s: %s\n", Printable(arguments.Archive).c_str(), summary.c_str());
+        std::printf("%s: %s\n", Printable(arguments.archive).c_str(), summary.c_str());
     }
     return WarningCount() == 0 ? 0 : 1;
 }
@@ -59,11 +59,11 @@ void AppendAll(ZmBigFile& archive, const std::vector<SourceFile>& files, bool re
         names.insert(archive.GetEntryName(i));
     }
     for (const SourceFile& file : files) {
-        if (!replace && names.count(file.Name) != 0) {
-            throw Failure(Printable(file.Name) + " is already in the archive (--replace replaces it)");
+        if (!replace && names.count(file.name) != 0) {
+            throw Failure(Printable(file.name) + " is already in the archive (--replace replaces it)");
         }
-        if (!archive.Append(file.Name.c_str(), file.Path.c_str(), 1, replace)) {
-            throw Failure(Printable(file.Path) + " cannot be read");
+        if (!archive.Append(file.name.c_str(), file.path.c_str(), 1, replace)) {
+            throw Failure(Printable(file.path) + " cannot be read");
         }
     }
 }
@@ -71,7 +71,7 @@ void AppendAll(ZmBigFile& archive, const std::vector<SourceFile>& files, bool re
 void TellOfFolders(const std::vector<SourceFile>& files, const Arguments& arguments)
 {
     const bool folders = std::any_of(files.begin(), files.end(),
-                                     [](const SourceFile& file) { return file.Name.find('/') != std::string::npos; });
+                                     [](const SourceFile& file) { return file.name.find('/') != std::string::npos; });
     if (folders && !arguments.IsQuiet()) {
         std::printf("note: some names include a folder; ZmBigFile::Find() ignores folders and does not find them "
                     "(--flat leaves the folders out)\n");
@@ -95,11 +95,11 @@ std::string EndOf(const std::string& path)
 
 void OpenArchive(ZmBigFile& archive, const Arguments& arguments)
 {
-    if (!fs::is_regular_file(arguments.Archive)) {
-        throw Failure(Printable(arguments.Archive) + ": no such file");
+    if (!fs::is_regular_file(arguments.archive)) {
+        throw Failure(Printable(arguments.archive) + ": no such file");
     }
-    if (!archive.OpenExisting(arguments.Archive.c_str())) {
-        throw Failure(Printable(arguments.Archive) + " is not an archive or cannot be read");
+    if (!archive.OpenExisting(arguments.archive.c_str())) {
+        throw Failure(Printable(arguments.archive) + " is not an archive or cannot be read");
     }
 }
 
@@ -111,14 +111,14 @@ bool IsWhole(ZmBigFile& archive, int position)
 
 int Create(const Arguments& arguments)
 {
-    if (fs::exists(arguments.Archive) && !arguments.Has(Arguments::FORCE)) {
-        throw Failure(Printable(arguments.Archive) + " already exists (--force replaces it)");
+    if (fs::exists(arguments.archive) && !arguments.Has(Arguments::FORCE)) {
+        throw Failure(Printable(arguments.archive) + " already exists (--force replaces it)");
     }
     const std::vector<SourceFile> files =
-        CollectFiles(arguments.Rest, arguments.Has(Arguments::FLAT), arguments.Archive);
+        CollectFiles(arguments.rest, arguments.Has(Arguments::FLAT), arguments.archive);
     ZmBigFile archive;
     AppendAll(archive, files, false);
-    const int code = Save(archive, arguments.Archive.c_str(), arguments);
+    const int code = Save(archive, arguments.archive.c_str(), arguments);
     TellOfFolders(files, arguments);
     return code;
 }
@@ -126,7 +126,7 @@ int Create(const Arguments& arguments)
 int Add(const Arguments& arguments)
 {
     const std::vector<SourceFile> files =
-        CollectFiles(arguments.Rest, arguments.Has(Arguments::FLAT), arguments.Archive);
+        CollectFiles(arguments.rest, arguments.Has(Arguments::FLAT), arguments.archive);
     ZmBigFile archive;
     OpenToChange(archive, arguments);
     AppendAll(archive, files, arguments.Has(Arguments::REPLACE));
@@ -139,7 +139,7 @@ int Remove(const Arguments& arguments)
 {
     ZmBigFile archive;
     OpenToChange(archive, arguments);
-    for (const std::string& argument : arguments.Rest) {
+    for (const std::string& argument : arguments.rest) {
         const std::string name = LowerCase(argument);
         int removed = 0;
         for (int i = archive.GetEntryCount() - 1; i >= 0; --i) {
@@ -154,7 +154,7 @@ int Remove(const Arguments& arguments)
 
 int Reorder(const Arguments& arguments)
 {
-    const std::string& list = arguments.Rest[0];
+    const std::string& list = arguments.rest[0];
     if (EndOf(list) != "\n") {
         throw Failure(Printable(list) + ": the last line must end with a line feed");
     }
@@ -204,7 +204,7 @@ int Verify(const Arguments& arguments)
         folders += name.find_first_of("/\\") != std::string::npos;
         capitals += name != LowerCase(name);
     }
-    const uint64_t size = fs::file_size(arguments.Archive);
+    const uint64_t size = fs::file_size(arguments.archive);
     if (problems == 0 && size > end) {
         std::printf("%s after the last entry belong to no entry\n", SizeText(size - end).c_str());
         ++problems;

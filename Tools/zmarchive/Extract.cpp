@@ -58,12 +58,12 @@ int Extract(const Arguments& arguments)
 {
     ZmBigFile archive;
     OpenArchive(archive, arguments);
-    const std::vector<int> chosen = Chosen(archive, arguments.Rest);
+    const std::vector<int> chosen = Chosen(archive, arguments.rest);
     std::error_code ignored;
-    std::filesystem::create_directories(arguments.Target, ignored);
-    const Folder target(arguments.Target);
+    std::filesystem::create_directories(arguments.target, ignored);
+    const Folder target(arguments.target);
     if (!target.IsOpen()) {
-        throw Failure("cannot use the folder " + arguments.Target + ": " + LastError());
+        throw Failure("cannot use the folder " + arguments.target + ": " + LastError());
     }
     ProgressBar progress("extracting", arguments.IsQuiet());
     size_t done = 0;
@@ -74,7 +74,7 @@ int Extract(const Arguments& arguments)
             if (!IsWhole(archive, chosen[i])) {
                 throw Failure("is incomplete in the archive");
             }
-            OutputFile output(target, arguments.Target, name, arguments.Has(Arguments::FORCE));
+            OutputFile output(target, arguments.target, name, arguments.Has(Arguments::FORCE));
             WriteEntry(archive, chosen[i], output);
             bytes += archive.GetEntrySize(chosen[i]);
             ++done;
@@ -87,7 +87,7 @@ int Extract(const Arguments& arguments)
     progress.Clear();
     if (!arguments.IsQuiet()) {
         std::printf("%s, %s, extracted to %s\n", CountText(done).c_str(), SizeText(bytes).c_str(),
-                    Printable(arguments.Target).c_str());
+                    Printable(arguments.target).c_str());
     }
     return done == chosen.size() ? 0 : 1;
 }

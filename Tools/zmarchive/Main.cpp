@@ -68,7 +68,7 @@ int Run(int argc, char** argv)
     }
     HearWarnings();
     for (const auto& command : kCommands) {
-        if (arguments.Command == command.shape.Command) {
+        if (arguments.command == command.shape.command) {
             return command.run(arguments);
         }
     }

@@ -2,6 +2,7 @@
 
 #include <dlfcn.h>
 #include <errno.h>
+#include <limits.h>
 #include <linux/filter.h>
 #include <linux/seccomp.h>
 #include <pthread.h>
@@ -15,54 +16,124 @@
 
 #include <algorithm>
 #include <atomic>
-
-const FaultKind kFaultKinds[] = {
-    {"memory", ENOMEM, false, false, {}},
-    {"threads", EAGAIN, false, false, {}},
-    {"open", EMFILE, false, false, {SYS_openat, SYS_open}},
-    {"open EIO", EIO, false, false, {SYS_openat, SYS_open}},
-    {"read", EIO, false, false, {SYS_read, SYS_pread64}},
-    {"short read", 0, true, false, {SYS_read, SYS_pread64}},
-    {"write", ENOSPC, false, false, {SYS_write, SYS_writev, SYS_pwrite64}},
-    {"short write", 0, true, false, {SYS_write}},
-    {"seek", EIO, false, false, {SYS_lseek}},
-    {"status", EIO, false, false, {SYS_newfstatat, SYS_fstat, SYS_stat, SYS_lstat, SYS_faccessat}},
-    {"close", EIO, false, true, {SYS_close}},
-    {"rename", EIO, false, false, {SYS_rename, SYS_renameat, SYS_renameat2}},
-    {"unlink", EACCES, false, false, {SYS_unlink, SYS_unlinkat, SYS_rmdir}},
-    {"sync", EIO, false, false, {SYS_fsync, SYS_fdatasync}},
-    {"map", ENOMEM, false, false, {SYS_mmap}},
-    {"lock", ENOLCK, false, false, {SYS_flock}},
-    {"folder", EIO, false, false, {SYS_getdents64, SYS_mkdir, SYS_mkdirat}},
-    {"owner", EPERM, false, false, {SYS_fchown, SYS_fchmod}},
-};
-const size_t kFaultKindCount = sizeof(kFaultKinds) / sizeof(*kFaultKinds);
+#include <iterator>
+#include <set>
 
 namespace {
 
-std::atomic<const FaultKind*> g_Kind{nullptr};
-std::atomic<unsigned> g_Calls{0}, g_Faults{0};
-unsigned g_Count = 0;
-bool g_Stays = false;
+const std::vector<int> kNone,
+    kOpen = {SYS_openat, SYS_open}, kRead = {SYS_read, SYS_pread64}, kWrite = {SYS_write, SYS_writev, SYS_pwrite64},
+    kSeek = {SYS_lseek}, kStatus = {SYS_newfstatat, SYS_fstat, SYS_stat, SYS_lstat},
+    kAccess = {SYS_faccessat, SYS_faccessat2, SYS_access}, kLink = {SYS_readlink, SYS_readlinkat}, kClose = {SYS_close},
+    kRename = {SYS_rename, SYS_renameat, SYS_renameat2}, kUnlink = {SYS_unlink, SYS_unlinkat, SYS_rmdir},
+    kSync = {SYS_fsync, SYS_fdatasync}, kMap = {SYS_mmap}, kLock = {SYS_flock}, kList = {SYS_getdents64},
+    kMake = {SYS_mkdir, SYS_mkdirat}, kOwner = {SYS_fchown}, kMode = {SYS_fchmod}, kDuplicate = {SYS_fcntl, SYS_dup},
+    kSpace = {SYS_statfs};
+
+}  // namespace
+
+// The C library does not repeat an interrupted read or write of a stream: these may fail. A file whose owner or
+// permissions cannot be kept is overwritten, and a second fault may damage it: no such pairs.
+const std::vector<FaultKind> kFaultKinds = {
+    {"memory", ENOMEM, FaultKind::FAILS, true, kNone},
+    {"threads", EAGAIN, FaultKind::FAILS, true, kNone},
+    {"open EMFILE", EMFILE, FaultKind::FAILS, true, kOpen},
+    {"open ENFILE", ENFILE, FaultKind::FAILS, false, kOpen},
+    {"open EACCES", EACCES, FaultKind::FAILS, false, kOpen},
+    {"open ENOENT", ENOENT, FaultKind::FAILS, false, kOpen},
+    {"open EIO", EIO, FaultKind::FAILS, false, kOpen},
+    {"open ENOMEM", ENOMEM, FaultKind::FAILS, false, kOpen},
+    {"open ENOSPC", ENOSPC, FaultKind::FAILS, false, kOpen},
+    {"open EINTR", EINTR, FaultKind::IS_REPEATED, false, kOpen},
+    {"read EIO", EIO, FaultKind::FAILS, true, kRead},
+    {"read EINTR", EINTR, FaultKind::FAILS, false, kRead},
+    {"short read", 0, FaultKind::IS_SHORT, false, kRead},
+    {"write ENOSPC", ENOSPC, FaultKind::FAILS, true, kWrite},
+    {"write EIO", EIO, FaultKind::FAILS, false, kWrite},
+    {"write EDQUOT", EDQUOT, FaultKind::FAILS, false, kWrite},
+    {"write EINTR", EINTR, FaultKind::FAILS, false, kWrite},
+    {"short write", 0, FaultKind::IS_SHORT, false, {SYS_write}},
+    {"seek EIO", EIO, FaultKind::FAILS, true, kSeek},
+    {"seek EINVAL", EINVAL, FaultKind::FAILS, false, kSeek},
+    {"status EIO", EIO, FaultKind::FAILS, true, kStatus},
+    {"status ENOMEM", ENOMEM, FaultKind::FAILS, false, kStatus},
+    {"access EIO", EIO, FaultKind::FAILS, false, kAccess},
+    {"access EACCES", EACCES, FaultKind::FAILS, false, kAccess},
+    {"link EIO", EIO, FaultKind::FAILS, true, kLink},
+    {"link ENOMEM", ENOMEM, FaultKind::FAILS, false, kLink},
+    {"link EACCES", EACCES, FaultKind::FAILS, false, kLink},
+    {"close EIO", EIO, FaultKind::IS_DONE, true, kClose},
+    {"close EINTR", EINTR, FaultKind::IS_DONE, false, kClose},
+    {"close ENOSPC", ENOSPC, FaultKind::IS_DONE, false, kClose},
+    {"close EDQUOT", EDQUOT, FaultKind::IS_DONE, false, kClose},
+    {"rename EIO", EIO, FaultKind::FAILS, true, kRename},
+    {"rename ENOSPC", ENOSPC, FaultKind::FAILS, false, kRename},
+    {"rename EACCES", EACCES, FaultKind::FAILS, false, kRename},
+    {"rename EXDEV", EXDEV, FaultKind::FAILS, false, kRename},
+    {"rename EBUSY", EBUSY, FaultKind::FAILS, false, kRename},
+    {"unlink EACCES", EACCES, FaultKind::FAILS, true, kUnlink},
+    {"unlink EIO", EIO, FaultKind::FAILS, false, kUnlink},
+    {"unlink EBUSY", EBUSY, FaultKind::FAILS, false, kUnlink},
+    {"sync EIO", EIO, FaultKind::FAILS, true, kSync},
+    {"sync ENOSPC", ENOSPC, FaultKind::FAILS, false, kSync},
+    {"sync EDQUOT", EDQUOT, FaultKind::FAILS, false, kSync},
+    {"sync EINTR", EINTR, FaultKind::IS_REPEATED, false, kSync},
+    {"map ENOMEM", ENOMEM, FaultKind::FAILS, true, kMap},
+    {"map ENODEV", ENODEV, FaultKind::FAILS, false, kMap},
+    {"lock ENOLCK", ENOLCK, FaultKind::FAILS, true, kLock},
+    {"lock EINTR", EINTR, FaultKind::IS_REPEATED, false, kLock},
+    {"list EIO", EIO, FaultKind::FAILS, true, kList},
+    {"list ENOENT", ENOENT, FaultKind::FAILS, false, kList},
+    {"folder EIO", EIO, FaultKind::FAILS, true, kMake},
+    {"folder EACCES", EACCES, FaultKind::FAILS, false, kMake},
+    {"folder ENOSPC", ENOSPC, FaultKind::FAILS, false, kMake},
+    {"owner EPERM", EPERM, FaultKind::FAILS, false, kOwner},
+    {"mode EPERM", EPERM, FaultKind::FAILS, false, kMode},
+    {"mode EIO", EIO, FaultKind::FAILS, false, kMode},
+    {"duplicate EMFILE", EMFILE, FaultKind::FAILS, true, kDuplicate},
+    {"space EIO", EIO, FaultKind::FAILS, false, kSpace},
+};
+
+namespace {
+
+constexpr unsigned kMostInterruptions = 10;
+
+std::atomic<bool> g_IsArmed{false};
+Fault g_Fault;
+std::atomic<unsigned> g_Calls[kMostFaultKinds];
+std::atomic<unsigned> g_Faults{0};
 std::atomic<long> g_LiveBlocks{0};
 
-/// Counts a call of the kind and decides whether it fails.
-bool Fails()
+/// Whether the call of that number fails; `faults` is the number of faults before it.
+bool IsDue(const FaultKind& kind, unsigned number, unsigned faults)
 {
-    const unsigned call = ++g_Calls;
-    const bool fails = call == g_Count || (g_Stays && call > g_Count);
+    if (&kind == g_Fault.kind) {
+        const unsigned most = !g_Fault.stays ? 1 : kind.error == EINTR ? kMostInterruptions : UINT_MAX;
+        return number >= g_Fault.number && number - g_Fault.number < most;
+    }
+    return &kind == g_Fault.next && faults == 1;
+}
+
+/// Counts a call of the kind and decides whether it fails.
+bool Fails(const FaultKind& kind, unsigned faults = g_Faults)
+{
+    const unsigned number = ++g_Calls[&kind - kFaultKinds.data()];
+    const bool fails = IsDue(kind, number, faults);
     g_Faults += fails;
     return fails;
 }
 
-bool Fails(const FaultKind& kind)
+/// The kind of which the system call fails, or null.
+const FaultKind* FailingKind(int call)
 {
-    return g_Kind == &kind && Fails();
-}
-
-bool Contains(const FaultKind& kind, int call)
-{
-    return std::find(kind.calls.begin(), kind.calls.end(), call) != kind.calls.end();
+    const unsigned faults = g_Faults;
+    const FaultKind* res = nullptr;
+    for (const FaultKind& kind : kFaultKinds) {
+        if (std::find(kind.calls.begin(), kind.calls.end(), call) != kind.calls.end() && Fails(kind, faults)) {
+            res = &kind;
+        }
+    }
+    return res;
 }
 
 }  // namespace
@@ -90,18 +161,17 @@ namespace {
 
 long Answer(int call, const greg_t* registers)
 {
-    const FaultKind* kind = g_Kind;
+    const FaultKind* kind = g_IsArmed ? FailingKind(call) : nullptr;
     long length = registers[REG_RDX];
-    const bool fails = kind != nullptr && Contains(*kind, call) && Fails();
-    if (fails && !kind->isShort && !kind->isDone) {
+    if (kind != nullptr && (kind->effect == FaultKind::FAILS || kind->effect == FaultKind::IS_REPEATED)) {
         return -kind->error;
     }
-    if (fails && kind->isShort && length > 1) {
+    if (kind != nullptr && kind->effect == FaultKind::IS_SHORT && length > 1) {
         length /= 2;
     }
     const long res = InjectedCall(call, registers[REG_RDI], registers[REG_RSI], length, registers[REG_R10],
                                   registers[REG_R8], registers[REG_R9]);
-    return fails && kind->isDone ? -kind->error : res;
+    return kind != nullptr && kind->effect == FaultKind::IS_DONE ? -kind->error : res;
 }
 
 void OnCall(int, siginfo_t* info, void* context)
@@ -136,30 +206,36 @@ bool InstallInjection()
                                         Statement(kIfEqual, unsigned(allowed >> 32), 0, 1),
                                         Statement(kReturn, SECCOMP_RET_ALLOW),
                                         Statement(kLoad, offsetof(seccomp_data, nr))};
+    std::set<int> calls;
     for (const FaultKind& kind : kFaultKinds) {
-        for (const int call : kind.calls) {
-            program.push_back(Statement(kIfEqual, unsigned(call), 0, 1));
-            program.push_back(Statement(kReturn, SECCOMP_RET_TRAP));
-        }
+        calls.insert(kind.calls.begin(), kind.calls.end());
+    }
+    for (const int call : calls) {
+        program.push_back(Statement(kIfEqual, unsigned(call), 0, 1));
+        program.push_back(Statement(kReturn, SECCOMP_RET_TRAP));
     }
     program.push_back(Statement(kReturn, SECCOMP_RET_ALLOW));
     const sock_fprog filter = {static_cast<unsigned short>(program.size()), program.data()};
     return prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0 && prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &filter) == 0;
 }
 
-void ArmFault(const FaultKind& kind, unsigned count, bool stays)
+void ArmFault(const Fault& fault)
 {
-    g_Calls = 0;
+    g_Fault = fault;
+    std::fill(std::begin(g_Calls), std::end(g_Calls), 0u);
     g_Faults = 0;
-    g_Count = count;
-    g_Stays = stays;
-    g_Kind = &kind;
+    g_IsArmed = true;
 }
 
 unsigned DisarmFaults()
 {
-    g_Kind = nullptr;
+    g_IsArmed = false;
     return g_Faults;
+}
+
+unsigned CallsOf(const FaultKind& kind)
+{
+    return g_Calls[&kind - kFaultKinds.data()];
 }
 
 long LiveBlocks()
@@ -185,7 +261,7 @@ static void* Counted(void* block)
 
 static bool MemoryFails()
 {
-    const bool fails = Fails(kFaultKinds[0]);
+    const bool fails = g_IsArmed && Fails(kFaultKinds[0]);
     if (fails) {
         errno = ENOMEM;
     }
@@ -238,7 +314,7 @@ int pthread_create(pthread_t* thread, const pthread_attr_t* attributes, void* (*
 {
     using Create = int (*)(pthread_t*, const pthread_attr_t*, void* (*)(void*), void*);
     static const auto create = reinterpret_cast<Create>(dlsym(RTLD_NEXT, "pthread_create"));
-    return Fails(kFaultKinds[1]) ? EAGAIN : create(thread, attributes, run, argument);
+    return g_IsArmed && Fails(kFaultKinds[1]) ? EAGAIN : create(thread, attributes, run, argument);
 }
 
 }  // extern "C"

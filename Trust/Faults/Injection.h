@@ -4,27 +4,44 @@
 
 #include <vector>
 
-/// What can fail. Each kind but MEMORY and THREADS is a group of system calls.
+/// What can fail, and how. Each kind but "memory" and "threads", the first two, is a group of system calls.
 struct FaultKind {
+    enum Effect {
+        FAILS,
+        IS_REPEATED,  ///< fails, but the library calls again: its answer stays the same
+        IS_SHORT,     ///< the call succeeds with half of its bytes
+        IS_DONE       ///< the call takes effect before it fails
+    };
+
     const char* name;
-    int error;               ///< errno of the failing call
-    bool isShort;            ///< the call succeeds with half of its bytes
-    bool isDone;             ///< the call takes effect before it fails
+    int error;  ///< errno of the failing call
+    Effect effect;
+    bool isTypical;          ///< stands for its group where two faults meet
     std::vector<int> calls;  ///< numbers of the system calls
 };
 
-extern const FaultKind kFaultKinds[];
-extern const size_t kFaultKindCount;
+extern const std::vector<FaultKind> kFaultKinds;
+constexpr size_t kMostFaultKinds = 64;
+
+/// Calls that fail: number `number` of a kind, counted from 1.
+struct Fault {
+    const FaultKind* kind = nullptr;
+    unsigned number = 0;
+    bool stays = false;               ///< all later calls of the kind fail too; of interrupted ones, the next few
+    const FaultKind* next = nullptr;  ///< after that call, also the first one of this other kind fails
+};
 
 /// Routes the process's system calls through a handler. Returns false where the system has no such filter. Call once.
 bool InstallInjection();
 
-/// Lets the call number `count` of that kind fail, counted from 1 and from now on, in all threads; if `stays`, all
-/// later ones too.
-void ArmFault(const FaultKind& kind, unsigned count, bool stays);
+/// From now on counts the calls of each kind in all threads, and lets those of the fault fail.
+void ArmFault(const Fault& fault);
 
 /// Ends the faults and returns how many there were.
 unsigned DisarmFaults();
+
+/// The number of calls of a kind while armed.
+unsigned CallsOf(const FaultKind& kind);
 
 /// Blocks of memory that the process has allocated and not freed.
 long LiveBlocks();

@@ -1,7 +1,9 @@
-// Runs each scenario again and again, each time in a process of its own in which another call fails: the first one, the
-// second one, and so on until the scenario ends before the fault. Nothing may crash, hang, throw, leak or lie.
+// Runs each scenario again and again, each time in a process of its own in which another call fails: every single call
+// once in each way that it can fail, also together with all later calls of its kind or with the next one of another
+// kind. Nothing may crash, hang, throw, leak or lie.
 //
-//     ZmFaults [--every N] [name]    every N-th call only; scenarios whose names contain the text
+//     ZmFaults [--every N] [--from K] [name]    every N-th fault only, from K (0) on; scenarios whose names contain the
+//                                               text
 
 #include "Injection.h"
 #include "Scenarios.h"
@@ -11,12 +13,12 @@
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
+#include <sys/mman.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <exception>
 #include <filesystem>
-#include <map>
 #include <string>
 
 namespace fs = std::filesystem;
@@ -28,21 +30,33 @@ enum Outcome {
     FIRED = 0,
     NOT_FIRED = 1,
     WRONG = 2,
-    WRONG_WITHOUT_FAULT = 3,
     NO_FILTER = 77
 };
 
 constexpr unsigned kMostSeconds = 20;
 
+/// What a scenario does without faults; shared with its process, which fills it in.
+struct Course {
+    int result;
+    unsigned calls[kMostFaultKinds];
+};
+
+std::string TextOf(const Fault& fault)
+{
+    return fault.kind == nullptr
+               ? "no fault"
+               : fault.kind->name + (" number " + std::to_string(fault.number)) + (fault.stays ? " and on" : "") +
+                     (fault.next != nullptr ? std::string(", then ") + fault.next->name : "");
+}
+
+bool IsOf(const FaultKind* kind, const char* group)
+{
+    return kind != nullptr && strncmp(kind->name, group, strlen(group)) == 0;
+}
+
 size_t OpenFiles()
 {
     return size_t(std::distance(fs::directory_iterator("/proc/self/fd"), {}));
-}
-
-int Wrong(const char* what, bool fired = true)
-{
-    fprintf(stderr, "%s; ", what);
-    return fired ? WRONG : WRONG_WITHOUT_FAULT;
 }
 
 bool LeftNewFile()
@@ -55,7 +69,47 @@ bool LeftNewFile()
     return false;
 }
 
-int RunOnce(const Scenario& scenario, const FaultKind& kind, unsigned count, bool stays)
+/// Runs the scenario under the fault. Returns what is wrong, or an empty text.
+std::string Run(const Scenario& scenario, const Fault& fault, Course& course, unsigned& faults)
+{
+    const size_t filesBefore = OpenFiles();
+    const long blocksBefore = LiveBlocks();
+    int result = 0;
+    ArmFault(fault);
+    try {
+        result = scenario.run();
+        faults = DisarmFaults();
+    } catch (const std::exception& exception) {
+        DisarmFaults();
+        return exception.what();
+    }
+    // What the library keeps for its next use has been allocated by then.
+    const long kept = LiveBlocks() - blocksBefore;
+    if (kept > 40) {
+        return "blocks kept: " + std::to_string(kept);
+    }
+    if (OpenFiles() > filesBefore) {
+        return "a file stayed open";
+    }
+    const bool mayLeave = IsOf(fault.kind, "unlink") || IsOf(fault.next, "unlink");
+    if (!mayLeave && LeftNewFile()) {
+        return "a new file was left behind";
+    }
+    if (const char* wrong = scenario.check(result)) {
+        return std::string(wrong) + ", answer " + std::to_string(result);
+    }
+    if (fault.kind == nullptr) {
+        course.result = result;
+        for (size_t i = 0; i < kFaultKinds.size(); ++i) {
+            course.calls[i] = CallsOf(kFaultKinds[i]);
+        }
+    } else if (fault.kind->effect == FaultKind::IS_REPEATED && result != course.result) {
+        return "an interruption taken for a failure, answer " + std::to_string(result);
+    }
+    return "";
+}
+
+int RunOnce(const Scenario& scenario, const Fault& fault, Course& course)
 {
     ZmLog::GetLog().UnregisterListener("ZmMath");
     ZmLog::GetLog().UnregisterListener("OUTPUTDEBUG LISTENER");
@@ -63,39 +117,26 @@ int RunOnce(const Scenario& scenario, const FaultKind& kind, unsigned count, boo
     if (!InstallInjection()) {
         return NO_FILTER;
     }
-    const size_t filesBefore = OpenFiles();
-    const long blocksBefore = LiveBlocks();
-    int result = 0;
     unsigned faults = 0;
-    ArmFault(kind, count, stays);
-    try {
-        result = scenario.run();
-        faults = DisarmFaults();
-    } catch (const std::exception& exception) {
-        DisarmFaults();
-        return Wrong(exception.what());
+    const std::string wrong = Run(scenario, fault, course, faults);
+    if (!wrong.empty()) {
+        fprintf(stderr, "%s: %s: %s\n", scenario.name, TextOf(fault).c_str(), wrong.c_str());
+        return WRONG;
     }
-    // What the library keeps for its next use has been allocated by then.
-    const long kept = LiveBlocks() - blocksBefore;
-    if (kept > 40) {
-        return Wrong(("blocks kept: " + std::to_string(kept)).c_str(), faults != 0);
-    }
-    if (OpenFiles() > filesBefore) {
-        return Wrong("a file stayed open");
-    }
-    const bool mayLeave = strcmp(kind.name, "unlink") == 0;
-    if (!mayLeave && LeftNewFile()) {
-        return Wrong("a new file was left behind", faults != 0);
-    }
-    if (const char* wrong = scenario.check(result)) {
-        return Wrong((std::string(wrong) + ", answer " + std::to_string(result)).c_str(), faults != 0);
-    }
-    return faults != 0 ? FIRED : NOT_FIRED;
+    return faults >= (fault.next != nullptr ? 2 : 1) ? FIRED : NOT_FIRED;
 }
 
-int RunInProcess(const Scenario& scenario, const FaultKind& kind, unsigned count, bool stays)
+/// In memory where there is such a file system: the scenarios wait for the disk often.
+fs::path WorkFolder()
 {
-    const fs::path folder = fs::temp_directory_path() / ("ZmFaults-" + std::to_string(getpid()));
+    const fs::path memory = "/dev/shm";
+    const bool isUsable = getenv("TMPDIR") == nullptr && access(memory.c_str(), W_OK) == 0;
+    return (isUsable ? memory : fs::temp_directory_path()) / ("ZmFaults-" + std::to_string(getpid()));
+}
+
+int RunInProcess(const Scenario& scenario, const Fault& fault, Course& course)
+{
+    static const fs::path folder = WorkFolder();
     fs::create_directory(folder);
     const pid_t child = fork();
     if (child == 0) {
@@ -103,69 +144,119 @@ int RunInProcess(const Scenario& scenario, const FaultKind& kind, unsigned count
         fs::current_path(folder);
         setenv("XDG_CONFIG_HOME", folder.c_str(), 1);
         setenv("TMPDIR", folder.c_str(), 1);
-        _exit(RunOnce(scenario, kind, count, stays));
+        _exit(RunOnce(scenario, fault, course));
     }
     int status = 0;
     waitpid(child, &status, 0);
     fs::remove_all(folder);
     if (WIFSIGNALED(status)) {
-        return Wrong((std::string("signal ") + strsignal(WTERMSIG(status))).c_str());
+        fprintf(stderr, "%s: %s: %s\n", scenario.name, TextOf(fault).c_str(), strsignal(WTERMSIG(status)));
+        return WRONG;
     }
     return WEXITSTATUS(status);
 }
 
-struct Totals {
-    unsigned faults = 0, wrong = 0;
-};
-
-void RunAll(const Scenario& scenario, unsigned every, Totals& totals)
+/// The kinds of which a fault may be the second one: what the scenario calls, and the removal of files when it fails.
+std::vector<const FaultKind*> Followers(const Course& course)
 {
-    for (size_t i = 0; i < kFaultKindCount; ++i) {
+    std::vector<const FaultKind*> res;
+    for (size_t i = 0; i < kFaultKinds.size(); ++i) {
+        if (kFaultKinds[i].isTypical && (course.calls[i] != 0 || IsOf(&kFaultKinds[i], "unlink"))) {
+            res.push_back(&kFaultKinds[i]);
+        }
+    }
+    return res;
+}
+
+/// Every fault that the course of a scenario has a place for.
+std::vector<Fault> FaultsOf(const Course& course)
+{
+    static const std::vector<const FaultKind*> kNone;
+    const std::vector<const FaultKind*> followers = Followers(course);
+    std::vector<Fault> res;
+    for (size_t i = 0; i < kFaultKinds.size(); ++i) {
         const FaultKind& kind = kFaultKinds[i];
-        for (const bool stays : {false, true}) {
-            for (unsigned count = 1;; count += every) {
-                const int outcome = RunInProcess(scenario, kind, count, stays);
-                if (outcome == NOT_FIRED) {
-                    break;
-                }
-                if (outcome == NO_FILTER) {
-                    puts("skipped: the system filters no calls");
-                    exit(NO_FILTER);
-                }
-                totals.faults += outcome != WRONG_WITHOUT_FAULT;
-                if (outcome != FIRED) {
-                    totals.wrong += 1;
-                    fprintf(stderr, "%s: %s number %u%s\n", scenario.name, kind.name, count, stays ? " and on" : "");
-                }
-                if (outcome == WRONG_WITHOUT_FAULT) {
-                    return;
+        for (unsigned number = 1; number <= course.calls[i]; ++number) {
+            res.push_back({&kind, number, false, nullptr});
+            res.push_back({&kind, number, true, nullptr});
+            for (const FaultKind* next : kind.isTypical ? followers : kNone) {
+                if (next != &kind) {
+                    res.push_back({&kind, number, false, next});
                 }
             }
         }
     }
+    return res;
 }
+
+class Runner {
+public:
+    Runner(unsigned every, unsigned from) : m_Every(every), m_From(from)
+    {
+        void* shared = mmap(nullptr, sizeof(Course), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
+        m_Course = static_cast<Course*>(shared);
+    }
+
+    void Run(const Scenario& scenario)
+    {
+        m_Scenarios += 1;
+        if (!Run(scenario, Fault())) {
+            return;
+        }
+        for (const Fault& fault : FaultsOf(*m_Course)) {
+            if (m_Planned++ % m_Every == m_From) {
+                Run(scenario, fault);
+            }
+        }
+    }
+
+    int Report() const
+    {
+        printf("%u scenarios, %u runs with faults, %u wrong\n", m_Scenarios, m_Fired, m_Wrong);
+        return m_Wrong != 0;
+    }
+
+private:
+    bool Run(const Scenario& scenario, const Fault& fault)
+    {
+        const int outcome = RunInProcess(scenario, fault, *m_Course);
+        if (outcome == NO_FILTER) {
+            puts("skipped: the system filters no calls");
+            exit(NO_FILTER);
+        }
+        m_Wrong += outcome == WRONG;
+        m_Fired += outcome == FIRED;
+        return outcome != WRONG;
+    }
+
+    const unsigned m_Every, m_From;
+    unsigned m_Planned = 0, m_Scenarios = 0, m_Fired = 0, m_Wrong = 0;
+    Course* m_Course;
+};
 
 }  // namespace
 
 int main(int argc, char** argv)
 {
-    unsigned every = 1;
+    unsigned every = 1, from = 0;
     const char* name = "";
     for (int i = 1; i < argc; ++i) {
         if (strcmp(argv[i], "--every") == 0 && i + 1 < argc) {
             every = unsigned(atoi(argv[++i]));
+        } else if (strcmp(argv[i], "--from") == 0 && i + 1 < argc) {
+            from = unsigned(atoi(argv[++i]));
         } else {
             name = argv[i];
         }
     }
-    Totals totals;
-    unsigned scenarios = 0;
-    for (size_t i = 0; i < kScenarioCount; ++i) {
-        if (strstr(kScenarios[i].name, name) != nullptr) {
-            scenarios += 1;
-            RunAll(kScenarios[i], every, totals);
+    Runner runner(every, from);
+    for (const std::vector<Scenario>* table : {&kArchiveScenarios, &kFileScenarios, &kConfigurationScenarios,
+                                               &kLogScenarios, &kMemoryScenarios, &kSystemScenarios}) {
+        for (const Scenario& scenario : *table) {
+            if (strstr(scenario.name, name) != nullptr) {
+                runner.Run(scenario);
+            }
         }
     }
-    printf("%u scenarios, %u faults, %u wrong\n", scenarios, totals.faults, totals.wrong);
-    return totals.wrong != 0;
+    return runner.Report();
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <stddef.h>
+#include <vector>
 
 /// One use of the library in an empty folder, which is the working directory.
 struct Scenario {
@@ -10,5 +10,5 @@ struct Scenario {
     const char* (*check)(int res);  ///< after the faults; what is wrong, or null
 };
 
-extern const Scenario kScenarios[];
-extern const size_t kScenarioCount;
+extern const std::vector<Scenario> kArchiveScenarios, kConfigurationScenarios, kFileScenarios, kLogScenarios,
+    kMemoryScenarios, kSystemScenarios;

@@ -18,15 +18,23 @@ inline int FileOf(void* handle)
     return int(reinterpret_cast<intptr_t>(handle) - 1);
 }
 
+/// Makes a system call, again if a signal of the program interrupts it. Not for close(): even when interrupted it has
+/// closed the file, and the number may be another thread's by then.
+template <class Call>
+int Repeated(Call call)
+{
+    int result;
+    do {
+        result = call();
+    } while (result == -1 && errno == EINTR);
+    return result;
+}
+
 /// Waits for the file's lock, which lasts until the file is closed. Each opening has its own, so that threads exclude
 /// each other as well. Returns false where locks do not work.
 inline bool LockFile(int file)
 {
-    int result;
-    do {
-        result = flock(file, LOCK_EX);
-    } while (result != 0 && errno == EINTR);
-    return result == 0;
+    return Repeated([&] { return flock(file, LOCK_EX); }) == 0;
 }
 
 }  // namespace zm

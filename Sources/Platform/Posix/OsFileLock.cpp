@@ -12,7 +12,7 @@ namespace zm {
 
 FileLock::FileLock(const char* path) : m_File(nullptr)
 {
-    const int file = open(path, O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+    const int file = Repeated([&] { return open(path, O_RDWR | O_CREAT | O_CLOEXEC, 0600); });
     if (file >= 0 && LockFile(file)) {
         m_File = HandleOf(file);
     } else if (file >= 0) {

@@ -4,6 +4,7 @@
 #include "Platform/OsFiles.h"
 
 #include "Platform/PathText.h"
+#include "Platform/Posix/FileHandle.h"
 
 #include <dirent.h>
 #include <errno.h>
@@ -24,8 +25,8 @@ namespace {
 
 static_assert(IsFolder(S_IFDIR) && IsRegularFile(S_IFREG));
 
-/// A path with the system's separators. Needs no memory from the heap. Over-long paths are cut, but not to a length that
-/// the system would accept.
+/// A path with the system's separators. Needs no memory from the heap. Over-long paths are cut, but not to a length
+/// that the system would accept.
 class Native {
 public:
     explicit Native(const char* path)
@@ -96,7 +97,7 @@ private:
 
 bool TreeRemoval::Enter(int parent, const char* name)
 {
-    const int folder = openat(parent, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+    const int folder = Repeated([&] { return openat(parent, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC); });
     struct stat status;
     if (folder < 0 || fstat(folder, &status) != 0) {
         if (folder >= 0) {
@@ -126,7 +127,7 @@ bool TreeRemoval::Leave()
 
 bool TreeRemoval::ReturnToLastLevel()
 {
-    const int parent = openat(m_Folder, "..", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    const int parent = Repeated([&] { return openat(m_Folder, "..", O_RDONLY | O_DIRECTORY | O_CLOEXEC); });
     Close();
     m_Folder = parent;
     struct stat status;
@@ -172,7 +173,9 @@ bool IsOfKind(int file, FileKind kind)
 
 FILE* OpenFile(const char* path, const char* mode, FileKind kind)
 {
-    const int file = open(Native(path).c_str(), FlagsOf(mode) | O_CLOEXEC | kFlagsOf[int(kind)], 0666);
+    const Native native(path);
+    const int flags = FlagsOf(mode) | O_CLOEXEC | kFlagsOf[int(kind)];
+    const int file = Repeated([&] { return open(native.c_str(), flags, 0666); });
     FILE* res = file >= 0 && IsOfKind(file, kind) ? fdopen(file, mode) : nullptr;
     if (res == nullptr && file >= 0) {
         close(file);
@@ -275,7 +278,10 @@ const bool kFileNamesIgnoreCase = false;
 void DirectorySearch::Open(const char* directory)
 {
     Close();
-    m_Search = opendir(*directory != 0 ? Native(directory).c_str() : "/");
+    const Native native(*directory != 0 ? directory : "/");
+    do {
+        m_Search = opendir(native.c_str());
+    } while (m_Search == nullptr && errno == EINTR);
 }
 
 bool DirectorySearch::Next()
@@ -310,7 +316,9 @@ void DirectorySearch::Close()
 
 MappedFile::Result MapFile(const char* path, MappedFile& res)
 {
-    const int file = open(Native(path).c_str(), O_RDONLY | O_CLOEXEC | kFlagsOf[int(FileKind::REGULAR)]);
+    const Native native(path);
+    const int flags = O_RDONLY | O_CLOEXEC | kFlagsOf[int(FileKind::REGULAR)];
+    const int file = Repeated([&] { return open(native.c_str(), flags); });
     struct stat status;
     if (file < 0 || !IsOfKind(file, FileKind::REGULAR) || fstat(file, &status) != 0) {
         if (file >= 0) {

@@ -51,7 +51,7 @@ bool IsNamed(int file, const char* path)
 // EINVAL: the file system cannot synchronise.
 bool Synchronise(int file)
 {
-    return fsync(file) == 0 || errno == EINVAL;
+    return Repeated([&] { return fsync(file); }) == 0 || errno == EINVAL;
 }
 
 // A folder that cannot be read is left to the system, which writes it in its own time.
@@ -63,7 +63,7 @@ void SynchroniseFolderOf(const char* path)
         memcpy(folder, path, size_t(slash + 1 - path));
         folder[slash + 1 - path] = 0;
     }
-    const int file = open(folder, O_RDONLY | O_CLOEXEC);
+    const int file = Repeated([&] { return open(folder, O_RDONLY | O_CLOEXEC); });
     if (file >= 0) {
         Synchronise(file);
         close(file);
@@ -81,7 +81,9 @@ std::string ReplacedPath(const char* path)
         char text[PATH_MAX];
         const ssize_t length = readlink(native.c_str(), text, sizeof(text));
         if (length < 0) {
-            return native;
+            // Any other error leaves open whether it is a link.
+            const bool isNoLink = errno == EINVAL || errno == ENOENT || errno == ENOTDIR;
+            return isNoLink ? native : "";
         }
         native.resize(*text == '/' ? 0 : native.rfind('/') + 1);
         native.append(text, size_t(length));
@@ -113,7 +115,7 @@ void* MakeNewFile(const char* path, const char* target, Replacement::Options opt
         return nullptr;
     }
     const mode_t mode = exists || (options & Replacement::PRIVATE) != 0 ? 0600 : 0666;
-    const int file = open(path, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
+    const int file = Repeated([&] { return open(path, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode); });
     taken = file < 0 && errno == EEXIST;
     if (file < 0) {
         return nullptr;
@@ -155,9 +157,9 @@ bool SystemFailed()
 
 void RemoveUnheldFile(const char* path)
 {
-    const int file = open(path, O_WRONLY | O_NONBLOCK | O_NOFOLLOW | O_CLOEXEC);
+    const int file = Repeated([&] { return open(path, O_WRONLY | O_NONBLOCK | O_NOFOLLOW | O_CLOEXEC); });
     // The holder may have renamed the file before it released the lock.
-    if (file >= 0 && flock(file, LOCK_EX | LOCK_NB) == 0 && IsNamed(file, path)) {
+    if (file >= 0 && Repeated([&] { return flock(file, LOCK_EX | LOCK_NB); }) == 0 && IsNamed(file, path)) {
         unlink(path);
     }
     if (file >= 0) {

@@ -1,7 +1,10 @@
 #include "Support/HeardMessages.h"
 #include "Support/TemporaryFolder.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <pthread.h>
+#include <signal.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -81,6 +84,37 @@ TEST_F(PipesTest, PlainReadingAndWritingGoThroughThem)
     for (const int mode : {ZmFile::READONLY, ZmFile::WRITEONLY, ZmFile::APPEND}) {
         EXPECT_EQ(file.Open("/dev/null", ZmFile::OpenMode(mode)), 1);
     }
+}
+
+void OnSignal(int) {}
+
+TEST_F(PipesTest, SignalsDoNotEndTheWaiting)
+{
+    struct sigaction action = {}, before;
+    action.sa_handler = OnSignal;  // without SA_RESTART
+    sigaction(SIGUSR1, &action, &before);
+    std::thread reader([this] {
+        ZmFile file;
+        char buffer[8] = "";
+        EXPECT_EQ(file.Open(m_Pipe.c_str(), ZmFile::READONLY), 1);
+        EXPECT_EQ(file.Read(buffer, 7), 7u);
+        EXPECT_STREQ(buffer, "one two");
+        EXPECT_EQ(file.IsValid(), 1);
+    });
+    const auto interrupt = [&] {
+        for (int i = 0; i < 20; ++i) {
+            pthread_kill(reader.native_handle(), SIGUSR1);
+            usleep(1000);
+        }
+    };
+    interrupt();
+    const int pipe = open(m_Pipe.c_str(), O_WRONLY);
+    EXPECT_EQ(write(pipe, "one ", 4), 4);
+    interrupt();
+    EXPECT_EQ(write(pipe, "two", 3), 3);
+    close(pipe);
+    reader.join();
+    sigaction(SIGUSR1, &before, nullptr);
 }
 
 }  // namespace

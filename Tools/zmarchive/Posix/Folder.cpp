@@ -26,42 +26,42 @@ int RenameUnlessTaken(int folder, const char* from, const char* to)
 }  // namespace
 
 struct Folder::State {
-    int Descriptor = -1;
+    int descriptor = -1;
 
     ~State()
     {
-        if (Descriptor >= 0) {
-            close(Descriptor);
+        if (descriptor >= 0) {
+            close(descriptor);
         }
     }
 };
 
 Folder::Folder(const std::string& path) : m_State(std::make_unique<State>())
 {
-    m_State->Descriptor = open(path.c_str(), kOpenFolder);
+    m_State->descriptor = open(path.c_str(), kOpenFolder);
 }
 
 Folder::Folder(const Folder& parent, const std::string& name) : m_State(std::make_unique<State>())
 {
-    m_State->Descriptor = openat(parent.m_State->Descriptor, name.c_str(), kOpenFolder | O_NOFOLLOW);
+    m_State->descriptor = openat(parent.m_State->descriptor, name.c_str(), kOpenFolder | O_NOFOLLOW);
 }
 
 Folder::~Folder() = default;
 
 bool Folder::IsOpen() const
 {
-    return m_State->Descriptor >= 0;
+    return m_State->descriptor >= 0;
 }
 
 bool Folder::MakeFolder(const std::string& name) const
 {
-    return mkdirat(m_State->Descriptor, name.c_str(), 0777) == 0;
+    return mkdirat(m_State->descriptor, name.c_str(), 0777) == 0;
 }
 
 Folder::Kind Folder::KindOf(const std::string& name) const
 {
     struct stat status;
-    if (fstatat(m_State->Descriptor, name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0) {
+    if (fstatat(m_State->descriptor, name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0) {
         return MISSING;
     }
     return S_ISREG(status.st_mode)   ? A_FILE
@@ -71,43 +71,43 @@ Folder::Kind Folder::KindOf(const std::string& name) const
 }
 
 struct NewFile::State {
-    int Folder;
-    std::string Name;
-    int File = -1;
-    bool IsMade = false;
+    int folder;
+    std::string name;
+    int file = -1;
+    bool isMade = false;
 };
 
 NewFile::NewFile(const Folder& folder) : m_State(std::make_unique<State>())
 {
-    m_State->Folder = folder.m_State->Descriptor;
+    m_State->folder = folder.m_State->descriptor;
 }
 
 NewFile::~NewFile()
 {
-    if (m_State->File >= 0) {
-        close(m_State->File);
+    if (m_State->file >= 0) {
+        close(m_State->file);
     }
-    if (m_State->IsMade) {
-        unlinkat(m_State->Folder, m_State->Name.c_str(), 0);
+    if (m_State->isMade) {
+        unlinkat(m_State->folder, m_State->name.c_str(), 0);
     }
 }
 
 NewFile::Result NewFile::Make(const std::string& name, bool isPrivate)
 {
-    m_State->Name = name;
-    m_State->File = openat(m_State->Folder, name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
+    m_State->name = name;
+    m_State->file = openat(m_State->folder, name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
                            isPrivate ? 0600 : 0666);
-    m_State->IsMade = m_State->File >= 0;
-    return m_State->IsMade ? DONE : errno == EEXIST ? TAKEN : FAILED;
+    m_State->isMade = m_State->file >= 0;
+    return m_State->isMade ? DONE : errno == EEXIST ? TAKEN : FAILED;
 }
 
 void NewFile::TakePermissionsOf(const std::string& name)
 {
     struct stat old, made;
-    if (fstatat(m_State->Folder, name.c_str(), &old, AT_SYMLINK_NOFOLLOW) != 0 || !S_ISREG(old.st_mode)) {
+    if (fstatat(m_State->folder, name.c_str(), &old, AT_SYMLINK_NOFOLLOW) != 0 || !S_ISREG(old.st_mode)) {
         return;
     }
-    const int file = m_State->File;
+    const int file = m_State->file;
     const bool isSameOwner = fstat(file, &made) == 0 && made.st_uid == old.st_uid && made.st_gid == old.st_gid;
     if (!isSameOwner && fchown(file, old.st_uid, old.st_gid) != 0) {
         [[maybe_unused]] const int group = fchown(file, uid_t(-1), old.st_gid);
@@ -119,7 +119,7 @@ void NewFile::TakePermissionsOf(const std::string& name)
 bool NewFile::Write(const char* bytes, size_t size)
 {
     while (size != 0) {
-        const ssize_t written = write(m_State->File, bytes, size);
+        const ssize_t written = write(m_State->file, bytes, size);
         if (written < 0 && errno == EINTR) {
             continue;
         }
@@ -135,22 +135,22 @@ bool NewFile::Write(const char* bytes, size_t size)
 // EINVAL: the file system cannot synchronise.
 bool NewFile::Synchronise()
 {
-    return fsync(m_State->File) == 0 || errno == EINVAL;
+    return fsync(m_State->file) == 0 || errno == EINVAL;
 }
 
 NewFile::Result NewFile::Rename(const std::string& name, bool replaces)
 {
-    const int file = m_State->File;
-    m_State->File = -1;
+    const int file = m_State->file;
+    m_State->file = -1;
     if (close(file) != 0) {  // some file systems report only here that there was no room
         return FAILED;
     }
-    const int folder = m_State->Folder;
-    const char *const from = m_State->Name.c_str(), *const to = name.c_str();
+    const int folder = m_State->folder;
+    const char *const from = m_State->name.c_str(), *const to = name.c_str();
     const int failed = replaces ? renameat(folder, from, folder, to) : RenameUnlessTaken(folder, from, to);
     if (failed != 0) {
         return errno == EEXIST ? TAKEN : FAILED;
     }
-    m_State->IsMade = false;
+    m_State->isMade = false;
     return DONE;
 }

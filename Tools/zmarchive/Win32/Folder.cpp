@@ -53,30 +53,30 @@ void CloseIfOpen(HANDLE file)
 }  // namespace
 
 struct Folder::State {
-    HANDLE Handle = INVALID_HANDLE_VALUE;
-    std::wstring Path;  ///< with the prefix that turns the parsing of names off
+    HANDLE handle = INVALID_HANDLE_VALUE;
+    std::wstring path;  ///< with the prefix that turns the parsing of names off
 
-    ~State() { CloseIfOpen(Handle); }
+    ~State() { CloseIfOpen(handle); }
 
     /// Whether the file is in this folder: an empty folder can become a link even while it is open.
     bool Contains(HANDLE file) const
     {
-        const std::wstring path = PathOf(file);
-        return IsSame(path.substr(0, path.rfind(L'\\')), Path);
+        const std::wstring place = PathOf(file);
+        return IsSame(place.substr(0, place.rfind(L'\\')), path);
     }
 
     void Keep(HANDLE file, bool isWanted)
     {
-        Path = PathOf(file);
-        if (isWanted && !Path.empty()) {
-            Handle = file;
+        path = PathOf(file);
+        if (isWanted && !path.empty()) {
+            handle = file;
         } else {
             CloseHandle(file);
             SetLastError(ERROR_DIRECTORY);
         }
     }
 
-    std::wstring operator/(const std::string& name) const { return Path + L'\\' + Wide(name); }
+    std::wstring operator/(const std::string& name) const { return path + L'\\' + Wide(name); }
 };
 
 Folder::Folder(const std::string& path) : m_State(std::make_unique<State>())
@@ -100,7 +100,7 @@ Folder::~Folder() = default;
 
 bool Folder::IsOpen() const
 {
-    return m_State->Handle != INVALID_HANDLE_VALUE;
+    return m_State->handle != INVALID_HANDLE_VALUE;
 }
 
 bool Folder::MakeFolder(const std::string& name) const
@@ -120,37 +120,37 @@ Folder::Kind Folder::KindOf(const std::string& name) const
 }
 
 struct NewFile::State {
-    const ::Folder::State* Folder;
-    std::wstring Path;
-    HANDLE File = INVALID_HANDLE_VALUE;
-    bool IsRenamed = false;
+    const Folder::State* folder;
+    std::wstring path;
+    HANDLE file = INVALID_HANDLE_VALUE;
+    bool isRenamed = false;
 };
 
 NewFile::NewFile(const Folder& folder) : m_State(std::make_unique<State>())
 {
-    m_State->Folder = folder.m_State.get();
+    m_State->folder = folder.m_State.get();
 }
 
 NewFile::~NewFile()
 {
-    if (m_State->File != INVALID_HANDLE_VALUE && !m_State->IsRenamed) {
+    if (m_State->file != INVALID_HANDLE_VALUE && !m_State->isRenamed) {
         FILE_DISPOSITION_INFO removed = {TRUE};
-        SetFileInformationByHandle(m_State->File, FileDispositionInfo, &removed, sizeof(removed));
+        SetFileInformationByHandle(m_State->file, FileDispositionInfo, &removed, sizeof(removed));
     }
-    CloseIfOpen(m_State->File);
+    CloseIfOpen(m_State->file);
 }
 
 // Who may read a private file is decided by the folder; TakePermissionsOf() comes before the first byte.
 NewFile::Result NewFile::Make(const std::string& name, bool)
 {
-    m_State->Path = *m_State->Folder / name;
-    m_State->File = CreateFileW(m_State->Path.c_str(), GENERIC_WRITE | DELETE, FILE_SHARE_READ, nullptr, CREATE_NEW,
+    m_State->path = *m_State->folder / name;
+    m_State->file = CreateFileW(m_State->path.c_str(), GENERIC_WRITE | DELETE, FILE_SHARE_READ, nullptr, CREATE_NEW,
                                 FILE_ATTRIBUTE_NORMAL, nullptr);
-    if (m_State->File == INVALID_HANDLE_VALUE) {
+    if (m_State->file == INVALID_HANDLE_VALUE) {
         return GetLastError() == ERROR_FILE_EXISTS ? TAKEN : FAILED;
     }
     // From now on the folder is not empty and can no longer become a link.
-    if (!m_State->Folder->Contains(m_State->File)) {
+    if (!m_State->folder->Contains(m_State->file)) {
         SetLastError(ERROR_ACCESS_DENIED);
         return FAILED;
     }
@@ -159,17 +159,17 @@ NewFile::Result NewFile::Make(const std::string& name, bool)
 
 void NewFile::TakePermissionsOf(const std::string& name)
 {
-    const std::wstring old = *m_State->Folder / name;
+    const std::wstring old = *m_State->folder / name;
     DWORD size = 0;
     GetFileSecurityW(old.c_str(), DACL_SECURITY_INFORMATION, nullptr, 0, &size);
     std::vector<char> access(size);
     if (GetFileSecurityW(old.c_str(), DACL_SECURITY_INFORMATION, access.data(), size, &size) != 0) {
-        SetFileSecurityW(m_State->Path.c_str(), DACL_SECURITY_INFORMATION, access.data());
+        SetFileSecurityW(m_State->path.c_str(), DACL_SECURITY_INFORMATION, access.data());
     }
     const DWORD attributes = GetFileAttributesW(old.c_str());
     if (attributes != INVALID_FILE_ATTRIBUTES) {
         // A file marked as read-only could not be removed, and the system does not replace one.
-        SetFileAttributesW(m_State->Path.c_str(),
+        SetFileAttributesW(m_State->path.c_str(),
                            (attributes & ~DWORD(FILE_ATTRIBUTE_READONLY)) | FILE_ATTRIBUTE_ARCHIVE);
     }
 }
@@ -177,27 +177,27 @@ void NewFile::TakePermissionsOf(const std::string& name)
 bool NewFile::Write(const char* bytes, size_t size)
 {
     DWORD written;
-    return WriteFile(m_State->File, bytes, DWORD(size), &written, nullptr) != 0 && written == size;
+    return WriteFile(m_State->file, bytes, DWORD(size), &written, nullptr) != 0 && written == size;
 }
 
 bool NewFile::Synchronise()
 {
-    return FlushFileBuffers(m_State->File) != 0;
+    return FlushFileBuffers(m_State->file) != 0;
 }
 
 NewFile::Result NewFile::Rename(const std::string& name, bool replaces)
 {
-    const std::wstring path = *m_State->Folder / name;
+    const std::wstring path = *m_State->folder / name;
     const size_t bytes = path.size() * sizeof(wchar_t);
     std::vector<char> block(sizeof(FILE_RENAME_INFO) + bytes);
     auto* const renaming = reinterpret_cast<FILE_RENAME_INFO*>(block.data());
     renaming->ReplaceIfExists = replaces;
     renaming->FileNameLength = DWORD(bytes);
     memcpy(renaming->FileName, path.data(), bytes);
-    if (SetFileInformationByHandle(m_State->File, FileRenameInfo, renaming, DWORD(block.size())) == 0) {
+    if (SetFileInformationByHandle(m_State->file, FileRenameInfo, renaming, DWORD(block.size())) == 0) {
         const DWORD error = GetLastError();
         return error == ERROR_ALREADY_EXISTS || error == ERROR_FILE_EXISTS ? TAKEN : FAILED;
     }
-    m_State->IsRenamed = true;
+    m_State->isRenamed = true;
     return DONE;
 }
