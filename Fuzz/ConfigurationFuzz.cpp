@@ -1,24 +1,11 @@
 // Arbitrary texts as configurations, from a file and from memory. Where both are documented to agree, they must give
 // the same tree, and a tree that was read must load unchanged from the file to which it is saved.
 
+#include "Input.h"
+#include "ScratchFolder.h"
 #include "ZmConfiguration.h"
-#include "ZmFileSystem.h"
-
-#include <stdio.h>
-#include <stdlib.h>
-
-#include <algorithm>
-#include <random>
-#include <string>
 
 namespace {
-
-struct TemporaryFile {
-    TemporaryFile() : path(ZmGetTempPath().Text() + ("ZmMath-fuzz-" + std::to_string(std::random_device()()))) {}
-    ~TemporaryFile() { remove(path.c_str()); }
-
-    const std::string path;
-};
 
 std::string Print(const ZmConfigurationSection& section)
 {
@@ -48,13 +35,6 @@ std::string Print(const ZmConfiguration& tree)
     return text;
 }
 
-void Demand(bool condition)
-{
-    if (!condition) {
-        abort();
-    }
-}
-
 bool HasLongLine(const std::string& text)
 {
     constexpr size_t kLong = 1000;
@@ -70,25 +50,25 @@ bool HasLongLine(const std::string& text)
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 {
-    static const TemporaryFile file;
+    static const ScratchFolder scratch;
+    static const std::string path = scratch / "configuration";
     const std::string text(reinterpret_cast<const char*>(data), size);
-    if (FILE* stream = fopen(file.path.c_str(), "wb")) {
-        fwrite(text.data(), 1, text.size(), stream);
-        fclose(stream);
-    }
+    WriteFile(path, text);
     ZmConfiguration fromFile(1), fromMemory(0), again(0);
     int fileLine = -1, memoryLine = -1, line = -1;
-    XString fileError, memoryError, error;
-    const int read = fromFile.BuildFromFile(file.path.c_str(), fileLine, fileError);
+    XString fileError, memoryError, error, why;
+    const int read = fromFile.BuildFromFile(path.c_str(), fileLine, fileError);
     fromMemory.BuildFromMemory((text + "\n\n").c_str(), memoryLine, memoryError);
-    if (text.find_first_of(std::string("\r\x1a\0", 3)) != std::string::npos || HasLongLine(text)) {
-        return 0;
+    const bool isPlain = text.find_first_of(std::string("\r\0", 2)) == std::string::npos && !HasLongLine(text);
+    if (isPlain) {
+        Demand(Print(fromFile) == Print(fromMemory) && fileError == memoryError);
+        Demand(read == 0 ? fileLine == memoryLine : fileLine <= memoryLine);
     }
-    Demand(Print(fromFile) == Print(fromMemory) && fileError == memoryError);
-    Demand(read == 0 ? fileLine == memoryLine : fileLine <= memoryLine);
-    if (fromFile.GetNumberOfSubSectionsRecursive() < 10) {
-        Demand(fromFile.SaveToFile(file.path.c_str()) == 1);
-        Demand(again.BuildFromFile(file.path.c_str(), line, error) == 1);
+    const bool canBeSaved = fromFile.CanBeSaved(why) == 1;
+    Demand(canBeSaved || !isPlain);
+    if (canBeSaved && fromFile.GetNumberOfSubSectionsRecursive() < 10) {
+        Demand(fromFile.SaveToFile(path.c_str()) == 1);
+        Demand(again.BuildFromFile(path.c_str(), line, error) == 1);
         Demand(Print(again) == Print(fromFile));
     }
     return 0;
