@@ -112,7 +112,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     Model model;
     ZmBigFile archive;
     Demand(archive.Open(path.c_str(), 1) == 1);
-    for (int step = 0; step < 20 && !input.IsEmpty(); ++step) {
+    for (int step = 0; step < 10 && !input.IsEmpty(); ++step) {
         const int operation = input.UpTo(15);
         const std::string name = input.Text(input.UpTo(3)).c_str();
         if (operation < 4) {

@@ -2,6 +2,7 @@
 
 #include <stddef.h>
 #include <stdint.h>
+#include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
 
@@ -9,9 +10,10 @@
 #include <string>
 
 /// Ends the program, and so reports the input, unless a result is what it must be.
-inline void Demand(bool condition)
+inline void Demand(bool condition, int line = __builtin_LINE())
 {
     if (!condition) {
+        fprintf(stderr, "line %d demands otherwise\n", line);
         abort();
     }
 }
