@@ -15,14 +15,6 @@ struct Entry {
 
 typedef std::vector<Entry> Model;
 
-std::string Lower(std::string text)
-{
-    for (char& c : text) {
-        c = char(c >= 'A' && c <= 'Z' ? c + ('a' - 'A') : c);
-    }
-    return text;
-}
-
 Model::iterator FindEntry(Model& model, const std::string& name)
 {
     return std::find_if(model.begin(), model.end(), [&](const Entry& e) { return e.name == Lower(name); });

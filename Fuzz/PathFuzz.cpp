@@ -59,10 +59,8 @@ void TestUrls(const std::string& text)
     constexpr char kEscaped[] = " \\+,;=@[]^{}";
     XString url, plain(text.c_str());
     Demand(ZmEscapeURL(text.c_str(), url) == 0);
-    std::string lower = text.substr(0, 7), expected;
-    std::transform(lower.begin(), lower.end(), lower.begin(),
-                   [](char c) { return char(c >= 'A' && c <= 'Z' ? c + 32 : c); });
-    if (lower == "file://" || text.find_first_of(kEscaped) == std::string::npos) {
+    std::string expected;
+    if (Lower(text.substr(0, 7)) == "file://" || text.find_first_of(kEscaped) == std::string::npos) {
         expected = text;
     } else {
         expected = text.find("://") == std::string::npos ? "file://" : "";

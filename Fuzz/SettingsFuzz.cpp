@@ -8,14 +8,6 @@
 
 namespace {
 
-std::string Lower(std::string text)
-{
-    for (char& c : text) {
-        c = char(c >= 'A' && c <= 'Z' ? c + ('a' - 'A') : c);
-    }
-    return text;
-}
-
 std::string Unescaped(const std::string& text)
 {
     constexpr char kDigits[] = "0123456789abcdef";

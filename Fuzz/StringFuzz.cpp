@@ -39,17 +39,18 @@ Model ToNul(const Model& text)
     return text.c_str();
 }
 
-Model WithCase(Model text, char first, int distance)
+Model Upper(Model text)
 {
-    for (size_t i = 0; i < text.size() && text[i] != 0; ++i) {
-        text[i] = char(text[i] >= first && text[i] <= first + 25 ? text[i] + distance : text[i]);
+    for (char& c : text) {
+        c = char(c >= 'a' && c <= 'z' ? c - ('a' - 'A') : c);
     }
     return text;
 }
 
-Model Lower(const Model& text)
+/// Case changes only up to the first NUL.
+Model AfterNul(const Model& text)
 {
-    return WithCase(text, 'A', 'a' - 'A');
+    return text.substr(ToNul(text).size());
 }
 
 Model Part(const Model& text, int start, int length = 65535)
@@ -117,8 +118,8 @@ const struct {
      [](const Model&, Step& a) { return Sum(a.other.model, a.word); }},
     {[](XString& s, Step& a) { s.Format("%s|%d", a.other.real.Text(), a.length); },
      [](const Model&, Step& a) { return (ToNul(a.other.model) + "|" + std::to_string(a.length)).substr(0, 511); }},
-    {[](XString& s, Step&) { s.ToUpper(); }, [](const Model& s, Step&) { return WithCase(s, 'a', 'A' - 'a'); }},
-    {[](XString& s, Step&) { s.ToLower(); }, [](const Model& s, Step&) { return Lower(s); }},
+    {[](XString& s, Step&) { s.ToUpper(); }, [](const Model& s, Step&) { return Upper(ToNul(s)) + AfterNul(s); }},
+    {[](XString& s, Step&) { s.ToLower(); }, [](const Model& s, Step&) { return Lower(ToNul(s)) + AfterNul(s); }},
     {[](XString& s, Step&) { s.Trim(); }, [](const Model& s, Step&) { return Trimmed(s); }},
     {[](XString& s, Step&) { s.Strip(); }, [](const Model& s, Step&) { return Stripped(s); }},
     {[](XString& s, Step& a) { s.Crop(uint16_t(a.number), uint16_t(a.length)); },
@@ -168,7 +169,7 @@ void CompareSearches(const Pair& a, const Pair& b, const Step& step)
     Demand(Sign(a.real.Compare(b.real)) == Sign(a.model.compare(b.model)));
     Demand((a.real == b.real) == (a.model == b.model) && (a.real < b.real) == (a.model < b.model));
     const int lengths = int(a.model.size()) - int(b.model.size());
-    const bool same = ToNul(Lower(a.model)) == ToNul(Lower(b.model));
+    const bool same = Lower(ToNul(a.model)) == Lower(ToNul(b.model));
     Demand(a.model.empty() || b.model.empty() ? a.real.ICompare(b.real) == lengths
                                               : (a.real.ICompare(b.real) == 0) == same);
 }
