@@ -1,37 +1,12 @@
 // Opens, lists, searches, reads and saves arbitrary bytes as archives. A saved archive must open with the same entries.
 
+#include "Input.h"
+#include "ScratchFolder.h"
 #include "ZmBigFile.h"
-#include "ZmLog.h"
 
-#include <stdint.h>
-#include <stdlib.h>
-#include <string.h>
-
-#include <filesystem>
-#include <fstream>
-#include <random>
-#include <string>
 #include <vector>
 
 namespace {
-
-namespace fs = std::filesystem;
-
-class Scratch {
-public:
-    Scratch() : m_Folder(fs::temp_directory_path() / ("ArchiveFuzz-" + std::to_string(std::random_device()())))
-    {
-        fs::create_directory(m_Folder);
-        ZmLog::GetLog().UnregisterListener("ZmMath");
-        ZmLog::GetLog().UnregisterListener("OUTPUTDEBUG LISTENER");
-    }
-    ~Scratch() { fs::remove_all(m_Folder); }
-
-    std::string operator/(const char* name) const { return (m_Folder / name).string(); }
-
-private:
-    fs::path m_Folder;
-};
 
 void ReadEntries(ZmBigFile& archive)
 {
@@ -52,12 +27,9 @@ void ReadEntries(ZmBigFile& archive)
 
 void ExpectSame(const ZmBigFile& a, const ZmBigFile& b)
 {
-    bool same = a.GetEntryCount() == b.GetEntryCount();
-    for (int i = 0; same && i < a.GetEntryCount(); ++i) {
-        same = strcmp(a.GetEntryName(i), b.GetEntryName(i)) == 0 && a.GetEntrySize(i) == b.GetEntrySize(i);
-    }
-    if (!same) {
-        abort();
+    Demand(a.GetEntryCount() == b.GetEntryCount());
+    for (int i = 0; i < a.GetEntryCount(); ++i) {
+        Demand(strcmp(a.GetEntryName(i), b.GetEntryName(i)) == 0 && a.GetEntrySize(i) == b.GetEntrySize(i));
     }
 }
 
@@ -65,9 +37,9 @@ void ExpectSame(const ZmBigFile& a, const ZmBigFile& b)
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 {
-    static const Scratch scratch;
-    const std::string path = scratch / "archive", copy = scratch / "copy", list = scratch / "list";
-    std::ofstream(path, std::ios::binary).write(reinterpret_cast<const char*>(data), std::streamsize(size));
+    static const ScratchFolder scratch;
+    static const std::string path = scratch / "archive", copy = scratch / "copy", list = scratch / "list";
+    WriteFile(path, std::string(reinterpret_cast<const char*>(data), size));
     ZmBigFile archive, saved;
     if (!archive.Open(path.c_str(), 1)) {
         return 0;

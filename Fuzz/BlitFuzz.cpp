@@ -1,11 +1,13 @@
 // Arbitrary descriptors and pixels. For a valid descriptor the memory blocks have the exact sizes that it describes, so
-// that any access beyond them is detected; invalid descriptors point to nothing readable.
+// that any access beyond them is detected; invalid descriptors point to nothing readable. All paths must give the same
+// bytes, and a refused operation must change none.
 
 #include "Imaging/ImageView.h"
 #include "Input.h"
 #include "ZmBlit.h"
 #include "ZmNormalMap.h"
 #include "ZmPixelFormat.h"
+#include "ZmProcessor.h"
 #include "ZmQuantization.h"
 #include "ZmResize.h"
 
@@ -22,6 +24,7 @@ struct Image {
 
 void ReadDescriptor(Input& input, ZmImageDescEx& desc)
 {
+    constexpr int kLargest = 48;  // for speed
     memset(static_cast<void*>(&desc), 0, sizeof(desc));
     const uint8_t format = input.Byte();
     ZmPixelFormat2ImageDesc(ZM_PIXELFORMAT(format % 32), desc);
@@ -37,8 +40,8 @@ void ReadDescriptor(Input& input, ZmImageDescEx& desc)
         desc.PaletteEntrySize = input.Byte() % 6;
         desc.PaletteCount = uint16_t(input.Byte() + 1);
     }
-    desc.Width = int8_t(input.Byte());
-    desc.Height = int8_t(input.Byte());
+    desc.Width = int8_t(input.Byte()) % kLargest;
+    desc.Height = int8_t(input.Byte()) % kLargest;
 }
 
 /// Blocks exactly as large as the lines and entries need.
@@ -93,9 +96,20 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
         dst.desc.Width = src.desc.Width;
         dst.desc.Height = src.desc.Height;
     }
-    SetQuantizationSamplingFactor(choice & 0x40 ? 15 : 1);
+    SetQuantizationSamplingFactor(choice & 0x40 ? 15 : 3);
     ReadPixels(input, src);
     ReadPixels(input, dst);
-    kOperations[choice % 7](src.desc, dst.desc);
+    const std::vector<uint8_t> source = src.pixels, before = dst.pixels;
+    const Operation operation = kOperations[choice % 7];
+    const int done = operation(src.desc, dst.desc);
+    Demand(src.pixels == source && (done == 1 || dst.pixels == before));
+    if (dst.desc.PaletteCount == 0) {  // the quantiser has a target of its own
+        const std::vector<uint8_t> onVectorPath = dst.pixels;
+        std::copy(before.begin(), before.end(), dst.pixels.begin());
+        ModifyProcessorFeatures(0, ZMPROCESSOR_FEATURE_SSE | ZMPROCESSOR_FEATURE_MMX);
+        Demand(operation(src.desc, dst.desc) == done);
+        ModifyProcessorFeatures(ZMPROCESSOR_FEATURE_SSE | ZMPROCESSOR_FEATURE_MMX, 0);
+        Demand(dst.pixels == onVectorPath);
+    }
     return 0;
 }

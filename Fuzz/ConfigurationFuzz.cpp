@@ -1,24 +1,12 @@
 // Arbitrary texts as configurations, from a file and from memory. Where both are documented to agree, they must give
-// the same tree, and a tree that was read must load unchanged from the file to which it is saved.
+// the same tree. A tree that was read, or one built of any texts for which CanBeSaved() is true, must load unchanged
+// from the file to which it is saved.
 
+#include "Input.h"
+#include "ScratchFolder.h"
 #include "ZmConfiguration.h"
-#include "ZmFileSystem.h"
-
-#include <stdio.h>
-#include <stdlib.h>
-
-#include <algorithm>
-#include <random>
-#include <string>
 
 namespace {
-
-struct TemporaryFile {
-    TemporaryFile() : path(ZmGetTempPath().Text() + ("ZmMath-fuzz-" + std::to_string(std::random_device()()))) {}
-    ~TemporaryFile() { remove(path.c_str()); }
-
-    const std::string path;
-};
 
 std::string Print(const ZmConfigurationSection& section)
 {
@@ -48,13 +36,6 @@ std::string Print(const ZmConfiguration& tree)
     return text;
 }
 
-void Demand(bool condition)
-{
-    if (!condition) {
-        abort();
-    }
-}
-
 bool HasLongLine(const std::string& text)
 {
     constexpr size_t kLong = 1000;
@@ -66,30 +47,67 @@ bool HasLongLine(const std::string& text)
     return longest > kLong;
 }
 
+/// A tree for which CanBeSaved() is true must load as it was saved.
+bool TestSaving(const ZmConfiguration& tree, const std::string& path)
+{
+    constexpr int kMostSections = 10;  // of deep trees, indentation takes time
+    ZmConfiguration again(0);
+    XString error, why;
+    int line = 0;
+    const bool canBeSaved = tree.CanBeSaved(why) == 1;
+    if (canBeSaved && tree.GetNumberOfSubSectionsRecursive() < kMostSections) {
+        Demand(tree.SaveToFile(path.c_str()) == 1);
+        Demand(again.BuildFromFile(path.c_str(), line, error) == 1);
+        Demand(Print(again) == Print(tree));
+    }
+    return canBeSaved;
+}
+
+/// A tree of any names and values, some of them about as long as a line can be.
+void TestBuiltTree(Input input, const std::string& path)
+{
+    constexpr int kAboutLine = 1000;
+    ZmConfiguration tree(uint16_t(input.UpTo(5)));
+    ZmConfigurationSection* section = nullptr;
+    for (int step = 0; step < 8 && !input.IsEmpty(); ++step) {
+        const int choice = input.UpTo(7);
+        std::string name = input.Text(input.UpTo(4)).c_str(), value = input.Text(input.UpTo(6)).c_str();
+        (choice == 6 ? name : value).append(choice >= 6 ? size_t(kAboutLine + input.UpTo(30)) : 0, 'x');
+        if (choice == 0) {
+            section = tree.CreateSubSection(nullptr, name.c_str());
+        } else if (choice == 1 && section != nullptr) {
+            section = section->CreateSubSection(name.c_str());
+        } else if (section != nullptr) {
+            section->AddEntry(name.c_str(), value.c_str());
+        } else {
+            tree.AddEntry(nullptr, name.c_str(), value.c_str());
+        }
+    }
+    TestSaving(tree, path);
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 {
-    static const TemporaryFile file;
-    const std::string text(reinterpret_cast<const char*>(data), size);
-    if (FILE* stream = fopen(file.path.c_str(), "wb")) {
-        fwrite(text.data(), 1, text.size(), stream);
-        fclose(stream);
-    }
-    ZmConfiguration fromFile(1), fromMemory(0), again(0);
-    int fileLine = -1, memoryLine = -1, line = -1;
-    XString fileError, memoryError, error;
-    const int read = fromFile.BuildFromFile(file.path.c_str(), fileLine, fileError);
-    fromMemory.BuildFromMemory((text + "\n\n").c_str(), memoryLine, memoryError);
-    if (text.find_first_of(std::string("\r\x1a\0", 3)) != std::string::npos || HasLongLine(text)) {
+    static const ScratchFolder scratch;
+    static const std::string path = scratch / "configuration";
+    if (size != 0 && data[0] == 0xFF) {
+        TestBuiltTree(Input(data + 1, size - 1), path);
         return 0;
     }
-    Demand(Print(fromFile) == Print(fromMemory) && fileError == memoryError);
-    Demand(read == 0 ? fileLine == memoryLine : fileLine <= memoryLine);
-    if (fromFile.GetNumberOfSubSectionsRecursive() < 10) {
-        Demand(fromFile.SaveToFile(file.path.c_str()) == 1);
-        Demand(again.BuildFromFile(file.path.c_str(), line, error) == 1);
-        Demand(Print(again) == Print(fromFile));
+    const std::string text(reinterpret_cast<const char*>(data), size);
+    WriteFile(path, text);
+    ZmConfiguration fromFile(1), fromMemory(0);
+    int fileLine = -1, memoryLine = -1;
+    XString fileError, memoryError;
+    const int read = fromFile.BuildFromFile(path.c_str(), fileLine, fileError);
+    fromMemory.BuildFromMemory((text + "\n\n").c_str(), memoryLine, memoryError);
+    const bool isPlain = text.find_first_of(std::string("\r\0", 2)) == std::string::npos && !HasLongLine(text);
+    if (isPlain) {
+        Demand(Print(fromFile) == Print(fromMemory) && fileError == memoryError);
+        Demand(read == 0 ? fileLine == memoryLine : fileLine <= memoryLine);
     }
+    Demand(TestSaving(fromFile, path) || !isPlain);
     return 0;
 }

@@ -322,7 +322,11 @@ unsigned int ZmFile::Printf(const char* format, ...)
 unsigned int ZmFile::Flush()
 {
     FILE* stream = Stream();
-    return unsigned(stream != nullptr ? fflush(stream) : EOF);
+    if (stream == nullptr) {
+        return unsigned(EOF);
+    }
+    // After a read, fflush() is undefined: on Windows it drops what was read ahead, and so moves the file.
+    return m_File->direction == OpenedFile::READING ? 0 : unsigned(fflush(stream));
 }
 
 int ZmFile::EndOfFile()

@@ -1,0 +1,137 @@
+// Operations that combine neighbouring pixels, beside their definitions in doubles: resizing, mipmaps, normal maps and
+// bump maps.
+
+#include "Input.h"
+#include "ZmNormalMap.h"
+#include "ZmPixelFormat.h"
+#include "ZmResize.h"
+
+#include <math.h>
+
+#include <vector>
+
+namespace {
+
+struct Image {
+    Image(int format, int width, int height) : pixels(size_t(width * height))
+    {
+        ZmPixelFormat2ImageDesc(ZM_PIXELFORMAT(format), desc);
+        desc.Width = width;
+        desc.Height = height;
+        desc.BytesPerLine = 4 * width;
+        desc.Pixels = reinterpret_cast<unsigned char*>(pixels.data());
+    }
+    /// The pixel as a number; the image repeats.
+    uint32_t At(int x, int y) const
+    {
+        return pixels[size_t((y + desc.Height) % desc.Height * desc.Width + (x + desc.Width) % desc.Width)];
+    }
+    /// Red, green, blue or alpha; opaque without alpha.
+    uint32_t Channel(int x, int y, int channel) const
+    {
+        const uint32_t mask = Mask(channel);
+        return mask != 0 ? (At(x, y) & mask) >> GetBitShift(mask) : 255;
+    }
+    uint32_t Mask(int channel) const
+    {
+        const uint32_t masks[4] = {desc.RedMask, desc.GreenMask, desc.BlueMask, desc.AlphaMask};
+        return masks[channel];
+    }
+
+    std::vector<uint32_t> pixels;
+    ZmImageDescEx desc = {};
+};
+
+/// The weight of source pixel `at` in result pixel `i`.
+double Weight(int i, int at, int from, int to)
+{
+    const double scale = double(from) / to;
+    if (to < from) {
+        return std::max(0.0, std::min((i + 1) * scale, at + 1.0) - std::max(i * scale, double(at))) / scale;
+    }
+    const double place = std::min(std::max((i + 0.5) * scale - 0.5, 0.0), from - 1.0);
+    return std::max(0.0, 1 - fabs(place - at));
+}
+
+void CompareResized(const Image& src, const Image& dst, int x, int y)
+{
+    constexpr double kRounding = 0.525;
+    double sums[4] = {};
+    for (int v = 0; v < src.desc.Height; ++v) {
+        for (int u = 0; u < src.desc.Width; ++u) {
+            const double weight = Weight(x, u, src.desc.Width, dst.desc.Width) *
+                                  Weight(y, v, src.desc.Height, dst.desc.Height) * src.Channel(u, v, 3);
+            for (int c = 0; c < 3 && weight != 0; ++c) {
+                sums[c] += weight * src.Channel(u, v, c);
+            }
+            sums[3] += weight;
+        }
+    }
+    for (int c = 0; c < 4; ++c) {
+        const double expected = c == 3 ? sums[3] : sums[3] > 0 ? sums[c] / sums[3] : 0;
+        Demand(dst.Mask(c) == 0 || fabs(dst.Channel(x, y, c) - expected) <= kRounding);
+    }
+}
+
+struct Heights {
+    double At(int x, int y) const { return double(image.At(x, y) & mask) / mask; }
+    double U(int x, int y) const { return (At(x + 1, y) - At(x - 1, y)) / 2 * scale; }
+    double V(int x, int y) const { return (At(x, y + 1) - At(x, y - 1)) / 2 * scale; }
+
+    const Image& image;
+    uint32_t mask;
+    double scale;
+};
+
+constexpr double kHalf = 0.5 + 1e-9;  // rounded to nearest
+
+void CompareNormal(const Heights& heights, const Image& dst, int x, int y)
+{
+    const double u = -heights.U(x, y), v = -heights.V(x, y), length = sqrt(u * u + v * v + 1);
+    const double expected[4] = {(u / length + 1) / 2, (v / length + 1) / 2, (1 / length + 1) / 2, heights.At(x, y)};
+    for (int c = 0; c < 4; ++c) {
+        Demand(dst.Mask(c) == 0 || fabs(dst.Channel(x, y, c) - expected[c] * 255) <= kHalf);
+    }
+}
+
+void CompareSlopes(const Heights& heights, const Image& dst, int x, int y)
+{
+    const double slopes[2] = {heights.U(x, y), heights.V(x, y)};
+    for (int c = 0; c < 4; ++c) {
+        const double expected = c < 2 ? std::min(1.0, std::max(-1.0, slopes[c])) * 127 : heights.At(x, y) * 255;
+        const int value = int(dst.Channel(x, y, c));
+        Demand(dst.Mask(c) == 0 || fabs((c < 2 ? int8_t(value) : value) - expected) <= kHalf);
+    }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
+{
+    constexpr int kFormats[] = {ZM_PF_32_ARGB8888, ZM_PF_32_RGB888, ZM_PF_32_ABGR8888, ZM_PF_32_BGRA8888};
+    constexpr int kLargest = 5;
+    Input input(data, size);
+    const int operation = input.UpTo(3), from = kFormats[input.UpTo(3)], to = kFormats[input.UpTo(3)];
+    const int width = 1 + input.UpTo(kLargest), height = 1 + input.UpTo(kLargest);
+    const int bits = 1 + input.UpTo(15), shift = input.UpTo(32 - bits);
+    const uint32_t mask = ((1u << bits) - 1) << shift;
+    const float scale = input.As<float>();
+    const int newWidth = operation == 0 ? 1 + input.UpTo(kLargest) : operation == 1 ? std::max(1, width / 2) : width;
+    const int newHeight = operation == 0 ? 1 + input.UpTo(kLargest) : operation == 1 ? std::max(1, height / 2) : height;
+    Image src(from, width, height), dst(to, newWidth, newHeight);
+    input.Fill(src.pixels.data(), 4 * src.pixels.size());
+    const int done = operation == 0   ? ZmResizeImage32(src.desc, dst.desc)
+                     : operation == 1 ? ZmGenerateMipMap(src.desc, dst.desc)
+                     : operation == 2 ? ZmConvertToNormalMap(src.desc, dst.desc, mask, scale)
+                                      : ZmConvertToBumpMap(src.desc, dst.desc, mask, scale);
+    Demand(done == (operation < 2 || isfinite(scale)));
+    const bool isCopy = operation < 2 && width == newWidth && height == newHeight;  // keeps transparent colours
+    for (int i = 0; i < newWidth * newHeight && done && !isCopy; ++i) {
+        const int x = i % newWidth, y = i / newWidth;
+        const Heights heights = {src, mask, scale};
+        operation < 2    ? CompareResized(src, dst, x, y)
+        : operation == 2 ? CompareNormal(heights, dst, x, y)
+                         : CompareSlopes(heights, dst, x, y);
+    }
+    return 0;
+}
