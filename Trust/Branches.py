@@ -1,0 +1,49 @@
+#!/usr/bin/env python3
+"""Branches of the sources that a run with --coverage has taken.
+
+    Branches.py <build folder> [folder of Sources]
+
+For each file: taken, all, the share, and the lines with branches that were never taken. Branches that only exceptions
+take do not count.
+"""
+
+import collections
+import json
+import pathlib
+import subprocess
+import sys
+
+
+def branches_of(data, root):
+    """Yields file, line, index and count of the branches in one file of counters."""
+    run = subprocess.run(["gcov", "--branch-counts", "--branch-probabilities", "--json-format", "--stdout", data],
+                         capture_output=True, check=True, cwd=root)
+    for text in run.stdout.splitlines():
+        for file in json.loads(text)["files"]:
+            path = pathlib.Path(root, file["file"]).resolve()
+            if path.is_relative_to(root / "Sources"):
+                for line in file["lines"]:
+                    for index, branch in enumerate(line["branches"]):
+                        if not branch["throw"]:
+                            yield path.relative_to(root), line["line_number"], index, max(branch["count"], 0)
+
+
+def main():
+    build = pathlib.Path(sys.argv[1]).resolve()
+    folder = sys.argv[2] if len(sys.argv) > 2 else ""
+    root = pathlib.Path(__file__).resolve().parent.parent
+    counts = collections.defaultdict(collections.Counter)
+    for data in sorted(build.glob(f"CMakeFiles/ZmMathObjects.dir/Sources/{folder}/**/*.gcda")):
+        for path, line, index, count in branches_of(data, root):
+            counts[path][line, index] += count
+    taken = total = 0
+    for path in sorted(counts):
+        missing = sorted({line for (line, _), count in counts[path].items() if count == 0})
+        hits = sum(1 for count in counts[path].values() if count != 0)
+        taken, total = taken + hits, total + len(counts[path])
+        print(f"{path}: {hits} of {len(counts[path])}, {100 * hits // len(counts[path])} %", *missing)
+    print(f"{taken} of {total} branches, {100 * taken / max(total, 1):.1f} %")
+
+
+if __name__ == "__main__":
+    main()

@@ -1,0 +1,101 @@
+// Every fault scenario in turn, again and again and without faults, in one process, which must not grow.
+//
+//     ZmSoak [minutes]    default 60
+
+#include "Faults/Injection.h"
+#include "Faults/Scenarios.h"
+#include "Support/TemporaryFolder.h"
+#include "ZmLog.h"
+
+#include <stdio.h>
+#include <stdlib.h>
+#include <unistd.h>
+
+#include <chrono>
+
+namespace {
+
+/// What must not grow.
+struct Usage {
+    long blocks, pages;
+    size_t files, threads;
+};
+
+size_t CountIn(const char* folder)
+{
+    return size_t(std::distance(std::filesystem::directory_iterator(folder), {}));
+}
+
+Usage UsageNow()
+{
+    long total = 0, resident = 0;
+    if (FILE* file = fopen("/proc/self/statm", "r")) {
+        if (fscanf(file, "%ld %ld", &total, &resident) != 2) {
+            resident = -1;
+        }
+        fclose(file);
+    }
+    return {LiveBlocks(), resident, CountIn("/proc/self/fd"), CountIn("/proc/self/task")};
+}
+
+void Print(const char* when, unsigned long rounds, const Usage& usage)
+{
+    printf("%s: %lu rounds, %ld blocks, %ld pages, %zu files, %zu threads\n", when, rounds, usage.blocks, usage.pages,
+           usage.files, usage.threads);
+    fflush(stdout);
+}
+
+/// Runs each scenario once, in an empty working directory. Returns false if one of them fails.
+bool RunRound(const std::string& folder)
+{
+    bool good = true;
+    for (const auto* scenarios : {&kArchiveScenarios, &kConfigurationScenarios, &kFileScenarios, &kLogScenarios,
+                                  &kMemoryScenarios, &kSystemScenarios}) {
+        for (const Scenario& scenario : *scenarios) {
+            std::filesystem::create_directory(folder);
+            std::filesystem::current_path(folder);
+            scenario.prepare();
+            if (const char* wrong = scenario.check(scenario.run())) {
+                fprintf(stderr, "%s: %s\n", scenario.name, wrong);
+                good = false;
+            }
+            std::filesystem::current_path("/");
+            std::filesystem::remove_all(folder);
+        }
+    }
+    return good;
+}
+
+}  // namespace
+
+int main(int argc, char** argv)
+{
+    using Clock = std::chrono::steady_clock;
+    const double minutes = argc > 1 ? atof(argv[1]) : 60;
+    const auto end =
+        Clock::now() + std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(60 * minutes));
+    ZmLog::GetLog().UnregisterListener("ZmMath");
+    ZmLog::GetLog().UnregisterListener("OUTPUTDEBUG LISTENER");
+    const TemporaryFolder folder;
+    const std::string work = folder / "work";
+    setenv("XDG_CONFIG_HOME", work.c_str(), 1);
+    constexpr unsigned long kWarmUp = 10;
+    unsigned long rounds = 0;
+    Usage before = {}, after = {};
+    bool good = true;
+    do {
+        good = RunRound(work) && good;
+        rounds += 1;
+        after = UsageNow();
+        if (rounds == kWarmUp) {
+            before = after;
+            Print("warm", rounds, before);
+        }
+    } while (good && (rounds <= kWarmUp || Clock::now() < end));
+    Print("end", rounds, after);
+    // The heap may arrange its pages anew, but not without bound.
+    constexpr long kPages = 256;
+    const bool grew = after.blocks > before.blocks || after.pages > before.pages + kPages ||
+                      after.files > before.files || after.threads > before.threads;
+    return !good || grew;
+}
