@@ -1,0 +1,188 @@
+#!/usr/bin/env python3
+"""Plants.py [name]: whether the tests notice the faults in the tables beside this file, or those with that in their names.
+
+A copy of the sources in build/plants contains all faults, each behind a switch that the environment turns on. A table
+has a paragraph for each fault:
+
+    what goes wrong
+        in  <file>[: <text before or around it>]
+        was <expression, or statement with its semicolon; once in the file, or the first from that text on>
+        is  <the faulty one, which may be empty for a statement>
+        why <the reason why no test notices it>
+"""
+import concurrent.futures, json, os, re, resource, shutil, signal, subprocess, sys, tempfile, threading, time, zlib
+from pathlib import Path
+
+PROJECT = Path(__file__).resolve().parents[2]
+COPY = PROJECT / "build/plants"
+BUILD = COPY / "build/release"
+CHECKS = r"Check\.(Allocator|Archive|Blit|Configuration|Example|ExitWith|Faults|Loading)"  # no packages, no headers
+LEAST = 85  # percent of the faults
+WORKERS = 2
+free_numbers, numbers = list(range(WORKERS)), threading.Lock()
+
+
+class Plant:
+    def __init__(self, family, paragraph):
+        name, *lines = paragraph.splitlines()
+        self.family, self.name, self.parts = family, name, {"was": [], "is": [], "why": []}
+        for line in lines:
+            key, _, text = line.strip().partition(" ")
+            self.parts.setdefault(key, []).append(text.strip())
+        self.was, self.new, self.why = (" ".join(self.parts[key]) for key in ("was", "is", "why"))
+        self.file, _, self.context = self.parts["in"][0].partition(": ")
+        self.number = zlib.crc32(f"{family} {name}".encode())  # stays the same if others come and go
+
+    def find(self, source):
+        """Where the original stands."""
+        start = 0
+        if self.context:
+            start = once(self.context, source, "the place").start()
+            return pattern(self.was).search(source, start).span()
+        return once(self.was, source, "the original").span()
+
+    def code(self, old):
+        if self.was.endswith((";", "}")):
+            return f"if (::plant::Is({self.number}u)) {{ {self.new} }} else {{ {old} }}"
+        return f"(::plant::Is({self.number}u) ? ({self.new}) : ({old}))"
+
+
+def pattern(text):
+    """Matches the text with any white space between its words."""
+    words = re.findall(r"\w+|[^\w\s]", text)
+    return re.compile(r"(?<!\w)" * words[0].isidentifier() + r"\s*".join(map(re.escape, words)))
+
+
+def once(text, source, what):
+    found = list(pattern(text).finditer(source))
+    if len(found) != 1:
+        raise ValueError(f"{what} stands there {len(found)} times")
+    return found[0]
+
+
+def read_tables():
+    for table in sorted(Path(__file__).parent.glob("*.txt")):
+        for paragraph in re.split(r"\n{2,}", table.read_text().strip()):
+            yield Plant(table.stem, paragraph)
+
+
+def write_copy(plants):
+    """Copies the tree with the faults in it; files that stay the same keep their time. Returns what is wrong."""
+    errors = []
+    tracked = subprocess.run(["git", "ls-files", "-co", "--exclude-standard"], cwd=PROJECT, capture_output=True,
+                             text=True, check=True).stdout.split("\n")
+    for name in filter(lambda name: (PROJECT / name).is_file(), tracked):
+        content, places = (PROJECT / name).read_bytes(), []
+        for plant in (plant for plant in plants if plant.file == name):
+            try:
+                places.append((*plant.find(content.decode()), plant))
+            except (ValueError, AttributeError) as error:
+                errors.append(f"{plant.family}: {plant.name}: no longer applies to {name}: {error}")
+        text, last = content.decode() if places else "", len(content)
+        for start, end, plant in sorted(places, key=lambda place: place[0], reverse=True):
+            if end > last:
+                errors.append(f"{plant.family}: {plant.name}: overlaps another fault")
+            text, last = text[:start] + plant.code(text[start:end]) + text[end:], start
+        content = text.encode() if places else content
+        target = COPY / name
+        if not target.exists() or target.read_bytes() != content:
+            target.parent.mkdir(parents=True, exist_ok=True)
+            target.write_bytes(content)
+            shutil.copymode(PROJECT / name, target)
+    missing = {plant.file for plant in plants} - set(tracked)
+    return errors + [f"there is no file {name}" for name in missing]
+
+
+def build():
+    """Builds the programs and returns the commands of the tests by name."""
+    def run(*command):
+        result = subprocess.run(command, cwd=COPY, capture_output=True, text=True)
+        if result.returncode != 0:
+            sys.exit("\n".join((result.stdout + result.stderr).splitlines()[-60:]))
+        return result.stdout
+    run("cmake", "--preset", "release", "-DZMMATH_WERROR=OFF", f"-DCMAKE_CXX_FLAGS=-include {COPY}/Trust/Plants/Plant.h")
+    listed = json.loads(run("ctest", "--test-dir", str(BUILD), "-R", CHECKS, "--show-only=json-v1"))
+    commands = {name: [f"{BUILD}/bin/{name}", "--gtest_fail_fast"] for name in ("ZmMathTests", "ZmMathInternalTests")}
+    commands |= {test["name"].split("/")[1]: test["command"] for test in listed["tests"]}
+    words = {word for command in commands.values() for word in command if re.match(f"{BUILD}/(bin|lib)/", word)}
+    targets = {Path(word).name.removeprefix("lib").split(".")[0] for word in words}
+    run("cmake", "--build", "--preset", "release", f"-j{WORKERS}", "--target", *sorted(targets))
+    return commands
+
+
+def in_order(family, commands):
+    """The tests of the family first."""
+    tests = "".join(path.read_text() for path in sorted((PROJECT / "Tests" / family).rglob("*.cpp")))
+    suites = sorted(set(re.findall(r"^TEST(?:_[FP])?\((\w+),", tests, re.M)))
+    own = "--gtest_filter=" + ":".join(f"{suite}.*:*/{suite}.*" for suite in suites)
+    first = {f"{name} of {family}": [*commands[name], own] for name in list(commands)[:2] if suites}
+    tools = {name: command for name, command in commands.items() if family == "Tools" and "Tool" in name}
+    return first | tools | {name: command for name, command in commands.items() if name not in tools}
+
+
+def run_one(name, command, plant, limit):
+    """Returns the name of the test that failed, or None."""
+    with numbers:
+        number = free_numbers.pop()
+    own = COPY / f"worker{number}"  # several run at the same time
+    with tempfile.TemporaryDirectory() as temporary:
+        command = [word.replace(f"{BUILD}/Tests/Checks/", f"{own}/") for word in command]
+        environment = dict(os.environ, TMPDIR=temporary, ZMMATH_PLANT=str(plant.number if plant else 0))
+        own.mkdir(exist_ok=True)
+        process = subprocess.Popen(command, cwd=own, env=environment, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
+                                   stderr=subprocess.STDOUT, text=True, errors="replace", start_new_session=True)
+        try:
+            output, hangs = process.communicate(timeout=limit)[0], False
+        except subprocess.TimeoutExpired:
+            hangs = True
+            os.killpg(process.pid, signal.SIGKILL)
+            output = process.communicate()[0]
+    with numbers:
+        free_numbers.append(number)
+    if process.returncode == 0:
+        return None
+    if plant is None:
+        print(output[-3000:])
+    found = re.findall(r"^\[ +FAILED +\] ([\w/.]+)", output, re.M) or re.findall(r"^\[ RUN +\] ([\w/.]+)", output, re.M)[-1:]
+    return (found[0] if found else name) + (" (hangs)" if hangs else "")
+
+
+def try_plant(plant, commands, limits):
+    for name, command in in_order(plant.family, commands).items():
+        caught = run_one(name, command, plant, limits[name.split(" of ")[0]])
+        if caught:
+            return caught
+    return None
+
+
+def main():
+    resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
+    wanted = sys.argv[1] if len(sys.argv) > 1 else ""
+    plants = list(read_tables())
+    errors = write_copy(plants)
+    if errors:
+        sys.exit("\n".join(errors))
+    commands, limits = build(), {}
+    for name, command in commands.items():
+        start = time.monotonic()
+        if run_one(name, command, None, 1000):
+            sys.exit(f"{name} fails without any fault")
+        limits[name] = 60 + 10 * (time.monotonic() - start)
+    sums = {}
+    with concurrent.futures.ThreadPoolExecutor(WORKERS) as pool:
+        chosen = [plant for plant in plants if wanted in f"{plant.family}: {plant.name}"]
+        results = pool.map(lambda plant: try_plant(plant, commands, limits), chosen)
+        for plant, caught in zip(chosen, results):
+            total = sums.setdefault(plant.family, [0, 0])
+            total[0] += caught is not None
+            total[1] += 1
+            reason = f" ({plant.why})" if plant.why else ""
+            print(f"{plant.family}: {plant.name}: " + (f"caught by {caught}" if caught else f"SURVIVES{reason}"), flush=True)
+    for family, (caught, count) in sums.items():
+        print(f"{family}: {caught} of {count}")
+    caught, count = (sum(total[i] for total in sums.values()) for i in (0, 1))
+    print(f"{caught} of {count} caught")
+    sys.exit(100 * caught < LEAST * count)
+
+
+main()
