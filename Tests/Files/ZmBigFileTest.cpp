@@ -168,7 +168,7 @@ TEST_F(ZmBigFileTest, FindsWhatThePathSplitterLeaves)
 
 TEST_F(ZmBigFileTest, AFileThatIsMissingLeavesAnEmptyEntryOrZeros)
 {
-    const std::string disk = m_Folder / "disk", grown = m_Folder / "grown";
+    const std::string disk = m_Folder / "disk", grown = m_Folder / "grown", below = m_Folder / "below";
     MakeFile(disk, "four");
     EXPECT_EQ(m_Archive.Save(nullptr, nullptr), 0) << "no name yet";
     EXPECT_EQ(m_Archive.Append("None", (m_Folder / "none").c_str(), 1, 0), 0);
@@ -179,12 +179,17 @@ TEST_F(ZmBigFileTest, AFileThatIsMissingLeavesAnEmptyEntryOrZeros)
     MakeFile(grown, "four");
     EXPECT_EQ(m_Archive.Append("Grown", grown.c_str(), 1, 0), 1);
     MakeFile(grown, "longer");
+    std::filesystem::create_directory(below);
+    MakeFile(below + "/file", "four");
+    EXPECT_EQ(m_Archive.Append("Below", (below + "/file").c_str(), 1, 0), 1);
+    std::filesystem::remove_all(below);
+    MakeFile(below, "a file, no folder");
     std::filesystem::remove(disk);
     ASSERT_EQ(m_Archive.Save(m_Path.c_str(), nullptr), 1);
     const std::string zeros(4, '\0');
-    EXPECT_EQ(Saved(), (Members{{"none", ""}, {"folder", ""}, {"disk", zeros}, {"grown", zeros}}));
+    EXPECT_EQ(Saved(), (Members{{"none", ""}, {"folder", ""}, {"disk", zeros}, {"grown", zeros}, {"below", zeros}}));
     const std::vector<HeardMessage> heard = m_Messages.Take();
-    ASSERT_EQ(heard.size(), 2u);
+    ASSERT_EQ(heard.size(), 3u);
     EXPECT_EQ(heard[0].line, 337);
     EXPECT_EQ(heard[0].text, "File " + disk + " is missing for the big file saving");
 }

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Plants.py [name]: whether the tests notice the faults in the tables beside this file, or those with that in their names.
+"""Plants.py [name]: whether the tests notice the faults of the tables beside this file, or those with that name.
 
 A copy of the sources in build/plants contains all faults, each behind a switch that the environment turns on. A table
 has a paragraph for each fault:
@@ -16,11 +16,12 @@ from pathlib import Path
 PROJECT = Path(__file__).resolve().parents[2]
 COPY = PROJECT / "build/plants"
 BUILD = COPY / "build/release"
-CHECKS = r"Check\.(Allocator|Archive|Blit|Configuration|Example|ExitWith|Faults|Loading)"  # no packages, no headers
+CHECKS = "Allocator|Archive|Blit|Configuration|Example|ExitWith|Faults|Loading"  # no packages, no headers
 TARGETS = r"^(?!ZmDebuggers)(Zm\w+Tests?|ZmExample\w+|ZmLoadingModule|ZmDisturber|zmarchive): phony"
 LEAST = 85  # percent of the faults
 WORKERS = 2
-free_numbers, numbers = list(range(WORKERS)), threading.Lock()
+SKIPPED = 77  # the exit code of a check that cannot run here
+free_workers, numbers = list(range(WORKERS)), threading.Lock()
 
 
 class Plant:
@@ -101,58 +102,64 @@ def build():
         if result.returncode != 0:
             sys.exit("\n".join((result.stdout + result.stderr).splitlines()[-60:]))
         return result.stdout
-    run("cmake", "--preset", "release", "-DZMMATH_WERROR=OFF", f"-DCMAKE_CXX_FLAGS=-include {COPY}/Trust/Plants/Plant.h")
+    switch = f"-include {COPY}/Trust/Plants/Plant.h"
+    run("cmake", "--preset", "release", "-DZMMATH_WERROR=OFF", f"-DCMAKE_CXX_FLAGS={switch}")
     known = run("cmake", "--build", "--preset", "release", "--target", "help")
     run("cmake", "--build", "--preset", "release", f"-j{WORKERS}", "--target", *re.findall(TARGETS, known, re.M))
-    listed = json.loads(run("ctest", "--test-dir", str(BUILD), "-R", CHECKS, "--show-only=json-v1"))
-    commands = {name: [f"{BUILD}/bin/{name}", "--gtest_fail_fast"] for name in ("ZmMathTests", "ZmMathInternalTests")}
-    commands |= {test["name"].split("/")[1]: test["command"] for test in listed["tests"]}
-    return commands
+    listed = json.loads(run("ctest", "--test-dir", str(BUILD), "--show-only=json-v1"))["tests"]
+    commands = {test["name"].split("/", 1)[1]: test.get("command") for test in listed}
+    return {name: command for name, command in commands.items() if re.match(rf"(?!Check\.)|Check\.({CHECKS})", name)}
 
 
 def in_order(family, commands):
-    """The tests of the family first."""
-    tests = "".join(path.read_text() for path in sorted((PROJECT / "Tests" / family).rglob("*.cpp")))
-    suites = sorted(set(re.findall(r"^TEST(?:_[FP])?\((\w+),", tests, re.M)))
-    own = "--gtest_filter=" + ":".join(f"{suite}.*:*/{suite}.*" for suite in suites)
-    first = {f"{name} of {family}": [*commands[name], own] for name in list(commands)[:2] if suites}
-    tools = {name: command for name, command in commands.items() if family == "Tools" and "Tool" in name}
-    return first | tools | {name: command for name, command in commands.items() if name not in tools}
+    """The tests of the family first, the slowest one last."""
+    tests = "".join(path.read_text() for path in (PROJECT / "Tests" / family).rglob("*.cpp"))
+    own = re.findall(r"^TEST(?:_[FP])?\((\w+),", tests, re.M)
+    def place(name):
+        return name == "Check.Faults", name.split(".")[0] not in own and not (family == "Tools" and "Tool" in name)
+    return {name: commands[name] for name in sorted(commands, key=place)}
 
 
-def run_one(name, command, plant, limit):
-    """Returns the name of the test that failed, or None."""
+def run_one(name, command, number, limit):
+    """Whether the test passes with the fault of that number; what it prints, or "hangs"."""
     with numbers:
-        number = free_numbers.pop()
-    own = COPY / f"worker{number}"  # several run at the same time
+        worker = free_workers.pop()
+    own = COPY / f"worker{worker}"  # several run at the same time
+    own.mkdir(exist_ok=True)
+    command = [word.replace(f"{BUILD}/Tests/Checks/", f"{own}/") for word in command]
     with tempfile.TemporaryDirectory() as temporary:
-        command = [word.replace(f"{BUILD}/Tests/Checks/", f"{own}/") for word in command]
-        environment = dict(os.environ, TMPDIR=temporary, ZMMATH_PLANT=str(plant.number if plant else 0))
-        own.mkdir(exist_ok=True)
+        environment = dict(os.environ, TMPDIR=temporary, ZMMATH_PLANT=str(number))
         process = subprocess.Popen(command, cwd=own, env=environment, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
                                    stderr=subprocess.STDOUT, text=True, errors="replace", start_new_session=True)
         try:
-            output, hangs = process.communicate(timeout=limit)[0], False
+            output = process.communicate(timeout=limit)[0]
         except subprocess.TimeoutExpired:
-            hangs = True
+            output = "hangs"
             os.killpg(process.pid, signal.SIGKILL)
-            output = process.communicate()[0]
+            process.communicate()
     with numbers:
-        free_numbers.append(number)
-    if process.returncode == 0:
-        return None
-    if plant is None:
-        print(output[-3000:])
-    found = re.findall(r"^\[ +FAILED +\] ([\w/.]+)", output, re.M) or re.findall(r"^\[ RUN +\] ([\w/.]+)", output, re.M)[-1:]
-    return (found[0] if found else name) + (" (hangs)" if hangs else "")
+        free_workers.append(worker)
+    return process.returncode in (0, SKIPPED), output
 
 
 def try_plant(plant, commands, limits):
     for name, command in in_order(plant.family, commands).items():
-        caught = run_one(name, command, plant, limits[name.split(" of ")[0]])
-        if caught:
-            return caught
+        passes, output = run_one(name, command, plant.number, limits[name])
+        if not passes:
+            return name + (" (hangs)" if output == "hangs" else "")
     return None
+
+
+def limits_of(pool, commands):
+    """Runs all tests without a fault. Returns how long each may take with one."""
+    def run(item):
+        start = time.monotonic()
+        passes, output = run_one(*item, 0, 1000)
+        if not passes:
+            print(f"{item[0]} fails without any fault\n{output[-3000:]}")
+            os._exit(1)
+        return item[0], 60 + 10 * (time.monotonic() - start)
+    return dict(pool.map(run, commands.items()))
 
 
 def main():
@@ -162,22 +169,16 @@ def main():
     errors = write_copy(plants)
     if errors:
         sys.exit("\n".join(errors))
-    commands, limits = build(), {}
-    for name, command in commands.items():
-        start = time.monotonic()
-        if run_one(name, command, None, 1000):
-            sys.exit(f"{name} fails without any fault")
-        limits[name] = 60 + 10 * (time.monotonic() - start)
-    sums = {}
+    commands, sums = build(), {}
     with concurrent.futures.ThreadPoolExecutor(WORKERS) as pool:
+        limits = limits_of(pool, commands)
         chosen = [plant for plant in plants if wanted in f"{plant.family}: {plant.name}"]
-        results = pool.map(lambda plant: try_plant(plant, commands, limits), chosen)
-        for plant, caught in zip(chosen, results):
+        for plant, caught in zip(chosen, pool.map(lambda plant: try_plant(plant, commands, limits), chosen)):
             total = sums.setdefault(plant.family, [0, 0])
             total[0] += caught is not None
             total[1] += 1
-            reason = f" ({plant.why})" if plant.why else ""
-            print(f"{plant.family}: {plant.name}: " + (f"caught by {caught}" if caught else f"SURVIVES{reason}"), flush=True)
+            result = f"caught by {caught}" if caught else f"SURVIVES ({plant.why or 'nobody knows why'})"
+            print(f"{plant.family}: {plant.name}: {result}", flush=True)
     for family, (caught, count) in sums.items():
         print(f"{family}: {caught} of {count}")
     caught, count = (sum(total[i] for total in sums.values()) for i in (0, 1))
