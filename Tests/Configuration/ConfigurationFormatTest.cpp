@@ -145,7 +145,7 @@ TEST_F(ConfigurationFormatTest, WhatCanBeSavedLoadsAsTheSameTree)
 
 TEST_F(ConfigurationFormatTest, TheReasonNamesTheFirstPlace)
 {
-    const std::string tooLong(1018, 'x');
+    const std::string longest(1013, 'x'), tooLong(1015, 'x');
     const struct {
         const char *section, *name, *value, *why;
     } kRows[] = {
@@ -163,6 +163,7 @@ TEST_F(ConfigurationFormatTest, TheReasonNamesTheFirstPlace)
     for (const auto& row : kRows) {
         ZmConfiguration tree(4);
         tree.AddEntry("fine", "name with blanks", "a value = # < >");
+        tree.AddEntry("fine", "longest", longest.c_str());
         XString why("old");
         EXPECT_EQ(tree.CanBeSaved(why), 1);
         EXPECT_STREQ(why.Text(), "");
@@ -186,6 +187,15 @@ TEST_F(ConfigurationFormatTest, IndentationNeverMakesALineTooLong)
     EXPECT_LT(std::filesystem::file_size(m_Path), 600 * 1024u);
     ASSERT_EQ(copy.BuildFromFile(m_Path.c_str(), line, error), 1) << error.Text();
     EXPECT_EQ(TextOf(copy), TextOf(tree));
+}
+
+TEST_F(ConfigurationFormatTest, LongNamesAndValuesAreWrittenWhole)
+{
+    const std::string name(40000, 'n'), value(60000, 'v');
+    ZmConfiguration tree(2);
+    tree.AddEntry(nullptr, name.c_str(), value.c_str());
+    ASSERT_EQ(tree.SaveToFile(m_Path.c_str()), 1);
+    EXPECT_EQ(BytesOf(m_Path).find(name + " = " + value), 0u);
 }
 
 TEST_F(ConfigurationFormatTest, FilesAreWrittenAsThis)

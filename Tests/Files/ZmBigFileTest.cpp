@@ -128,7 +128,7 @@ TEST_F(ZmBigFileModelTest, SavesWhatWasAppendedRemovedReplacedAndReordered)
 
 TEST_F(ZmBigFileTest, FindsNamesWithoutTheirDirectoryInAnyCase)
 {
-    Make({{"tex.bmp", "top"}, {"dir/tex.bmp", "inside"}, {"b", ""}, {"b", "later"}});
+    Make({{"tex.bmp", "top"}, {"dir/tex.bmp", "inside"}, {"b", "1"}, {"b", ""}, {"b", "later"}});
     ZmSubFile sub;
     for (const char* name : {"tex.bmp", "TEX.bmp", "c:\\dir/Tex.BMP"}) {
         SCOPED_TRACE(name);
@@ -140,6 +140,8 @@ TEST_F(ZmBigFileTest, FindsNamesWithoutTheirDirectoryInAnyCase)
     EXPECT_EQ(m_Archive.Find("tex", nullptr), 0);
     EXPECT_EQ(m_Archive.Remove("DIR/TEX.BMP"), 1);
     EXPECT_EQ(m_Archive.Remove("dir/tex.bmp"), 0);
+    EXPECT_EQ(m_Archive.RemoveEntry(1), 1);
+    EXPECT_EQ(m_Archive.Find("b", nullptr), 1) << "only an earlier one is gone";
     EXPECT_EQ(m_Archive.RemoveEntry(2), 1);
     EXPECT_EQ(m_Archive.RemoveEntry(2), 0);
     EXPECT_EQ(m_Archive.Find("b", nullptr), 0);
@@ -166,7 +168,7 @@ TEST_F(ZmBigFileTest, FindsWhatThePathSplitterLeaves)
 
 TEST_F(ZmBigFileTest, AFileThatIsMissingLeavesAnEmptyEntryOrZeros)
 {
-    const std::string disk = m_Folder / "disk";
+    const std::string disk = m_Folder / "disk", grown = m_Folder / "grown", below = m_Folder / "below";
     MakeFile(disk, "four");
     EXPECT_EQ(m_Archive.Save(nullptr, nullptr), 0) << "no name yet";
     EXPECT_EQ(m_Archive.Append("None", (m_Folder / "none").c_str(), 1, 0), 0);
@@ -174,11 +176,20 @@ TEST_F(ZmBigFileTest, AFileThatIsMissingLeavesAnEmptyEntryOrZeros)
     EXPECT_EQ(m_Archive.Append("Disk", disk.c_str(), 1, 0), 1);
     EXPECT_EQ(m_Archive.GetEntrySize(2), 4u);
     EXPECT_EQ(m_Archive.GetEntryFile(2, nullptr), 0) << "not in the file yet";
+    MakeFile(grown, "four");
+    EXPECT_EQ(m_Archive.Append("Grown", grown.c_str(), 1, 0), 1);
+    MakeFile(grown, "longer");
+    std::filesystem::create_directory(below);
+    MakeFile(below + "/file", "four");
+    EXPECT_EQ(m_Archive.Append("Below", (below + "/file").c_str(), 1, 0), 1);
+    std::filesystem::remove_all(below);
+    MakeFile(below, "a file, no folder");
     std::filesystem::remove(disk);
     ASSERT_EQ(m_Archive.Save(m_Path.c_str(), nullptr), 1);
-    EXPECT_EQ(Saved(), (Members{{"none", ""}, {"folder", ""}, {"disk", std::string(4, '\0')}}));
+    const std::string zeros(4, '\0');
+    EXPECT_EQ(Saved(), (Members{{"none", ""}, {"folder", ""}, {"disk", zeros}, {"grown", zeros}, {"below", zeros}}));
     const std::vector<HeardMessage> heard = m_Messages.Take();
-    ASSERT_EQ(heard.size(), 1u);
+    ASSERT_EQ(heard.size(), 3u);
     EXPECT_EQ(heard[0].line, 337);
     EXPECT_EQ(heard[0].text, "File " + disk + " is missing for the big file saving");
 }
@@ -284,6 +295,7 @@ const struct {
     {"an index beyond the file", "ZMBG" + WordBytes(0xFFFFFFFF) + "a" + std::string(5, '\0'), 1, 1, 0, 1},
     {"an unterminated name", "ZMBG" + WordBytes(8) + std::string("a\0\1\0\0\0bbX", 9), 1, 1, 1, 1},
     {"a size that is cut", "ZMBG" + WordBytes(9) + std::string("a\0\1\0\0\0b\0\1X", 10), 1, 1, 1, 1},
+    {"a size that lacks a byte", "ZMBG" + WordBytes(11) + std::string("a\0\1\0\0\0b\0\1\0\0X", 12), 1, 1, 1, 1},
     {"an overlong name", ArchiveBytes({{"a", "1"}, {std::string(65535, 'n'), "2"}}), 1, 1, 1, 1},
     {"the longest name", ArchiveBytes({{"a", "1"}, {std::string(65534, 'n'), "2"}}), 1, 2, 1, 1},
     {"ends in its last entry", ArchiveBytes({{"a", "1"}, {"b", "22"}}).substr(0, 22), 1, 2, 0, 0},

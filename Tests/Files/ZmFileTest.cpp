@@ -117,6 +117,16 @@ TEST(ZmFileTest, SeekMovesBySignsOfTheCLibrary)
     }
 }
 
+TEST(ZmFileTest, SizesEndBelow4GiB)
+{
+    const TemporaryFolder folder;
+    MakeFile(folder / "file");
+    std::filesystem::resize_file(folder / "file", (uint64_t(1) << 32) + 5);  // takes no room on the disk
+    ZmFile file;
+    ASSERT_TRUE(file.Open((folder / "file").c_str(), ZmFile::READONLY));
+    EXPECT_EQ(file.Size(), UINT32_MAX);
+}
+
 TEST(ZmFileTest, PrintfFlushAndScanfGiveTheCLibrarysResults)
 {
     const TemporaryFolder folder;
@@ -340,6 +350,9 @@ TEST(ZmFileTest, CopiesShareOneFile)
     ASSERT_TRUE(first.Open((folder / "file").c_str(), ZmFile::READONLY)) << "and can be opened anew, for itself";
     ExpectRefusal(third);
     EXPECT_EQ(first.Size(), 4u);
+    third = first;
+    ASSERT_TRUE(first.Open((folder / "file").c_str(), ZmFile::READONLY)) << "which closes it for the other copies";
+    ExpectRefusal(third);
 }
 
 TEST(ZmFileTest, TheModeWordTellsFilesFromFolders)

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 #include <stdlib.h>
 
+#include <algorithm>
 #include <string>
 #include <utility>
 #include <vector>
@@ -243,7 +244,11 @@ TEST(XFixedSizeAllocatorTest, ChunksHoldAsManyBlocksAsAPage)
         XFixedSizeAllocator allocator(row.blockSize, row.pageSize);
         EXPECT_EQ(allocator.GetChunksTotalSize(), 0);
         EXPECT_EQ(allocator.GetChunksOccupation(), 0);
-        EXPECT_NE(allocator.Allocate(), nullptr);
+        char* block = static_cast<char*>(allocator.Allocate());
+        ASSERT_NE(block, nullptr);
+        const int occupation = allocator.GetChunksOccupation();
+        allocator.Free(block + std::max(row.blockSize, 4));
+        EXPECT_EQ(allocator.GetChunksOccupation(), occupation) << "the next block was never handed out";
         EXPECT_EQ(allocator.GetChunksTotalSize(), row.chunkBytes) << row.blockSize << " of " << row.pageSize;
     }
 }

@@ -242,6 +242,8 @@ void PrintInTurn(const HeardMessage& message)
         ZmLog::GetLog()
             .SetInformationMT(message.module, ZmLog::LEVEL_DEBUG, 2, "inner")
             .PrintMT("inner%s", longText.c_str());
+        // Nobody listens to this module.
+        ZmLog::GetLog().SetInformationMT(message.module + 1, ZmLog::LEVEL_DEBUG, 3, "inner").PrintMT("inner, unheard");
     }
 }
 

@@ -55,6 +55,16 @@ TEST(ZmDecompositionTest, RecomposeMatrixScalesThenTurnsThenMoves)
     });
 }
 
+TEST(ZmDecompositionTest, TheTranslationMayBeTheMatrixsOwn)
+{
+    ZmMatrix m({1, 0, 0}, {0, 1, 0}, {0, 0, 1}, {1, 2, 3});
+    const ZmMatrix before = m;
+    const ZmVector scale(1, 1, 1);
+    const ZmQuaternion none;
+    m.RecomposeMatrixEx(reinterpret_cast<const ZmVector*>(m[3]), &scale, &none, &none, 1);
+    EXPECT_TRUE(m.Compare(before));
+}
+
 TEST(ZmDecompositionTest, InterpolationBlendsPositionScaleAndRotation)
 {
     OnEachPath(20, [](Random& random) {

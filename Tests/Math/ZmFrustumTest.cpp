@@ -98,4 +98,12 @@ TEST(ZmFrustumTest, TransformMovesTurnsAndScalesTheCorners)
     });
 }
 
+TEST(ZmFrustumTest, AnAxisThatVanishesStaysZero)
+{
+    ZmFrustum frustum;
+    frustum.Transform(ZmMatrix({0, 0, 0}, {0, 1, 0}, {0, 0, 1}, {0, 0, 0}));
+    EXPECT_EQ(frustum.Right, ZmVector(0, 0, 0));
+    EXPECT_EQ(frustum.HalfWidth, 0);
+}
+
 }  // namespace

@@ -138,6 +138,8 @@ TEST(ZmBestFitBBoxTest, TheCovarianceIsThatOfThePopulation)
     ZmEigenMatrix eigen;
     eigen.Covariance(Bytes(cloud), 12, 4);
     EXPECT_EQ(std::memcmp(eigen.Matrix, expected, sizeof(expected)), 0);
+    eigen.Covariance(Bytes({{0, 0, 0}, {0, 0, 0}, {0, 0, 0}, {0, 0, 0}, {6, 0, 0}, {0, 0, 0}}), 12, 6);
+    EXPECT_FLOAT_EQ(eigen.Matrix[0][0], 5) << "no whole number of registers";
     eigen.Covariance(Bytes(cloud), 12, 0);
     EXPECT_EQ(eigen.Matrix[0][0], 0) << "no points";
     eigen.Covariance(nullptr, 12, 4);

@@ -68,6 +68,7 @@ const struct {
     {"ray from a face inwards", kRay, {{-1, 0, 0}, {1, 0, 0}}, -1, 0, 2, -kX, -kX},
     {"ray without direction, inside", kRay, {{0.5f, 0, 0}, {0, 0, 0}}, -1, 0, 0, kNone, kNone},
     {"ray in the plane of a face", kRay, {{-3, 1, 0}, {1, 0, 0}}, 1, 2, 4, -kX, -kX},
+    {"ray in the plane of the face opposite", kRay, {{-3, -1, 0}, {1, 0, 0}}, 1, 2, 4, -kX, -kX},
     {"ray beside a face", kRay, {{-3, 1.0001f, 0}, {1, 0, 0}}, 0, 0, 0, kNone, kNone},
     {"ray away from the box", kRay, {{3, 0, 0}, {1, 0, 0}}, 0, 0, 0, kNone, kNone},
     {"ray that leaves at its start", kRay, {{1, 0, 0}, {1, 0, 0}}, 0, 0, 0, kNone, kNone},

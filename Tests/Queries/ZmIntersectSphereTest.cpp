@@ -107,6 +107,7 @@ const struct {
     float t0, t1;
 } kMeetings[] = {
     {"touching at the start", {3, 0, 0}, {9, 9, 9}, 1, 0, 0},
+    {"touching at rest", {3, 0, 0}, {3, 3, 0}, 1, 0, 0},
     {"overlapping at the start", {1, 0, 0}, {1, 3, 0}, 1, 0, 0},
     {"head on", {9, 0, 0}, {-3, 3, 0}, 1, 0.5f, 1},
     {"first contact at exactly 1", {9, 0, 0}, {3, 3, 0}, 1, 1, 2},

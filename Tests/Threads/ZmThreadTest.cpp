@@ -105,6 +105,10 @@ TEST(ZmThreadTest, NameAndPriorityAreThoseOfTheCreation)
     named.SetPriority(ZmThread::PRIORITY_LOWEST);
     EXPECT_TRUE(named.GetName() == "loader" && named.GetPriority() == ZmThread::PRIORITY_BELOW_NORMAL);
     EXPECT_EQ(unnamed.GetName().Text(), "THREAD_" + std::to_string(uintptr_t(unnamed.GetHandle())));
+    named.m_Open = true;
+    EXPECT_EQ(named.Code(), 7u);
+    named.Close();
+    EXPECT_EQ(named.GetPriority(), ZmThread::PRIORITY_NORMAL);
 }
 
 TEST(ZmThreadTest, NamesReachTheSystem)

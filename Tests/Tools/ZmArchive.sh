@@ -57,6 +57,13 @@ cmp out.d/dir/sub/large.bin ../in/Dir/sub/large.bin
 cmp out.d/readme.txt ../in/README.txt
 [ -e out.d/dir/empty ] || fail 'the empty file is missing'
 
+for force in '' --force; do
+    expect 0 '3 entries' create $force ../in/self.zmbg ../in # without itself
+done
+rm ../in/self.zmbg
+head -c 1023950 /dev/zero >thousand
+expect 0 '1 entry, 1.0 MB$' create thousand.zmbg thousand
+
 # Changes.
 printf 'new' >new.txt
 expect 1 'already exists \(--force' create in.zmbg new.txt

@@ -109,6 +109,18 @@ int AppendLater()
     return archive.Append("d", "deferred", 1, 0) && archive.Save("other", nullptr);
 }
 
+int AppendGone()
+{
+    ZmBigFile archive;
+    return archive.Append("d", "deferred", 1, 0) && remove("deferred") == 0 && archive.Save("other", nullptr);
+}
+
+const char* CheckZeros(int res)
+{
+    const std::string zeros(kDeferred.size(), '\0');
+    return res != 0 && BytesOf("other") != ArchiveBytes({{"d", zeros}}) ? kWrongBytes : nullptr;
+}
+
 const char* CheckOther(int res)
 {
     const std::string bytes = BytesOf("other");
@@ -151,6 +163,7 @@ const std::vector<Scenario> kArchiveScenarios = {
     {"archive read", MakeArchive, ReadArchive, CheckRead},
     {"archive of a file read now", MakeArchive, AppendNow, CheckOther},
     {"archive of a deferred file", MakeArchive, AppendLater, CheckOther},
+    {"archive of a file that is gone", MakeArchive, AppendGone, CheckZeros},
     {"archive reordered", MakeLists, Reorder, CheckOrder},
     {"archive listed", MakeArchive, ListArchive, Always},
     {"archive behind a link saved", MakeLinkedArchive, [] { return SaveArchive("archive"); }, CheckLinkedArchive},

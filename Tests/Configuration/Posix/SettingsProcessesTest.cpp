@@ -94,4 +94,15 @@ TEST(SettingsProcessesTest, LinesOfOthersAndLinksStay)
     std::filesystem::remove(folder + "linked.settings");
 }
 
+TEST(SettingsProcessesTest, NothingIsWrittenWithoutTheLock)
+{
+    const std::string lock = std::string(getenv("XDG_CONFIG_HOME")) + "/Software/Quarnel/UserConfig/.lock";
+    WriteSetting("Locked", "name", "old");
+    std::filesystem::remove(lock);
+    std::filesystem::create_directory(lock);
+    WriteSetting("Locked", "name", "new");
+    EXPECT_EQ(ReadSetting("Locked", "name"), "old");
+    std::filesystem::remove(lock);
+}
+
 }  // namespace

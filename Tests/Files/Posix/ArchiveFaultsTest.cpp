@@ -66,4 +66,41 @@ TEST(ArchiveFaultsTest, AFullDiskNeverCostsTheOldArchive)
     EXPECT_EQ(status.st_mode & 07777, 0640u);
 }
 
+constexpr uint64_t kMostBytes = 0x7FFFFFFF, kHeaderAndRecord = 8 + 6;
+
+const struct {
+    const char* name;
+    std::vector<uint64_t> sizes;
+    int saves;
+} kLargeArchives[] = {
+    {"the largest", {kMostBytes - kHeaderAndRecord}, 1},
+    {"one byte too large", {kMostBytes - kHeaderAndRecord + 1}, 0},
+    {"a little beyond 4 GiB", {kMostBytes, kMostBytes, 100}, 0},
+};
+
+TEST(ArchiveFaultsTest, ArchivesEndBelow2GiB)
+{
+    const TemporaryFolder folder;
+    const auto makeLarge = [&](const std::string& name, uint64_t size, const std::string& bytes = "") {
+        MakeFile(folder / name, bytes);
+        std::filesystem::resize_file(folder / name, size);  // takes no room on the disk
+        return folder / name;
+    };
+    for (const auto& row : kLargeArchives) {
+        SCOPED_TRACE(row.name);
+        ZmBigFile archive;
+        for (const uint64_t size : row.sizes) {
+            const std::string name = std::to_string(archive.GetEntryCount());
+            ASSERT_EQ(archive.Append(name.c_str(), makeLarge(name, size).c_str(), 1, 0), 1);
+        }
+        EXPECT_EQ(archive.Save("/dev/null", nullptr), row.saves);
+    }
+    ZmBigFile archive;
+    const std::string empty = ArchiveBytes({});
+    EXPECT_EQ(archive.OpenExisting(makeLarge("archive", kMostBytes, empty).c_str()), 1);
+    EXPECT_EQ(archive.OpenExisting(makeLarge("archive", kMostBytes + 1, empty).c_str()), 0);
+    EXPECT_EQ(archive.Append("file", makeLarge("file", kMostBytes + 1).c_str(), 1, 0), 0);
+    EXPECT_EQ(archive.Append("bytes", "", unsigned(kMostBytes) + 1), 0);
+}
+
 }  // namespace
