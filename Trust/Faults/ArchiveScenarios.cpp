@@ -117,7 +117,7 @@ int AppendGone()
 
 const char* CheckZeros(int res)
 {
-    const std::string zeros(kDeferred.size(), '\0');
+    const std::string zeros(kOther.size(), '\0');
     return res != 0 && BytesOf("other") != ArchiveBytes({{"d", zeros}}) ? kWrongBytes : nullptr;
 }
 
