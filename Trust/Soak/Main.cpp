@@ -38,11 +38,21 @@ Usage UsageNow()
     return {LiveBlocks(), resident, CountIn("/proc/self/fd"), CountIn("/proc/self/task")};
 }
 
-void Print(const char* when, unsigned long rounds, const Usage& usage)
+/// The standard output as it was. The scenarios' own messages go nowhere.
+FILE* QuietOutput()
 {
-    printf("%s: %lu rounds, %ld blocks, %ld pages, %zu files, %zu threads\n", when, rounds, usage.blocks, usage.pages,
-           usage.files, usage.threads);
-    fflush(stdout);
+    FILE* report = fdopen(dup(STDOUT_FILENO), "w");
+    if (report == nullptr || freopen("/dev/null", "w", stdout) == nullptr) {
+        exit(2);
+    }
+    return report;
+}
+
+void Print(FILE* report, const char* when, unsigned long rounds, const Usage& usage)
+{
+    fprintf(report, "%s: %lu rounds, %ld blocks, %ld pages, %zu files, %zu threads\n", when, rounds, usage.blocks,
+            usage.pages, usage.files, usage.threads);
+    fflush(report);
 }
 
 /// Runs each scenario once, in an empty working directory. Returns false if one of them fails.
@@ -76,6 +86,7 @@ int main(int argc, char** argv)
         Clock::now() + std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(60 * minutes));
     ZmLog::GetLog().UnregisterListener("ZmMath");
     ZmLog::GetLog().UnregisterListener("OUTPUTDEBUG LISTENER");
+    FILE* const report = QuietOutput();
     const TemporaryFolder folder;
     const std::string work = folder / "work";
     setenv("XDG_CONFIG_HOME", work.c_str(), 1);
@@ -89,10 +100,10 @@ int main(int argc, char** argv)
         after = UsageNow();
         if (rounds == kWarmUp) {
             before = after;
-            Print("warm", rounds, before);
+            Print(report, "warm", rounds, before);
         }
     } while (good && (rounds <= kWarmUp || Clock::now() < end));
-    Print("end", rounds, after);
+    Print(report, "end", rounds, after);
     // The heap may arrange its pages anew, but not without bound.
     constexpr long kPages = 256;
     const bool grew = after.blocks > before.blocks || after.pages > before.pages + kPages ||
