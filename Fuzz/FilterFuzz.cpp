@@ -1,6 +1,7 @@
 // Operations that combine neighbouring pixels, beside their definitions in doubles: resizing, mipmaps, normal maps and
 // bump maps.
 
+#include "Imaging/ReferenceWeight.h"
 #include "Input.h"
 #include "ZmNormalMap.h"
 #include "ZmPixelFormat.h"
@@ -42,25 +43,14 @@ struct Image {
     ZmImageDescEx desc = {};
 };
 
-/// The weight of source pixel `at` in result pixel `i`.
-double Weight(int i, int at, int from, int to)
-{
-    const double scale = double(from) / to;
-    if (to < from) {
-        return std::max(0.0, std::min((i + 1) * scale, at + 1.0) - std::max(i * scale, double(at))) / scale;
-    }
-    const double place = std::min(std::max((i + 0.5) * scale - 0.5, 0.0), from - 1.0);
-    return std::max(0.0, 1 - fabs(place - at));
-}
-
 void CompareResized(const Image& src, const Image& dst, int x, int y)
 {
     constexpr double kRounding = 0.525;
     double sums[4] = {};
     for (int v = 0; v < src.desc.Height; ++v) {
         for (int u = 0; u < src.desc.Width; ++u) {
-            const double weight = Weight(x, u, src.desc.Width, dst.desc.Width) *
-                                  Weight(y, v, src.desc.Height, dst.desc.Height) * src.Channel(u, v, 3);
+            const double weight = ReferenceWeight(x, u, src.desc.Width, dst.desc.Width) *
+                                  ReferenceWeight(y, v, src.desc.Height, dst.desc.Height) * src.Channel(u, v, 3);
             for (int c = 0; c < 3 && weight != 0; ++c) {
                 sums[c] += weight * src.Channel(u, v, c);
             }

@@ -1,3 +1,4 @@
+#include "Imaging/ReferenceWeight.h"
 #include "Imaging/TestImage.h"
 #include "Support/Paths.h"
 
@@ -7,17 +8,6 @@
 
 namespace {
 
-/// The weight of source pixel `at` in result pixel `i`, in doubles.
-double Weight(int i, int at, int from, int to)
-{
-    const double scale = double(from) / to;
-    if (to < from) {
-        return std::max(0.0, std::min((i + 1) * scale, at + 1.0) - std::max(i * scale, double(at))) / scale;
-    }
-    const double place = std::min(std::max((i + 0.5) * scale - 0.5, 0.0), from - 1.0);
-    return std::max(0.0, 1 - fabs(place - at));
-}
-
 /// Sums the weights of all source pixels directly, without separating the two directions.
 void Reference(double (&res)[4], const TestImage& src, int x, int y, int width, int height)
 {
@@ -26,7 +16,7 @@ void Reference(double (&res)[4], const TestImage& src, int x, int y, int width, 
         for (int u = 0; u < src.desc.Width; ++u) {
             const Fields pixel = FieldsOf(src.desc, src.Get(u, v));
             const double alpha = pixel.bits[3] ? pixel.value[3] : 255;
-            const double share = Weight(x, u, src.desc.Width, width) * Weight(y, v, src.desc.Height, height);
+            const double share = ReferenceWeight(x, u, src.desc.Width, width) * ReferenceWeight(y, v, src.desc.Height, height);
             for (int c = 0; c < 3; ++c) {
                 sum[c] += share * alpha * pixel.value[c];
             }
