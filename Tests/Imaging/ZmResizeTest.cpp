@@ -16,7 +16,8 @@ void Reference(double (&res)[4], const TestImage& src, int x, int y, int width, 
         for (int u = 0; u < src.desc.Width; ++u) {
             const Fields pixel = FieldsOf(src.desc, src.Get(u, v));
             const double alpha = pixel.bits[3] ? pixel.value[3] : 255;
-            const double share = ReferenceWeight(x, u, src.desc.Width, width) * ReferenceWeight(y, v, src.desc.Height, height);
+            const double share =
+                ReferenceWeight(x, u, src.desc.Width, width) * ReferenceWeight(y, v, src.desc.Height, height);
             for (int c = 0; c < 3; ++c) {
                 sum[c] += share * alpha * pixel.value[c];
             }
