@@ -35,7 +35,7 @@ bool ReadText(const std::string& path, std::string& res)
         return IsMissing(path.c_str());
     }
     res.resize(file.Size());
-    return file.IsValid() && file.Read(&res[0], unsigned(res.size())) == res.size();
+    return file.IsValid() && file.Read(res.data(), unsigned(res.size())) == res.size();
 }
 
 bool WriteText(const char* path, const std::string& text)
