@@ -3,6 +3,7 @@
 
 #include "Input.h"
 #include "ScratchFolder.h"
+#include "Support/Texts.h"
 #include "ZmBigFile.h"
 
 #include <vector>
@@ -56,7 +57,7 @@ void AppendFile(ZmBigFile& archive, Model& model, const std::string& name, const
     const std::string file = missing ? path + ".missing" : path;
     Demand(archive.Append(name.c_str(), file.c_str(), deferred, replace) == (accepted && !missing));
     if (accepted) {
-        const std::string bytes = missing ? "" : ReadFile(path);
+        const std::string bytes = missing ? "" : BytesOf(path);
         found == model.end() ? model.push_back({Lower(name), bytes}) : void(found->bytes = bytes);
     }
 }
@@ -74,7 +75,7 @@ void LoadIndex(ZmBigFile& archive, Model& model, Input& input, const std::string
             model.erase(entry);
         }
     }
-    WriteFile(path, list);
+    MakeFile(path, list);
     Demand(archive.LoadIndex(path.c_str()) == 1);
     model.insert(model.begin(), front.begin(), front.end());
 }
@@ -86,7 +87,7 @@ void SaveIndex(ZmBigFile& archive, const Model& model, const std::string& path)
         expected += entry.name + '\n';
     }
     archive.SaveIndex(path.c_str(), 0);
-    std::string list = ReadFile(path);
+    std::string list = BytesOf(path);
     list.erase(std::remove(list.begin(), list.end(), '\r'), list.end());
     expected.erase(std::remove(expected.begin(), expected.end(), '\r'), expected.end());
     Demand(list == expected);
@@ -100,7 +101,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     static const std::string path = scratch / "archive", file = scratch / "file", list = scratch / "list";
     Input input(data, size);
     remove(path.c_str());
-    WriteFile(file, input.Text(input.UpTo(20)));
+    MakeFile(file, input.Text(input.UpTo(20)));
     Model model;
     ZmBigFile archive;
     Demand(archive.Open(path.c_str(), 1) == 1);

@@ -97,7 +97,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
         return 0;
     }
     const std::string text(reinterpret_cast<const char*>(data), size);
-    WriteFile(path, text);
+    MakeFile(path, text);
     ZmConfiguration fromFile(1), fromMemory(0);
     int fileLine = -1, memoryLine = -1;
     XString fileError, memoryError;

@@ -1,7 +1,7 @@
 // Operations that combine neighbouring pixels, beside their definitions in doubles: resizing, mipmaps, normal maps and
 // bump maps.
 
-#include "Imaging/ReferenceWeight.h"
+#include "Imaging/ReferencePixels.h"
 #include "Input.h"
 #include "ZmNormalMap.h"
 #include "ZmPixelFormat.h"

@@ -18,15 +18,6 @@ inline void Demand(bool condition, int line = __builtin_LINE())
     }
 }
 
-/// The text with the letters A to Z in lower case.
-inline std::string Lower(std::string text)
-{
-    for (char& c : text) {
-        c = char(c >= 'A' && c <= 'Z' ? c + ('a' - 'A') : c);
-    }
-    return text;
-}
-
 /// The source of a fuzz target's choices. Beyond the end it yields zeros.
 class Input {
 public:

@@ -5,6 +5,7 @@
 #include "Input.h"
 #include "RKDirectoryParser.h"
 #include "ScratchFolder.h"
+#include "Support/Texts.h"
 #include "ZmPath.h"
 
 #include <memory>
@@ -103,7 +104,7 @@ public:
             std::filesystem::create_directory(m_Scratch / folder);
         }
         for (const char* name : kFiles) {
-            WriteFile(m_Scratch / name, "");
+            MakeFile(m_Scratch / name, "");
         }
     }
 

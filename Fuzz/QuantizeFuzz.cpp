@@ -45,6 +45,7 @@ void TestSearch(Input& input)
         Demand(Distance(pixel, palette.colour[found[size_t(i)]]) == SmallestDistance(pixel, palette.colour[0], 3));
     }
 }
+
 struct Picture {
     std::vector<uint8_t> palette, pixels;
 };

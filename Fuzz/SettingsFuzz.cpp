@@ -2,6 +2,7 @@
 
 #include "Configuration/SettingsText.h"
 #include "Input.h"
+#include "Support/Texts.h"
 
 #include <map>
 #include <vector>

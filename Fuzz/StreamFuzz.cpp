@@ -173,9 +173,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     Input input(data, size);
     Model model;
     model.bytes = input.Text(input.UpTo(100));
-    WriteFile(path, model.bytes);
+    MakeFile(path, model.bytes);
     TestFile(input, path, model);
-    Demand(ReadFile(path) == model.bytes);
+    Demand(BytesOf(path) == model.bytes);
     TestCachedFile(input, path, model);
     return 0;
 }

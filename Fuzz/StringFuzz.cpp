@@ -1,6 +1,7 @@
 // Strings beside std::string. Texts may contain NULs, and arguments may be the string itself.
 
 #include "Input.h"
+#include "Support/Texts.h"
 #include "XStringTokenizer.h"
 
 namespace {
@@ -29,22 +30,9 @@ struct Step {
     int replaced = 0;  ///< counted by the string minus counted by the model
 };
 
-bool IsSpace(char c)
-{
-    return c == ' ' || (c >= '\t' && c <= '\r');
-}
-
 Model ToNul(const Model& text)
 {
     return text.c_str();
-}
-
-Model Upper(Model text)
-{
-    for (char& c : text) {
-        c = char(c >= 'a' && c <= 'z' ? c - ('a' - 'A') : c);
-    }
-    return text;
 }
 
 /// Case changes only up to the first NUL.
@@ -61,27 +49,6 @@ Model Part(const Model& text, int start, int length = 65535)
 Model Sum(const Model& text, const Model& tail)
 {
     return text.size() + tail.size() <= kMaxLength ? text + tail : text;
-}
-
-Model Stripped(const Model& text)
-{
-    const auto bothSpace = [](char a, char b) { return IsSpace(a) && IsSpace(b); };
-    const auto run = std::adjacent_find(text.begin(), text.end(), bothSpace);
-    Model res(text.begin(), run == text.end() ? run : run + 1);
-    for (auto c = run; c < text.end() - 1; ++c) {  // the last character is lost
-        if (!IsSpace(*c) || !IsSpace(res.back())) {
-            res += IsSpace(*c) ? ' ' : *c;
-        }
-    }
-    return res;
-}
-
-Model Trimmed(Model text)
-{
-    while (!text.empty() && IsSpace(text.back())) {
-        text.pop_back();
-    }
-    return {std::find_if_not(text.begin(), text.end(), IsSpace), text.end()};
 }
 
 Model Replaced(const Model& text, Step& a)

@@ -1,7 +1,7 @@
 #include "Support/Random.h"
+#include "Support/Texts.h"
 #include "XString.h"
 
-#include <ctype.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -11,47 +11,6 @@
 namespace {
 
 constexpr size_t kMaxLength = 65534;
-
-bool IsSpace(char c)
-{
-    return isspace(uint8_t(c)) != 0;
-}
-
-std::string Lower(std::string text)
-{
-    std::transform(text.begin(), text.end(), text.begin(), [](char c) { return char(tolower(uint8_t(c))); });
-    return text;
-}
-
-std::string Upper(std::string text)
-{
-    std::transform(text.begin(), text.end(), text.begin(), [](char c) { return char(toupper(uint8_t(c))); });
-    return text;
-}
-
-std::string Trimmed(const std::string& text)
-{
-    const auto first = std::find_if_not(text.begin(), text.end(), IsSpace);
-    return {first, std::find_if_not(text.rbegin(), std::make_reverse_iterator(first), IsSpace).base()};
-}
-
-std::string Stripped(const std::string& text)
-{
-    const auto bothSpace = [](char a, char b) { return IsSpace(a) && IsSpace(b); };
-    const auto run = std::adjacent_find(text.begin(), text.end(), bothSpace);
-    if (run == text.end()) {
-        return text;
-    }
-    std::string res(text.begin(), run + 1);
-    for (auto c = run + 1; c != text.end() - 1; ++c) {  // the last character is lost
-        if (!IsSpace(*c)) {
-            res += *c;
-        } else if (!IsSpace(res.back())) {
-            res += ' ';
-        }
-    }
-    return res;
-}
 
 int ICompare(const std::string& a, const std::string& b)
 {

@@ -1,3 +1,4 @@
+#include "Imaging/ReferencePixels.h"
 #include "Imaging/TestImage.h"
 #include "ZmMath.h"
 

@@ -1,4 +1,4 @@
-#include "Imaging/ReferenceWeight.h"
+#include "Imaging/ReferencePixels.h"
 #include "Imaging/TestImage.h"
 #include "Support/Paths.h"
 

@@ -1,6 +1,7 @@
 #include "ZmLog.h"
 
 #include "Support/HeardMessages.h"
+#include "Support/SilentLog.h"
 #include "Support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -268,11 +269,7 @@ TEST_F(ZmLogTest, AListenerThatPrintsDoesNotChangeTheMessageForTheOthers)
 /// Removes all listeners while it lives; afterwards the library's are created again.
 class NoListeners {
 public:
-    NoListeners()
-    {
-        ZmLog::GetLog().UnregisterListener("ZmMath");
-        ZmLog::GetLog().UnregisterListener("OUTPUTDEBUG LISTENER");
-    }
+    NoListeners() { SilenceLog(); }
     ~NoListeners()
     {
         ZmLog& log = ZmLog::GetLog();

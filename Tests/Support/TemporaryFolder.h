@@ -1,5 +1,7 @@
 #pragma once
 
+#include <stdlib.h>
+
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
@@ -11,12 +13,25 @@
 /// A temporary folder for one test, empty at first; removed at the end with everything in it.
 class TemporaryFolder {
 public:
-    TemporaryFolder()
+    enum Place {
+        ANYWHERE,
+        IN_MEMORY  ///< where the system has such a place and TMPDIR names no other; no process waits for a disk there
+    };
+
+    explicit TemporaryFolder(Place place = ANYWHERE)
     {
         std::random_device random;
+        std::error_code isMissing;
+        const auto nameIn = [&](const std::filesystem::path& parent) {
+            return parent / ("ZmMath-" + std::to_string(random()));
+        };
+        m_Path = nameIn("/dev/shm");
+        if (place == IN_MEMORY && getenv("TMPDIR") == nullptr && create_directory(m_Path, isMissing)) {
+            return;
+        }
         do {
-            m_Path = std::filesystem::temp_directory_path() / ("ZmMath-" + std::to_string(random()));
-        } while (!std::filesystem::create_directory(m_Path));
+            m_Path = nameIn(std::filesystem::temp_directory_path());
+        } while (!create_directory(m_Path));
     }
     ~TemporaryFolder()
     {

@@ -7,7 +7,8 @@
 
 #include "Injection.h"
 #include "Scenarios.h"
-#include "ZmLog.h"
+#include "Support/SilentLog.h"
+#include "Support/TemporaryFolder.h"
 
 #include <signal.h>
 #include <stdio.h>
@@ -111,8 +112,7 @@ std::string Run(const Scenario& scenario, const Fault& fault, Course& course, un
 
 int RunOnce(const Scenario& scenario, const Fault& fault, Course& course)
 {
-    ZmLog::GetLog().UnregisterListener("ZmMath");
-    ZmLog::GetLog().UnregisterListener("OUTPUTDEBUG LISTENER");
+    SilenceLog();
     scenario.prepare();
     if (!InstallInjection()) {
         return NO_FILTER;
@@ -126,17 +126,9 @@ int RunOnce(const Scenario& scenario, const Fault& fault, Course& course)
     return faults >= (fault.next != nullptr ? 2 : 1) ? FIRED : NOT_FIRED;
 }
 
-/// In memory where there is such a file system: the scenarios wait for the disk often.
-fs::path WorkFolder()
+/// The folder is made for the process and removed after it.
+int RunInProcess(const Scenario& scenario, const Fault& fault, const std::string& folder, Course& course)
 {
-    const fs::path memory = "/dev/shm";
-    const bool isUsable = getenv("TMPDIR") == nullptr && access(memory.c_str(), W_OK) == 0;
-    return (isUsable ? memory : fs::temp_directory_path()) / ("ZmFaults-" + std::to_string(getpid()));
-}
-
-int RunInProcess(const Scenario& scenario, const Fault& fault, Course& course)
-{
-    static const fs::path folder = WorkFolder();
     fs::create_directory(folder);
     const pid_t child = fork();
     if (child == 0) {
@@ -144,7 +136,7 @@ int RunInProcess(const Scenario& scenario, const Fault& fault, Course& course)
         fs::current_path(folder);
         setenv("XDG_CONFIG_HOME", folder.c_str(), 1);
         setenv("TMPDIR", folder.c_str(), 1);
-        _exit(RunOnce(scenario, fault, course));
+        exit(RunOnce(scenario, fault, course));
     }
     int status = 0;
     waitpid(child, &status, 0);
@@ -212,6 +204,10 @@ public:
 
     int Report() const
     {
+        if (!m_HasFilter) {
+            puts("skipped: the system filters no calls");
+            return NO_FILTER;
+        }
         printf("%u scenarios, %u runs with faults, %u wrong\n", m_Scenarios, m_Fired, m_Wrong);
         return m_Wrong != 0;
     }
@@ -219,18 +215,17 @@ public:
 private:
     bool Run(const Scenario& scenario, const Fault& fault)
     {
-        const int outcome = RunInProcess(scenario, fault, *m_Course);
-        if (outcome == NO_FILTER) {
-            puts("skipped: the system filters no calls");
-            exit(NO_FILTER);
-        }
+        const int outcome = RunInProcess(scenario, fault, m_Folder / "work", *m_Course);
+        m_HasFilter = m_HasFilter && outcome != NO_FILTER;
         m_Wrong += outcome == WRONG;
         m_Fired += outcome == FIRED;
-        return outcome != WRONG;
+        return outcome == FIRED || outcome == NOT_FIRED;
     }
 
+    const TemporaryFolder m_Folder{TemporaryFolder::IN_MEMORY};  // the scenarios wait for the disk often
     const unsigned m_Every, m_From;
     unsigned m_Planned = 0, m_Scenarios = 0, m_Fired = 0, m_Wrong = 0;
+    bool m_HasFilter = true;
     Course* m_Course;
 };
 
@@ -250,12 +245,9 @@ int main(int argc, char** argv)
         }
     }
     Runner runner(every, from);
-    for (const std::vector<Scenario>* table : {&kArchiveScenarios, &kFileScenarios, &kConfigurationScenarios,
-                                               &kLogScenarios, &kMemoryScenarios, &kSystemScenarios}) {
-        for (const Scenario& scenario : *table) {
-            if (strstr(scenario.name, name) != nullptr) {
-                runner.Run(scenario);
-            }
+    for (const Scenario& scenario : AllScenarios()) {
+        if (strstr(scenario.name, name) != nullptr) {
+            runner.Run(scenario);
         }
     }
     return runner.Report();

@@ -12,3 +12,13 @@ struct Scenario {
 
 extern const std::vector<Scenario> kArchiveScenarios, kConfigurationScenarios, kFileScenarios, kLogScenarios,
     kMemoryScenarios, kSystemScenarios;
+
+inline std::vector<Scenario> AllScenarios()
+{
+    std::vector<Scenario> res;
+    for (const auto* family : {&kArchiveScenarios, &kFileScenarios, &kConfigurationScenarios, &kLogScenarios,
+                               &kMemoryScenarios, &kSystemScenarios}) {
+        res.insert(res.end(), family->begin(), family->end());
+    }
+    return res;
+}

@@ -5,6 +5,7 @@
 // First all operations between all formats, on each path, with each small size and the pixels directly before or after
 // such a page: a byte too far ends the program. Then the values, compared with the plain reference of the tests.
 
+#include "Imaging/ReferencePixels.h"
 #include "Imaging/TestImage.h"
 #include "Support/Paths.h"
 #include "ZmBlit.h"
@@ -21,7 +22,6 @@
 
 namespace {
 
-constexpr uint32_t kWithMasks[] = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18, 24, 25, 26, 27};
 constexpr uint32_t kOthers[] = {ZM_PF_DXT1, ZM_PF_DXT2,     ZM_PF_DXT3,    ZM_PF_DXT4,
                                 ZM_PF_DXT5, ZM_PF_INDEXED8, ZM_PF_INDEXED4};
 
@@ -46,7 +46,7 @@ public:
     Guarded(const Guarded&) = delete;
     Guarded& operator=(const Guarded&) = delete;
 
-    /// The place of so many bytes at one of the ends.
+    /// Returns where a block of that size begins if it lies at the beginning or at the end of the memory.
     uint8_t* Place(size_t bytes, bool atEnd) const { return atEnd ? m_Begin + m_Bytes - bytes : m_Begin; }
 
 private:
@@ -60,11 +60,6 @@ struct Layout {
     bool upwards, atEnd;
 };
 
-bool IsCompressed(const ZmImageDescEx& desc)
-{
-    return desc.CompressedFormat >= ZM_PF_DXT1 && desc.CompressedFormat <= ZM_PF_DXT5;
-}
-
 ZmImageDescEx Describe(uint32_t format, int width, int height, const Layout& layout, const Guarded& memory)
 {
     ZmImageDescEx desc;
@@ -72,15 +67,12 @@ ZmImageDescEx Describe(uint32_t format, int width, int height, const Layout& lay
     ZmPixelFormat2ImageDesc(ZM_PIXELFORMAT(format), desc);
     desc.Width = width;
     desc.Height = height;
-    const bool compressed = IsCompressed(desc);
-    const int lines = compressed ? (height + 3) / 4 : height;
-    const int bytes =
-        compressed ? (width + 3) / 4 * (format == ZM_PF_DXT1 ? 8 : 16) : (width * desc.BitsPerPixel + 7) / 8;
-    const int pitch = bytes + layout.padding;
-    desc.Pixels = memory.Place(size_t(pitch) * size_t(lines - 1) + size_t(bytes), layout.atEnd);
+    const LineSizes lines = LinesOf(desc);
+    const int pitch = lines.bytes + layout.padding;
+    desc.Pixels = memory.Place(size_t(pitch) * size_t(lines.count - 1) + size_t(lines.bytes), layout.atEnd);
     desc.BytesPerLine = pitch;
     if (layout.upwards) {
-        desc.Pixels += pitch * (lines - 1);
+        desc.Pixels += pitch * (lines.count - 1);
         desc.BytesPerLine = -pitch;
     }
     return desc;

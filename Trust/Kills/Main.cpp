@@ -6,6 +6,7 @@
 #include "Configuration/Settings.h"
 #include "Files/ArchiveBytes.h"
 #include "Support/Random.h"
+#include "Support/SilentLog.h"
 #include "Support/TemporaryFolder.h"
 #include "ZmMath.h"
 
@@ -271,7 +272,7 @@ const char* KillOne(const Victim& victim, int microseconds)
 
 bool Run(const Victim& victim, int kills)
 {
-    const TemporaryFolder folder;
+    const TemporaryFolder folder(TemporaryFolder::IN_MEMORY);  // a kill finds a process that waits for a disk too often
     fs::current_path(folder.Path());
     setenv("XDG_CONFIG_HOME", folder.Path().c_str(), 1);
     *g_Done = 0;
@@ -301,11 +302,7 @@ int main(int argc, char** argv)
     }
     g_Tool = fs::absolute(argv[1]).string();
     const int kills = argc > 2 ? atoi(argv[2]) : 10000;
-    // In memory where there is such a file system: a kill finds a process waiting for a disk too often.
-    if (getenv("TMPDIR") == nullptr && access("/dev/shm", W_OK) == 0) {
-        setenv("TMPDIR", "/dev/shm", 1);
-    }
-    ZmLog::GetLog().UnregisterListener("ZmMath");
+    SilenceLog();
     g_Done = static_cast<std::atomic<int>*>(
         mmap(nullptr, sizeof(*g_Done), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0));
     bool right = true;

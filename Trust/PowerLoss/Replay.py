@@ -57,8 +57,8 @@ class Disk:
                 yield {name: contents.get(file, b"") for name, file in names.items()}
 
 
-def record(command, folder):
-    """The calls of a program that concern the folder: their name, arguments and result."""
+def record(command):
+    """The calls of a program that succeed: their name, arguments and result."""
     with tempfile.NamedTemporaryFile("r") as log:
         status = subprocess.run(["strace", "-f", "-y", "-xx", "-s", "10000000", "-e", "trace=" + CALLS, "-o", log.name,
                                  *command]).returncode
@@ -105,6 +105,7 @@ class Replay:
             self.on_handle(handle, name, arguments, result)
 
     def opened(self, path, arguments, result):
+        self.open.pop(result, None)  # closed meanwhile, and another file's number
         if "O_DIRECTORY" not in arguments and not os.path.isdir(path):
             if path not in self.disk.names:
                 if "O_CREAT" not in arguments:
@@ -136,7 +137,7 @@ class Replay:
 def try_saving(what, command, folder, is_durable):
     disk = Disk(folder)
     old = {name: disk.contents[file] for name, file in disk.names.items()}
-    calls = list(record(command, folder))
+    calls = list(record(command))
     new = {name: pathlib.Path(name).read_bytes() for name in old}
     assert new != old, what
     replay, states, wrong = Replay(disk), 0, 0

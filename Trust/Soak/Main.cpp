@@ -4,8 +4,8 @@
 
 #include "Faults/Injection.h"
 #include "Faults/Scenarios.h"
+#include "Support/SilentLog.h"
 #include "Support/TemporaryFolder.h"
-#include "ZmLog.h"
 
 #include <stdio.h>
 #include <stdlib.h>
@@ -49,29 +49,27 @@ FILE* QuietOutput()
     return report;
 }
 
-void Print(FILE* report, const char* when, unsigned long rounds, const Usage& usage)
+void Print(FILE* report, unsigned long rounds, const Usage& usage)
 {
-    fprintf(report, "%s: %lu rounds, %ld blocks, %ld pages, %zu files, %zu threads\n", when, rounds, usage.blocks,
-            usage.pages, usage.files, usage.threads);
+    fprintf(report, "%lu rounds, %ld blocks, %ld pages, %zu files, %zu threads\n", rounds, usage.blocks, usage.pages,
+            usage.files, usage.threads);
 }
 
 /// Runs each scenario once, in an empty working directory. Returns false if one of them fails.
 bool RunRound(const std::string& folder)
 {
+    static const std::vector<Scenario> scenarios = AllScenarios();
     bool good = true;
-    for (const auto* scenarios : {&kArchiveScenarios, &kConfigurationScenarios, &kFileScenarios, &kLogScenarios,
-                                  &kMemoryScenarios, &kSystemScenarios}) {
-        for (const Scenario& scenario : *scenarios) {
-            std::filesystem::create_directory(folder);
-            std::filesystem::current_path(folder);
-            scenario.prepare();
-            if (const char* wrong = scenario.check(scenario.run())) {
-                fprintf(stderr, "%s: %s\n", scenario.name, wrong);
-                good = false;
-            }
-            std::filesystem::current_path("/");
-            std::filesystem::remove_all(folder);
+    for (const Scenario& scenario : scenarios) {
+        std::filesystem::create_directory(folder);
+        std::filesystem::current_path(folder);
+        scenario.prepare();
+        if (const char* wrong = scenario.check(scenario.run())) {
+            fprintf(stderr, "%s: %s\n", scenario.name, wrong);
+            good = false;
         }
+        std::filesystem::current_path("/");
+        std::filesystem::remove_all(folder);
     }
     return good;
 }
@@ -84,26 +82,29 @@ int main(int argc, char** argv)
     const double minutes = argc > 1 ? atof(argv[1]) : 60;
     const auto end =
         Clock::now() + std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(60 * minutes));
-    ZmLog::GetLog().UnregisterListener("ZmMath");
-    ZmLog::GetLog().UnregisterListener("OUTPUTDEBUG LISTENER");
+    SilenceLog();
     FILE* const report = QuietOutput();
-    const TemporaryFolder folder;
+    const TemporaryFolder folder(TemporaryFolder::IN_MEMORY);
     const std::string work = folder / "work";
     setenv("XDG_CONFIG_HOME", work.c_str(), 1);
     constexpr unsigned long kWarmUp = 10;
     unsigned long rounds = 0;
     Usage before = {}, after = {};
     bool good = true;
+    auto lastReport = Clock::now();
     do {
         good = RunRound(work) && good;
         rounds += 1;
         after = UsageNow();
         if (rounds == kWarmUp) {
             before = after;
-            Print(report, "warm", rounds, before);
+        }
+        if (rounds == kWarmUp || Clock::now() - lastReport > std::chrono::minutes(1)) {
+            Print(report, rounds, after);
+            lastReport = Clock::now();
         }
     } while (good && (rounds <= kWarmUp || Clock::now() < end));
-    Print(report, "end", rounds, after);
+    Print(report, rounds, after);
     // The heap may arrange its pages anew, but not without bound.
     constexpr long kPages = 256;
     const bool grew = after.blocks > before.blocks || after.pages > before.pages + kPages ||

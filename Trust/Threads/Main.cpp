@@ -25,16 +25,11 @@ unsigned long g_Printed = 0;      // under g_Mutex
 ZmMutex& g_Mutex = *new ZmMutex;  // outlives the threads when the process exits
 int g_Module = 0;
 
-[[noreturn]] void Fail(const char* what)
-{
-    fprintf(stderr, "%s\n", what);
-    abort();
-}
-
 void Demand(bool condition, const char* what)
 {
     if (!condition) {
-        Fail(what);
+        fprintf(stderr, "%s\n", what);
+        abort();
     }
 }
 
