@@ -5,6 +5,7 @@
 #include <limits.h>
 #include <linux/filter.h>
 #include <linux/seccomp.h>
+#include <malloc.h>
 #include <pthread.h>
 #include <signal.h>
 #include <stdint.h>
@@ -102,7 +103,7 @@ std::atomic<bool> g_IsArmed{false};
 Fault g_Fault;
 std::atomic<unsigned> g_Calls[kMostFaultKinds];
 std::atomic<unsigned> g_Faults{0};
-std::atomic<long> g_LiveBlocks{0};
+std::atomic<long> g_LiveBlocks{0}, g_LiveBytes{0};
 
 /// Whether the call of that number fails; `faults` is the number of faults before it.
 bool IsDue(const FaultKind& kind, unsigned number, unsigned faults)
@@ -243,6 +244,11 @@ long LiveBlocks()
     return g_LiveBlocks;
 }
 
+long LiveBytes()
+{
+    return g_LiveBytes;
+}
+
 // The allocation functions of the C library, and the creation of threads, for the whole process: what a program defines
 // comes before what its libraries do. Threads are created with all signals blocked, where the filter cannot be used.
 extern "C" {
@@ -253,9 +259,12 @@ void* __libc_realloc(void*, size_t);
 void* __libc_memalign(size_t, size_t);
 void __libc_free(void*);
 
-static void* Counted(void* block)
+static void* Counted(void* block, int number = 1)
 {
-    g_LiveBlocks += block != nullptr;
+    if (block != nullptr) {
+        g_LiveBlocks += number;
+        g_LiveBytes += number * long(malloc_usable_size(block));
+    }
     return block;
 }
 
@@ -283,8 +292,12 @@ void* realloc(void* block, size_t size)
     if (MemoryFails()) {
         return nullptr;
     }
+    const long before = long(malloc_usable_size(block));
     void* res = __libc_realloc(block, size);
-    g_LiveBlocks += block == nullptr && res != nullptr;
+    if (block == nullptr) {
+        return Counted(res);
+    }
+    g_LiveBytes += res != nullptr ? long(malloc_usable_size(res)) - before : 0;
     return res;
 }
 
@@ -306,8 +319,7 @@ int posix_memalign(void** res, size_t alignment, size_t size)
 
 void free(void* block)
 {
-    g_LiveBlocks -= block != nullptr;
-    __libc_free(block);
+    __libc_free(Counted(block, -1));
 }
 
 int pthread_create(pthread_t* thread, const pthread_attr_t* attributes, void* (*run)(void*), void* argument)

@@ -43,5 +43,6 @@ unsigned DisarmFaults();
 /// The number of calls of a kind while armed.
 unsigned CallsOf(const FaultKind& kind);
 
-/// Blocks of memory that the process has allocated and not freed.
+/// What the process has allocated and not freed: blocks of memory, and their bytes.
 long LiveBlocks();
+long LiveBytes();

@@ -15,6 +15,7 @@ void BeginLog()
     ZmLog& log = ZmLog::GetLog();
     log.RegisterListenerFactory(ZmFileListener::m_Guid, ZmFileListener::ListenerFactory);
     g_Module = log.RegisterModule("trust");
+    log.UnregisterListener("trust");  // one that stays would list its module once more each time
     g_Listener = log.RegisterListener(ZmFileListener::m_Guid, "trust", g_Module);
     static_cast<ZmFileListener*>(g_Listener)->SetDirectory("./");
     log.SetInformationMT(g_Module, ZmLog::LEVEL_INFO, 1, "file").PrintMT("the first line opens the file");
