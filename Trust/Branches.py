@@ -3,15 +3,25 @@
 
     Branches.py <build folder> [folder of Sources]
 
-For each file: taken, all, the share, and the lines with branches that were never taken. Branches that only exceptions
-take do not count.
+For each file: taken, all, the share, and the lines with branches that were never taken, unless Branches.txt beside this
+file says why. It has paragraphs: a reason, then "<file>: <line>" for each line of the sources, without its indentation.
+Branches that only exceptions take do not count.
 """
 
 import collections
 import json
 import pathlib
+import re
 import subprocess
 import sys
+
+COMPILERS = re.compile(r"\bdelete\b|\bnew \(")  # tests the pointer without a word of it in the source
+
+
+def explained(path):
+    """The lines with a reason: file and text."""
+    lines = (line for line in path.read_text().splitlines() if line.startswith(" "))
+    return {tuple(line.strip().split(": ", 1)) for line in lines}
 
 
 def branches_of(data, root):
@@ -36,13 +46,26 @@ def main():
     for data in sorted(build.glob(f"CMakeFiles/ZmMathObjects.dir/Sources/{folder}/**/*.gcda")):
         for path, line, index, count in branches_of(data, root):
             counts[path][line, index] += count
-    taken = total = 0
+    reasons = explained(pathlib.Path(__file__).with_suffix(".txt"))
+    taken = total = without = 0
+    found = set()
     for path in sorted(counts):
-        missing = sorted({line for (line, _), count in counts[path].items() if count == 0})
+        source = (root / path).read_text().splitlines()
+        missing = []
+        for line in sorted({line for (line, _), count in counts[path].items() if count == 0}):
+            text = source[line - 1].strip()
+            key = str(path.relative_to("Sources")), text
+            if key in reasons:
+                found.add(key)
+            elif not COMPILERS.search(text):
+                missing.append(line)
         hits = sum(1 for count in counts[path].values() if count != 0)
-        taken, total = taken + hits, total + len(counts[path])
+        taken, total, without = taken + hits, total + len(counts[path]), without + len(missing)
         print(f"{path}: {hits} of {len(counts[path])}, {100 * hits // len(counts[path])} %", *missing)
-    print(f"{taken} of {total} branches, {100 * taken / max(total, 1):.1f} %")
+    print(f"{taken} of {total} branches, {100 * taken / max(total, 1):.1f} %; {without} lines without a reason")
+    for file, text in sorted(reasons - found):
+        if file.startswith(folder):
+            print(f"no reason needed: {file}: {text}")
 
 
 if __name__ == "__main__":

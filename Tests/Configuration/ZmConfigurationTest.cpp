@@ -108,6 +108,26 @@ TEST(ZmConfigurationTest, PathsAreReadDifferentlyByEachOperation)
     EXPECT_EQ(tree.DeleteSection("a", "b"), 1);
 }
 
+TEST(ZmConfigurationTest, WithoutTheSectionNothingIsMadeFoundOrRemoved)
+{
+    ZmConfiguration tree(0);
+    tree.AddEntry("a", "b", 1);
+    const std::string before = TextOf(tree);
+    EXPECT_TRUE(tree.CreateSubSection("x", "b") == nullptr && tree.CreateDefaultSubSection("x", "b") == nullptr);
+    EXPECT_TRUE(tree.RemoveEntry("x", "b") == nullptr && tree.RemoveSection("x", "b") == nullptr);
+    EXPECT_EQ(tree.DeleteEntry("x", "b") + tree.DeleteSection("x", "b"), 0);
+    EXPECT_TRUE(tree.GetEntry(nullptr, 0) == nullptr && tree.GetEntry(nullptr, 1) == nullptr);
+    EXPECT_TRUE(tree.GetSubSection(nullptr, 0) == nullptr && tree.GetSubSection(nullptr, 1) == nullptr);
+    EXPECT_EQ(TextOf(tree), before);
+    ASSERT_NE(tree.CreateDefaultSubSection(nullptr, "x"), nullptr);
+    EXPECT_NE(tree.CreateDefaultSubSection("x", "y"), nullptr);
+    EXPECT_NE(tree.GetSubSection("x.y", 1), nullptr);
+    int line = -1;
+    XString error;
+    EXPECT_EQ(tree.BuildFromMemory(nullptr, line, error), 1);
+    EXPECT_EQ(TextOf(tree), "");
+}
+
 TEST(ZmConfigurationTest, ARemovalPutsTheLastChildIntoThePlace)
 {
     ZmConfiguration tree(0);

@@ -148,6 +148,25 @@ TEST_F(ZmBigFileTest, FindsNamesWithoutTheirDirectoryInAnyCase)
     EXPECT_EQ(m_Archive.Find(nullptr, nullptr), 0);
 }
 
+TEST_F(ZmBigFileTest, WhatNoEntryCanBeIsRefused)
+{
+    Make({{"a", "1"}});
+    const std::string longName(65535, 'n');
+    EXPECT_EQ(AppendBytes(longName, "bytes"), 0);
+    EXPECT_EQ(m_Archive.Append(longName.c_str(), m_Path.c_str(), 0, 1), 0);
+    EXPECT_EQ(m_Archive.Remove(longName.c_str()), 0);
+    EXPECT_EQ(m_Archive.Append("b", nullptr, 1), 0);
+    EXPECT_EQ(m_Archive.Append("b", m_Path.c_str(), 0x80000000u), 0) << "more than an archive can hold";
+    for (const int position : {-1, 1}) {
+        EXPECT_EQ(m_Archive.GetEntryName(position), nullptr);
+        EXPECT_EQ(m_Archive.GetEntrySize(position), 0u);
+        EXPECT_EQ(m_Archive.GetEntryFile(position, nullptr) + m_Archive.RemoveEntry(position), 0);
+    }
+    EXPECT_EQ(m_Archive.GetEntryFile(0, nullptr), 1);
+    EXPECT_EQ(m_Archive.Append("b", nullptr, 0), 1) << "an empty one";
+    EXPECT_EQ(m_Archive.GetEntryFile(1, nullptr), 0) << "not saved yet";
+}
+
 TEST_F(ZmBigFileTest, FindsWhatThePathSplitterLeaves)
 {
     constexpr char kLetters[] = "aZ[@./\\:\xC4";
