@@ -353,6 +353,11 @@ TEST(ZmFileTest, CopiesShareOneFile)
     third = first;
     ASSERT_TRUE(first.Open((folder / "file").c_str(), ZmFile::READONLY)) << "which closes it for the other copies";
     ExpectRefusal(third);
+    const ZmFile none;
+    ZmFile copy(none);
+    ExpectRefusal(copy);
+    third = none;
+    ExpectRefusal(third);
 }
 
 TEST(ZmFileTest, TheModeWordTellsFilesFromFolders)

@@ -42,6 +42,11 @@ TEST(ZmMemoryMappedFileTest, TheErrorSaysWhichStepFailed)
         EXPECT_EQ(file.GetSize(), 0u);
     }
     EXPECT_EQ(ZmMemoryMappedFile(nullptr).GetErrorType(), ZmMMF_FileOpen);
+    MakeFile(folder / "large");
+    std::filesystem::resize_file(folder / "large", 0x100000001u);
+    const ZmMemoryMappedFile large((folder / "large").c_str());
+    EXPECT_NE(large.GetErrorType(), ZmMMF_NoError) << "a size beyond 32 bits";
+    EXPECT_EQ(large.GetBase(), nullptr);
 }
 
 TEST(ZmMemoryMappedFileTest, NothingOfTheFileStaysHeld)
