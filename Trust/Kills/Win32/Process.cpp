@@ -42,7 +42,7 @@ Process Process::Run(const std::vector<std::string>& command)
     start.cb = sizeof(start);
     PROCESS_INFORMATION process;
     if (CreateProcessA(nullptr, &line[0], nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start, &process) == 0) {
-        puts("a process cannot be started");
+        printf("%s cannot be started: error %lu\n", command[0].c_str(), GetLastError());
         exit(2);
     }
     CloseHandle(process.hThread);
