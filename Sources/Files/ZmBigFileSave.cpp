@@ -2,7 +2,7 @@
 #include "Files/RegularFile.h"
 #include "Logging/LibraryLog.h"
 #include "Platform/OsFiles.h"
-#include "Platform/Replacement.h"
+#include "Platform/OsReplacement.h"
 #include "ZmAllocator.h"
 
 #include <algorithm>
@@ -137,8 +137,15 @@ int ZmBigFile::Save(const char* path, ProgressionCallback* progress)
     if (!WriteFile(replacement.Path(), indexSize, progress)) {
         return 0;
     }
+    const bool isReleased = inPlace && m_File.IsOpen() && !zm::kReplacesOpenFiles;
+    if (isReleased) {
+        m_File.Close();
+    }
     if (!replacement.Commit()) {
         zm::Warn(__LINE__, kSourceName, "Big File %s cannot be replaced", target);
+        if (isReleased) {
+            m_File.Open(target, ZmFile::READONLY);
+        }
         return 0;
     }
     if (inPlace) {

@@ -6,6 +6,10 @@ namespace zm {
 
 // The system calls of Replacement.
 
+/// Whether GiveName() takes one step also where the target is open. Else it may take several, and a process that is
+/// killed between them leaves no target.
+extern const bool kReplacesOpenFiles;
+
 /// The path of the file to replace, in the system's form, with links at its end followed where renaming would replace
 /// the link. Empty if there is none, as for a circle of links.
 [[nodiscard]] std::string ReplacedPath(const char* path);

@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <chrono>
+#include <thread>
 
 namespace fs = std::filesystem;
 using Names = std::vector<std::string>;
@@ -35,6 +37,27 @@ TEST(ReplacementTest, TheOldFileStaysUntilTheCommit)
     EXPECT_EQ(folder.Files(), Names{"a"});
     EXPECT_FALSE(Replace(folder.Path(), "a folder"));
     EXPECT_FALSE(Replace(folder / "no/such/folder", ""));
+}
+
+TEST(ReplacementTest, OtherThreadsAlwaysFindTheFile)
+{
+    const TemporaryFolder folder;
+    const std::string path = folder / "a";
+    MakeFile(path);
+    std::atomic<bool> hasEnded = false;
+    int missing = 0;
+    std::thread watcher([&] {
+        while (!hasEnded) {
+            std::error_code ignored;
+            missing += !fs::exists(path, ignored);
+        }
+    });
+    for (int i = 0; i < 100; ++i) {
+        EXPECT_TRUE(Replace(path, "new"));
+    }
+    hasEnded = true;
+    watcher.join();
+    EXPECT_EQ(missing, 0);
 }
 
 TEST(ReplacementTest, NamesOfAnyLengthAreReplaced)

@@ -2,24 +2,26 @@
 // or new and whole, every line of the log that was reported as written, and never more than one unfinished file.
 //
 //     ZmKills <zmarchive> [kills [name]]    that many kills of each kind of process; kinds whose names contain the text
+//
+// A process of the library's is killed at a random moment after it has become ready to work. The archive tool cannot
+// say when it is; it is killed after the time that its start takes at least.
 
 #include "Configuration/Settings.h"
 #include "Files/ArchiveBytes.h"
+#include "Kills/Process.h"
 #include "Support/Random.h"
 #include "Support/SilentLog.h"
 #include "Support/TemporaryFolder.h"
 #include "ZmMath.h"
 
-#include <signal.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
-#include <sys/mman.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
-#include <atomic>
+#include <algorithm>
 #include <chrono>
+#include <iterator>
+#include <thread>
 
 namespace fs = std::filesystem;
 
@@ -30,16 +32,24 @@ struct Victim {
     const char* name;
     void (*prepare)(int version);  ///< in the parent, before a process starts with that version
     bool (*work)(int version);     ///< in the process; false if it failed, which it must not
+    std::vector<const char*>
+        tool;  ///< the arguments of the archive tool, which works instead and ends after one version
     bool (*isThere)(int version);  ///< whether the version is what lies in the folder, whole
     bool startsAnew;               ///< each process starts with version 1
-    bool worksOnce;                ///< the process ends after one version
-};
 
-std::string g_Tool;
+    bool IsTool() const { return !tool.empty(); }
+};
 
 std::string ContentsOf(int version)
 {
     return std::string(size_t(20000 + version % 7 * 1000), char('a' + version % 26)) + std::to_string(version);
+}
+
+/// Lines end with '\n' in it.
+std::string TextOf(const std::string& path)
+{
+    std::ifstream file(path);
+    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 
 void PrepareNothing(int) {}
@@ -80,7 +90,16 @@ bool IsConfiguration(int version)
     for (int i = 0; version != 0 && i < kEntries; ++i) {
         text += std::to_string(i) + " = " + std::to_string(version) + '\n';
     }
-    return BytesOf("configuration") == text;
+    return TextOf("configuration") == text;
+}
+
+// The settings of a user may remain from an earlier campaign: in the registry of Windows.
+void ClearSettings(int version)
+{
+    if (version == 1) {
+        WriteSetting("Killed", "even", "");
+        WriteSetting("Killed", "odd", "");
+    }
 }
 
 bool WriteSettings(int version)
@@ -89,6 +108,8 @@ bool WriteSettings(int version)
     return true;
 }
 
+// A version is one value. On Windows each value is the old or the new one, as the registry changes it in one step;
+// elsewhere all values of the section are, since their file is replaced.
 bool AreSettings(int version)
 {
     const auto valueOf = [](int number) { return number > 0 ? std::to_string(number) : ""; };
@@ -121,7 +142,7 @@ bool WriteLine(int version)
 // The line after the last reported one may be missing, cut or whole.
 bool HasLines(int version)
 {
-    const std::string text = BytesOf("log.log");
+    const std::string text = TextOf("log.log");
     size_t at = 0;
     for (int i = 1; i <= version; ++i) {
         at = text.find("number " + std::to_string(i) + ".\n", at);
@@ -134,14 +155,6 @@ bool HasLines(int version)
 
 // The archive tool.
 
-bool RunTool(std::vector<const char*> arguments)
-{
-    arguments.insert(arguments.begin(), g_Tool.c_str());
-    arguments.push_back(nullptr);
-    execv(g_Tool.c_str(), const_cast<char**>(arguments.data()));
-    return false;
-}
-
 void MakeInput(int version)
 {
     fs::create_directory("in");
@@ -149,16 +162,6 @@ void MakeInput(int version)
     if (version == 1) {
         MakeFile("archive", ArchiveBytes({}));
     }
-}
-
-bool CreateWithTool(int)
-{
-    return RunTool({"create", "--force", "--quiet", "archive", "in"});
-}
-
-bool AddWithTool(int)
-{
-    return RunTool({"add", "--replace", "--quiet", "archive", "in"});
 }
 
 bool IsToolsArchive(int version)
@@ -178,133 +181,231 @@ void MakeArchive(int version)
     MakeFile("archive", ArchiveBytes({{"a", ContentsOf(version)}}));
 }
 
-bool ExtractWithTool(int)
-{
-    return RunTool({"extract", "--force", "--quiet", "--to", "out", "archive"});
-}
-
 bool IsExtracted(int version)
 {
     return version == 0 ? !fs::exists("out/a") : BytesOf("out/a") == ContentsOf(version);
 }
 
 const Victim kVictims[] = {
-    {"archive", PrepareNothing, SaveArchive, IsArchive, false, false},
-    {"configuration", PrepareNothing, SaveConfiguration, IsConfiguration, false, false},
-    {"settings", PrepareNothing, WriteSettings, AreSettings, false, false},
-    {"log", RemoveLog, WriteLine, HasLines, true, false},
-    {"tool creates", MakeInput, CreateWithTool, IsToolsArchive, false, true},
-    {"tool adds", MakeInput, AddWithTool, IsToolsArchive, false, true},
-    {"tool extracts", MakeArchive, ExtractWithTool, IsExtracted, false, true},
+    {"archive", PrepareNothing, SaveArchive, {}, IsArchive, false},
+    {"configuration", PrepareNothing, SaveConfiguration, {}, IsConfiguration, false},
+    {"settings", ClearSettings, WriteSettings, {}, AreSettings, false},
+    {"log", RemoveLog, WriteLine, {}, HasLines, true},
+    {"tool creates", MakeInput, nullptr, {"create", "--force", "--quiet", "archive", "in"}, IsToolsArchive, false},
+    {"tool adds", MakeInput, nullptr, {"add", "--replace", "--quiet", "archive", "in"}, IsToolsArchive, false},
+    {"tool extracts",
+     MakeArchive,
+     nullptr,
+     {"extract", "--force", "--quiet", "--to", "out", "archive"},
+     IsExtracted,
+     false},
 };
 
-int UnfinishedFiles()
+/// Of a process that is not killed; in microseconds.
+constexpr int kPatience = 60000000;
+
+class Stopwatch {
+public:
+    int Microseconds() const
+    {
+        return int(std::chrono::duration<double, std::micro>(std::chrono::steady_clock::now() - m_Start).count());
+    }
+
+private:
+    std::chrono::steady_clock::time_point m_Start = std::chrono::steady_clock::now();
+};
+
+/// What a worker does. It ends by itself if nobody kills it.
+int Work(int kind)
+{
+    const Stopwatch watch;
+    g_Progress->isReady = 1;
+    while (watch.Microseconds() < kPatience && kVictims[kind].work(g_Progress->done + 1)) {
+        ++g_Progress->done;
+    }
+    return 1;
+}
+
+std::string g_Tool;
+
+Process RunTool(const std::vector<const char*>& arguments)
+{
+    std::vector<std::string> command = {g_Tool};
+    command.insert(command.end(), arguments.begin(), arguments.end());
+    return Process::Run(command);
+}
+
+// To yield instead would take the processor from the other process.
+void Pause()
+{
+    std::this_thread::sleep_for(std::chrono::microseconds(10));
+}
+
+/// Returns as soon as the tool has been started, or a worker is ready.
+Process Start(const Victim& victim)
+{
+    if (victim.startsAnew) {
+        g_Progress->done = 0;
+    }
+    victim.prepare(g_Progress->done + 1);
+    if (victim.IsTool()) {
+        return RunTool(victim.tool);
+    }
+    g_Progress->isReady = 0;
+    const Process res = Process::StartWorker(int(&victim - kVictims));
+    for (const Stopwatch watch; g_Progress->isReady == 0 && watch.Microseconds() < kPatience;) {
+        Pause();
+    }
+    return res;
+}
+
+/// Counts the unfinished files, and makes them look older: Windows leaves files of the last minute alone, which may be
+/// about to be renamed.
+int AgeUnfinishedFiles()
 {
     int count = 0;
     for (const auto& entry : fs::recursive_directory_iterator(".")) {
-        count += entry.path().extension() == ".tmp";
+        if (entry.path().extension() == ".tmp") {
+            ++count;
+            fs::last_write_time(entry.path(), fs::file_time_type::clock::now() - std::chrono::minutes(2));
+        }
     }
     return count;
 }
 
-/// The last version that a process has reported; shared with it.
-std::atomic<int>* g_Done = nullptr;
-
-pid_t Start(const Victim& victim)
+/// Microseconds that a version takes after Start().
+int WholeRun(const Victim& victim)
 {
-    if (victim.startsAnew) {
-        *g_Done = 0;
+    const Process process = Start(victim);
+    const Stopwatch watch;
+    if (victim.IsTool()) {
+        process.Wait();
+        ++g_Progress->done;
+        return watch.Microseconds();
     }
-    victim.prepare(*g_Done + 1);
-    const pid_t child = fork();
-    if (child != 0) {
-        return child;
+    for (const int before = g_Progress->done; g_Progress->done == before && watch.Microseconds() < kPatience;) {
+        Pause();
     }
-    while (victim.work(*g_Done + 1)) {
-        ++*g_Done;
-    }
-    _exit(1);
+    const int res = watch.Microseconds();
+    process.Kill();
+    process.Wait();
+    AgeUnfinishedFiles();
+    g_Progress->done += victim.isThere(g_Progress->done + 1);
+    return res;
 }
 
-/// Microseconds that a version takes, from the start of its process.
-int DurationOf(const Victim& victim)
+/// Microseconds that the tool takes to start and to end.
+int EmptyRun()
 {
-    constexpr int kRuns = 20;
-    const auto start = std::chrono::steady_clock::now();
-    for (int i = 0; i < kRuns; ++i) {
-        const pid_t child = Start(victim);
-        const int before = *g_Done;
-        while (!victim.worksOnce && *g_Done == before) {
-            usleep(10);
-        }
-        if (!victim.worksOnce) {
-            kill(child, SIGKILL);
-        }
-        waitpid(child, nullptr, 0);
-        *g_Done += victim.worksOnce || victim.isThere(*g_Done + 1);
-    }
-    const std::chrono::duration<double, std::micro> passed = std::chrono::steady_clock::now() - start;
-    return int(passed.count()) / kRuns;
+    const Process process = RunTool({"list", "--names", "empty"});
+    const Stopwatch watch;
+    process.Wait();
+    return watch.Microseconds();
 }
 
-/// Kills one process and returns what is wrong then, or null.
-const char* KillOne(const Victim& victim, int microseconds)
+/// Chooses the moments of kills, in microseconds after Start().
+class Moments {
+public:
+    Moments(const Victim& victim, int runs)
+    {
+        int empty = kPatience, shortest = kPatience;
+        MakeFile("empty", ArchiveBytes({}));
+        for (int i = 0; i < runs; ++i) {
+            empty = std::min(empty, victim.IsTool() ? EmptyRun() : 0);
+            shortest = std::min(shortest, WholeRun(victim));
+        }
+        m_First = std::min(double(empty) / shortest, 1.0);
+        m_Last = shortest * 1.5;
+    }
+
+    int Next(Random& random) const
+    {
+        const int last = int(m_Last) + 1;
+        return random.Int(int(last * m_First), last);
+    }
+
+    /// How long the tool runs depends on what else the machine does. One kill in three shall come too late.
+    void Learn(bool isLate) { m_Last *= isLate ? 0.96 : 1.02; }
+
+private:
+    double m_First;  ///< the share of an empty run in a whole one
+    double m_Last;
+};
+
+/// What the kills of one kind of process have come to.
+struct Tally {
+    int kills = 0, late = 0, unfinished = 0;
+    const char* wrong = nullptr;
+};
+
+/// What is wrong after the end of a process, or null.
+const char* WrongAfter(const Victim& victim, int exitCode)
 {
-    const pid_t child = Start(victim);
-    usleep(useconds_t(microseconds));
-    kill(child, SIGKILL);
-    int status = 0;
-    waitpid(child, &status, 0);
-    if (WIFEXITED(status)) {
-        if (!victim.worksOnce || WEXITSTATUS(status) != 0) {
-            return "the process has failed";
-        }
-        *g_Done += 1;
+    const bool hasEnded = exitCode != Process::kKilled;
+    if (hasEnded && (!victim.IsTool() || exitCode != 0)) {
+        return "the process has failed";
     }
-    if (!victim.isThere(*g_Done)) {
-        if (WIFEXITED(status) || victim.startsAnew || !victim.isThere(*g_Done + 1)) {
-            return "neither the old nor the new version";
-        }
-        *g_Done += 1;
+    g_Progress->done += hasEnded;
+    if (victim.isThere(g_Progress->done)) {
+        return nullptr;
     }
-    return UnfinishedFiles() > 1 ? "unfinished files stay" : nullptr;
+    if (hasEnded || victim.startsAnew || !victim.isThere(g_Progress->done + 1)) {
+        return "neither the old nor the new version";
+    }
+    ++g_Progress->done;
+    return nullptr;
+}
+
+void KillOne(const Victim& victim, int microseconds, Tally& res)
+{
+    const Process process = Start(victim);
+    std::this_thread::sleep_for(std::chrono::microseconds(microseconds));
+    process.Kill();
+    const int exitCode = process.Wait();
+    const int unfinished = AgeUnfinishedFiles();
+    ++(exitCode == Process::kKilled ? res.kills : res.late);
+    res.unfinished += unfinished;
+    res.wrong = WrongAfter(victim, exitCode);
+    if (res.wrong == nullptr && unfinished > 1) {
+        res.wrong = "unfinished files stay";
+    }
 }
 
 bool Run(const Victim& victim, int kills)
 {
     const TemporaryFolder folder(TemporaryFolder::IN_MEMORY);  // a kill finds a process that waits for a disk too often
     fs::current_path(folder.Path());
-    setenv("XDG_CONFIG_HOME", folder.Path().c_str(), 1);
-    *g_Done = 0;
-    const int duration = DurationOf(victim);
+    ZmSetEnvironmentVariable("XDG_CONFIG_HOME", folder.Path().c_str());
+    g_Progress->done = 0;
+    Moments moments(victim, std::min(kills, 20));
     Random random(1);
-    int unfinished = 0;
-    const char* wrong = nullptr;
-    int count = 0;
-    for (; wrong == nullptr && count < kills; ++count) {
-        wrong = KillOne(victim, random.Int(0, duration + duration / 2));
-        unfinished += UnfinishedFiles();
+    Tally tally;
+    while (tally.wrong == nullptr && tally.kills < kills) {
+        const int late = tally.late;
+        KillOne(victim, moments.Next(random), tally);
+        if (victim.IsTool()) {
+            moments.Learn(tally.late > late);
+        }
     }
-    printf("%s: %d kills, %d of them left an unfinished file; %s\n", victim.name, count, unfinished,
-           wrong != nullptr ? wrong : "nothing wrong");
+    printf("%s: %d kills (and %d too late), %d of them left an unfinished file; %s\n", victim.name, tally.kills,
+           tally.late, tally.unfinished, tally.wrong != nullptr ? tally.wrong : "nothing wrong");
     fflush(stdout);
     fs::current_path("/");
-    return wrong == nullptr;
+    return tally.wrong == nullptr;
 }
 
 }  // namespace
 
 int main(int argc, char** argv)
 {
+    SilenceLog();
+    PrepareWorkers(argc, argv, Work);
     if (argc < 2) {
         puts("ZmKills <zmarchive> [kills [name]]");
         return 2;
     }
     g_Tool = fs::absolute(argv[1]).string();
     const int kills = argc > 2 ? atoi(argv[2]) : 10000;
-    SilenceLog();
-    g_Done = static_cast<std::atomic<int>*>(
-        mmap(nullptr, sizeof(*g_Done), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0));
     bool right = true;
     for (const Victim& victim : kVictims) {
         if (argc <= 3 || strstr(victim.name, argv[3]) != nullptr) {

@@ -138,6 +138,8 @@ void DiscardNewFile(void* held, const char* path)
     close(FileOf(held));
 }
 
+const bool kReplacesOpenFiles = true;
+
 bool GiveName(void*& held, const char* path, const char* target)
 {
     if (!Synchronise(FileOf(held)) || rename(path, target) != 0) {

@@ -1,7 +1,11 @@
 #include "Platform/OsReplacement.h"
 
+#include "Platform/OutOfMemory.h"
+
 #include <algorithm>
 #include <iterator>
+#include <string.h>
+#include <vector>
 #include <windows.h>
 
 namespace zm {
@@ -16,6 +20,54 @@ bool IsOlderThanAMinute(HANDLE file)
     GetSystemTimeAsFileTime(&now);
     const auto ticks = [](const FILETIME& time) { return uint64_t(time.dwHighDateTime) << 32 | time.dwLowDateTime; };
     return GetFileTime(file, nullptr, nullptr, &written) != 0 && ticks(now) > ticks(written) + kTicksOfAMinute;
+}
+
+bool TakeAccessList(const char* path, const char* target)
+{
+    DWORD size = 0;
+    GetFileSecurityA(target, DACL_SECURITY_INFORMATION, nullptr, 0, &size);
+    std::vector<char> access(size);
+    return GetFileSecurityA(target, DACL_SECURITY_INFORMATION, access.data(), size, &size) != 0 &&
+           SetFileSecurityA(path, DACL_SECURITY_INFORMATION, access.data()) != 0;
+}
+
+void TakeAttributes(HANDLE file, const char* path, const char* target)
+{
+    WIN32_FILE_ATTRIBUTE_DATA old;
+    if (GetFileAttributesExA(target, GetFileExInfoStandard, &old) != 0) {
+        SetFileTime(file, &old.ftCreationTime, nullptr, nullptr);
+        SetFileAttributesA(path, old.dwFileAttributes | FILE_ATTRIBUTE_ARCHIVE);
+    }
+}
+
+std::wstring Wide(const char* path)
+{
+    std::wstring res(size_t(MultiByteToWideChar(CP_ACP, 0, path, -1, nullptr, 0)), L'\0');
+    res.resize(size_t(std::max(1, MultiByteToWideChar(CP_ACP, 0, path, -1, &res[0], int(res.size())))) - 1);
+    return res;
+}
+
+// Replaces also files that are open and shared for deletion. Not all systems and file systems can do it.
+bool RenameOverOpen(const char* path, const char* target)
+{
+    // The headers for older systems lack these, and the field of the flags.
+    constexpr auto kRenameInfoEx = FILE_INFO_BY_HANDLE_CLASS(22);
+    constexpr DWORD kReplaceIfExists = 1, kPosixSemantics = 2, kFlags = kReplaceIfExists | kPosixSemantics;
+    const std::wstring name = Wide(target);
+    const size_t bytes = name.size() * sizeof(wchar_t);
+    std::vector<char> block(sizeof(FILE_RENAME_INFO) + bytes);
+    auto* const renaming = reinterpret_cast<FILE_RENAME_INFO*>(block.data());
+    memcpy(renaming, &kFlags, sizeof(kFlags));
+    renaming->FileNameLength = DWORD(bytes);
+    memcpy(renaming->FileName, name.data(), bytes);
+    const HANDLE file = CreateFileA(path, DELETE | SYNCHRONIZE, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                                    nullptr, OPEN_EXISTING, 0, nullptr);
+    const bool res = file != INVALID_HANDLE_VALUE &&
+                     SetFileInformationByHandle(file, kRenameInfoEx, renaming, DWORD(block.size())) != 0;
+    if (file != INVALID_HANDLE_VALUE) {
+        CloseHandle(file);
+    }
+    return res;
 }
 
 }  // namespace
@@ -44,13 +96,17 @@ bool TakesReplacement(const char* target, Replacement::Options options)
     return res;
 }
 
-// GiveName() transfers the target's attributes. The handle allows others to write the file, but not to delete it.
-void* MakeNewFile(const char* path, const char*, Replacement::Options, bool& taken)
+// The handle allows others to write the file, but not to delete it.
+void* MakeNewFile(const char* path, const char* target, Replacement::Options, bool& taken)
 {
     const HANDLE file = CreateFileA(path, GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, CREATE_NEW,
                                     FILE_ATTRIBUTE_NORMAL, nullptr);
     taken = file == INVALID_HANDLE_VALUE && GetLastError() == ERROR_FILE_EXISTS;
-    return file != INVALID_HANDLE_VALUE ? file : nullptr;
+    if (file == INVALID_HANDLE_VALUE) {
+        return nullptr;
+    }
+    UnlessOutOfMemory(false, [&] { return TakeAccessList(path, target); });
+    return file;
 }
 
 void DiscardNewFile(void* held, const char* path)
@@ -59,15 +115,22 @@ void DiscardNewFile(void* held, const char* path)
     DeleteFileA(path);
 }
 
-// ReplaceFile() keeps an existing target's attributes and access list. A held file cannot be renamed.
+// Windows 10 can, on its own file system only.
+const bool kReplacesOpenFiles = false;
+
+// ReplaceFile() keeps more of the target, such as its streams, but takes several steps, and a process killed between
+// them leaves no file of that name. It is for files that the others cannot replace because they are open. A held file
+// cannot be renamed. Attributes come last, as a hidden file cannot be opened to be written anew.
 bool GiveName(void*& held, const char* path, const char* target)
 {
     if (FlushFileBuffers(held) == 0) {
         return false;
     }
+    TakeAttributes(held, path, target);
     CloseHandle(held);
-    if (ReplaceFileA(target, path, nullptr, REPLACEFILE_IGNORE_MERGE_ERRORS, nullptr, nullptr) != 0 ||
-        MoveFileExA(path, target, MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0) {
+    if (UnlessOutOfMemory(false, [&] { return RenameOverOpen(path, target); }) ||
+        MoveFileExA(path, target, MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0 ||
+        ReplaceFileA(target, path, nullptr, REPLACEFILE_IGNORE_MERGE_ERRORS, nullptr, nullptr) != 0) {
         held = nullptr;
         return true;
     }
