@@ -393,7 +393,7 @@ inline ZmBbox ZmBoxFromPoints(const ZmVector* points, int count)
     return ZmBoxFromPoints(zm::Tight(points), count);
 }
 
-/// A sphere around points, at any stride or tight: its centre is that of their box, and it reaches the farthest point.
+/// A sphere around points: its centre is that of their box, and it reaches the farthest point.
 /// It Contains() all of them but is seldom the smallest. A `count` below 1 gives a radius of 0 at the origin.
 inline ZmSphere ZmSphereFromPoints(const ZmStridedData& points, int count)
 {
@@ -411,6 +411,7 @@ inline ZmSphere ZmSphereFromPoints(const ZmStridedData& points, int count)
     // Rounded up where the next float below would leave the farthest point outside.
     return {centre, double(radius) * radius < farthest ? radius * (1 + 0x1p-23f) : radius};
 }
+/// The same for a tight array.
 inline ZmSphere ZmSphereFromPoints(const ZmVector* points, int count)
 {
     return ZmSphereFromPoints(zm::Tight(points), count);
