@@ -21,8 +21,8 @@
 #include "ZmSphere.h"
 #include "ZmStridedData.h"
 
+#include <stddef.h>
 #include <stdint.h>
-#include <string.h>
 
 // --- Translation, scale, rotation ------------------------------------------------------
 
@@ -219,6 +219,28 @@ constexpr ZmMatrix ZmOrthographic(float width, float height, float nearPlane, fl
 
 namespace zm {
 
+constexpr double Magnitude(double x)
+{
+    return __builtin_fabs(x);
+}
+
+/// A 2x2 minor of rows `row` and `row` + 1, by its columns.
+constexpr double Minor(const ZmMatrix& m, int row, int i, int j)
+{
+    return double(m[row][i]) * m[row + 1][j] - double(m[row + 1][i]) * m[row][j];
+}
+
+/// Expands a row of the inverse by columns i, j and k of the matrix and the minors of the other pair of rows: `low` of
+/// rows 2 and 3, `high` of rows 0 and 1.
+constexpr void SetInverseRow(float* res, const ZmMatrix& m, int i, int j, int k, const Triple& low, const Triple& high,
+                             double f)
+{
+    res[0] = float((m[1][i] * low.x - m[1][j] * low.y + m[1][k] * low.z) * f);
+    res[1] = float((m[0][i] * low.x - m[0][j] * low.y + m[0][k] * low.z) * -f);
+    res[2] = float((m[3][i] * high.x - m[3][j] * high.y + m[3][k] * high.z) * f);
+    res[3] = float((m[2][i] * high.x - m[2][j] * high.y + m[2][k] * high.z) * -f);
+}
+
 constexpr ZmMatrix NotAMatrix()
 {
     const float nan = __builtin_nanf("");
@@ -243,13 +265,12 @@ constexpr ZmMatrix Zm3DInverseRigid(const ZmMatrix& m)
 constexpr ZmMatrix Zm3DInverseAffine(const ZmMatrix& m)
 {
     const zm::Triple a(m[0]), b(m[1]), c(m[2]), bc = Cross(b, c), ca = Cross(c, a), ab = Cross(a, b);
-    const auto size = [](double x, double y) { return __builtin_fabs(x) + __builtin_fabs(y); };
     const double det = (a.z * bc.z + a.y * bc.y) + a.x * bc.x;
-    const double terms =
-        (__builtin_fabs(a.z) * size(b.x * c.y, b.y * c.x) + __builtin_fabs(a.y) * size(b.z * c.x, b.x * c.z)) +
-        __builtin_fabs(a.x) * size(b.y * c.z, b.z * c.y);
+    const double size = (zm::Magnitude(a.z) * (zm::Magnitude(b.x * c.y) + zm::Magnitude(b.y * c.x)) +
+                         zm::Magnitude(a.y) * (zm::Magnitude(b.z * c.x) + zm::Magnitude(b.x * c.z))) +
+                        zm::Magnitude(a.x) * (zm::Magnitude(b.y * c.z) + zm::Magnitude(b.z * c.y));
     constexpr double kRoundsToZero = 0x1p-150;
-    if (__builtin_fabs(det) <= kRoundsToZero || __builtin_fabs(det) < 1e-15 * terms) {
+    if (zm::Magnitude(det) <= kRoundsToZero || zm::Magnitude(det) < 1e-15 * size) {
         return zm::NotAMatrix();
     }
     const double f = 1 / det;
@@ -267,32 +288,19 @@ constexpr ZmMatrix Zm3DInverseAffine(const ZmMatrix& m)
 /// Inverse of any 4x4 matrix, such as a projection. A determinant of 0 gives a matrix of NaNs.
 constexpr ZmMatrix Zm3DInverse4(const ZmMatrix& m)
 {
-    // The 2x2 minors of rows 0 and 1, and of rows 2 and 3, by their columns.
-    const auto minor = [&m](int row, int i, int j) {
-        return double(m[row][i]) * m[row + 1][j] - double(m[row + 1][i]) * m[row][j];
-    };
-    const double s01 = minor(0, 0, 1), s02 = minor(0, 0, 2), s03 = minor(0, 0, 3), s12 = minor(0, 1, 2),
-                 s13 = minor(0, 1, 3), s23 = minor(0, 2, 3);
-    const double c01 = minor(2, 0, 1), c02 = minor(2, 0, 2), c03 = minor(2, 0, 3), c12 = minor(2, 1, 2),
-                 c13 = minor(2, 1, 3), c23 = minor(2, 2, 3);
+    const double s01 = zm::Minor(m, 0, 0, 1), s02 = zm::Minor(m, 0, 0, 2), s03 = zm::Minor(m, 0, 0, 3),
+                 s12 = zm::Minor(m, 0, 1, 2), s13 = zm::Minor(m, 0, 1, 3), s23 = zm::Minor(m, 0, 2, 3);
+    const double c01 = zm::Minor(m, 2, 0, 1), c02 = zm::Minor(m, 2, 0, 2), c03 = zm::Minor(m, 2, 0, 3),
+                 c12 = zm::Minor(m, 2, 1, 2), c13 = zm::Minor(m, 2, 1, 3), c23 = zm::Minor(m, 2, 2, 3);
     const double det = s01 * c23 - s02 * c13 + s03 * c12 + s12 * c03 - s13 * c02 + s23 * c01;
-    if (det == 0) {
-        return zm::NotAMatrix();
+    ZmMatrix res = zm::NotAMatrix();
+    if (det != 0) {
+        const double f = 1 / det;
+        zm::SetInverseRow(res[0], m, 1, 2, 3, {c23, c13, c12}, {s23, s13, s12}, f);
+        zm::SetInverseRow(res[1], m, 0, 2, 3, {c23, c03, c02}, {s23, s03, s02}, -f);
+        zm::SetInverseRow(res[2], m, 0, 1, 3, {c13, c03, c01}, {s13, s03, s01}, f);
+        zm::SetInverseRow(res[3], m, 0, 1, 2, {c12, c02, c01}, {s12, s02, s01}, -f);
     }
-    const double f = 1 / det;
-    // A row of the other pair against the minors of three of its columns.
-    const auto element = [&m, f](int row, int i, double p, int j, double q, int k, double r) {
-        return float((m[row][i] * p - m[row][j] * q + m[row][k] * r) * f);
-    };
-    ZmMatrix res(
-        {element(1, 1, c23, 2, c13, 3, c12), -element(0, 1, c23, 2, c13, 3, c12), element(3, 1, s23, 2, s13, 3, s12)},
-        {-element(1, 0, c23, 2, c03, 3, c02), element(0, 0, c23, 2, c03, 3, c02), -element(3, 0, s23, 2, s03, 3, s02)},
-        {element(1, 0, c13, 1, c03, 3, c01), -element(0, 0, c13, 1, c03, 3, c01), element(3, 0, s13, 1, s03, 3, s01)},
-        {-element(1, 0, c12, 1, c02, 2, c01), element(0, 0, c12, 1, c02, 2, c01), -element(3, 0, s12, 1, s02, 2, s01)});
-    res[0][3] = -element(2, 1, s23, 2, s13, 3, s12);
-    res[1][3] = element(2, 0, s23, 2, s03, 3, s02);
-    res[2][3] = -element(2, 0, s13, 1, s03, 3, s01);
-    res[3][3] = element(2, 0, s12, 1, s02, 2, s01);
     return res;
 }
 
@@ -355,16 +363,12 @@ constexpr double SquareDistanceOf(const ZmVector& a, const ZmVector& b)
     return Dot(apart, apart);
 }
 
-/// Calls use(point) for each element.
-template <class Use>
-inline void ForEachPoint(const ZmStridedData& points, int count, Use use)
+/// Element i, which may be unaligned.
+inline ZmVector PointAt(const ZmStridedData& points, int i)
 {
-    const char* p = static_cast<const char*>(points.Ptr);
-    for (int i = 0; i < count; ++i, p += points.Stride) {
-        float v[3];
-        memcpy(v, p, sizeof(v));  // elements may be unaligned
-        use(ZmVector(v[0], v[1], v[2]));
-    }
+    float v[3];
+    __builtin_memcpy(v, static_cast<const char*>(points.Ptr) + size_t(i) * points.Stride, sizeof(v));
+    return {v[0], v[1], v[2]};
 }
 
 /// Describes a tight array, which is only read.
@@ -385,7 +389,9 @@ constexpr bool Contains(const ZmSphere& sphere, const ZmVector& point)
 inline ZmBbox ZmBoxFromPoints(const ZmStridedData& points, int count)
 {
     ZmBbox box = ZmEmptyBox();
-    zm::ForEachPoint(points, count, [&box](const ZmVector& p) { Extend(box, p); });
+    for (int i = 0; i < count; ++i) {
+        Extend(box, zm::PointAt(points, i));
+    }
     return box;
 }
 inline ZmBbox ZmBoxFromPoints(const ZmVector* points, int count)
@@ -403,10 +409,10 @@ inline ZmSphere ZmSphereFromPoints(const ZmStridedData& points, int count)
     const ZmBbox box = ZmBoxFromPoints(points, count);
     const ZmVector centre = box.Min * 0.5f + box.Max * 0.5f;
     double farthest = 0;
-    zm::ForEachPoint(points, count, [&](const ZmVector& p) {
-        const double square = zm::SquareDistanceOf(p, centre);
+    for (int i = 0; i < count; ++i) {
+        const double square = zm::SquareDistanceOf(zm::PointAt(points, i), centre);
         farthest = square > farthest ? square : farthest;
-    });
+    }
     const float radius = float(zm::Sqrt(farthest));
     // Rounded up where the next float below would leave the farthest point outside.
     return {centre, double(radius) * radius < farthest ? radius * (1 + 0x1p-23f) : radius};

@@ -28,6 +28,14 @@ inline double Sqrt(double x)
 
 #if defined(__SSE2__)
 
+// Four lanes of two registers, those of b numbered from 4.
+#if defined(__clang__) || __GNUC__ >= 12
+#define ZM_SHUFFLE(a, b, i, j, k, l) __builtin_shufflevector(a, b, i, j, k, l)
+#else
+typedef int ZmLaneNumbers __attribute__((vector_size(16)));
+#define ZM_SHUFFLE(a, b, i, j, k, l) __builtin_shuffle(a, b, ZmLaneNumbers{i, j, k, l})
+#endif
+
 /// Four floats in one register. Both forms of this type perform the same operations in the same order.
 struct Float4 {
     typedef float Register __attribute__((vector_size(16)));
@@ -45,18 +53,26 @@ struct Float4 {
     Float4 operator+(Float4 o) const { return {v + o.v}; }
     Float4 operator*(Float4 o) const { return {v * o.v}; }
 
-    /// Lanes i and j of a, then k and l of b.
-    template <int i, int j, int k, int l>
-    static Float4 Shuffle(Float4 a, Float4 b)
+    /// One lane in all four.
+    Float4 AllX() const { return {ZM_SHUFFLE(v, v, 0, 0, 0, 0)}; }
+    Float4 AllY() const { return {ZM_SHUFFLE(v, v, 1, 1, 1, 1)}; }
+    Float4 AllZ() const { return {ZM_SHUFFLE(v, v, 2, 2, 2, 2)}; }
+    Float4 AllW() const { return {ZM_SHUFFLE(v, v, 3, 3, 3, 3)}; }
+
+    /// Writes the transpose of sixteen floats.
+    static void Transpose(float* res, const float* m)
     {
-#if defined(__clang__) || __GNUC__ >= 12
-        return {__builtin_shufflevector(a.v, b.v, i, j, k + 4, l + 4)};
-#else
-        typedef int Lanes __attribute__((vector_size(16)));
-        return {__builtin_shuffle(a.v, b.v, Lanes{i, j, k + 4, l + 4})};
-#endif
+        const Register a = Load(m).v, b = Load(m + 4).v, c = Load(m + 8).v, d = Load(m + 12).v;
+        const Register abXY = ZM_SHUFFLE(a, b, 0, 1, 4, 5), abZW = ZM_SHUFFLE(a, b, 2, 3, 6, 7);
+        const Register cdXY = ZM_SHUFFLE(c, d, 0, 1, 4, 5), cdZW = ZM_SHUFFLE(c, d, 2, 3, 6, 7);
+        Float4{ZM_SHUFFLE(abXY, cdXY, 0, 2, 4, 6)}.Store(res);
+        Float4{ZM_SHUFFLE(abXY, cdXY, 1, 3, 5, 7)}.Store(res + 4);
+        Float4{ZM_SHUFFLE(abZW, cdZW, 0, 2, 4, 6)}.Store(res + 8);
+        Float4{ZM_SHUFFLE(abZW, cdZW, 1, 3, 5, 7)}.Store(res + 12);
     }
 };
+
+#undef ZM_SHUFFLE
 
 #else
 
@@ -80,21 +96,19 @@ struct Float4 {
     Float4 operator+(const Float4& o) const { return {{v[0] + o.v[0], v[1] + o.v[1], v[2] + o.v[2], v[3] + o.v[3]}}; }
     Float4 operator*(const Float4& o) const { return {{v[0] * o.v[0], v[1] * o.v[1], v[2] * o.v[2], v[3] * o.v[3]}}; }
 
-    template <int i, int j, int k, int l>
-    static Float4 Shuffle(const Float4& a, const Float4& b)
+    Float4 AllX() const { return Splat(v[0]); }
+    Float4 AllY() const { return Splat(v[1]); }
+    Float4 AllZ() const { return Splat(v[2]); }
+    Float4 AllW() const { return Splat(v[3]); }
+    static void Transpose(float* res, const float* m)
     {
-        return {{a.v[i], a.v[j], b.v[k], b.v[l]}};
+        for (int i = 0; i < 16; ++i) {
+            res[i] = m[i % 4 * 4 + i / 4];
+        }
     }
 };
 
 #endif
-
-/// One lane in all four.
-template <int i>
-inline Float4 SplatOf(const Float4& a)
-{
-    return Float4::Shuffle<i, i, i, i>(a, a);
-}
 
 // --- Double precision for exact results ------------------------------------------------
 

@@ -44,11 +44,17 @@ constexpr ZmVector operator/(const ZmVector& v, float s)
 }
 constexpr ZmVector& operator/=(ZmVector& v, float s)
 {
-    return v = v / s;
+    v.x /= s;
+    v.y /= s;
+    v.z /= s;
+    return v;
 }
 constexpr ZmVector& operator*=(ZmVector& a, const ZmVector& b)
 {
-    return a = a * b;
+    a.x *= b.x;
+    a.y *= b.y;
+    a.z *= b.z;
+    return a;
 }
 
 // --- Zm2DVector ------------------------------------------------------------------
@@ -82,7 +88,7 @@ constexpr Zm2DVector operator*(const Zm2DVector& v, float s)
 }
 constexpr Zm2DVector operator*(float s, const Zm2DVector& v)
 {
-    return v * s;
+    return {v.x * s, v.y * s};
 }
 constexpr Zm2DVector operator/(const Zm2DVector& v, float s)
 {
@@ -92,19 +98,27 @@ constexpr Zm2DVector operator/(const Zm2DVector& v, float s)
 /// The same in place.
 constexpr Zm2DVector& operator+=(Zm2DVector& a, const Zm2DVector& b)
 {
-    return a = a + b;
+    a.x += b.x;
+    a.y += b.y;
+    return a;
 }
 constexpr Zm2DVector& operator-=(Zm2DVector& a, const Zm2DVector& b)
 {
-    return a = a - b;
+    a.x -= b.x;
+    a.y -= b.y;
+    return a;
 }
 constexpr Zm2DVector& operator*=(Zm2DVector& v, float s)
 {
-    return v = v * s;
+    v.x *= s;
+    v.y *= s;
+    return v;
 }
 constexpr Zm2DVector& operator/=(Zm2DVector& v, float s)
 {
-    return v = v / s;
+    v.x /= s;
+    v.y /= s;
+    return v;
 }
 
 /// Compares all components.
@@ -148,7 +162,7 @@ constexpr ZmVector4 operator*(const ZmVector4& v, float s)
 }
 constexpr ZmVector4 operator*(float s, const ZmVector4& v)
 {
-    return v * s;
+    return {v.x * s, v.y * s, v.z * s, v.w * s};
 }
 constexpr ZmVector4 operator/(const ZmVector4& v, float s)
 {
@@ -158,19 +172,35 @@ constexpr ZmVector4 operator/(const ZmVector4& v, float s)
 /// The same in place.
 constexpr ZmVector4& operator+=(ZmVector4& a, const ZmVector4& b)
 {
-    return a = a + b;
+    a.x += b.x;
+    a.y += b.y;
+    a.z += b.z;
+    a.w += b.w;
+    return a;
 }
 constexpr ZmVector4& operator-=(ZmVector4& a, const ZmVector4& b)
 {
-    return a = a - b;
+    a.x -= b.x;
+    a.y -= b.y;
+    a.z -= b.z;
+    a.w -= b.w;
+    return a;
 }
 constexpr ZmVector4& operator*=(ZmVector4& v, float s)
 {
-    return v = v * s;
+    v.x *= s;
+    v.y *= s;
+    v.z *= s;
+    v.w *= s;
+    return v;
 }
 constexpr ZmVector4& operator/=(ZmVector4& v, float s)
 {
-    return v = v / s;
+    v.x /= s;
+    v.y /= s;
+    v.z /= s;
+    v.w /= s;
+    return v;
 }
 
 /// Compares all components.
@@ -206,7 +236,7 @@ constexpr ZmColor operator*(const ZmColor& c, float s)
 }
 constexpr ZmColor operator*(float s, const ZmColor& c)
 {
-    return c * s;
+    return {c.r * s, c.g * s, c.b * s, c.a * s};
 }
 constexpr ZmColor operator/(const ZmColor& c, float s)
 {
@@ -216,19 +246,35 @@ constexpr ZmColor operator/(const ZmColor& c, float s)
 /// The same in place.
 constexpr ZmColor& operator+=(ZmColor& a, const ZmColor& b)
 {
-    return a = a + b;
+    a.r += b.r;
+    a.g += b.g;
+    a.b += b.b;
+    a.a += b.a;
+    return a;
 }
 constexpr ZmColor& operator-=(ZmColor& a, const ZmColor& b)
 {
-    return a = a - b;
+    a.r -= b.r;
+    a.g -= b.g;
+    a.b -= b.b;
+    a.a -= b.a;
+    return a;
 }
 constexpr ZmColor& operator*=(ZmColor& c, float s)
 {
-    return c = c * s;
+    c.r *= s;
+    c.g *= s;
+    c.b *= s;
+    c.a *= s;
+    return c;
 }
 constexpr ZmColor& operator/=(ZmColor& c, float s)
 {
-    return c = c / s;
+    c.r /= s;
+    c.g /= s;
+    c.b /= s;
+    c.a /= s;
+    return c;
 }
 
 /// Compares all components.
@@ -264,7 +310,7 @@ constexpr ZmQuaternion operator*(const ZmQuaternion& q, float s)
 }
 constexpr ZmQuaternion operator*(float s, const ZmQuaternion& q)
 {
-    return q * s;
+    return {q.x * s, q.y * s, q.z * s, q.w * s};
 }
 constexpr ZmQuaternion operator/(const ZmQuaternion& q, float s)
 {
@@ -321,7 +367,7 @@ constexpr ZmMatrix ConstantProduct(const ZmMatrix& a, const ZmMatrix& b)
 
 inline Float4 RowTimes(const Float4& row, const Float4& m0, const Float4& m1, const Float4& m2, const Float4& m3)
 {
-    return (SplatOf<0>(row) * m0 + SplatOf<1>(row) * m1) + (SplatOf<2>(row) * m2 + SplatOf<3>(row) * m3);
+    return (row.AllX() * m0 + row.AllY() * m1) + (row.AllZ() * m2 + row.AllW() * m3);
 }
 
 inline ZmMatrix Product(const ZmMatrix& a, const ZmMatrix& b)
@@ -348,14 +394,8 @@ constexpr ZmMatrix ConstantTranspose(const ZmMatrix& m)
 
 inline ZmMatrix Transpose(const ZmMatrix& m)
 {
-    const Float4 a = Float4::Load(m[0]), b = Float4::Load(m[1]), c = Float4::Load(m[2]), d = Float4::Load(m[3]);
-    const Float4 abXY = Float4::Shuffle<0, 1, 0, 1>(a, b), abZW = Float4::Shuffle<2, 3, 2, 3>(a, b),
-                 cdXY = Float4::Shuffle<0, 1, 0, 1>(c, d), cdZW = Float4::Shuffle<2, 3, 2, 3>(c, d);
     ZmMatrix res;
-    Float4::Shuffle<0, 2, 0, 2>(abXY, cdXY).Store(res[0]);
-    Float4::Shuffle<1, 3, 1, 3>(abXY, cdXY).Store(res[1]);
-    Float4::Shuffle<0, 2, 0, 2>(abZW, cdZW).Store(res[2]);
-    Float4::Shuffle<1, 3, 1, 3>(abZW, cdZW).Store(res[3]);
+    Float4::Transpose(res[0], m[0]);
     return res;
 }
 
@@ -551,19 +591,19 @@ inline float Distance(const Zm2DVector& a, const Zm2DVector& b)
 /// 0 to 1. Rotations have Nlerp and SlerpExact.
 constexpr Zm2DVector Lerp(const Zm2DVector& a, const Zm2DVector& b, float t)
 {
-    return a + (b - a) * t;
+    return {a.x + (b.x - a.x) * t, a.y + (b.y - a.y) * t};
 }
 constexpr ZmVector Lerp(const ZmVector& a, const ZmVector& b, float t)
 {
-    return a + (b - a) * t;
+    return {a.x + (b.x - a.x) * t, a.y + (b.y - a.y) * t, a.z + (b.z - a.z) * t};
 }
 constexpr ZmVector4 Lerp(const ZmVector4& a, const ZmVector4& b, float t)
 {
-    return a + (b - a) * t;
+    return {a.x + (b.x - a.x) * t, a.y + (b.y - a.y) * t, a.z + (b.z - a.z) * t, a.w + (b.w - a.w) * t};
 }
 constexpr ZmColor Lerp(const ZmColor& a, const ZmColor& b, float t)
 {
-    return a + (b - a) * t;
+    return {a.r + (b.r - a.r) * t, a.g + (b.g - a.g) * t, a.b + (b.b - a.b) * t, a.a + (b.a - a.a) * t};
 }
 
 namespace zm {
@@ -638,19 +678,19 @@ constexpr ZmColor Clamp(const ZmColor& c, const ZmColor& low, const ZmColor& hig
 /// Each component clamped to 0 to 1; a NaN becomes 0.
 constexpr Zm2DVector Saturate(const Zm2DVector& v)
 {
-    return Clamp(v, {0, 0}, {1, 1});
+    return Clamp(v, Zm2DVector(0, 0), Zm2DVector(1, 1));
 }
 constexpr ZmVector Saturate(const ZmVector& v)
 {
-    return Clamp(v, {0, 0, 0}, {1, 1, 1});
+    return Clamp(v, ZmVector(0, 0, 0), ZmVector(1, 1, 1));
 }
 constexpr ZmVector4 Saturate(const ZmVector4& v)
 {
-    return Clamp(v, {0, 0, 0, 0}, {1, 1, 1, 1});
+    return Clamp(v, ZmVector4(0, 0, 0, 0), ZmVector4(1, 1, 1, 1));
 }
 constexpr ZmColor Saturate(const ZmColor& c)
 {
-    return Clamp(c, {0, 0, 0, 0}, {1, 1, 1, 1});
+    return Clamp(c, ZmColor(0, 0, 0, 0), ZmColor(1, 1, 1, 1));
 }
 
 /// The magnitude of each component.
