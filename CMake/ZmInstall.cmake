@@ -5,7 +5,7 @@ set(generated "${PROJECT_BINARY_DIR}/CMake")
 
 list(TRANSFORM ZM_PUBLIC_HEADERS PREPEND "${PROJECT_SOURCE_DIR}/Include/" OUTPUT_VARIABLE headers)
 install(FILES ${headers} DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/ZmMath" COMPONENT Development)
-install(TARGETS ZmMath EXPORT ZmMathTargets
+install(TARGETS ZmMath ZmSameBits EXPORT ZmMathTargets
     RUNTIME COMPONENT Runtime
     LIBRARY COMPONENT Runtime NAMELINK_COMPONENT Development
     ARCHIVE COMPONENT Development)
@@ -21,6 +21,7 @@ install(FILES "${generated}/ZmMathConfig.cmake" "${generated}/ZmMathConfigVersio
 set(ZM_PKGCONFIG_DIR "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
 cmake_path(RELATIVE_PATH CMAKE_INSTALL_PREFIX
     BASE_DIRECTORY "${CMAKE_INSTALL_PREFIX}/${ZM_PKGCONFIG_DIR}" OUTPUT_VARIABLE ZM_PREFIX_FROM_PC)
+list(JOIN ZM_SAME_BITS_OPTIONS " " ZM_SAME_BITS_TEXT)
 configure_file("${CMAKE_CURRENT_LIST_DIR}/zmmath.pc.in" "${generated}/zmmath.pc" @ONLY)
 install(FILES "${generated}/zmmath.pc" DESTINATION "${ZM_PKGCONFIG_DIR}" COMPONENT Development)
 

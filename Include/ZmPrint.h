@@ -12,6 +12,7 @@
 #include "ZmBbox.h"
 #include "ZmInterop.h"
 #include "ZmOBB.h"
+#include "ZmOperators.h"
 #include "ZmPlane.h"
 #include "ZmRay.h"
 #include "ZmRect.h"
@@ -19,33 +20,8 @@
 
 #include <ostream>
 
-/// Returns whether all fields are equal.
+/// Returns whether all fields are equal. Those of vectors, quaternions, colours and matrices are in ZmOperators.h.
 /// @{
-constexpr bool operator==(const Zm2DVector& a, const Zm2DVector& b)
-{
-    return a.x == b.x && a.y == b.y;
-}
-constexpr bool operator==(const ZmVector4& a, const ZmVector4& b)
-{
-    return a.x == b.x && a.y == b.y && a.z == b.z && a.w == b.w;
-}
-constexpr bool operator==(const ZmQuaternion& a, const ZmQuaternion& b)
-{
-    return a.x == b.x && a.y == b.y && a.z == b.z && a.w == b.w;
-}
-constexpr bool operator==(const ZmColor& a, const ZmColor& b)
-{
-    return a.r == b.r && a.g == b.g && a.b == b.b && a.a == b.a;
-}
-constexpr bool operator==(const ZmMatrix& a, const ZmMatrix& b)
-{
-    for (int i = 0; i < 16; ++i) {
-        if (!(a[i / 4][i % 4] == b[i / 4][i % 4])) {
-            return false;
-        }
-    }
-    return true;
-}
 constexpr bool operator==(const ZmBbox& a, const ZmBbox& b)
 {
     return a.Max == b.Max && a.Min == b.Min;
@@ -87,26 +63,6 @@ constexpr bool operator==(const RKPOINT& a, const RKPOINT& b)
 
 /// Returns whether any field differs.
 /// @{
-constexpr bool operator!=(const Zm2DVector& a, const Zm2DVector& b)
-{
-    return !(a == b);
-}
-constexpr bool operator!=(const ZmVector4& a, const ZmVector4& b)
-{
-    return !(a == b);
-}
-constexpr bool operator!=(const ZmQuaternion& a, const ZmQuaternion& b)
-{
-    return !(a == b);
-}
-constexpr bool operator!=(const ZmColor& a, const ZmColor& b)
-{
-    return !(a == b);
-}
-constexpr bool operator!=(const ZmMatrix& a, const ZmMatrix& b)
-{
-    return !(a == b);
-}
 constexpr bool operator!=(const ZmBbox& a, const ZmBbox& b)
 {
     return !(a == b);

@@ -1,5 +1,6 @@
-// Plays a key-framed gate: the matrices between two keys keep their shape, as element-by-element blending would not.
-// Then decomposes a sheared matrix into translation, rotation and stretch, and recomposes it.
+// Plays a key-framed gate: the matrices between two keys keep their shape, as element-by-element blending would not,
+// and the keys themselves come back exactly. Then decomposes a sheared matrix into translation, rotation and stretch,
+// and recomposes it.
 #include <ZmMath.h>
 
 #include <cmath>
@@ -26,20 +27,21 @@ float LengthOfX(const ZmMatrix& m)
 int main()
 {
     // The gate swings by 120 degrees about its post, and sinks a little.
-    ZmMatrix closed = ZmMatrix::Identity(), open;
-    Zm3DMatrixFromEulerAngles(open, 0, 120 * kDegrees, 0);
-    open[3][1] = -0.4f;
+    const ZmMatrix closed = ZmMatrix::Identity();
+    const ZmMatrix open = ZmRotationY(120 * kDegrees) * ZmTranslation({0, -0.4f, 0});
 
     std::puts("   t  degrees  height  width  blended by elements");
     for (int step = 0; step <= 4; ++step) {
         const float t = float(step) / 4;
-        ZmMatrix gate;
-        Zm3DInterpolateMatrix(t, gate, closed, open);
+        const ZmMatrix gate = ZmInterpolate(closed, open, t);
         const ZmQuaternion turn = Zm3DQuaternionFromMatrix(gate);
-        const float turned = 2 * std::atan2(Length({turn.x, turn.y, turn.z}), turn.w) / kDegrees;
+        const float turned = 2 * std::atan2(Length({turn.x, turn.y, turn.z}), std::fabs(turn.w)) / kDegrees;
         std::printf("%.2f  %7.0f  %6.2f  %5.2f  %19.2f\n", t, turned, gate[3][1], LengthOfX(gate),
                     LengthOfX(Blended(t, closed, open)));
     }
+
+    const bool exact = ZmInterpolate(closed, open, 0) == closed && ZmInterpolate(closed, open, 1) == open;
+    std::printf("the keys come back %s\n", exact ? "exactly" : "CHANGED");
 
     // A banner sheared by the wind and worn by a giant: no scale along the axes describes it.
     ZmMatrix banner({2, 0, 0}, {1, 2, 0}, {0, 0, 2}, {5, 6, 7});

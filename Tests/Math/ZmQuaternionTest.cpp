@@ -9,7 +9,7 @@ bool Equal(const ZmQuaternion& a, const ZmQuaternion& b)
     return a.x == b.x && a.y == b.y && a.z == b.z && a.w == b.w;
 }
 
-double SquareLength(const ZmQuaternion& q)
+double SquareNorm(const ZmQuaternion& q)
 {
     return double(q.x) * q.x + double(q.y) * q.y + double(q.z) * q.z + double(q.w) * q.w;
 }
@@ -209,7 +209,7 @@ TEST(ZmQuaternionTest, NormalizeMapsZeroToTheIdentity)
     OnEachPath(50, [](Random& random) {
         const ZmVector4 v = random.Vector4();
         ZmQuaternion q(v.x, v.y, v.z, v.w), zero(0, 0, 0, 0);
-        const double length = sqrt(SquareLength(q));
+        const double length = sqrt(SquareNorm(q));
         q.Normalize();
         zero.Normalize();
         ExpectNear(q, v.x / length, v.y / length, v.z / length, v.w / length, 4 * kRounding);
@@ -271,8 +271,8 @@ TEST(ZmQuaternionTest, SlerpOfNearQuaternionsIsLinearAndNotRenormalised)
             ExpectNear(q, 0, 0, 0.25 * b.z, 0.75 + 0.25 * b.w, 2 * kRounding);
         }
     }
-    EXPECT_LT(SquareLength(Slerp(0.5f, AboutZ(0), AboutZ(8.05 * kDegree))), 0.9952);  // cos 4.025 degrees, squared
-    EXPECT_NEAR(SquareLength(Slerp(0.5f, AboutZ(0), AboutZ(8.2 * kDegree))), 1, 16 * kRounding);
+    EXPECT_LT(SquareNorm(Slerp(0.5f, AboutZ(0), AboutZ(8.05 * kDegree))), 0.9952);  // cos 4.025 degrees, squared
+    EXPECT_NEAR(SquareNorm(Slerp(0.5f, AboutZ(0), AboutZ(8.2 * kDegree))), 1, 16 * kRounding);
 }
 
 TEST(ZmQuaternionTest, SquadRunsFromItsFirstQuaternionToItsLast)

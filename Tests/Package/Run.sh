@@ -41,7 +41,9 @@ use_prefix() {
     fi
     export PKG_CONFIG_PATH=$prefix/$libdir/pkgconfig
     [ "$(pkg-config --modversion zmmath)" = "$version" ]
-    "$compiler" "$here/Main.cpp" -o "$scratch/UserByPkgConfig" $(pkg-config --cflags --libs zmmath)
+    [[ $(pkg-config --variable=samebits zmmath) == -ffp-contract=off* ]]
+    "$compiler" "$here/Main.cpp" -o "$scratch/UserByPkgConfig" $(pkg-config --variable=samebits zmmath) \
+        $(pkg-config --cflags --libs zmmath)
     LD_LIBRARY_PATH=$prefix/$libdir "$scratch/UserByPkgConfig"
 }
 
