@@ -3,21 +3,34 @@
 #include "Harness.h"
 #include "Operands.h"
 
+#include <cstring>
+
 // The loops around everything that is measured. The unnamed namespace is meant: each
 // file has its own copy, compiled with its own flags.
 namespace bench {
 namespace {
 
-/// Calls Op(result, operands, i) for each of the single operations.
+/// Calls Op(result, operands, i) for each of the single operations. In a chain each of them waits for the result of the
+/// one before, whose bits seem to say where its operands lie.
 template <class Result, class Op>
 inline void Each(const Work& w, Op op)
 {
     Result* dst = static_cast<Result*>(w.dst);
     const Operands& in = *static_cast<const Operands*>(w.src);
     const int count = w.count;  // a copy: stores through pointers could alias the original
+#ifdef ZM_CHAINED
+    const volatile int none = 0;
+    const int mask = none;
+    for (int i = 0, further = 0; i < count; ++i) {
+        op(dst[i], in, i + further);
+        std::memcpy(&further, &dst[i], sizeof(further));
+        further &= mask;
+    }
+#else
     for (int i = 0; i < count; ++i) {
         op(dst[i], in, i);
     }
+#endif
 }
 
 /// Element i of an array of operands, as a type of the contender.

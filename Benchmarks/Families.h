@@ -33,6 +33,9 @@ extern const Contender kThreads;
 extern const Tasks kSingleTasks;
 extern const Contender kSingles;
 
+/// The tasks of the columns (Inline.cpp).
+extern const Tasks kInlineTasks;
+
 extern const Tasks kQueryTasks;
 extern const Contender kQueries;
 

@@ -55,6 +55,7 @@ enum class Role {
 /// The scalar path must not be slower than a plain loop.
 constexpr double kScalarGoal = 1.0;
 
+/// A table of tasks.
 struct Tasks {
     const Task* first;
     int count;
@@ -80,6 +81,18 @@ struct Contender {
     }
     const Entry* begin() const { return first; }
     const Entry* end() const { return first + count; }
+};
+
+/// Contenders that are all inline, compiled with the same flags: a program's, as its user builds it.
+struct Column {
+    const char* name;
+    double goal;  ///< for each task
+    bool isWide;  ///< compiled for AVX2 and FMA
+    const Contender* const* first;
+    int count;
+
+    const Contender* const* begin() const { return first; }
+    const Contender* const* end() const { return first + count; }
 };
 
 }  // namespace bench

@@ -1,5 +1,6 @@
 #include "Registry.h"
 
+#include "Columns.h"
 #include "Families.h"
 #include "Inputs.h"
 #include "Peers.h"
@@ -18,6 +19,9 @@ namespace bench {
 #define ZM_DECLARE_PEER(name) extern const Contender k##name;
 ZM_BENCHMARK_PEERS(ZM_DECLARE_PEER)
 
+#define ZM_DECLARE_COLUMN(name) extern const Column k##name;
+ZM_BENCHMARK_COLUMNS(ZM_DECLARE_COLUMN)
+
 namespace {
 
 constexpr const Tasks* kTasks[] = {&kPointTasks,         &kArrayTasks, &kSingleTasks,  &kQueryTasks,
@@ -28,6 +32,9 @@ constexpr const Tasks* kTasks[] = {&kPointTasks,         &kArrayTasks, &kSingleT
 constexpr const Contender* kContenders[] = {&kPoints,  &kScalarPoints,  &kArrays,  &kSingles,
                                             &kQueries, &kFoundations,   &kFiles,   &kArchives,
                                             &kImaging, &kConfiguration, &kThreads, ZM_BENCHMARK_PEERS(ZM_LIST_PEER)};
+
+#define ZM_LIST_COLUMN(name) &k##name,
+constexpr const Column* kColumns[] = {ZM_BENCHMARK_COLUMNS(ZM_LIST_COLUMN) nullptr};
 
 bool MachineHasAvx2()
 {
@@ -53,12 +60,28 @@ void AddMeasurements(std::vector<Measurement>& res, const Task& task)
     }
 }
 
+void AddColumns(std::vector<Measurement>& res)
+{
+    for (const Column* const* column = kColumns; *column != nullptr; ++column) {
+        for (const Task& task : kInlineTasks) {
+            for (const Contender* contender : **column) {
+                for (const Entry& entry : *contender) {
+                    if ((MachineHasAvx2() || !(*column)->isWide) && std::strcmp(entry.task, task.name) == 0) {
+                        res.push_back({&task, contender, &entry, 0, *column});
+                    }
+                }
+            }
+        }
+    }
+}
+
 void CheckEntries()
 {
     for (const Contender* contender : kContenders) {
         for (const Entry& entry : *contender) {
             const auto named = [&](const Task& task) { return std::strcmp(entry.task, task.name) == 0; };
-            if (std::none_of(std::begin(kTasks), std::end(kTasks),
+            if (std::none_of(kInlineTasks.begin(), kInlineTasks.end(), named) &&
+                std::none_of(std::begin(kTasks), std::end(kTasks),
                              [&](const Tasks* tasks) { return std::any_of(tasks->begin(), tasks->end(), named); })) {
                 std::fprintf(stderr, "%s has an entry for %s, which is no task\n", contender->name, entry.task);
                 std::exit(1);
@@ -78,7 +101,12 @@ std::string Measurement::Name() const
 {
     std::string who = Who();
     std::replace(who.begin(), who.end(), ' ', '-');
-    return std::string(task->name) + "/" + std::to_string(Count()) + "/" + who;
+    return TaskName() + "/" + std::to_string(Count()) + "/" + who;
+}
+
+std::string Measurement::TaskName() const
+{
+    return column != nullptr ? std::string(column->name) + "/" + task->name : task->name;
 }
 
 const std::vector<Measurement>& Measurements()
@@ -94,6 +122,7 @@ const std::vector<Measurement>& Measurements()
                 AddMeasurements(res, task);
             }
         }
+        AddColumns(res);
         return res;
     }();
     return all;

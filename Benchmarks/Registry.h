@@ -13,9 +13,13 @@ struct Measurement {
     const Contender* contender;
     const Entry* entry;
     int size;  ///< index into task->counts
+    const Column* column = nullptr;
 
     int Count() const { return task->counts[size]; }
     std::string Who() const;
+    double Goal() const { return column != nullptr ? column->goal : task->goal[size]; }
+    /// The task's name, behind that of the column.
+    std::string TaskName() const;
     /// group/case/count/who, with '-' for spaces: the name that filters match.
     std::string Name() const;
 };

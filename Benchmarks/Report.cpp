@@ -27,11 +27,12 @@ void Report::ReportRuns(const std::vector<Run>& runs)
 
 void Report::Finalize()
 {
-    std::printf("\n%-26s %8s %-14s %9s  %-28s %9s %6s %5s\n", "case", "N", "", "ns", "best peer", "ns", "ratio",
+    std::printf("\n%-34s %8s %-14s %9s  %-28s %9s %6s %5s\n", "case", "N", "", "ns", "best peer", "ns", "ratio",
                 "goal");
     Group group;
     for (const Measurement& m : Measurements()) {
-        if (!group.empty() && (group.front()->task != m.task || group.front()->size != m.size)) {
+        if (!group.empty() &&
+            (group.front()->task != m.task || group.front()->size != m.size || group.front()->column != m.column)) {
             PrintGroup(group);
             group.clear();
         }
@@ -66,7 +67,7 @@ const Measurement* Report::Best(const Group& group, Role role) const
 void Report::PrintGroup(const Group& group) const
 {
     if (const Measurement* ours = Best(group, Role::OURS)) {
-        PrintRow(*ours, Best(group, Role::PEER), ours->task->goal[ours->size]);
+        PrintRow(*ours, Best(group, Role::PEER), ours->Goal());
     }
     if (const Measurement* ours = Best(group, Role::OURS_SCALAR)) {
         PrintRow(*ours, Best(group, Role::PLAIN_PEER), kScalarGoal);
@@ -74,7 +75,7 @@ void Report::PrintGroup(const Group& group) const
     if (m_AllPeers) {
         for (const Measurement* m : group) {
             if (m->contender->role >= Role::PEER && Median(*m) > 0) {
-                std::printf("%61s%-28s %9.3f%s\n", "", m->Who().c_str(), Median(*m),
+                std::printf("%69s%-28s %9.3f%s\n", "", m->Who().c_str(), Median(*m),
                             m->entry->aside ? "  (aside)" : "");
             }
         }
@@ -83,7 +84,7 @@ void Report::PrintGroup(const Group& group) const
 
 void Report::PrintRow(const Measurement& ours, const Measurement* peer, double goal) const
 {
-    std::printf("%-26s %8d %-14s %9.3f", ours.task->name, ours.Count(), ours.Who().c_str(), Median(ours));
+    std::printf("%-34s %8d %-14s %9.3f", ours.TaskName().c_str(), ours.Count(), ours.Who().c_str(), Median(ours));
     if (peer) {
         const double ratio = Median(ours) / Median(*peer);
         std::printf("  %-28s %9.3f %6.2f", peer->Who().c_str(), Median(*peer), ratio);

@@ -69,6 +69,24 @@ constexpr Task kTasks[] = {
     {"Decompose/total", 56, 0, Prepare, {kOperands}, {0.50}, 1e-4, OneStretch},
 };
 
+constexpr Task kInline[] = {
+    {"Vectors/dot", 4, 0, Prepare, {kOperands}, {}},
+    {"Vectors/cross", 12, 0, Prepare, {kOperands}, {}},
+    {"Vectors/normalize", 12, 0, Prepare, {kOperands}, {}},
+    {"Vectors/transform-point", 12, 0, Prepare, {kOperands}, {}},
+    {"Vectors/rotate", 12, 0, Prepare, {kOperands}, {}},
+    {"Vectors/look-at", 64, 0, Prepare, {kOperands}, {}},
+    {"Vectors/perspective", 64, 0, Prepare, {kOperands}, {}},
+    {"Matrices/product", 64, 0, Prepare, {kOperands}, {}},
+    {"Matrices/affine-product", 64, 0, Prepare, {kOperands}, {}},
+    {"Matrices/affine-inverse", 64, 0, Prepare, {kOperands}, {}},
+    {"Matrices/transpose", 64, 0, Prepare, {kOperands}, {}},
+    {"Matrices/from-axis-angle", 64, 0, Prepare, {kOperands}, {}},
+    {"Matrices/interpolate", 64, 0, Prepare, {kOperands}, {}},
+    {"Quaternions/to-matrix", 64, 0, Prepare, {kOperands}, {}},
+    {"Quaternions/slerp", 16, 0, Prepare, {kOperands}, {}, 1e-4, OneSign},
+};
+
 /// Layout of QuickParts and FullParts in Parts.h.
 struct Parts {
     ZmQuaternion quat;
@@ -197,6 +215,7 @@ constexpr Entry kEntries[] = {
 }  // namespace
 
 constexpr Tasks kSingleTasks{kTasks};
+constexpr Tasks kInlineTasks{kInline};
 constexpr Contender kSingles{"ZmMath", Role::OURS, kEntries};
 
 }  // namespace bench

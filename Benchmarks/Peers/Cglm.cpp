@@ -6,6 +6,9 @@
 
 #include <cglm/cglm.h>
 
+#include <cglm/clipspace/persp_lh_zo.h>
+#include <cglm/clipspace/view_lh_zo.h>
+
 namespace bench {
 namespace {
 
@@ -127,6 +130,69 @@ void Slerp(const Work& w)
         w, [](versor& res, const Operands& in, int i) { glm_quat_slerp(Quat(in.p, i), Quat(in.q, i), in.t[i], res); });
 }
 
+/// The angles, and the axes of the rotations.
+inline float* First(const Operands& in, int i)
+{
+    return Vec3(in.euler, i);
+}
+inline float* Second(const Operands& in, int i)
+{
+    return Vec3(in.axisAngle[i], 0);
+}
+
+struct Vector {
+    vec3 v;
+};
+
+template <class Op>
+inline void EachVector(const Work& w, Op op)
+{
+    Each<Vector>(w, [=](Vector& res, const Operands& in, int i) { op(res.v, in, i); });
+}
+
+void Dot(const Work& w)
+{
+    Each<float>(w, [](float& res, const Operands& in, int i) { res = glm_vec3_dot(First(in, i), Second(in, i)); });
+}
+
+void Cross(const Work& w)
+{
+    EachVector(w, [](vec3& res, const Operands& in, int i) { glm_vec3_cross(First(in, i), Second(in, i), res); });
+}
+
+void Normalize(const Work& w)
+{
+    EachVector(w, [](vec3& res, const Operands& in, int i) { glm_vec3_normalize_to(First(in, i), res); });
+}
+
+void Point(const Work& w)
+{
+    EachVector(w, [](vec3& res, const Operands& in, int i) { glm_mat4_mulv3(Mat4(in.a, i), First(in, i), 1, res); });
+}
+
+void Rotate(const Work& w)
+{
+    EachVector(w, [](vec3& res, const Operands& in, int i) {
+        versor opposite;  // the sense is the other one
+        glm_quat_conjugate(Quat(in.p, i), opposite);
+        glm_quat_rotatev(opposite, First(in, i), res);
+    });
+}
+
+void LookAt(const Work& w)
+{
+    EachMatrix(w, [](mat4& res, const Operands& in, int i) {
+        vec3 up = {0, 1, 0};
+        glm_lookat_lh(First(in, i), Second(in, i), up, res);
+    });
+}
+
+void Perspective(const Work& w)
+{
+    EachMatrix(w,
+               [](mat4& res, const Operands& in, int i) { glm_perspective_lh_zo(1 + in.t[i], 1.5f, 0.1f, 100, res); });
+}
+
 // No sphere-box test: the one of version 0.8 measures a centre below the box from the wrong face.
 
 /// Two corners as cglm expects them, minimum first.
@@ -175,6 +241,13 @@ constexpr Entry kEntries[] = {
     {"Rotates/12to12", Transforms<12, 12, false>},
     {"Rotates/12to12-in-place", Transforms<12, 12, false>},
     {"Rotates/32to32", Transforms<32, 32, false>},
+    {"Vectors/dot", Dot},
+    {"Vectors/cross", Cross},
+    {"Vectors/normalize", Normalize},
+    {"Vectors/transform-point", Point},
+    {"Vectors/rotate", Rotate},
+    {"Vectors/look-at", LookAt},
+    {"Vectors/perspective", Perspective},
     {"Matrices/product", Product},
     {"Matrices/affine-product", AffineProduct},
     {"Matrices/affine-inverse", Inverse},

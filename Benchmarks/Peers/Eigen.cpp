@@ -84,6 +84,43 @@ void RotateColumns(const Work& w)
     dst.noalias() = m.lazyProduct(src);
 }
 
+/// The angles, and the axes of the rotations.
+inline const Vector3f& First(const Operands& in, int i)
+{
+    return As<Vector3f>(in.euler, i);
+}
+inline const Vector3f& Second(const Operands& in, int i)
+{
+    return As<Vector3f>(in.axisAngle[i], 0);
+}
+
+void Dot(const Work& w)
+{
+    Each<float>(w, [](float& res, const Operands& in, int i) { res = First(in, i).dot(Second(in, i)); });
+}
+
+void Cross(const Work& w)
+{
+    Each<Vector3f>(w, [](Vector3f& res, const Operands& in, int i) { res = First(in, i).cross(Second(in, i)); });
+}
+
+void Normalize(const Work& w)
+{
+    Each<Vector3f>(w, [](Vector3f& res, const Operands& in, int i) { res = First(in, i).normalized(); });
+}
+
+void Point(const Work& w)
+{
+    Each<Vector3f>(w, [](Vector3f& res, const Operands& in, int i) { res = As<Affine3f>(in.a, i) * First(in, i); });
+}
+
+void Rotate(const Work& w)
+{
+    Each<Vector3f>(w, [](Vector3f& res, const Operands& in, int i) {
+        res = As<Quaternionf>(in.p, i).conjugate() * First(in, i);  // its sense is the other one
+    });
+}
+
 void Product(const Work& w)
 {
     Each<Matrix4f>(w, [](Matrix4f& res, const Operands& in, int i) {
@@ -271,6 +308,11 @@ constexpr Entry kEntries[] = {
     {"Rotates/12to12-in-place", RotatesInPlace},
     {"Rotates/32to32", Rotates<32>},
     {"Rotates/32to32", RotateColumns<32>, "columns"},
+    {"Vectors/dot", Dot},
+    {"Vectors/cross", Cross},
+    {"Vectors/normalize", Normalize},
+    {"Vectors/transform-point", Point},
+    {"Vectors/rotate", Rotate},
     {"Matrices/product", Product},
     {"Matrices/affine-product", AffineProduct},
     {"Matrices/affine-inverse", AffineInverse, "Affine3f"},

@@ -157,6 +157,64 @@ void Slerp(const Work& w)
     });
 }
 
+// Vectors: the angles, and the axes of the rotations.
+
+inline const vec3& First(const Operands& in, int i)
+{
+    return As<vec3>(in.euler, i);
+}
+inline const vec3& Second(const Operands& in, int i)
+{
+    return As<vec3>(in.axisAngle[i], 0);
+}
+
+void Dot(const Work& w)
+{
+    Each<float>(w, [](float& res, const Operands& in, int i) { res = glm::dot(First(in, i), Second(in, i)); });
+}
+
+void Cross(const Work& w)
+{
+    Each<vec3>(w, [](vec3& res, const Operands& in, int i) { res = glm::cross(First(in, i), Second(in, i)); });
+}
+
+void Normalize(const Work& w)
+{
+    Each<vec3>(w, [](vec3& res, const Operands& in, int i) { res = glm::normalize(First(in, i)); });
+}
+
+void Point(const Work& w)
+{
+    Each<vec3>(w, [](vec3& res, const Operands& in, int i) { res = vec3(As<mat4>(in.a, i) * vec4(First(in, i), 1)); });
+}
+
+void AlignedPoint(const Work& w)
+{
+    Each<vec3>(w, [](vec3& res, const Operands& in, int i) {
+        res = vec3(As<aligned_mat4>(in.a, i) * aligned_vec4(First(in, i), 1));
+    });
+}
+
+void Rotate(const Work& w)
+{
+    Each<vec3>(w, [](vec3& res, const Operands& in, int i) {
+        res = glm::conjugate(As<quat>(in.p, i)) * First(in, i);  // its sense is the other one
+    });
+}
+
+void LookAt(const Work& w)
+{
+    Each<mat4>(w, [](mat4& res, const Operands& in, int i) {
+        res = glm::lookAtLH(First(in, i), Second(in, i), vec3(0, 1, 0));
+    });
+}
+
+void Perspective(const Work& w)
+{
+    Each<mat4>(
+        w, [](mat4& res, const Operands& in, int i) { res = glm::perspectiveLH_ZO(1 + in.t[i], 1.5f, 0.1f, 100.0f); });
+}
+
 struct TakenApart {
     quat rotation;
     vec3 scale;
@@ -216,6 +274,14 @@ constexpr Entry kEntries[] = {
     {"Rotates/12to12", Rotates<12>},
     {"Rotates/12to12-in-place", RotatesInPlace},
     {"Rotates/32to32", Rotates<32>},
+    {"Vectors/dot", Dot},
+    {"Vectors/cross", Cross},
+    {"Vectors/normalize", Normalize},
+    {"Vectors/transform-point", Point},
+    {"Vectors/transform-point", AlignedPoint, "aligned"},
+    {"Vectors/rotate", Rotate},
+    {"Vectors/look-at", LookAt},
+    {"Vectors/perspective", Perspective},
     {"Matrices/product", Product<mat4>},
     {"Matrices/product", Product<aligned_mat4>, "aligned"},
     {"Matrices/affine-product", Product<mat4>},
