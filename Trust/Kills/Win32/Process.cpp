@@ -30,6 +30,13 @@ void ShareProgress()
     }
 }
 
+bool Start(std::string& line, PROCESS_INFORMATION& res)
+{
+    STARTUPINFOA start = {};
+    start.cb = sizeof(start);
+    return CreateProcessA(nullptr, &line[0], nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start, &res) != 0;
+}
+
 }  // namespace
 
 Process Process::Run(const std::vector<std::string>& command)
@@ -38,12 +45,15 @@ Process Process::Run(const std::vector<std::string>& command)
     for (const std::string& argument : command) {
         line += '"' + argument + "\" ";
     }
-    STARTUPINFOA start = {};
-    start.cb = sizeof(start);
     PROCESS_INFORMATION process;
-    if (CreateProcessA(nullptr, &line[0], nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start, &process) == 0) {
-        printf("%s cannot be started: error %lu\n", command[0].c_str(), GetLastError());
-        exit(2);
+    // Wine now and then fails so after others have been killed, and succeeds a moment later.
+    constexpr int kMostTries = 20;
+    for (int tries = 1; !Start(line, process); ++tries) {
+        if (GetLastError() != ERROR_INTERNAL_ERROR || tries == kMostTries) {
+            printf("%s cannot be started: error %lu\n", command[0].c_str(), GetLastError());
+            exit(2);
+        }
+        Sleep(100);
     }
     CloseHandle(process.hThread);
     return Process(reinterpret_cast<std::intptr_t>(process.hProcess));
