@@ -6,7 +6,7 @@ set -euo pipefail
 compiler=$1
 include=$2
 rounds=15
-headers=("" ZmMath.h ZmMatrix.h glm/glm.hpp Eigen/Dense LinearMath/btTransform.h cglm/cglm.h)
+headers=("" ZmMath.h ZmMathematics.h glm/glm.hpp Eigen/Dense LinearMath/btTransform.h cglm/cglm.h)
 goals=("" 150 40)
 
 scratch=$(mktemp -d)
