@@ -47,30 +47,32 @@ bool CanRun(const Contender& contender)
     return contender.role != Role::PEER || avx2;
 }
 
+void AddEntries(std::vector<Measurement>& res, const Contender& contender, const Task& task, int size,
+                const Column* column)
+{
+    for (const Entry& entry : contender) {
+        if (std::strcmp(entry.task, task.name) == 0) {
+            res.push_back({&task, &contender, &entry, size, column});
+        }
+    }
+}
+
 void AddMeasurements(std::vector<Measurement>& res, const Task& task)
 {
     for (int size = 0; size < 3 && task.counts[size] != 0; ++size) {
         for (const Contender* contender : kContenders) {
-            for (const Entry& entry : *contender) {
-                if (CanRun(*contender) && std::strcmp(entry.task, task.name) == 0) {
-                    res.push_back({&task, contender, &entry, size});
-                }
+            if (CanRun(*contender)) {
+                AddEntries(res, *contender, task, size, nullptr);
             }
         }
     }
 }
 
-void AddColumns(std::vector<Measurement>& res)
+void AddColumn(std::vector<Measurement>& res, const Column& column)
 {
-    for (const Column* const* column = kColumns; *column != nullptr; ++column) {
-        for (const Task& task : kInlineTasks) {
-            for (const Contender* contender : **column) {
-                for (const Entry& entry : *contender) {
-                    if ((MachineHasAvx2() || !(*column)->isWide) && std::strcmp(entry.task, task.name) == 0) {
-                        res.push_back({&task, contender, &entry, 0, *column});
-                    }
-                }
-            }
+    for (const Task& task : kInlineTasks) {
+        for (const Contender* contender : column) {
+            AddEntries(res, *contender, task, 0, &column);
         }
     }
 }
@@ -122,7 +124,11 @@ const std::vector<Measurement>& Measurements()
                 AddMeasurements(res, task);
             }
         }
-        AddColumns(res);
+        for (const Column* const* column = kColumns; *column != nullptr; ++column) {
+            if (MachineHasAvx2() || !(*column)->isWide) {
+                AddColumn(res, **column);
+            }
+        }
         return res;
     }();
     return all;

@@ -26,19 +26,14 @@ void ReadEntries(ZmBigFile& archive)
     }
 }
 
-struct Listed {
-    std::string name;
-    unsigned int size;
-
-    bool operator==(const Listed& other) const { return name == other.name && size == other.size; }
-};
+using Listed = std::pair<std::string, unsigned int>;  // name and size
 
 /// Entries without names and bytes count once where they follow each other, as when an archive is opened.
 std::vector<Listed> ListOf(const ZmBigFile& archive)
 {
     std::vector<Listed> list;
     for (int i = 0; i < archive.GetEntryCount(); ++i) {
-        list.push_back({archive.GetEntryName(i), archive.GetEntrySize(i)});
+        list.emplace_back(archive.GetEntryName(i), archive.GetEntrySize(i));
     }
     const auto last = std::unique(list.begin(), list.end(), [](const Listed& a, const Listed& b) {
         return a == b && a == Listed{"", 0};

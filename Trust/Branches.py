@@ -15,7 +15,7 @@ import re
 import subprocess
 import sys
 
-COMPILERS = re.compile(r"\bdelete\b|\bnew \(")  # tests the pointer without a word of it in the source
+COMPILERS = re.compile(r"\bdelete\b|\bnew \(")  # the compiler adds a test of the pointer
 
 
 def explained(path):

@@ -18,7 +18,7 @@ bool Format(char* res, int size, const char* format, ...)
     return done;
 }
 
-/// As the C library formats it where that fits; else the caller is told to use another way.
+/// A buffer that is large enough gets the text of the C library. Any other is refused.
 template <class... Arguments>
 void ExpectAtAllSizes(const char* format, Arguments... arguments)
 {

@@ -97,7 +97,7 @@ Matrix44d AxisTurn(const ZmVector& axis, double angle)
 TEST(ZmBuildersTest, RotationsAboutAnyAxisAreExact)
 {
     if (!SystemSinesAreExact()) {
-        GTEST_SKIP() << "the C library's sines are no reference here";
+        GTEST_SKIP() << "the C library's sines are inexact here";
     }
     OnEachPath(kRounds, [](Random& random) {
         const ZmVector axis = random.Vector();

@@ -41,7 +41,7 @@ TEST(ZmInterpolationTest, QuaternionKeysComeBackWithTheirBits)
 TEST(ZmInterpolationTest, SlerpIsExactAtEveryDistance)
 {
     if (!SystemSinesAreExact()) {
-        GTEST_SKIP() << "the C library's sines are no reference here";
+        GTEST_SKIP() << "the C library's sines are inexact here";
     }
     Random random(2);
     for (int round = 0; round < kRounds; ++round) {

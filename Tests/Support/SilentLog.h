@@ -2,7 +2,7 @@
 
 #include "ZmLog.h"
 
-/// Removes the library's own listeners, which would write what a test logs into files.
+/// Removes the library's own listeners, which write into files what a test logs.
 inline void SilenceLog()
 {
     ZmLog::GetLog().UnregisterListener("ZmMath");

@@ -21,13 +21,15 @@ public:
     explicit TemporaryFolder(Place place = ANYWHERE)
     {
         std::random_device random;
-        std::error_code isMissing;
         const auto nameIn = [&](const std::filesystem::path& parent) {
             return parent / ("ZmMath-" + std::to_string(random()));
         };
-        m_Path = nameIn("/dev/shm");
-        if (place == IN_MEMORY && getenv("TMPDIR") == nullptr && create_directory(m_Path, isMissing)) {
-            return;
+        if (place == IN_MEMORY && getenv("TMPDIR") == nullptr) {
+            m_Path = nameIn("/dev/shm");
+            std::error_code failed;
+            if (create_directory(m_Path, failed)) {
+                return;
+            }
         }
         do {
             m_Path = nameIn(std::filesystem::temp_directory_path());

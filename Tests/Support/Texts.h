@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <string>
 
-// What operations on texts of ASCII give, written with the standard library.
+// Operations on ASCII texts, written with the standard library: what those of XString must give.
 
 inline bool IsSpace(char c)
 {

@@ -3,8 +3,8 @@
 //
 //     ZmKills <zmarchive> [kills [name]]    that many kills of each kind of process; kinds whose names contain the text
 //
-// A process of the library's is killed at a random moment after it has become ready to work. The archive tool cannot
-// say when it is; it is killed after the time that its start takes at least.
+// A process that uses the library says when it is ready, and is killed at a random moment after that. The archive tool
+// says nothing: it is killed no sooner than its shortest start takes.
 
 #include "Configuration/Settings.h"
 #include "Files/ArchiveBytes.h"
@@ -235,7 +235,7 @@ Process RunTool(const std::vector<const char*>& arguments)
     return Process::Run(command);
 }
 
-// To yield instead would take the processor from the other process.
+// A loop that yields would take processor time from the other process.
 void Pause()
 {
     std::this_thread::sleep_for(std::chrono::microseconds(10));
@@ -324,7 +324,7 @@ public:
         return random.Int(int(last * m_First), last);
     }
 
-    /// How long the tool runs depends on what else the machine does. One kill in three shall come too late.
+    /// How long the tool runs depends on what else the machine does. It aims at one kill in three that comes too late.
     void Learn(bool isLate) { m_Last *= isLate ? 0.96 : 1.02; }
 
 private:

@@ -36,6 +36,6 @@ private:
     std::intptr_t m_Id;
 };
 
-/// Comes first in main(), with its arguments. Workers are copies of the process. Where a process cannot be copied, they
-/// are this program started anew, and the call does not return in them.
+/// Call it first in main(). Workers are copies of the process; where a system cannot copy one, it starts this program
+/// anew as a worker, and the call does not return there.
 void PrepareWorkers(int argc, char** argv, int (*work)(int number));
