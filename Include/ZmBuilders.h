@@ -1,7 +1,9 @@
 #pragma once
 
-// Builders, inline: matrices for objects and cameras, inverses, boxes and spheres. They return their result, compute in
-// double and round once. constexpr where no square root is needed.
+// Builders, inline: matrices for objects and cameras, inverses, boxes and spheres. They return their result. Those that
+// name an exported function compute its bits; the others compute in double and round once, unless they only copy and
+// compare floats. constexpr where no square root is needed. All are reentrant and report no errors: input without
+// sense, such as equal planes, a field of view of 0 or a target at the eye, gives infinities and NaNs.
 //
 //     const ZmMatrix world = ZmTransform(position, rotation, {1, 1, 1});
 //     const ZmMatrix camera = ZmLookAt(eye, target) * ZmPerspective(kFieldOfView, width / height, 0.1f, 100);
@@ -251,8 +253,8 @@ constexpr ZmMatrix NotAMatrix()
 
 }  // namespace zm
 
-/// Inverse of a rotation with a translation (such as a camera's), by transposing: the fastest form. Scale is not
-/// undone.
+/// Inverse of a rotation with a translation (such as a camera's), by transposing, in floats: the fastest form. Scale is
+/// not undone.
 constexpr ZmMatrix Zm3DInverseRigid(const ZmMatrix& m)
 {
     const ZmVector a(m[0][0], m[0][1], m[0][2]), b(m[1][0], m[1][1], m[1][2]), c(m[2][0], m[2][1], m[2][2]),
@@ -399,14 +401,14 @@ inline ZmBbox ZmBoxFromPoints(const ZmVector* points, int count)
     return ZmBoxFromPoints(zm::Tight(points), count);
 }
 
-/// A sphere around points: its centre is that of their box, and it reaches the farthest point.
-/// It Contains() all of them but is seldom the smallest. A `count` below 1 gives a radius of 0 at the origin.
+/// A sphere around points, at any stride: its centre is that of their box, and it reaches the farthest point. It
+/// Contains() all of them but is seldom the smallest. No points give a radius of 0 at the origin.
 inline ZmSphere ZmSphereFromPoints(const ZmStridedData& points, int count)
 {
-    if (count < 1) {
+    const ZmBbox box = ZmBoxFromPoints(points, count);
+    if (IsEmpty(box)) {
         return {{0, 0, 0}, 0};
     }
-    const ZmBbox box = ZmBoxFromPoints(points, count);
     const ZmVector centre = box.Min * 0.5f + box.Max * 0.5f;
     double farthest = 0;
     for (int i = 0; i < count; ++i) {
@@ -414,8 +416,9 @@ inline ZmSphere ZmSphereFromPoints(const ZmStridedData& points, int count)
         farthest = square > farthest ? square : farthest;
     }
     const float radius = float(zm::Sqrt(farthest));
-    // Rounded up where the next float below would leave the farthest point outside.
-    return {centre, double(radius) * radius < farthest ? radius * (1 + 0x1p-23f) : radius};
+    // Rounding down would leave the farthest point outside.
+    const bool isBelow = double(radius) * radius < farthest;
+    return {centre, isBelow ? __builtin_nextafterf(radius, __builtin_inff()) : radius};
 }
 /// The same for a tight array.
 inline ZmSphere ZmSphereFromPoints(const ZmVector* points, int count)

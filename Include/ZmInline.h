@@ -36,7 +36,7 @@ typedef int ZmLaneNumbers __attribute__((vector_size(16)));
 #define ZM_SHUFFLE(a, b, i, j, k, l) __builtin_shuffle(a, b, ZmLaneNumbers{i, j, k, l})
 #endif
 
-/// Four floats in one register. Both forms of this type perform the same operations in the same order.
+/// Four floats in one register. The form for other processors performs the same operations in the same order.
 struct Float4 {
     typedef float Register __attribute__((vector_size(16)));
     typedef float InMemory __attribute__((vector_size(16), aligned(4), may_alias));
@@ -100,6 +100,7 @@ struct Float4 {
     Float4 AllY() const { return Splat(v[1]); }
     Float4 AllZ() const { return Splat(v[2]); }
     Float4 AllW() const { return Splat(v[3]); }
+
     static void Transpose(float* res, const float* m)
     {
         for (int i = 0; i < 16; ++i) {
@@ -112,8 +113,9 @@ struct Float4 {
 
 // --- Double precision for exact results ------------------------------------------------
 
-/// The sine and cosine of an angle: the library's own formula (an eighth of a turn by two steps, then polynomials),
-/// with the same bits. Within 2^-34 of the true values.
+/// The sine and cosine of an angle: the library's own formula with the same bits, within 2^-34 of the true values.
+/// Reduces to an eighth of a turn in two steps (W. J. Cody and W. Waite), then evaluates polynomials with the
+/// coefficients of the float functions of FreeBSD's msun library (B. Evans).
 struct SineCosine {
     double sine = 0, cosine = 1;
 
@@ -145,12 +147,25 @@ private:
     /// Beyond the formula's range the library asks the system's C library.
     void SetLarge(float x)
     {
-        ZmQuaternion turn;
-        turn.FromRotation({1, 0, 0}, x * 2);
-        sine = turn.x;
-        cosine = turn.w;
+        ZmMatrix turn;
+        Zm3DMatrixFromEulerAngles(turn, 0, 0, x);
+        sine = turn[0][1];
+        cosine = turn[0][0];
     }
 };
+
+/// The arc cosine of c, 0 to 1, with a relative error of 3e-9: the square root of 1 - c, which the caller has, times a
+/// polynomial in c (interpolated at Chebyshev nodes).
+constexpr double AcosFromRoot(double c, double rootOfOneMinusC)
+{
+    constexpr double p[] = {1.570796322643815,     -0.2146011607317731,   0.08903013694183116,
+                            -0.050593573902801836, 0.03257117025372559,   -0.020727665434681814,
+                            0.011028380894054458,  -0.003974577851800455, 0.0006845318554648353};
+    const double c2 = c * c, c4 = c2 * c2;
+    const double low = (p[0] + p[1] * c) + (p[2] + p[3] * c) * c2;
+    const double high = (p[4] + p[5] * c) + (p[6] + p[7] * c) * c2;
+    return rootOfOneMinusC * (low + (high + p[8] * c4) * c4);
+}
 
 /// Three doubles.
 struct Triple {

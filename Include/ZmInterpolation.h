@@ -35,13 +35,8 @@ inline Turn SlerpOf(const Turn& a, const Turn& b, double t)
     double ka = 1 - t, kb = t;
     constexpr double kNearlyStraight = 1e-9;  // the weights are then linear to 2^-30
     if (1 - c > kNearlyStraight) {
-        // The arc cosine as in the library's Slerp: root times a polynomial in c (interpolated at Chebyshev nodes).
-        const double root = Sqrt(1 - c), sine = root * Sqrt(1 + c), c2 = c * c, c4 = c2 * c2;
-        const double low =
-            (1.570796322643815 + -0.2146011607317731 * c) + (0.08903013694183116 + -0.050593573902801836 * c) * c2;
-        const double high =
-            (0.03257117025372559 + -0.020727665434681814 * c) + (0.011028380894054458 + -0.003974577851800455 * c) * c2;
-        const SineCosine part(t * (root * (low + (high + 0.0006845318554648353 * c4) * c4)));
+        const double root = Sqrt(1 - c), sine = root * Sqrt(1 + c);
+        const SineCosine part(t * AcosFromRoot(c, root));
         kb = part.sine / sine;
         ka = part.cosine - c * kb;
     }

@@ -9,10 +9,10 @@
 // use ZmMatrix::Compare(). Floats are written with the stream's settings, by default with six digits. Any thread may
 // call, but only one thread at a time may write to a stream.
 
+#include "ZmArithmetic.h"
 #include "ZmBbox.h"
 #include "ZmInterop.h"
 #include "ZmOBB.h"
-#include "ZmOperators.h"
 #include "ZmPlane.h"
 #include "ZmRay.h"
 #include "ZmRect.h"
@@ -20,7 +20,7 @@
 
 #include <ostream>
 
-/// Returns whether all fields are equal. Those of vectors, quaternions, colours and matrices are in ZmOperators.h.
+/// Returns whether all fields are equal. Those of vectors, quaternions, colours and matrices are in ZmArithmetic.h.
 /// @{
 constexpr bool operator==(const ZmBbox& a, const ZmBbox& b)
 {

@@ -18,7 +18,7 @@ inline ZmVector NormalizedExactly(const ZmVector& v)
 /// The result of ZmVector::Normalize. The vector path is approximate on purpose: callers trade accuracy for speed, so
 /// no refinement step is added. Squared lengths below the normal floats take the exact path: the processor's
 /// approximation treats them as 0.
-inline ZmVector Normalized(const ZmVector& v)
+inline ZmVector NormalizedApproximately(const ZmVector& v)
 {
     const float square = Dot(v, v);
     if (UseSse() && square >= FLT_MIN) {

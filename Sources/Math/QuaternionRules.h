@@ -15,7 +15,7 @@ struct RotationRows {
 /// Orthonormal rows of a matrix with scale: the third is the cross product of the other two.
 inline RotationRows OrthonormalRows(const RotationRows& m)
 {
-    const ZmVector row0 = zm::Normalized(m.row0), row1 = zm::Normalized(m.row1);
+    const ZmVector row0 = NormalizedApproximately(m.row0), row1 = NormalizedApproximately(m.row1);
     return {row0, row1, Cross(row0, row1)};
 }
 

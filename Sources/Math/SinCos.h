@@ -69,18 +69,5 @@ struct SinCos {
     }
 };
 
-/// The arc cosine of c, 0 to 1, with a relative error of 3e-9: the square root of 1 - c, which the caller has, times a
-/// polynomial in c (interpolated at Chebyshev nodes).
-inline double AcosFromRoot(double c, double rootOfOneMinusC)
-{
-    constexpr double p[] = {1.570796322643815,     -0.2146011607317731,   0.08903013694183116,
-                            -0.050593573902801836, 0.03257117025372559,   -0.020727665434681814,
-                            0.011028380894054458,  -0.003974577851800455, 0.0006845318554648353};
-    const double c2 = c * c, c4 = c2 * c2;
-    const double low = (p[0] + p[1] * c) + (p[2] + p[3] * c) * c2;
-    const double high = (p[4] + p[5] * c) + (p[6] + p[7] * c) * c2;
-    return rootOfOneMinusC * (low + (high + p[8] * c4) * c4);
-}
-
 }  // namespace
 }  // namespace zm

@@ -114,12 +114,12 @@ void Zm3DInverseMatrix(ZmMatrix& res, const ZmMatrix& src)
 
 void Zm3DMatrixFromRotation(ZmMatrix& res, const ZmVector& axis, float angle)
 {
-    zm::AxisRotation(zm::Normalized(axis), angle).Store(res, {0, 0, 0});
+    zm::AxisRotation(zm::NormalizedApproximately(axis), angle).Store(res, {0, 0, 0});
 }
 
 void Zm3DMatrixFromRotationAndOrigin(ZmMatrix& res, const ZmVector& axis, const ZmVector& origin, float angle)
 {
-    const zm::AxisRotation rotation(zm::Normalized(axis), angle);
+    const zm::AxisRotation rotation(zm::NormalizedApproximately(axis), angle);
     rotation.Store(res, origin - rotation.Apply(origin));
 }
 

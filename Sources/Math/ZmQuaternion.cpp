@@ -5,6 +5,7 @@
 #include "Math/QuaternionRules.h"
 #include "Math/SinCos.h"
 #include "Platform/FeatureWord.h"
+#include "ZmInline.h"
 
 #include <math.h>
 

@@ -37,7 +37,7 @@ const ZmVector& ZmVector::axis1()
 
 void ZmVector::Normalize()
 {
-    *this = zm::Normalized(*this);
+    *this = zm::NormalizedApproximately(*this);
 }
 
 ZmVector& ZmVector::operator=(const ZmCompressedVector& c)

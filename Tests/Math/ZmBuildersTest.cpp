@@ -71,7 +71,7 @@ TEST(ZmBuildersTest, RotationsAboutTheAxesHaveTheElementsOfTheEulerAngles)
 
 TEST(ZmBuildersTest, LargeAnglesComeFromTheLibrary)
 {
-    for (const float angle : {1e5f, -123456.7f, 3e9f}) {
+    for (const float angle : {1e5f, -123456.7f, 3e9f, 3e38f}) {
         ZmMatrix expected;
         Zm3DMatrixFromEulerAngles(expected, 0, 0, angle);
         EXPECT_EQ(ZmRotationZ(angle), expected) << angle;
@@ -284,7 +284,7 @@ TEST(ZmBuildersTest, BoxesAndSpheresHoldTheirPoints)
     OnEachPath(30, [](Random& random) {
         const int count = random.Int(1, 40);
         const unsigned stride = unsigned(random.Int(12, 40));  // any alignment
-        const float range = random.Int(0, 1) ? 10.0f : 1e15f;
+        const float range = random.Int(0, 1) ? 10.0f : random.Int(0, 1) ? 1e15f : 1e-43f;
         Block bytes = RandomBytes(random, SpanOf(count, stride, 12));
         std::vector<ZmVector> points;
         for (int i = 0; i < count; ++i) {
@@ -302,7 +302,8 @@ TEST(ZmBuildersTest, BoxesAndSpheresHoldTheirPoints)
             }
         }
         EXPECT_TRUE(box.Min == lowest && box.Max == highest);
-        EXPECT_LE(double(sphere.Radius), 0.5 * Distance(box.Min, box.Max) * (1 + 8 * kRounding));
+        const double halfDiagonal = 0.5 * sqrt(zm::SquareDistanceOf(box.Min, box.Max));
+        EXPECT_LE(double(sphere.Radius), halfDiagonal * (1 + 8 * kRounding) + 2e-45);
         const ZmStridedData strided(bytes.data(), stride);
         EXPECT_TRUE(SameBits(ZmBoxFromPoints(strided, count), box));
         EXPECT_TRUE(SameBits(ZmSphereFromPoints(strided, count), sphere));
@@ -326,7 +327,11 @@ TEST(ZmBuildersTest, BoxesCombine)
 TEST(ZmBuildersTest, NoPointsAndNonNumbersAreHarmless)
 {
     EXPECT_TRUE(IsEmpty(ZmBoxFromPoints(nullptr, 0)));
-    EXPECT_EQ(ZmSphereFromPoints(nullptr, 0).Radius, 0);
+    for (const int count : {0, 1}) {
+        const ZmVector none(NAN, NAN, NAN);
+        const ZmSphere sphere = ZmSphereFromPoints(&none, count);
+        EXPECT_TRUE(sphere.Center == ZmVector(0, 0, 0) && sphere.Radius == 0);
+    }
     const ZmVector points[] = {{1, 2, 3}, {NAN, 5, 1}, {-1, NAN, NAN}};
     const ZmBbox box = ZmBoxFromPoints(points, 3);
     EXPECT_TRUE(box.Max == ZmVector(1, 5, 3) && box.Min == ZmVector(-1, 2, 1));

@@ -22,13 +22,15 @@ bool IsOlderThanAMinute(HANDLE file)
     return GetFileTime(file, nullptr, nullptr, &written) != 0 && ticks(now) > ticks(written) + kTicksOfAMinute;
 }
 
-bool TakeAccessList(const char* path, const char* target)
+// Not all file systems have such lists, and a new file has no target.
+void TakeAccessList(const char* path, const char* target)
 {
     DWORD size = 0;
     GetFileSecurityA(target, DACL_SECURITY_INFORMATION, nullptr, 0, &size);
     std::vector<char> access(size);
-    return GetFileSecurityA(target, DACL_SECURITY_INFORMATION, access.data(), size, &size) != 0 &&
-           SetFileSecurityA(path, DACL_SECURITY_INFORMATION, access.data()) != 0;
+    if (GetFileSecurityA(target, DACL_SECURITY_INFORMATION, access.data(), size, &size) != 0) {
+        SetFileSecurityA(path, DACL_SECURITY_INFORMATION, access.data());
+    }
 }
 
 void TakeAttributes(HANDLE file, const char* path, const char* target)
@@ -105,7 +107,13 @@ void* MakeNewFile(const char* path, const char* target, Replacement::Options, bo
     if (file == INVALID_HANDLE_VALUE) {
         return nullptr;
     }
-    UnlessOutOfMemory(false, [&] { return TakeAccessList(path, target); });
+    if (!UnlessOutOfMemory(false, [&] {
+            TakeAccessList(path, target);
+            return true;
+        })) {
+        DiscardNewFile(file, path);
+        return nullptr;
+    }
     return file;
 }
 
