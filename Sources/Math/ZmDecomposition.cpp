@@ -1,9 +1,11 @@
 #include "ZmDecomposition.h"
 
+#include "Math/Lanes.h"
 #include "Math/MatrixFloats.h"
 #include "Math/PolarDecomposition.h"
 #include "Math/QuaternionRules.h"
 
+#include <float.h>
 #include <math.h>
 
 namespace zm {
@@ -26,6 +28,38 @@ ZmQuaternion RotationOf(const Matrix3& r, double sign = 1)
         return ZmVector(float(sign * r.m[i][0]), float(sign * r.m[i][1]), float(sign * r.m[i][2]));
     };
     return zm::QuaternionFromRows({row(0), row(1), row(2)});
+}
+
+/// The scalar products of the first three lanes of a and b, c and d, e and f.
+SseLanes Dots(SseLanes a, SseLanes b, SseLanes c, SseLanes d, SseLanes e, SseLanes f)
+{
+    const SseLanes ab = a * b, cd = c * d, ef = e * f, xy = SseLanes::Shuffle<0, 1, 0, 1>(ab, cd);
+    const SseLanes x = SseLanes::Shuffle<0, 2, 0, 0>(xy, ef), y = SseLanes::Shuffle<1, 3, 1, 1>(xy, ef);
+    const SseLanes z = SseLanes::Shuffle<0, 2, 2, 2>(SseLanes::Shuffle<2, 2, 2, 2>(ab, cd), ef);
+    return x + y + z;
+}
+
+/// OrthonormalRows and the scale in whole rows, with the same bits. Returns false if a row is so short that it would be
+/// normalised exactly.
+bool DecomposeBlock(const ZmMatrix& m, ZmQuaternion& quat, ZmVector& scale)
+{
+    const SseLanes row0 = SseLanes::Load4(m[0]), row1 = SseLanes::Load4(m[1]), row2 = SseLanes::Load4(m[2]);
+    const SseLanes square0 = row0 * row0, square1 = row1 * row1, xy = SseLanes::Shuffle<0, 1, 0, 1>(square0, square1);
+    const SseLanes squares = xy + xy.Spread<1, 0, 3, 2>() + SseLanes::Shuffle<2, 2, 2, 2>(square0, square1);
+    if (SseLanes::LessEqualMask(SseLanes::Splat(FLT_MIN), squares) != 15) {
+        return false;
+    }
+    const SseLanes factors = {_mm_rsqrt_ps(squares.v)};
+    const SseLanes unit0 = row0 * factors.Spread<0, 0, 0, 0>(), unit1 = row1 * factors.Spread<2, 2, 2, 2>();
+    const SseLanes unit2 =
+        unit0.Pick<1, 2, 0>() * unit1.Pick<2, 0, 1>() - unit0.Pick<2, 0, 1>() * unit1.Pick<1, 2, 0>();
+    Dots(unit0, row0, unit1, row1, unit2, row2).Store3(&scale);
+    RotationRows unit;
+    unit0.Store3(&unit.row0);
+    unit1.Store3(&unit.row1);
+    unit2.Store3(&unit.row2);
+    quat = QuaternionFromRows(unit);
+    return true;
 }
 
 ZmVector Lerp(const ZmVector& a, const ZmVector& b, float t)
@@ -158,10 +192,13 @@ ZmVector Permuted(const ZmVector& k, const ZmQuaternion& cubeRotation)
 
 void Zm3DDecomposeMatrix(const ZmMatrix& m, ZmQuaternion& quat, ZmVector& pos, ZmVector& scale)
 {
-    const zm::RotationRows rows = {zm::Row(m, 0), zm::Row(m, 1), zm::Row(m, 2)}, unit = zm::OrthonormalRows(rows);
-    pos = zm::Row(m, 3);
-    quat = zm::QuaternionFromRows(unit);
-    scale = ZmVector(Dot(unit.row0, rows.row0), Dot(unit.row1, rows.row1), Dot(unit.row2, rows.row2));
+    const zm::SseLanes translation = zm::SseLanes::Load4(m[3]);
+    if (!zm::UseSse() || !zm::DecomposeBlock(m, quat, scale)) {
+        const zm::RotationRows rows = {zm::Row(m, 0), zm::Row(m, 1), zm::Row(m, 2)}, unit = zm::OrthonormalRows(rows);
+        quat = zm::QuaternionFromRows(unit);
+        scale = ZmVector(Dot(unit.row0, rows.row0), Dot(unit.row1, rows.row1), Dot(unit.row2, rows.row2));
+    }
+    translation.Store3(&pos);
 }
 
 float Zm3DDecomposeMatrixTotal(const ZmMatrix& m, ZmQuaternion& quat, ZmVector& pos, ZmVector& scale,
