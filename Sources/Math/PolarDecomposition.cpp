@@ -1,8 +1,8 @@
 #include "Math/PolarDecomposition.h"
 
 #include <math.h>
-#include <stdint.h>
-#include <string.h>
+
+#include <algorithm>
 
 namespace zm {
 namespace {
@@ -11,263 +11,212 @@ namespace {
 constexpr double kUndecided = 0x1p-51;
 
 // A singular matrix with stretches s1 >= s2 >= s3 counts as rank one if (s2 / s1)^2 is at most this: s2 is then lost in
-// the rounding of s1 to a float.
-//
-// The limit must be above 2 * kUndecided, and is by a factor of four. A determinant s1 * s2 * s3 has terms that add up
-// to at most s1^2 * s2, so where it is undecided, s3 is at most 2 * kUndecided * s1 (one kUndecided is that of the
-// test, the other the determinant's own error). Completing the missing axes changes s2 by up to s1 * s3 / s2. This must
-// not turn its sign, for the rotation would then be another.
+// the rounding of s1 to a float, and the direction that it stretches in that of the rows.
 constexpr double kRankOne = 0x1p-48;
 
-constexpr int kMaxSteps = 30;
+constexpr double kOrthogonal = 1e-20;  // squared cosine between rows that counts as 0: a float resolves 6e-8
+constexpr double kRightAngle = 1e-24;  // the same for axes, whose angles stay as they are
+constexpr double kWellScaled = 1e-8;   // squared ratio of stretches down to which their squares keep enough digits
+constexpr double kNoDirection = 1e-3;  // far below the squared length of a direction that belongs to one eigenvalue
 constexpr int kMaxSweeps = 12;
 
-constexpr double kDiagonal = 1e-10;        // stretches are off by the square of what remains off the diagonal
-constexpr double kSmallTurn = 1e-3;        // below this, truncated series are exact to double
-constexpr double kNoise = 1e-17;           // off-diagonal rounding errors, relative to the whole
-constexpr double kNearlyOrthogonal = 0.2;  // within this distance scaling gains nothing
+constexpr Triple kUnitX(1, 0, 0), kUnitY(0, 1, 0), kUnitZ(0, 0, 1);
 
-// The squared norm exceeds 3 by at most six times the remaining error. A float resolves 6e-8.
-constexpr double kConverged = 3e-9;
+/// Orthonormal axes and what a matrix makes of them: rows[i] = axes[i] * m. Orthogonal rows are the rotated and
+/// stretched axes.
+struct AxesAndRows {
+    Triple axes[3], rows[3];
+};
 
-void Cross(double (&res)[3], const double (&a)[3], const double (&b)[3])
+/// A right-handed orthonormal basis with the unit vector v (T. Duff et al., "Building an Orthonormal Basis, Revisited",
+/// 2017).
+void CompleteBasis(const Triple& v, Triple& second, Triple& third)
 {
-    res[0] = a[1] * b[2] - a[2] * b[1];
-    res[1] = a[2] * b[0] - a[0] * b[2];
-    res[2] = a[0] * b[1] - a[1] * b[0];
+    const double sign = copysign(1.0, v.z), a = -1 / (sign + v.z), b = v.x * v.y * a;
+    second = {1 + sign * v.x * v.x * a, sign * b, -sign * v.x};
+    third = {b, sign + v.y * v.y * a, -v.y};
 }
 
-double Dot(const double (&a)[3], const double (&b)[3])
+/// cos(acos(x) / 3) for x from 0 to 1, to 1.6e-9. Chebyshev polynomials here and below.
+double CosineOfThird(double x)
 {
-    return a[0] * b[0] + a[1] * b[1] + a[2] * b[2];
+    const double x2 = x * x, x4 = x2 * x2;
+    return (0.8660254053677887 + 0.16666639962375235 * x) + x2 * (-0.048105021730832566 + 0.024608831953335034 * x) +
+           x4 * ((-0.015124763184433973 + 0.009420074598752139 * x) +
+                 x2 * (-0.004972568181542555 + 0.0017909605628210557 * x) + x4 * -0.00030932018933526706);
 }
 
-void MakeUnit(double (&v)[3])
+/// sin(acos(x) / 3) for x from 0 to 1, to 5e-7 of itself.
+double SineOfThird(double x)
 {
-    const double f = 1 / sqrt(Dot(v, v));
-    for (double& component : v) {
-        component *= f;
-    }
+    const double x2 = x * x;
+    return Sqrt(1 - x) * ((0.49999978451911 - 0.038658697642528043 * x) +
+                          x2 * ((0.015176093741191918 - 0.007644154099616518 * x) +
+                                x2 * (0.0032532360587741137 - 0.00072190526727411 * x)));
 }
 
-/// Transposed adjugate: the inverse transpose times the determinant.
-Matrix3 Cofactors(const Matrix3& m)
-{
-    Matrix3 c;
-    Cross(c.m[0], m.m[1], m.m[2]);
-    Cross(c.m[1], m.m[2], m.m[0]);
-    Cross(c.m[2], m.m[0], m.m[1]);
-    return c;
-}
+/// A symmetric matrix.
+struct Symmetric {
+    double xx, yy, zz, xy, yz, zx;
 
-double SquareNorm(const Matrix3& m)
-{
-    return Dot(m.m[0], m.m[0]) + Dot(m.m[1], m.m[1]) + Dot(m.m[2], m.m[2]);
-}
-
-Matrix3 WeightedSum(double ka, const Matrix3& a, double kb, const Matrix3& b)
-{
-    Matrix3 r;
-    for (int i = 0; i < 3; ++i) {
-        for (int j = 0; j < 3; ++j) {
-            r.m[i][j] = ka * a.m[i][j] + kb * b.m[i][j];
-        }
-    }
-    return r;
-}
-
-/// Whether the sign of the determinant is lost in the rounding errors of its terms. The cofactors of floats are exact
-/// up to one rounding each, however much cancels in them, so few determinants are lost.
-bool IsSingular(const Matrix3& m, const Matrix3& cofactors, double determinant)
-{
-    double terms = 0;
-    for (int j = 0; j < 3; ++j) {
-        terms += fabs(m.m[0][j] * cofactors.m[0][j]);
-    }
-    return fabs(determinant) <= kUndecided * terms;
-}
-
-constexpr Matrix3 kUnit = {{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}};
-
-/// Two unit vectors that complete the unit vector `basis.m[0]` to a right-handed basis.
-void CompleteBasis(Matrix3& basis)
-{
-    const double(&v)[3] = basis.m[0];
-    const int smallest = fabs(v[0]) <= fabs(v[1]) && fabs(v[0]) <= fabs(v[2]) ? 0 : fabs(v[1]) <= fabs(v[2]) ? 1 : 2;
-    Cross(basis.m[1], v, kUnit.m[smallest]);
-    MakeUnit(basis.m[1]);
-    Cross(basis.m[2], v, basis.m[1]);
-}
-
-/// For m = sigma * u * v^T: a rotation that carries u, the only direction that m stretches, to v.
-Matrix3 RotationOfRankOne(const Matrix3& m)
-{
-    int longest = 0;
-    for (int i = 1; i < 3; ++i) {
-        longest = Dot(m.m[i], m.m[i]) > Dot(m.m[longest], m.m[longest]) ? i : longest;
-    }
-    const double rowLength = sqrt(Dot(m.m[longest], m.m[longest]));
-    Matrix3 from, to;
-    for (int j = 0; j < 3; ++j) {
-        to.m[0][j] = m.m[longest][j] / rowLength;
-    }
-    for (int i = 0; i < 3; ++i) {
-        from.m[0][i] = Dot(m.m[i], to.m[0]);
-    }
-    MakeUnit(from.m[0]);
-    CompleteBasis(from);
-    CompleteBasis(to);
-    Matrix3 r;
-    for (int i = 0; i < 3; ++i) {
-        for (int j = 0; j < 3; ++j) {
-            r.m[i][j] = from.m[0][i] * to.m[0][j] + from.m[1][i] * to.m[1][j] + from.m[2][i] * to.m[2][j];
-        }
-    }
-    return r;
-}
-
-int64_t Bits(double x)
-{
-    int64_t bits;
-    memcpy(&bits, &x, sizeof(bits));
-    return bits;
-}
-
-/// The fourth root of cofactorNorm / (norm * det^2), to 6 percent: the factor that gives a matrix and its inverse
-/// transpose the same norm. Newton's iteration converges to the same matrix for any positive factor, so this saves two
-/// square roots and a division: the bits of a double are roughly its binary logarithm.
-double ScaleFactor(double cofactorNorm, double norm, double det)
-{
-    const int64_t one = Bits(1);
-    const int64_t bits = (Bits(cofactorNorm) >> 2) - (Bits(norm) >> 2) - (Bits(fabs(det)) >> 1) + one + (one >> 1);
-    double factor;
-    memcpy(&factor, &bits, sizeof(factor));
-    return factor;
-}
-
-/// The orthogonal factor of a matrix that is not singular.
-///
-/// After a step no singular value is below 1, so the squared norm bounds the excess of the largest and with it the
-/// remaining error. The sign is that of the last determinant, which is far from 0 and so not affected by rounding.
-PolarFactors NewtonPolar(const Matrix3& m, double norm)
-{
-    PolarFactors res = {m, false};
-    Matrix3& x = res.rotation;
-    for (int step = 0; step < kMaxSteps; ++step) {
-        const Matrix3 c = Cofactors(x);
-        const double det = Dot(x.m[0], c.m[0]);
-        // The norm alone does not decide: two large singular values and a tiny one may have the same norm.
-        const bool nearlyOrthogonal = fabs(norm - 3) < kNearlyOrthogonal && fabs(det) > 1 - kNearlyOrthogonal;
-        const double gamma = nearlyOrthogonal ? 1 : ScaleFactor(SquareNorm(c), norm, det);
-        x = WeightedSum(0.5 * gamma, x, 0.5 / (gamma * det), c);
-        norm = SquareNorm(x);
-        res.mirrored = det < 0;
-        if (!(norm - 3 > kConverged)) {
-            break;
-        }
-    }
-    return res;
-}
-
-/// The rotation that diagonalises a symmetric 2x2 block, by the smaller of the two possible angles.
-struct JacobiAngle {
-    double tangent, cosine, sine;
-
-    /// `half` is half the difference of the diagonal elements, `off` the off-diagonal element, not 0.
-    JacobiAngle(double half, double off)
+    double Determinant() const
     {
-        if (fabs(off) < kSmallTurn * fabs(half)) {
-            const double y = off / half, y2 = y * y;
-            tangent = y * (0.5 - y2 * 0.125);
-            const double t2 = tangent * tangent;
-            cosine = 1 - t2 * (0.5 - t2 * 0.375);
-            sine = tangent * cosine;
-            return;
-        }
-        const double h = fabs(half) + sqrt(half * half + off * off), signedOff = half < 0 ? -off : off;
-        tangent = signedOff / h;
-        const double f = 1 / sqrt(h * h + off * off);
-        cosine = h * f;
-        sine = signedOff * f;
+        return xx * (yy * zz - yz * yz) - xy * (xy * zz - yz * zx) + zx * (xy * yz - yy * zx);
+    }
+
+    /// The direction that belongs to an eigenvalue known in part. Without the eigenvalue on the diagonal each row of
+    /// the adjugate is a multiple of it but for an error in proportion to that of the eigenvalue; another product with
+    /// the adjugate squares the error.
+    Triple Direction(double eigenvalue) const
+    {
+        const double x = xx - eigenvalue, y = yy - eigenvalue, z = zz - eigenvalue;
+        const double axy = yz * zx - xy * z, ayz = zx * xy - yz * x, azx = xy * yz - zx * y;
+        const Triple adjugate[3] = {
+            {y * z - yz * yz, axy, azx}, {axy, z * x - zx * zx, ayz}, {azx, ayz, x * y - xy * xy}};
+        const double a = fabs(adjugate[0].x), b = fabs(adjugate[1].y), c = fabs(adjugate[2].z);
+        const Triple& longest = adjugate[a > b ? (a > c ? 0 : 2) : (b > c ? 1 : 2)];
+        return {Dot(adjugate[0], longest), Dot(adjugate[1], longest), Dot(adjugate[2], longest)};
     }
 };
 
-/// One Jacobi rotation in the plane of axes p and q, which clears s[p][q]; r is the third axis. Returns false if that
-/// element is negligible: against the two stretches of the plane, since a large third one says nothing about small
-/// ones, or against `noise`, the rounding error of the whole matrix.
-template <int p, int q, int r>
-inline bool Rotate(Matrix3& s, Matrix3& axes, double noise)
+/// Orthonormal axes that are those of the stretch, as exactly as double allows if the stretches differ. `axes` stay as
+/// they are if all stretches are equal.
+void FindAxes(const Triple& m0, const Triple& m1, const Triple& m2, Triple (&axes)[3])
 {
-    const double off = s.m[p][q];
-    if (!(off * off > kDiagonal * kDiagonal * fabs(s.m[p][p] * s.m[q][q]) && fabs(off) > noise)) {
+    // The square of the stretch, m * m^T, less its mean on the diagonal and scaled such that its eigenvalues are twice
+    // the cosines of three angles 120 degrees apart.
+    Symmetric s = {Dot(m0, m0), Dot(m1, m1), Dot(m2, m2), Dot(m0, m1), Dot(m1, m2), Dot(m2, m0)};
+    const double mean = (s.xx + s.yy + s.zz) * (1.0 / 3), x = s.xx - mean, y = s.yy - mean, z = s.zz - mean;
+    const double square = (x * x + y * y + z * z + 2 * (s.xy * s.xy + s.yz * s.yz + s.zx * s.zx)) * (1.0 / 6);
+    if (square == 0) {
+        return;
+    }
+    const double f = 1 / Sqrt(square);
+    s = {x * f, y * f, z * f, s.xy * f, s.yz * f, s.zx * f};
+    const double cosine = 0.5 * s.Determinant(), third = std::min(fabs(cosine), 1.0), sign = copysign(1.0, cosine);
+    const double c = CosineOfThird(third), d = SineOfThird(third);
+
+    // First the eigenvalue alone on its side of 0, then the other that is larger in magnitude.
+    const Triple first = s.Direction(2 * sign * c), second = s.Direction(-sign * (c + 1.7320508075688772 * d));
+    const double first2 = Dot(first, first), second2 = Dot(second, second), both = Dot(first, second);
+    axes[0] = first2 < kNoDirection ? kUnitX : first * (1 / Sqrt(first2));
+    if (both * both < kRightAngle * first2 * second2) {
+        axes[1] = second * (1 / Sqrt(second2));
+        axes[2] = Cross(axes[0], axes[1]);
+    } else {
+        CompleteBasis(axes[0], axes[1], axes[2]);  // the other two stretches are nearly equal
+    }
+}
+
+bool AreOrthogonal(double pp, double qq, double pq)
+{
+    return !(pq * pq > kOrthogonal * pp * qq);
+}
+
+double Length(const Triple& v)
+{
+    return Sqrt(Dot(v, v));
+}
+
+/// Turns axes p and q such that their rows become orthogonal. Returns false if they are, against their own lengths: a
+/// long third row says nothing about short ones.
+template <int p, int q>
+inline bool Turn(AxesAndRows& f)
+{
+    const double pp = Dot(f.rows[p], f.rows[p]), qq = Dot(f.rows[q], f.rows[q]), pq = Dot(f.rows[p], f.rows[q]);
+    if (AreOrthogonal(pp, qq, pq)) {
         return false;
     }
-    const JacobiAngle a(0.5 * (s.m[q][q] - s.m[p][p]), off);
-    s.m[p][p] -= a.tangent * off;
-    s.m[q][q] += a.tangent * off;
-    s.m[p][q] = s.m[q][p] = 0;
-    const double rp = s.m[r][p], rq = s.m[r][q];
-    s.m[r][p] = s.m[p][r] = a.cosine * rp - a.sine * rq;
-    s.m[r][q] = s.m[q][r] = a.sine * rp + a.cosine * rq;
-    for (double(&row)[3] : axes.m) {
-        const double ap = row[p], aq = row[q];
-        row[p] = a.cosine * ap - a.sine * aq;
-        row[q] = a.sine * ap + a.cosine * aq;
+    // The smaller of the two possible angles.
+    const double half = 0.5 * (qq - pp), h = fabs(half) + Sqrt(half * half + pq * pq);
+    const double factor = 1 / Sqrt(h * h + pq * pq), cosine = h * factor, sine = copysign(factor, half) * pq;
+    for (Triple* side : {f.axes, f.rows}) {
+        const Triple a = side[p], b = side[q];
+        side[p] = a * cosine - b * sine;
+        side[q] = a * sine + b * cosine;
     }
     return true;
 }
 
-}  // namespace
-
-PolarFactors DecomposePolar(const Matrix3& m)
+void Orthogonalize(AxesAndRows& f)
 {
-    const double norm = SquareNorm(m);
-    if (norm == 0) {
-        return {kUnit, false};
-    }
-    const Matrix3 c = Cofactors(m);
-    const double det = Dot(m.m[0], c.m[0]);
-    if (!IsSingular(m, c, det)) {
-        return NewtonPolar(m, norm);
-    }
-    const double cofactorNorm = SquareNorm(c);
-    if (cofactorNorm <= kRankOne * norm * norm) {
-        return {RotationOfRankOne(m), false};
-    }
-    // The cofactors of a matrix of rank two have rank one and span exactly the missing directions. Adding them leaves
-    // the other two stretches unchanged and makes the determinant positive.
-    const Matrix3 completed = WeightedSum(1, m, sqrt(norm / cofactorNorm), c);
-    return NewtonPolar(completed, SquareNorm(completed));
-}
-
-Matrix3 StretchOf(const Matrix3& m, const Matrix3& rotation)
-{
-    Matrix3 s;
-    for (int i = 0; i < 3; ++i) {
-        for (int j = 0; j <= i; ++j) {
-            s.m[i][j] = s.m[j][i] = 0.5 * (Dot(m.m[i], rotation.m[j]) + Dot(m.m[j], rotation.m[i]));
-        }
-    }
-    return s;
-}
-
-SpectralFactors DecomposeSymmetric(const Matrix3& symmetric)
-{
-    Matrix3 s = symmetric;
-    SpectralFactors factors = {kUnit, {}};
-    const double noise = kNoise * (fabs(s.m[0][0]) + fabs(s.m[1][1]) + fabs(s.m[2][2]));
+    Turn<1, 2>(f);
     for (int sweep = 0; sweep < kMaxSweeps; ++sweep) {
-        const bool xy = Rotate<0, 1, 2>(s, factors.axes, noise);
-        const bool xz = Rotate<0, 2, 1>(s, factors.axes, noise);
-        const bool yz = Rotate<1, 2, 0>(s, factors.axes, noise);
-        if (!xy && !xz && !yz) {
+        const bool turned1 = Turn<0, 1>(f), turned2 = Turn<0, 2>(f);
+        if (!turned1 && !turned2) {
             break;
         }
+        Turn<1, 2>(f);
     }
+}
+
+/// The factors, with the lengths and directions of the rows.
+inline PolarFactors Factors(const Triple (&axes)[3], const Triple& lengths, const Triple& a, const Triple& b,
+                            const Triple& c, bool mirrored)
+{
+    const Triple &u = axes[0], &v = axes[1], &w = axes[2];
+    return {{u, v, w},
+            {lengths.x, lengths.y, lengths.z},
+            {a * u.x + b * v.x + c * w.x, a * u.y + b * v.y + c * w.y, a * u.z + b * v.z + c * w.z},
+            mirrored};
+}
+
+/// For any matrix, from the coordinate axes: these keep what small rows say beside large ones, which squares lose.
+PolarFactors DecomposeBadlyScaled(const Triple& m0, const Triple& m1, const Triple& m2)
+{
+    AxesAndRows f = {{kUnitX, kUnitY, kUnitZ}, {m0, m1, m2}};
+    Orthogonalize(f);
+    const double lengths[3] = {Length(f.rows[0]), Length(f.rows[1]), Length(f.rows[2])};
+    const int shortest =
+        lengths[0] < lengths[1] ? (lengths[0] < lengths[2] ? 0 : 2) : (lengths[1] < lengths[2] ? 1 : 2);
+    const int next = (shortest + 1) % 3, last = (shortest + 2) % 3;
+    const int longest = lengths[next] < lengths[last] ? last : next, middle = longest == next ? last : next;
+    if (lengths[longest] == 0) {
+        return {{kUnitX, kUnitY, kUnitZ}, {0, 0, 0}, {kUnitX, kUnitY, kUnitZ}, false};
+    }
+    // The cofactors of floats are exact up to one rounding each, however much cancels in them, so few determinants are
+    // lost in rounding errors. Matrices without one count as not mirrored.
+    const Triple c0 = Cross(m1, m2), c1 = Cross(m2, m0), c2 = Cross(m0, m1);
+    const double determinant = Dot(m0, c0), norm = Dot(m0, m0) + Dot(m1, m1) + Dot(m2, m2);
+    const double terms = fabs(m0.x * c0.x) + fabs(m0.y * c0.y) + fabs(m0.z * c0.z);
+    const bool singular = fabs(determinant) <= kUndecided * terms;
+    const bool rankOne = singular && Dot(c0, c0) + Dot(c1, c1) + Dot(c2, c2) <= kRankOne * norm * norm;
+
+    const bool mirrored = !singular && determinant < 0;
+    Triple directions[3] = {kUnitX, kUnitY, kUnitZ};
+    const Triple& first = directions[longest] = f.rows[longest].Unit();
+    if (rankOne) {
+        CompleteBasis(first, directions[(longest + 1) % 3], directions[(longest + 2) % 3]);
+    } else {
+        directions[middle] = (f.rows[middle] - first * Dot(f.rows[middle], first)).Unit();
+        directions[shortest] = Cross(directions[next], directions[last]) * (mirrored ? -1.0 : 1.0);
+    }
+    return Factors(f.axes, {lengths[0], lengths[1], lengths[2]}, directions[0], directions[1], directions[2], mirrored);
+}
+
+}  // namespace
+
+PolarFactors DecomposePolar(const Triple& m0, const Triple& m1, const Triple& m2)
+{
+    AxesAndRows f = {{kUnitX, kUnitY, kUnitZ}, {m0, m1, m2}};
+    FindAxes(m0, m1, m2, f.axes);
     for (int i = 0; i < 3; ++i) {
-        factors.values[i] = s.m[i][i];
+        f.rows[i] = m0 * f.axes[i].x + m1 * f.axes[i].y + m2 * f.axes[i].z;
     }
-    return factors;
+    double xx = Dot(f.rows[0], f.rows[0]), yy = Dot(f.rows[1], f.rows[1]), zz = Dot(f.rows[2], f.rows[2]);
+    if (!AreOrthogonal(xx, yy, Dot(f.rows[0], f.rows[1])) || !AreOrthogonal(yy, zz, Dot(f.rows[1], f.rows[2])) ||
+        !AreOrthogonal(zz, xx, Dot(f.rows[2], f.rows[0]))) {
+        Orthogonalize(f);
+        xx = Dot(f.rows[0], f.rows[0]);
+        yy = Dot(f.rows[1], f.rows[1]);
+        zz = Dot(f.rows[2], f.rows[2]);
+    }
+    if (std::min({xx, yy, zz}) <= kWellScaled * std::max({xx, yy, zz})) {
+        return DecomposeBadlyScaled(m0, m1, m2);
+    }
+    const double x = Sqrt(xx), y = Sqrt(yy), z = Sqrt(zz);
+    const Triple a = f.rows[0] * (1 / x), b = f.rows[1] * (1 / y), c = f.rows[2] * (1 / z);
+    return Factors(f.axes, {x, y, z}, a, b, c, Dot(Cross(a, b), c) < 0);
 }
 
 }  // namespace zm

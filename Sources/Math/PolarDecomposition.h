@@ -1,33 +1,21 @@
 #pragma once
 
+#include "ZmInline.h"
+
 namespace zm {
 
-/// A 3x3 matrix in double, row by row.
-struct Matrix3 {
-    double m[3][3];
-};
-
-/// M = stretch * rotation on the stored rows, with an orthogonal rotation and a symmetric stretch whose eigenvalues are
-/// not negative. The rotation is proper unless the determinant of M is negative.
+/// A 3x3 matrix m as the product of a stretch and a rotation on the stored rows: with the axes as the rows of a matrix
+/// U, m = U^T * diag(stretches) * U * rotation.
 struct PolarFactors {
-    Matrix3 rotation;
-    bool mirrored;  ///< the rotation has determinant -1
+    Triple axes[3];       ///< right-handed and orthonormal
+    double stretches[3];  ///< not negative, in no order
+    Triple rotation[3];   ///< orthogonal, and proper unless the determinant of m is negative
+    bool mirrored;        ///< the rotation has determinant -1
 };
 
-/// The orthogonal factor of a matrix of floats, by Newton's iteration with norm scaling (N. Higham, "Computing the
-/// Polar Decomposition - with Applications", 1986).
-PolarFactors DecomposePolar(const Matrix3& m);
-
-/// The stretch for a given orthogonal factor: m * rotation^T, made exactly symmetric.
-Matrix3 StretchOf(const Matrix3& m, const Matrix3& rotation);
-
-/// S = axes * diag(values) * axes^T for a symmetric S; the columns of `axes` are a rotation.
-struct SpectralFactors {
-    Matrix3 axes;
-    double values[3];
-};
-
-/// Decomposes a symmetric matrix by Jacobi rotations.
-SpectralFactors DecomposeSymmetric(const Matrix3& s);
+/// Decomposes the rows m0, m1 and m2 of a matrix of floats by one-sided Jacobi rotations (M. Hestenes, "Inversion of
+/// Matrices by Biorthogonalization and Related Results", 1958) that start from an axis in closed form (O. Smith,
+/// "Eigenvalues of a Symmetric 3 x 3 Matrix", 1961).
+PolarFactors DecomposePolar(const Triple& m0, const Triple& m1, const Triple& m2);
 
 }  // namespace zm

@@ -8,26 +8,15 @@
 #include <float.h>
 #include <math.h>
 
+#include <algorithm>
+#include <utility>
+
 namespace zm {
 namespace {
 
-Matrix3 Block(const ZmMatrix& m)
+ZmQuaternion QuaternionOf(const Triple& row0, const Triple& row1, const Triple& row2)
 {
-    Matrix3 r;
-    for (int i = 0; i < 3; ++i) {
-        for (int j = 0; j < 3; ++j) {
-            r.m[i][j] = m[i][j];
-        }
-    }
-    return r;
-}
-
-ZmQuaternion RotationOf(const Matrix3& r, double sign = 1)
-{
-    const auto row = [&](int i) {
-        return ZmVector(float(sign * r.m[i][0]), float(sign * r.m[i][1]), float(sign * r.m[i][2]));
-    };
-    return zm::QuaternionFromRows({row(0), row(1), row(2)});
+    return QuaternionFromRows({row0.ToFloats(), row1.ToFloats(), row2.ToFloats()});
 }
 
 /// The scalar products of the first three lanes of a and b, c and d, e and f.
@@ -92,9 +81,7 @@ constexpr double kNoStretch = 0x1p-50;
 /// their axes would be noise.
 void UniteStretches(double (&k)[3])
 {
-    const auto larger = [](double a, double b) { return a > b ? a : b; };
-    const auto smaller = [](double a, double b) { return a < b ? a : b; };
-    const double largest = larger(larger(k[0], k[1]), k[2]), smallest = smaller(smaller(k[0], k[1]), k[2]);
+    const double largest = std::max({k[0], k[1], k[2]}), smallest = std::min({k[0], k[1], k[2]});
     if (largest - smallest <= kSameStretch * largest) {
         k[0] = k[1] = k[2] = 0.5 * (largest + smallest);
         return;
@@ -102,14 +89,9 @@ void UniteStretches(double (&k)[3])
     const double apart[3] = {fabs(k[1] - k[2]), fabs(k[2] - k[0]), fabs(k[0] - k[1])};
     const int odd = apart[0] < apart[1] && apart[0] < apart[2] ? 0 : apart[1] < apart[2] ? 1 : 2;
     double &a = k[(odd + 1) % 3], &b = k[(odd + 2) % 3];
-    if (apart[odd] <= larger(kSameStretch * larger(a, b), kNoStretch * largest)) {
+    if (apart[odd] <= std::max(kSameStretch * std::max(a, b), kNoStretch * largest)) {
         a = b = 0.5 * (a + b);
     }
-}
-
-float& Component(ZmQuaternion& q, int i)
-{
-    return i == 0 ? q.x : i == 1 ? q.y : i == 2 ? q.z : q.w;
 }
 
 /// The shortest rotation from axis `i` to the unit vector d, with d[i] >= 0.
@@ -145,46 +127,36 @@ ZmQuaternion SnuggleOneAxis(const ZmQuaternion& q, ZmVector& k, int odd)
 
 /// The rotation nearest to q among the 24 of the cube: none or a half turn about a coordinate axis, a quarter turn or
 /// half turn about a diagonal of a face, or a third of a turn about a diagonal of the cube. The nearest has the largest
-/// scalar product with q.
-ZmQuaternion NearestCubeRotation(ZmQuaternion q)
+/// scalar product with q. `k` goes with the axes.
+ZmQuaternion NearestCubeRotation(const ZmQuaternion& q, ZmVector& k)
 {
-    int first = 0;
-    float all = 0;
-    for (int i = 0; i < 4; ++i) {
-        all += fabsf(Component(q, i)) * 0.5f;
-        first = fabsf(Component(q, i)) > fabsf(Component(q, first)) ? i : first;
-    }
-    int second = first == 0 ? 1 : 0;
-    for (int i = 0; i < 4; ++i) {
-        second = i != first && fabsf(Component(q, i)) > fabsf(Component(q, second)) ? i : second;
-    }
-    constexpr float kRootHalf = 0.70710678f;
-    const float one = fabsf(Component(q, first)), two = (one + fabsf(Component(q, second))) * kRootHalf;
-    ZmQuaternion res(0, 0, 0, 0);
-    if (all > one && all > two) {
-        for (int i = 0; i < 4; ++i) {
-            Component(res, i) = copysignf(0.5f, Component(q, i));
-        }
-    } else if (two > one) {
-        Component(res, first) = copysignf(kRootHalf, Component(q, first));
-        Component(res, second) = copysignf(kRootHalf, Component(q, second));
-    } else {
-        Component(res, first) = copysignf(1.0f, Component(q, first));
-    }
-    return res;
-}
+    const float c[4] = {q.x, q.y, q.z, q.w}, size[4] = {fabsf(q.x), fabsf(q.y), fabsf(q.z), fabsf(q.w)};
+    // The largest two, the winners of a tournament.
+    const int low = size[1] > size[0] ? 1 : 0, high = size[3] > size[2] ? 3 : 2;
+    const bool isHigh = size[high] > size[low];
+    const int lower = isHigh ? low : 1 - low, higher = isHigh ? 5 - high : high;
+    const int first = isHigh ? high : low, second = size[higher] > size[lower] ? higher : lower;
 
-/// k in the order of the axes after a rotation of the cube.
-ZmVector Permuted(const ZmVector& k, const ZmQuaternion& cubeRotation)
-{
-    ZmMatrix m;
-    cubeRotation.ToMatrix(m);
-    ZmVector res;
-    for (int j = 0; j < 3; ++j) {
-        const int source = fabsf(m[0][j]) > 0.5f ? 0 : fabsf(m[1][j]) > 0.5f ? 1 : 2;
-        res[j] = k[source];
+    constexpr float kRootHalf = 0.70710678f;
+    const float one = size[first], two = (one + size[second]) * kRootHalf;
+    const float all = (size[0] + size[1] + size[2] + size[3]) * 0.5f;
+    if (all > one && all > two) {
+        const int negative = (c[0] < 0) + (c[1] < 0) + (c[2] < 0) + (c[3] < 0);
+        k = negative % 2 == 0 ? ZmVector(k.y, k.z, k.x) : ZmVector(k.z, k.x, k.y);
+        return {copysignf(0.5f, c[0]), copysignf(0.5f, c[1]), copysignf(0.5f, c[2]), copysignf(0.5f, c[3])};
     }
-    return res;
+    float res[4] = {0, 0, 0, 0};
+    if (two > one) {
+        // A quarter turn exchanges the two axes about which it does not turn, a half turn those between which it does.
+        const bool quarter = first == 3 || second == 3;
+        const int axis = first + second - 3;
+        std::swap(k[quarter ? (axis + 1) % 3 : first], k[quarter ? (axis + 2) % 3 : second]);
+        res[first] = copysignf(kRootHalf, c[first]);
+        res[second] = copysignf(kRootHalf, c[second]);
+    } else {
+        res[first] = copysignf(1.0f, c[first]);
+    }
+    return {res[0], res[1], res[2], res[3]};
 }
 
 }  // namespace
@@ -216,19 +188,17 @@ float Zm3DDecomposeMatrixTotalPtr(const ZmMatrix& m, ZmQuaternion* quat, ZmVecto
     if (!quat && !scale && !uRot) {
         return 1;
     }
-    const zm::Matrix3 block = zm::Block(m);
-    const zm::PolarFactors polar = zm::DecomposePolar(block);
+    zm::PolarFactors polar = zm::DecomposePolar(zm::Triple(m[0]), zm::Triple(m[1]), zm::Triple(m[2]));
     const float sign = polar.mirrored ? -1.0f : 1.0f;
     if (quat) {
-        *quat = zm::RotationOf(polar.rotation, sign);
+        const zm::Triple(&r)[3] = polar.rotation;
+        *quat = zm::QuaternionOf(r[0] * sign, r[1] * sign, r[2] * sign);
     }
     if (scale || uRot) {
-        zm::SpectralFactors spectral = zm::DecomposeSymmetric(zm::StretchOf(block, polar.rotation));
-        const double(&k)[3] = spectral.values;
-        zm::UniteStretches(spectral.values);
-        // Rounding may leave negative values: they become 0. The comparisons let NaN pass.
-        ZmVector stretch(k[0] < 0 ? 0 : float(k[0]), k[1] < 0 ? 0 : float(k[1]), k[2] < 0 ? 0 : float(k[2]));
-        ZmQuaternion axes = zm::RotationOf(spectral.axes);
+        zm::UniteStretches(polar.stretches);
+        ZmVector stretch(float(polar.stretches[0]), float(polar.stretches[1]), float(polar.stretches[2]));
+        const zm::Triple &a = polar.axes[0], &b = polar.axes[1], &c = polar.axes[2];
+        ZmQuaternion axes = zm::QuaternionOf({a.x, b.x, c.x}, {a.y, b.y, c.y}, {a.z, b.z, c.z});
         axes.Multiply(Zm3DQuaternionSnuggle(&axes, &stretch));
         axes.Normalize();
         if (scale) {
@@ -249,9 +219,7 @@ ZmQuaternion Zm3DQuaternionSnuggle(ZmQuaternion* q, ZmVector* k)
     if (k->x == k->y || k->y == k->z || k->z == k->x) {
         return zm::SnuggleOneAxis(*q, *k, k->x == k->y ? 2 : k->y == k->z ? 0 : 1);
     }
-    const ZmQuaternion p = zm::NearestCubeRotation(Zm3DQuaternionConjugate(*q));
-    *k = zm::Permuted(*k, p);
-    return p;
+    return zm::NearestCubeRotation(Zm3DQuaternionConjugate(*q), *k);
 }
 
 void ZmMatrix::RecomposeMatrix(const ZmVector* pos, const ZmVector* scale, const ZmQuaternion* quat)

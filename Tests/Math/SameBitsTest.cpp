@@ -263,7 +263,7 @@ const struct Family {
     {"matrices", Matrices, false, 0x704EB467B31595E8},
     {"angles", Angles, false, 0x8121AF832065293A},
     {"quaternions", Quaternions, false, 0x5C12806A7483AD9D},
-    {"total decompositions", TotalDecompositions, false, 0x659183D813CDD20A},
+    {"total decompositions", TotalDecompositions, false, 0x111A7F357C497D62},
     {"normalized", Normalized, true, 0xC455B01231C63759},
     {"boxes", Boxes, false, 0x8D96041104FA88A8},
     {"planes, rays, rectangles, frustums", PlanesRaysRectanglesAndFrustums, false, 0xE858484A39544C2F},
