@@ -11,7 +11,8 @@ int main()
     // Lengths on the vector path are approximate and differ between processors.
     ModifyProcessorFeatures(0, ZMPROCESSOR_FEATURE_SSE);
     const bool drawn = DrawRows() && DrawProducts() && DrawRotations() && DrawEulerOrder() && DrawHandedness() &&
-                       DrawClipSpace() && DrawScreenSpace() && DrawPixelLayouts() && DrawLines();
+                       DrawCameras() && DrawClipSpace() && DrawDepths() && DrawScreenSpace() && DrawPixelLayouts() &&
+                       DrawLines();
     if (!drawn) {
         std::fputs("A picture cannot be written\n", stderr);
     }

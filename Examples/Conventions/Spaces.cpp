@@ -20,17 +20,6 @@ ZmFrustum NewCamera()
     return camera;
 }
 
-/// The matrix that takes the view of the camera at the origin to clip space.
-ZmMatrix ProjectionOf(const ZmFrustum& camera)
-{
-    const float depth = camera.FarDistance / (camera.FarDistance - camera.NearDistance);
-    ZmMatrix projection({camera.NearDistance / camera.HalfWidth, 0, 0}, {0, camera.NearDistance / camera.HalfHeight, 0},
-                        {0, 0, depth}, {0, 0, -depth * camera.NearDistance});
-    projection[2][3] = 1;  // w = z
-    projection[3][3] = 0;
-    return projection;
-}
-
 /// The points in clip space, divided by w.
 std::vector<ZmVector> Projected(const ZmMatrix& projection, const std::vector<ZmVector>& points)
 {
@@ -141,7 +130,7 @@ bool DrawClipSpace()
 {
     Canvas canvas(800, 400);
     const ZmFrustum camera = NewCamera();
-    const ZmMatrix projection = ProjectionOf(camera);
+    const ZmMatrix projection = ZmPerspective(camera);
 
     const View world(kAslant, {40, 320}, 80);
     DrawRings(canvas, world, CornersOf(camera), kGrey);
@@ -169,7 +158,7 @@ bool DrawClipSpace()
 bool DrawScreenSpace()
 {
     Canvas canvas(800, 350);
-    const ZmMatrix projection = ProjectionOf(NewCamera());
+    const ZmMatrix projection = ZmPerspective(NewCamera());
     const View clip(kAhead, {170, 175}, 125);
     const std::vector<ZmVector> corners = Projected(projection, CornersOf(NewCamera()));
     canvas.Path(clip({corners[0], corners[1], corners[2], corners[3], corners[0]}), kGrey);
