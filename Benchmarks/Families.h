@@ -39,4 +39,8 @@ extern const Tasks kInlineTasks;
 extern const Tasks kQueryTasks;
 extern const Contender kQueries;
 
+extern const Tasks kCullingTasks;
+extern const Contender kCulling;
+extern const Contender kCullingSingly;
+
 }  // namespace bench

@@ -3,6 +3,7 @@
 /// Includes the headers of one family: intersections, distances, culling and best-fit boxes.
 
 #include "ZmBestFitBBox.h"
+#include "ZmCulling.h"
 #include "ZmDistance.h"
 #include "ZmEigenMatrix.h"
 #include "ZmIntersect.h"

@@ -307,11 +307,22 @@ struct Avx2Lanes {
     {
         return {_mm256_insertf128_ps(_mm256_castps128_ps256(low.v), high.v, 1)};
     }
+    SseLanes Low() const { return {_mm256_castps256_ps128(v)}; }
+    SseLanes High() const { return {_mm256_extractf128_ps(v, 1)}; }
     Avx2Lanes operator+(Avx2Lanes o) const { return {_mm256_add_ps(v, o.v)}; }
     Avx2Lanes operator-(Avx2Lanes o) const { return {_mm256_sub_ps(v, o.v)}; }
     Avx2Lanes operator*(Avx2Lanes o) const { return {_mm256_mul_ps(v, o.v)}; }
     static Avx2Lanes Min(Avx2Lanes a, Avx2Lanes b) { return {_mm256_min_ps(a.v, b.v)}; }
     static Avx2Lanes Max(Avx2Lanes a, Avx2Lanes b) { return {_mm256_max_ps(a.v, b.v)}; }
+    static unsigned LessMask(Avx2Lanes a, Avx2Lanes b)
+    {
+        return unsigned(_mm256_movemask_ps(_mm256_cmp_ps(a.v, b.v, _CMP_LT_OS)));
+    }
+    static unsigned LessEqualMask(Avx2Lanes a, Avx2Lanes b)
+    {
+        return unsigned(_mm256_movemask_ps(_mm256_cmp_ps(a.v, b.v, _CMP_LE_OS)));
+    }
+    Avx2Lanes Abs() const { return {_mm256_andnot_ps(_mm256_set1_ps(-0.0f), v)}; }
     /// Shuffle and transpose within each half.
     template <int i, int j, int k, int l>
     static Avx2Lanes Shuffle(Avx2Lanes a, Avx2Lanes b)
