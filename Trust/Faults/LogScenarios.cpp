@@ -109,7 +109,8 @@ public:
     const XGUID& GetGuid() const override { return kType; }
     void Output(int, int, int, const char* file, const char*) override
     {
-        ZmLog::GetLog().SetInformationMT(-1, ZmLog::LEVEL_INFO, 1, file).PrintMT("%s", "nobody listens");
+        constexpr int nobodys = -2;  // -1 is the module that could not be registered
+        ZmLog::GetLog().SetInformationMT(nobodys, ZmLog::LEVEL_INFO, 1, file).PrintMT("%s", "nobody listens");
         m_Heard += 1;
     }
 
