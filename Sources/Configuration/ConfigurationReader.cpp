@@ -127,7 +127,10 @@ bool ConfigurationReader::ReadEntry(const char* begin, const char* end)
         return Fail("can't find equal ('=') separator");
     }
     const XBaseString name = Span::Trimmed(begin, equal), value = Span::Trimmed(equal + 1, end);
-    return m_Section->AddValue(name, value, nullptr) || Fail("out of memory");
+    if (!m_Section->AddValue(name, value, nullptr)) {
+        return Fail("out of memory");
+    }
+    return true;
 }
 
 // Stores the message with the name and, if a relation is given, the relation and the current section's name.

@@ -75,8 +75,8 @@ private:
         ZmConfigurationSection::SectionTable::ConstIterator next;
     };
 
-    // Of the children of the current section.
-    unsigned Depth() const { return m_Open.IsEmpty() ? 0 : unsigned(m_Open.Size() - 1); }
+    // Of the children of the current section, while there is one.
+    unsigned Depth() const { return unsigned(m_Open.Size() - 1); }
 
     bool Enter(const ZmConfigurationSection& section)
     {
@@ -161,8 +161,7 @@ public:
 
     bool Entry(const ZmConfigurationEntry& entry, unsigned)
     {
-        const char* reason = ReasonOf(entry);
-        return reason == nullptr || Found(reason, entry.GetName(), entry.GetParent());
+        return Holds(ReasonOf(entry), entry.GetName(), entry.GetParent());
     }
 
     bool BeginSection(const ZmConfigurationSection& section, unsigned)
@@ -172,7 +171,7 @@ public:
                              : strchr(name, '\n') != nullptr  ? "the name of a section has a line feed"
                              : strlen(name) + 3 > kMostOfLine ? "the name of a section is too long"
                                                               : nullptr;
-        return reason == nullptr || Found(reason, name, section.GetParent());
+        return Holds(reason, name, section.GetParent());
     }
 
     static bool EndSection(const ZmConfigurationSection&, unsigned) { return true; }
@@ -203,12 +202,13 @@ private:
         return strlen(name) + 3 + strlen(value) > kMostOfLine ? "an entry is too long for a line" : nullptr;
     }
 
-    bool Found(const char* reason, const char* name, const ZmConfigurationSection* parent)
+    /// Keeps the reason, which ends the walk. Returns whether there is none.
+    bool Holds(const char* reason, const char* name, const ZmConfigurationSection* parent)
     {
         m_Reason = reason;
         m_Name = name;
         m_Parent = parent;
-        return false;
+        return reason == nullptr;
     }
 
     const char* m_Reason = nullptr;
@@ -240,7 +240,7 @@ bool FormatHolds(const ZmConfigurationSection& root, XString& why)
     XString path(check.Name());
     int shown = 0;
     const ZmConfigurationSection* section = check.Parent();
-    for (; section != nullptr && section->GetParent() != nullptr && shown < kMostSections; ++shown) {
+    for (; section->GetParent() != nullptr && shown < kMostSections; ++shown) {
         path = XString(section->GetName()) + "." + path;
         section = section->GetParent();
     }

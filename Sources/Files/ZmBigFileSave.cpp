@@ -73,7 +73,7 @@ bool WriteDeferred(ZmFile& output, const char* path, unsigned int size)
     const bool opened = zm::OpenRegularFile(file, path, ZmFile::READONLY) != 0;
     const unsigned int found = file.Size();
     CopyBlock block;
-    if (opened && found == size && file.IsValid()) {
+    if (opened && found == size) {
         return block.Copy(output, file, size);
     }
     const unsigned int mode = zm::FileMode(path);

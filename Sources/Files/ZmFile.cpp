@@ -263,11 +263,11 @@ int ZmFile::Seek(int offset, SeekMode mode)
 
 bool ZmFile::SeekTo(unsigned int position)
 {
-    FILE* stream = Stream();
-    const bool done = stream != nullptr && zm::SeekFile(stream, position, SEEK_SET);
-    if (stream != nullptr && !done) {
-        m_File->hasFailed = true;
+    if (!IsOpen()) {
+        return false;
     }
+    const bool done = zm::SeekFile(m_File->stream, position, SEEK_SET);
+    m_File->hasFailed = m_File->hasFailed || !done;
     return done;
 }
 

@@ -42,10 +42,10 @@ void AppendSeparator(std::string& path)
     }
 }
 
-// The characters that ZmEscapeURL() replaces.
+// The characters that ZmEscapeURL() replaces. Not for the terminator.
 bool IsEscaped(char c)
 {
-    return c != 0 && strchr(" \\+,;=@[]^{}", c) != nullptr;
+    return strchr(" \\+,;=@[]^{}", c) != nullptr;
 }
 
 bool BeginsWithFilePrefix(const char* text)
@@ -96,8 +96,8 @@ RKPathSplitter::RKPathSplitter(const char* path)
     for (const char* c = name; c != end; ++c) {
         extension = *c == '.' ? c : extension;
     }
-    if (!CopyPart(m_Drive, text, dir) || !CopyPart(m_Dir, dir, name) || !CopyPart(m_Name, name, extension) ||
-        !CopyPart(m_Extension, extension, end)) {
+    CopyPart(m_Drive, text, dir);  // a letter and a colon, or nothing
+    if (!CopyPart(m_Dir, dir, name) || !CopyPart(m_Name, name, extension) || !CopyPart(m_Extension, extension, end)) {
         m_Drive[0] = m_Dir[0] = m_Name[0] = m_Extension[0] = 0;
     }
 }

@@ -2,8 +2,9 @@
 # Loading.sh [emulator...] <program> <library> <module>
 #
 # Runs the program that loads and unloads the library: as it is, without a home
-# folder, in a folder that is not writable, and without standard streams. Also ends
-# it while threads run, several times, since not every run hits a critical point.
+# folder, in a folder that is not writable, and without standard streams. Also lets
+# it print after the log is gone, and ends it while threads run, several times,
+# since not every run hits a critical point.
 set -euo pipefail
 
 # A file instead of a pipe: an emulator's own processes may outlive the program and would keep a pipe open.
@@ -27,6 +28,7 @@ run 'without a home' env -u HOME -u USERPROFILE -u XDG_CONFIG_HOME -u XDG_CACHE_
 run 'in a read-only folder' in_locked_folder "$@"
 # An emulator would reuse the numbers of the closed streams for its own pipes, and output would go into those.
 [ $# -gt 3 ] || run 'without standard streams' without_streams "$@"
+run 'printing after the log' "$@" --print-at-end
 for _ in {1..10}; do
     run 'exiting while threads run' timeout 20 "$@" --end-amid-threads
 done

@@ -145,7 +145,14 @@ TEST_F(ConfigurationFormatTest, WhatCanBeSavedLoadsAsTheSameTree)
 
 TEST_F(ConfigurationFormatTest, TheReasonNamesTheFirstPlace)
 {
-    const std::string longest(1013, 'x'), tooLong(1015, 'x');
+    const std::string longest(1013, 'x'), tooLong(1021, 'x');
+    const std::string tooLongWhy = "the name of a section is too long: " + tooLong;
+    std::string deep = "a", deepWhy = "an entry begins or ends with a blank: ";
+    for (int level = 1; level < 30; ++level) {
+        deep += ".a";
+        deepWhy += level <= 20 ? "a." : "";
+    }
+    deepWhy += "b";
     const struct {
         const char *section, *name, *value, *why;
     } kRows[] = {
@@ -159,6 +166,8 @@ TEST_F(ConfigurationFormatTest, TheReasonNamesTheFirstPlace)
         {"a", "longer", tooLong.c_str(), "an entry is too long for a line: a.longer"},
         {"/a", "b", "1", "the name of a section begins with '/': /a"},
         {"a\nb", "b", "1", "the name of a section has a line feed: a\nb"},
+        {tooLong.c_str(), "b", "1", tooLongWhy.c_str()},
+        {deep.c_str(), "b", " ", deepWhy.c_str()},
     };
     for (const auto& row : kRows) {
         ZmConfiguration tree(4);

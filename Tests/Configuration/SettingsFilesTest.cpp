@@ -60,6 +60,7 @@ TEST_F(SettingsFilesTest, WhatOneObjectWritesAnotherReads)
     for (const auto& row : kRows) {
         EXPECT_TRUE(KeyOf(row.path).Write(row.name.c_str(), "old")) << row.path;
         EXPECT_TRUE(KeyOf(row.path).Write(row.name.c_str(), row.value.c_str())) << row.path;
+        EXPECT_TRUE(KeyOf(row.path).Write(row.name.c_str(), row.value.c_str())) << row.path << ", as it is";
     }
     for (const auto& row : kRows) {
         EXPECT_EQ(Read(row.path, row.name), row.value) << row.path;

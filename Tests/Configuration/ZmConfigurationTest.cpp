@@ -34,8 +34,12 @@ TEST(ZmConfigurationTest, NumbersAreKeptAsTexts)
     tree.AddEntry(nullptr, "long", 5L);
     tree.AddDefaultEntry(nullptr, "size", sizeof(char));
     tree.AddEntry(nullptr, "large", FLT_MAX);
+    ZmConfigurationSection* section = tree.CreateSubSection(nullptr, "s");
+    section->AddEntry("int", -1);
+    section->AddEntry("unsigned", 2u);
     EXPECT_EQ(TextOf(tree), "int=-2147483648;unsigned=4294967295;float=1.500000;"
-                            "double=0.100000;long=5;large=340282346638528859811704183484516925440.000000;");
+                            "double=0.100000;long=5;large=340282346638528859811704183484516925440.000000;"
+                            "s{int=-1;unsigned=2;}");
 
     EXPECT_STREQ(tree.GetEntry("size", 0)->GetValue(), "1");
 
@@ -106,6 +110,10 @@ TEST(ZmConfigurationTest, PathsAreReadDifferentlyByEachOperation)
     EXPECT_EQ(TextOf(*tree.GetSubSection("a.b", 0)), "x{}");
     EXPECT_EQ(tree.DeleteEntry("a.b", "c"), 0);
     EXPECT_EQ(tree.DeleteSection("a", "b"), 1);
+
+    ZmConfiguration other(0);
+    other.AddEntry((std::string(65535, 's') + ".t").c_str(), "c", "no string can be a name so long");
+    EXPECT_EQ(TextOf(other), "{t{c=no string can be a name so long;}}");
 }
 
 TEST(ZmConfigurationTest, WithoutTheSectionNothingIsMadeFoundOrRemoved)

@@ -141,6 +141,15 @@ TEST(RKDirectoryParserTest, FoldersWithNothingInThemGiveNothing)
     }
 }
 
+TEST(RKDirectoryParserTest, NoFolderIsTheRoot)
+{
+    std::set<std::string> names;
+    for (const fs::directory_entry& entry : fs::directory_iterator("/")) {
+        names.insert(entry.path().filename().string());
+    }
+    EXPECT_EQ(NamesOf(Walk("", "*", false, true)), names);
+}
+
 TEST(RKDirectoryParserTest, DeepAndWideTreesAreWalkedWhole)
 {
     const TemporaryFolder folder;

@@ -146,6 +146,8 @@ TEST_F(ZmBigFileTest, FindsNamesWithoutTheirDirectoryInAnyCase)
     EXPECT_EQ(m_Archive.RemoveEntry(2), 0);
     EXPECT_EQ(m_Archive.Find("b", nullptr), 0);
     EXPECT_EQ(m_Archive.Find(nullptr, nullptr), 0);
+    EXPECT_EQ(m_Archive.RemoveEntry(1), 1) << "one that no name finds";
+    EXPECT_EQ(m_Archive.GetEntryCount(), 1);
 }
 
 TEST_F(ZmBigFileTest, WhatNoEntryCanBeIsRefused)

@@ -206,6 +206,16 @@ TEST_F(ZmCachedFileSmallTest, ChangedCacheSizesHoldForTheNextFill)
     EXPECT_EQ(Read(file, 4), std::string(4, '\0')) << "the new block is zeroed and keeps the old position";
     file.Seek(40, ZmStream::START);
     EXPECT_EQ(Read(file, 20), m_Bytes.substr(40, 20));
+    for (const unsigned int size : {16u, 0x80000000u}) {  // no change, and more than there can be
+        file.SetCacheSize(size);
+        EXPECT_EQ(file.GetCacheSize(), 16u);
+        file.Seek(50, ZmStream::START);
+        EXPECT_EQ(Read(file, 4), m_Bytes.substr(50, 4));
+    }
+    ZmCachedFile uncached(0x80000000u);
+    ASSERT_TRUE(uncached.Open(m_Path.c_str(), ZmFile::READONLY));
+    EXPECT_EQ(Read(uncached, 20), m_Bytes.substr(0, 20));
+    EXPECT_EQ(Read(uncached, 20), m_Bytes.substr(20, 20));
 }
 
 TEST_F(ZmCachedFileSmallTest, WhatHasNoCachedFormIsDoneWithAWarningEachTime)

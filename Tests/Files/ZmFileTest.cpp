@@ -292,6 +292,11 @@ TEST(ZmFileTest, GetStringLosesNoLineBehindAReturnAndANul)
     MakeFile(folder / "file", std::string("a\r\0b\n\nc\n", 8));
     EXPECT_EQ(ReadPieces(folder / "file", ZmFile::READONLY | ZmFile::TEXT, 0), Lines());
     EXPECT_EQ(ReadPieces(folder / "file", ZmFile::READONLY | ZmFile::TEXT, 16), (Lines{"a\r", "\n", "c\n"}));
+    char none = '-', next[4];
+    ZmFile file;
+    ASSERT_TRUE(file.Open((folder / "file").c_str(), ZmFile::OpenMode(ZmFile::READONLY | ZmFile::TEXT)));
+    EXPECT_TRUE(file.GetString(&none, 1) == 1 && none == 0) << "room for the terminator alone";
+    EXPECT_TRUE(file.GetString(next, 4) == 1 && strcmp(next, "a\r") == 0);
 }
 
 void ExpectRefusal(ZmFile& file)
@@ -358,6 +363,10 @@ TEST(ZmFileTest, CopiesShareOneFile)
     ExpectRefusal(copy);
     third = none;
     ExpectRefusal(third);
+    ASSERT_TRUE(third.Open((folder / "file").c_str(), ZmFile::WRITEONLY));
+    EXPECT_EQ(third.Write("ef", 2), 2u);
+    third = none;
+    EXPECT_EQ(BytesOf(folder / "file"), "ef") << "nobody holds the file any more: it is closed";
 }
 
 TEST(ZmFileTest, TheModeWordTellsFilesFromFolders)

@@ -107,6 +107,7 @@ TEST(ZmPathTest, SystemPathsHaveBackslashesBehindTheDrive)
                                         {"C:/a", "C\\\\a"},
                                         {"C:", "C\\"},
                                         {"1:\\a", "1\\\\a"},
+                                        {"{:\\a", "{\\\\a"},
                                         {"Mac HD:Folder:File", "Mac HD\\Folder\\File"},
                                         {"/a/b", "\\a\\b"},
                                         {"", ""}};

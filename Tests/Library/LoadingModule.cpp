@@ -28,6 +28,12 @@ extern "C" const char* UseLibrary()
                                                                  : nullptr;
 }
 
+/// What a destructor may do that runs after the library's own.
+extern "C" void PrintLate()
+{
+    ZmLog::GetLog().SetInformationMT(1, ZmLog::LEVEL_INFO, __LINE__, "LoadingModule").PrintMT("late %d", 1);
+}
+
 extern "C" void UseStringsForEver()
 {
     for (;;) {

@@ -4,6 +4,8 @@
 #include <chrono>
 #include <limits.h>
 #include <stdio.h>
+#include <stdlib.h>
+#include <string.h>
 #include <thread>
 
 // Loads and unloads the library, alone and under a module that uses it. The exit code also identifies the failure,
@@ -54,13 +56,25 @@ int EndAmidThreads(const char* user)
     return 0;
 }
 
+void (*g_PrintLate)();
+
+// What is registered before the library is loaded runs after the library has destroyed its log, except on Windows.
+int PrintAtEnd(const char* user)
+{
+    atexit([] { g_PrintLate(); });
+    g_PrintLate = reinterpret_cast<void (*)()>(Modules::Find(Modules::Load(user), "PrintLate"));
+    return 0;
+}
+
 }  // namespace
 
-// LoadingTest <library> <module that uses it> [--end-amid-threads]
+// LoadingTest <library> <module that uses it> [--end-amid-threads | --print-at-end]
 int main(int argc, char** argv)
 {
     if (argc != 3) {
-        return argc == 4 ? EndAmidThreads(argv[2]) : Fail(1, "arguments");
+        return argc != 4                                ? Fail(1, "arguments")
+               : strcmp(argv[3], "--print-at-end") == 0 ? PrintAtEnd(argv[2])
+                                                        : EndAmidThreads(argv[2]);
     }
     constexpr int kWarm = 8, kRounds = 13;  // the loaders and the C library still grow tables in the first rounds
     long handles = 0, bytes = 0, leftHandles = LONG_MAX, leftBytes = LONG_MAX;

@@ -39,7 +39,7 @@ TEST(PlainFormatTest, WhatFitsIsFormattedAndNothingIsWrittenBeyond)
     ExpectAtAllSizes("before %i after", 0);
     ExpectAtAllSizes("%u of %u", 4294967295u, 0u);
     ExpectAtAllSizes("%s and %s", "a text", "another");
-    ExpectAtAllSizes("%c%c", 'a', 'b');
+    ExpectAtAllSizes("%c%c and %c", 'a', 'b', 'c');
     ExpectAtAllSizes("100 %%%% of %d", 5);
 }
 

@@ -1,5 +1,6 @@
 #include "ZmLog.h"
 
+#include "Files/ArchiveBytes.h"
 #include "Support/HeardMessages.h"
 #include "Support/SilentLog.h"
 #include "Support/TemporaryFolder.h"
@@ -76,6 +77,8 @@ TEST_F(ZmLogTest, TheFirstFactoryOfATypeStays)
     EXPECT_EQ(m_Log.RegisterListener(none, "none", m_A), nullptr);
     EXPECT_EQ(m_Log.GetListener("none"), nullptr);
     EXPECT_EQ(m_Log.RegisterListener({none.first, 2}, "none", m_A), nullptr) << "both words of a type count";
+    m_Log.RegisterListenerFactory({none.first, 3}, nullptr);
+    EXPECT_EQ(m_Log.RegisterListener({none.first, 3}, "none", m_A), nullptr);
     for (const XGUID& type : {ZmOutputDebugListener::m_Guid, ZmFileListener::m_Guid, ZmConsoleListener::m_Guid}) {
         EXPECT_EQ(m_Log.RegisterListenerFactory(type, MakeNone), 0) << "built in";
     }
@@ -173,6 +176,12 @@ TEST_F(ZmLogTest, FormatsThatPrintfRefusesAreTheMessage)
         m_Log.SetInformation(m_A, ZmLog::LEVEL_INFO, 1, "").Print(row.format.c_str(), 7);
         EXPECT_EQ(m_Heard.Take().at(0).text, row.text);
     }
+    m_Log.Print(nullptr);
+    EXPECT_EQ(m_Heard.Take().at(0).text, "");
+    if (ZmGetPlatform() == ZM_PLATFORM_LINUX) {
+        m_Log.Print("%lc", 0xD800);  // no character
+        EXPECT_EQ(m_Heard.Take().at(0).text, "%lc");
+    }
 }
 
 TEST_F(ZmLogTest, TheLibrarysWarningsKeepLongNames)
@@ -194,6 +203,18 @@ TEST_F(ZmLogTest, NamesFromFilesForgeNoLinesInTheLibrarysWarnings)
     ZmBigFile archive;
     ASSERT_EQ(archive.LoadIndex((folder / "list").c_str()), 1);
     EXPECT_EQ(m_Heard.Take().at(0).text, "Entry a\\x1b[2j\\x0d[zmmath]\\x0b not found in Big File ");
+
+    // Escapes take four times the room: a warning ends before the first that does not fit.
+    const std::string path = folder / "archive", bytes = ArchiveBytes({{std::string(5000, '\r'), "x"}});
+    MakeFile(path, bytes.substr(0, bytes.size() - 1));
+    ASSERT_EQ(archive.Open(path.c_str(), 1), 1);
+    EXPECT_EQ(archive.Save(nullptr, nullptr), 0);
+    const std::string begin = "The bytes of entry ";
+    std::string expected = begin;
+    for (size_t i = 0; i < (16383 - begin.size()) / 4; ++i) {
+        expected += "\\x0d";
+    }
+    EXPECT_EQ(m_Heard.Take().at(0).text, expected);
 }
 
 TEST_F(ZmLogTest, ListenersHearInTheOrderOfRegistrationAndTheLastFillsAGap)

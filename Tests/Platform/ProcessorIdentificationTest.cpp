@@ -192,6 +192,8 @@ const struct {
     {"the cycles stand still", {0, 1000000, 1000000000, 7, 7}, 0, 0},
     {"the counter stands still", {5, 5, 1000000000, 0, 1000000}, 0, 0},
     {"nothing was read", {}, 0, 0},
+    {"a counter without a rate", {0, 1000000, 0, 0, 1000000}, 0, 0},
+    {"faster than any", {0, 1, 1000000000, 0, 1000000}, 0, 1e-12},
 };
 
 TEST(ProcessorIdentificationTest, TheClockIsCyclesBySeconds)
@@ -207,6 +209,7 @@ TEST(ProcessorIdentificationTest, MillisecondsPerTickComeFromTheLowWordOfTheFreq
 {
     EXPECT_EQ(zm::MillisecondsPerTick(1000), 1.0f);
     EXPECT_EQ(zm::MillisecondsPerTick(1000000000), 1e-6f);
+    EXPECT_EQ(zm::MillisecondsPerTick(0), 0.0f);
     EXPECT_EQ(zm::MillisecondsPerTick((int64_t(1) << 32) + 500), 2.0f);
 }
 

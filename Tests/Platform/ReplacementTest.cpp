@@ -36,7 +36,9 @@ TEST(ReplacementTest, TheOldFileStaysUntilTheCommit)
     EXPECT_EQ(BytesOf(path), "second");
     EXPECT_EQ(folder.Files(), Names{"a"});
     EXPECT_FALSE(Replace(folder.Path(), "a folder"));
+    EXPECT_FALSE(Replace(path + "/below", "in a file"));
     EXPECT_FALSE(Replace(folder / "no/such/folder", ""));
+    EXPECT_FALSE(Replacement().Commit()) << "of nothing";
 }
 
 TEST(ReplacementTest, OtherThreadsAlwaysFindTheFile)

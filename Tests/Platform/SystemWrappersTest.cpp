@@ -43,6 +43,7 @@ TEST(SystemWrappersTest, LoadedByNameAndByPath)
     ASSERT_NE(library, nullptr);
     EXPECT_NE(ZmGetSharedLibrarySymbol(library, onWindows ? "GetTickCount" : "strlen"), nullptr);
     EXPECT_EQ(ZmGetSharedLibrarySymbol(library, "no such symbol"), nullptr);
+    EXPECT_EQ(ZmGetSharedLibrarySymbol(library, nullptr), nullptr);
     char path[4096];
     ASSERT_NE(ZmGetModuleFileName(library, path, sizeof(path)), 0u);
     for (char& c : path) {

@@ -135,6 +135,13 @@ TEST(ZmThreadTest, NamesReachTheSystem)
     unnamed.Code();
     const std::string given = unnamed.GetName().Text();
     EXPECT_TRUE(seen == (windows ? given : given.substr(0, 15)) || seen == "?") << seen;
+    if (!windows) {
+        Worker noText([&] { return seen = SystemThreadName(), 0u; });
+        noText.SetName(std::string(16, '\x80').c_str());
+        ASSERT_EQ(noText.Start(), 1);
+        noText.Code();
+        EXPECT_EQ(seen, before) << "where no character begins a name cannot be cut";
+    }
     EXPECT_EQ(SystemThreadName(), before) << "the program's own thread keeps its name";
 }
 
@@ -181,8 +188,10 @@ TEST(ZmThreadTest, TerminatedWhereverItStands)
     unsigned int given = 77;
     Worker sleeps, waits([&] { return unsigned(sleeps.Wait(nullptr, 0)); });
     Worker endsItself([&] { return unsigned(endsItself.Terminate(&given)); });
-    ASSERT_EQ(sleeps.StartStay() + waits.Start() + endsItself.Start(), 3);
+    Worker endsByTheMain([&] { return unsigned(ZmThread::GetCurrentZmThread()->Terminate(&given)); });
+    ASSERT_EQ(sleeps.StartStay() + waits.Start() + endsItself.Start() + endsByTheMain.Start(), 4);
     EXPECT_EQ(endsItself.Code(), 77u);
+    EXPECT_EQ(endsByTheMain.Code(), 77u) << "the main thread's object stands for the calling thread";
     EXPECT_EQ(waits.Terminate(&given) + sleeps.Terminate(nullptr), 2);
     EXPECT_EQ(waits.Code(), 77u);
     EXPECT_EQ(sleeps.Code(), 0u);

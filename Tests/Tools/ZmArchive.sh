@@ -83,6 +83,13 @@ expect 0 '^1 entry, 5 B, extracted' extract in.zmbg New.txt --force
 [ "$(cat new.txt)" = newer ] || fail 'not what was added'
 expect 0 '3 entries' create --flat flat.zmbg ../in
 expect 0 '^large.bin$' list --names flat.zmbg
+: >list
+expect 0 '2 entries' reorder in.zmbg list # to the same order
+
+for command in 'create --quiet quiet.zmbg ../in' 'extract --quiet quiet.zmbg --to quiet.d'; do
+    expect 0 '' $command
+    [ ! -s out ] || fail "--quiet talks: $command"
+done
 
 # Changes that are refused and leave the archive unchanged.
 cp in.zmbg before
@@ -90,6 +97,8 @@ printf 'new.txt\nnone\n' >list
 expect 1 'none not found' reorder in.zmbg list
 printf 'new.txt' >list
 expect 1 'line feed' reorder in.zmbg list
+expect 1 'nothing cannot be read' reorder in.zmbg nothing
+expect 1 '' reorder in.zmbg out.d
 expect 1 'no entry none' remove in.zmbg new.txt none
 expect 1 'no entry none' extract in.zmbg none
 expect 1 'nothing: no such file or folder' add in.zmbg nothing
@@ -106,6 +115,10 @@ for arguments in '' 'fold' 'list' 'list in.zmbg more' 'create x' 'list --flat in
     expect 2 '^For help, run zmarchive --help$' $arguments
 done
 expect 0 'lower case' --help
+expect 0 '^zmarchive [0-9]' --version
+expect 0 'new.txt' list -- in.zmbg
+expect 1 '^zmarchive: -x: no such file' list -- -x
+expect 1 '^zmarchive: -: no such file' list -
 
 # Damaged and hostile archives.
 printf 'PK' >other
@@ -113,17 +126,28 @@ expect 1 'not an archive' verify other
 head -c -1 in.zmbg >short
 expect 1 '^DAMAGED' verify short
 expect 1 'is incomplete' extract short --to short.d
+expect 0 'incomplete' list short
 expect 1 'not saved' add short other
 head -c 20 in.zmbg >cut
 expect 1 'index of Big File cut is damaged' verify cut
 expect 1 'was not changed' remove cut new.txt
 (cat in.zmbg && echo) >long
 expect 1 '1 B after the last entry' verify long
-archive evil ../up /root 'c:\\drive' a/../../up '\\back' 'a\\..\\..\\up' good a/ . 'tab\tname' a a
-expect 1 '^[23] entries, [23] B, extracted' extract evil --to evil.d/deep # a name with a tab is none on Windows
+archive evil ../up /root 'c:\\drive' a/../../up '\\back' 'a\\..\\..\\up' good a/ . '' b//c 'tab\tname' 'del\x7f' a a
+expect 1 '^[34] entries, [34] B, extracted' extract evil --to evil.d/deep # a name with a tab is none on Windows
 [ "$(find . ../in -newer evil -type f ! -path './evil.d/deep/*' ! -name 'out*')" = '' ] || fail 'written outside'
 [ -f evil.d/deep/good ] && [ -f evil.d/deep/a ] || fail 'not extracted'
 expect 0 'tab\\x09name' list evil
+expect 0 'del\\x7f' list evil
+
+# The largest sizes, and more entries than there are percentages.
+{
+    printf 'ZMBG\0\014\0\0'
+    printf 'a\0\377\377\377\177%.0s' {1..512}
+} >huge
+expect 0 '^ 1024.0 GB  in 512 entries$' list huge
+archive many n{1..250}
+expect 0 '^250 entries, 250 B, extracted' extract many --to many.d
 
 # The longest names, over old files; what stands in the way stays.
 long=$(printf 'n%.0s' {1..255})
@@ -153,6 +177,19 @@ ln -s ../new.txt links.d/readme.txt
 archive links dir/file readme.txt
 expect 1 'is a link' extract links --to links.d --force
 [ -z "$(ls outside)" ] && [ "$(cat new.txt)" = newer ] || fail 'written through a link'
+mkdir other.d pack
+mkfifo other.d/dir other.d/readme.txt pack/pipe
+expect 1 'other.d/dir is not a folder' extract links --to other.d
+grep -q 'other.d/readme.txt is not a file' out || fail 'a pipe taken for a file'
+archive notext "$(printf '\\x80%.0s' {1..255})"
+expect 0 '1 entry' extract notext --to notext.d # its new file cannot be named after any part of it
+
+ln -s ../../in pack/link
+printf 'x' >pack/file
+expect 0 '^pack.zmbg: 1 entry' create pack.zmbg pack # neither what the link leads to nor the pipe
+printf 'x' >'pack/a\b'
+expect 1 'backslashes cannot be packed' create --force pack.zmbg pack
+expect 1 'File name too long' create none "$(printf 'n%.0s' {1..300})"
 if command -v script >/dev/null; then
     script -qec "$(printf '%q ' "${tool[@]}" create --force bar.zmbg ../in)" bar.log >/dev/null </dev/null
     grep -qF '[########################################] 100 %' bar.log || fail 'no bar on a terminal'

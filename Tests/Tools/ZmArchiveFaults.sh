@@ -49,6 +49,64 @@ cmp target/large.bin large.bin
 [ "$(stat -c %a target/large.bin)" = 640 ] || fail 'other permissions'
 no_leftovers
 
+# System calls that fail. Not where the program cannot be traced, such as under a leak checker.
+traced() {
+    strace -qq -o trace.log "${@:1:$faultWords}" "${tool[@]}" "${@:$((faultWords + 1))}" >out 2>&1 </dev/null
+}
+faultWords=0
+if [ ${#tool[@]} -eq 1 ] && command -v strace >/dev/null && traced --version; then
+    mkdir fresh listed
+    printf 'x' >listed/x
+    nextOwner=$(id -u)
+    while read -r code result command fault; do
+        rm -f fresh/*
+        printf 'old' >target/large.bin
+        chown "$nextOwner:2345" target/large.bin 2>/dev/null || true
+        nextOwner=1234 # from the second on another user's, not only another group's
+        owner=$(stat -c %u:%g target/large.bin)
+        words=($fault) status=0
+        faultWords=${#words[@]}
+        case $command in
+        replace) traced "${words[@]}" extract large.zmbg --to target --force || status=$? ;;
+        extract) traced "${words[@]}" extract large.zmbg --to fresh || status=$? ;;
+        pack) traced "${words[@]}" create packed.zmbg listed || status=$? ;;
+        esac
+        [ $status -eq "$code" ] || fail "$fault: exit code $status instead of $code"
+        grep -q "${result//_/ }" out || fail "$fault: no word of '$result'"
+        case $command$status in
+        replace0) cmp target/large.bin large.bin ;;
+        replace1) [ "$(cat target/large.bin)" = old ] || fail "$fault costs the old file" ;;
+        extract0) cmp fresh/large.bin large.bin ;;
+        extract1) [ -z "$(ls fresh)" ] || fail "$fault: a file that is not whole" ;;
+        esac
+        case $fault in
+        *fchown*) ;;
+        *) [ "$(stat -c %u:%g target/large.bin)" = "$owner" ] || fail "$fault: another owner" ;;
+        esac
+        no_leftovers
+    done <<'END'
+0 extracted replace -e inject=fsync:error=EINVAL
+0 extracted replace -e inject=fsync:error=EINVAL
+0 extracted replace -e inject=fchown:error=EPERM
+0 extracted replace -e inject=write:error=EINTR:when=1
+0 extracted extract -e inject=renameat2:error=EINVAL
+0 extracted extract -e inject=renameat2:error=ENOSYS
+1 large.bin_cannot_be_written:_Input replace -e inject=fsync:error=EIO
+1 large.bin_cannot_be_written:_Input replace -e inject=write:error=EIO:when=1
+1 large.bin_cannot_be_written:_Perm replace -e inject=renameat:error=EACCES
+1 large.bin_cannot_be_created:_No_space replace -P target -e inject=openat:error=ENOSPC:when=2
+1 large.bin:_cannot_be_read replace -P large.zmbg -e inject=read:error=EIO:when=3+
+1 large.bin: replace -P large.zmbg -e inject=lseek:error=EIO:when=6
+1 large.bin: replace -P large.zmbg -e inject=lseek:error=EIO:when=7
+1 large.bin: replace -P large.zmbg -e inject=lseek:error=EIO:when=8
+1 large.bin_already_exists extract -e inject=renameat2:error=EINVAL -e inject=linkat:error=EEXIST
+1 large.bin_cannot_be_written:_Perm extract -e inject=renameat2:error=EACCES
+1 cannot_be_read:_Input pack -e inject=getdents64:error=EIO:when=2+
+END
+else
+    echo 'no system call made to fail: programs cannot be traced here'
+fi
+
 # A save with ever more files that may be open: it fails, or it is complete. In between, the last file to be opened is
 # the one to pack.
 printf 'packed' >packed

@@ -106,7 +106,8 @@ void OpenArchive(ZmBigFile& archive, const Arguments& arguments)
 bool IsWhole(ZmBigFile& archive, int position)
 {
     ZmSubFile sub;
-    return archive.GetEntrySize(position) == 0 || (archive.GetEntryFile(position, &sub) && sub.IsValid());
+    archive.GetEntryFile(position, &sub);
+    return archive.GetEntrySize(position) == 0 || sub.IsValid();
 }
 
 int Create(const Arguments& arguments)
@@ -143,7 +144,9 @@ int Remove(const Arguments& arguments)
         const std::string name = LowerCase(argument);
         int removed = 0;
         for (int i = archive.GetEntryCount() - 1; i >= 0; --i) {
-            removed += LowerCase(archive.GetEntryName(i)) == name && archive.RemoveEntry(i);
+            if (LowerCase(archive.GetEntryName(i)) == name) {
+                removed += archive.RemoveEntry(i);
+            }
         }
         if (removed == 0) {
             throw Failure("there is no entry " + Printable(name));

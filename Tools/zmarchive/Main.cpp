@@ -5,9 +5,11 @@
 #include "Warnings.h"
 #include "ZmVersion.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <exception>
 #include <filesystem>
+#include <iterator>
 
 namespace {
 
@@ -67,12 +69,8 @@ int Run(int argc, char** argv)
         return 0;
     }
     HearWarnings();
-    for (const auto& command : kCommands) {
-        if (arguments.command == command.shape.command) {
-            return command.run(arguments);
-        }
-    }
-    return 2;
+    const auto isMeant = [&](const auto& command) { return arguments.command == command.shape.command; };
+    return std::find_if(std::begin(kCommands), std::end(kCommands), isMeant)->run(arguments);
 }
 
 }  // namespace

@@ -9,8 +9,8 @@ namespace fs = std::filesystem;
 
 namespace {
 
-const Members kOld = {{"a", "first"}, {"b", kLarge}, {"c", std::string(10, 'c')}};
-const Members kNew = {kOld[1], {"c", kOther}, {"e", "new"}};
+const Members kOld = {{"a", "first"}, {"b", kLarge}, {kLongName, std::string(10, 'c')}};
+const Members kNew = {kOld[1], {kLongName, kOther}, {"e", "new"}};
 
 void MakeArchive()
 {
@@ -20,7 +20,7 @@ void MakeArchive()
 
 int ChangeArchive(ZmBigFile& archive)
 {
-    return archive.Open("archive", 1) && archive.Remove("a") && archive.Append("c", "deferred", 1, 1) &&
+    return archive.Open("archive", 1) && archive.Remove("a") && archive.Append(kLongName.c_str(), "deferred", 1, 1) &&
            archive.Append("E", "new", 3);
 }
 
@@ -55,6 +55,12 @@ void MakeLinkedArchive()
 const char* CheckLinkedArchive(int res)
 {
     return fs::is_symlink("archive") ? CheckArchive(res) : "the link is lost";
+}
+
+void MakeArchiveOfOthers()
+{
+    MakeArchive();
+    GiveAway("archive", 1234);
 }
 
 void MakeTwoNames()
@@ -94,7 +100,7 @@ int ReopenArchive()
 {
     ZmBigFile archive;
     return ChangeArchive(archive) && archive.Save(nullptr, nullptr) && archive.Open("archive", 1) &&
-           archive.GetEntryCount() == 3 && archive.Find("c", nullptr);
+           archive.GetEntryCount() == 3 && archive.Find(kLongName.c_str(), nullptr);
 }
 
 int AppendNow()
@@ -130,7 +136,7 @@ const char* CheckOther(int res)
 void MakeLists()
 {
     MakeArchive();
-    MakeFile("list", "c\nb\n");
+    MakeFile("list", kLongName + "\nb\n");
 }
 
 int Reorder()
@@ -167,6 +173,7 @@ const std::vector<Scenario> kArchiveScenarios = {
     {"archive reordered", MakeLists, Reorder, CheckOrder},
     {"archive listed", MakeArchive, ListArchive, Always},
     {"archive behind a link saved", MakeLinkedArchive, [] { return SaveArchive("archive"); }, CheckLinkedArchive},
+    {"archive of another owner saved", MakeArchiveOfOthers, [] { return SaveArchive(nullptr); }, CheckArchive},
     {"archive with two names saved", MakeTwoNames, [] { return SaveArchive(nullptr); }, CheckTwoNames},
     {"archive browsed", MakeArchive, BrowseArchive, CheckBrowsed},
     {"archive made", Nothing, MakeNewArchive, CheckOther},

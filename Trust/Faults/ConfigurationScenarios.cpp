@@ -8,9 +8,9 @@ namespace fs = std::filesystem;
 
 namespace {
 
-const char kConfiguration[] = "a = 1\n<Section>\nb = 2\nc = 3\n<Below>\nd = a longer text, not in the string itself\n"
-                              "</Below>\n</Section>\ne = 5\n";
-const char kLongValue[] = "a longer text, not in the string itself";
+const std::string kLongValue(300, 'v'), kConfiguration = "a = 1\n<Section>\nb = 2\nc = 3\n<" + kLongName +
+                                                         ">\n" + kLongName + " = 4\nd = " + kLongValue +
+                                                         "\n</" + kLongName + ">\n</Section>\ne = 5\n";
 
 void MakeConfiguration()
 {
@@ -19,13 +19,16 @@ void MakeConfiguration()
 
 bool HasAll(const ZmConfiguration& tree)
 {
+    const ZmConfigurationSection* section = tree.GetSubSection("Section", 0);
+    const ZmConfigurationSection* below = section != nullptr ? section->GetSubSection(kLongName.c_str()) : nullptr;
     const struct {
-        const char *section, *name, *value;
-    } kEntries[] = {{"Section", "b", "2"}, {"Section", "c", "3"}, {"Section.Below", "d", kLongValue}};
+        const ZmConfigurationSection* section;
+        const char *name, *value;
+    } kEntries[] = {
+        {section, "b", "2"}, {section, "c", "3"}, {below, kLongName.c_str(), "4"}, {below, "d", kLongValue.c_str()}};
     bool res = tree.GetEntry("a", 0) != nullptr;
     for (const auto& row : kEntries) {
-        const ZmConfigurationSection* section = tree.GetSubSection(row.section, 1);
-        const ZmConfigurationEntry* entry = section != nullptr ? section->GetEntry(row.name) : nullptr;
+        const ZmConfigurationEntry* entry = row.section != nullptr ? row.section->GetEntry(row.name) : nullptr;
         res = res && entry != nullptr && strcmp(entry->GetValue(), row.value) == 0;
     }
     return res;
@@ -48,7 +51,7 @@ int LoadMemory()
     ZmConfiguration tree(2);
     XString error;
     int line = 0;
-    const int res = tree.BuildFromMemory(kConfiguration, line, error);
+    const int res = tree.BuildFromMemory(kConfiguration.c_str(), line, error);
     g_Whole = HasAll(tree);
     return res;
 }
@@ -81,6 +84,12 @@ void MakeLinkedConfiguration()
     fs::create_symlink("target", "test.cfg");
 }
 
+void MakeConfigurationOfOthers()
+{
+    MakeConfiguration();
+    GiveAway("test.cfg");
+}
+
 const char* CheckLinkedConfiguration(int res)
 {
     return fs::is_symlink("test.cfg") ? CheckConfiguration(res) : "the link is lost";
@@ -91,17 +100,20 @@ int LoadTwice()
     ZmConfiguration tree(2);
     XString error;
     int line = 0;
-    const int res = tree.BuildFromFile("test.cfg", line, error) && tree.BuildFromMemory(kConfiguration, line, error) &&
+    const int res = tree.BuildFromFile("test.cfg", line, error) &&
+                    tree.BuildFromMemory(kConfiguration.c_str(), line, error) &&
                     tree.BuildFromFile("test.cfg", line, error);
     g_Whole = HasAll(tree);
     return res;
 }
 
+constexpr int kMany = 900;  // more than one page of small blocks holds
+
 int SaveLarge()
 {
     ZmConfiguration tree(4);
     char name[20];
-    for (int i = 0; i < 300; ++i) {
+    for (int i = 0; i < kMany; ++i) {
         snprintf(name, sizeof(name), "name %d", i);
         if (!tree.AddEntry(i % 2 == 0 ? "one.two" : "three", name, i)) {
             return 0;
@@ -116,7 +128,7 @@ const char* CheckLarge(int res)
     if (res == 0) {
         return bytes == kConfiguration ? nullptr : kLost;
     }
-    return std::count(bytes.begin(), bytes.end(), '=') == 300 ? nullptr : kPartial;
+    return std::count(bytes.begin(), bytes.end(), '=') == kMany ? nullptr : kPartial;
 }
 
 int SaveTwice()
@@ -144,12 +156,13 @@ int AskWhetherSaved()
 int UseDefaults()
 {
     ZmConfiguration tree(0);
-    const bool added = tree.AddDefaultEntry("S.T", "a", kLongValue) && tree.AddDefaultEntry("S", "b", 2u) &&
-                       tree.CreateDefaultSubSection("S", "U") != nullptr && tree.AddEntry("S.T", "c", kLongValue);
+    const bool added = tree.AddDefaultEntry("S.T", "a", kLongValue.c_str()) && tree.AddDefaultEntry("S", "b", 2u) &&
+                       tree.CreateDefaultSubSection("S", "U") != nullptr &&
+                       tree.AddEntry("S.T", "c", kLongValue.c_str());
     const ZmConfigurationSection* section = tree.GetSubSection("S.T", 1);
     const ZmConfigurationEntry* entry = section != nullptr ? section->GetEntry("a") : nullptr;
-    g_Whole = entry != nullptr && strcmp(entry->GetValue(), kLongValue) == 0 && section->GetEntry("c") != nullptr &&
-              tree.GetSubSection("S.U", 1) != nullptr;
+    g_Whole = entry != nullptr && strcmp(entry->GetValue(), kLongValue.c_str()) == 0 &&
+              section->GetEntry("c") != nullptr && tree.GetSubSection("S.U", 1) != nullptr;
     tree.ClearDefault();
     return added && tree.GetSubSection("S", 1) == nullptr;
 }
@@ -158,7 +171,7 @@ int UseSectionAlone()
 {
     ZmConfigurationSection root("root", nullptr);
     ZmConfigurationEntry *text = nullptr, *number = nullptr;
-    root.AddEntry("text", kLongValue, &text);
+    root.AddEntry("text", kLongValue.c_str(), &text);
     root.AddEntry("number", 2.5f, &number);
     ZmConfigurationSection* below = root.CreateSubSection("below");
     const bool added = text != nullptr && number != nullptr && below != nullptr;
@@ -235,6 +248,8 @@ int UseSections()
         res += settings.ReadStringEntry("name", g_Bytes) != -1;
         settings.CloseSection(section);
     }
+    settings.OpenSection("Long", ZmConfig::MODE_WRITE);
+    settings.WriteStringEntry("name", kOther.c_str());  // more than the buffer of a file holds
     return res;
 }
 
@@ -245,6 +260,7 @@ const std::vector<Scenario> kConfigurationScenarios = {
     {"configuration loaded from memory", Nothing, LoadMemory, CheckLoaded},
     {"configuration saved", MakeConfiguration, SaveConfiguration, CheckConfiguration},
     {"configuration behind a link saved", MakeLinkedConfiguration, SaveConfiguration, CheckLinkedConfiguration},
+    {"configuration of another group saved", MakeConfigurationOfOthers, SaveConfiguration, CheckConfiguration},
     {"configuration loaded again", MakeConfiguration, LoadTwice, CheckLoaded},
     {"large configuration saved", MakeConfiguration, SaveLarge, CheckLarge},
     {"configuration saved twice", Nothing, SaveTwice, CheckSavedTwice},

@@ -180,6 +180,7 @@ int MapFile()
 void MakeTree()
 {
     fs::create_directories("tree/one/two");
+    fs::create_directories("tree/empty/too");
     for (const char* name : {"tree/a.txt", "tree/one/b.txt", "tree/one/two/c.txt"}) {
         MakeFile(name, "x");
     }

@@ -45,7 +45,7 @@ const std::vector<FaultKind> kFaultKinds = {
     {"open EIO", EIO, FaultKind::FAILS, false, kOpen},
     {"open ENOMEM", ENOMEM, FaultKind::FAILS, false, kOpen},
     {"open ENOSPC", ENOSPC, FaultKind::FAILS, false, kOpen},
-    {"open EINTR", EINTR, FaultKind::IS_REPEATED, false, kOpen},
+    {"open EINTR", EINTR, FaultKind::DOES_NO_HARM, false, kOpen},
     {"read EIO", EIO, FaultKind::FAILS, true, kRead},
     {"read EINTR", EINTR, FaultKind::FAILS, false, kRead},
     {"short read", 0, FaultKind::IS_SHORT, false, kRead},
@@ -78,11 +78,12 @@ const std::vector<FaultKind> kFaultKinds = {
     {"sync EIO", EIO, FaultKind::FAILS, true, kSync},
     {"sync ENOSPC", ENOSPC, FaultKind::FAILS, false, kSync},
     {"sync EDQUOT", EDQUOT, FaultKind::FAILS, false, kSync},
-    {"sync EINTR", EINTR, FaultKind::IS_REPEATED, false, kSync},
+    {"sync EINTR", EINTR, FaultKind::DOES_NO_HARM, false, kSync},
+    {"sync EINVAL", EINVAL, FaultKind::DOES_NO_HARM, false, kSync},  // the file system cannot
     {"map ENOMEM", ENOMEM, FaultKind::FAILS, true, kMap},
     {"map ENODEV", ENODEV, FaultKind::FAILS, false, kMap},
     {"lock ENOLCK", ENOLCK, FaultKind::FAILS, true, kLock},
-    {"lock EINTR", EINTR, FaultKind::IS_REPEATED, false, kLock},
+    {"lock EINTR", EINTR, FaultKind::DOES_NO_HARM, false, kLock},
     {"list EIO", EIO, FaultKind::FAILS, true, kList},
     {"list ENOENT", ENOENT, FaultKind::FAILS, false, kList},
     {"folder EIO", EIO, FaultKind::FAILS, true, kMake},
@@ -164,7 +165,7 @@ long Answer(int call, const greg_t* registers)
 {
     const FaultKind* kind = g_IsArmed ? FailingKind(call) : nullptr;
     long length = registers[REG_RDX];
-    if (kind != nullptr && (kind->effect == FaultKind::FAILS || kind->effect == FaultKind::IS_REPEATED)) {
+    if (kind != nullptr && (kind->effect == FaultKind::FAILS || kind->effect == FaultKind::DOES_NO_HARM)) {
         return -kind->error;
     }
     if (kind != nullptr && kind->effect == FaultKind::IS_SHORT && length > 1) {

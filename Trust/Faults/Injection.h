@@ -8,9 +8,9 @@
 struct FaultKind {
     enum Effect {
         FAILS,
-        IS_REPEATED,  ///< fails, but the library calls again: its answer stays the same
-        IS_SHORT,     ///< the call succeeds with half of its bytes
-        IS_DONE       ///< the call takes effect before it fails
+        DOES_NO_HARM,  ///< fails, but the library calls again or does without: its answer stays the same
+        IS_SHORT,      ///< the call succeeds with half of its bytes
+        IS_DONE        ///< the call takes effect before it fails
     };
 
     const char* name;

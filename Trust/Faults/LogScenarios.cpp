@@ -65,14 +65,72 @@ int WriteLogs()
     return made;
 }
 
+/// Goes on with a file whose last line is incomplete.
+int ContinueLog()
+{
+    ZmLog& log = ZmLog::GetLog();
+    const int module = log.RegisterModule("cut");
+    ZmLogListener* listener = log.RegisterListener(ZmFileListener::m_Guid, "cut", module);
+    if (listener != nullptr) {
+        listener->SetFlags(ZmLogListener::KEEP_FILE);
+        static_cast<ZmFileListener*>(listener)->SetDirectory("./");
+        log.SetInformationMT(module, ZmLog::LEVEL_INFO, 1, "file").PrintMT("a line");
+    }
+    return log.UnregisterListener("cut");
+}
+
+const char* CheckContinued(int)
+{
+    return BytesOf("cut.log").compare(0, 9, "an old li") == 0 ? nullptr : kLost;
+}
+
 int Register()
 {
     ZmLog& log = ZmLog::GetLog();
     const int module = log.RegisterModule("a module");
     log.RegisterListenerFactory(ZmFileListener::m_Guid, ZmFileListener::ListenerFactory);
-    const bool made = log.RegisterListener(ZmFileListener::m_Guid, "listener", module) != nullptr;
-    log.UnregisterListener("listener");
+    int made = 0;
+    char name[20];
+    for (int i = 0; i < 20; ++i) {
+        snprintf(name, sizeof(name), "listener %d", i);
+        made += log.RegisterListener(ZmFileListener::m_Guid, name, module) != nullptr;
+    }
+    for (int i = 0; i < 20; ++i) {
+        snprintf(name, sizeof(name), "listener %d", i);
+        made -= log.UnregisterListener(name);
+    }
     return made;
+}
+
+/// Prints in its turn.
+class PrintingListener : public ZmLogListener {
+public:
+    static ZmLogListener* Make(const char* name) { return new (std::nothrow) PrintingListener(name); }
+    const XGUID& GetGuid() const override { return kType; }
+    void Output(int, int, int, const char* file, const char*) override
+    {
+        constexpr int nobodys = -2;  // -1 is the module that could not be registered
+        ZmLog::GetLog().SetInformationMT(nobodys, ZmLog::LEVEL_INFO, 1, file).PrintMT("%s", "nobody listens");
+        m_Heard += 1;
+    }
+
+    static constexpr XGUID kType = {0x5052494E, 0x54494E47};
+    int m_Heard = 0;
+
+private:
+    explicit PrintingListener(const char* name) : ZmLogListener(name) {}
+};
+
+int PrintInTurn()
+{
+    ZmLog& log = ZmLog::GetLog();
+    const int module = log.RegisterModule("in turn");
+    log.RegisterListenerFactory(PrintingListener::kType, PrintingListener::Make);
+    ZmLogListener* listener = log.RegisterListener(PrintingListener::kType, "in turn", module);
+    log.SetInformationMT(module, ZmLog::LEVEL_INFO, 1, "file").PrintMT("%s", "once");
+    const int heard = listener != nullptr ? static_cast<PrintingListener*>(listener)->m_Heard : 0;
+    log.UnregisterListener("in turn");
+    return heard;
 }
 
 int LogToConsole()
@@ -88,7 +146,7 @@ int LogToConsole()
 int RegisterModules()
 {
     ZmLog& log = ZmLog::GetLog();
-    int res = 0;
+    int res = log.RegisterModule(kLongName.c_str());
     char name[20];
     for (int i = 0; i < 50; ++i) {
         snprintf(name, sizeof(name), "module %d", i);
@@ -101,7 +159,11 @@ int RegisterModules()
 }  // namespace
 
 const std::vector<Scenario> kLogScenarios = {
-    {"log lines", BeginLog, WriteLog, CheckLog},       {"log files", Nothing, WriteLogs, Always},
-    {"log listeners", Nothing, Register, Always},      {"log to the console", Nothing, LogToConsole, Always},
+    {"log lines", BeginLog, WriteLog, CheckLog},
+    {"log files", Nothing, WriteLogs, Always},
+    {"log continued", [] { MakeFile("cut.log", "an old li"); }, ContinueLog, CheckContinued},
+    {"log listeners", Nothing, Register, [](int res) { return res != 0 ? "a listener that is none" : Always(0); }},
+    {"log printed to in turn", Nothing, PrintInTurn, Always},
+    {"log to the console", Nothing, LogToConsole, Always},
     {"log modules", Nothing, RegisterModules, Always},
 };

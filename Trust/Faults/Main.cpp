@@ -104,8 +104,8 @@ std::string Run(const Scenario& scenario, const Fault& fault, Course& course, un
         for (size_t i = 0; i < kFaultKinds.size(); ++i) {
             course.calls[i] = CallsOf(kFaultKinds[i]);
         }
-    } else if (fault.kind->effect == FaultKind::IS_REPEATED && result != course.result) {
-        return "an interruption taken for a failure, answer " + std::to_string(result);
+    } else if (fault.kind->effect == FaultKind::DOES_NO_HARM && result != course.result) {
+        return "a call that does no harm taken for a failure, answer " + std::to_string(result);
     }
     return "";
 }

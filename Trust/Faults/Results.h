@@ -2,6 +2,8 @@
 
 #include "Support/TemporaryFolder.h"
 
+#include <unistd.h>
+
 #include <string>
 
 // What the scenarios share: the contents of their files, the place for what they read, and their checks. Under the
@@ -12,6 +14,9 @@ constexpr char kWrongBytes[] = "wrong bytes", kLost[] = "old file lost", kUndone
 
 inline const std::string kLarge(70000, 'b'), kOther(50000, 'd');
 
+/// A string of this length has a block of its own: shorter ones share pages, which rarely run out.
+inline const std::string kLongName(200, 'n');
+
 inline char g_Bytes[100000];
 
 inline void Nothing() {}
@@ -19,6 +24,12 @@ inline void Nothing() {}
 inline const char* Always(int)
 {
     return nullptr;
+}
+
+/// Gives the file to another group and perhaps another user, as only the superuser may: for others it stays as it is.
+inline void GiveAway(const char* path, uid_t user = uid_t(-1))
+{
+    [[maybe_unused]] const int given = chown(path, user, 2345);
 }
 
 /// Whether a successful scenario has read the large contents.

@@ -49,6 +49,14 @@ int FindModules()
     return found ? int(length) : -1;
 }
 
+/// One without memory is never held; the answer is whether the calls agree about that.
+int UseMutex()
+{
+    ZmMutex mutex;
+    const int entered = mutex.EnterMutex(), again = mutex.TryEnterMutex();
+    return mutex.LeaveMutex() == again && entered == again && mutex.LeaveMutex() == entered ? entered : -1;
+}
+
 unsigned int Work(void* argument)
 {
     const XString text("a text of a thread, long enough for a block of its own, which is freed at its end");
@@ -214,6 +222,7 @@ const std::vector<Scenario> kSystemScenarios = {
     {"system", Nothing, UseSystem, Always},
     {"variables", Nothing, ReadVariables, Always},
     {"modules", Nothing, FindModules, [](int res) { return res < 0 ? "a symbol is missing" : Always(0); }},
+    {"mutex", Nothing, UseMutex, [](int res) { return res < 0 ? "a lock that is held and is not" : Always(0); }},
     {"thread", Nothing, UseThread, CheckThread},
     {"threads", Nothing, UseThreads, CheckThread},
     {"named thread", Nothing, RunNamedThread, CheckThread},

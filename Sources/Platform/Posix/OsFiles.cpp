@@ -201,11 +201,12 @@ bool WriteDirectly(FILE* file, const char* text, size_t length)
 {
     const int descriptor = fileno(file);
     while (length > 0) {
+        errno = 0;
         const ssize_t count = write(descriptor, text, length);
         if (count > 0) {
             text += count;
             length -= size_t(count);
-        } else if (count == 0 || errno != EINTR) {
+        } else if (errno != EINTR) {
             return false;
         }
     }

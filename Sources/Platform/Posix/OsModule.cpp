@@ -3,6 +3,7 @@
 #include "Platform/PathText.h"
 
 #include <dlfcn.h>
+#include <limits.h>
 #include <link.h>
 #include <unistd.h>
 
@@ -12,18 +13,9 @@ namespace {
 
 std::string ProgramPath()
 {
-    std::string path(256, 0);
-    for (;;) {
-        const ssize_t length = readlink("/proc/self/exe", path.data(), path.size());
-        if (length < 0) {
-            return std::string();
-        }
-        if (size_t(length) < path.size()) {
-            path.resize(size_t(length));
-            return path;
-        }
-        path.resize(2 * path.size());
-    }
+    char path[PATH_MAX];  // the system gives no longer ones
+    const ssize_t length = readlink("/proc/self/exe", path, sizeof(path));
+    return std::string(path, length > 0 ? size_t(length) : 0);
 }
 
 }  // namespace

@@ -58,10 +58,8 @@ bool Synchronise(int file)
 void SynchroniseFolderOf(const char* path)
 {
     char folder[PATH_MAX] = ".";
-    const char* slash = strrchr(path, '/');
-    if (slash != nullptr && size_t(slash + 1 - path) < sizeof(folder)) {
-        memcpy(folder, path, size_t(slash + 1 - path));
-        folder[slash + 1 - path] = 0;
+    if (const char* slash = strrchr(path, '/')) {
+        snprintf(folder, sizeof(folder), "%.*s", int(slash + 1 - path), path);
     }
     const int file = Repeated([&] { return open(folder, O_RDONLY | O_CLOEXEC); });
     if (file >= 0) {

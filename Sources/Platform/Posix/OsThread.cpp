@@ -3,6 +3,7 @@
 #include "Platform/Posix/StopDelays.h"
 
 #include <atomic>
+#include <chrono>
 #include <errno.h>
 #include <linux/futex.h>
 #include <new>
@@ -15,6 +16,7 @@
 #include <sys/resource.h>
 #include <sys/single_threaded.h>
 #include <sys/syscall.h>
+#include <thread>
 #include <time.h>
 #include <unistd.h>
 
@@ -287,9 +289,7 @@ void YieldThread()
 
 void SleepMilliseconds(unsigned milliseconds)
 {
-    timespec rest = {time_t(milliseconds / 1000), long(milliseconds % 1000) * 1000000};
-    while (nanosleep(&rest, &rest) != 0 && errno == EINTR) {
-    }
+    std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
 }
 
 void* NewThread(unsigned (*function)(void*), void* argument, unsigned& id)

@@ -46,6 +46,20 @@ TEST_F(SaveToFileTest, ItFailsWhereNothingCanBeWritten)
 {
     EXPECT_EQ(m_Tree.SaveToFile("/dev/full"), 0);
     EXPECT_TRUE(fs::is_character_file("/dev/full"));
+    const struct {
+        int levels;
+        size_t length;
+    } kTrees[] = {{1, 60000}, {80, 1}, {200, 1}};  // it fails in an entry, in an end tag and in another tag
+    for (const auto& row : kTrees) {
+        ZmConfiguration tree(60000);
+        ZmConfigurationSection* section = tree.CreateSubSection(nullptr, "top");
+        for (int i = 0; i < row.levels; ++i) {
+            section = section->CreateSubSection("below");
+        }
+        const std::string text(row.length, 'x');
+        section->AddEntry(text.c_str(), text.c_str());
+        EXPECT_EQ(tree.SaveToFile("/dev/full"), 0) << row.levels;
+    }
     EXPECT_EQ(m_Tree.SaveToFile("/dev/null"), 1);
     EXPECT_EQ(m_Tree.SaveToFile(m_Folder.Path().c_str()), 0);
     const std::string pipe = m_Folder / "pipe";

@@ -42,7 +42,11 @@ TEST(ArchiveFaultsTest, AFullDiskNeverCostsTheOldArchive)
     archive.Remove("gone");
     archive.Append("deferred", disk.c_str(), 1, 0);
     archive.Append("bytes", std::string(40000, 'b').data(), 40000);
-    const Members expected = {old[0], {"deferred", BytesOf(disk)}, {"bytes", std::string(40000, 'b')}};
+    Members expected = {old[0], {"deferred", BytesOf(disk)}, {"bytes", std::string(40000, 'b')}};
+    for (const size_t length : {32725u, 40000u}) {  // the buffer of the file is full inside a size, and inside a name
+        expected.emplace_back(std::string(length, 'n'), "");
+        archive.Append(expected.back().first.c_str(), "", 0);
+    }
     const unsigned size = unsigned(ArchiveBytes(expected).size());
 
     for (unsigned limit = 0; limit < size; limit = limit < size - 5000 ? limit + 4999 : limit + 997) {
@@ -52,7 +56,7 @@ TEST(ArchiveFaultsTest, AFullDiskNeverCostsTheOldArchive)
         ASSERT_EQ(folder.Files(), (std::vector<std::string>{"archive", "disk"}));
         ASSERT_EQ(MembersOf(BytesOf(path)), old);
         ZmSubFile sub;
-        ASSERT_EQ(archive.GetEntryCount(), 3);
+        ASSERT_EQ(archive.GetEntryCount(), 5);
         ASSERT_TRUE(archive.Find("kept", &sub) && sub.IsValid());
     }
     ASSERT_EQ(archive.Save("/dev/full", nullptr), 0);

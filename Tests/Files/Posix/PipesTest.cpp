@@ -76,6 +76,8 @@ TEST_F(PipesTest, PlainReadingAndWritingGoThroughThem)
     ZmFile file;
     char buffer[8];
     EXPECT_EQ(file.Open(m_Pipe.c_str(), ZmFile::OpenMode(ZmFile::READONLY | ZmFile::TEXT)), 1);
+    EXPECT_EQ(file.Size(), 0u);
+    EXPECT_EQ(file.IsValid(), 1) << "that it has no size is no failure";
     EXPECT_EQ(file.GetString(buffer, 8), 1);
     EXPECT_STREQ(buffer, "one\n");
     EXPECT_EQ(file.Read(buffer, 4), 4u);

@@ -1,5 +1,7 @@
 #include "Platform/OsSettings.h"
 
+#include "Platform/OsFiles.h"
+
 #include <gtest/gtest.h>
 #include <pwd.h>
 #include <stdlib.h>
@@ -47,6 +49,15 @@ TEST(OsSettingsTest, TheFolderComesFromTheEnvironmentOrTheUser)
     for (const auto& row : rows) {
         const Variable configuration("XDG_CONFIG_HOME", row.configuration), home("HOME", row.home);
         EXPECT_EQ(zm::SettingsFolder(), row.expected);
+    }
+}
+
+TEST(OsSettingsTest, TemporaryFilesGoWhereTheEnvironmentSays)
+{
+    constexpr const char* kRows[][2] = {{"/a/b", "/a/b/"}, {"/a/b/", "/a/b/"}, {"", "/tmp/"}, {nullptr, "/tmp/"}};
+    for (const auto& row : kRows) {
+        const Variable folder("TMPDIR", row[0]);
+        EXPECT_EQ(zm::TemporaryPath(), row[1]);
     }
 }
 

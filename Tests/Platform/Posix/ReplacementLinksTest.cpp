@@ -1,5 +1,6 @@
 #include "Support/ReplaceFile.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -63,6 +64,18 @@ TEST(ReplacementLinksTest, NamesWithColonsAreCutAndTheirLeftoversFound)
     MakeFile(folder / (name.substr(0, 242) + ".0123abcd.tmp"), "left");
     EXPECT_TRUE(Replace(folder / name, "new"));
     EXPECT_EQ(folder.Files(), std::vector<std::string>{name});
+}
+
+TEST(ReplacementLinksTest, NamesThatAreNoTextAreCutAndOnlyFilesAreLeftovers)
+{
+    const TemporaryFolder folder;
+    const std::string name(255, '\x80'), pipe = ".0123abcd.tmp", link = ".4567abcd.tmp";
+    ASSERT_EQ(mkfifo((folder / pipe).c_str(), 0600), 0);
+    const int reader = open((folder / pipe).c_str(), O_RDONLY | O_NONBLOCK);
+    fs::create_symlink(name, folder / link);
+    EXPECT_TRUE(Replace(folder / name, "new"));
+    EXPECT_EQ(folder.Files(), (std::vector<std::string>{pipe, link, name}));
+    close(reader);
 }
 
 // Each of them removes what it takes for leftovers of the others.

@@ -3,6 +3,7 @@
 #include "Threads/SystemThread.h"
 
 #include <gtest/gtest.h>
+#include <signal.h>
 #include <string.h>
 #include <unistd.h>
 
@@ -101,6 +102,30 @@ TEST_F(TerminationThreadTest, ThreadsThatAreTerminatedLeaveTheLocksOfTheLibrary)
     }
 }
 
+TEST_F(TerminationThreadTest, AThreadMayBeTerminatedBeforeItBegins)
+{
+    for (unsigned int given = 1000; given < 1300; ++given) {
+        ZmThread thread;
+        unsigned int code = 0;
+        ASSERT_EQ(thread.CreateThread(UseForEver, const_cast<void (**)()>(&kUses[0].use)), 1);
+        ASSERT_EQ(thread.Terminate(&given), 1);
+        ASSERT_EQ(thread.Wait(&code, 0), 53);
+        ASSERT_EQ(code, given);
+        thread.Close();
+    }
+}
+
+TEST_F(TerminationThreadTest, TheSignalStopsNothingUnlessTheLibrarySendsIt)
+{
+    unsigned int code = 0;
+    ZmThread thread;
+    ASSERT_EQ(thread.CreateThread([](void*) { return unsigned(raise(SIGRTMAX)); }, nullptr), 1);
+    EXPECT_EQ(thread.Wait(&code, 0), 53);
+    EXPECT_EQ(code, 0u);
+    thread.Close();
+    EXPECT_EQ(raise(SIGRTMAX), 0);
+}
+
 std::atomic<bool> g_Open{false};
 std::atomic<int> g_Heard{0};
 
@@ -112,6 +137,7 @@ TEST_F(TerminationThreadTest, AStopInsideTheLogWaitsForTheEndOfTheMessage)
         for (g_Heard += 1; !g_Open;) {
             usleep(100);
         }
+        kUses[0].use();  // leaves a lock that is not the outermost: the thread goes on
     };
     g_Open = false;
     g_Heard = 0;
