@@ -86,6 +86,41 @@ inline ZmQuaternion ZmRotationQuaternion(const ZmVector& axis, float angle)
     return {float(v.x), float(v.y), float(v.z), float(half.cosine)};
 }
 
+namespace zm {
+
+/// The case in which the component of `ii` is the largest. The arguments are the diagonal elements, then sums and the
+/// difference of the others; the results are that component, the next two and w.
+inline ZmVector4 FromLargest(float ii, float jj, float kk, float sumIJ, float sumIK, float difference)
+{
+    const float r = Sqrt(ii - (jj + kk) + 1), f = 0.5f / r;
+    return {0.5f * r, sumIJ * f, sumIK * f, difference * f};
+}
+
+}  // namespace zm
+
+/// The quaternion of a matrix whose 3x3 block is a rotation: the bits of Zm3DQuaternionFromMatrix.
+inline ZmQuaternion ZmRotationQuaternion(const ZmMatrix& m)
+{
+    const float xx = m[0][0], yy = m[1][1], zz = m[2][2], trace = xx + yy + zz;
+    const float xy = m[1][0] + m[0][1], xz = m[2][0] + m[0][2], yz = m[1][2] + m[2][1];
+    const float wx = m[2][1] - m[1][2], wy = m[0][2] - m[2][0], wz = m[1][0] - m[0][1];
+    if (trace >= 0) {
+        const float r = zm::Sqrt(trace + 1), f = 0.5f / r;
+        return {wx * f, wy * f, wz * f, 0.5f * r};
+    }
+    const bool yOverX = yy > xx;
+    if (zz > (yOverX ? yy : xx)) {
+        const ZmVector4 q = zm::FromLargest(zz, xx, yy, xz, yz, wz);
+        return {q.y, q.z, q.x, q.w};
+    }
+    if (yOverX) {
+        const ZmVector4 q = zm::FromLargest(yy, zz, xx, yz, xy, wy);
+        return {q.z, q.x, q.y, q.w};
+    }
+    const ZmVector4 q = zm::FromLargest(xx, yy, zz, xy, xz, wx);
+    return {q.x, q.y, q.z, q.w};
+}
+
 /// The rotation of a quaternion of any length but 0: the bits of ZmQuaternion::ToMatrix.
 constexpr ZmMatrix ZmRotation(const ZmQuaternion& q)
 {

@@ -153,6 +153,13 @@ constexpr ZmMatrix Transposed(const ZmMatrix& m)
     return zm::InConstant() ? zm::ConstantTranspose(m) : zm::Transpose(m);
 }
 
+/// The determinant of the upper-left 3x3 block. The bits of Zm3DMatrixDeterminant.
+constexpr float Determinant(const ZmMatrix& m)
+{
+    return m[0][0] * (m[1][1] * m[2][2] - m[2][1] * m[1][2]) - m[0][1] * (m[1][0] * m[2][2] - m[2][0] * m[1][2]) +
+           m[0][2] * (m[2][1] * m[1][0] - m[2][0] * m[1][1]);
+}
+
 // --- Vectors through matrices and quaternions ----------------------------------------
 
 /// v * m with w = 1, without a division: for affine matrices. The bits of Zm3DMultiplyMatrixVector.

@@ -160,6 +160,11 @@ void Cross(const Work& w)
     EachVector(w, [](vec3& res, const Operands& in, int i) { glm_vec3_cross(First(in, i), Second(in, i), res); });
 }
 
+void Length(const Work& w)
+{
+    Each<float>(w, [](float& res, const Operands& in, int i) { res = glm_vec3_norm(First(in, i)); });
+}
+
 void Normalize(const Work& w)
 {
     EachVector(w, [](vec3& res, const Operands& in, int i) { glm_vec3_normalize_to(First(in, i), res); });
@@ -243,7 +248,9 @@ constexpr Entry kEntries[] = {
     {"Rotates/32to32", Transforms<32, 32, false>},
     {"Vectors/dot", Dot},
     {"Vectors/cross", Cross},
+    {"Vectors/length", Length},
     {"Vectors/normalize", Normalize},
+    {"Vectors/normalize-approximately", Normalize},
     {"Vectors/transform-point", Point},
     {"Vectors/rotate", Rotate},
     {"Vectors/look-at", LookAt},

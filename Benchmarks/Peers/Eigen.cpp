@@ -104,6 +104,11 @@ void Cross(const Work& w)
     Each<Vector3f>(w, [](Vector3f& res, const Operands& in, int i) { res = First(in, i).cross(Second(in, i)); });
 }
 
+void Length(const Work& w)
+{
+    Each<float>(w, [](float& res, const Operands& in, int i) { res = First(in, i).norm(); });
+}
+
 void Normalize(const Work& w)
 {
     Each<Vector3f>(w, [](Vector3f& res, const Operands& in, int i) { res = First(in, i).normalized(); });
@@ -310,7 +315,9 @@ constexpr Entry kEntries[] = {
     {"Rotates/32to32", RotateColumns<32>, "columns"},
     {"Vectors/dot", Dot},
     {"Vectors/cross", Cross},
+    {"Vectors/length", Length},
     {"Vectors/normalize", Normalize},
+    {"Vectors/normalize-approximately", Normalize},
     {"Vectors/transform-point", Point},
     {"Vectors/rotate", Rotate},
     {"Matrices/product", Product},

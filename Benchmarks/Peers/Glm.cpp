@@ -178,6 +178,11 @@ void Cross(const Work& w)
     Each<vec3>(w, [](vec3& res, const Operands& in, int i) { res = glm::cross(First(in, i), Second(in, i)); });
 }
 
+void Length(const Work& w)
+{
+    Each<float>(w, [](float& res, const Operands& in, int i) { res = glm::length(First(in, i)); });
+}
+
 void Normalize(const Work& w)
 {
     Each<vec3>(w, [](vec3& res, const Operands& in, int i) { res = glm::normalize(First(in, i)); });
@@ -276,7 +281,9 @@ constexpr Entry kEntries[] = {
     {"Rotates/32to32", Rotates<32>},
     {"Vectors/dot", Dot},
     {"Vectors/cross", Cross},
+    {"Vectors/length", Length},
     {"Vectors/normalize", Normalize},
+    {"Vectors/normalize-approximately", Normalize},
     {"Vectors/transform-point", Point},
     {"Vectors/transform-point", AlignedPoint, "aligned"},
     {"Vectors/rotate", Rotate},

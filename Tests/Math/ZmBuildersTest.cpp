@@ -121,6 +121,7 @@ TEST(ZmBuildersTest, TransformsHaveTheBitsOfTheLibrary)
         transform.RecomposeMatrix(&position, &scale, &q);
         EXPECT_TRUE(SameBits(ZmRotation(q), rotation));
         EXPECT_TRUE(SameBits(ZmTransform(position, q, scale), transform));
+        EXPECT_TRUE(SameBits(ZmRotationQuaternion(rotation), Zm3DQuaternionFromMatrix(rotation)));
     });
     ZmMatrix rotation;
     const ZmQuaternion half(0, -1, 0, 0);  // zeros of both signs

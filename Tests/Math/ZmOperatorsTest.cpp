@@ -23,6 +23,7 @@ static_assert(ZmColor(1, 2, 3) * ZmColor(2, 1, 0, 0.5f) / 2.0f == ZmColor(1, 1, 
 static_assert(kI * kJ == kK && kJ * kI == -kK && kK * kK == ZmQuaternion(0, 0, 0, -1));
 static_assert(kTurnAndMove * kTurnAndMove == ZmMatrix({-1, 0, 0}, {0, -1, 0}, {0, 0, 1}, {-1, 5, 8}));
 static_assert(Transposed(kTurnAndMove)[0][3] == 2 && Transposed(kTurnAndMove)[0][1] == -1);
+static_assert(Determinant(kTurnAndMove) == 1);
 static_assert(ZmVector4(1, 0, 0, 1) * kTurnAndMove == ZmVector4(2, 4, 4, 1));
 static_assert(TransformPoint({1, 0, 0}, kTurnAndMove) == ZmVector(2, 4, 4));
 static_assert(TransformDirection({1, 0, 0}, kTurnAndMove) == ZmVector(0, 1, 0));
@@ -44,6 +45,7 @@ TEST(ZmOperatorsTest, MatricesGiveTheBitsOfTheLibrary)
         Zm3DTransposeMatrix(transposed, a);
         EXPECT_TRUE(SameBits(a * b, product));
         EXPECT_TRUE(SameBits(Transposed(a), transposed));
+        EXPECT_TRUE(SameBits(Determinant(a), Zm3DMatrixDeterminant(a)));
         ZmMatrix own = a;
         EXPECT_TRUE(SameBits(own *= own, a * a));
 
