@@ -95,6 +95,12 @@ void Product(const Work& w)
     Each<ZmMatrix>(w, [](ZmMatrix& res, const Operands& in, int i) { res = Matrix(in.b, i) * Matrix(in.a, i); });
 }
 
+void ProductOfAffine(const Work& w)
+{
+    Each<ZmMatrix>(
+        w, [](ZmMatrix& res, const Operands& in, int i) { res = AffineProduct(Matrix(in.b, i), Matrix(in.a, i)); });
+}
+
 void AffineInverse(const Work& w)
 {
     Each<ZmMatrix>(w, [](ZmMatrix& res, const Operands& in, int i) { res = Zm3DInverseAffine(Matrix(in.a, i)); });
@@ -173,7 +179,8 @@ constexpr Entry kEntries[] = {
     {"Vectors/look-at", LookAt},
     {"Vectors/perspective", Perspective},
     {"Matrices/product", Product},
-    {"Matrices/affine-product", Product},
+    {"Matrices/affine-product", Product, "full"},
+    {"Matrices/affine-product", ProductOfAffine},
     {"Matrices/affine-inverse", AffineInverse},
     {"Matrices/determinant", Determinants},
     {"Matrices/transpose", Transpose},

@@ -14,8 +14,8 @@
 #define ZM_API __attribute__((visibility("default")))
 #endif
 
-/// Marks an inline function that the library exports as well, for programs built when it was a call. On Windows only the
-/// source file that exports it says so: every file that includes the header would export a copy.
+/// Marks an inline function that the library exports as well, for programs built when it was a call. On Windows only
+/// the source file that exports it says so: every file that includes the header would export a copy.
 #if defined(_WIN32)
 #define ZM_API_INLINE
 #else

@@ -297,18 +297,18 @@ constexpr ZmMatrix Zm3DInverseRigid(const ZmMatrix& m)
     return {{a.x, b.x, c.x}, {a.y, b.y, c.y}, {a.z, b.z, c.z}, {-Dot(origin, a), -Dot(origin, b), -Dot(origin, c)}};
 }
 
-/// Inverse of an affine matrix: the bits of Zm3DInverseMatrix, with the same test for singular blocks, which here give
-/// a matrix of NaNs.
-constexpr ZmMatrix Zm3DInverseAffine(const ZmMatrix& m)
+namespace zm {
+
+constexpr ZmMatrix ConstantInverseAffine(const ZmMatrix& m)
 {
-    const zm::Triple a(m[0]), b(m[1]), c(m[2]), bc = Cross(b, c), ca = Cross(c, a), ab = Cross(a, b);
+    const Triple a(m[0]), b(m[1]), c(m[2]), bc = Cross(b, c), ca = Cross(c, a), ab = Cross(a, b);
     const double det = (a.z * bc.z + a.y * bc.y) + a.x * bc.x;
-    const double size = (zm::Magnitude(a.z) * (zm::Magnitude(b.x * c.y) + zm::Magnitude(b.y * c.x)) +
-                         zm::Magnitude(a.y) * (zm::Magnitude(b.z * c.x) + zm::Magnitude(b.x * c.z))) +
-                        zm::Magnitude(a.x) * (zm::Magnitude(b.y * c.z) + zm::Magnitude(b.z * c.y));
+    const double size = (Magnitude(a.z) * (Magnitude(b.x * c.y) + Magnitude(b.y * c.x)) +
+                         Magnitude(a.y) * (Magnitude(b.z * c.x) + Magnitude(b.x * c.z))) +
+                        Magnitude(a.x) * (Magnitude(b.y * c.z) + Magnitude(b.z * c.y));
     constexpr double kRoundsToZero = 0x1p-150;
-    if (zm::Magnitude(det) <= kRoundsToZero || zm::Magnitude(det) < 1e-15 * size) {
-        return zm::NotAMatrix();
+    if (Magnitude(det) <= kRoundsToZero || Magnitude(det) < 1e-15 * size) {
+        return NotAMatrix();
     }
     const double f = 1 / det;
     const ZmVector x(float(bc.x * f), float(ca.x * f), float(ab.x * f));
@@ -320,6 +320,33 @@ constexpr ZmMatrix Zm3DInverseAffine(const ZmMatrix& m)
             z,
             {0 - ((ox * x.x + oy * y.x) + oz * z.x), 0 - ((ox * x.y + oy * y.y) + oz * z.y),
              0 - ((ox * x.z + oy * y.z) + oz * z.z)}};
+}
+
+#if defined(ZM_WIDE)
+
+inline ZmMatrix InverseOfAffine(const ZmMatrix& m)
+{
+    ZmMatrix res;
+    InverseAffine(m[0]).Store(res[0]);
+    return res;
+}
+
+#else
+
+inline ZmMatrix InverseOfAffine(const ZmMatrix& m)
+{
+    return ConstantInverseAffine(m);
+}
+
+#endif
+
+}  // namespace zm
+
+/// Inverse of an affine matrix: the bits of Zm3DInverseMatrix, with the same test for singular blocks, which here give
+/// a matrix of NaNs.
+constexpr ZmMatrix Zm3DInverseAffine(const ZmMatrix& m)
+{
+    return zm::InConstant() ? zm::ConstantInverseAffine(m) : zm::InverseOfAffine(m);
 }
 
 /// Inverse of any 4x4 matrix, such as a projection. A determinant of 0 gives a matrix of NaNs.

@@ -22,6 +22,7 @@ static_assert(ZmVector4(1, 2, 3, 4) - 2.0f * ZmVector4(1, 1, 1, 1) == -ZmVector4
 static_assert(ZmColor(1, 2, 3) * ZmColor(2, 1, 0, 0.5f) / 2.0f == ZmColor(1, 1, 0, 0.25f));
 static_assert(kI * kJ == kK && kJ * kI == -kK && kK * kK == ZmQuaternion(0, 0, 0, -1));
 static_assert(kTurnAndMove * kTurnAndMove == ZmMatrix({-1, 0, 0}, {0, -1, 0}, {0, 0, 1}, {-1, 5, 8}));
+static_assert(AffineProduct(kTurnAndMove, kTurnAndMove) == kTurnAndMove * kTurnAndMove);
 static_assert(Transposed(kTurnAndMove)[0][3] == 2 && Transposed(kTurnAndMove)[0][1] == -1);
 static_assert(Determinant(kTurnAndMove) == 1);
 static_assert(ZmVector4(1, 0, 0, 1) * kTurnAndMove == ZmVector4(2, 4, 4, 1));
@@ -52,6 +53,9 @@ TEST(ZmOperatorsTest, MatricesGiveTheBitsOfTheLibrary)
         const ZmMatrix first = random.Affine(), second = random.Affine();
         Zm3DMultiplyMatrix(product, second, first);
         EXPECT_EQ(first * second, product);
+        EXPECT_TRUE(SameBits(AffineProduct(first, second), product));
+        Zm3DMultiplyMatrix(product, b, a);  // whatever the fourth columns hold
+        EXPECT_TRUE(SameBits(AffineProduct(a, b), product));
     });
 }
 
