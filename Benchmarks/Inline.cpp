@@ -113,7 +113,7 @@ void Determinants(const Work& w)
 
 void Transpose(const Work& w)
 {
-    Each<ZmMatrix>(w, [](ZmMatrix& res, const Operands& in, int i) { res = Transposed(Matrix(in.a, i)); });
+    EachWhole<ZmMatrix>(w, [](ZmMatrix& res, const Operands& in, int i) { res = Transposed(Matrix(in.a, i)); });
 }
 
 /// A call: one angle in each lane is faster than three builders.
@@ -146,6 +146,11 @@ void FromMatrix(const Work& w)
 void ToMatrix(const Work& w)
 {
     Each<ZmMatrix>(w, [](ZmMatrix& res, const Operands& in, int i) { res = ZmRotation(Quaternion(in.p, i)); });
+}
+
+void UnitToMatrix(const Work& w)
+{
+    Each<ZmMatrix>(w, [](ZmMatrix& res, const Operands& in, int i) { res = ZmRotationOfUnit(Quaternion(in.p, i)); });
 }
 
 void Slerps(const Work& w)
@@ -188,7 +193,8 @@ constexpr Entry kEntries[] = {
     {"Matrices/from-axis-angle", FromAxisAngle},
     {"Matrices/interpolate", Interpolate},
     {"Quaternions/from-matrix", FromMatrix},
-    {"Quaternions/to-matrix", ToMatrix},
+    {"Quaternions/to-matrix", ToMatrix, "any length"},
+    {"Quaternions/unit-to-matrix", UnitToMatrix},
     {"Quaternions/slerp", Slerps},
     {"Queries/frustum-planes-box", FrustumPlanesBox},
 };

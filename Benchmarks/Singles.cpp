@@ -83,12 +83,13 @@ constexpr Task kInline[] = {
     {"Matrices/affine-product", 64, 0, Prepare, {kOperands}, {}},
     {"Matrices/affine-inverse", 64, 0, Prepare, {kOperands}, {}},
     {"Matrices/determinant", 4, 0, Prepare, {kOperands}, {}},
-    {"Matrices/transpose", 64, 0, Prepare, {kOperands}, {}},
+    {"Matrices/transpose", 64, 0, Prepare, {kOperands}, {}},  // its chain waits for all of a result: EachWhole()
     {"Matrices/from-euler", 64, 0, Prepare, {kOperands}, {}},
     {"Matrices/from-axis-angle", 64, 0, Prepare, {kOperands}, {}},
     {"Matrices/interpolate", 64, 0, Prepare, {kOperands}, {}},
     {"Quaternions/from-matrix", 16, 0, Prepare, {kOperands}, {}, 1e-4, OneSign},
     {"Quaternions/to-matrix", 64, 0, Prepare, {kOperands}, {}},
+    {"Quaternions/unit-to-matrix", 64, 0, Prepare, {kOperands}, {}},
     {"Quaternions/slerp", 16, 0, Prepare, {kOperands}, {}, 1e-4, OneSign},
 };
 

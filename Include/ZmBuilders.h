@@ -134,6 +134,19 @@ constexpr ZmMatrix ZmRotation(const ZmQuaternion& q)
             {0, 0, 0}};
 }
 
+/// The same for a quaternion of unit length, without the division: for rotations that come from this library's
+/// functions or have been normalised. If the length is off by a part e, the elements are off by up to 4 e.
+constexpr ZmMatrix ZmRotationOfUnit(const ZmQuaternion& q)
+{
+    const float x2 = q.x + q.x, y2 = q.y + q.y, z2 = q.z + q.z;
+    const float xx = q.x * x2, yy = q.y * y2, zz = q.z * z2, xy = q.x * y2, xz = q.x * z2, yz = q.y * z2;
+    const float wx = q.w * x2, wy = q.w * y2, wz = q.w * z2;
+    return {{1 - (yy + zz), xy - wz, xz + wy},
+            {xy + wz, 1 - (xx + zz), yz - wx},
+            {xz - wy, yz + wx, 1 - (xx + yy)},
+            {0, 0, 0}};
+}
+
 /// Scale, then rotation, then translation: the bits of ZmMatrix::RecomposeMatrix.
 constexpr ZmMatrix ZmTransform(const ZmVector& position, const ZmQuaternion& rotation,
                                const ZmVector& scale = ZmVector(1, 1, 1))

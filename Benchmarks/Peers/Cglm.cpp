@@ -99,7 +99,7 @@ void Determinant(const Work& w)
 
 void Transpose(const Work& w)
 {
-    EachMatrix(w, [](mat4& res, const Operands& in, int i) { glm_mat4_transpose_to(Mat4(in.a, i), res); });
+    EachWhole<Matrix>(w, [](Matrix& res, const Operands& in, int i) { glm_mat4_transpose_to(Mat4(in.a, i), res.m); });
 }
 
 void FromEuler(const Work& w)
@@ -264,6 +264,7 @@ constexpr Entry kEntries[] = {
     {"Matrices/from-axis-angle", FromAxisAngle, "", TransposeBlock},
     {"Quaternions/from-matrix", FromMatrix, "", Conjugate},
     {"Quaternions/to-matrix", ToMatrix, "", TransposeBlock},
+    {"Quaternions/unit-to-matrix", ToMatrix, "", TransposeBlock},
     {"Quaternions/slerp", Slerp},
     {"Queries/box-box", BoxBox},
     {"Queries/ray-triangle", RayTriangle},

@@ -159,7 +159,7 @@ void Determinant(const Work& w)
 
 void Transpose(const Work& w)
 {
-    Each<Matrix4f>(w, [](Matrix4f& res, const Operands& in, int i) { res = As<Matrix4f>(in.a, i).transpose(); });
+    EachWhole<Matrix4f>(w, [](Matrix4f& res, const Operands& in, int i) { res = As<Matrix4f>(in.a, i).transpose(); });
 }
 
 void FromEuler(const Work& w)
@@ -331,6 +331,7 @@ constexpr Entry kEntries[] = {
     {"Matrices/interpolate", Interpolate},
     {"Quaternions/from-matrix", FromMatrix, "", Conjugate},
     {"Quaternions/to-matrix", ToMatrix, "", TransposeBlock},
+    {"Quaternions/unit-to-matrix", ToMatrix, "", TransposeBlock},
     {"Quaternions/slerp", Slerp},
     {"Decompose/quick", Quick, "", Conjugate},
     {"Decompose/polar", Polar<BySvd>, "JacobiSVD", Conjugate},

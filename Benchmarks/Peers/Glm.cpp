@@ -109,7 +109,7 @@ void Determinant(const Work& w)
 template <class Matrix>
 void Transpose(const Work& w)
 {
-    Each<Matrix>(w, [](Matrix& res, const Operands& in, int i) { res = glm::transpose(As<Matrix>(in.a, i)); });
+    EachWhole<Matrix>(w, [](Matrix& res, const Operands& in, int i) { res = glm::transpose(As<Matrix>(in.a, i)); });
 }
 
 void FromEuler(const Work& w)
@@ -307,6 +307,7 @@ constexpr Entry kEntries[] = {
     {"Matrices/interpolate", Interpolate},
     {"Quaternions/from-matrix", FromMatrix, "", Conjugate},
     {"Quaternions/to-matrix", ToMatrix, "", TransposeBlock},
+    {"Quaternions/unit-to-matrix", ToMatrix, "", TransposeBlock},
     {"Quaternions/slerp", Slerp},
     {"Decompose/quick", Quick, "", Conjugate},
     {"Queries/ray-triangle", RayTriangle},
