@@ -116,7 +116,7 @@ void Transpose(const Work& w)
     EachWhole<ZmMatrix>(w, [](ZmMatrix& res, const Operands& in, int i) { res = Transposed(Matrix(in.a, i)); });
 }
 
-/// A call: one angle in each lane is faster than three builders.
+/// A call, since it chooses between SSE and AVX2.
 void FromEuler(const Work& w)
 {
     Each<ZmMatrix>(w, [](ZmMatrix& res, const Operands& in, int i) {
