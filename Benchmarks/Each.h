@@ -33,6 +33,33 @@ inline void Each(const Work& w, Op op)
 #endif
 }
 
+/// The same, but in a chain the next operation waits for all floats of a result. Where results only move floats, the
+/// first of them alone would be a plain load to whoever works float by float, and nothing of the rest would be
+/// measured.
+template <class Result, class Op>
+inline void EachWhole(const Work& w, Op op)
+{
+#ifdef ZM_CHAINED
+    Result* dst = static_cast<Result*>(w.dst);
+    const Operands& in = *static_cast<const Operands*>(w.src);
+    const int count = w.count;
+    const volatile int none = 0;
+    const int mask = none;
+    for (int i = 0, further = 0; i < count; ++i) {
+        op(dst[i], in, i + further);
+        int words[sizeof(Result) / sizeof(int)];
+        std::memcpy(words, &dst[i], sizeof(words));
+        further = 0;
+        for (const int word : words) {
+            further |= word;
+        }
+        further &= mask;
+    }
+#else
+    Each<Result>(w, op);
+#endif
+}
+
 /// Element i of an array of operands, as a type of the contender.
 template <class T>
 inline const T& As(const void* operands, int i)

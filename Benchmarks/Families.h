@@ -34,7 +34,7 @@ extern const Tasks kSingleTasks;
 extern const Contender kSingles;
 
 /// The tasks of the columns (Inline.cpp).
-extern const Tasks kInlineTasks;
+extern const Tasks kInlineTasks, kInlineQueryTasks;
 
 extern const Tasks kQueryTasks;
 extern const Contender kQueries;

@@ -3,9 +3,11 @@
 
 #include "Columns.h"
 #include "Each.h"
+#include "QueryInputs.h"
 
 #include "ZmBuilders.h"
 #include "ZmInterpolation.h"
+#include "ZmIntersect.h"
 
 namespace bench {
 
@@ -46,9 +48,23 @@ void CrossProduct(const Work& w)
     Each<ZmVector>(w, [](ZmVector& res, const Operands& in, int i) { res = Cross(First(in, i), Second(in, i)); });
 }
 
+void Lengths(const Work& w)
+{
+    Each<float>(w, [](float& res, const Operands& in, int i) { res = Length(First(in, i)); });
+}
+
 void Normalize(const Work& w)
 {
     Each<ZmVector>(w, [](ZmVector& res, const Operands& in, int i) { res = Normalized(First(in, i)); });
+}
+
+/// A call, since it asks the feature word.
+void NormalizeApproximately(const Work& w)
+{
+    Each<ZmVector>(w, [](ZmVector& res, const Operands& in, int i) {
+        res = First(in, i);
+        res.Normalize();
+    });
 }
 
 void Point(const Work& w)
@@ -79,14 +95,33 @@ void Product(const Work& w)
     Each<ZmMatrix>(w, [](ZmMatrix& res, const Operands& in, int i) { res = Matrix(in.b, i) * Matrix(in.a, i); });
 }
 
+void ProductOfAffine(const Work& w)
+{
+    Each<ZmMatrix>(
+        w, [](ZmMatrix& res, const Operands& in, int i) { res = AffineProduct(Matrix(in.b, i), Matrix(in.a, i)); });
+}
+
 void AffineInverse(const Work& w)
 {
     Each<ZmMatrix>(w, [](ZmMatrix& res, const Operands& in, int i) { res = Zm3DInverseAffine(Matrix(in.a, i)); });
 }
 
+void Determinants(const Work& w)
+{
+    Each<float>(w, [](float& res, const Operands& in, int i) { res = Determinant(Matrix(in.a, i)); });
+}
+
 void Transpose(const Work& w)
 {
-    Each<ZmMatrix>(w, [](ZmMatrix& res, const Operands& in, int i) { res = Transposed(Matrix(in.a, i)); });
+    EachWhole<ZmMatrix>(w, [](ZmMatrix& res, const Operands& in, int i) { res = Transposed(Matrix(in.a, i)); });
+}
+
+/// A call, since it chooses between SSE and AVX2.
+void FromEuler(const Work& w)
+{
+    Each<ZmMatrix>(w, [](ZmMatrix& res, const Operands& in, int i) {
+        Zm3DMatrixFromEulerAngles(res, in.euler[i][0], in.euler[i][1], in.euler[i][2]);
+    });
 }
 
 void FromAxisAngle(const Work& w)
@@ -102,9 +137,20 @@ void Interpolate(const Work& w)
     });
 }
 
+void FromMatrix(const Work& w)
+{
+    Each<ZmQuaternion>(
+        w, [](ZmQuaternion& res, const Operands& in, int i) { res = ZmRotationQuaternion(Matrix(in.rotation, i)); });
+}
+
 void ToMatrix(const Work& w)
 {
     Each<ZmMatrix>(w, [](ZmMatrix& res, const Operands& in, int i) { res = ZmRotation(Quaternion(in.p, i)); });
+}
+
+void UnitToMatrix(const Work& w)
+{
+    Each<ZmMatrix>(w, [](ZmMatrix& res, const Operands& in, int i) { res = ZmRotationOfUnit(Quaternion(in.p, i)); });
 }
 
 void Slerps(const Work& w)
@@ -114,15 +160,43 @@ void Slerps(const Work& w)
     });
 }
 
+/// A call.
+void FrustumPlanesBox(const Work& w)
+{
+    const QueryInputs& first = *static_cast<const QueryInputs*>(w.src);
+    ZmFrustum frustum(As<ZmVector>(first.origin, 0), As<ZmVector>(first.right, 0), As<ZmVector>(first.up, 0),
+                      As<ZmVector>(first.direction, 0), 1, 20, 1, 1);
+    frustum.HalfWidth = frustum.HalfHeight = 1;
+    frustum.Update();
+    EachPair(w, [&](const QueryInputs& in, int i, int j) {
+        return ZmIntersect::FrustumBox(frustum, As<ZmBbox>(in.frustumBoxes, j), As<ZmMatrix>(in.matrices, i));
+    });
+}
+
 constexpr Entry kEntries[] = {
-    {"Vectors/dot", DotProduct},           {"Vectors/cross", CrossProduct},
-    {"Vectors/normalize", Normalize},      {"Vectors/transform-point", Point},
-    {"Vectors/rotate", RotatePoint},       {"Vectors/look-at", LookAt},
-    {"Vectors/perspective", Perspective},  {"Matrices/product", Product},
-    {"Matrices/affine-product", Product},  {"Matrices/affine-inverse", AffineInverse},
-    {"Matrices/transpose", Transpose},     {"Matrices/from-axis-angle", FromAxisAngle},
-    {"Matrices/interpolate", Interpolate}, {"Quaternions/to-matrix", ToMatrix},
+    {"Vectors/dot", DotProduct},
+    {"Vectors/cross", CrossProduct},
+    {"Vectors/length", Lengths},
+    {"Vectors/normalize", Normalize},
+    {"Vectors/normalize-approximately", NormalizeApproximately},
+    {"Vectors/transform-point", Point},
+    {"Vectors/rotate", RotatePoint},
+    {"Vectors/look-at", LookAt},
+    {"Vectors/perspective", Perspective},
+    {"Matrices/product", Product},
+    {"Matrices/affine-product", Product, "full"},
+    {"Matrices/affine-product", ProductOfAffine},
+    {"Matrices/affine-inverse", AffineInverse},
+    {"Matrices/determinant", Determinants},
+    {"Matrices/transpose", Transpose},
+    {"Matrices/from-euler", FromEuler},
+    {"Matrices/from-axis-angle", FromAxisAngle},
+    {"Matrices/interpolate", Interpolate},
+    {"Quaternions/from-matrix", FromMatrix},
+    {"Quaternions/to-matrix", ToMatrix, "any length"},
+    {"Quaternions/unit-to-matrix", UnitToMatrix},
     {"Quaternions/slerp", Slerps},
+    {"Queries/frustum-planes-box", FrustumPlanesBox},
 };
 
 constexpr Contender kInline{"inline", Role::OURS, kEntries};

@@ -35,6 +35,10 @@ constexpr Task kTasks[] = {
     {"Queries/best-fit-box", 4, 0, Prepare, {kCloudPoints}, {0.35}, 1e-3},
 };
 
+constexpr Task kInline[] = {
+    {"Queries/frustum-planes-box", 4, 0, Prepare, {kPairs}, {}},
+};
+
 template <class T>
 const T& Record(const float* floats)
 {
@@ -162,6 +166,7 @@ constexpr Entry kEntries[] = {
 }  // namespace
 
 constexpr Tasks kQueryTasks{kTasks};
+constexpr Tasks kInlineQueryTasks{kInline};
 constexpr Contender kQueries{"ZmMath", Role::OURS, kEntries};
 
 }  // namespace bench

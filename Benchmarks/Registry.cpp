@@ -70,9 +70,11 @@ void AddMeasurements(std::vector<Measurement>& res, const Task& task)
 
 void AddColumn(std::vector<Measurement>& res, const Column& column)
 {
-    for (const Task& task : kInlineTasks) {
-        for (const Contender* contender : column) {
-            AddEntries(res, *contender, task, 0, &column);
+    for (const Tasks* tasks : {&kInlineTasks, &kInlineQueryTasks}) {
+        for (const Task& task : *tasks) {
+            for (const Contender* contender : column) {
+                AddEntries(res, *contender, task, 0, &column);
+            }
         }
     }
 }

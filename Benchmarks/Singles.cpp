@@ -72,7 +72,9 @@ constexpr Task kTasks[] = {
 constexpr Task kInline[] = {
     {"Vectors/dot", 4, 0, Prepare, {kOperands}, {}},
     {"Vectors/cross", 12, 0, Prepare, {kOperands}, {}},
+    {"Vectors/length", 4, 0, Prepare, {kOperands}, {}},
     {"Vectors/normalize", 12, 0, Prepare, {kOperands}, {}},
+    {"Vectors/normalize-approximately", 12, 0, Prepare, {kOperands}, {}, kApproximateNormalize},
     {"Vectors/transform-point", 12, 0, Prepare, {kOperands}, {}},
     {"Vectors/rotate", 12, 0, Prepare, {kOperands}, {}},
     {"Vectors/look-at", 64, 0, Prepare, {kOperands}, {}},
@@ -80,10 +82,14 @@ constexpr Task kInline[] = {
     {"Matrices/product", 64, 0, Prepare, {kOperands}, {}},
     {"Matrices/affine-product", 64, 0, Prepare, {kOperands}, {}},
     {"Matrices/affine-inverse", 64, 0, Prepare, {kOperands}, {}},
-    {"Matrices/transpose", 64, 0, Prepare, {kOperands}, {}},
+    {"Matrices/determinant", 4, 0, Prepare, {kOperands}, {}},
+    {"Matrices/transpose", 64, 0, Prepare, {kOperands}, {}},  // its chain waits for all of a result: EachWhole()
+    {"Matrices/from-euler", 64, 0, Prepare, {kOperands}, {}},
     {"Matrices/from-axis-angle", 64, 0, Prepare, {kOperands}, {}},
     {"Matrices/interpolate", 64, 0, Prepare, {kOperands}, {}},
+    {"Quaternions/from-matrix", 16, 0, Prepare, {kOperands}, {}, 1e-4, OneSign},
     {"Quaternions/to-matrix", 64, 0, Prepare, {kOperands}, {}},
+    {"Quaternions/unit-to-matrix", 64, 0, Prepare, {kOperands}, {}},
     {"Quaternions/slerp", 16, 0, Prepare, {kOperands}, {}, 1e-4, OneSign},
 };
 

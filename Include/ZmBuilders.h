@@ -86,6 +86,41 @@ inline ZmQuaternion ZmRotationQuaternion(const ZmVector& axis, float angle)
     return {float(v.x), float(v.y), float(v.z), float(half.cosine)};
 }
 
+namespace zm {
+
+/// The case in which the component of `ii` is the largest. The arguments are the diagonal elements, then sums and the
+/// difference of the others; the results are that component, the next two and w.
+inline ZmVector4 FromLargest(float ii, float jj, float kk, float sumIJ, float sumIK, float difference)
+{
+    const float r = Sqrt(ii - (jj + kk) + 1), f = 0.5f / r;
+    return {0.5f * r, sumIJ * f, sumIK * f, difference * f};
+}
+
+}  // namespace zm
+
+/// The quaternion of a matrix whose 3x3 block is a rotation: the bits of Zm3DQuaternionFromMatrix.
+inline ZmQuaternion ZmRotationQuaternion(const ZmMatrix& m)
+{
+    const float xx = m[0][0], yy = m[1][1], zz = m[2][2], trace = xx + yy + zz;
+    const float xy = m[1][0] + m[0][1], xz = m[2][0] + m[0][2], yz = m[1][2] + m[2][1];
+    const float wx = m[2][1] - m[1][2], wy = m[0][2] - m[2][0], wz = m[1][0] - m[0][1];
+    if (trace >= 0) {
+        const float r = zm::Sqrt(trace + 1), f = 0.5f / r;
+        return {wx * f, wy * f, wz * f, 0.5f * r};
+    }
+    const bool yOverX = yy > xx;
+    if (zz > (yOverX ? yy : xx)) {
+        const ZmVector4 q = zm::FromLargest(zz, xx, yy, xz, yz, wz);
+        return {q.y, q.z, q.x, q.w};
+    }
+    if (yOverX) {
+        const ZmVector4 q = zm::FromLargest(yy, zz, xx, yz, xy, wy);
+        return {q.z, q.x, q.y, q.w};
+    }
+    const ZmVector4 q = zm::FromLargest(xx, yy, zz, xy, xz, wx);
+    return {q.x, q.y, q.z, q.w};
+}
+
 /// The rotation of a quaternion of any length but 0: the bits of ZmQuaternion::ToMatrix.
 constexpr ZmMatrix ZmRotation(const ZmQuaternion& q)
 {
@@ -96,6 +131,19 @@ constexpr ZmMatrix ZmRotation(const ZmQuaternion& q)
     return {{1 - s * (yy + zz), 0 + s * (xy - wz), 0 + s * (xz + wy)},
             {0 + s * (xy + wz), 1 - s * (xx + zz), 0 + s * (yz - wx)},
             {0 + s * (xz - wy), 0 + s * (yz + wx), 1 - s * (yy + xx)},
+            {0, 0, 0}};
+}
+
+/// The same for a quaternion of unit length, without the division: for rotations that come from this library's
+/// functions or have been normalised. If the length is off by a part e, the elements are off by up to 4 e.
+constexpr ZmMatrix ZmRotationOfUnit(const ZmQuaternion& q)
+{
+    const float x2 = q.x + q.x, y2 = q.y + q.y, z2 = q.z + q.z;
+    const float xx = q.x * x2, yy = q.y * y2, zz = q.z * z2, xy = q.x * y2, xz = q.x * z2, yz = q.y * z2;
+    const float wx = q.w * x2, wy = q.w * y2, wz = q.w * z2;
+    return {{1 - (yy + zz), xy - wz, xz + wy},
+            {xy + wz, 1 - (xx + zz), yz - wx},
+            {xz - wy, yz + wx, 1 - (xx + yy)},
             {0, 0, 0}};
 }
 
@@ -262,18 +310,18 @@ constexpr ZmMatrix Zm3DInverseRigid(const ZmMatrix& m)
     return {{a.x, b.x, c.x}, {a.y, b.y, c.y}, {a.z, b.z, c.z}, {-Dot(origin, a), -Dot(origin, b), -Dot(origin, c)}};
 }
 
-/// Inverse of an affine matrix: the bits of Zm3DInverseMatrix, with the same test for singular blocks, which here give
-/// a matrix of NaNs.
-constexpr ZmMatrix Zm3DInverseAffine(const ZmMatrix& m)
+namespace zm {
+
+constexpr ZmMatrix ConstantInverseAffine(const ZmMatrix& m)
 {
-    const zm::Triple a(m[0]), b(m[1]), c(m[2]), bc = Cross(b, c), ca = Cross(c, a), ab = Cross(a, b);
+    const Triple a(m[0]), b(m[1]), c(m[2]), bc = Cross(b, c), ca = Cross(c, a), ab = Cross(a, b);
     const double det = (a.z * bc.z + a.y * bc.y) + a.x * bc.x;
-    const double size = (zm::Magnitude(a.z) * (zm::Magnitude(b.x * c.y) + zm::Magnitude(b.y * c.x)) +
-                         zm::Magnitude(a.y) * (zm::Magnitude(b.z * c.x) + zm::Magnitude(b.x * c.z))) +
-                        zm::Magnitude(a.x) * (zm::Magnitude(b.y * c.z) + zm::Magnitude(b.z * c.y));
+    const double size = (Magnitude(a.z) * (Magnitude(b.x * c.y) + Magnitude(b.y * c.x)) +
+                         Magnitude(a.y) * (Magnitude(b.z * c.x) + Magnitude(b.x * c.z))) +
+                        Magnitude(a.x) * (Magnitude(b.y * c.z) + Magnitude(b.z * c.y));
     constexpr double kRoundsToZero = 0x1p-150;
-    if (zm::Magnitude(det) <= kRoundsToZero || zm::Magnitude(det) < 1e-15 * size) {
-        return zm::NotAMatrix();
+    if (Magnitude(det) <= kRoundsToZero || Magnitude(det) < 1e-15 * size) {
+        return NotAMatrix();
     }
     const double f = 1 / det;
     const ZmVector x(float(bc.x * f), float(ca.x * f), float(ab.x * f));
@@ -285,6 +333,33 @@ constexpr ZmMatrix Zm3DInverseAffine(const ZmMatrix& m)
             z,
             {0 - ((ox * x.x + oy * y.x) + oz * z.x), 0 - ((ox * x.y + oy * y.y) + oz * z.y),
              0 - ((ox * x.z + oy * y.z) + oz * z.z)}};
+}
+
+#if defined(ZM_WIDE)
+
+inline ZmMatrix InverseOfAffine(const ZmMatrix& m)
+{
+    ZmMatrix res;
+    InverseAffine(m[0]).Store(res[0]);
+    return res;
+}
+
+#else
+
+inline ZmMatrix InverseOfAffine(const ZmMatrix& m)
+{
+    return ConstantInverseAffine(m);
+}
+
+#endif
+
+}  // namespace zm
+
+/// Inverse of an affine matrix: the bits of Zm3DInverseMatrix, with the same test for singular blocks, which here give
+/// a matrix of NaNs.
+constexpr ZmMatrix Zm3DInverseAffine(const ZmMatrix& m)
+{
+    return zm::InConstant() ? zm::ConstantInverseAffine(m) : zm::InverseOfAffine(m);
 }
 
 /// Inverse of any 4x4 matrix, such as a projection. A determinant of 0 gives a matrix of NaNs.

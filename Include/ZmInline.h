@@ -28,12 +28,18 @@ inline double Sqrt(double x)
 
 #if defined(__SSE2__)
 
+typedef int LaneBits __attribute__((vector_size(16)));
+
 // Four lanes of two registers, those of b numbered from 4.
 #if defined(__clang__) || __GNUC__ >= 12
 #define ZM_SHUFFLE(a, b, i, j, k, l) __builtin_shufflevector(a, b, i, j, k, l)
 #else
-typedef int ZmLaneNumbers __attribute__((vector_size(16)));
-#define ZM_SHUFFLE(a, b, i, j, k, l) __builtin_shuffle(a, b, ZmLaneNumbers{i, j, k, l})
+#define ZM_SHUFFLE(a, b, i, j, k, l) __builtin_shuffle(a, b, LaneBits{i, j, k, l})
+#endif
+
+// Registers of 32 bytes.
+#if defined(__AVX2__) && (defined(__clang__) || __GNUC__ >= 12)
+#define ZM_WIDE
 #endif
 
 /// Four floats in one register. The form for other processors performs the same operations in the same order.
@@ -51,26 +57,163 @@ struct Float4 {
     float W() const { return v[3]; }
 
     Float4 operator+(Float4 o) const { return {v + o.v}; }
+    Float4 operator-(Float4 o) const { return {v - o.v}; }
     Float4 operator*(Float4 o) const { return {v * o.v}; }
+
+    /// The last lane replaced by 0 or 1.
+    Float4 WithW0() const { return {Register(LaneBits(v) & LaneBits{-1, -1, -1, 0})}; }
+    Float4 WithW1() const { return {ZM_SHUFFLE(v, (Register{0, 0, 0, 1}), 0, 1, 2, 7)}; }
 
     /// One lane in all four.
     Float4 AllX() const { return {ZM_SHUFFLE(v, v, 0, 0, 0, 0)}; }
     Float4 AllY() const { return {ZM_SHUFFLE(v, v, 1, 1, 1, 1)}; }
     Float4 AllZ() const { return {ZM_SHUFFLE(v, v, 2, 2, 2, 2)}; }
     Float4 AllW() const { return {ZM_SHUFFLE(v, v, 3, 3, 3, 3)}; }
+};
 
-    /// Writes the transpose of sixteen floats.
-    static void Transpose(float* res, const float* m)
+#if defined(ZM_WIDE)
+
+typedef float EightFloats __attribute__((vector_size(32)));
+typedef double FourDoubles __attribute__((vector_size(32)));
+
+#if defined(__clang__)
+inline EightFloats LoadTwice(const float* p)
+{
+    const Float4::Register row = Float4::Load(p).v;
+    return __builtin_shufflevector(row, row, 0, 1, 2, 3, 0, 1, 2, 3);
+}
+inline FourDoubles ToDoubles(Float4 f)
+{
+    return __builtin_convertvector(f.v, FourDoubles);
+}
+#else
+// The general forms become several instructions here.
+inline EightFloats LoadTwice(const float* p)
+{
+    return __builtin_ia32_vbroadcastf128_ps256(reinterpret_cast<const Float4::Register*>(p));
+}
+inline FourDoubles ToDoubles(Float4 f)
+{
+    return __builtin_ia32_cvtps2pd256(f.v);
+}
+#endif
+
+/// Eight floats: two rows.
+struct Float8 {
+    typedef float InMemory __attribute__((vector_size(32), aligned(4), may_alias));
+    EightFloats v;
+
+    static Float8 Load(const float* p) { return {*reinterpret_cast<const InMemory*>(p)}; }
+    static Float8 Load(const float* p, const float* q)
     {
-        const Register a = Load(m).v, b = Load(m + 4).v, c = Load(m + 8).v, d = Load(m + 12).v;
-        const Register abXY = ZM_SHUFFLE(a, b, 0, 1, 4, 5), abZW = ZM_SHUFFLE(a, b, 2, 3, 6, 7);
-        const Register cdXY = ZM_SHUFFLE(c, d, 0, 1, 4, 5), cdZW = ZM_SHUFFLE(c, d, 2, 3, 6, 7);
-        Float4{ZM_SHUFFLE(abXY, cdXY, 0, 2, 4, 6)}.Store(res);
-        Float4{ZM_SHUFFLE(abXY, cdXY, 1, 3, 5, 7)}.Store(res + 4);
-        Float4{ZM_SHUFFLE(abZW, cdZW, 0, 2, 4, 6)}.Store(res + 8);
-        Float4{ZM_SHUFFLE(abZW, cdZW, 1, 3, 5, 7)}.Store(res + 12);
+        return {__builtin_shufflevector(Float4::Load(p).v, Float4::Load(q).v, 0, 1, 2, 3, 4, 5, 6, 7)};
+    }
+    static Float8 Twice(const float* p) { return {LoadTwice(p)}; }
+    void Store(float* p) const { *reinterpret_cast<InMemory*>(p) = v; }
+
+    Float8 operator+(const Float8& o) const { return {v + o.v}; }
+    Float8 operator*(const Float8& o) const { return {v * o.v}; }
+
+    /// One lane of each row in all four.
+    Float8 AllX() const { return {__builtin_shufflevector(v, v, 0, 0, 0, 0, 4, 4, 4, 4)}; }
+    Float8 AllY() const { return {__builtin_shufflevector(v, v, 1, 1, 1, 1, 5, 5, 5, 5)}; }
+    Float8 AllZ() const { return {__builtin_shufflevector(v, v, 2, 2, 2, 2, 6, 6, 6, 6)}; }
+    Float8 AllW() const { return {__builtin_shufflevector(v, v, 3, 3, 3, 3, 7, 7, 7, 7)}; }
+    /// The two pairs in the middle exchanged.
+    Float8 MiddleSwapped() const { return {__builtin_shufflevector(v, v, 0, 1, 4, 5, 2, 3, 6, 7)}; }
+};
+
+/// Writes the transpose of sixteen floats.
+inline void Transpose(float* res, const float* m)
+{
+    const EightFloats ac = Float8::Load(m, m + 8).v, bd = Float8::Load(m + 4, m + 12).v;
+    const Float8 xy = {__builtin_shufflevector(ac, bd, 0, 8, 1, 9, 4, 12, 5, 13)};
+    const Float8 zw = {__builtin_shufflevector(ac, bd, 2, 10, 3, 11, 6, 14, 7, 15)};
+    xy.MiddleSwapped().Store(res);
+    zw.MiddleSwapped().Store(res + 8);
+}
+
+/// Three doubles in lanes; the fourth means nothing.
+struct Double4 {
+    typedef double Pair __attribute__((vector_size(16)));
+    typedef long long Bits __attribute__((vector_size(32)));
+    FourDoubles v;
+
+    explicit Double4(FourDoubles r) : v(r) {}
+    explicit Double4(Float4 f) : v(ToDoubles(f)) {}
+
+    Double4 operator+(const Double4& o) const { return Double4(v + o.v); }
+    Double4 operator-(const Double4& o) const { return Double4(v - o.v); }
+    Double4 operator*(const Double4& o) const { return Double4(v * o.v); }
+    Double4 operator*(double s) const { return Double4(v * s); }
+    Double4 Abs() const { return Double4(FourDoubles(Bits(v) & 0x7fffffffffffffff)); }
+    Double4 Yzx() const { return Double4(__builtin_shufflevector(v, v, 1, 2, 0, 3)); }
+    Double4 Zxy() const { return Double4(__builtin_shufflevector(v, v, 2, 0, 1, 3)); }
+    Float4 ToFloats() const { return {__builtin_convertvector(v, Float4::Register)}; }
+    /// The sums (0 + 2) + 1 of a and of b.
+    static Pair Sums(const Double4& a, const Double4& b)
+    {
+        const Pair aLow = __builtin_shufflevector(a.v, a.v, 0, 1), aHigh = __builtin_shufflevector(a.v, a.v, 2, 3);
+        const Pair bLow = __builtin_shufflevector(b.v, b.v, 0, 1), bHigh = __builtin_shufflevector(b.v, b.v, 2, 3);
+        return (__builtin_shufflevector(aLow, bLow, 0, 2) + __builtin_shufflevector(aHigh, bHigh, 0, 2)) +
+               __builtin_shufflevector(aLow, bLow, 1, 3);
     }
 };
+
+/// Four rows: compilers keep them in registers where they would take a matrix apart.
+struct Rows {
+    Float4 row0, row1, row2, row3;
+
+    void Store(float* res) const
+    {
+        row0.Store(res);
+        row1.Store(res + 4);
+        row2.Store(res + 8);
+        row3.Store(res + 12);
+    }
+};
+
+/// The affine inverse, of NaNs if the block is singular. The formula is that of the library's AffineInverse.
+inline Rows InverseAffine(const float* m)
+{
+    const Double4 a(Float4::Load(m)), b(Float4::Load(m + 4)), c(Float4::Load(m + 8)), yzxA = a.Yzx(), yzxB = b.Yzx(),
+                                                                                      yzxC = c.Yzx();
+
+    // The columns of the adjugate are vector products of the rows; here each of them begins with its z.
+    const Double4 bc = b * yzxC, cb = yzxB * c, crossBC = bc - cb, first = a.Zxy();
+    const Double4::Pair sums = Double4::Sums(first * crossBC, first.Abs() * (bc.Abs() + cb.Abs()));
+    const double det = sums[0], size = __builtin_fabs(det), kRoundsToZero = 0x1p-150;
+    if (size <= kRoundsToZero || size < 1e-15 * sums[1]) {
+        const Float4 nans = Float4::Splat(__builtin_nanf(""));
+        return {nans, nans, nans, nans};
+    }
+
+    const double f = 1 / det;
+    const Float4::Register column0 = (crossBC * f).ToFloats().v, column1 = ((c * yzxA - yzxC * a) * f).ToFloats().v,
+                           column2 = ((a * yzxB - yzxA * b) * f).ToFloats().WithW0().v;
+    const Float4::Register zx = ZM_SHUFFLE(column0, column1, 0, 4, 1, 5), y = ZM_SHUFFLE(column0, column1, 2, 6, 3, 7);
+    const Float4 row0 = {ZM_SHUFFLE(zx, column2, 2, 3, 5, 7)}, row1 = {ZM_SHUFFLE(y, column2, 0, 1, 6, 7)},
+                 row2 = {ZM_SHUFFLE(zx, column2, 0, 1, 4, 7)};
+    const Float4 moved = (Float4::Splat(m[12]) * row0 + Float4::Splat(m[13]) * row1) + Float4::Splat(m[14]) * row2;
+    return {row0, row1, row2, (Float4::Splat(0) - moved).WithW1()};
+}
+
+#else
+
+/// Writes the transpose of sixteen floats.
+inline void Transpose(float* res, const float* m)
+{
+    const Float4::Register a = Float4::Load(m).v, b = Float4::Load(m + 4).v, c = Float4::Load(m + 8).v,
+                           d = Float4::Load(m + 12).v;
+    const Float4::Register abXY = ZM_SHUFFLE(a, b, 0, 1, 4, 5), abZW = ZM_SHUFFLE(a, b, 2, 3, 6, 7);
+    const Float4::Register cdXY = ZM_SHUFFLE(c, d, 0, 1, 4, 5), cdZW = ZM_SHUFFLE(c, d, 2, 3, 6, 7);
+    Float4{ZM_SHUFFLE(abXY, cdXY, 0, 2, 4, 6)}.Store(res);
+    Float4{ZM_SHUFFLE(abXY, cdXY, 1, 3, 5, 7)}.Store(res + 4);
+    Float4{ZM_SHUFFLE(abZW, cdZW, 0, 2, 4, 6)}.Store(res + 8);
+    Float4{ZM_SHUFFLE(abZW, cdZW, 1, 3, 5, 7)}.Store(res + 12);
+}
+
+#endif
 
 #undef ZM_SHUFFLE
 
@@ -96,18 +239,21 @@ struct Float4 {
     Float4 operator+(const Float4& o) const { return {{v[0] + o.v[0], v[1] + o.v[1], v[2] + o.v[2], v[3] + o.v[3]}}; }
     Float4 operator*(const Float4& o) const { return {{v[0] * o.v[0], v[1] * o.v[1], v[2] * o.v[2], v[3] * o.v[3]}}; }
 
+    Float4 WithW0() const { return {{v[0], v[1], v[2], 0}}; }
+    Float4 WithW1() const { return {{v[0], v[1], v[2], 1}}; }
+
     Float4 AllX() const { return Splat(v[0]); }
     Float4 AllY() const { return Splat(v[1]); }
     Float4 AllZ() const { return Splat(v[2]); }
     Float4 AllW() const { return Splat(v[3]); }
-
-    static void Transpose(float* res, const float* m)
-    {
-        for (int i = 0; i < 16; ++i) {
-            res[i] = m[i % 4 * 4 + i / 4];
-        }
-    }
 };
+
+inline void Transpose(float* res, const float* m)
+{
+    for (int i = 0; i < 16; ++i) {
+        res[i] = m[i % 4 * 4 + i / 4];
+    }
+}
 
 #endif
 

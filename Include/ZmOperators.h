@@ -69,6 +69,20 @@ inline Float4 RowTimes(const Float4& row, const Float4& m0, const Float4& m1, co
     return (row.AllX() * m0 + row.AllY() * m1) + (row.AllZ() * m2 + row.AllW() * m3);
 }
 
+#if defined(ZM_WIDE)
+
+inline ZmMatrix Product(const ZmMatrix& a, const ZmMatrix& b)
+{
+    const Float8 b0 = Float8::Twice(b[0]), b1 = Float8::Twice(b[1]), b2 = Float8::Twice(b[2]), b3 = Float8::Twice(b[3]);
+    const Float8 upper = Float8::Load(a[0]), lower = Float8::Load(a[2]);
+    ZmMatrix res;
+    ((upper.AllX() * b0 + upper.AllY() * b1) + (upper.AllZ() * b2 + upper.AllW() * b3)).Store(res[0]);
+    ((lower.AllX() * b0 + lower.AllY() * b1) + (lower.AllZ() * b2 + lower.AllW() * b3)).Store(res[2]);
+    return res;
+}
+
+#else
+
 inline ZmMatrix Product(const ZmMatrix& a, const ZmMatrix& b)
 {
     const Float4 b0 = Float4::Load(b[0]), b1 = Float4::Load(b[1]), b2 = Float4::Load(b[2]), b3 = Float4::Load(b[3]);
@@ -79,6 +93,8 @@ inline ZmMatrix Product(const ZmMatrix& a, const ZmMatrix& b)
     RowTimes(Float4::Load(a[3]), b0, b1, b2, b3).Store(res[3]);
     return res;
 }
+
+#endif
 
 constexpr ZmMatrix ConstantTranspose(const ZmMatrix& m)
 {
@@ -94,7 +110,37 @@ constexpr ZmMatrix ConstantTranspose(const ZmMatrix& m)
 inline ZmMatrix Transpose(const ZmMatrix& m)
 {
     ZmMatrix res;
-    Float4::Transpose(res[0], m[0]);
+    Transpose(res[0], m[0]);
+    return res;
+}
+
+/// A row of an affine product: `last` is 0, or the translation of the second matrix.
+inline Float4 AffineRowTimes(const Float4& row, const Float4& m0, const Float4& m1, const Float4& m2,
+                             const Float4& last)
+{
+    return (row.AllX() * m0 + row.AllY() * m1) + (row.AllZ() * m2 + last);
+}
+
+inline ZmMatrix ProductOfAffine(const ZmMatrix& a, const ZmMatrix& b)
+{
+    const Float4 b0 = Float4::Load(b[0]), b1 = Float4::Load(b[1]), b2 = Float4::Load(b[2]), b3 = Float4::Load(b[3]);
+    const Float4 none = Float4::Splat(0);
+    ZmMatrix res;
+    AffineRowTimes(Float4::Load(a[0]), b0, b1, b2, none).WithW0().Store(res[0]);
+    AffineRowTimes(Float4::Load(a[1]), b0, b1, b2, none).WithW0().Store(res[1]);
+    AffineRowTimes(Float4::Load(a[2]), b0, b1, b2, none).WithW0().Store(res[2]);
+    AffineRowTimes(Float4::Load(a[3]), b0, b1, b2, b3).WithW1().Store(res[3]);
+    return res;
+}
+
+constexpr ZmMatrix ConstantProductOfAffine(const ZmMatrix& a, const ZmMatrix& b)
+{
+    ZmMatrix res({0, 0, 0}, {0, 0, 0}, {0, 0, 0}, {0, 0, 0});
+    for (int i = 0; i < 4; ++i) {
+        for (int j = 0; j < 3; ++j) {
+            res[i][j] = (a[i][0] * b[0][j] + a[i][1] * b[1][j]) + (a[i][2] * b[2][j] + (i == 3 ? b[3][j] : 0));
+        }
+    }
     return res;
 }
 
@@ -137,6 +183,13 @@ constexpr ZmMatrix& operator*=(ZmMatrix& a, const ZmMatrix& b)
     return a = a * b;
 }
 
+/// The product of two affine matrices: a, then b. Their fourth columns are not read, and that of the result is
+/// (0, 0, 0, 1). The bits of Zm3DMultiplyMatrix(res, b, a).
+constexpr ZmMatrix AffineProduct(const ZmMatrix& a, const ZmMatrix& b)
+{
+    return zm::InConstant() ? zm::ConstantProductOfAffine(a, b) : zm::ProductOfAffine(a, b);
+}
+
 /// The row v times the matrix, all four components. The bits of Zm3DMultiplyMatrixVector4.
 constexpr ZmVector4 operator*(const ZmVector4& v, const ZmMatrix& m)
 {
@@ -151,6 +204,13 @@ constexpr ZmVector4 operator*(const ZmVector4& v, const ZmMatrix& m)
 constexpr ZmMatrix Transposed(const ZmMatrix& m)
 {
     return zm::InConstant() ? zm::ConstantTranspose(m) : zm::Transpose(m);
+}
+
+/// The determinant of the upper-left 3x3 block. The bits of Zm3DMatrixDeterminant.
+constexpr float Determinant(const ZmMatrix& m)
+{
+    return m[0][0] * (m[1][1] * m[2][2] - m[2][1] * m[1][2]) - m[0][1] * (m[1][0] * m[2][2] - m[2][0] * m[1][2]) +
+           m[0][2] * (m[2][1] * m[1][0] - m[2][0] * m[1][1]);
 }
 
 // --- Vectors through matrices and quaternions ----------------------------------------

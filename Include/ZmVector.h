@@ -91,12 +91,15 @@ constexpr ZmVector Cross(const ZmVector& a, const ZmVector& b)
     return {a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x};
 }
 
-/// Squared length; the length itself is Length().
+/// Squared length, and its root.
 constexpr float SquareLength(const ZmVector& v)
 {
     return Dot(v, v);
 }
-ZM_API float Length(const ZmVector& v);
+ZM_API_INLINE inline float Length(const ZmVector& v)
+{
+    return __builtin_sqrtf(Dot(v, v));
+}
 
 /// Four-component vector for homogeneous coordinates and colours. 16 bytes, aligned like float.
 class ZmVector4 {

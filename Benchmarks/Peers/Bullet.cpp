@@ -266,6 +266,7 @@ constexpr Entry kEntries[] = {
     {"Matrices/interpolate", Interpolate, "", FromRows},
     {"Quaternions/from-matrix", FromMatrix},
     {"Quaternions/to-matrix", ToMatrix, "", FromRows},
+    {"Quaternions/unit-to-matrix", ToMatrix, "", FromRows},
     {"Quaternions/slerp", Slerp},
     {"Decompose/quick", Quick},
     {"Decompose/polar", Polar},

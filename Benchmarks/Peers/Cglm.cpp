@@ -99,7 +99,7 @@ void Determinant(const Work& w)
 
 void Transpose(const Work& w)
 {
-    EachMatrix(w, [](mat4& res, const Operands& in, int i) { glm_mat4_transpose_to(Mat4(in.a, i), res); });
+    EachWhole<Matrix>(w, [](Matrix& res, const Operands& in, int i) { glm_mat4_transpose_to(Mat4(in.a, i), res.m); });
 }
 
 void FromEuler(const Work& w)
@@ -158,6 +158,11 @@ void Dot(const Work& w)
 void Cross(const Work& w)
 {
     EachVector(w, [](vec3& res, const Operands& in, int i) { glm_vec3_cross(First(in, i), Second(in, i), res); });
+}
+
+void Length(const Work& w)
+{
+    Each<float>(w, [](float& res, const Operands& in, int i) { res = glm_vec3_norm(First(in, i)); });
 }
 
 void Normalize(const Work& w)
@@ -243,7 +248,9 @@ constexpr Entry kEntries[] = {
     {"Rotates/32to32", Transforms<32, 32, false>},
     {"Vectors/dot", Dot},
     {"Vectors/cross", Cross},
+    {"Vectors/length", Length},
     {"Vectors/normalize", Normalize},
+    {"Vectors/normalize-approximately", Normalize},
     {"Vectors/transform-point", Point},
     {"Vectors/rotate", Rotate},
     {"Vectors/look-at", LookAt},
@@ -257,6 +264,7 @@ constexpr Entry kEntries[] = {
     {"Matrices/from-axis-angle", FromAxisAngle, "", TransposeBlock},
     {"Quaternions/from-matrix", FromMatrix, "", Conjugate},
     {"Quaternions/to-matrix", ToMatrix, "", TransposeBlock},
+    {"Quaternions/unit-to-matrix", ToMatrix, "", TransposeBlock},
     {"Quaternions/slerp", Slerp},
     {"Queries/box-box", BoxBox},
     {"Queries/ray-triangle", RayTriangle},

@@ -104,6 +104,11 @@ void Cross(const Work& w)
     Each<Vector3f>(w, [](Vector3f& res, const Operands& in, int i) { res = First(in, i).cross(Second(in, i)); });
 }
 
+void Length(const Work& w)
+{
+    Each<float>(w, [](float& res, const Operands& in, int i) { res = First(in, i).norm(); });
+}
+
 void Normalize(const Work& w)
 {
     Each<Vector3f>(w, [](Vector3f& res, const Operands& in, int i) { res = First(in, i).normalized(); });
@@ -154,7 +159,7 @@ void Determinant(const Work& w)
 
 void Transpose(const Work& w)
 {
-    Each<Matrix4f>(w, [](Matrix4f& res, const Operands& in, int i) { res = As<Matrix4f>(in.a, i).transpose(); });
+    EachWhole<Matrix4f>(w, [](Matrix4f& res, const Operands& in, int i) { res = As<Matrix4f>(in.a, i).transpose(); });
 }
 
 void FromEuler(const Work& w)
@@ -310,7 +315,9 @@ constexpr Entry kEntries[] = {
     {"Rotates/32to32", RotateColumns<32>, "columns"},
     {"Vectors/dot", Dot},
     {"Vectors/cross", Cross},
+    {"Vectors/length", Length},
     {"Vectors/normalize", Normalize},
+    {"Vectors/normalize-approximately", Normalize},
     {"Vectors/transform-point", Point},
     {"Vectors/rotate", Rotate},
     {"Matrices/product", Product},
@@ -324,6 +331,7 @@ constexpr Entry kEntries[] = {
     {"Matrices/interpolate", Interpolate},
     {"Quaternions/from-matrix", FromMatrix, "", Conjugate},
     {"Quaternions/to-matrix", ToMatrix, "", TransposeBlock},
+    {"Quaternions/unit-to-matrix", ToMatrix, "", TransposeBlock},
     {"Quaternions/slerp", Slerp},
     {"Decompose/quick", Quick, "", Conjugate},
     {"Decompose/polar", Polar<BySvd>, "JacobiSVD", Conjugate},

@@ -109,7 +109,7 @@ void Determinant(const Work& w)
 template <class Matrix>
 void Transpose(const Work& w)
 {
-    Each<Matrix>(w, [](Matrix& res, const Operands& in, int i) { res = glm::transpose(As<Matrix>(in.a, i)); });
+    EachWhole<Matrix>(w, [](Matrix& res, const Operands& in, int i) { res = glm::transpose(As<Matrix>(in.a, i)); });
 }
 
 void FromEuler(const Work& w)
@@ -176,6 +176,11 @@ void Dot(const Work& w)
 void Cross(const Work& w)
 {
     Each<vec3>(w, [](vec3& res, const Operands& in, int i) { res = glm::cross(First(in, i), Second(in, i)); });
+}
+
+void Length(const Work& w)
+{
+    Each<float>(w, [](float& res, const Operands& in, int i) { res = glm::length(First(in, i)); });
 }
 
 void Normalize(const Work& w)
@@ -276,7 +281,9 @@ constexpr Entry kEntries[] = {
     {"Rotates/32to32", Rotates<32>},
     {"Vectors/dot", Dot},
     {"Vectors/cross", Cross},
+    {"Vectors/length", Length},
     {"Vectors/normalize", Normalize},
+    {"Vectors/normalize-approximately", Normalize},
     {"Vectors/transform-point", Point},
     {"Vectors/transform-point", AlignedPoint, "aligned"},
     {"Vectors/rotate", Rotate},
@@ -300,6 +307,7 @@ constexpr Entry kEntries[] = {
     {"Matrices/interpolate", Interpolate},
     {"Quaternions/from-matrix", FromMatrix, "", Conjugate},
     {"Quaternions/to-matrix", ToMatrix, "", TransposeBlock},
+    {"Quaternions/unit-to-matrix", ToMatrix, "", TransposeBlock},
     {"Quaternions/slerp", Slerp},
     {"Decompose/quick", Quick, "", Conjugate},
     {"Queries/ray-triangle", RayTriangle},

@@ -19,6 +19,7 @@ static_assert(TransformPoint({1, 1, 1}, kMoved) == ZmVector(3, 6, 11));
 static_assert(Zm3DInverseAffine(kMoved) * kMoved == ZmScaling(1));
 static_assert(Zm3DInverse4(kMoved) == Zm3DInverseAffine(kMoved));
 static_assert(ZmRotationX(0) == ZmScaling(1) && ZmRotationX(1)[1][2] > 0.84f);
+static_assert(ZmRotationOfUnit({1, 0, 0, 0}) == ZmScaling({1, -1, -1}));
 static_assert(ZmTransform({1, 2, 3}, ZmQuaternion(), {2, 4, 8}) == kMoved);
 static_assert(ZmPerspective(1, 1, 1, 2)[2][3] == 1 && ZmOrthographic(2, 2, 0, 1) == ZmScaling(1));
 static_assert(Union({{1, 2, 3}, {0, 0, 0}}, {{2, 1, 1}, {-1, 0, 1}}).Max == ZmVector(2, 2, 3));
@@ -108,6 +109,7 @@ TEST(ZmBuildersTest, RotationsAboutAnyAxisAreExact)
         ExpectNear(older, AxisTurn(axis, angle), OnVectorPath() ? 6 * kRsqrtError : 16 * kRounding);
         const ZmQuaternion q = ZmRotationQuaternion(axis, angle);
         ExpectNear(ZmRotation(q), AxisTurn(axis, angle), 6 * kRounding);
+        ExpectNear(ZmRotationOfUnit(q), AxisTurn(axis, angle), 6 * kRounding);
     });
 }
 
@@ -121,6 +123,7 @@ TEST(ZmBuildersTest, TransformsHaveTheBitsOfTheLibrary)
         transform.RecomposeMatrix(&position, &scale, &q);
         EXPECT_TRUE(SameBits(ZmRotation(q), rotation));
         EXPECT_TRUE(SameBits(ZmTransform(position, q, scale), transform));
+        EXPECT_TRUE(SameBits(ZmRotationQuaternion(rotation), Zm3DQuaternionFromMatrix(rotation)));
     });
     ZmMatrix rotation;
     const ZmQuaternion half(0, -1, 0, 0);  // zeros of both signs

@@ -22,7 +22,9 @@ static_assert(ZmVector4(1, 2, 3, 4) - 2.0f * ZmVector4(1, 1, 1, 1) == -ZmVector4
 static_assert(ZmColor(1, 2, 3) * ZmColor(2, 1, 0, 0.5f) / 2.0f == ZmColor(1, 1, 0, 0.25f));
 static_assert(kI * kJ == kK && kJ * kI == -kK && kK * kK == ZmQuaternion(0, 0, 0, -1));
 static_assert(kTurnAndMove * kTurnAndMove == ZmMatrix({-1, 0, 0}, {0, -1, 0}, {0, 0, 1}, {-1, 5, 8}));
+static_assert(AffineProduct(kTurnAndMove, kTurnAndMove) == kTurnAndMove * kTurnAndMove);
 static_assert(Transposed(kTurnAndMove)[0][3] == 2 && Transposed(kTurnAndMove)[0][1] == -1);
+static_assert(Determinant(kTurnAndMove) == 1);
 static_assert(ZmVector4(1, 0, 0, 1) * kTurnAndMove == ZmVector4(2, 4, 4, 1));
 static_assert(TransformPoint({1, 0, 0}, kTurnAndMove) == ZmVector(2, 4, 4));
 static_assert(TransformDirection({1, 0, 0}, kTurnAndMove) == ZmVector(0, 1, 0));
@@ -44,12 +46,16 @@ TEST(ZmOperatorsTest, MatricesGiveTheBitsOfTheLibrary)
         Zm3DTransposeMatrix(transposed, a);
         EXPECT_TRUE(SameBits(a * b, product));
         EXPECT_TRUE(SameBits(Transposed(a), transposed));
+        EXPECT_TRUE(SameBits(Determinant(a), Zm3DMatrixDeterminant(a)));
         ZmMatrix own = a;
         EXPECT_TRUE(SameBits(own *= own, a * a));
 
         const ZmMatrix first = random.Affine(), second = random.Affine();
         Zm3DMultiplyMatrix(product, second, first);
         EXPECT_EQ(first * second, product);
+        EXPECT_TRUE(SameBits(AffineProduct(first, second), product));
+        Zm3DMultiplyMatrix(product, b, a);  // whatever the fourth columns hold
+        EXPECT_TRUE(SameBits(AffineProduct(a, b), product));
     });
 }
 
