@@ -297,10 +297,17 @@ bool ZmFile::WriteLine(const char* text, unsigned int length)
 int ZmFile::GetString(char* buffer, unsigned int size)
 {
     FILE* stream = OpenedFile::Turn(m_File, OpenedFile::READING);
-    if (stream == nullptr || size == 0 || fgets(buffer, int(std::min(size, unsigned(INT32_MAX))), stream) == nullptr) {
+    if (stream == nullptr || size == 0) {
         return 0;
     }
-    if (m_File->isText && size > 1) {
+    if (size == 1) {  // where C libraries differ
+        *buffer = 0;
+        return 1;
+    }
+    if (fgets(buffer, int(std::min(size, unsigned(INT32_MAX))), stream) == nullptr) {
+        return 0;
+    }
+    if (m_File->isText) {
         DropReturn(buffer, size, stream);
     }
     return 1;
