@@ -14,14 +14,6 @@
 #define ZM_API __attribute__((visibility("default")))
 #endif
 
-/// Marks an inline function that the library exports as well, for programs built when it was a call. On Windows only
-/// the source file that exports it says so: every file that includes the header would export a copy.
-#if defined(_WIN32)
-#define ZM_API_INLINE
-#else
-#define ZM_API_INLINE ZM_API
-#endif
-
 /// Marks a member function whose parameter number `format` is a printf() format and whose arguments begin at number
 /// `arguments`; the object itself is number 1.
 #if defined(__MINGW32__) && !defined(__clang__)

@@ -96,10 +96,14 @@ constexpr float SquareLength(const ZmVector& v)
 {
     return Dot(v, v);
 }
-ZM_API_INLINE inline float Length(const ZmVector& v)
+#if defined(ZMMATH_BUILDING)
+ZM_API float Length(const ZmVector& v);  // exported for programs built when it was a call
+#else
+inline float Length(const ZmVector& v)
 {
     return __builtin_sqrtf(Dot(v, v));
 }
+#endif
 
 /// Four-component vector for homogeneous coordinates and colours. 16 bytes, aligned like float.
 class ZmVector4 {

@@ -1,10 +1,3 @@
-#include "ZmApi.h"
-
-struct ZmVector;
-
-// Inline now, but older programs call it. The attributes count only before the definition.
-ZM_API __attribute__((used)) float Length(const ZmVector& v);
-
 #include "ZmVector.h"
 
 #include "Math/Normalize.h"
@@ -51,4 +44,9 @@ ZmVector& ZmVector::operator=(const ZmCompressedVector& c)
 {
     const float level = Tcos(c.xa);
     return *this = ZmVector(Tsin(c.ya) * level, -Tsin(c.xa), Tcos(c.ya) * level);
+}
+
+float Length(const ZmVector& v)
+{
+    return sqrtf(Dot(v, v));
 }

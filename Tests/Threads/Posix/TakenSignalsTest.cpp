@@ -1,3 +1,4 @@
+#include "Threads/SystemThread.h"
 #include "ZmThread.h"
 
 #include <signal.h>
@@ -92,6 +93,10 @@ void UseMainThread()
 
 int main()
 {
+    if (!SystemStopsThreads()) {
+        puts("the system does not deliver the last real-time signal");
+        return 77;
+    }
     InProcess(UseIgnoredSignal);
     InProcess(UseTakenSignals);
     InProcess(UseMainThread);
