@@ -91,7 +91,7 @@ constexpr ZmVector Cross(const ZmVector& a, const ZmVector& b)
     return {a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x};
 }
 
-/// Squared length, and its root.
+/// Squared length.
 constexpr float SquareLength(const ZmVector& v)
 {
     return Dot(v, v);
@@ -99,6 +99,7 @@ constexpr float SquareLength(const ZmVector& v)
 #if defined(ZMMATH_BUILDING)
 ZM_API float Length(const ZmVector& v);  // exported for programs built when it was a call
 #else
+/// Length.
 inline float Length(const ZmVector& v)
 {
     return __builtin_sqrtf(Dot(v, v));
