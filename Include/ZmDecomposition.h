@@ -19,8 +19,8 @@ ZM_API void Zm3DDecomposeMatrix(const ZmMatrix& m, ZmQuaternion& quat, ZmVector&
 /// are made equal, so that rounding noise does not give a pure rotation a `uRot`. Non-finite input gives NaNs.
 ///
 /// A singular value decomposition in double by one-sided Jacobi rotations (M. Hestenes, 1958) that start from axes in
-/// closed form (O. Smith, 1961) and end when what remains is below the resolution of float, after 12 sweeps at most. The
-/// factors and the choice of axes are those of K. Shoemake and T. Duff, "Matrix Animation and Polar Decomposition",
+/// closed form (O. Smith, 1961) and end when what remains is below the resolution of float, after 12 sweeps at most.
+/// The factors and the choice of axes are those of K. Shoemake and T. Duff, "Matrix Animation and Polar Decomposition",
 /// Graphics Interface 1992.
 ZM_API float Zm3DDecomposeMatrixTotal(const ZmMatrix& m, ZmQuaternion& quat, ZmVector& pos, ZmVector& scale,
                                       ZmQuaternion& uRot);
