@@ -2,6 +2,7 @@
 
 #include "Families.h"
 #include "Inputs.h"
+#include "Records.h"
 #include "Scene.h"
 
 #include "ZmBuilders.h"
@@ -14,12 +15,6 @@
 
 namespace bench {
 namespace {
-
-template <class T>
-const T& Record(const float* floats)
-{
-    return *reinterpret_cast<const T*>(floats);
-}
 
 ZmFrustum SceneFrustum()
 {

@@ -3,7 +3,7 @@
 
 #include "Columns.h"
 #include "Each.h"
-#include "QueryInputs.h"
+#include "Records.h"
 
 #include "ZmBuilders.h"
 #include "ZmInterpolation.h"
@@ -163,13 +163,9 @@ void Slerps(const Work& w)
 /// A call.
 void FrustumPlanesBox(const Work& w)
 {
-    const QueryInputs& first = *static_cast<const QueryInputs*>(w.src);
-    ZmFrustum frustum(As<ZmVector>(first.origin, 0), As<ZmVector>(first.right, 0), As<ZmVector>(first.up, 0),
-                      As<ZmVector>(first.direction, 0), 1, 20, 1, 1);
-    frustum.HalfWidth = frustum.HalfHeight = 1;
-    frustum.Update();
+    const ZmFrustum frustum = FrustumOf(*static_cast<const QueryInputs*>(w.src));
     EachPair(w, [&](const QueryInputs& in, int i, int j) {
-        return ZmIntersect::FrustumBox(frustum, As<ZmBbox>(in.frustumBoxes, j), As<ZmMatrix>(in.matrices, i));
+        return ZmIntersect::FrustumBox(frustum, Record<ZmBbox>(in.frustumBoxes[j]), Record<ZmMatrix>(in.matrices[i]));
     });
 }
 

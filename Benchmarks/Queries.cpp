@@ -3,7 +3,7 @@
 #include "Each.h"
 #include "Families.h"
 #include "Inputs.h"
-#include "QueryInputs.h"
+#include "Records.h"
 
 #include "ZmBestFitBBox.h"
 #include "ZmDistance.h"
@@ -38,12 +38,6 @@ constexpr Task kTasks[] = {
 constexpr Task kInline[] = {
     {"Queries/frustum-planes-box", 4, 0, Prepare, {kPairs}, {}},
 };
-
-template <class T>
-const T& Record(const float* floats)
-{
-    return *reinterpret_cast<const T*>(floats);
-}
 
 void BoxBox(const Work& w)
 {
@@ -100,15 +94,6 @@ void OrientedBoxes(const Work& w)
     EachPair(w, [](const QueryInputs& in, int i, int j) {
         return ZmIntersect::OBBOBB(Record<ZmOBB>(in.oriented[i]), Record<ZmOBB>(in.otherOriented[j]));
     });
-}
-
-ZmFrustum FrustumOf(const QueryInputs& in)
-{
-    ZmFrustum frustum(Record<ZmVector>(in.origin), Record<ZmVector>(in.right), Record<ZmVector>(in.up),
-                      Record<ZmVector>(in.direction), 1, 20, 1, 1);
-    frustum.HalfWidth = frustum.HalfHeight = 1;
-    frustum.Update();
-    return frustum;
 }
 
 void FrustumPlanesBox(const Work& w)

@@ -19,7 +19,8 @@
 // Any thread may call. All functions give the same bits for every value of the feature word.
 
 /// Finds what may be visible: 0 for a box that lies wholly in front of one of the frustum's six planes. A box outside
-/// near a corner of the frustum may give 1. Unlike ZmIntersect::FrustumBox all planes count for every box.
+/// near a corner of the frustum may give 1. Unlike ZmIntersect::FrustumBox all planes count for every box. Of the
+/// frustum only the planes are read (see ZmFrustum::Update()).
 ZM_API int ZmCullBoxes(const ZmFrustum& frustum, const ZmStridedData& boxes, int count, uint8_t* hits,
                        uint32_t* indices);
 /// The same for spheres.

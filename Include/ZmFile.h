@@ -62,7 +62,8 @@ public:
     /// Closes the file in any case. Returns 1, also for a closed file, or 0 if buffered data could not be written.
     virtual int Close();
     /// Reads a line with its line feed, or the first `size` - 1 characters of it, and terminates it. Returns 1, or 0 at
-    /// the end of the file.
+    /// the end of the file. A size of 1 reads nothing and gives an empty text and 1, a size of 0 writes nothing and
+    /// gives 0.
     virtual int GetString(char* buffer, unsigned int size);
     /// As fprintf() and fscanf(), with their results.
     virtual unsigned int Printf(const char* format, ...) ZM_PRINTF(2, 3);

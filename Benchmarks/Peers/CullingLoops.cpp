@@ -55,18 +55,26 @@ inline float NearestCorner(const float* plane, const float* box)
     return Distance(plane, box[plane[0] < 0 ? 0 : 3], box[plane[1] < 0 ? 1 : 4], box[plane[2] < 0 ? 2 : 5]);
 }
 
-void FrustumBoxes(const Work& w)
+/// Lists the objects of which distance(plane, i), that of the nearest part, is positive for no plane; the first that is
+/// ends the test.
+template <class Function>
+inline void ListInFrustum(const Work& w, Function distance)
 {
     const Scene& scene = SceneOf(w);
     List(w, [&](int i) {
-        for (const float* plane : {scene.frustumPlanes[0], scene.frustumPlanes[1], scene.frustumPlanes[2],
-                                   scene.frustumPlanes[3], scene.frustumPlanes[4], scene.frustumPlanes[5]}) {
-            if (NearestCorner(plane, scene.boxes[i]) > 0) {
+        for (const float(&plane)[4] : scene.frustumPlanes) {
+            if (distance(plane, i) > 0) {
                 return false;
             }
         }
         return true;
     });
+}
+
+void FrustumBoxes(const Work& w)
+{
+    const Scene& scene = SceneOf(w);
+    ListInFrustum(w, [&](const float* plane, int i) { return NearestCorner(plane, scene.boxes[i]); });
 }
 
 void FrustumBoxesByCentre(const Work& w)
@@ -88,14 +96,9 @@ void FrustumBoxesByCentre(const Work& w)
 void FrustumSpheres(const Work& w)
 {
     const Scene& scene = SceneOf(w);
-    List(w, [&](int i) {
+    ListInFrustum(w, [&](const float* plane, int i) {
         const float* sphere = scene.spheres[i];
-        for (const float(&plane)[4] : scene.frustumPlanes) {
-            if (Distance(plane, sphere[0], sphere[1], sphere[2]) > sphere[3]) {
-                return false;
-            }
-        }
-        return true;
+        return Distance(plane, sphere[0], sphere[1], sphere[2]) - sphere[3];
     });
 }
 

@@ -17,8 +17,9 @@ template <template <class> class Elements, template <class> class Test, class Ob
 int DispatchTest(int (*avx2)(const Object&, const ManyElements&), const Object& object, const ZmStridedData& elements,
                  int count, uint8_t* hits, uint32_t* indices)
 {
-    const ManyElements many = {static_cast<const char*>(elements.Ptr), ptrdiff_t(elements.Stride), count, hits,
-                               indices};
+    ManyElements many = {static_cast<const char*>(elements.Ptr), ptrdiff_t(elements.Stride), count, nullptr, nullptr};
+    many.hits = hits;
+    many.indices = indices;
     return DispatchWide(avx2, TestAll<SseLanes, Elements, Test, Object>, TestAll<ScalarLanes, Elements, Test, Object>,
                         object, many);
 }
@@ -54,7 +55,6 @@ int ZmSphereBoxes(const ZmSphere& sphere, const ZmStridedData& boxes, int count,
 
 void ZmTransformBoxes(const ZmStridedData& res, const ZmStridedData& boxes, const ZmMatrix& m, int count)
 {
-    const ZmMatrix matrix = m;  // a copy: results may lie over the matrix
     zm::DispatchWide(zm::avx2::TransformBoxes, zm::TransformMany<zm::SseLanes>, zm::TransformMany<zm::ScalarLanes>,
-                     zm::PairOf(res, boxes, count), zm::FloatsOf(matrix));
+                     zm::PairOf(res, boxes, count), zm::FloatsOf(m));
 }
