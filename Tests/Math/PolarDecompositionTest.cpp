@@ -31,7 +31,7 @@ TEST(PolarDecompositionTest, AxesStretchesAndRotationAreTheMatrix)
     OnEachPath(1000, [&](Random& random) {
         const int range = random.Int(0, 2);
         const auto element = [&] { return random.Float(1) * scales[random.Int(2 - range, 3 + range)]; };
-        const auto row = [&] { return zm::Triple(float(element()), float(element()), float(element())); };
+        const auto row = [&] { return zm::Triple{float(element()), float(element()), float(element())}; };
         const zm::Triple m[3] = {row(), row(), row()};
         const zm::PolarFactors factors = zm::DecomposePolar(m[0], m[1], m[2]);
 
