@@ -36,6 +36,10 @@ extern const Contender kSingles;
 /// The tasks of the columns (Inline.cpp).
 extern const Tasks kInlineTasks, kInlineQueryTasks;
 
+extern const Tasks kAnimationTasks;
+extern const Contender kAnimation;
+extern const Contender kAnimationSingly;
+
 extern const Tasks kQueryTasks;
 extern const Contender kQueries;
 

@@ -2,6 +2,7 @@
 
 /// Includes the headers of one family: vectors, matrices, quaternions, boxes, frustums, colours and arrays of them.
 
+#include "ZmAnimation.h"
 #include "ZmArithmetic.h"
 #include "ZmBbox.h"
 #include "ZmBuilders.h"

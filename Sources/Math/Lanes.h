@@ -68,6 +68,10 @@ struct ScalarLanes {
     {
         return {{f[0] * o.f[0], f[1] * o.f[1], f[2] * o.f[2], f[3] * o.f[3]}};
     }
+    ScalarLanes operator/(ScalarLanes o) const
+    {
+        return {{f[0] / o.f[0], f[1] / o.f[1], f[2] / o.f[2], f[3] / o.f[3]}};
+    }
 
     /// a < b ? a : b in each lane, like the processor's instruction: the second operand if either is NaN.
     static ScalarLanes Min(ScalarLanes a, ScalarLanes b)
@@ -312,6 +316,7 @@ struct Avx2Lanes {
     Avx2Lanes operator+(Avx2Lanes o) const { return {_mm256_add_ps(v, o.v)}; }
     Avx2Lanes operator-(Avx2Lanes o) const { return {_mm256_sub_ps(v, o.v)}; }
     Avx2Lanes operator*(Avx2Lanes o) const { return {_mm256_mul_ps(v, o.v)}; }
+    Avx2Lanes operator/(Avx2Lanes o) const { return {_mm256_div_ps(v, o.v)}; }
     static Avx2Lanes Min(Avx2Lanes a, Avx2Lanes b) { return {_mm256_min_ps(a.v, b.v)}; }
     static Avx2Lanes Max(Avx2Lanes a, Avx2Lanes b) { return {_mm256_max_ps(a.v, b.v)}; }
     static unsigned LessMask(Avx2Lanes a, Avx2Lanes b)

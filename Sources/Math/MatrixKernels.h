@@ -27,22 +27,40 @@ inline void FullProduct(float* res, const float* a, const float* b)
     }
 }
 
-/// The same for matrices with the fourth column (0, 0, 0, 1), which is not read. Rows without translation add a zero,
-/// so the sums are the same whether a register holds one row or two.
+/// The left factor of a product of matrices with the fourth column (0, 0, 0, 1), which is not read. Rows without
+/// translation add a zero, so the sums are the same whether a register holds one row or two.
+template <class L>
+struct AffineFactor {
+    static constexpr int kParts = 16 / L::kCount;
+
+    L row0, row1, row2, last[kParts];
+
+    explicit AffineFactor(const float* a) : row0(L::Row(a)), row1(L::Row(a + 4)), row2(L::Row(a + 8))
+    {
+        for (int i = 0; i < kParts; ++i) {
+            last[i] = L::LastRow(a + 12, i);
+        }
+    }
+
+    void Times(float* res, const float* b) const
+    {
+        L rows[kParts];
+        for (int i = 0; i < kParts; ++i) {
+            const L v = L::Load(b + i * L::kCount);
+            rows[i] = (v.template SplatInRows<0>() * row0 + v.template SplatInRows<1>() * row1) +
+                      (v.template SplatInRows<2>() * row2 + last[i]);
+        }
+        for (int i = 0; i < kParts; ++i) {
+            rows[i].WithAffineColumn(i).Store(res + i * L::kCount);
+        }
+    }
+};
+
+/// res = a * b as Zm3DMultiplyMatrix defines it.
 template <class L>
 inline void AffineProduct(float* res, const float* a, const float* b)
 {
-    const L a0 = L::Row(a), a1 = L::Row(a + 4), a2 = L::Row(a + 8);
-    const int parts = 16 / L::kCount;
-    L rows[parts];
-    for (int i = 0; i < parts; ++i) {
-        const L v = L::Load(b + i * L::kCount);
-        rows[i] = (v.template SplatInRows<0>() * a0 + v.template SplatInRows<1>() * a1) +
-                  (v.template SplatInRows<2>() * a2 + L::LastRow(a + 12, i));
-    }
-    for (int i = 0; i < parts; ++i) {
-        rows[i].WithAffineColumn(i).Store(res + i * L::kCount);
-    }
+    AffineFactor<L>(a).Times(res, b);
 }
 
 /// Affine inverse: the adjugate over the determinant. Computed in double, where products of two floats are exact, so

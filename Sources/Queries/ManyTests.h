@@ -1,7 +1,6 @@
 #pragma once
 
-#include "Math/Lanes.h"
-#include "Math/StridedPair.h"
+#include "Math/StridedLanes.h"
 #include "ZmBbox.h"
 #include "ZmFrustum.h"
 #include "ZmRay.h"
@@ -26,39 +25,6 @@ struct ManyElements {
 namespace {
 
 constexpr int kAxes = 3;
-
-/// Four floats at p and, in eight lanes, at the element four further on.
-template <class L>
-struct LoadAt {
-    static L Four(const char* p, ptrdiff_t) { return L::Load4(p); }
-    static L Two(const char* p, ptrdiff_t) { return L::Load2(p); }
-    static void StoreFour(L v, char* p, ptrdiff_t) { v.Store4(p); }
-    static void StoreTwo(L v, char* p, ptrdiff_t) { v.Store2(p); }
-};
-
-#ifdef __AVX2__
-template <>
-struct LoadAt<Avx2Lanes> {
-    static Avx2Lanes Four(const char* p, ptrdiff_t stride)
-    {
-        return Avx2Lanes::Halves(SseLanes::Load4(p), SseLanes::Load4(p + 4 * stride));
-    }
-    static Avx2Lanes Two(const char* p, ptrdiff_t stride)
-    {
-        return Avx2Lanes::Halves(SseLanes::Load2(p), SseLanes::Load2(p + 4 * stride));
-    }
-    static void StoreFour(Avx2Lanes v, char* p, ptrdiff_t stride)
-    {
-        v.Low().Store4(p);
-        v.High().Store4(p + 4 * stride);
-    }
-    static void StoreTwo(Avx2Lanes v, char* p, ptrdiff_t stride)
-    {
-        v.Low().Store2(p);
-        v.High().Store2(p + 4 * stride);
-    }
-};
-#endif
 
 /// Boxes component by component: Max, then Min.
 template <class L>
@@ -334,11 +300,9 @@ int TestMany(const Test& test, const ManyElements& many)
         found = WriteResults<L>(many, i, L::kCount, Passed(test, Elements(p, many.stride), L::kCount), found);
     }
     if (i < many.count) {
-        char rest[L::kCount * Elements::kBytes] = {};
-        for (int k = i; k < many.count; ++k, p += many.stride) {
-            memcpy(rest + (k - i) * Elements::kBytes, p, Elements::kBytes);
-        }
         const int count = many.count - i;
+        char rest[L::kCount * Elements::kBytes] = {};
+        Pack<Elements::kBytes>(rest, p, many.stride, count);
         found = WriteResults<L>(many, i, count, Passed(test, Elements(rest, Elements::kBytes), count), found);
     }
     return found;
@@ -367,19 +331,10 @@ template <class L>
 void TransformMany(StridedPair pair, const float* m)
 {
     using Boxes = BoxLanes<L>;
-    for (; pair.count >= L::kCount; Advance(pair, L::kCount)) {
-        BoxesAround(Boxes(pair.src, pair.srcStride), m).Store(pair.res, pair.resStride);
-    }
-    if (pair.count > 0) {
-        char rest[L::kCount * Boxes::kBytes] = {};
-        for (ptrdiff_t k = 0; k < pair.count; ++k) {
-            memcpy(rest + k * Boxes::kBytes, pair.src + k * pair.srcStride, Boxes::kBytes);
-        }
-        BoxesAround(Boxes(rest, Boxes::kBytes), m).Store(rest, Boxes::kBytes);
-        for (ptrdiff_t k = 0; k < pair.count; ++k) {
-            memcpy(pair.res + k * pair.resStride, rest + k * Boxes::kBytes, Boxes::kBytes);
-        }
-    }
+    const auto group = [m](char* res, ptrdiff_t resStride, const char* src, ptrdiff_t srcStride) {
+        BoxesAround(Boxes(src, srcStride), m).Store(res, resStride);
+    };
+    ForGroups<L, Boxes::kBytes, Boxes::kBytes>(pair, group);
 }
 
 }  // namespace

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "ZmMatrix.h"
+#include "ZmQuaternion.h"
+#include "ZmStridedData.h"
+
+#include <stdint.h>
+
+// The mathematics of scenes and skeletons for many elements in one call.
+//
+// Elements are ZmMatrix, ZmQuaternion and ZmVector records at any stride and alignment; nothing but their own bytes is
+// read and written. Results may lie where sources do if the strides are equal; other overlaps are not supported. A
+// count below 1 does nothing. Each element has the bits of the function that is named, on every path of the feature
+// word. Any thread may call.
+
+/// res[i] = a[i] * b[i] as Zm3DMultiplyMatrix defines it: affine, b first, then a. A stride of 0 gives all elements the
+/// same `a` or the same `b`.
+ZM_API void Zm3DMultiplyMatrixManyStrided(const ZmStridedData& res, const ZmStridedData& a, const ZmStridedData& b,
+                                          int count);
+
+/// The matrices of a hierarchy in the world: world[i] = world[parents[i]] * local[i], by Zm3DMultiplyMatrix. Parents
+/// stand before their children. A parent's number that is negative, or not below i, is none: world[i] is then local[i].
+ZM_API void ZmHierarchyStrided(const ZmStridedData& world, const ZmStridedData& local, const int* parents, int count);
+
+/// Zm3DInverseMatrix of each matrix: affine. Results for singular matrices are not written.
+ZM_API void Zm3DInverseMatrixStrided(const ZmStridedData& res, const ZmStridedData& src, int count);
+
+/// ZmQuaternion::ToMatrix of each quaternion, of any length but 0.
+ZM_API void ZmQuaternionToMatrixStrided(const ZmStridedData& res, const ZmStridedData& src, int count);
+
+/// Arrays of ZmSkinVertices().
+struct ZmSkin {
+    const ZmMatrix* palette;  ///< affine matrices, from the pose of rest to the present one
+    int paletteSize;          ///< an index beyond it counts as the last; below 1, nothing is done
+    int influences;           ///< matrices for each vertex, 1 to 4; other values count as the nearest
+    ZmStridedData indices;    ///< for each vertex `influences` bytes, or words of 16 bits if there are `wideIndices`
+    bool wideIndices;
+    ZmStridedData weights;  ///< for each vertex `influences` floats, which should add up to 1
+};
+
+/// Moves vertices with the bones of a skeleton (linear blend skinning). For each vertex the matrices are blended by
+/// their weights, (w0 * m0 + w1 * m1) + (w2 * m2 + w3 * m3) element by element as far as there are influences, and
+/// transform the position as Zm3DMultiplyMatrixVector does and the normal as Zm3DRotateVector does: normals are not
+/// normalised, and follow scaling like directions. Arrays of sources with null pointers are left out.
+ZM_API void ZmSkinVertices(const ZmSkin& skin, const ZmStridedData& resPositions, const ZmStridedData& positions,
+                           const ZmStridedData& resNormals, const ZmStridedData& normals, int count);
