@@ -5,6 +5,9 @@
 #include "Math/TransformKernels.h"
 #include "ZmAnimation.h"
 
+#include <algorithm>
+#include <limits>
+
 // Kernels over arrays of matrices, quaternions and vertices.
 
 namespace zm {
@@ -58,13 +61,14 @@ void PlaceNodes(const StridedPair& pair, const int* parents)
     }
 }
 
-inline void InvertMany(const StridedPair& pair)
+/// The first three of four floats at each of L::kCount places.
+template <class L>
+void LoadFours(L& x, L& y, L& z, const char* p, ptrdiff_t stride)
 {
-    char* res = pair.res;
-    const char* src = pair.src;
-    for (ptrdiff_t i = 0; i < pair.count; ++i, res += pair.resStride, src += pair.srcStride) {
-        AffineInverse(Floats(res), Floats(src));
-    }
+    const auto load = [&](int i) { return LoadAt<L>::Four(p + i * stride, stride); };
+    L unused = load(3);
+    x = load(0), y = load(1), z = load(2);
+    L::Transpose(x, y, z, unused);
 }
 
 /// Writes row `row` of L::kCount matrices, given by columns.
@@ -75,6 +79,118 @@ void StoreRows(char* res, ptrdiff_t stride, int row, L x, L y, L z, L w)
     const L rows[] = {x, y, z, w};
     for (int i = 0; i < 4; ++i) {
         LoadAt<L>::StoreFour(rows[i], res + i * stride + 16 * row, stride);
+    }
+}
+
+/// Vectors in double, component by component.
+struct DoubleVectors {
+    DoubleLanes x, y, z;
+
+    friend DoubleVectors Cross(const DoubleVectors& a, const DoubleVectors& b)
+    {
+        return {a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x};
+    }
+};
+
+/// 3x3 blocks of L::kCount matrices, by row, then column.
+template <class L>
+struct Blocks {
+    L at[3][3];
+};
+
+/// The lane twin of AffineInverse for four matrices, with the same bits: false if one of them is singular.
+inline bool InvertBlocks(Blocks<SseLanes>& res, const DoubleVectors& a, const DoubleVectors& b, const DoubleVectors& c)
+{
+    const DoubleVectors left = {b.y * c.z, b.z * c.x, b.x * c.y}, right = {b.z * c.y, b.x * c.z, b.y * c.x};
+    const DoubleVectors bc = {left.x - right.x, left.y - right.y, left.z - right.z};
+    // Summed in the order of DoubleLanes::SumsOfThree.
+    const DoubleLanes det = (a.z * bc.z + a.y * bc.y) + a.x * bc.x;
+    const DoubleLanes terms =
+        (a.z.Abs() * (left.z.Abs() + right.z.Abs()) + a.y.Abs() * (left.y.Abs() + right.y.Abs())) +
+        a.x.Abs() * (left.x.Abs() + right.x.Abs());
+    if (!DoubleLanes::AllAbove(det.Abs(), 0x1p-150, terms * DoubleLanes::Splat(1e-15))) {
+        return false;
+    }
+    const DoubleLanes factor = DoubleLanes::Splat(1) / det;
+    const DoubleVectors columns[] = {bc, Cross(c, a), Cross(a, b)};
+    for (int i = 0; i < 3; ++i) {
+        res.at[0][i] = (columns[i].x * factor).ToFloats();
+        res.at[1][i] = (columns[i].y * factor).ToFloats();
+        res.at[2][i] = (columns[i].z * factor).ToFloats();
+    }
+    return true;
+}
+
+inline bool InvertBlocks(Blocks<SseLanes>& res, const Blocks<SseLanes>& blocks)
+{
+    const auto row = [&](int i) {
+        const SseLanes(&r)[3] = blocks.at[i];
+        return DoubleVectors{DoubleLanes(r[0]), DoubleLanes(r[1]), DoubleLanes(r[2])};
+    };
+    return InvertBlocks(res, row(0), row(1), row(2));
+}
+
+#ifdef __AVX2__
+inline bool InvertBlocks(Blocks<Avx2Lanes>& res, const Blocks<Avx2Lanes>& blocks)
+{
+    Blocks<SseLanes> halves[2];
+    for (int half = 0; half < 2; ++half) {
+        const auto row = [&](int i) {
+            const auto lanes = [&](int k) {
+                return DoubleLanes(SseLanes::Load4(reinterpret_cast<const float*>(&blocks.at[i][k]) + 4 * half));
+            };
+            return DoubleVectors{lanes(0), lanes(1), lanes(2)};
+        };
+        if (!InvertBlocks(halves[half], row(0), row(1), row(2))) {
+            return false;
+        }
+    }
+    for (int i = 0; i < 3; ++i) {
+        for (int k = 0; k < 3; ++k) {
+            res.at[i][k] = Avx2Lanes::Halves(halves[0].at[i][k], halves[1].at[i][k]);
+        }
+    }
+    return true;
+}
+#endif
+
+/// Inverts L::kCount matrices, or returns false and writes nothing if one of them is singular.
+template <class L>
+bool InvertGroup(const StridedPair& pair)
+{
+    Blocks<L> blocks, inverse;
+    L origin[3];
+    for (int row = 0; row < 4; ++row) {
+        L(&r)[3] = row < 3 ? blocks.at[row] : origin;
+        LoadFours(r[0], r[1], r[2], pair.src + 16 * row, pair.srcStride);
+    }
+    if (!InvertBlocks(inverse, blocks)) {
+        return false;
+    }
+    const L none = L::Splat(0);
+    const L(&m)[3][3] = inverse.at;
+    L moved[3];
+    for (int i = 0; i < 3; ++i) {
+        moved[i] = none - ((origin[0] * m[0][i] + origin[1] * m[1][i]) + origin[2] * m[2][i]);
+    }
+    for (int i = 0; i < 3; ++i) {
+        StoreRows(pair.res, pair.resStride, i, m[i][0], m[i][1], m[i][2], none);
+    }
+    StoreRows(pair.res, pair.resStride, 3, moved[0], moved[1], moved[2], L::Splat(1));
+    return true;
+}
+
+template <class L>
+void InvertMany(StridedPair pair)
+{
+    while (pair.count > 0) {
+        const int count = pair.count < L::kCount ? int(pair.count) : L::kCount;
+        if (count < L::kCount || !InvertGroup<L>(pair)) {
+            for (int i = 0; i < count; ++i) {
+                AffineInverse(Floats(pair.res + i * pair.resStride), Floats(pair.src + i * pair.srcStride));
+            }
+        }
+        Advance(pair, count);
     }
 }
 
@@ -101,6 +217,37 @@ void QuaternionsToMatrices(const StridedPair& pair)
 
 // --- Skinning -------------------------------------------------------------------------
 
+/// Up to four indices of matrices, none beyond the last.
+template <class Index, int influences>
+class Bones {
+public:
+    Bones(const char* p, int paletteSize)
+    {
+        memcpy(&m_Packed, p, influences * sizeof(Index));
+        const int last = paletteSize - 1;
+        const __m128i numbers = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(&m_Packed));
+        _mm_storel_epi64(reinterpret_cast<__m128i*>(&m_Packed), Least(numbers, last));
+    }
+
+    const float* In(const ZmMatrix* palette, int k) const
+    {
+        return Floats(reinterpret_cast<const char*>(palette + Index(m_Packed >> (8 * sizeof(Index) * unsigned(k)))));
+    }
+
+private:
+    static __m128i Least(__m128i numbers, int last)
+    {
+        if constexpr (sizeof(Index) == 1) {
+            return _mm_min_epu8(numbers, _mm_set1_epi8(char(last < 0xFF ? last : 0xFF)));
+        } else {
+            const __m128i most = _mm_set1_epi16(short(last < 0xFFFF ? last : 0xFFFF));
+            return _mm_sub_epi16(numbers, _mm_subs_epu16(numbers, most));
+        }
+    }
+
+    uint64_t m_Packed = 0;
+};
+
 /// The matrices of a vertex, blended: one row or two in each register.
 template <class L>
 struct BlendedRows {
@@ -108,45 +255,47 @@ struct BlendedRows {
 
     L rows[kParts];
 
-    template <int influences>
-    void Set(const float* const (&matrices)[influences], const float (&weights)[influences])
+    template <class Index, int influences>
+    BlendedRows(const ZmMatrix* palette, const Bones<Index, influences>& bones, const char* weights)
     {
+        const auto part = [&](int k, int i) {
+            return L::SplatAt(weights, k) * L::Load(bones.In(palette, k) + i * L::kCount);
+        };
         for (int i = 0; i < kParts; ++i) {
-            const auto part = [&](int k) { return L::Splat(weights[k]) * L::Load(matrices[k] + i * L::kCount); };
-            L first = part(0);
+            rows[i] = part(0, i);
             if constexpr (influences > 1) {
-                first = first + part(1);
+                rows[i] = rows[i] + part(1, i);
             }
             if constexpr (influences == 3) {
-                first = first + part(2);
+                rows[i] = rows[i] + part(2, i);
             }
             if constexpr (influences == 4) {
-                first = first + (part(2) + part(3));
+                rows[i] = rows[i] + (part(2, i) + part(3, i));
             }
-            rows[i] = first;
         }
     }
 
-    template <Kind kind>
-    void Transform(char* res, const char* src) const
+    /// Transforms a position p and rotates a normal n.
+    void Move(char* position, const char* p, char* normal, const char* n) const
     {
-        const L x = L::SplatAt(src, 0), y = L::SplatAt(src, 1), z = L::SplatAt(src, 2);
-        const L moved = kind == POINT ? Blend(x, rows[0], y, rows[1], z, rows[2], rows[3])
-                                      : Blend(x, rows[0], y, rows[1], z, rows[2]);
-        moved.Store3(res);
+        const auto at = [](const char* v, int i) { return L::SplatAt(v, i); };
+        const L moved = Blend(at(p, 0), rows[0], at(p, 1), rows[1], at(p, 2), rows[2], rows[3]);
+        const L turned = Blend(at(n, 0), rows[0], at(n, 1), rows[1], at(n, 2), rows[2]);
+        moved.Store3(position);
+        turned.Store3(normal);
     }
 };
 
 #ifdef __AVX2__
+/// The position in the lower half, the normal, to which -0 is added, in the upper one.
 template <>
-template <Kind kind>
-void BlendedRows<Avx2Lanes>::Transform(char* res, const char* src) const
+void BlendedRows<Avx2Lanes>::Move(char* position, const char* p, char* normal, const char* n) const
 {
-    const auto at = [&](int i) { return SseLanes::SplatAt(src, i); };
-    const Avx2Lanes xy = Avx2Lanes::Halves(at(0), at(1)) * rows[0];
-    const Avx2Lanes zw = Avx2Lanes::Halves(at(2), SseLanes::Splat(1)) * rows[1];
-    const SseLanes last = kind == POINT ? zw.Low() + zw.High() : zw.Low();
-    ((xy.Low() + xy.High()) + last).Store3(res);
+    const Avx2Lanes v = Avx2Lanes::MaskedHalves(p, n, 3), last = rows[1].HighAnd(SseLanes::Splat(-0.0f));
+    const Avx2Lanes moved = Blend(v.SplatInRows<0>(), rows[0].LowTwice(), v.SplatInRows<1>(), rows[0].HighTwice(),
+                                  v.SplatInRows<2>(), rows[1].LowTwice(), last);
+    moved.Low().Store3(position);
+    moved.High().Store3(normal);
 }
 #endif
 
@@ -155,28 +304,27 @@ void SkinVertices(const ZmSkin& skin, const Vertices& vertices)
 {
     const char *indices = static_cast<const char*>(skin.indices.Ptr),
                *weights = static_cast<const char*>(skin.weights.Ptr);
-    const ptrdiff_t count = vertices.positions.count;
-    StridedPair positions = vertices.positions, normals = vertices.normals;
-    for (ptrdiff_t i = 0; i < count; ++i, indices += skin.indices.Stride, weights += skin.weights.Stride) {
-        Index numbers[influences];
-        float shares[influences];
-        memcpy(numbers, indices, sizeof(numbers));
-        memcpy(shares, weights, sizeof(shares));
-        const float* matrices[influences];
-        for (int k = 0; k < influences; ++k) {
-            const int number = numbers[k] < skin.paletteSize ? numbers[k] : skin.paletteSize - 1;
-            matrices[k] = reinterpret_cast<const float*>(skin.palette + number);
-        }
-        BlendedRows<L> blended;
-        blended.template Set<influences>(matrices, shares);
-        if (positions.src) {
-            blended.template Transform<POINT>(positions.res, positions.src);
-            Advance(positions, 1);
-        }
-        if (normals.src) {
-            blended.template Transform<ROTATE>(normals.res, normals.src);
-            Advance(normals, 1);
-        }
+    const ptrdiff_t indexStride = skin.indices.Stride, weightStride = skin.weights.Stride;
+    const ZmMatrix* const palette = skin.palette;
+    const int paletteSize = skin.paletteSize;
+    // An array that is left out follows the other one, to where nobody looks.
+    char unused[sizeof(ZmVector)];
+    const auto orUnused = [&unused](const StridedPair& pair, const StridedPair& other) {
+        return pair.src ? pair : StridedPair{unused, 0, other.src, other.srcStride, other.count};
+    };
+    const StridedPair positions = orUnused(vertices.positions, vertices.normals),
+                      normals = orUnused(vertices.normals, vertices.positions);
+    const char *p = positions.src, *n = normals.src;
+    char *moved = positions.res, *turned = normals.res;
+    for (ptrdiff_t left = p ? positions.count : 0; left > 0; --left) {
+        const Bones<Index, influences> bones(indices, paletteSize);
+        BlendedRows<L>(palette, bones, weights).Move(moved, p, turned, n);
+        indices += indexStride;
+        weights += weightStride;
+        moved += positions.resStride;
+        p += positions.srcStride;
+        turned += normals.resStride;
+        n += normals.srcStride;
     }
 }
 

@@ -102,12 +102,19 @@ struct DoubleLanes {
     DoubleLanes operator+(DoubleLanes o) const { return _mm256_add_pd(v, o.v); }
     DoubleLanes operator-(DoubleLanes o) const { return _mm256_sub_pd(v, o.v); }
     DoubleLanes operator*(DoubleLanes o) const { return _mm256_mul_pd(v, o.v); }
+    DoubleLanes operator/(DoubleLanes o) const { return _mm256_div_pd(v, o.v); }
     DoubleLanes operator^(DoubleLanes o) const { return _mm256_xor_pd(v, o.v); }
     DoubleLanes operator&(DoubleLanes o) const { return _mm256_and_pd(v, o.v); }
     DoubleLanes Abs() const { return _mm256_andnot_pd(_mm256_set1_pd(-0.0), v); }
     bool AllBelow(double limit) const
     {
         return _mm256_movemask_pd(_mm256_cmp_pd(Abs().v, _mm256_set1_pd(limit), _CMP_LT_OQ)) == 15;
+    }
+    /// Whether all lanes are above a limit and not below those of another.
+    static bool AllAbove(DoubleLanes a, double limit, DoubleLanes limits)
+    {
+        const __m256d above = _mm256_cmp_pd(a.v, _mm256_set1_pd(limit), _CMP_GT_OQ);
+        return _mm256_movemask_pd(_mm256_and_pd(above, _mm256_cmp_pd(a.v, limits.v, _CMP_GE_OQ))) == 15;
     }
     DoubleLanes Map(double (*f)(double)) const
     {
@@ -158,10 +165,18 @@ struct DoubleLanes {
     DoubleLanes operator+(DoubleLanes o) const { return {low + o.low, high + o.high}; }
     DoubleLanes operator-(DoubleLanes o) const { return {low - o.low, high - o.high}; }
     DoubleLanes operator*(DoubleLanes o) const { return {low * o.low, high * o.high}; }
+    DoubleLanes operator/(DoubleLanes o) const { return {low / o.low, high / o.high}; }
     DoubleLanes operator^(DoubleLanes o) const { return {low ^ o.low, high ^ o.high}; }
     DoubleLanes operator&(DoubleLanes o) const { return {low & o.low, high & o.high}; }
     DoubleLanes Abs() const { return {low.Abs(), high.Abs()}; }
     bool AllBelow(double limit) const { return low.AllBelow(limit) && high.AllBelow(limit); }
+    static bool AllAbove(DoubleLanes a, double limit, DoubleLanes limits)
+    {
+        const auto above = [limit](DoublePair p, DoublePair l) {
+            return _mm_and_pd(_mm_cmpgt_pd(p.v, _mm_set1_pd(limit)), _mm_cmpge_pd(p.v, l.v));
+        };
+        return _mm_movemask_pd(_mm_and_pd(above(a.low, limits.low), above(a.high, limits.high))) == 3;
+    }
     DoubleLanes Map(double (*f)(double)) const { return {low.Map(f), high.Map(f)}; }
     SseLanes ToFloats() const { return {_mm_movelh_ps(_mm_cvtpd_ps(low.v), _mm_cvtpd_ps(high.v))}; }
     DoubleLanes Yzx() const { return {_mm_shuffle_pd(low.v, high.v, 1), _mm_shuffle_pd(low.v, high.v, 2)}; }

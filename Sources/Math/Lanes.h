@@ -307,12 +307,31 @@ struct Avx2Lanes {
 
     static Avx2Lanes Load8(const char* p) { return {_mm256_loadu_ps(reinterpret_cast<const float*>(p))}; }
     static Avx2Lanes Splat(float s) { return {_mm256_set1_ps(s)}; }
+    static Avx2Lanes SplatAt(const void* p, int i)
+    {
+        float s;
+        memcpy(&s, static_cast<const char*>(p) + 4 * i, 4);
+        return Splat(s);
+    }
     static Avx2Lanes Halves(SseLanes low, SseLanes high)
     {
         return {_mm256_insertf128_ps(_mm256_castps128_ps256(low.v), high.v, 1)};
     }
+    /// The first `count` floats at `low` and at `high`, then zeros.
+    static Avx2Lanes MaskedHalves(const char* low, const char* high, int count)
+    {
+        const __m128i mask = _mm_cmplt_epi32(_mm_setr_epi32(0, 1, 2, 3), _mm_set1_epi32(count));
+        const auto load = [mask](const char* p) {
+            return SseLanes{_mm_maskload_ps(reinterpret_cast<const float*>(p), mask)};
+        };
+        return Halves(load(low), load(high));
+    }
     SseLanes Low() const { return {_mm256_castps256_ps128(v)}; }
     SseLanes High() const { return {_mm256_extractf128_ps(v, 1)}; }
+    Avx2Lanes LowTwice() const { return {_mm256_permute2f128_ps(v, v, 0x00)}; }
+    Avx2Lanes HighTwice() const { return {_mm256_permute2f128_ps(v, v, 0x11)}; }
+    /// The upper half, moved down, and another.
+    Avx2Lanes HighAnd(SseLanes high) const { return {_mm256_permute2f128_ps(v, _mm256_castps128_ps256(high.v), 0x21)}; }
     Avx2Lanes operator+(Avx2Lanes o) const { return {_mm256_add_ps(v, o.v)}; }
     Avx2Lanes operator-(Avx2Lanes o) const { return {_mm256_sub_ps(v, o.v)}; }
     Avx2Lanes operator*(Avx2Lanes o) const { return {_mm256_mul_ps(v, o.v)}; }

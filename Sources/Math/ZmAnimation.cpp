@@ -17,7 +17,7 @@ void ZmHierarchyStrided(const ZmStridedData& world, const ZmStridedData& local, 
 
 void Zm3DInverseMatrixStrided(const ZmStridedData& res, const ZmStridedData& src, int count)
 {
-    zm::DispatchAvx2(zm::avx2::InvertMany, zm::InvertMany, zm::PairOf(res, src, count));
+    zm::DispatchAvx2(zm::avx2::InvertMany, zm::InvertMany<zm::SseLanes>, zm::PairOf(res, src, count));
 }
 
 void ZmQuaternionToMatrixStrided(const ZmStridedData& res, const ZmStridedData& src, int count)

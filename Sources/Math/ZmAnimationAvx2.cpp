@@ -17,7 +17,7 @@ void PlaceNodes(const StridedPair& pair, const int* parents)
 
 void InvertMany(const StridedPair& pair)
 {
-    zm::InvertMany(pair);
+    zm::InvertMany<Avx2Lanes>(pair);
 }
 
 void QuaternionsToMatrices(const StridedPair& pair)

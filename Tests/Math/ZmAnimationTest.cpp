@@ -33,7 +33,7 @@ TEST(ZmAnimationTest, ProductsAndInversesAreThoseOfSingleMatrices)
 {
     OnEachPath(3, [](Random& random) {
         const auto affine = [&] { return random.Affine(3); };
-        for (size_t count = 0; count < 6; ++count) {
+        for (const size_t count : {size_t(0), size_t(1), size_t(5), size_t(8), kMost}) {
             const std::vector<ZmMatrix> a = Some<ZmMatrix>(count, affine), b = Some<ZmMatrix>(count, affine);
             const ZmMatrix one = affine(), empty({0, 0, 0}, {0, 0, 0}, {0, 0, 0}, {0, 0, 0});
             std::vector<ZmMatrix> products(a), byOne(a), ofOne(a), inverses(a);
@@ -55,9 +55,14 @@ TEST(ZmAnimationTest, ProductsAndInversesAreThoseOfSingleMatrices)
             ExpectSame(right, products);
             Zm3DInverseMatrixStrided(left.Data(), left.Data(), int(count));
             ExpectSame(left, inverses);
-            Strided<ZmMatrix> singular({empty, empty}, 64), kept({one, one}, 64);
-            Zm3DInverseMatrixStrided(kept.Data(), singular.Data(), 2);
-            ExpectSame(kept, {one, one});
+            // A singular matrix is left out, and its neighbours are not.
+            const size_t place = count / 2;
+            std::vector<ZmMatrix> sources(a);
+            sources.insert(sources.begin() + ptrdiff_t(place), empty);
+            inverses.insert(inverses.begin() + ptrdiff_t(place), one);
+            Strided<ZmMatrix> singular(sources, 64), kept(std::vector<ZmMatrix>(count + 1, one), 64);
+            Zm3DInverseMatrixStrided(kept.Data(), singular.Data(), int(count + 1));
+            ExpectSame(kept, inverses);
         }
     });
 }
