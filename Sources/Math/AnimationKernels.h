@@ -291,9 +291,9 @@ struct BlendedRows {
 template <>
 void BlendedRows<Avx2Lanes>::Move(char* position, const char* p, char* normal, const char* n) const
 {
-    const Avx2Lanes v = Avx2Lanes::MaskedHalves(p, n, 3), last = rows[1].HighAnd(SseLanes::Splat(-0.0f));
-    const Avx2Lanes moved = Blend(v.SplatInRows<0>(), rows[0].LowTwice(), v.SplatInRows<1>(), rows[0].HighTwice(),
-                                  v.SplatInRows<2>(), rows[1].LowTwice(), last);
+    const auto at = [=](int i) { return Avx2Lanes::SplatHalves(p, n, i); };
+    const Avx2Lanes moved = Blend(at(0), rows[0].LowTwice(), at(1), rows[0].HighTwice(), at(2), rows[1].LowTwice(),
+                                  rows[1].HighAnd(SseLanes::Splat(-0.0f)));
     moved.Low().Store3(position);
     moved.High().Store3(normal);
 }

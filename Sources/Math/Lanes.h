@@ -317,14 +317,10 @@ struct Avx2Lanes {
     {
         return {_mm256_insertf128_ps(_mm256_castps128_ps256(low.v), high.v, 1)};
     }
-    /// The first `count` floats at `low` and at `high`, then zeros.
-    static Avx2Lanes MaskedHalves(const char* low, const char* high, int count)
+    /// Float i at `low` in the lower half, and at `high` in the upper one.
+    static Avx2Lanes SplatHalves(const char* low, const char* high, int i)
     {
-        const __m128i mask = _mm_cmplt_epi32(_mm_setr_epi32(0, 1, 2, 3), _mm_set1_epi32(count));
-        const auto load = [mask](const char* p) {
-            return SseLanes{_mm_maskload_ps(reinterpret_cast<const float*>(p), mask)};
-        };
-        return Halves(load(low), load(high));
+        return SplatAt(low, i).From<0xF0>(SplatAt(high, i));
     }
     SseLanes Low() const { return {_mm256_castps256_ps128(v)}; }
     SseLanes High() const { return {_mm256_extractf128_ps(v, 1)}; }

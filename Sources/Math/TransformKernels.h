@@ -38,10 +38,14 @@ struct RowMatrix {
     }
 
     template <Kind kind>
+    L Apply(L x, L y, L z) const
+    {
+        return kind == POINT ? Blend(x, row0, y, row1, z, row2, row3) : Blend(x, row0, y, row1, z, row2);
+    }
+    template <Kind kind>
     L Apply(const void* p) const
     {
-        const L x = L::SplatAt(p, 0), y = L::SplatAt(p, 1), z = L::SplatAt(p, 2);
-        return kind == POINT ? Blend(x, row0, y, row1, z, row2, row3) : Blend(x, row0, y, row1, z, row2);
+        return Apply<kind>(L::SplatAt(p, 0), L::SplatAt(p, 1), L::SplatAt(p, 2));
     }
 };
 

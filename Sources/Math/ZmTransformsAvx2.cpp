@@ -6,13 +6,33 @@
 namespace zm {
 namespace {
 
+/// Two vectors in a register, at any strides.
+template <Kind kind>
+inline void TransformPairs(StridedPair pair, const float* m)
+{
+    const RowMatrix<Avx2Lanes> matrix(m);
+    const auto transform = [&](ptrdiff_t i) {
+        const char *p = pair.src + i * pair.srcStride, *q = p + pair.srcStride;
+        char* const res = pair.res + i * pair.resStride;
+        const auto at = [=](int k) { return Avx2Lanes::SplatHalves(p, q, k); };
+        const Avx2Lanes both = matrix.Apply<kind>(at(0), at(1), at(2));
+        both.Low().Store3(res);
+        both.High().Store3(res + pair.resStride);
+    };
+    for (; pair.count >= 4; Advance(pair, 4)) {
+        transform(0);
+        transform(2);
+    }
+    TransformRows<SseLanes, kind, 3>(pair, m);
+}
+
 template <Kind kind>
 inline void Transform(const StridedPair& pair, const float* m)
 {
     if (IsTight(pair)) {
         TransformTight<Avx2Lanes, kind>(pair, m);
     } else {
-        TransformRows<SseLanes, kind, 3>(pair, m);
+        TransformPairs<kind>(pair, m);
     }
 }
 
@@ -77,8 +97,7 @@ inline StridedPair TransformPairs4(StridedPair pair, const float* m)
             Pairs<stride>::Load(pair.src + 2 * i * pair.srcStride, pair.srcStride, x[i], y[i], z[i]);
         }
         for (int i = 0; i < n; ++i) {
-            Blend(x[i], matrix.row0, y[i], matrix.row1, z[i], matrix.row2, matrix.row3)
-                .template Put<stream>(pair.res + i * 32);
+            matrix.template Apply<POINT>(x[i], y[i], z[i]).template Put<stream>(pair.res + i * 32);
         }
     }
     return pair;
