@@ -193,6 +193,21 @@ void CopyToTightTriples(StridedPair pair)
     CopyElements<12>(pair);
 }
 
+/// Gathers eight bytes each: two of them fill a register, which halves the stores.
+void CopyToTightPairs(StridedPair pair)
+{
+    const ptrdiff_t groups = pair.count / 2, stride = pair.srcStride;
+    char* const res = pair.res;
+    const char* const src = pair.src;
+    ForEach(size_t(groups), [res, src, stride](size_t i) {
+        const char* const from = src + 2 * i * stride;
+        const SseLanes first = SseLanes::Load2(from), second = SseLanes::Load2(from + stride);
+        SseLanes::Shuffle<0, 1, 0, 1>(first, second).Store4(res + 16 * i);
+    });
+    Advance(pair, 2 * groups);
+    CopyElements<8>(pair);
+}
+
 bool IsElementSize(unsigned long size)
 {
     return size != 0 && size % 4 == 0;
@@ -251,6 +266,8 @@ int ZmCopyStructure(int count, void* dst, unsigned long dstStride, unsigned long
         memcpy(dst, src, size_t(size) * size_t(count));
     } else if (size == 12 && dstStride == 12 && srcStride >= 16 && zm::UseSse()) {
         zm::CopyToTightTriples(pair);
+    } else if (size == 8 && dstStride == 8 && zm::UseSse()) {
+        zm::CopyToTightPairs(pair);
     } else {
         zm::CopyAny(pair, size);
     }
