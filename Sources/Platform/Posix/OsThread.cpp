@@ -151,34 +151,31 @@ void AllowStopSignal()
     pthread_sigmask(SIG_UNBLOCK, &set, nullptr);
 }
 
-/// Locks a thread's endLock. Signals are blocked meanwhile: if the calling thread were stopped, the lock would stay
-/// held.
+/// Locks a thread's endLock. A stop of the calling thread is delayed meanwhile: the lock would stay held.
 class EndLockHolder {
 public:
     explicit EndLockHolder(Thread& thread) : m_Thread(thread)
     {
-        sigset_t all;
-        sigfillset(&all);
-        pthread_sigmask(SIG_SETMASK, &all, &m_OldMask);
+        BeginStopDelay();
         pthread_mutex_lock(&m_Thread.endLock);
     }
     ~EndLockHolder()
     {
         pthread_mutex_unlock(&m_Thread.endLock);
-        pthread_sigmask(SIG_SETMASK, &m_OldMask, nullptr);
+        EndStopDelay();
     }
     EndLockHolder(const EndLockHolder&) = delete;
     EndLockHolder& operator=(const EndLockHolder&) = delete;
 
 private:
     Thread& m_Thread;
-    sigset_t m_OldMask;
 };
 
-// The signal handler of a stopped thread jumps back here, past all frames of the thread's function.
+// The signal handler of a stopped thread jumps back here, past all frames of the thread's function. The stop signal then
+// stays blocked: the thread only has to end.
 unsigned RunUnlessStopped(Thread& self)
 {
-    if (sigsetjmp(self.beforeFunction, 1) == 0) {
+    if (sigsetjmp(self.beforeFunction, 0) == 0) {
         self.isStoppable = true;
         if (!self.stopWanted) {
             const unsigned code = self.function(self.argument);
