@@ -171,8 +171,8 @@ private:
     Thread& m_Thread;
 };
 
-// The signal handler of a stopped thread jumps back here, past all frames of the thread's function. The stop signal then
-// stays blocked: the thread only has to end.
+// The signal handler of a stopped thread jumps back here, past all frames of the thread's function. The stop signal
+// then stays blocked: the thread only has to end.
 unsigned RunUnlessStopped(Thread& self)
 {
     if (sigsetjmp(self.beforeFunction, 0) == 0) {
