@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ZmApi.h"
+#include "ZmStridedData.h"
 
 #include <stdint.h>
 
@@ -24,3 +24,19 @@ ZM_API uint32_t RGBAFTOCOLOR(float r, float g, float b, float a);
 /// Packs with each component scaled by 255, rounded and clamped. Values above 1 give 255. Values below 0 give 255 on
 /// the scalar path and 0 with the SSE feature bit set. `c` must not be null.
 ZM_API uint32_t RGBAFTOCOLOR(const ZmColor* c);
+
+/// The colour of a packed one, each component a byte / 255 to rounding. Packing it again gives the same word.
+inline ZmColor ZmUnpackedColor(uint32_t packed)
+{
+    const auto component = [packed](int bit) { return float(packed >> bit & 0xFF) / 255.0f; };
+    return {component(16), component(8), component(0), component(24)};
+}
+
+// Arrays of ZmColor and of packed colours (4 bytes), at any stride and alignment; nothing but their own bytes is read
+// and written. The results must not overlap the sources. A count below 1 does nothing.
+
+/// RGBAFTOCOLOR(const ZmColor*) of each colour, with the same bits on each path.
+ZM_API void ZmPackColorsStrided(const ZmStridedData& res, const ZmStridedData& colours, int count);
+
+/// ZmUnpackedColor() of each packed colour.
+ZM_API void ZmUnpackColorsStrided(const ZmStridedData& res, const ZmStridedData& packed, int count);
