@@ -3,6 +3,8 @@
 
 #include "../Each.h"
 
+#include <algorithm>
+#include <cstdint>
 #include <cstring>
 
 namespace bench {
@@ -109,6 +111,33 @@ void Gather(const Work& w)
     }
 }
 
+/// Rounded like our own: to nearest, and clamped.
+void PackColours(const Work& w)
+{
+    const float(*src)[4] = static_cast<const float(*)[4]>(w.src);
+    uint32_t* dst = static_cast<uint32_t*>(w.dst);
+    const int count = w.count;
+    for (int i = 0; i < count; ++i) {
+        const auto byte = [](float c) { return uint32_t(std::clamp(int(c * 255.0f + 0.5f), 0, 255)); };
+        const float* c = src[i];
+        dst[i] = byte(c[3]) << 24 | byte(c[0]) << 16 | byte(c[1]) << 8 | byte(c[2]);
+    }
+}
+
+void UnpackColours(const Work& w)
+{
+    const uint32_t* src = static_cast<const uint32_t*>(w.src);
+    float(*dst)[4] = static_cast<float(*)[4]>(w.dst);
+    const int count = w.count;
+    for (int i = 0; i < count; ++i) {
+        const uint32_t packed = src[i];
+        for (int k = 0; k < 4; ++k) {
+            const int bit = k == 3 ? 24 : 16 - 8 * k;
+            dst[i][k] = float(int(packed >> bit & 0xFF)) / 255.0f;
+        }
+    }
+}
+
 constexpr Entry kEntries[] = {
     {"Points/12to12", Points<12>},
     {"Points/12to12-in-place", PointsInPlace},
@@ -129,6 +158,8 @@ constexpr Entry kEntries[] = {
     {"Copy/32to16", Copy<16, 32>},
     {"Copy/32to20", Copy<20, 32>},
     {"Gather/12", Gather<12>},
+    {"Colours/pack", PackColours},
+    {"Colours/unpack", UnpackColours},
 };
 
 }  // namespace
