@@ -313,6 +313,83 @@ constexpr double AcosFromRoot(double c, double rootOfOneMinusC)
     return rootOfOneMinusC * (low + (high + p[8] * c4) * c4);
 }
 
+#if defined(__SSE2__)
+
+/// Two doubles in one register.
+struct TwoDoubles {
+    typedef double Register __attribute__((vector_size(16)));
+    Register v;
+
+    TwoDoubles(double first, double second) : v(Register{first, second}) {}
+    explicit TwoDoubles(Register r) : v(r) {}
+    double First() const { return v[0]; }
+    double Second() const { return v[1]; }
+    TwoDoubles operator+(const TwoDoubles& o) const { return TwoDoubles(v + o.v); }
+    TwoDoubles operator*(const TwoDoubles& o) const { return TwoDoubles(v * o.v); }
+};
+
+#else
+
+/// Two doubles.
+struct TwoDoubles {
+    double a, b;
+
+    TwoDoubles(double first, double second) : a(first), b(second) {}
+    double First() const { return a; }
+    double Second() const { return b; }
+    TwoDoubles operator+(const TwoDoubles& o) const { return {a + o.a, b + o.b}; }
+    TwoDoubles operator*(const TwoDoubles& o) const { return {a * o.a, b * o.b}; }
+};
+
+#endif
+
+/// Kept out of the code of its caller, which seldom needs it.
+__attribute__((noinline, cold)) inline TwoDoubles InverseOfAnyRoots(const TwoDoubles& squares)
+{
+    return {1 / Sqrt(squares.First()), 1 / Sqrt(squares.Second())};
+}
+
+/// 1 over the roots of two squares of lengths. Near 1, where those of units are, the tangent is within 4e-10 and saves
+/// the roots.
+inline TwoDoubles InverseRoots(const TwoDoubles& squares)
+{
+    constexpr double kNear = 0x1p-15;
+    const bool areNear = __builtin_fabs(squares.First() - 1) < kNear && __builtin_fabs(squares.Second() - 1) < kNear;
+    return __builtin_expect(areNear, 1) ? TwoDoubles(1.5, 1.5) + TwoDoubles(-0.5, -0.5) * squares
+                                        : InverseOfAnyRoots(squares);
+}
+
+/// The weights of two units in the slerp between them, from the cosine c of their angle, 0 to 1, and the shares 1 - t
+/// and t of the way, each from 0 to 1. They come multiplied by `factors`. Without a root or a division: the square of
+/// the angle, and the angle over its sine, are power series of c (D. Eberly, "A Fast and Accurate Algorithm for
+/// Computing SLERP", 2011, starts from the cosine, too), and sin(s) / s is one of the square of s. The polynomials
+/// interpolate them at Chebyshev nodes, of which one is c = 1 and s = 0; their errors of 9e-10, 4e-9 and 2e-11 leave
+/// the weights within 4e-9. Sums are grouped for the shortest time until the result is there.
+///
+/// `Two` is a pair of Numbers: doubles, or the lanes of the library's kernels.
+template <class Two, class Number>
+inline Two SlerpWeights(const Number& c, const Two& shares, const Two& factors)
+{
+    const Number square = c * c, fourth = square * square;
+    const Two c1(c, c), c2(square, square), c4(fourth, fourth);
+    const Two p0 = Two(2.4674010993799156, 1.570796323391662) + Two(-3.1415924379724136, -0.9999991773876009) * c1;
+    const Two p2 = Two(0.999991267855177, 0.7853647759509123) + Two(-0.5234587195928707, -0.6661289532273728) * c1;
+    const Two p4 = Two(0.33215921526000625, 0.5845112608205483) + Two(-0.22972664869864043, -0.5103332323214416) * c1;
+    const Two p6 = Two(0.15861567150769734, 0.4149494872629167) + Two(-0.0976813981414943, -0.28454343784822983) * c1;
+    const Two p8 = Two(0.04672059620112492, 0.1455707975852505) + Two(-0.014579964691200915, -0.04736374237884686) * c1;
+    const Two p10(0.0021513188926988937, 0.0071758981522021936);
+    const Two angle = (p0 + p2 * c2) + ((p4 + p6 * c2) + (p8 + p10 * c2) * c4) * c4;
+
+    const Number squareAngle = angle.First(), overSine = angle.Second();
+    const Two s = shares * shares * Two(squareAngle, squareAngle), s2 = s * s;
+    const Two q0 = Two(1, 1) + Two(-0.16666666631669166, -0.16666666631669166) * s;
+    const Two q2 =
+        Two(0.00833333132123851, 0.00833333132123851) + Two(-0.00019840893839724366, -0.00019840893839724366) * s;
+    const Two q4 =
+        Two(2.752660673757155e-06, 2.752660673757155e-06) + Two(-2.3909056149270033e-08, -2.3909056149270033e-08) * s;
+    return shares * factors * Two(overSine, overSine) * ((q0 + q2 * s2) + q4 * (s2 * s2));
+}
+
 /// Three doubles.
 struct Triple {
     double x, y, z;
