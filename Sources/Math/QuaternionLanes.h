@@ -1,0 +1,203 @@
+#pragma once
+
+#include "Math/StridedLanes.h"
+
+#include <math.h>
+
+// One, two or four quaternions or vectors as lanes of doubles, a register for each component. The rules of Lanes.h
+// apply here too.
+
+namespace zm {
+namespace {
+
+/// One element.
+struct OneDouble {
+    double v;
+
+    static constexpr int kCount = 1;
+    using Mask = bool;
+
+    OneDouble() = default;
+    explicit OneDouble(double s) : v(s) {}
+    OneDouble operator+(OneDouble o) const { return OneDouble(v + o.v); }
+    OneDouble operator-(OneDouble o) const { return OneDouble(v - o.v); }
+    OneDouble operator*(OneDouble o) const { return OneDouble(v * o.v); }
+    OneDouble operator/(OneDouble o) const { return OneDouble(v / o.v); }
+    OneDouble Root() const { return OneDouble(sqrt(v)); }
+    OneDouble Abs() const { return OneDouble(fabs(v)); }
+    /// 1 with the sign.
+    OneDouble Sign() const { return OneDouble(copysign(1, v)); }
+
+    static Mask Less(OneDouble a, OneDouble b) { return a.v < b.v; }
+    static Mask Equal(OneDouble a, OneDouble b) { return a.v == b.v; }
+    static Mask Both(Mask a, Mask b) { return a && b; }
+    static Mask Either(Mask a, Mask b) { return a || b; }
+    /// A bit for each lane.
+    static unsigned Bits(Mask mask) { return mask; }
+    static OneDouble Select(Mask mask, OneDouble a, OneDouble b) { return mask ? a : b; }
+
+    /// One float of each element.
+    static OneDouble Load(const char* p, ptrdiff_t)
+    {
+        float f;
+        memcpy(&f, p, sizeof(f));
+        return OneDouble(f);
+    }
+    template <int size>
+    static void Load(const char* p, ptrdiff_t, OneDouble (&res)[size])
+    {
+        float f[size];
+        memcpy(f, p, sizeof(f));
+        for (int i = 0; i < size; ++i) {
+            res[i] = OneDouble(f[i]);
+        }
+    }
+    template <int size>
+    static void Store(char* p, ptrdiff_t, const OneDouble (&from)[size])
+    {
+        float f[size];
+        for (int i = 0; i < size; ++i) {
+            f[i] = float(from[i].v);
+        }
+        memcpy(p, f, sizeof(f));
+    }
+};
+
+/// Loads and stores three or four floats.
+template <int size>
+SseLanes LoadElement(const char* p)
+{
+    return size == 3 ? SseLanes::Load3(p) : SseLanes::Load4(p);
+}
+template <int size>
+void StoreElement(SseLanes v, char* p)
+{
+    if (size == 3) {
+        v.Store3(p);
+    } else {
+        v.Store4(p);
+    }
+}
+
+inline float FloatAt(const char* p)
+{
+    float f;
+    memcpy(&f, p, sizeof(f));
+    return f;
+}
+
+/// Two elements.
+struct TwoInLanes {
+    __m128d v;
+
+    static constexpr int kCount = 2;
+    using Mask = __m128d;
+
+    TwoInLanes() = default;
+    TwoInLanes(__m128d r) : v(r) {}
+    explicit TwoInLanes(double s) : v(_mm_set1_pd(s)) {}
+    TwoInLanes operator+(TwoInLanes o) const { return _mm_add_pd(v, o.v); }
+    TwoInLanes operator-(TwoInLanes o) const { return _mm_sub_pd(v, o.v); }
+    TwoInLanes operator*(TwoInLanes o) const { return _mm_mul_pd(v, o.v); }
+    TwoInLanes operator/(TwoInLanes o) const { return _mm_div_pd(v, o.v); }
+    TwoInLanes Root() const { return _mm_sqrt_pd(v); }
+    TwoInLanes Abs() const { return _mm_andnot_pd(_mm_set1_pd(-0.0), v); }
+    TwoInLanes Sign() const { return _mm_or_pd(_mm_and_pd(_mm_set1_pd(-0.0), v), _mm_set1_pd(1)); }
+
+    static Mask Less(TwoInLanes a, TwoInLanes b) { return _mm_cmplt_pd(a.v, b.v); }
+    static Mask Equal(TwoInLanes a, TwoInLanes b) { return _mm_cmpeq_pd(a.v, b.v); }
+    static Mask Both(Mask a, Mask b) { return _mm_and_pd(a, b); }
+    static Mask Either(Mask a, Mask b) { return _mm_or_pd(a, b); }
+    static unsigned Bits(Mask mask) { return unsigned(_mm_movemask_pd(mask)); }
+    static TwoInLanes Select(Mask mask, TwoInLanes a, TwoInLanes b)
+    {
+        return _mm_or_pd(_mm_and_pd(mask, a.v), _mm_andnot_pd(mask, b.v));
+    }
+
+    static TwoInLanes Load(const char* p, ptrdiff_t stride)
+    {
+        return _mm_setr_pd(double(FloatAt(p)), double(FloatAt(p + stride)));
+    }
+    template <int size>
+    static void Load(const char* p, ptrdiff_t stride, TwoInLanes (&res)[size])
+    {
+        const __m128 a = LoadElement<size>(p).v, b = LoadElement<size>(p + stride).v;
+        const __m128 xy = _mm_unpacklo_ps(a, b), zw = _mm_unpackhi_ps(a, b);
+        res[0] = _mm_cvtps_pd(xy);
+        res[1] = _mm_cvtps_pd(_mm_movehl_ps(xy, xy));
+        res[2] = _mm_cvtps_pd(zw);
+        if constexpr (size == 4) {
+            res[3] = _mm_cvtps_pd(_mm_movehl_ps(zw, zw));
+        }
+    }
+    template <int size>
+    static void Store(char* p, ptrdiff_t stride, const TwoInLanes (&from)[size])
+    {
+        const __m128 x = _mm_cvtpd_ps(from[0].v), y = _mm_cvtpd_ps(from[1].v), z = _mm_cvtpd_ps(from[2].v);
+        const __m128 w = _mm_cvtpd_ps(from[size - 1].v);
+        const __m128 xy = _mm_unpacklo_ps(x, y), zw = _mm_unpacklo_ps(z, w);
+        StoreElement<size>({_mm_movelh_ps(xy, zw)}, p);
+        StoreElement<size>({_mm_movehl_ps(zw, xy)}, p + stride);
+    }
+};
+
+#ifdef __AVX2__
+
+/// Four elements.
+struct FourInLanes {
+    __m256d v;
+
+    static constexpr int kCount = 4;
+    using Mask = __m256d;
+
+    FourInLanes() = default;
+    FourInLanes(__m256d r) : v(r) {}
+    explicit FourInLanes(double s) : v(_mm256_set1_pd(s)) {}
+    FourInLanes operator+(FourInLanes o) const { return _mm256_add_pd(v, o.v); }
+    FourInLanes operator-(FourInLanes o) const { return _mm256_sub_pd(v, o.v); }
+    FourInLanes operator*(FourInLanes o) const { return _mm256_mul_pd(v, o.v); }
+    FourInLanes operator/(FourInLanes o) const { return _mm256_div_pd(v, o.v); }
+    FourInLanes Root() const { return _mm256_sqrt_pd(v); }
+    FourInLanes Abs() const { return _mm256_andnot_pd(_mm256_set1_pd(-0.0), v); }
+    FourInLanes Sign() const { return _mm256_or_pd(_mm256_and_pd(_mm256_set1_pd(-0.0), v), _mm256_set1_pd(1)); }
+
+    static Mask Less(FourInLanes a, FourInLanes b) { return _mm256_cmp_pd(a.v, b.v, _CMP_LT_OQ); }
+    static Mask Equal(FourInLanes a, FourInLanes b) { return _mm256_cmp_pd(a.v, b.v, _CMP_EQ_OQ); }
+    static Mask Both(Mask a, Mask b) { return _mm256_and_pd(a, b); }
+    static Mask Either(Mask a, Mask b) { return _mm256_or_pd(a, b); }
+    static unsigned Bits(Mask mask) { return unsigned(_mm256_movemask_pd(mask)); }
+    static FourInLanes Select(Mask mask, FourInLanes a, FourInLanes b) { return _mm256_blendv_pd(b.v, a.v, mask); }
+
+    static FourInLanes Load(const char* p, ptrdiff_t stride)
+    {
+        return _mm256_cvtps_pd(
+            _mm_setr_ps(FloatAt(p), FloatAt(p + stride), FloatAt(p + 2 * stride), FloatAt(p + 3 * stride)));
+    }
+    template <int size>
+    static void Load(const char* p, ptrdiff_t stride, FourInLanes (&res)[size])
+    {
+        SseLanes lanes[] = {LoadElement<size>(p), LoadElement<size>(p + stride), LoadElement<size>(p + 2 * stride),
+                            LoadElement<size>(p + 3 * stride)};
+        SseLanes::Transpose(lanes[0], lanes[1], lanes[2], lanes[3]);
+        for (int i = 0; i < size; ++i) {
+            res[i] = _mm256_cvtps_pd(lanes[i].v);
+        }
+    }
+    template <int size>
+    static void Store(char* p, ptrdiff_t stride, const FourInLanes (&from)[size])
+    {
+        SseLanes lanes[4] = {};
+        for (int i = 0; i < size; ++i) {
+            lanes[i].v = _mm256_cvtpd_ps(from[i].v);
+        }
+        SseLanes::Transpose(lanes[0], lanes[1], lanes[2], lanes[3]);
+        for (int i = 0; i < 4; ++i) {
+            StoreElement<size>(lanes[i], p + i * stride);
+        }
+    }
+};
+
+#endif
+
+}  // namespace
+}  // namespace zm
