@@ -8,11 +8,15 @@
 
 namespace zm {
 
-/// The sources of a bulk operation.
-template <int N>
+/// An array of sources.
+struct StridedSource {
+    const char* p;
+    ptrdiff_t stride;
+};
+
+/// The sources of a bulk operation, up to three. Those that it does not have are null, with a stride of 0.
 struct StridedSources {
-    const char* p[N];
-    ptrdiff_t stride[N];
+    StridedSource a, b, c;
 };
 
 /// An array of results.
@@ -28,15 +32,9 @@ void NlerpSingly(char* res, const char* a, const char* b, float t);
 
 namespace {
 
-inline StridedSources<2> SourcesOf(const ZmStridedData& a, const ZmStridedData& b)
+inline StridedSource SourceOf(const ZmStridedData& data)
 {
-    return {{static_cast<const char*>(a.Ptr), static_cast<const char*>(b.Ptr)}, {a.Stride, b.Stride}};
-}
-
-inline StridedSources<3> SourcesOf(const ZmStridedData& a, const ZmStridedData& b, const ZmStridedData& c)
-{
-    return {{static_cast<const char*>(a.Ptr), static_cast<const char*>(b.Ptr), static_cast<const char*>(c.Ptr)},
-            {a.Stride, b.Stride, c.Stride}};
+    return {static_cast<const char*>(data.Ptr), data.Stride};
 }
 
 inline StridedResults ResultsOf(const ZmStridedData& res, int count)
@@ -44,53 +42,80 @@ inline StridedResults ResultsOf(const ZmStridedData& res, int count)
     return {static_cast<char*>(res.Ptr), res.Stride, count};
 }
 
-/// Calls group(res, resStride, from) for each `Lanes` elements; OutBytes and Bytes are the sizes of elements. The last
-/// ones pass through memory of their own, which copies of them fill.
-template <int Lanes, int OutBytes, int... Bytes, class Group>
-void ForGroupsOf(StridedResults res, StridedSources<sizeof...(Bytes)> from, Group group)
+/// Sizes in bytes of a result and of the elements of each source, 0 for those that there are not.
+template <int res, int a, int b = 0, int c = 0>
+struct Sizes {
+    static constexpr int kRes = res, kA = a, kB = b, kC = c;
+};
+
+/// Copies of `count` elements, fewer than Lanes, and of the last of them in the remaining places.
+template <int Lanes, int Bytes>
+StridedSource Packed(char (&memory)[Lanes * 16], const StridedSource& from, ptrdiff_t count)
 {
-    constexpr int N = sizeof...(Bytes), bytes[] = {Bytes...}, kLargest = 16;
-    for (; res.count >= Lanes; res.count -= Lanes, res.p += Lanes * res.stride) {
+    for (ptrdiff_t i = 0; i < Lanes && Bytes > 0; ++i) {
+        memcpy(memory + i * Bytes, from.p + (i < count ? i : count - 1) * from.stride, Bytes);
+    }
+    return {memory, Bytes};
+}
+
+/// The last elements of ForGroupsOf(), which pass through memory of their own.
+template <int Lanes, class Sizes, class Group>
+void ForRestOf(Group group, const StridedResults& res, const StridedSources& from)
+{
+    char a[Lanes * 16], b[Lanes * 16], c[Lanes * 16], out[Lanes * Sizes::kRes];
+    group(out, ptrdiff_t(Sizes::kRes),
+          {Packed<Lanes, Sizes::kA>(a, from.a, res.count), Packed<Lanes, Sizes::kB>(b, from.b, res.count),
+           Packed<Lanes, Sizes::kC>(c, from.c, res.count)});
+    Unpack<Sizes::kRes>(res.p, res.stride, out, res.count);
+}
+
+template <int Lanes, class Sizes, class Group>
+__attribute__((always_inline)) inline void ForGroupsWith(Group group, StridedResults res, StridedSources from)
+{
+    for (; res.count >= Lanes; res.count -= Lanes) {
         group(res.p, res.stride, from);
-        for (int k = 0; k < N; ++k) {
-            from.p[k] += Lanes * from.stride[k];
-        }
+        res.p += Lanes * res.stride;
+        from.a.p += Lanes * from.a.stride;
+        from.b.p += Lanes * from.b.stride;
+        from.c.p += Lanes * from.c.stride;
     }
     if (res.count > 0) {
-        char in[N][Lanes * kLargest], out[Lanes * OutBytes];
-        StridedSources<N> packed;
-        for (int k = 0; k < N; ++k) {
-            for (ptrdiff_t i = 0; i < Lanes; ++i) {
-                const ptrdiff_t last = res.count - 1;
-                memcpy(in[k] + i * bytes[k], from.p[k] + (i < last ? i : last) * from.stride[k], size_t(bytes[k]));
-            }
-            packed.p[k] = in[k];
-            packed.stride[k] = bytes[k];
-        }
-        group(out, ptrdiff_t(OutBytes), packed);
-        Unpack<OutBytes>(res.p, res.stride, out, res.count);
+        ForRestOf<Lanes, Sizes>(group, res, from);
+    }
+}
+
+/// Calls group(res, resStride, from) for each `Lanes` elements. Strides that are just the sizes become constants.
+template <int Lanes, class Sizes, class Group>
+void ForGroupsOf(Group group, const StridedResults& res, const StridedSources& from)
+{
+    if (res.stride == Sizes::kRes && from.a.stride == Sizes::kA && from.b.stride == Sizes::kB &&
+        from.c.stride == Sizes::kC) {
+        ForGroupsWith<Lanes, Sizes>(group, {res.p, Sizes::kRes, res.count},
+                                    {{from.a.p, Sizes::kA}, {from.b.p, Sizes::kB}, {from.c.p, Sizes::kC}});
+    } else {
+        ForGroupsWith<Lanes, Sizes>(group, res, from);
     }
 }
 
 /// Stores a group, but elements of `special` as single(res, a, b, t) computes them. These are computed first, as the
 /// results may lie where the sources do.
 template <class L, class Single>
-void StoreWithout(unsigned special, Single single, char* res, ptrdiff_t stride, const L (&q)[4],
-                  const StridedSources<3>& from)
+void StoreWithout(unsigned special, Single single, char* res, ptrdiff_t stride, const Components<L>& q,
+                  const StridedSources& from)
 {
     if (__builtin_expect(special == 0, 1)) {
-        return L::Store(res, stride, q);
+        return L::template Store<4>(res, stride, q);
     }
     char alone[L::kCount][16];
     const auto isSpecial = [=](int i) { return (special >> i & 1) != 0; };
     for (int i = 0; i < L::kCount; ++i) {
         if (isSpecial(i)) {
-            single(alone[i], from.p[0] + i * from.stride[0], from.p[1] + i * from.stride[1],
-                   FloatAt(from.p[2] + i * from.stride[2]));
+            single(alone[i], from.a.p + i * from.a.stride, from.b.p + i * from.b.stride,
+                   FloatAt(from.c.p + i * from.c.stride));
         }
     }
     char all[L::kCount][16];
-    L::Store(all[0], 16, q);
+    L::template Store<4>(all[0], 16, q);
     for (int i = 0; i < L::kCount; ++i) {
         memcpy(res + i * stride, isSpecial(i) ? alone[i] : all[i], 16);
     }
@@ -112,17 +137,21 @@ struct TwoOf {
 };
 
 template <class L>
-L DotOf(const L (&a)[4], const L (&b)[4])
+L DotOf(const Components<L>& a, const Components<L>& b)
 {
-    return (a[0] * b[0] + a[1] * b[1]) + (a[2] * b[2] + a[3] * b[3]);
+    return (a.x * b.x + a.y * b.y) + (a.z * b.z + a.w * b.w);
 }
 
 template <class L>
-void WeightedSum(L (&a)[4], const L (&b)[4], L ka, L kb)
+Components<L> WeightedSum(const Components<L>& a, L ka, const Components<L>& b, L kb)
 {
-    for (int i = 0; i < 4; ++i) {
-        a[i] = a[i] * ka + b[i] * kb;
-    }
+    return {a.x * ka + b.x * kb, a.y * ka + b.y * kb, a.z * ka + b.z * kb, a.w * ka + b.w * kb};
+}
+
+template <class L>
+Components<L> Scaled(const Components<L>& v, L f)
+{
+    return {v.x * f, v.y * f, v.z * f, v.w * f};
 }
 
 /// InverseRoots() in lanes.
@@ -142,111 +171,145 @@ TwoOf<L> InverseRootsOf(const TwoOf<L>& squares)
 
 /// SlerpExact.
 template <class L>
-void SlerpGroup(char* res, ptrdiff_t stride, const StridedSources<3>& from)
-{
-    L a[4], b[4];
-    L::Load(from.p[0], from.stride[0], a);
-    L::Load(from.p[1], from.stride[1], b);
-    const L t = L::Load(from.p[2], from.stride[2]), dot = DotOf(a, b), none(0), one(1);
-    const TwoOf<L> factors = InverseRootsOf(TwoOf<L>(DotOf(a, a), DotOf(b, b)));
-    const L c = dot.Abs() * (factors.a * factors.b);
-    const TwoOf<L> nearer(one, (none + dot).Sign());
-    const TwoOf<L> weights = SlerpWeights(c, TwoOf<L>(one - t, t), factors * nearer);
-    WeightedSum(a, b, weights.a, weights.b);
-    const unsigned between = L::Bits(L::Both(L::Less(none, t), L::Less(t, one)));
-    StoreWithout(between ^ ((1u << L::kCount) - 1), SlerpSingly, res, stride, a, from);
-}
+struct SlerpGroup {
+    __attribute__((always_inline)) void operator()(char* res, ptrdiff_t stride, const StridedSources& from) const
+    {
+        const Components<L> a = L::template Load<4>(from.a.p, from.a.stride);
+        const Components<L> b = L::template Load<4>(from.b.p, from.b.stride);
+        const L t = L::Load(from.c.p, from.c.stride), dot = DotOf(a, b), none(0), one(1);
+        const TwoOf<L> factors = InverseRootsOf(TwoOf<L>(DotOf(a, a), DotOf(b, b)));
+        const L c = dot.Abs() * (factors.a * factors.b);
+        const TwoOf<L> nearer(one, (none + dot).Sign());
+        const TwoOf<L> weights = SlerpWeights(c, TwoOf<L>(one - t, t), factors * nearer);
+        const Components<L> q = WeightedSum(a, weights.a, b, weights.b);
+        const unsigned between = L::Bits(L::Both(L::Less(none, t), L::Less(t, one)));
+        StoreWithout(between ^ ((1u << L::kCount) - 1), SlerpSingly, res, stride, q, from);
+    }
+};
 
 /// Nlerp.
 template <class L>
-void NlerpGroup(char* res, ptrdiff_t stride, const StridedSources<3>& from)
-{
-    L a[4], b[4];
-    L::Load(from.p[0], from.stride[0], a);
-    L::Load(from.p[1], from.stride[1], b);
-    const L t = L::Load(from.p[2], from.stride[2]), none(0), one(1);
-    WeightedSum(a, b, one - t, t * (none + DotOf(a, b)).Sign());
-    const L f = one / DotOf(a, a).Root();
-    for (L& component : a) {
-        component = component * f;
+struct NlerpGroup {
+    __attribute__((always_inline)) void operator()(char* res, ptrdiff_t stride, const StridedSources& from) const
+    {
+        const Components<L> a = L::template Load<4>(from.a.p, from.a.stride);
+        const Components<L> b = L::template Load<4>(from.b.p, from.b.stride);
+        const L t = L::Load(from.c.p, from.c.stride), none(0), one(1);
+        const Components<L> chord = WeightedSum(a, one - t, b, t * (none + DotOf(a, b)).Sign());
+        const Components<L> q = Scaled(chord, one / DotOf(chord, chord).Root());
+        const unsigned atKeys = L::Bits(L::Either(L::Equal(t, none), L::Equal(t, one)));
+        StoreWithout(atKeys, NlerpSingly, res, stride, q, from);
     }
-    const unsigned atKeys = L::Bits(L::Either(L::Equal(t, none), L::Equal(t, one)));
-    StoreWithout(atKeys, NlerpSingly, res, stride, a, from);
+};
+
+template <class L>
+void SlerpMany(const StridedResults& res, const StridedSources& from)
+{
+    ForGroupsOf<L::kCount, Sizes<16, 16, 16, 4>>(SlerpGroup<L>(), res, from);
 }
 
 template <class L>
-void SlerpMany(const StridedResults& res, const StridedSources<3>& from)
+void NlerpMany(const StridedResults& res, const StridedSources& from)
 {
-    ForGroupsOf<L::kCount, 16, 16, 16, 4>(res, from, SlerpGroup<L>);
-}
-
-template <class L>
-void NlerpMany(const StridedResults& res, const StridedSources<3>& from)
-{
-    ForGroupsOf<L::kCount, 16, 16, 16, 4>(res, from, NlerpGroup<L>);
+    ForGroupsOf<L::kCount, Sizes<16, 16, 16, 4>>(NlerpGroup<L>(), res, from);
 }
 
 // --- Unit length ------------------------------------------------------------------------
 
 /// Normalized() of ZmVector, or of ZmQuaternion.
 template <class L, int size>
-void NormalizeGroup(char* res, ptrdiff_t stride, const StridedSources<1>& from)
-{
-    L v[size];
-    L::Load(from.p[0], from.stride[0], v);
-    L square = v[0] * v[0] + v[1] * v[1] + v[2] * v[2];
-    if constexpr (size == 4) {
-        square = square + v[3] * v[3];
-    }
-    const L f = L(1) / square.Root();
-    for (int i = 0; i < size; ++i) {
-        v[i] = v[i] * f;
-        if constexpr (size == 4) {
-            v[i] = L::Select(L::Equal(square, L(0)), L(i == 3 ? 1 : 0), v[i]);
+struct NormalizeGroup {
+    __attribute__((always_inline)) void operator()(char* res, ptrdiff_t stride, const StridedSources& from) const
+    {
+        const Components<L> v = L::template Load<size>(from.a.p, from.a.stride);
+        const L three = v.x * v.x + v.y * v.y + v.z * v.z;
+        if constexpr (size == 3) {
+            L::template Store<3>(res, stride, Scaled(v, L(1) / three.Root()));
+        } else {
+            const L square = three + v.w * v.w, none(0);
+            const Components<L> unit = Scaled(v, L(1) / square.Root());
+            const typename L::Mask isZero = L::Equal(square, none);
+            L::template Store<4>(res, stride,
+                                 {L::Select(isZero, none, unit.x), L::Select(isZero, none, unit.y),
+                                  L::Select(isZero, none, unit.z), L::Select(isZero, L(1), unit.w)});
         }
     }
-    L::Store(res, stride, v);
-}
+};
 
 template <class L, int size>
-void NormalizeMany(const StridedPair& pair)
+void NormalizeMany(const StridedResults& res, const StridedSources& from)
 {
-    ForGroupsOf<L::kCount, 4 * size, 4 * size>({pair.res, pair.resStride, pair.count}, {{pair.src}, {pair.srcStride}},
-                                               NormalizeGroup<L, size>);
+    ForGroupsOf<L::kCount, Sizes<4 * size, 4 * size>>(NormalizeGroup<L, size>(), res, from);
 }
 
 // --- Products -----------------------------------------------------------------------------
 
-/// Zm3DQuaternionMultiply, one or two in each register.
+constexpr float kSigns[] = {1, 1, 1, -1};
+
+/// One quaternion or two in each register.
 template <class L>
-void ProductGroup(char* res, ptrdiff_t stride, const StridedSources<2>& from)
+L LoadPair(const StridedSource& from)
 {
-    const auto load = [&](int k) {
-        if constexpr (L::kCount == 4) {
-            return L::Load4(from.p[k]);
-        } else {
-            return L::Halves(SseLanes::Load4(from.p[k]), SseLanes::Load4(from.p[k] + from.stride[k]));
-        }
-    };
-    constexpr float kSigns[] = {1, 1, 1, -1};
-    const L a = load(0), b = load(1), signs = L::Row(kSigns);
-    const L first = L::template Shuffle<3, 3, 3, 3>(a, a) * b;
-    const L second = L::template Shuffle<0, 1, 2, 0>(a, a) * signs * L::template Shuffle<3, 3, 3, 0>(b, b);
-    const L third = L::template Shuffle<1, 2, 0, 1>(a, a) * signs * L::template Shuffle<2, 0, 1, 1>(b, b);
-    const L last = L::template Shuffle<2, 0, 1, 2>(a, a) * L::template Shuffle<1, 2, 0, 2>(b, b);
-    const L product = first + second + third - last;
     if constexpr (L::kCount == 4) {
-        product.Store4(res);
+        return L::Load4(from.p);
     } else {
-        product.Low().Store4(res);
-        product.High().Store4(res + stride);
+        return from.stride == 16 ? L::Load8(from.p)
+                                 : L::Halves(SseLanes::Load4(from.p), SseLanes::Load4(from.p + from.stride));
     }
 }
 
+/// The left factors of Zm3DQuaternionMultiply.
 template <class L>
-void ProductMany(const StridedResults& res, const StridedSources<2>& from)
+struct LeftFactor {
+    L first, second, third, last;
+
+    explicit LeftFactor(L a)
+        : first(L::template Shuffle<3, 3, 3, 3>(a, a)), second(L::template Shuffle<0, 1, 2, 0>(a, a) * L::Row(kSigns)),
+          third(L::template Shuffle<1, 2, 0, 1>(a, a) * L::Row(kSigns)), last(L::template Shuffle<2, 0, 1, 2>(a, a))
+    {
+    }
+    void Times(L b, char* res, ptrdiff_t stride) const
+    {
+        const L product = first * b + second * L::template Shuffle<3, 3, 3, 0>(b, b) +
+                          third * L::template Shuffle<2, 0, 1, 1>(b, b) - last * L::template Shuffle<1, 2, 0, 2>(b, b);
+        if constexpr (L::kCount == 4) {
+            product.Store4(res);
+        } else {
+            product.Low().Store4(res);
+            product.High().Store4(res + stride);
+        }
+    }
+};
+
+template <class L>
+struct ProductGroup {
+    __attribute__((always_inline)) void operator()(char* res, ptrdiff_t stride, const StridedSources& from) const
+    {
+        LeftFactor<L>(LoadPair<L>(from.a)).Times(LoadPair<L>(from.b), res, stride);
+    }
+};
+
+/// Products with the same left factor.
+template <class L>
+struct ProductByOneGroup {
+    LeftFactor<L> left;
+
+    __attribute__((always_inline)) void operator()(char* res, ptrdiff_t stride, const StridedSources& from) const
+    {
+        left.Times(LoadPair<L>(from.a), res, stride);
+    }
+};
+
+template <class L>
+void ProductMany(const StridedResults& res, const StridedSources& from)
 {
-    ForGroupsOf<L::kCount / 4, 16, 16, 16>(res, from, ProductGroup<L>);
+    constexpr int kLanes = L::kCount / 4;
+    if (from.a.stride == 0 && res.count > 0) {
+        const LeftFactor<L> left(LoadPair<L>(from.a));
+        ForGroupsOf<kLanes, Sizes<16, 16>>(ProductByOneGroup<L>{left}, res, {from.b, {}, {}});
+    } else {
+        ForGroupsOf<kLanes, Sizes<16, 16, 16>>(ProductGroup<L>(), res, from);
+    }
 }
 
 // --- Transforms ---------------------------------------------------------------------------
@@ -271,23 +334,26 @@ void LoadThree(const char* p, ptrdiff_t stride, L (&res)[3])
 
 /// ZmTransform: positions, rotations, scales.
 template <class L>
-void TransformGroup(char* res, ptrdiff_t stride, const StridedSources<3>& from)
-{
-    L position[3], scale[3];
-    LoadThree(from.p[0], from.stride[0], position);
-    LoadThree(from.p[2], from.stride[2], scale);
-    const RotationOf<L> turn(from.p[1], from.stride[1]);
-    const L none = L::Splat(0);
-    for (int i = 0; i < 3; ++i) {
-        StoreRows<L>(res, stride, i, turn.m[i][0] * scale[i], turn.m[i][1] * scale[i], turn.m[i][2] * scale[i], none);
+struct TransformGroup {
+    __attribute__((always_inline)) void operator()(char* res, ptrdiff_t stride, const StridedSources& from) const
+    {
+        L position[3], scale[3];
+        LoadThree(from.a.p, from.a.stride, position);
+        LoadThree(from.c.p, from.c.stride, scale);
+        const RotationOf<L> turn(from.b.p, from.b.stride);
+        const L none = L::Splat(0);
+        for (int i = 0; i < 3; ++i) {
+            StoreRows<L>(res, stride, i, turn.m[i][0] * scale[i], turn.m[i][1] * scale[i], turn.m[i][2] * scale[i],
+                         none);
+        }
+        StoreRows<L>(res, stride, 3, position[0], position[1], position[2], L::Splat(1));
     }
-    StoreRows<L>(res, stride, 3, position[0], position[1], position[2], L::Splat(1));
-}
+};
 
 template <class L>
-void TransformMany(const StridedResults& res, const StridedSources<3>& from)
+void TransformMany(const StridedResults& res, const StridedSources& from)
 {
-    ForGroupsOf<L::kCount, sizeof(ZmMatrix), 12, 16, 12>(res, from, TransformGroup<L>);
+    ForGroupsOf<L::kCount, Sizes<sizeof(ZmMatrix), 12, 16, 12>>(TransformGroup<L>(), res, from);
 }
 
 }  // namespace
@@ -295,12 +361,12 @@ void TransformMany(const StridedResults& res, const StridedSources<3>& from)
 /// Kernels for processors with AVX2.
 namespace avx2 {
 
-void SlerpMany(const StridedResults& res, const StridedSources<3>& from);
-void NlerpMany(const StridedResults& res, const StridedSources<3>& from);
-void NormalizeVectors(const StridedPair& pair);
-void NormalizeQuaternions(const StridedPair& pair);
-void ProductMany(const StridedResults& res, const StridedSources<2>& from);
-void TransformMany(const StridedResults& res, const StridedSources<3>& from);
+void SlerpMany(const StridedResults& res, const StridedSources& from);
+void NlerpMany(const StridedResults& res, const StridedSources& from);
+void NormalizeVectors(const StridedResults& res, const StridedSources& from);
+void NormalizeQuaternions(const StridedResults& res, const StridedSources& from);
+void ProductMany(const StridedResults& res, const StridedSources& from);
+void TransformMany(const StridedResults& res, const StridedSources& from);
 
 }  // namespace avx2
 }  // namespace zm

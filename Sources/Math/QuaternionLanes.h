@@ -10,6 +10,12 @@
 namespace zm {
 namespace {
 
+/// The components of as many elements as L has lanes; those of vectors without w.
+template <class L>
+struct Components {
+    L x, y, z, w;
+};
+
 /// One element.
 struct OneDouble {
     double v;
@@ -44,22 +50,17 @@ struct OneDouble {
         return OneDouble(f);
     }
     template <int size>
-    static void Load(const char* p, ptrdiff_t, OneDouble (&res)[size])
+    static Components<OneDouble> Load(const char* p, ptrdiff_t)
     {
-        float f[size];
-        memcpy(f, p, sizeof(f));
-        for (int i = 0; i < size; ++i) {
-            res[i] = OneDouble(f[i]);
-        }
+        float f[4] = {};
+        memcpy(f, p, 4 * size);
+        return {OneDouble(f[0]), OneDouble(f[1]), OneDouble(f[2]), OneDouble(f[3])};
     }
     template <int size>
-    static void Store(char* p, ptrdiff_t, const OneDouble (&from)[size])
+    static void Store(char* p, ptrdiff_t, const Components<OneDouble>& c)
     {
-        float f[size];
-        for (int i = 0; i < size; ++i) {
-            f[i] = float(from[i].v);
-        }
-        memcpy(p, f, sizeof(f));
+        const float f[] = {float(c.x.v), float(c.y.v), float(c.z.v), float(c.w.v)};
+        memcpy(p, f, 4 * size);
     }
 };
 
@@ -119,23 +120,18 @@ struct TwoInLanes {
         return _mm_setr_pd(double(FloatAt(p)), double(FloatAt(p + stride)));
     }
     template <int size>
-    static void Load(const char* p, ptrdiff_t stride, TwoInLanes (&res)[size])
+    static Components<TwoInLanes> Load(const char* p, ptrdiff_t stride)
     {
         const __m128 a = LoadElement<size>(p).v, b = LoadElement<size>(p + stride).v;
         const __m128 xy = _mm_unpacklo_ps(a, b), zw = _mm_unpackhi_ps(a, b);
-        res[0] = _mm_cvtps_pd(xy);
-        res[1] = _mm_cvtps_pd(_mm_movehl_ps(xy, xy));
-        res[2] = _mm_cvtps_pd(zw);
-        if constexpr (size == 4) {
-            res[3] = _mm_cvtps_pd(_mm_movehl_ps(zw, zw));
-        }
+        return {_mm_cvtps_pd(xy), _mm_cvtps_pd(_mm_movehl_ps(xy, xy)), _mm_cvtps_pd(zw),
+                _mm_cvtps_pd(_mm_movehl_ps(zw, zw))};
     }
     template <int size>
-    static void Store(char* p, ptrdiff_t stride, const TwoInLanes (&from)[size])
+    static void Store(char* p, ptrdiff_t stride, const Components<TwoInLanes>& c)
     {
-        const __m128 x = _mm_cvtpd_ps(from[0].v), y = _mm_cvtpd_ps(from[1].v), z = _mm_cvtpd_ps(from[2].v);
-        const __m128 w = _mm_cvtpd_ps(from[size - 1].v);
-        const __m128 xy = _mm_unpacklo_ps(x, y), zw = _mm_unpacklo_ps(z, w);
+        const __m128 xy = _mm_unpacklo_ps(_mm_cvtpd_ps(c.x.v), _mm_cvtpd_ps(c.y.v));
+        const __m128 zw = _mm_unpacklo_ps(_mm_cvtpd_ps(c.z.v), _mm_cvtpd_ps(c.w.v));
         StoreElement<size>({_mm_movelh_ps(xy, zw)}, p);
         StoreElement<size>({_mm_movehl_ps(zw, xy)}, p + stride);
     }
@@ -170,30 +166,30 @@ struct FourInLanes {
 
     static FourInLanes Load(const char* p, ptrdiff_t stride)
     {
+        if (stride == sizeof(float)) {
+            return _mm256_cvtps_pd(SseLanes::Load4(p).v);
+        }
         return _mm256_cvtps_pd(
             _mm_setr_ps(FloatAt(p), FloatAt(p + stride), FloatAt(p + 2 * stride), FloatAt(p + 3 * stride)));
     }
     template <int size>
-    static void Load(const char* p, ptrdiff_t stride, FourInLanes (&res)[size])
+    static Components<FourInLanes> Load(const char* p, ptrdiff_t stride)
     {
-        SseLanes lanes[] = {LoadElement<size>(p), LoadElement<size>(p + stride), LoadElement<size>(p + 2 * stride),
-                            LoadElement<size>(p + 3 * stride)};
-        SseLanes::Transpose(lanes[0], lanes[1], lanes[2], lanes[3]);
-        for (int i = 0; i < size; ++i) {
-            res[i] = _mm256_cvtps_pd(lanes[i].v);
-        }
+        SseLanes a = LoadElement<size>(p), b = LoadElement<size>(p + stride), c = LoadElement<size>(p + 2 * stride),
+                 d = LoadElement<size>(p + 3 * stride);
+        SseLanes::Transpose(a, b, c, d);
+        return {_mm256_cvtps_pd(a.v), _mm256_cvtps_pd(b.v), _mm256_cvtps_pd(c.v), _mm256_cvtps_pd(d.v)};
     }
     template <int size>
-    static void Store(char* p, ptrdiff_t stride, const FourInLanes (&from)[size])
+    static void Store(char* p, ptrdiff_t stride, const Components<FourInLanes>& from)
     {
-        SseLanes lanes[4] = {};
-        for (int i = 0; i < size; ++i) {
-            lanes[i].v = _mm256_cvtpd_ps(from[i].v);
-        }
-        SseLanes::Transpose(lanes[0], lanes[1], lanes[2], lanes[3]);
-        for (int i = 0; i < 4; ++i) {
-            StoreElement<size>(lanes[i], p + i * stride);
-        }
+        SseLanes a = {_mm256_cvtpd_ps(from.x.v)}, b = {_mm256_cvtpd_ps(from.y.v)}, c = {_mm256_cvtpd_ps(from.z.v)},
+                 d = {_mm256_cvtpd_ps(from.w.v)};
+        SseLanes::Transpose(a, b, c, d);
+        StoreElement<size>(a, p);
+        StoreElement<size>(b, p + stride);
+        StoreElement<size>(c, p + 2 * stride);
+        StoreElement<size>(d, p + 3 * stride);
     }
 };
 

@@ -12,10 +12,10 @@ ZmQuaternion QuaternionAt(const char* p)
     return q;
 }
 
-/// An array of sources that may be left out.
-ZmStridedData OrAll(const ZmStridedData& data, const void* instead)
+/// An array, or the same for all elements if there is none.
+StridedSource SourceOr(const ZmStridedData& data, const void* same)
 {
-    return data.Ptr ? data : ZmStridedData(const_cast<void*>(instead), 0);
+    return data.Ptr ? SourceOf(data) : StridedSource{static_cast<const char*>(same), 0};
 }
 
 }  // namespace
@@ -38,32 +38,34 @@ void ZmSlerpStrided(const ZmStridedData& res, const ZmStridedData& a, const ZmSt
                     int count)
 {
     zm::DispatchWide(zm::avx2::SlerpMany, zm::SlerpMany<zm::TwoInLanes>, zm::SlerpMany<zm::OneDouble>,
-                     zm::ResultsOf(res, count), zm::SourcesOf(a, b, t));
+                     zm::ResultsOf(res, count), zm::StridedSources{zm::SourceOf(a), zm::SourceOf(b), zm::SourceOf(t)});
 }
 
 void ZmNlerpStrided(const ZmStridedData& res, const ZmStridedData& a, const ZmStridedData& b, const ZmStridedData& t,
                     int count)
 {
     zm::DispatchWide(zm::avx2::NlerpMany, zm::NlerpMany<zm::TwoInLanes>, zm::NlerpMany<zm::OneDouble>,
-                     zm::ResultsOf(res, count), zm::SourcesOf(a, b, t));
+                     zm::ResultsOf(res, count), zm::StridedSources{zm::SourceOf(a), zm::SourceOf(b), zm::SourceOf(t)});
 }
 
 void ZmNormalizeVectorStrided(const ZmStridedData& res, const ZmStridedData& src, int count)
 {
     zm::DispatchWide(zm::avx2::NormalizeVectors, zm::NormalizeMany<zm::TwoInLanes, 3>,
-                     zm::NormalizeMany<zm::OneDouble, 3>, zm::PairOf(res, src, count));
+                     zm::NormalizeMany<zm::OneDouble, 3>, zm::ResultsOf(res, count),
+                     zm::StridedSources{zm::SourceOf(src), {}, {}});
 }
 
 void ZmNormalizeQuaternionStrided(const ZmStridedData& res, const ZmStridedData& src, int count)
 {
     zm::DispatchWide(zm::avx2::NormalizeQuaternions, zm::NormalizeMany<zm::TwoInLanes, 4>,
-                     zm::NormalizeMany<zm::OneDouble, 4>, zm::PairOf(res, src, count));
+                     zm::NormalizeMany<zm::OneDouble, 4>, zm::ResultsOf(res, count),
+                     zm::StridedSources{zm::SourceOf(src), {}, {}});
 }
 
 void Zm3DQuaternionMultiplyStrided(const ZmStridedData& res, const ZmStridedData& a, const ZmStridedData& b, int count)
 {
     zm::DispatchWide(zm::avx2::ProductMany, zm::ProductMany<zm::SseLanes>, zm::ProductMany<zm::ScalarLanes>,
-                     zm::ResultsOf(res, count), zm::SourcesOf(a, b));
+                     zm::ResultsOf(res, count), zm::StridedSources{zm::SourceOf(a), zm::SourceOf(b), {}});
 }
 
 void ZmTransformMatrixStrided(const ZmStridedData& res, const ZmStridedData& positions, const ZmStridedData& rotations,
@@ -71,8 +73,8 @@ void ZmTransformMatrixStrided(const ZmStridedData& res, const ZmStridedData& pos
 {
     constexpr ZmVector kNowhere(0, 0, 0), kUnscaled(1, 1, 1);
     constexpr ZmQuaternion kUnturned;
-    const zm::StridedSources<3> sources =
-        zm::SourcesOf(zm::OrAll(positions, &kNowhere), zm::OrAll(rotations, &kUnturned), zm::OrAll(scales, &kUnscaled));
+    const zm::StridedSources sources = {zm::SourceOr(positions, &kNowhere), zm::SourceOr(rotations, &kUnturned),
+                                        zm::SourceOr(scales, &kUnscaled)};
     zm::DispatchWide(zm::avx2::TransformMany, zm::TransformMany<zm::SseLanes>, zm::TransformMany<zm::ScalarLanes>,
                      zm::ResultsOf(res, count), sources);
 }

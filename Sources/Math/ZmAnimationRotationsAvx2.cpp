@@ -5,32 +5,32 @@
 namespace zm {
 namespace avx2 {
 
-void SlerpMany(const StridedResults& res, const StridedSources<3>& from)
+void SlerpMany(const StridedResults& res, const StridedSources& from)
 {
     zm::SlerpMany<FourInLanes>(res, from);
 }
 
-void NlerpMany(const StridedResults& res, const StridedSources<3>& from)
+void NlerpMany(const StridedResults& res, const StridedSources& from)
 {
     zm::NlerpMany<FourInLanes>(res, from);
 }
 
-void NormalizeVectors(const StridedPair& pair)
+void NormalizeVectors(const StridedResults& res, const StridedSources& from)
 {
-    NormalizeMany<FourInLanes, 3>(pair);
+    NormalizeMany<FourInLanes, 3>(res, from);
 }
 
-void NormalizeQuaternions(const StridedPair& pair)
+void NormalizeQuaternions(const StridedResults& res, const StridedSources& from)
 {
-    NormalizeMany<FourInLanes, 4>(pair);
+    NormalizeMany<FourInLanes, 4>(res, from);
 }
 
-void ProductMany(const StridedResults& res, const StridedSources<2>& from)
+void ProductMany(const StridedResults& res, const StridedSources& from)
 {
     zm::ProductMany<Avx2Lanes>(res, from);
 }
 
-void TransformMany(const StridedResults& res, const StridedSources<3>& from)
+void TransformMany(const StridedResults& res, const StridedSources& from)
 {
     zm::TransformMany<Avx2Lanes>(res, from);
 }
