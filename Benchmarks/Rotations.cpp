@@ -7,10 +7,12 @@
 #include "ZmAnimation.h"
 #include "ZmBuilders.h"
 #include "ZmInterpolation.h"
+#include "ZmKeyFrames.h"
 
 #include <cstddef>
 #include <cstring>
 #include <memory>
+#include <vector>
 
 namespace bench {
 namespace {
@@ -25,6 +27,8 @@ std::unique_ptr<Turns> NewTurns()
         std::memcpy(made->from[i], in.p[from], sizeof(made->from[i]));
         std::memcpy(made->to[i], in.q[to], sizeof(made->to[i]));
         made->times[i] = in.t[(from + 7 * to) % kOperands];
+        made->keyTimes[i] = float(i);
+        made->moments[i] = float(i) * 999 / kTurns;
         std::memcpy(made->positions[i], random + 6 * i, sizeof(made->positions[i]));
         std::memcpy(made->scales[i], random + 6 * i + 3, sizeof(made->scales[i]));
     }
@@ -47,6 +51,8 @@ constexpr Task kTasks[] = {
     {"Animation/quaternion-products-by-one", 16, 0, Prepare, {1000, kTurns}, {0.60, 0.60}},
     {"Animation/normalize-vectors", 12, 0, Prepare, {1000, kTurns}, {0.60, 0.60}},
     {"Animation/normalize-quaternions", 16, 0, Prepare, {1000, kTurns}, {0.60, 0.60}},
+    {"Animation/sample-track", 16, 0, Prepare, {1000, kTurns}, {0.50, 0.50}, kFloats},
+    {"Animation/sample-tracks", 16, 0, Prepare, {100, kTurns / kTrackKeys}, {0.50, 0.50}, kFloats},
     {"Animation/transforms", 64, 0, Prepare, {1000, kTurns}, {0.50, 0.50}},
 };
 
@@ -98,6 +104,27 @@ void NormalizeQuaternions(const Work& w)
     ZmNormalizeQuaternionStrided(Array(w.dst, 16), Array(TurnsOf(w).from, 16), w.count);
 }
 
+void SampleTrack(const Work& w)
+{
+    const Turns& in = TurnsOf(w);
+    const ZmTrack track = {Array(in.keyTimes, 4), Array(in.to, 16), 1000};
+    ZmSampleRotations(Array(w.dst, 16), track, Array(in.moments, 4), w.count);
+}
+
+/// As a player does: each call a little later.
+void SampleTracks(const Work& w)
+{
+    static std::vector<int> cursors(kTurns / kTrackKeys);
+    static const std::vector<ZmTrack> tracks = [&] {
+        std::vector<ZmTrack> res;
+        for (int i = 0; i < kTurns / kTrackKeys; ++i) {
+            res.push_back({Array(TurnsOf(w).keyTimes, 4), Array(TurnsOf(w).to[i * kTrackKeys], 16), kTrackKeys});
+        }
+        return res;
+    }();
+    ZmSampleRotationTracks(Array(w.dst, 16), tracks.data(), w.count, 7.3f, cursors.data());
+}
+
 void Transforms(const Work& w)
 {
     const Turns& in = TurnsOf(w);
@@ -113,6 +140,8 @@ constexpr Entry kEntries[] = {
     {"Animation/quaternion-products-by-one", ProductsByOne},
     {"Animation/normalize-vectors", NormalizeVectors},
     {"Animation/normalize-quaternions", NormalizeQuaternions},
+    {"Animation/sample-track", SampleTrack},
+    {"Animation/sample-tracks", SampleTracks},
     {"Animation/transforms", Transforms},
 };
 

@@ -7,6 +7,7 @@
 #include <glm/glm.hpp>
 #include <glm/gtc/quaternion.hpp>
 
+#include <algorithm>
 #include <cmath>
 
 namespace bench {
@@ -77,6 +78,29 @@ void NormalizeQuaternions(const Work& w)
     Each<quat>(w, [](quat& res, const Turns& in, int i) { res = glm::normalize(As<quat>(in.from[i])); });
 }
 
+/// A sample of `keys` rotations from `values`.
+inline quat Sample(const Turns& in, const float (*values)[4], int keys, float time)
+{
+    const float* const next = std::upper_bound(in.keyTimes, in.keyTimes + keys, time);
+    const int i = int(next - in.keyTimes) - 1;
+    if (i < 0 || i + 1 == keys) {
+        return As<quat>(values[i < 0 ? 0 : i]);
+    }
+    const float share = (time - in.keyTimes[i]) / (in.keyTimes[i + 1] - in.keyTimes[i]);
+    return glm::slerp(As<quat>(values[i]), As<quat>(values[i + 1]), share);
+}
+
+void SampleTrack(const Work& w)
+{
+    Each<quat>(w, [](quat& res, const Turns& in, int i) { res = Sample(in, in.to, 1000, in.moments[i]); });
+}
+
+void SampleTracks(const Work& w)
+{
+    Each<quat>(w,
+               [](quat& res, const Turns& in, int i) { res = Sample(in, in.to + i * kTrackKeys, kTrackKeys, 7.3f); });
+}
+
 void Transforms(const Work& w)
 {
     // GLM turns the other way.
@@ -137,6 +161,8 @@ constexpr Entry kEntries[] = {
     {"Animation/normalize-vectors", NormalizeVectors},
     {"Animation/normalize-quaternions", NormalizeQuaternions},
     {"Animation/normalize-quaternions", PlainNormalizeQuaternions, "plain"},
+    {"Animation/sample-track", SampleTrack},
+    {"Animation/sample-tracks", SampleTracks},
     {"Animation/transforms", Transforms},
 };
 
