@@ -47,13 +47,13 @@ constexpr Task kTasks[] = {
     {"Animation/slerp", 16, 0, Prepare, {1000, kTurns}, {0.35, 0.35}, kFloats},
     {"Animation/slerp-at-one-time", 16, 0, Prepare, {1000, kTurns}, {0.35, 0.35}, kFloats},
     {"Animation/nlerp", 16, 0, Prepare, {1000, kTurns}, {0.35, 0.35}, kFloats},
-    {"Animation/quaternion-products", 16, 0, Prepare, {1000, kTurns}, {0.60, 0.60}},
-    {"Animation/quaternion-products-by-one", 16, 0, Prepare, {1000, kTurns}, {0.60, 0.60}},
-    {"Animation/normalize-vectors", 12, 0, Prepare, {1000, kTurns}, {0.60, 0.60}},
-    {"Animation/normalize-quaternions", 16, 0, Prepare, {1000, kTurns}, {0.60, 0.60}},
-    {"Animation/sample-track", 16, 0, Prepare, {1000, kTurns}, {0.50, 0.50}, kFloats},
-    {"Animation/sample-tracks", 16, 0, Prepare, {100, kTurns / kTrackKeys}, {0.50, 0.50}, kFloats},
-    {"Animation/transforms", 64, 0, Prepare, {1000, kTurns}, {0.50, 0.50}},
+    {"Animation/quaternion-products", 16, 0, Prepare, {1000, kTurns}, {1.10, 1.10}},
+    {"Animation/quaternion-products-by-one", 16, 0, Prepare, {1000, kTurns}, {0.80, 0.80}},
+    {"Animation/normalize-vectors", 12, 0, Prepare, {1000, kTurns}, {0.90, 0.90}},
+    {"Animation/normalize-quaternions", 16, 0, Prepare, {1000, kTurns}, {0.90, 0.90}},
+    {"Animation/sample-track", 16, 0, Prepare, {1000, kTurns}, {0.40, 0.40}, kFloats},
+    {"Animation/sample-tracks", 16, 0, Prepare, {100, kTurns / kTrackKeys}, {0.60, 0.60}, kFloats},
+    {"Animation/transforms", 64, 0, Prepare, {1000, kTurns}, {0.85, 0.85}},
 };
 
 const Turns& TurnsOf(const Work& w)

@@ -25,8 +25,8 @@ struct Turn {
     friend Turn operator*(const Turn& q, double s) { return {q.xy * TwoDoubles(s, s), q.zw * TwoDoubles(s, s)}; }
     friend double Dot(const Turn& a, const Turn& b)
     {
-        const TwoDoubles xy = a.xy * b.xy, zw = a.zw * b.zw;
-        return (xy.First() + xy.Second()) + (zw.First() + zw.Second());
+        const TwoDoubles low = a.xy * b.xy, high = a.zw * b.zw;
+        return (low.First() + low.Second()) + (high.First() + high.Second());
     }
     /// Dot(a, a) and Dot(b, b).
     friend TwoDoubles SquareLengths(const Turn& a, const Turn& b)
@@ -48,7 +48,7 @@ __attribute__((always_inline)) inline Turn SlerpOf(const Turn& a, const Turn& b,
     return a * weights.First() + b * weights.Second();
 }
 
-/// The same for any t, and lengths of 1. Kept out of the code of its callers, which seldom need it.
+/// SlerpOf for any t, and lengths of 1. Kept out of the code of its callers, which seldom need it.
 __attribute__((noinline, cold)) inline Turn SlerpBeyond(const Turn& a, const Turn& b, double t)
 {
     const double dot = Dot(a, b), c = dot < 0 ? -dot : dot;
@@ -140,11 +140,11 @@ inline ZmMatrix Orthonormalized(const ZmMatrix& m)
 inline ZmQuaternion Nlerp(const ZmQuaternion& a, const ZmQuaternion& b, float t)
 {
     const zm::Turn from(a), to(b);
-    const bool away = Dot(from, to) < 0;
+    const double nearer = __builtin_copysign(1, 0 + Dot(from, to));
     if (t == 0 || t == 1) {
-        return t == 0 ? a : away ? -b : b;
+        return t == 0 ? a : nearer < 0 ? -b : b;
     }
-    return (from * (1 - double(t)) + to * (away ? -double(t) : double(t))).Unit().ToFloats();
+    return (from * (1 - double(t)) + to * (t * nearer)).Unit().ToFloats();
 }
 
 /// Spherical interpolation along the shorter arc, of unit length to rounding: a at t = 0, b or -b at t = 1, both with

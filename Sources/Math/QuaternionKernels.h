@@ -34,12 +34,12 @@ namespace {
 
 inline StridedSource SourceOf(const ZmStridedData& data)
 {
-    return {static_cast<const char*>(data.Ptr), data.Stride};
+    return {static_cast<const char*>(data.Ptr), ptrdiff_t(data.Stride)};
 }
 
 inline StridedResults ResultsOf(const ZmStridedData& res, int count)
 {
-    return {static_cast<char*>(res.Ptr), res.Stride, count};
+    return {static_cast<char*>(res.Ptr), ptrdiff_t(res.Stride), count};
 }
 
 /// Sizes in bytes of a result and of the elements of each source, 0 for those that there are not.
@@ -179,8 +179,8 @@ struct SlerpGroup {
         const L t = L::Load(from.c.p, from.c.stride), dot = DotOf(a, b), none(0), one(1);
         const TwoOf<L> factors = InverseRootsOf(TwoOf<L>(DotOf(a, a), DotOf(b, b)));
         const L c = dot.Abs() * (factors.a * factors.b);
-        const TwoOf<L> nearer(one, (none + dot).Sign());
-        const TwoOf<L> weights = SlerpWeights(c, TwoOf<L>(one - t, t), factors * nearer);
+        const TwoOf<L> nearer(factors.a, factors.b.WithSignOf(none + dot));
+        const TwoOf<L> weights = SlerpWeights(c, TwoOf<L>(one - t, t), nearer);
         const Components<L> q = WeightedSum(a, weights.a, b, weights.b);
         const unsigned between = L::Bits(L::Both(L::Less(none, t), L::Less(t, one)));
         StoreWithout(between ^ ((1u << L::kCount) - 1), SlerpSingly, res, stride, q, from);
@@ -195,7 +195,7 @@ struct NlerpGroup {
         const Components<L> a = L::template Load<4>(from.a.p, from.a.stride);
         const Components<L> b = L::template Load<4>(from.b.p, from.b.stride);
         const L t = L::Load(from.c.p, from.c.stride), none(0), one(1);
-        const Components<L> chord = WeightedSum(a, one - t, b, t * (none + DotOf(a, b)).Sign());
+        const Components<L> chord = WeightedSum(a, one - t, b, t * one.WithSignOf(none + DotOf(a, b)));
         const Components<L> q = Scaled(chord, one / DotOf(chord, chord).Root());
         const unsigned atKeys = L::Bits(L::Either(L::Equal(t, none), L::Equal(t, one)));
         StoreWithout(atKeys, NlerpSingly, res, stride, q, from);

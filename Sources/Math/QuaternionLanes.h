@@ -31,8 +31,8 @@ struct OneDouble {
     OneDouble operator/(OneDouble o) const { return OneDouble(v / o.v); }
     OneDouble Root() const { return OneDouble(sqrt(v)); }
     OneDouble Abs() const { return OneDouble(fabs(v)); }
-    /// 1 with the sign.
-    OneDouble Sign() const { return OneDouble(copysign(1, v)); }
+    /// The magnitude with another's sign.
+    OneDouble WithSignOf(OneDouble o) const { return OneDouble(copysign(v, o.v)); }
 
     static Mask Less(OneDouble a, OneDouble b) { return a.v < b.v; }
     static Mask Equal(OneDouble a, OneDouble b) { return a.v == b.v; }
@@ -103,7 +103,11 @@ struct TwoInLanes {
     TwoInLanes operator/(TwoInLanes o) const { return _mm_div_pd(v, o.v); }
     TwoInLanes Root() const { return _mm_sqrt_pd(v); }
     TwoInLanes Abs() const { return _mm_andnot_pd(_mm_set1_pd(-0.0), v); }
-    TwoInLanes Sign() const { return _mm_or_pd(_mm_and_pd(_mm_set1_pd(-0.0), v), _mm_set1_pd(1)); }
+    TwoInLanes WithSignOf(TwoInLanes o) const
+    {
+        const __m128d sign = _mm_set1_pd(-0.0);
+        return _mm_or_pd(_mm_and_pd(sign, o.v), _mm_andnot_pd(sign, v));
+    }
 
     static Mask Less(TwoInLanes a, TwoInLanes b) { return _mm_cmplt_pd(a.v, b.v); }
     static Mask Equal(TwoInLanes a, TwoInLanes b) { return _mm_cmpeq_pd(a.v, b.v); }
@@ -155,7 +159,11 @@ struct FourInLanes {
     FourInLanes operator/(FourInLanes o) const { return _mm256_div_pd(v, o.v); }
     FourInLanes Root() const { return _mm256_sqrt_pd(v); }
     FourInLanes Abs() const { return _mm256_andnot_pd(_mm256_set1_pd(-0.0), v); }
-    FourInLanes Sign() const { return _mm256_or_pd(_mm256_and_pd(_mm256_set1_pd(-0.0), v), _mm256_set1_pd(1)); }
+    FourInLanes WithSignOf(FourInLanes o) const
+    {
+        const __m256d sign = _mm256_set1_pd(-0.0);
+        return _mm256_or_pd(_mm256_and_pd(sign, o.v), _mm256_andnot_pd(sign, v));
+    }
 
     static Mask Less(FourInLanes a, FourInLanes b) { return _mm256_cmp_pd(a.v, b.v, _CMP_LT_OQ); }
     static Mask Equal(FourInLanes a, FourInLanes b) { return _mm256_cmp_pd(a.v, b.v, _CMP_EQ_OQ); }

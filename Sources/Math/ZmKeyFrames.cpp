@@ -47,21 +47,24 @@ int FindKey(const ZmTrack& track, float time, int cursor)
     return LastKeyBefore(track, time, cursor + 2, track.count);
 }
 
-/// Where a sample lies: at `key` or, if `share` is above 0, that part of the way from there to the next.
-struct Place {
+/// The time from a key to the next; none from the last key, or before the first.
+struct Segment {
     int key;
-    float share;
+    double start, end;
+
+    bool Holds(float time) const { return start <= time && time < end; }
+    /// How far a time is on its way to the end: 0 where it is the key's, or that of a key whose time is NaN.
+    float ShareAt(float time) const
+    {
+        const double past = time - start, length = end - start;
+        return past > 0 && length > 0 ? float(past / length) : 0;
+    }
 };
 
-Place PlaceOf(const ZmTrack& track, float time, int cursor)
+Segment FindSegment(const ZmTrack& track, float time, int cursor)
 {
-    const int key = FindKey(track, time, cursor);
-    const double start = ElementAt<float>(track.times, key), past = time - start;
-    if (!(past > 0) || key + 1 >= track.count) {
-        return {key, 0};
-    }
-    const float share = float(past / (ElementAt<float>(track.times, key + 1) - start));
-    return {key, share > 0 ? share : 0};  // also for keys whose times are NaN
+    const int key = FindKey(track, time, cursor), next = key + 1 < track.count ? key + 1 : key;
+    return {key, ElementAt<float>(track.times, key), ElementAt<float>(track.times, next)};
 }
 
 float Lerp(float a, float b, float t)
@@ -74,11 +77,12 @@ template <class T>
 class LinearWriter {
 public:
     explicit LinearWriter(const ZmStridedData& res) : m_Res(res) {}
-    void Write(int i, const ZmTrack& track, const Place& place)
+    /// Sample i, at `key` or some share of the way from there to the next.
+    void Write(int i, const ZmTrack& track, int key, float share)
     {
-        T value = ElementAt<T>(track.values, place.key);
-        if (place.share > 0) {
-            value = Lerp(value, ElementAt<T>(track.values, place.key + 1), place.share);
+        T value = ElementAt<T>(track.values, key);
+        if (share > 0) {
+            value = Lerp(value, ElementAt<T>(track.values, key + 1), share);
         }
         memcpy(At(m_Res, i), &value, sizeof(value));
     }
@@ -92,15 +96,15 @@ private:
 class RotationWriter {
 public:
     explicit RotationWriter(const ZmStridedData& res) : m_Res(res) {}
-    void Write(int i, const ZmTrack& track, const Place& place)
+    void Write(int i, const ZmTrack& track, int key, float share)
     {
         if (m_Count == kMost || (m_Count > 0 && i != m_First + m_Count)) {
             Flush();
         }
         m_First = m_Count == 0 ? i : m_First;
-        memcpy(m_From[m_Count], At(track.values, place.key), sizeof(m_From[0]));
-        memcpy(m_To[m_Count], At(track.values, place.share > 0 ? place.key + 1 : place.key), sizeof(m_To[0]));
-        m_Shares[m_Count++] = place.share;
+        memcpy(m_From[m_Count], At(track.values, key), sizeof(m_From[0]));
+        memcpy(m_To[m_Count], At(track.values, share > 0 ? key + 1 : key), sizeof(m_To[0]));
+        m_Shares[m_Count++] = share;
     }
     void Flush()
     {
@@ -124,11 +128,13 @@ void SampleTrack(const ZmStridedData& res, const ZmTrack& track, const ZmStrided
         return;
     }
     Writer writer(res);
-    int cursor = 0;
+    Segment segment = {0, 0, 0};
     for (int i = 0; i < count; ++i) {
-        const Place place = PlaceOf(track, ElementAt<float>(times, i), cursor);
-        cursor = place.key;
-        writer.Write(i, track, place);
+        const float time = ElementAt<float>(times, i);
+        if (!segment.Holds(time)) {
+            segment = FindSegment(track, time, segment.key);
+        }
+        writer.Write(i, track, segment.key, segment.ShareAt(time));
     }
     writer.Flush();
 }
@@ -141,11 +147,11 @@ void SampleTracks(const ZmStridedData& res, const ZmTrack* tracks, int count, fl
         if (tracks[i].count < 1) {
             continue;
         }
-        const Place place = PlaceOf(tracks[i], time, cursors ? cursors[i] : -1);
+        const Segment segment = FindSegment(tracks[i], time, cursors ? cursors[i] : -1);
         if (cursors) {
-            cursors[i] = place.key;
+            cursors[i] = segment.key;
         }
-        writer.Write(i, tracks[i], place);
+        writer.Write(i, tracks[i], segment.key, segment.ShareAt(time));
     }
     writer.Flush();
 }
