@@ -39,6 +39,9 @@ extern const Tasks kInlineTasks, kInlineQueryTasks;
 extern const Tasks kAnimationTasks;
 extern const Contender kAnimation;
 extern const Contender kAnimationSingly;
+extern const Tasks kRotationTasks;
+extern const Contender kRotations;
+extern const Contender kRotationsSingly;
 
 extern const Tasks kQueryTasks;
 extern const Contender kQueries;

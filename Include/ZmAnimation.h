@@ -28,6 +28,40 @@ ZM_API void Zm3DInverseMatrixStrided(const ZmStridedData& res, const ZmStridedDa
 /// ZmQuaternion::ToMatrix of each quaternion, of any length but 0.
 ZM_API void ZmQuaternionToMatrixStrided(const ZmStridedData& res, const ZmStridedData& src, int count);
 
+/// ZmTransform(position, rotation, scale) of each element: scale, then rotation, then translation. Null pointers stand
+/// for positions of 0, for no rotation and for scales of 1; a stride of 0 gives all elements the same.
+ZM_API void ZmTransformMatrixStrided(const ZmStridedData& res, const ZmStridedData& positions,
+                                     const ZmStridedData& rotations, const ZmStridedData& scales, int count);
+
+/// Zm3DQuaternionMultiply(a[i], b[i]): the rotation a[i], then b[i]. A stride of 0 gives all elements the same `a` or
+/// the same `b`.
+ZM_API void Zm3DQuaternionMultiplyStrided(const ZmStridedData& res, const ZmStridedData& a, const ZmStridedData& b,
+                                          int count);
+
+/// Normalized() of each vector of three components, and of each quaternion: exact to rounding.
+ZM_API void ZmNormalizeVectorStrided(const ZmStridedData& res, const ZmStridedData& src, int count);
+ZM_API void ZmNormalizeQuaternionStrided(const ZmStridedData& res, const ZmStridedData& src, int count);
+
+/// SlerpExact(a[i], b[i], t[i]) of ZmInterpolation.h: exact at both ends, and of unit length. t holds floats; a stride
+/// of 0 gives all elements the same `a`, `b` or `t`. Quaternions whose length is off by more than 2^-16, and values of t
+/// outside of 0 to 1, take longer.
+ZM_API void ZmSlerpStrided(const ZmStridedData& res, const ZmStridedData& a, const ZmStridedData& b,
+                           const ZmStridedData& t, int count);
+
+/// Nlerp(a[i], b[i], t[i]): the same path at a speed that is not quite even.
+ZM_API void ZmNlerpStrided(const ZmStridedData& res, const ZmStridedData& a, const ZmStridedData& b,
+                           const ZmStridedData& t, int count);
+
+/// The same with one t for all elements.
+inline void ZmSlerpStrided(const ZmStridedData& res, const ZmStridedData& a, const ZmStridedData& b, float t, int count)
+{
+    ZmSlerpStrided(res, a, b, ZmStridedData(&t, 0), count);
+}
+inline void ZmNlerpStrided(const ZmStridedData& res, const ZmStridedData& a, const ZmStridedData& b, float t, int count)
+{
+    ZmNlerpStrided(res, a, b, ZmStridedData(&t, 0), count);
+}
+
 /// Arrays of ZmSkinVertices().
 struct ZmSkin {
     const ZmMatrix* palette;  ///< affine matrices, from the pose of rest to the present one

@@ -10,26 +10,46 @@ namespace zm {
 
 /// A quaternion in double.
 struct Turn {
-    double x, y, z, w;
+    TwoDoubles xy, zw;
 
-    constexpr Turn(double qx, double qy, double qz, double qw) : x(qx), y(qy), z(qz), w(qw) {}
-    constexpr explicit Turn(const ZmQuaternion& q) : x(q.x), y(q.y), z(q.z), w(q.w) {}
+    Turn(double x, double y, double z, double w) : xy(x, y), zw(z, w) {}
+    Turn(const TwoDoubles& first, const TwoDoubles& second) : xy(first), zw(second) {}
+    explicit Turn(const ZmQuaternion& q) : xy(q.x, q.y), zw(q.z, q.w) {}
     Turn Unit() const { return *this * (1 / Sqrt(Dot(*this, *this))); }
-    constexpr ZmQuaternion ToFloats() const { return {float(x), float(y), float(z), float(w)}; }
-
-    constexpr friend Turn operator+(const Turn& a, const Turn& b)
+    ZmQuaternion ToFloats() const
     {
-        return {a.x + b.x, a.y + b.y, a.z + b.z, a.w + b.w};
+        return {float(xy.First()), float(xy.Second()), float(zw.First()), float(zw.Second())};
     }
-    constexpr friend Turn operator*(const Turn& q, double s) { return {q.x * s, q.y * s, q.z * s, q.w * s}; }
-    constexpr friend double Dot(const Turn& a, const Turn& b)
+
+    friend Turn operator+(const Turn& a, const Turn& b) { return {a.xy + b.xy, a.zw + b.zw}; }
+    friend Turn operator*(const Turn& q, double s) { return {q.xy * TwoDoubles(s, s), q.zw * TwoDoubles(s, s)}; }
+    friend double Dot(const Turn& a, const Turn& b)
     {
-        return (a.x * b.x + a.y * b.y) + (a.z * b.z + a.w * b.w);
+        const TwoDoubles low = a.xy * b.xy, high = a.zw * b.zw;
+        return (low.First() + low.Second()) + (high.First() + high.Second());
+    }
+    /// Dot(a, a) and Dot(b, b).
+    friend TwoDoubles SquareLengths(const Turn& a, const Turn& b)
+    {
+        const TwoDoubles aXY = a.xy * a.xy, aZW = a.zw * a.zw, bXY = b.xy * b.xy, bZW = b.zw * b.zw;
+        return (TwoDoubles(aXY.First(), bXY.First()) + TwoDoubles(aXY.Second(), bXY.Second())) +
+               (TwoDoubles(aZW.First(), bZW.First()) + TwoDoubles(aZW.Second(), bZW.Second()));
     }
 };
 
-/// Spherical interpolation along the shorter arc between two units.
-inline Turn SlerpOf(const Turn& a, const Turn& b, double t)
+/// Spherical interpolation along the shorter arc, for t from 0 to 1. The lengths of a and b are 1, or that times the
+/// inverse of `factors`.
+__attribute__((always_inline)) inline Turn SlerpOf(const Turn& a, const Turn& b, double t,
+                                                   const TwoDoubles& factors = TwoDoubles(1, 1))
+{
+    const double dot = Dot(a, b), c = __builtin_fabs(dot) * (factors.First() * factors.Second());
+    const TwoDoubles nearer(1, __builtin_copysign(1, 0 + dot));  // the sum is never -0, whose sign would count
+    const TwoDoubles weights = SlerpWeights(c, TwoDoubles(1 - t, t), factors * nearer);
+    return a * weights.First() + b * weights.Second();
+}
+
+/// SlerpOf for any t, and lengths of 1. Kept out of the code of its callers, which seldom need it.
+__attribute__((noinline, cold)) inline Turn SlerpBeyond(const Turn& a, const Turn& b, double t)
 {
     const double dot = Dot(a, b), c = dot < 0 ? -dot : dot;
     double ka = 1 - t, kb = t;
@@ -41,6 +61,16 @@ inline Turn SlerpOf(const Turn& a, const Turn& b, double t)
         ka = part.cosine - c * kb;
     }
     return (a * ka + b * (dot < 0 ? -kb : kb)).Unit();
+}
+
+/// SlerpExact at the keys and beyond them.
+__attribute__((noinline, cold)) inline ZmQuaternion SlerpAtKeys(const ZmQuaternion& a, const ZmQuaternion& b, float t)
+{
+    const Turn from(a), to(b);
+    if (t == 0 || t == 1) {
+        return t == 0 ? a : Dot(from, to) < 0 ? -b : b;
+    }
+    return SlerpBeyond(from.Unit(), to.Unit(), t).ToFloats();
 }
 
 /// A 3x3 block as M = shape * rotation: the rotation's rows are those of M made orthonormal in turn, and the shape,
@@ -110,11 +140,11 @@ inline ZmMatrix Orthonormalized(const ZmMatrix& m)
 inline ZmQuaternion Nlerp(const ZmQuaternion& a, const ZmQuaternion& b, float t)
 {
     const zm::Turn from(a), to(b);
-    const bool away = Dot(from, to) < 0;
+    const double nearer = __builtin_copysign(1, 0 + Dot(from, to));
     if (t == 0 || t == 1) {
-        return t == 0 ? a : away ? -b : b;
+        return t == 0 ? a : nearer < 0 ? -b : b;
     }
-    return (from * (1 - double(t)) + to * (away ? -double(t) : double(t))).Unit().ToFloats();
+    return (from * (1 - double(t)) + to * (t * nearer)).Unit().ToFloats();
 }
 
 /// Spherical interpolation along the shorter arc, of unit length to rounding: a at t = 0, b or -b at t = 1, both with
@@ -122,10 +152,9 @@ inline ZmQuaternion Nlerp(const ZmQuaternion& a, const ZmQuaternion& b, float t)
 inline ZmQuaternion SlerpExact(const ZmQuaternion& a, const ZmQuaternion& b, float t)
 {
     const zm::Turn from(a), to(b);
-    if (t == 0 || t == 1) {
-        return t == 0 ? a : Dot(from, to) < 0 ? -b : b;
-    }
-    return zm::SlerpOf(from.Unit(), to.Unit(), t).ToFloats();
+    return __builtin_expect(t > 0 && t < 1, 1)
+               ? zm::SlerpOf(from, to, t, InverseRoots(SquareLengths(from, to))).ToFloats()
+               : zm::SlerpAtKeys(a, b, t);
 }
 
 /// Between two affine matrices: the translation is linear, the rotation spherical along the shorter arc, and what
@@ -138,10 +167,12 @@ inline ZmMatrix ZmInterpolate(const ZmMatrix& a, const ZmMatrix& b, float t)
         return t == 0 ? a : b;
     }
     const zm::ShapeAndRotation from(a), to(b);
-    const zm::Turn q = zm::SlerpOf(from.Rotation(), to.Rotation(), t);
-    const zm::Triple row0(1 - 2 * (q.y * q.y + q.z * q.z), 2 * (q.x * q.y - q.w * q.z), 2 * (q.x * q.z + q.w * q.y));
-    const zm::Triple row1(2 * (q.x * q.y + q.w * q.z), 1 - 2 * (q.x * q.x + q.z * q.z), 2 * (q.y * q.z - q.w * q.x));
-    const zm::Triple row2(2 * (q.x * q.z - q.w * q.y), 2 * (q.y * q.z + q.w * q.x), 1 - 2 * (q.x * q.x + q.y * q.y));
+    const zm::Turn q0 = from.Rotation(), q1 = to.Rotation();
+    const zm::Turn turn = t > 0 && t < 1 ? zm::SlerpOf(q0, q1, t) : zm::SlerpBeyond(q0, q1, t);
+    const double x = turn.xy.First(), y = turn.xy.Second(), z = turn.zw.First(), w = turn.zw.Second();
+    const zm::Triple row0(1 - 2 * (y * y + z * z), 2 * (x * y - w * z), 2 * (x * z + w * y));
+    const zm::Triple row1(2 * (x * y + w * z), 1 - 2 * (x * x + z * z), 2 * (y * z - w * x));
+    const zm::Triple row2(2 * (x * z - w * y), 2 * (y * z + w * x), 1 - 2 * (x * x + y * y));
     const zm::Triple shape0 = zm::Between(from.shape0, to.shape0, t), shape1 = zm::Between(from.shape1, to.shape1, t),
                      shape2 = zm::Between(from.shape2, to.shape2, t);
     return {(row0 * shape0.x).ToFloats(), (row0 * shape1.x + row1 * shape1.y).ToFloats(),

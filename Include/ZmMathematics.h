@@ -12,6 +12,7 @@
 #include "ZmFrustum.h"
 #include "ZmInline.h"
 #include "ZmInterpolation.h"
+#include "ZmKeyFrames.h"
 #include "ZmMatrix.h"
 #include "ZmOperators.h"
 #include "ZmPlane.h"

@@ -194,19 +194,40 @@ void InvertMany(StridedPair pair)
     }
 }
 
-/// The formula of ZmQuaternion::ToMatrix, component by component.
+/// The rotations of L::kCount quaternions: the formula of ZmQuaternion::ToMatrix, component by component.
+template <class L>
+struct RotationOf {
+    L m[3][3];
+
+    RotationOf(const char* src, ptrdiff_t stride)
+    {
+        const auto load = [&](int i) { return LoadAt<L>::Four(src + i * stride, stride); };
+        L x = load(0), y = load(1), z = load(2), w = load(3);
+        L::Transpose(x, y, z, w);
+        const L xx = x * x, yy = y * y, zz = z * z, xy = x * y, xz = x * z, yz = y * z, wx = w * x, wy = w * y,
+                wz = w * z;
+        const L none = L::Splat(0), one = L::Splat(1), s = L::Splat(2) / ((xx + yy) + (zz + w * w));
+        m[0][0] = one - s * (yy + zz);
+        m[0][1] = none + s * (xy - wz);
+        m[0][2] = none + s * (xz + wy);
+        m[1][0] = none + s * (xy + wz);
+        m[1][1] = one - s * (xx + zz);
+        m[1][2] = none + s * (yz - wx);
+        m[2][0] = none + s * (xz - wy);
+        m[2][1] = none + s * (yz + wx);
+        m[2][2] = one - s * (xx + yy);
+    }
+};
+
 template <class L>
 void ConvertQuaternions(char* res, ptrdiff_t resStride, const char* src, ptrdiff_t srcStride)
 {
-    const auto load = [&](int i) { return LoadAt<L>::Four(src + i * srcStride, srcStride); };
-    L x = load(0), y = load(1), z = load(2), w = load(3);
-    L::Transpose(x, y, z, w);
-    const L xx = x * x, yy = y * y, zz = z * z, xy = x * y, xz = x * z, yz = y * z, wx = w * x, wy = w * y, wz = w * z;
-    const L none = L::Splat(0), one = L::Splat(1), s = L::Splat(2) / ((xx + yy) + (zz + w * w));
-    StoreRows<L>(res, resStride, 0, one - s * (yy + zz), none + s * (xy - wz), none + s * (xz + wy), none);
-    StoreRows<L>(res, resStride, 1, none + s * (xy + wz), one - s * (xx + zz), none + s * (yz - wx), none);
-    StoreRows<L>(res, resStride, 2, none + s * (xz - wy), none + s * (yz + wx), one - s * (xx + yy), none);
-    StoreRows<L>(res, resStride, 3, none, none, none, one);
+    const RotationOf<L> turn(src, srcStride);
+    const L none = L::Splat(0);
+    for (int i = 0; i < 3; ++i) {
+        StoreRows<L>(res, resStride, i, turn.m[i][0], turn.m[i][1], turn.m[i][2], none);
+    }
+    StoreRows<L>(res, resStride, 3, none, none, none, L::Splat(1));
 }
 
 template <class L>

@@ -9,6 +9,8 @@ namespace {
 constexpr int kRounds = 500;
 /// One and a half units in the last place of 1.
 constexpr double kExact = 3 * kRounding;
+/// The nearest float to a component, but for a tenth of a rounding.
+constexpr double kNearest = 0.6 * kRounding;
 
 ZmMatrix Key(Random& random)
 {
@@ -45,15 +47,33 @@ TEST(ZmInterpolationTest, SlerpIsExactAtEveryDistance)
     }
     Random random(2);
     for (int round = 0; round < kRounds; ++round) {
-        for (const float apart : {0.0f, 1e-7f, 1e-5f, 1e-3f, 0.1f, 1.0f, 3.1f}) {
+        for (const float apart : {0.0f, 1e-7f, 1e-5f, 1e-3f, 0.1f, 1.0f, 2.0f, 3.1f}) {
             SCOPED_TRACE(apart);
             const ZmQuaternion a = random.Rotation(), b = a * ZmRotationQuaternion(random.UnitVector(), apart);
             const float t = random.Float(0, 1);
-            ExpectSlerp(SlerpExact(a, b, t), a, b, t, kExact);
-            ExpectSlerp(SlerpExact(a, -b, t), a, -b, t, kExact);  // the shorter arc
+            ExpectSlerp(SlerpExact(a, b, t), a, b, t, kNearest);
+            ExpectSlerp(SlerpExact(a, -b, t), a, -b, t, kNearest);  // the shorter arc
+            ExpectSlerp(SlerpExact(a, b, 3 * t - 1), a, b, 3 * t - 1, kExact);
             const ZmQuaternion chord = Nlerp(a, b, t);
             EXPECT_NEAR(Length(chord), 1, 2 * kExact);
             EXPECT_NEAR(double(Dot(chord, SlerpExact(a, b, t))), 1, 0.011);
+        }
+    }
+}
+
+TEST(ZmInterpolationTest, SlerpTakesKeysOfAnyLength)
+{
+    if (!SystemSinesAreExact()) {
+        GTEST_SKIP() << "the C library's sines are inexact here";
+    }
+    Random random(8);
+    for (const float length : {1 + 0x1p-18f, 1 + 0x1p-16f, 1 - 0x1p-15f, 1.002f, 0.9f, 7.0f, 1e-12f, 1e15f}) {
+        SCOPED_TRACE(length);
+        for (int round = 0; round < kRounds; ++round) {
+            const ZmQuaternion a = random.Rotation(), b = random.Rotation();
+            const float t = random.Float(0, 1);
+            ExpectSlerp(SlerpExact(a * length, b, t), a, b, t, 2 * kRounding);  // the multiples are rounded, too
+            ExpectSlerp(SlerpExact(a, b * -length, t), a, -b, t, 2 * kRounding);
         }
     }
 }
