@@ -47,4 +47,8 @@ extern const Tasks kCullingTasks;
 extern const Contender kCulling;
 extern const Contender kCullingSingly;
 
+extern const Tasks kPickingTasks;
+extern const Contender kPicking;
+extern const Contender kPickingSingly;
+
 }  // namespace bench

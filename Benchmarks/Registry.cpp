@@ -24,16 +24,16 @@ ZM_BENCHMARK_COLUMNS(ZM_DECLARE_COLUMN)
 
 namespace {
 
-constexpr const Tasks* kTasks[] = {&kPointTasks,   &kArrayTasks,   &kSingleTasks,        &kAnimationTasks,
-                                   &kQueryTasks,   &kCullingTasks, &kFoundationTasks,    &kFileTasks,
-                                   &kArchiveTasks, &kImagingTasks, &kConfigurationTasks, &kThreadTasks};
+constexpr const Tasks* kTasks[] = {&kPointTasks, &kArrayTasks,   &kSingleTasks,  &kAnimationTasks,
+                                   &kQueryTasks, &kCullingTasks, &kPickingTasks, &kFoundationTasks,
+                                   &kFileTasks,  &kArchiveTasks, &kImagingTasks, &kConfigurationTasks,
+                                   &kThreadTasks};
 
 #define ZM_LIST_PEER(name) &k##name,
 constexpr const Contender* kContenders[] = {
-    &kPoints,        &kScalarPoints,    &kArrays,  &kSingles,
-    &kAnimation,     &kAnimationSingly, &kQueries, &kCulling,
-    &kCullingSingly, &kFoundations,     &kFiles,   &kArchives,
-    &kImaging,       &kConfiguration,   &kThreads, ZM_BENCHMARK_PEERS(ZM_LIST_PEER)};
+    &kPoints,  &kScalarPoints, &kArrays,        &kSingles,       &kAnimation,     &kAnimationSingly,
+    &kQueries, &kCulling,      &kCullingSingly, &kPicking,       &kPickingSingly, &kFoundations,
+    &kFiles,   &kArchives,     &kImaging,       &kConfiguration, &kThreads,       ZM_BENCHMARK_PEERS(ZM_LIST_PEER)};
 
 #define ZM_LIST_COLUMN(name) &k##name,
 constexpr const Column* kColumns[] = {ZM_BENCHMARK_COLUMNS(ZM_LIST_COLUMN) nullptr};
