@@ -216,7 +216,7 @@ struct Corners {
 
 /// How L::kCount triangles are read.
 template <class L>
-struct Group {
+struct TriangleGroup {
     template <class Index>
     static bool IsTight(const Corners<Index>&, int)
     {
@@ -232,7 +232,7 @@ struct Group {
 
 #ifdef __AVX2__
 template <>
-struct Group<Avx2Lanes> {
+struct TriangleGroup<Avx2Lanes> {
     template <class Index>
     static bool IsTight(const Corners<Index>& corners, int triangle)
     {
@@ -279,7 +279,7 @@ unsigned Candidates(const RayLanes<L>& ray, const Corners<Index>& corners, int t
     for (int i = 0; i < 3; ++i) {
         L p[4];
         for (int k = 0; k < 4; ++k) {
-            p[k] = Group<L>::template Load<reading>(corners, triangle + k, i);
+            p[k] = TriangleGroup<L>::template Load<reading>(corners, triangle + k, i);
         }
         L::Transpose(p[0], p[1], p[2], p[3]);
         seen[i] = ray.See(p[(Axis + 1) % 3], p[(Axis + 2) % 3], p[Axis]);
@@ -310,8 +310,9 @@ bool FindHitIn(const MeshQuery& query)
     for (ptrdiff_t i = 0; lastGroup >= 0 && i < query.triangles && !hit.Ends(); i += L::kCount) {
         // The last group may begin with triangles of the one before, which changes nothing.
         const int first = i < lastGroup ? int(i) : lastGroup;
-        unsigned candidates = Group<L>::IsTight(corners, first) ? Candidates<Reading::TIGHT, Axis>(ray, corners, first)
-                                                                : AnyCandidates<Axis>(ray, corners, first);
+        unsigned candidates = TriangleGroup<L>::IsTight(corners, first)
+                                  ? Candidates<Reading::TIGHT, Axis>(ray, corners, first)
+                                  : AnyCandidates<Axis>(ray, corners, first);
         for (; candidates != 0 && !hit.Ends(); candidates &= candidates - 1) {
             test(first + __builtin_ctz(candidates));
         }
