@@ -42,6 +42,7 @@ extern const Contender kAnimationSingly;
 
 extern const Tasks kQueryTasks;
 extern const Contender kQueries;
+extern const Contender kQueriesSingly;
 
 extern const Tasks kCullingTasks;
 extern const Contender kCulling;

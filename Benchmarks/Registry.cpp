@@ -30,10 +30,25 @@ constexpr const Tasks* kTasks[] = {&kPointTasks, &kArrayTasks,   &kSingleTasks, 
                                    &kThreadTasks};
 
 #define ZM_LIST_PEER(name) &k##name,
-constexpr const Contender* kContenders[] = {
-    &kPoints,  &kScalarPoints, &kArrays,        &kSingles,       &kAnimation,     &kAnimationSingly,
-    &kQueries, &kCulling,      &kCullingSingly, &kPicking,       &kPickingSingly, &kFoundations,
-    &kFiles,   &kArchives,     &kImaging,       &kConfiguration, &kThreads,       ZM_BENCHMARK_PEERS(ZM_LIST_PEER)};
+constexpr const Contender* kContenders[] = {&kPoints,
+                                            &kScalarPoints,
+                                            &kArrays,
+                                            &kSingles,
+                                            &kAnimation,
+                                            &kAnimationSingly,
+                                            &kQueries,
+                                            &kQueriesSingly,
+                                            &kCulling,
+                                            &kCullingSingly,
+                                            &kPicking,
+                                            &kPickingSingly,
+                                            &kFoundations,
+                                            &kFiles,
+                                            &kArchives,
+                                            &kImaging,
+                                            &kConfiguration,
+                                            &kThreads,
+                                            ZM_BENCHMARK_PEERS(ZM_LIST_PEER)};
 
 #define ZM_LIST_COLUMN(name) &k##name,
 constexpr const Column* kColumns[] = {ZM_BENCHMARK_COLUMNS(ZM_LIST_COLUMN) nullptr};
