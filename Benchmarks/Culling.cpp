@@ -32,7 +32,7 @@ std::unique_ptr<Scene> NewScene()
             const float centre = 10 * r[axis], half = 0.1f + std::fabs(r[4 + axis]);
             scene.boxes[i][axis] = centre + half;
             scene.boxes[i][3 + axis] = centre - half;
-            scene.spheres[i][axis] = centre;
+            scene.spheres[i][axis] = scene.points[i][axis] = centre;
         }
         scene.spheres[i][3] = 0.1f + std::fabs(r[4]);
     }
@@ -60,6 +60,8 @@ constexpr Task kTasks[] = {
     {"Culling/box-boxes", 4, 0, Prepare, {1000, kSceneSize}, {0.30, 0.30}, 0},
     {"Culling/sphere-boxes", 4, 0, Prepare, {1000, kSceneSize}, {0.30, 0.30}, 0},
     {"Culling/transform-boxes", 24, 0, Prepare, {1000, kSceneSize}, {0.40, 0.40}},
+    {"Culling/box-of-points", 24, 0, Prepare, {1000, kSceneSize}, {0.30, 0.30}},
+    {"Culling/sphere-of-points", 16, 0, Prepare, {1000, kSceneSize}, {0.30, 0.30}},
 };
 
 const Scene& SceneOf(const Work& w)
@@ -108,7 +110,23 @@ void TransformBoxes(const Work& w)
     ZmTransformBoxes({w.dst, sizeof(ZmBbox)}, Boxes(w), Record<ZmMatrix>(SceneOf(w).matrix), w.count);
 }
 
+ZmStridedData Points(const Work& w)
+{
+    return {const_cast<float*>(SceneOf(w).points[0]), sizeof(ZmVector)};
+}
+
+void BoxOfPoints(const Work& w)
+{
+    *static_cast<ZmBbox*>(w.dst) = ZmBoxOfPoints(Points(w), w.count);
+}
+
+void SphereOfPoints(const Work& w)
+{
+    *static_cast<ZmSphere*>(w.dst) = ZmSphereOfPoints(Points(w), w.count);
+}
+
 constexpr Entry kEntries[] = {
+    {"Culling/box-of-points", BoxOfPoints},  {"Culling/sphere-of-points", SphereOfPoints},
     {"Culling/frustum-boxes", FrustumBoxes}, {"Culling/frustum-spheres", FrustumSpheres},
     {"Culling/ray-boxes", RayBoxes},         {"Culling/box-boxes", BoxBoxes},
     {"Culling/sphere-boxes", SphereBoxes},   {"Culling/transform-boxes", TransformBoxes},
@@ -156,11 +174,20 @@ void TransformBoxesSingly(const Work& w)
     }
 }
 
+void BoxOfPointsInline(const Work& w)
+{
+    *static_cast<ZmBbox*>(w.dst) = ZmBoxFromPoints(Points(w), w.count);
+}
+
+void SphereOfPointsInline(const Work& w)
+{
+    *static_cast<ZmSphere*>(w.dst) = ZmSphereFromPoints(Points(w), w.count);
+}
+
 constexpr Entry kSingleEntries[] = {
-    {"Culling/ray-boxes", RayBoxesSingly},
-    {"Culling/box-boxes", BoxBoxesSingly},
-    {"Culling/sphere-boxes", SphereBoxesSingly},
-    {"Culling/transform-boxes", TransformBoxesSingly},
+    {"Culling/box-of-points", BoxOfPointsInline}, {"Culling/sphere-of-points", SphereOfPointsInline},
+    {"Culling/ray-boxes", RayBoxesSingly},        {"Culling/box-boxes", BoxBoxesSingly},
+    {"Culling/sphere-boxes", SphereBoxesSingly},  {"Culling/transform-boxes", TransformBoxesSingly},
 };
 
 }  // namespace

@@ -45,9 +45,14 @@ extern const Contender kRotationsSingly;
 
 extern const Tasks kQueryTasks;
 extern const Contender kQueries;
+extern const Contender kQueriesSingly;
 
 extern const Tasks kCullingTasks;
 extern const Contender kCulling;
 extern const Contender kCullingSingly;
+
+extern const Tasks kPickingTasks;
+extern const Contender kPicking;
+extern const Contender kPickingSingly;
 
 }  // namespace bench

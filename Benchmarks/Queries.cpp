@@ -21,6 +21,12 @@ void Prepare(Work& w)
     w.src = &RandomQueries();
 }
 
+/// Contenders do not agree on an order of the axes.
+void SortSizes(float* sizes)
+{
+    std::sort(sizes, sizes + 3);
+}
+
 constexpr Task kTasks[] = {
     {"Queries/box-box", 4, 0, Prepare, {kPairs}, {0.40}},
     {"Queries/sphere-box", 4, 0, Prepare, {kPairs}, {0.15}},
@@ -33,6 +39,7 @@ constexpr Task kTasks[] = {
     {"Queries/frustum-box", 4, 0, Prepare, {kPairs}, {}},
     {"Queries/segment-segment", 4, 0, Prepare, {kPairs}, {0.55}, 1e-3},
     {"Queries/best-fit-box", 4, 0, Prepare, {kCloudPoints}, {0.35}, 1e-3},
+    {"Queries/best-fit-boxes", 12, 0, Prepare, {kSmallClouds}, {0.50}, 1e-3, SortSizes},
 };
 
 constexpr Task kInline[] = {
@@ -121,6 +128,13 @@ void SegmentSegment(const Work& w)
     });
 }
 
+void StoreSizes(float* sizes, const ZmMatrix& box)
+{
+    for (int i = 0; i < 3; ++i) {
+        sizes[i] = Length(ZmVector(box[i][0], box[i][1], box[i][2]));
+    }
+}
+
 /// The sorted half-sizes, as far as the results have space; contenders do not agree on an order of the axes.
 void BestFitBox(const Work& w)
 {
@@ -128,13 +142,40 @@ void BestFitBox(const Work& w)
     ZmMatrix box;
     ZmComputeBestFitBBox(reinterpret_cast<const unsigned char*>(in.cloud), 12, w.count, box, 0);
     float* sizes = static_cast<float*>(w.dst);
-    for (int i = 0; i < 3; ++i) {
-        sizes[i] = Length(ZmVector(box[i][0], box[i][1], box[i][2]));
+    StoreSizes(sizes, box);
+    SortSizes(sizes);
+}
+
+unsigned char* SmallCloud(const Work& w, int i)
+{
+    const QueryInputs& in = *static_cast<const QueryInputs*>(w.src);
+    return reinterpret_cast<unsigned char*>(const_cast<float*>(in.cloud[i * kSmallCloudPoints]));
+}
+
+void BestFitBoxes(const Work& w)
+{
+    static ZmPointCloud clouds[kSmallClouds];
+    static ZmMatrix boxes[kSmallClouds];
+    for (int i = 0; i < w.count; ++i) {
+        clouds[i] = {{SmallCloud(w, i), 12}, kSmallCloudPoints};
     }
-    std::sort(sizes, sizes + 3);
+    ZmComputeBestFitBBoxes({boxes, sizeof(ZmMatrix)}, clouds, w.count, 0, nullptr);
+    for (int i = 0; i < w.count; ++i) {
+        StoreSizes(static_cast<float*>(w.dst) + 3 * i, boxes[i]);
+    }
+}
+
+void BestFitBoxesSingly(const Work& w)
+{
+    for (int i = 0; i < w.count; ++i) {
+        ZmMatrix box;
+        ZmComputeBestFitBBox(SmallCloud(w, i), 12, kSmallCloudPoints, box, 0);
+        StoreSizes(static_cast<float*>(w.dst) + 3 * i, box);
+    }
 }
 
 constexpr Entry kEntries[] = {
+    {"Queries/best-fit-boxes", BestFitBoxes},
     {"Queries/box-box", BoxBox},
     {"Queries/sphere-box", SphereBox},
     {"Queries/ray-box", RayBox},
@@ -148,10 +189,15 @@ constexpr Entry kEntries[] = {
     {"Queries/best-fit-box", BestFitBox},
 };
 
+constexpr Entry kSingleEntries[] = {
+    {"Queries/best-fit-boxes", BestFitBoxesSingly},
+};
+
 }  // namespace
 
 constexpr Tasks kQueryTasks{kTasks};
 constexpr Tasks kInlineQueryTasks{kInline};
 constexpr Contender kQueries{"ZmMath", Role::OURS, kEntries};
+constexpr Contender kQueriesSingly{"ZmMath singly", Role::PEER, kSingleEntries};
 
 }  // namespace bench

@@ -5,6 +5,7 @@ namespace bench {
 
 constexpr int kPairs = 10000;
 constexpr int kCloudPoints = 100000;
+constexpr int kSmallClouds = 1000, kSmallCloudPoints = 16;  ///< of the same points
 
 /// Pairs of random objects, about half of them hits. Object i of the first kind is paired with number i + shift of the
 /// second; the shift changes with every pass, so that branch predictors do not learn the results.

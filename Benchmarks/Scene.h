@@ -11,6 +11,7 @@ constexpr int kSceneSize = 100000;
 struct Scene {
     float boxes[kSceneSize][6];  ///< Max, then Min
     float spheres[kSceneSize][4];
+    float points[kSceneSize][3];
     float frustumPlanes[6][4];  ///< positive outside
     float ray[6];
     float box[6];

@@ -462,7 +462,8 @@ constexpr bool Contains(const ZmSphere& sphere, const ZmVector& point)
     return zm::SquareDistanceOf(point, sphere.Center) <= double(sphere.Radius) * sphere.Radius;
 }
 
-/// The smallest box around points, at any stride or tight; ZmEmptyBox() if `count` is below 1.
+/// The smallest box around points, at any stride or tight; ZmEmptyBox() if `count` is below 1. For more than a handful
+/// of points ZmBoxOfPoints() and ZmSphereOfPoints() of ZmCulling.h are faster.
 inline ZmBbox ZmBoxFromPoints(const ZmStridedData& points, int count)
 {
     ZmBbox box = ZmEmptyBox();

@@ -8,7 +8,7 @@
 
 #include <stdint.h>
 
-// Tests of one object against many boxes or spheres.
+// Tests of one object against many boxes or spheres, and the bounds of many points.
 //
 // `boxes` are ZmBbox records and `spheres` ZmSphere records at any stride and alignment; nothing but their own 24 or 16
 // bytes is read. Each test gives 1 or 0 for each element, and the functions return how many elements have 1. `hits`
@@ -40,3 +40,12 @@ ZM_API int ZmSphereBoxes(const ZmSphere& sphere, const ZmStridedData& boxes, int
 /// ZmBbox::TransformFrom for each box: the axis-aligned boxes around `boxes` transformed by m (affine). `res` may equal
 /// `boxes`; other overlaps are not supported. Only the results' own 24 bytes are written.
 ZM_API void ZmTransformBoxes(const ZmStridedData& res, const ZmStridedData& boxes, const ZmMatrix& m, int count);
+
+/// The smallest box around points, three floats each at any stride and alignment, of which nothing else is read: the
+/// bits of ZmBoxFromPoints (ZmBuilders.h), faster for more than a handful of points. A count below 1 gives
+/// ZmEmptyBox().
+ZM_API ZmBbox ZmBoxOfPoints(const ZmStridedData& points, int count);
+
+/// A sphere around points, centred on their box: the bits of ZmSphereFromPoints. A count below 1 gives a radius of 0 at
+/// the origin.
+ZM_API ZmSphere ZmSphereOfPoints(const ZmStridedData& points, int count);

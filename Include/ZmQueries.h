@@ -1,6 +1,6 @@
 #pragma once
 
-/// Includes the headers of one family: intersections, distances, culling and best-fit boxes.
+/// Includes the headers of one family: intersections, distances, culling, picking and best-fit boxes.
 
 #include "ZmBestFitBBox.h"
 #include "ZmCulling.h"
@@ -8,5 +8,6 @@
 #include "ZmEigenMatrix.h"
 #include "ZmIntersect.h"
 #include "ZmOBB.h"
+#include "ZmPicking.h"
 #include "ZmRay.h"
 #include "ZmSphere.h"

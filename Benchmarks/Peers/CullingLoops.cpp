@@ -179,7 +179,44 @@ void TransformBoxes(const Work& w)
     }
 }
 
+/// Max, then Min.
+inline void FindBox(float* box, const float (*points)[3], int count)
+{
+    float max[] = {-1e30f, -1e30f, -1e30f}, min[] = {1e30f, 1e30f, 1e30f};
+    for (int i = 0; i < count; ++i) {
+        for (int axis = 0; axis < 3; ++axis) {
+            max[axis] = std::max(max[axis], points[i][axis]);
+            min[axis] = std::min(min[axis], points[i][axis]);
+        }
+    }
+    std::copy(max, max + 3, box);
+    std::copy(min, min + 3, box + 3);
+}
+
+void BoxOfPoints(const Work& w)
+{
+    FindBox(static_cast<float*>(w.dst), SceneOf(w).points, w.count);
+}
+
+void SphereOfPoints(const Work& w)
+{
+    const float(*points)[3] = SceneOf(w).points;
+    const int count = w.count;
+    float box[6];
+    FindBox(box, points, count);
+    const float x = 0.5f * (box[0] + box[3]), y = 0.5f * (box[1] + box[4]), z = 0.5f * (box[2] + box[5]);
+    float farthest = 0;
+    for (int i = 0; i < count; ++i) {
+        const float dx = points[i][0] - x, dy = points[i][1] - y, dz = points[i][2] - z;
+        farthest = std::max(farthest, dx * dx + dy * dy + dz * dz);
+    }
+    const float sphere[] = {x, y, z, std::sqrt(farthest)};
+    std::copy(sphere, sphere + 4, static_cast<float*>(w.dst));
+}
+
 constexpr Entry kEntries[] = {
+    {"Culling/box-of-points", BoxOfPoints},
+    {"Culling/sphere-of-points", SphereOfPoints},
     {"Culling/frustum-boxes", FrustumBoxes, "early exits"},
     {"Culling/frustum-boxes", FrustumBoxesByCentre, "without branches"},
     {"Culling/frustum-spheres", FrustumSpheres, "early exits"},

@@ -22,20 +22,32 @@ void OrientedBoxes(const Work& w)
     });
 }
 
-void BestFitBox(const Work& w)
+void Fit(float* sizes, const Work& w, int first, int count)
 {
     const QueryInputs& in = *static_cast<const QueryInputs*>(w.src);
-    const auto* points = reinterpret_cast<const fcl::Vector3<float>*>(in.cloud);
     fcl::OBB<float> box;
-    fcl::fit(points, w.count, box);
-    float* sizes = static_cast<float*>(w.dst);
+    fcl::fit(reinterpret_cast<const fcl::Vector3<float>*>(in.cloud) + first, count, box);
     std::copy(box.extent.data(), box.extent.data() + 3, sizes);
+}
+
+void BestFitBox(const Work& w)
+{
+    float* sizes = static_cast<float*>(w.dst);
+    Fit(sizes, w, 0, w.count);
     std::sort(sizes, sizes + 3);
+}
+
+void BestFitBoxes(const Work& w)
+{
+    for (int i = 0; i < w.count; ++i) {
+        Fit(static_cast<float*>(w.dst) + 3 * i, w, i * kSmallCloudPoints, kSmallCloudPoints);
+    }
 }
 
 constexpr Entry kEntries[] = {
     {"Queries/oriented-boxes", OrientedBoxes},
     {"Queries/best-fit-box", BestFitBox},
+    {"Queries/best-fit-boxes", BestFitBoxes},
 };
 
 }  // namespace

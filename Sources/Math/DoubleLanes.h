@@ -122,6 +122,7 @@ struct DoubleLanes {
         _mm256_storeu_pd(lanes, v);
         return _mm256_setr_pd(f(lanes[0]), f(lanes[1]), f(lanes[2]), f(lanes[3]));
     }
+    DoubleLanes Sqrt() const { return _mm256_sqrt_pd(v); }
     SseLanes ToFloats() const { return {_mm256_cvtpd_ps(v)}; }
     /// The first three lanes rotated, the fourth unchanged.
     DoubleLanes Yzx() const { return _mm256_permute4x64_pd(v, _MM_SHUFFLE(3, 0, 2, 1)); }
@@ -178,6 +179,7 @@ struct DoubleLanes {
         return _mm_movemask_pd(_mm_and_pd(above(a.low, limits.low), above(a.high, limits.high))) == 3;
     }
     DoubleLanes Map(double (*f)(double)) const { return {low.Map(f), high.Map(f)}; }
+    DoubleLanes Sqrt() const { return {DoublePair(_mm_sqrt_pd(low.v)), DoublePair(_mm_sqrt_pd(high.v))}; }
     SseLanes ToFloats() const { return {_mm_movelh_ps(_mm_cvtpd_ps(low.v), _mm_cvtpd_ps(high.v))}; }
     DoubleLanes Yzx() const { return {_mm_shuffle_pd(low.v, high.v, 1), _mm_shuffle_pd(low.v, high.v, 2)}; }
     DoubleLanes Zxy() const { return {_mm_shuffle_pd(high.v, low.v, 0), _mm_shuffle_pd(low.v, high.v, 3)}; }

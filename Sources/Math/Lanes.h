@@ -273,6 +273,7 @@ struct SingleLane {
     SingleLane operator-(SingleLane o) const { return {v - o.v}; }
     SingleLane operator*(SingleLane o) const { return {v * o.v}; }
 
+    static SingleLane Splat(float s) { return {s}; }
     static SingleLane At(const char* p)
     {
         SingleLane r;

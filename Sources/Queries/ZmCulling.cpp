@@ -2,6 +2,7 @@
 
 #include "Math/MatrixFloats.h"
 #include "Platform/FeatureWord.h"
+#include "Queries/BoundsKernels.h"
 #include "Queries/ManyTests.h"
 
 namespace zm {
@@ -22,6 +23,16 @@ int DispatchTest(int (*avx2)(const Object&, const ManyElements&), const Object& 
     many.indices = indices;
     return DispatchWide(avx2, TestAll<SseLanes, Elements, Test, Object>, TestAll<ScalarLanes, Elements, Test, Object>,
                         object, many);
+}
+
+PointCloud CloudOf(const ZmStridedData& points, int count)
+{
+    return {static_cast<const unsigned char*>(points.Ptr), points.Stride, count};
+}
+
+bool IsEmpty(const ZmBbox& box)
+{
+    return box.Min.x > box.Max.x || box.Min.y > box.Max.y || box.Min.z > box.Max.z;
 }
 
 }  // namespace
@@ -57,4 +68,27 @@ void ZmTransformBoxes(const ZmStridedData& res, const ZmStridedData& boxes, cons
 {
     zm::DispatchWide(zm::avx2::TransformBoxes, zm::TransformMany<zm::SseLanes>, zm::TransformMany<zm::ScalarLanes>,
                      zm::PairOf(res, boxes, count), zm::FloatsOf(m));
+}
+
+ZmBbox ZmBoxOfPoints(const ZmStridedData& points, int count)
+{
+    zm::Bounds b;
+    zm::DispatchWide(zm::avx2::BoundPoints, zm::BoundPoints<zm::SseLanes>, zm::BoundPoints<zm::ScalarLanes>, b,
+                     zm::CloudOf(points, count));
+    return {{b.max[0], b.max[1], b.max[2]}, {b.min[0], b.min[1], b.min[2]}};
+}
+
+ZmSphere ZmSphereOfPoints(const ZmStridedData& points, int count)
+{
+    const ZmBbox box = ZmBoxOfPoints(points, count);
+    if (zm::IsEmpty(box)) {
+        return {{0, 0, 0}, 0};
+    }
+    const ZmVector centre = box.Min * 0.5f + box.Max * 0.5f;
+    const double square =
+        zm::DispatchWide(zm::avx2::FindFarthest, zm::FindFarthest<zm::SseLanes, zm::DoubleLanes>,
+                         zm::FindFarthest<zm::ScalarLanes, zm::ScalarDoubles>, zm::CloudOf(points, count), centre);
+    const float radius = float(sqrt(square));
+    // Rounding down would leave the farthest point outside.
+    return {centre, double(radius) * radius < square ? nextafterf(radius, INFINITY) : radius};
 }

@@ -1,6 +1,7 @@
 #include "Support/Blocks.h"
 #include "Support/Paths.h"
 #include "Support/Reference.h"
+#include "Support/Strided.h"
 
 #include <algorithm>
 #include <cstring>
@@ -196,6 +197,76 @@ TEST(ZmBestFitBBoxTest, NothingAndTooMuchFail)
     Fit({{0, 0, 0}, {0, 0, 3e6f}}, 0, 0);
     Fit({{0, 0, 0}, {nanf(""), 0, 1}, {1, 2, 3}}, 0, 0);
     Fit({{-1e6f, 0, 0}, {1e6f, 0, 0}});
+}
+
+/// A cloud whose axes take few or many steps to find, or none.
+Cloud AnyCloud(Random& random)
+{
+    const ZmVector halves[] = {
+        {3, 2, 1}, {1, 1, 1}, {3, 2, 0}, {1, 1, 0}, {3, 0, 0}, {0, 0, 0}, {1e-20f, 2e-20f, 3e-20f}};
+    const ZmVector half = halves[random.Int(0, 6)], offset = random.Vector(1000);
+    Cloud cloud;
+    switch (random.Int(0, 5)) {
+    case 0: return cloud;
+    case 1:  // along the axes of the coordinate system
+        for (int i = 0; i < 8; ++i) {
+            cloud.push_back({i & 1 ? half.x : 0, i & 2 ? half.y : 0, i & 4 ? half.z : 0});
+        }
+        return cloud;
+    case 2: return {{1e7f, 0, 0}, {1e7f, 1, 0}, random.Vector()};
+    default: return MakeCloud(random, half, offset, random.Int(0, 60));
+    }
+}
+
+TEST(ZmBestFitBBoxTest, ManyCloudsGiveTheBitsOfSingleCalls)
+{
+    OnEachPath(60, [](Random& random) {
+        const int count = random.Int(0, 20);
+        std::vector<Cloud> all;
+        std::vector<ZmPointCloud> clouds;
+        for (int i = 0; i < count; ++i) {
+            all.push_back(AnyCloud(random));
+        }
+        for (Cloud& cloud : all) {
+            clouds.push_back({{cloud.data(), 12}, int(cloud.size())});
+        }
+        Strided<ZmMatrix> boxes(std::vector<ZmMatrix>(size_t(count)), unsigned(random.Int(64, 67)));
+        std::vector<uint8_t> fitted(size_t(count) + 1, 9);
+        const int found = ZmComputeBestFitBBoxes(boxes.Data(), clouds.data(), count, 0.25f, fitted.data());
+        EXPECT_TRUE(boxes.GapsAreIntact());
+        int expected = 0;
+        for (size_t i = 0; i < all.size(); ++i) {
+            ZmMatrix box;
+            const int one = ZmComputeBestFitBBox(Bytes(all[i]), 12, int(all[i].size()), box, 0.25f);
+            EXPECT_TRUE(SameBits(boxes[i], box)) << i;
+            EXPECT_EQ(fitted[i], one) << i;
+            expected += one;
+        }
+        EXPECT_EQ(found, expected);
+        EXPECT_EQ(fitted[size_t(count)], 9);
+        EXPECT_EQ(ZmComputeBestFitBBoxes(boxes.Data(), clouds.data(), count, 0.25f, nullptr), expected);
+    });
+}
+
+TEST(ZmBestFitBBoxTest, ACloudWithoutAxesLeavesTheOthersAlone)
+{
+    OnEachPath(1, [](Random& random) {
+        const Cloud good = MakeCloud(random, {3, 2, 1}, {5, 6, 7}, 10), bad = {{0, 0, 0}, {nanf(""), 0, 1}, {1, 2, 3}};
+        std::vector<ZmPointCloud> clouds;
+        for (int i = 0; i < 9; ++i) {
+            const Cloud& cloud = i % 2 ? bad : good;
+            clouds.push_back({{const_cast<ZmVector*>(cloud.data()), 12}, int(cloud.size())});
+        }
+        clouds[8].points.Ptr = nullptr;
+        std::vector<ZmMatrix> boxes(9);
+        uint8_t fitted[9];
+        EXPECT_EQ(ZmComputeBestFitBBoxes({boxes.data(), 64}, clouds.data(), 9, 0, fitted), 4);
+        for (size_t i = 0; i < 8; ++i) {
+            EXPECT_EQ(fitted[i], i % 2 == 0);
+        }
+        EXPECT_TRUE(SameBits(boxes[6], Fit(good)));
+        EXPECT_TRUE(SameBits(boxes[8], ZmMatrix::Identity()));
+    });
 }
 
 }  // namespace

@@ -1,7 +1,9 @@
 #include "ZmCulling.h"
 
+#include "Support/Blocks.h"
 #include "Support/Paths.h"
 #include "Support/Strided.h"
+#include "ZmBuilders.h"
 #include "ZmIntersect.h"
 
 #include <functional>
@@ -137,6 +139,38 @@ TEST(ZmCullingTest, BoxesAreTransformedWithTheBitsOfTransformFrom)
             EXPECT_TRUE(separate.GapsAreIntact() && source.GapsAreIntact());
         }
     });
+}
+
+TEST(ZmCullingTest, BoundsOfPointsHaveTheBitsOfTheInlineForms)
+{
+    const struct {
+        const char* name;
+        float scale;
+        ZmVector centre;
+        bool onSphere, odd;
+    } rows[] = {
+        {"random", 3, {0, 0, 0}, false, false},     {"far away", 3, {9000, -700, 0.1f}, false, false},
+        {"on a sphere", 3, {1, 2, 3}, true, false}, {"tiny", 1e-22f, {0, 0, 0}, false, false},
+        {"huge", 1e25f, {0, 0, 0}, false, false},   {"zeros and NaNs", 3, {0, 0, 0}, false, true},
+    };
+    for (const auto& row : rows) {
+        OnEachPath(100, [&](Random& random) {
+            SCOPED_TRACE(row.name);
+            const int count = random.Int(0, 40);
+            const float oddities[] = {0.0f, -0.0f, nanf(""), 1};
+            std::vector<ZmVector> points;
+            for (int i = 0; i < count; ++i) {
+                ZmVector p = (row.onSphere ? random.UnitVector() : random.Vector(1)) * row.scale + row.centre;
+                for (int axis = 0; axis < 3 && row.odd; ++axis) {
+                    p[axis] = oddities[random.Int(0, 3)] * (axis == 0 ? 1.0f : axis == 1 ? -1.0f : 0.0f);
+                }
+                points.push_back(p);
+            }
+            Strided<ZmVector> strided(points, unsigned(random.Int(12, 17)));
+            EXPECT_TRUE(SameBits(ZmBoxOfPoints(strided.Data(), count), ZmBoxFromPoints(strided.Data(), count)));
+            EXPECT_TRUE(SameBits(ZmSphereOfPoints(strided.Data(), count), ZmSphereFromPoints(strided.Data(), count)));
+        });
+    }
 }
 
 }  // namespace
