@@ -88,6 +88,17 @@ int WidthOfMipmaps(int width, int height)
     return std::max(sum, 1);
 }
 
+bool Save(const Image& image, const std::string& folder, const char* name, std::vector<std::string>& paths,
+          std::string& error)
+{
+    paths.push_back((std::filesystem::path(folder) / name).string());
+    if (WritePng(paths.back().c_str(), image.desc.Width, image.desc.Height, image.pixels.data())) {
+        return true;
+    }
+    error = paths.back() + ": cannot be written";
+    return false;
+}
+
 }  // namespace
 
 bool SaveImages(const Picture& picture, const std::string& folder, std::vector<std::string>& paths, std::string& error)
@@ -106,11 +117,21 @@ bool SaveImages(const Picture& picture, const std::string& folder, std::vector<s
     for (const auto& image : kImages) {
         Image res(image.width, image.height);
         image.draw(Describe(picture), res);
-        paths.push_back((std::filesystem::path(folder) / image.name).string());
-        if (!WritePng(paths.back().c_str(), image.width, image.height, res.pixels.data())) {
-            error = paths.back() + ": cannot be written";
+        if (!Save(res, folder, image.name, paths, error)) {
             return false;
         }
     }
     return true;
+}
+
+bool SaveSheet(const std::vector<Picture>& pictures, int columns, const std::string& folder,
+               std::vector<std::string>& paths, std::string& error)
+{
+    const int count = int(pictures.size()), width = pictures.front().width, height = pictures.front().height;
+    Image sheet(columns * width, (count + columns - 1) / columns * height);
+    for (int i = 0; i < count; ++i) {
+        ZmDoBlit(Describe(pictures[size_t(i)]),
+                 Part(sheet.desc, i % columns * width, i / columns * height, width, height));
+    }
+    return Save(sheet, folder, "tour-crowd.png", paths, error);
 }

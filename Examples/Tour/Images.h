@@ -10,3 +10,7 @@
 /// mipmap levels. `paths` receives the files written. Returns false, with a message in `error`, if a file cannot be
 /// written.
 bool SaveImages(const Picture& picture, const std::string& folder, std::vector<std::string>& paths, std::string& error);
+
+/// Writes pictures of one size, in rows of `columns`, to tour-crowd.png; otherwise like SaveImages().
+bool SaveSheet(const std::vector<Picture>& pictures, int columns, const std::string& folder,
+               std::vector<std::string>& paths, std::string& error);

@@ -2,46 +2,43 @@
 
 namespace {
 
-ZmVector Placed(const Model& model, const ZmVector& v)
-{
-    ZmVector placed;
-    Zm3DMultiplyMatrixVector(&placed, model.world, &v);
-    return placed;
-}
-
 // The parameter along the ray is the same in world space and in model space.
-void PickIn(const Model& model, const ZmRay& ray, float& nearest, PickedTriangle& picked)
+bool HitsModel(const Model& model, const ZmRay& ray, float nearest, ZmMeshHit& hit)
 {
-    const Mesh& mesh = *model.shape;
     ZmMatrix toModel = ZmMatrix::Identity();
     Zm3DInverseMatrix(toModel, model.world);
     ZmRay local;
     ray.Transform(local, toModel);
-    for (size_t i = 0; i < mesh.indices.size(); i += 3) {
-        const ZmVector& a = mesh.vertices[mesh.indices[i]].position;
-        const ZmVector& b = mesh.vertices[mesh.indices[i + 1]].position;
-        const ZmVector& c = mesh.vertices[mesh.indices[i + 2]].position;
-        ZmVector point;
-        float t;
-        if (!ZmIntersect::RayFace(local, a, b, c, Cross(b - a, c - a), point, t) || t >= nearest) {
-            continue;
-        }
-        nearest = t;
-        picked = {&model, i / 3, {Placed(model, a), Placed(model, b), Placed(model, c)}, Placed(model, point), 0};
+    const Mesh& shape = *model.shape;
+    const ZmMesh mesh = {Positions(shape), int(shape.vertices.size()), shape.indices.data(), 1,
+                         int(shape.TriangleCount())};
+    return ZmRayMesh(local, mesh, nearest, hit) != 0;
+}
+
+PickedTriangle Picked(const Model& model, const ZmRay& ray, const ZmMeshHit& hit)
+{
+    const Mesh& mesh = *model.shape;
+    PickedTriangle res = {&model, size_t(hit.triangle), {}, ray.Origin + ray.Direction * hit.distance, 0};
+    for (size_t i = 0; i < 3; ++i) {
+        const ZmVector& corner = mesh.vertices[mesh.indices[3 * res.triangle + i]].position;
+        res.corners[i] = TransformPoint(corner, model.world);
     }
+    res.distance = Length(res.point - ray.Origin);
+    return res;
 }
 
 }  // namespace
 
-PickedTriangle Pick(const std::vector<VisibleModel>& visible, const ZmRay& ray)
+PickedTriangle Pick(const Scene& scene, const ZmRay& ray)
 {
-    PickedTriangle picked;
-    float nearest = 1e30f;
-    for (const VisibleModel& candidate : visible) {
-        if (ZmIntersect::RayBox(ray, candidate.shown->box)) {
-            PickIn(*candidate.shown, ray, nearest, picked);
-        }
+    std::vector<uint32_t> candidates(scene.models.size());
+    candidates.resize(size_t(ZmRayBoxes(ray, Boxes(scene), int(scene.models.size()), nullptr, candidates.data())));
+
+    const Model* nearest = nullptr;
+    ZmMeshHit hit = {0, 1e30f, 0, 0};
+    for (const uint32_t number : candidates) {
+        const Model& model = scene.models[number];
+        nearest = HitsModel(model, ray, hit.distance, hit) ? &model : nearest;
     }
-    picked.distance = picked.of ? Length(picked.point - ray.Origin) : 0;
-    return picked;
+    return nearest ? Picked(*nearest, ray, hit) : PickedTriangle();
 }

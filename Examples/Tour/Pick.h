@@ -11,5 +11,5 @@ struct PickedTriangle {
     float distance = 0;         ///< from the eye
 };
 
-/// Tests the boxes first, then the triangles of the remaining models, in model space.
-PickedTriangle Pick(const std::vector<VisibleModel>& visible, const ZmRay& ray);
+/// Tests the boxes of all models first, then the meshes of those that remain, in model space.
+PickedTriangle Pick(const Scene& scene, const ZmRay& ray);

@@ -118,6 +118,12 @@ void PrintPicked(const PickedTriangle& picked)
     }
 }
 
+void PrintCrowd(const Tour& tour)
+{
+    std::printf("Crowd       %zu dancers, %zu vertices posed in %.2f ms on one thread\n", tour.dancers, tour.skinned,
+                double(tour.posing));
+}
+
 void PrintTimes(const std::vector<Tour::StageTime>& times)
 {
     const char* before = "Time        ";
@@ -142,6 +148,7 @@ void PrintReport(const Tour& tour)
     std::printf("Drawn       %zu triangles, %zu vertices transformed\n", tour.counts.triangles, tour.counts.vertices);
     PrintFrames(tour);
     PrintPicked(tour.picked);
+    PrintCrowd(tour);
     PrintTimes(tour.times);
     PrintTransformSpeed(tour.statue, tour.worldToClip);
     std::printf("Picture     %dx%d, %s\n", tour.drawn.width, tour.drawn.height, tour.files.front().c_str());

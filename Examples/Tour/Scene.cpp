@@ -10,11 +10,20 @@ void Scene::Add(const Mesh& shape, Material made, const ZmMatrix& world, const Z
     models.push_back(model);
 }
 
+ZmStridedData Boxes(const Scene& scene)
+{
+    return {const_cast<ZmBbox*>(&scene.models.front().box), sizeof(Model)};
+}
+
 std::vector<VisibleModel> ModelsInView(const Scene& scene, const ZmMatrix& worldToClip, int width, int height)
 {
+    std::vector<uint32_t> inView(scene.models.size());
+    inView.resize(size_t(ZmCullBoxes(scene.camera, Boxes(scene), int(scene.models.size()), nullptr, inView.data())));
+
     const ZmRect screen(0, 0, float(width), float(height));
     std::vector<VisibleModel> visible;
-    for (const Model& model : scene.models) {
+    for (const uint32_t number : inView) {
+        const Model& model = scene.models[number];
         ZmRect extents;
         ZMCLIP_FLAGS andFlags, orFlags;
         if (!ZmTransformBox2D(worldToClip, model.box, &screen, &extents, andFlags, orFlags)) {

@@ -47,5 +47,8 @@ struct VisibleModel {
     int firstRow, endRow;
 };
 
+/// The boxes of all models, of which there must be one at least, as the library's bulk functions expect them.
+ZmStridedData Boxes(const Scene& scene);
+
 /// The models whose world boxes are not entirely outside the view, nearest first.
 std::vector<VisibleModel> ModelsInView(const Scene& scene, const ZmMatrix& worldToClip, int width, int height);

@@ -6,6 +6,7 @@
 
 #include "Archive.h"
 #include "Bake.h"
+#include "Crowd.h"
 #include "Images.h"
 #include "LastCamera.h"
 #include "Log.h"
@@ -154,7 +155,7 @@ bool PickTriangle(Tour& tour)
     const int width = tour.said.width, height = tour.said.height;
     tour.mouse = RayThrough(tour.meadow.camera, tour.asked.mouseX * float(width), tour.asked.mouseY * float(height),
                             width, height);
-    tour.picked = Pick(tour.visible, tour.mouse);
+    tour.picked = Pick(tour.meadow, tour.mouse);
     return true;
 }
 
@@ -167,6 +168,30 @@ bool DrawBoxes(Tour& tour)
 bool WriteImages(Tour& tour)
 {
     return SaveImages(tour.drawn, tour.asked.outputFolder, tour.files, tour.error);
+}
+
+// Four moments of a dance, each a quarter of the picture's size.
+bool DrawCrowd(Tour& tour)
+{
+    constexpr int kMoments = 4, kColumns = 2;
+    const int width = tour.said.width / kColumns, height = tour.said.height / kColumns;
+    Scene floor;
+    BuildLandscape(floor, tour.said);
+    Crowd crowd(floor, tour.statue, tour.said);
+    std::vector<Picture> moments;
+    for (int i = 0; i < kMoments; ++i) {
+        ZmTimeProfiler clock;
+        clock.Reset();
+        crowd.Pose(float(i) / kMoments);
+        tour.posing = clock.Current();
+        const Shading shading(floor, tour.pebbles, tour.threads);
+        DrawCounts counts;
+        moments.push_back(DrawPicture(floor, ModelsInView(floor, tour.worldToClip, width, height), tour.worldToClip,
+                                      shading, width, height, tour.threads, counts));
+    }
+    tour.dancers = crowd.Size();
+    tour.skinned = crowd.Size() * tour.statue.vertices.size();
+    return SaveSheet(moments, kColumns, tour.asked.outputFolder, tour.files, tour.error);
 }
 
 // Stores the camera in the user's settings for the next tour. The scene's own camera is not stored, so that later
@@ -194,12 +219,13 @@ const struct {
     {"mesh", LoadMesh},                              // ZmSubFile: Archive.cpp, ObjReader.cpp
     {"image", LoadImage},                            // ZmConvertToBumpMap, mipmaps: Drawing/Relief.cpp
     {"models", PlaceModels},                         // quaternions, ZmMatrix, ZmBbox: Drawing/Meadow.cpp, Scene.cpp
-    {"culling", CullModels},                         // ZmFrustum, ZmTransformBox2D: View.cpp, Scene.cpp
+    {"culling", CullModels},                         // ZmCullBoxes, ZmTransformBox2D: View.cpp, Scene.cpp
     {"frame", DrawOnAllProcessors},                  // ZmThread, ZmMutex, strided arrays: Workers.cpp, Transform.cpp
     {"frame on one processor", DrawOnOneProcessor},  // ZmTimeProfiler
-    {"picking", PickTriangle},                       // ZmIntersect, ZmRay: Pick.cpp
+    {"picking", PickTriangle},                       // ZmRayBoxes, ZmRayMesh: Pick.cpp
     {"boxes", DrawBoxes},                            // ZmComputeBestFitBBox, ZmIntersect: Overlay.cpp
     {"pictures", WriteImages},                       // ZmDoBlit, pixel formats, palettes: Images.cpp
+    {"crowd", DrawCrowd},                            // key frames, hierarchies, skinning: Drawing/Crowd.cpp
     {"settings", KeepCamera},                        // ZmConfig: LastCamera.cpp
     {"report", WriteReport},                         // the processor and its features: Report.cpp
 };

@@ -35,7 +35,9 @@ struct Tour {
 
     ZmRay mouse{};  ///< from the eye through the requested point
     PickedTriangle picked;
-    std::vector<std::string> files;  ///< the pictures written
+    size_t dancers = 0, skinned = 0;  ///< copies that move, and all their vertices
+    float posing = 0;                 ///< milliseconds to pose all of them
+    std::vector<std::string> files;   ///< the pictures written
 
     struct StageTime {
         const char* stage;

@@ -310,7 +310,7 @@ struct BlendedRows {
 #ifdef __AVX2__
 /// The position in the lower half, the normal, to which -0 is added, in the upper one.
 template <>
-void BlendedRows<Avx2Lanes>::Move(char* position, const char* p, char* normal, const char* n) const
+inline void BlendedRows<Avx2Lanes>::Move(char* position, const char* p, char* normal, const char* n) const
 {
     const auto at = [=](int i) { return Avx2Lanes::SplatHalves(p, n, i); };
     const Avx2Lanes moved = Blend(at(0), rows[0].LowTwice(), at(1), rows[0].HighTwice(), at(2), rows[1].LowTwice(),

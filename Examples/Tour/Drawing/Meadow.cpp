@@ -24,13 +24,7 @@ void PlaceCamera(Scene& scene, const Settings& settings)
 // Scales, turns about the vertical axis, and places on the ground.
 ZmMatrix Placed(const Spot& spot)
 {
-    const ZmVector position(spot.x, GroundHeight(spot.x, spot.z) - 0.015f * spot.size, spot.z);
-    const ZmVector scale(spot.size, spot.size, spot.size);
-    ZmQuaternion turn;
-    turn.FromRotation(ZmVector::axisY(), spot.heading);
-    ZmMatrix world;
-    world.RecomposeMatrix(&position, &scale, &turn);
-    return world;
+    return ZmTransform(Footing(spot), Facing(spot), ZmVector(spot.size, spot.size, spot.size));
 }
 
 bool TooClose(const Spot& spot, const std::vector<Spot>& others)
@@ -40,6 +34,8 @@ bool TooClose(const Spot& spot, const std::vector<Spot>& others)
         return dx * dx + dz * dz < reach * reach;
     });
 }
+
+}  // namespace
 
 // Herds with open grass between them, sparser with distance.
 std::vector<Spot> ChooseSpots(const Settings& settings)
@@ -62,6 +58,18 @@ std::vector<Spot> ChooseSpots(const Settings& settings)
     }
     return spots;
 }
+
+ZmVector Footing(const Spot& spot)
+{
+    return {spot.x, GroundHeight(spot.x, spot.z) - 0.015f * spot.size, spot.z};
+}
+
+ZmQuaternion Facing(const Spot& spot)
+{
+    return ZmRotationQuaternion(ZmVector::axisY(), -spot.heading);
+}
+
+namespace {
 
 void PlaceStatues(Scene& scene, const Mesh& statue, const Settings& settings)
 {
@@ -138,12 +146,17 @@ void PlaceFlowers(Scene& scene)
 
 }  // namespace
 
-void BuildMeadow(Scene& scene, const Mesh& statue, const Settings& settings)
+void BuildLandscape(Scene& scene, const Settings& settings)
 {
     PlaceCamera(scene, settings);
     scene.light = {Unit(settings.towardsSun), settings.sunColour};
-    PlaceStatues(scene, statue, settings);
     PlaceGround(scene);
     PlaceGrass(scene);
     PlaceFlowers(scene);
+}
+
+void BuildMeadow(Scene& scene, const Mesh& statue, const Settings& settings)
+{
+    BuildLandscape(scene, settings);
+    PlaceStatues(scene, statue, settings);
 }
