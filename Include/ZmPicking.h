@@ -45,7 +45,8 @@ enum ZMMESH_SIDES : uint32_t {
 struct ZmMeshHit {
     int triangle;    ///< number of the triangle
     float distance;  ///< t, see above
-    float u, v;      ///< not negative; their sum is at most 1, rounding apart
+    float u;         ///< weight of b, not negative
+    float v;         ///< weight of c; u + v is at most 1, rounding apart
 };
 
 /// Finds the nearest triangle that the ray hits on one of `sides`; of equal distances, the lowest number. Returns 1, or
