@@ -25,9 +25,10 @@ struct ZmPointCloud {
     int count;             ///< below 1: an empty cloud
 };
 
-/// ZmComputeBestFitBBox for each of `count` clouds, with the same bits: the pieces of a scene, for example. `res` are
-/// ZmMatrix records at any stride and alignment, of which only their own 64 bytes are written; they must not overlap
-/// the points. `fitted`, unless null, receives 1 or 0 for each cloud. Returns how many have 1. Eight clouds share the
-/// search for their axes, which for clouds of up to a hundred points takes most of the time. Any thread may call.
+/// ZmComputeBestFitBBox for each of `count` clouds, with the same bits except for NaNs: the pieces of a scene, say.
+/// `res` are ZmMatrix records at any stride and alignment, of which only their own 64 bytes are written; they must not
+/// overlap the points. `fitted`, unless null, receives 1 or 0 for each cloud. Returns how many have 1. Eight clouds
+/// share the search for their axes, which for clouds of up to a hundred points takes most of the time. Any thread may
+/// call.
 ZM_API int ZmComputeBestFitBBoxes(const ZmStridedData& res, const ZmPointCloud* clouds, int count,
                                   float additionalBorder, uint8_t* fitted);

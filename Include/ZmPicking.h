@@ -27,7 +27,7 @@
 /// indices[3 * i + 2].
 struct ZmMesh {
     ZmStridedData positions;  ///< three floats each, at any stride and alignment; nothing else is read
-    int positionCount;        ///< the number of positions; larger indices are out of range
+    int positionCount;        ///< indices from here on are out of range; below 1: nothing is hit
     const void* indices;      ///< uint16_t or uint32_t, tight, at any alignment; null: 0, 1, 2, 3 ...
     int wideIndices;          ///< 0: the indices are uint16_t; else uint32_t
     int triangleCount;        ///< below 1: nothing is hit
@@ -45,7 +45,8 @@ enum ZMMESH_SIDES : uint32_t {
 struct ZmMeshHit {
     int triangle;    ///< number of the triangle
     float distance;  ///< t, see above
-    float u, v;      ///< not negative; their sum is at most 1, rounding apart
+    float u;         ///< weight of b, not negative
+    float v;         ///< weight of c; u + v is at most 1, rounding apart
 };
 
 /// Finds the nearest triangle that the ray hits on one of `sides`; of equal distances, the lowest number. Returns 1, or

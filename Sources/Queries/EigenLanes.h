@@ -83,20 +83,14 @@ public:
         memcpy(m_Vectors, vectors, sizeof(vectors));
     }
 
-    /// ZmEigenMatrix::QLAlgorithm.
+    /// ZmEigenMatrix::QLAlgorithm. Only NaNs fail to converge; their lanes take the other steps as well.
     void Solve()
     {
-        L unfinished = M::Equal(L::Splat(0), L::Splat(0));
         for (int from = 0; from < 2; ++from) {
-            L live = unfinished;
-            for (int iteration = 0;; ++iteration) {
-                const L ends = IsNegligible(from);
-                live = M::Without(live, ends);
+            L live = M::Equal(L::Splat(0), L::Splat(0));
+            for (int iteration = 0; iteration < kMostIterations; ++iteration) {
+                live = M::Without(live, IsNegligible(from));
                 if (!M::Any(live)) {
-                    break;
-                }
-                if (iteration == kMostIterations) {
-                    unfinished = M::Without(unfinished, live);
                     break;
                 }
                 Iterate(from, live);

@@ -154,7 +154,7 @@ private:
     {
         const double u = AreaOf(c, a), v = AreaOf(a, b), w = AreaOf(b, c), area = w + u + v;
         const bool inside = (u >= 0 && v >= 0 && w >= 0) || (u <= 0 && v <= 0 && w <= 0);
-        if (inside && area != 0 && (m_Query.sides & SideOf(area)) != 0) {
+        if (inside && (m_Query.sides & SideOf(area)) != 0) {  // without area, all numbers of the hit are NaN
             const double depth = w * a.depth.v + u * b.depth.v + v * c.depth.v;
             Take({triangle, float(depth / (area * m_Ray.along)), float(u / area), float(v / area)});
         }

@@ -160,7 +160,12 @@ TEST(ZmCullingTest, BoundsOfPointsHaveTheBitsOfTheInlineForms)
             const float oddities[] = {0.0f, -0.0f, nanf(""), 1};
             std::vector<ZmVector> points;
             for (int i = 0; i < count; ++i) {
-                ZmVector p = (row.onSphere ? random.UnitVector() : random.Vector(1)) * row.scale + row.centre;
+                ZmVector p = random.Vector(1);
+                if (row.onSphere) {  // whose box has the same centre
+                    p = i < 6 ? ZmVector(0, 0, 0) : random.UnitVector();
+                    p[i % 3] = i < 6 ? (i < 3 ? 1.0f : -1.0f) : p[i % 3];
+                }
+                p = p * row.scale + row.centre;
                 for (int axis = 0; axis < 3 && row.odd; ++axis) {
                     p[axis] = oddities[random.Int(0, 3)] * (axis == 0 ? 1.0f : axis == 1 ? -1.0f : 0.0f);
                 }
