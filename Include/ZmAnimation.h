@@ -38,13 +38,14 @@ ZM_API void ZmTransformMatrixStrided(const ZmStridedData& res, const ZmStridedDa
 ZM_API void Zm3DQuaternionMultiplyStrided(const ZmStridedData& res, const ZmStridedData& a, const ZmStridedData& b,
                                           int count);
 
-/// Normalized() of each vector of three components, and of each quaternion: exact to rounding.
+/// Normalized() of each vector of three components: exact to rounding. Zero vectors give NaNs.
 ZM_API void ZmNormalizeVectorStrided(const ZmStridedData& res, const ZmStridedData& src, int count);
+/// The same for quaternions; the zero quaternion gives the identity.
 ZM_API void ZmNormalizeQuaternionStrided(const ZmStridedData& res, const ZmStridedData& src, int count);
 
 /// SlerpExact(a[i], b[i], t[i]) of ZmInterpolation.h: exact at both ends, and of unit length. t holds floats; a stride
-/// of 0 gives all elements the same `a`, `b` or `t`. Quaternions whose length is off by more than 2^-16, and values of t
-/// outside of 0 to 1, take longer.
+/// of 0 gives all elements the same `a`, `b` or `t`. Quaternions whose length is off by more than 2^-16, and values of
+/// t outside of 0 to 1, take longer.
 ZM_API void ZmSlerpStrided(const ZmStridedData& res, const ZmStridedData& a, const ZmStridedData& b,
                            const ZmStridedData& t, int count);
 
@@ -52,11 +53,12 @@ ZM_API void ZmSlerpStrided(const ZmStridedData& res, const ZmStridedData& a, con
 ZM_API void ZmNlerpStrided(const ZmStridedData& res, const ZmStridedData& a, const ZmStridedData& b,
                            const ZmStridedData& t, int count);
 
-/// The same with one t for all elements.
+/// ZmSlerpStrided() with one t for all elements.
 inline void ZmSlerpStrided(const ZmStridedData& res, const ZmStridedData& a, const ZmStridedData& b, float t, int count)
 {
     ZmSlerpStrided(res, a, b, ZmStridedData(&t, 0), count);
 }
+/// ZmNlerpStrided() with one t for all elements.
 inline void ZmNlerpStrided(const ZmStridedData& res, const ZmStridedData& a, const ZmStridedData& b, float t, int count)
 {
     ZmNlerpStrided(res, a, b, ZmStridedData(&t, 0), count);
