@@ -70,8 +70,8 @@ struct ZmSkin {
     int paletteSize;          ///< an index beyond it counts as the last; below 1, nothing is done
     int influences;           ///< matrices for each vertex, 1 to 4; other values count as the nearest
     ZmStridedData indices;    ///< for each vertex `influences` bytes, or words of 16 bits if there are `wideIndices`
-    bool wideIndices;
-    ZmStridedData weights;  ///< for each vertex `influences` floats, which should add up to 1
+    bool wideIndices;         ///< whether indices are words of 16 bits
+    ZmStridedData weights;    ///< for each vertex `influences` floats, which should add up to 1
 };
 
 /// Moves vertices with the bones of a skeleton (linear blend skinning). For each vertex the matrices are blended by

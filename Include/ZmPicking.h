@@ -29,7 +29,7 @@ struct ZmMesh {
     ZmStridedData positions;  ///< three floats each, at any stride and alignment; nothing else is read
     int positionCount;        ///< indices from here on are out of range; below 1: nothing is hit
     const void* indices;      ///< uint16_t or uint32_t, tight, at any alignment; null: 0, 1, 2, 3 ...
-    int wideIndices;          ///< 0: the indices are uint16_t; else uint32_t
+    bool wideIndices;         ///< whether indices are uint32_t
     int triangleCount;        ///< below 1: nothing is hit
 };
 

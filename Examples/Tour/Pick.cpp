@@ -10,7 +10,7 @@ bool HitsModel(const Model& model, const ZmRay& ray, float nearest, ZmMeshHit& h
     ZmRay local;
     ray.Transform(local, toModel);
     const Mesh& shape = *model.shape;
-    const ZmMesh mesh = {Positions(shape), int(shape.vertices.size()), shape.indices.data(), 1,
+    const ZmMesh mesh = {Positions(shape), int(shape.vertices.size()), shape.indices.data(), true,
                          int(shape.TriangleCount())};
     return ZmRayMesh(local, mesh, nearest, hit) != 0;
 }
