@@ -19,12 +19,12 @@ struct Vertices {
 
 namespace {
 
-inline const float* Floats(const char* p)
+inline const float* AsFloats(const char* p)
 {
     return reinterpret_cast<const float*>(p);
 }
 
-inline float* Floats(char* p)
+inline float* AsFloats(char* p)
 {
     return reinterpret_cast<float*>(p);
 }
@@ -36,14 +36,14 @@ void MultiplyMany(const StridedPair& pair, const char* a, ptrdiff_t aStride)
     char* res = pair.res;
     const char* b = pair.src;
     if (aStride == 0) {
-        const AffineFactor<L> factor(Floats(a));
+        const AffineFactor<L> factor(AsFloats(a));
         for (ptrdiff_t i = 0; i < pair.count; ++i, res += pair.resStride, b += pair.srcStride) {
-            factor.Times(Floats(res), Floats(b));
+            factor.Times(AsFloats(res), AsFloats(b));
         }
         return;
     }
     for (ptrdiff_t i = 0; i < pair.count; ++i, res += pair.resStride, a += aStride, b += pair.srcStride) {
-        AffineProduct<L>(Floats(res), Floats(a), Floats(b));
+        AffineProduct<L>(AsFloats(res), AsFloats(a), AsFloats(b));
     }
 }
 
@@ -54,7 +54,7 @@ void PlaceNodes(const StridedPair& pair, const int* parents)
     const char* local = pair.src;
     for (ptrdiff_t i = 0; i < pair.count; ++i, world += pair.resStride, local += pair.srcStride) {
         if (parents[i] >= 0 && parents[i] < i) {
-            AffineProduct<L>(Floats(world), Floats(pair.res + parents[i] * pair.resStride), Floats(local));
+            AffineProduct<L>(AsFloats(world), AsFloats(pair.res + parents[i] * pair.resStride), AsFloats(local));
         } else {
             memmove(world, local, sizeof(ZmMatrix));
         }
@@ -187,7 +187,7 @@ void InvertMany(StridedPair pair)
         const int count = pair.count < L::kCount ? int(pair.count) : L::kCount;
         if (count < L::kCount || !InvertGroup<L>(pair)) {
             for (int i = 0; i < count; ++i) {
-                AffineInverse(Floats(pair.res + i * pair.resStride), Floats(pair.src + i * pair.srcStride));
+                AffineInverse(AsFloats(pair.res + i * pair.resStride), AsFloats(pair.src + i * pair.srcStride));
             }
         }
         Advance(pair, count);
@@ -252,7 +252,7 @@ public:
 
     const float* In(const ZmMatrix* palette, int k) const
     {
-        return Floats(reinterpret_cast<const char*>(palette + Index(m_Packed >> (8 * sizeof(Index) * unsigned(k)))));
+        return AsFloats(reinterpret_cast<const char*>(palette + Index(m_Packed >> (8 * sizeof(Index) * unsigned(k)))));
     }
 
 private:
