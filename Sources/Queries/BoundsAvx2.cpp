@@ -10,9 +10,9 @@ void BoundPoints(Bounds& bounds, const PointCloud& cloud)
     zm::BoundPoints<Avx2Lanes>(bounds, cloud);
 }
 
-double FindFarthest(const PointCloud& cloud, const ZmVector& centre)
+void FindFarthest(double& square, const PointCloud& cloud, const ZmVector& centre)
 {
-    return zm::FindFarthest<Avx2Lanes, DoubleLanes>(cloud, centre);
+    zm::FindFarthest<Avx2Lanes, DoubleLanes>(square, cloud, centre);
 }
 
 }  // namespace avx2

@@ -185,12 +185,14 @@ private:
     double m_Farthest = 0;
 };
 
+/// The result is no return value: 32-bit programs return doubles in a register that emulators round to the precision of
+/// the control word.
 template <class L, class D>
-double FindFarthest(const PointCloud& cloud, const ZmVector& centre)
+void FindFarthest(double& square, const PointCloud& cloud, const ZmVector& centre)
 {
     FarthestSquare<L, D> farthest(centre);
     ForEachGroup<L>(cloud, [&](const Group<L>& p) { farthest.Include(p); });
-    return farthest.Square();
+    square = farthest.Square();
 }
 
 }  // namespace
@@ -199,7 +201,7 @@ double FindFarthest(const PointCloud& cloud, const ZmVector& centre)
 namespace avx2 {
 
 void BoundPoints(Bounds& bounds, const PointCloud& cloud);
-double FindFarthest(const PointCloud& cloud, const ZmVector& centre);
+void FindFarthest(double& square, const PointCloud& cloud, const ZmVector& centre);
 
 }  // namespace avx2
 }  // namespace zm

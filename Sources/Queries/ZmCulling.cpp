@@ -85,9 +85,9 @@ ZmSphere ZmSphereOfPoints(const ZmStridedData& points, int count)
         return {{0, 0, 0}, 0};
     }
     const ZmVector centre = box.Min * 0.5f + box.Max * 0.5f;
-    const double square =
-        zm::DispatchWide(zm::avx2::FindFarthest, zm::FindFarthest<zm::SseLanes, zm::DoubleLanes>,
-                         zm::FindFarthest<zm::ScalarLanes, zm::ScalarDoubles>, zm::CloudOf(points, count), centre);
+    double square = 0;
+    zm::DispatchWide(zm::avx2::FindFarthest, zm::FindFarthest<zm::SseLanes, zm::DoubleLanes>,
+                     zm::FindFarthest<zm::ScalarLanes, zm::ScalarDoubles>, square, zm::CloudOf(points, count), centre);
     const float radius = float(sqrt(square));
     // Rounding down would leave the farthest point outside.
     return {centre, double(radius) * radius < square ? nextafterf(radius, INFINITY) : radius};
