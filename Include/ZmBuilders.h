@@ -448,6 +448,18 @@ inline ZmVector PointAt(const ZmStridedData& points, int i)
     return {v[0], v[1], v[2]};
 }
 
+inline ZmVector MiddleOf(const ZmBbox& box)
+{
+    return box.Min * 0.5f + box.Max * 0.5f;
+}
+
+/// The radius of a sphere that reaches a point at this square of a distance: rounding down would leave it outside.
+inline float RadiusOf(double square)
+{
+    const float radius = float(Sqrt(square));
+    return double(radius) * radius < square ? __builtin_nextafterf(radius, __builtin_inff()) : radius;
+}
+
 /// Describes a tight array, which is only read.
 inline ZmStridedData Tight(const ZmVector* points)
 {
@@ -485,16 +497,13 @@ inline ZmSphere ZmSphereFromPoints(const ZmStridedData& points, int count)
     if (IsEmpty(box)) {
         return {{0, 0, 0}, 0};
     }
-    const ZmVector centre = box.Min * 0.5f + box.Max * 0.5f;
+    const ZmVector centre = zm::MiddleOf(box);
     double farthest = 0;
     for (int i = 0; i < count; ++i) {
         const double square = zm::SquareDistanceOf(zm::PointAt(points, i), centre);
         farthest = square > farthest ? square : farthest;
     }
-    const float radius = float(zm::Sqrt(farthest));
-    // Rounding down would leave the farthest point outside.
-    const bool isBelow = double(radius) * radius < farthest;
-    return {centre, isBelow ? __builtin_nextafterf(radius, __builtin_inff()) : radius};
+    return {centre, zm::RadiusOf(farthest)};
 }
 /// The same for a tight array.
 inline ZmSphere ZmSphereFromPoints(const ZmVector* points, int count)

@@ -137,7 +137,8 @@ inline bool InvertBlocks(Blocks<Avx2Lanes>& res, const Blocks<Avx2Lanes>& blocks
     for (int half = 0; half < 2; ++half) {
         const auto row = [&](int i) {
             const auto lanes = [&](int k) {
-                return DoubleLanes(SseLanes::Load4(reinterpret_cast<const float*>(&blocks.at[i][k]) + 4 * half));
+                const Avx2Lanes both = blocks.at[i][k];
+                return DoubleLanes(half == 0 ? both.Low() : both.High());
             };
             return DoubleVectors{lanes(0), lanes(1), lanes(2)};
         };

@@ -29,11 +29,8 @@ inline uint32_t PackScalar(const ZmColor& c)
     return Packed(ClampedByte(c.a), ClampedByte(c.r), ClampedByte(c.g), ClampedByte(c.b));
 }
 
-/// Components of one colour in each SSE register or half of an AVX register, as numbers from 0 to 255 (or below 0) in
-/// the order of packed colours.
-///
-/// They are clamped from above before rounding, since the conversion cannot represent large values; packing saturates
-/// those below 0.
+/// The components of a colour times 255, rounded, in the order of packed ones. They are clamped from above before
+/// rounding, since the conversion cannot represent large values; packing saturates those below 0.
 inline __m128i Rounded(SseLanes colour)
 {
     const __m128 scaled = _mm_mul_ps(colour.v, _mm_set1_ps(255.0f));
@@ -64,8 +61,7 @@ struct ColorGroup {
         for (int i = 0; i < L::kCount; ++i) {
             uint32_t packed;
             memcpy(&packed, src + 4 * i, 4);
-            const ZmColor colour = {float(packed >> 16 & 0xFF) / 255.0f, float(packed >> 8 & 0xFF) / 255.0f,
-                                    float(packed & 0xFF) / 255.0f, float(packed >> 24) / 255.0f};
+            const ZmColor colour = ZmUnpackedColor(packed);
             memcpy(res + i * stride, &colour, sizeof(colour));
         }
     }
@@ -95,6 +91,7 @@ struct ColorGroup<SseLanes> {
 #ifdef __AVX2__
 template <>
 struct ColorGroup<Avx2Lanes> {
+    /// Rounded() of two colours.
     static __m256i RoundedTwo(const char* src, ptrdiff_t stride)
     {
         const Avx2Lanes colours = Avx2Lanes::Halves(SseLanes::Load4(src), SseLanes::Load4(src + stride));
@@ -113,7 +110,7 @@ struct ColorGroup<Avx2Lanes> {
     }
     static void Unpack(char* res, ptrdiff_t stride, const char* src)
     {
-        for (int i = 0; i < kCount; i += 2) {
+        for (int i = 0; i < Avx2Lanes::kCount; i += 2) {
             const __m256i bgra = _mm256_cvtepu8_epi32(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(src + 4 * i)));
             const __m256 rgba = _mm256_cvtepi32_ps(_mm256_shuffle_epi32(bgra, _MM_SHUFFLE(3, 0, 1, 2)));
             const Avx2Lanes colours = {_mm256_div_ps(rgba, _mm256_set1_ps(255.0f))};
@@ -121,8 +118,6 @@ struct ColorGroup<Avx2Lanes> {
             colours.High().Store4(res + (i + 1) * stride);
         }
     }
-
-    static constexpr int kCount = Avx2Lanes::kCount;
 };
 #endif
 

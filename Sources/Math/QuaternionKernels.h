@@ -318,13 +318,7 @@ void ProductMany(const StridedResults& res, const StridedSources& from)
 template <class L>
 void LoadThree(const char* p, ptrdiff_t stride, L (&res)[3])
 {
-    const auto load = [=](int i) {
-        if constexpr (L::kCount == 4) {
-            return L::Load3(p + i * stride);
-        } else {
-            return L::Halves(SseLanes::Load3(p + i * stride), SseLanes::Load3(p + (i + 4) * stride));
-        }
-    };
+    const auto load = [=](int i) { return LoadAt<L>::Three(p + i * stride, stride); };
     L last = load(3);
     res[0] = load(0);
     res[1] = load(1);

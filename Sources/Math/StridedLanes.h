@@ -6,10 +6,11 @@
 namespace zm {
 namespace {
 
-/// Four or two floats at p and, in eight lanes, of the element four further on.
+/// Two to four floats at p and, in eight lanes, of the element four further on.
 template <class L>
 struct LoadAt {
     static L Four(const char* p, ptrdiff_t) { return L::Load4(p); }
+    static L Three(const char* p, ptrdiff_t) { return L::Load3(p); }
     static L Two(const char* p, ptrdiff_t) { return L::Load2(p); }
     static void StoreFour(L v, char* p, ptrdiff_t) { v.Store4(p); }
     static void StoreTwo(L v, char* p, ptrdiff_t) { v.Store2(p); }
@@ -21,6 +22,10 @@ struct LoadAt<Avx2Lanes> {
     static Avx2Lanes Four(const char* p, ptrdiff_t stride)
     {
         return Avx2Lanes::Halves(SseLanes::Load4(p), SseLanes::Load4(p + 4 * stride));
+    }
+    static Avx2Lanes Three(const char* p, ptrdiff_t stride)
+    {
+        return Avx2Lanes::Halves(SseLanes::Load3(p), SseLanes::Load3(p + 4 * stride));
     }
     static Avx2Lanes Two(const char* p, ptrdiff_t stride)
     {

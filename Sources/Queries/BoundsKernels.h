@@ -18,9 +18,9 @@ namespace {
 
 // --- Boxes ----------------------------------------------------------------------------
 //
-// A minimum needs no components of their own: the points stay in the registers as they come.
+// Extremes do not need the components apart: the points stay in the registers as they were loaded.
 
-/// Four registers or fewer, of which each float is the extreme of every so many floats.
+/// The extremes so far, float by float, of the registers that hold one group of points.
 template <class L, int Registers>
 struct Extremes {
     L max[Registers], min[Registers];

@@ -15,6 +15,11 @@ namespace zm {
 
 /// Elements to test and where the results go; either of `hits` and `indices` may be null.
 struct ManyElements {
+    ManyElements(const ZmStridedData& data, int n, uint8_t* h, uint32_t* i)
+        : elements(static_cast<const char*>(data.Ptr)), stride(ptrdiff_t(data.Stride)), count(n), hits(h), indices(i)
+    {
+    }
+
     const char* elements;
     ptrdiff_t stride;
     int count;

@@ -4,6 +4,7 @@
 #include "Platform/FeatureWord.h"
 #include "Queries/BoundsKernels.h"
 #include "Queries/ManyTests.h"
+#include "ZmBuilders.h"
 
 namespace zm {
 namespace {
@@ -18,9 +19,7 @@ template <template <class> class Elements, template <class> class Test, class Ob
 int DispatchTest(int (*avx2)(const Object&, const ManyElements&), const Object& object, const ZmStridedData& elements,
                  int count, uint8_t* hits, uint32_t* indices)
 {
-    ManyElements many = {static_cast<const char*>(elements.Ptr), ptrdiff_t(elements.Stride), count, nullptr, nullptr};
-    many.hits = hits;
-    many.indices = indices;
+    const ManyElements many(elements, count, hits, indices);
     return DispatchWide(avx2, TestAll<SseLanes, Elements, Test, Object>, TestAll<ScalarLanes, Elements, Test, Object>,
                         object, many);
 }
@@ -28,11 +27,6 @@ int DispatchTest(int (*avx2)(const Object&, const ManyElements&), const Object& 
 PointCloud CloudOf(const ZmStridedData& points, int count)
 {
     return {static_cast<const unsigned char*>(points.Ptr), points.Stride, count};
-}
-
-bool IsEmpty(const ZmBbox& box)
-{
-    return box.Min.x > box.Max.x || box.Min.y > box.Max.y || box.Min.z > box.Max.z;
 }
 
 }  // namespace
@@ -81,14 +75,12 @@ ZmBbox ZmBoxOfPoints(const ZmStridedData& points, int count)
 ZmSphere ZmSphereOfPoints(const ZmStridedData& points, int count)
 {
     const ZmBbox box = ZmBoxOfPoints(points, count);
-    if (zm::IsEmpty(box)) {
+    if (IsEmpty(box)) {
         return {{0, 0, 0}, 0};
     }
-    const ZmVector centre = box.Min * 0.5f + box.Max * 0.5f;
+    const ZmVector centre = zm::MiddleOf(box);
     double square = 0;
     zm::DispatchWide(zm::avx2::FindFarthest, zm::FindFarthest<zm::SseLanes, zm::DoubleLanes>,
                      zm::FindFarthest<zm::ScalarLanes, zm::ScalarDoubles>, square, zm::CloudOf(points, count), centre);
-    const float radius = float(sqrt(square));
-    // Rounding down would leave the farthest point outside.
-    return {centre, double(radius) * radius < square ? nextafterf(radius, INFINITY) : radius};
+    return {centre, zm::RadiusOf(square)};
 }
