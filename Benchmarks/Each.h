@@ -10,13 +10,13 @@
 namespace bench {
 namespace {
 
-/// Calls Op(result, operands, i) for each of the single operations. In a chain each of them waits for the result of the
-/// one before, whose bits seem to say where its operands lie.
-template <class Result, class Op>
+/// Calls op(result, inputs, i) for each element; the inputs are those of the single operations, or others. In a chain
+/// each of them waits for the result of the one before, whose bits seem to say where its operands lie.
+template <class Result, class Inputs = Operands, class Op>
 inline void Each(const Work& w, Op op)
 {
     Result* dst = static_cast<Result*>(w.dst);
-    const Operands& in = *static_cast<const Operands*>(w.src);
+    const Inputs& in = *static_cast<const Inputs*>(w.src);
     const int count = w.count;  // a copy: stores through pointers could alias the original
 #ifdef ZM_CHAINED
     const volatile int none = 0;
@@ -62,7 +62,7 @@ inline void EachWhole(const Work& w, Op op)
 
 /// Element i of an array of operands, as a type of the contender.
 template <class T>
-inline const T& As(const void* operands, int i)
+inline const T& As(const void* operands, int i = 0)
 {
     return static_cast<const T*>(operands)[i];
 }

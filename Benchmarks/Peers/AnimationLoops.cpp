@@ -1,7 +1,7 @@
 // Loops over GLM's packed and aligned types, for AVX2 and FMA.
 
 #define GLM_FORCE_INTRINSICS
-#include "../Harness.h"
+#include "../Each.h"
 #include "../Rig.h"
 
 #include <glm/glm.hpp>
@@ -20,43 +20,25 @@ inline const Rig& RigOf(const Work& w)
     return *static_cast<const Rig*>(w.src);
 }
 
-template <class T>
-inline const T& As(const float* floats)
-{
-    return *reinterpret_cast<const T*>(floats);
-}
-
-/// Calls op(result, rig, i) for each element.
-template <class Result, class Op>
-inline void Each(const Work& w, Op op)
-{
-    Result* dst = static_cast<Result*>(w.dst);
-    const Rig& rig = RigOf(w);
-    const int count = w.count;
-    for (int i = 0; i < count; ++i) {
-        op(dst[i], rig, i);
-    }
-}
-
 // GLM's products apply the right factor first, as ours do.
 template <class Matrix>
 void Products(const Work& w)
 {
-    Each<Matrix>(w, [](Matrix& res, const Rig& rig, int i) { res = As<Matrix>(rig.a[i]) * As<Matrix>(rig.b[i]); });
+    Each<Matrix, Rig>(w, [](Matrix& res, const Rig& rig, int i) { res = As<Matrix>(rig.a[i]) * As<Matrix>(rig.b[i]); });
 }
 
 template <class Matrix>
 void ProductsByOne(const Work& w)
 {
     const Matrix one = As<Matrix>(RigOf(w).a[0]);
-    Each<Matrix>(w, [=](Matrix& res, const Rig& rig, int i) { res = one * As<Matrix>(rig.b[i]); });
+    Each<Matrix, Rig>(w, [=](Matrix& res, const Rig& rig, int i) { res = one * As<Matrix>(rig.b[i]); });
 }
 
 template <class Matrix>
 void Hierarchy(const Work& w)
 {
     const Matrix* world = static_cast<const Matrix*>(w.dst);
-    Each<Matrix>(w, [=](Matrix& res, const Rig& rig, int i) {
+    Each<Matrix, Rig>(w, [=](Matrix& res, const Rig& rig, int i) {
         const Matrix& local = As<Matrix>(rig.rotations[i]);
         res = rig.parents[i] < 0 ? local : world[rig.parents[i]] * local;
     });
@@ -65,13 +47,13 @@ void Hierarchy(const Work& w)
 template <class Matrix>
 void Inverses(const Work& w)
 {
-    Each<Matrix>(w, [](Matrix& res, const Rig& rig, int i) { res = glm::affineInverse(As<Matrix>(rig.a[i])); });
+    Each<Matrix, Rig>(w, [](Matrix& res, const Rig& rig, int i) { res = glm::affineInverse(As<Matrix>(rig.a[i])); });
 }
 
 void QuaternionsToMatrices(const Work& w)
 {
     // GLM turns the other way.
-    Each<glm::mat4>(w, [](glm::mat4& res, const Rig& rig, int i) {
+    Each<glm::mat4, Rig>(w, [](glm::mat4& res, const Rig& rig, int i) {
         const float* q = rig.quaternions[i];
         res = glm::mat4_cast(glm::quat(q[3], -q[0], -q[1], -q[2]));
     });
@@ -80,7 +62,7 @@ void QuaternionsToMatrices(const Work& w)
 template <class Matrix, class Vector>
 void Skinning(const Work& w)
 {
-    Each<MovedVertex>(w, [](MovedVertex& res, const Rig& rig, int i) {
+    Each<MovedVertex, Rig>(w, [](MovedVertex& res, const Rig& rig, int i) {
         const unsigned char* bones = rig.bones[i];
         const float* weights = rig.weights[i];
         const auto bone = [&](int k) -> const Matrix& { return As<Matrix>(rig.a[bones[k]]); };

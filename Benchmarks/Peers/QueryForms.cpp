@@ -1,6 +1,7 @@
 // The queries in their plain textbook forms, with early exits.
 
 #include "../Harness.h"
+#include "../PlainVectors.h"
 #include "../QueryInputs.h"
 
 #include <algorithm>
@@ -8,34 +9,6 @@
 
 namespace bench {
 namespace {
-
-struct Vec {
-    float x, y, z;
-
-    Vec(float a, float b, float c) : x(a), y(b), z(c) {}
-    explicit Vec(const float* v) : x(v[0]), y(v[1]), z(v[2]) {}
-};
-
-inline Vec operator-(const Vec& a, const Vec& b)
-{
-    return {a.x - b.x, a.y - b.y, a.z - b.z};
-}
-inline Vec operator+(const Vec& a, const Vec& b)
-{
-    return {a.x + b.x, a.y + b.y, a.z + b.z};
-}
-inline Vec operator*(const Vec& v, float s)
-{
-    return {v.x * s, v.y * s, v.z * s};
-}
-inline float Dot(const Vec& a, const Vec& b)
-{
-    return a.x * b.x + a.y * b.y + a.z * b.z;
-}
-inline Vec Cross(const Vec& a, const Vec& b)
-{
-    return {a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x};
-}
 
 void BoxBox(const Work& w)
 {

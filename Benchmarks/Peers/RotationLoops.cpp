@@ -1,7 +1,7 @@
 // Loops over GLM's types, and over plain floats, for AVX2 and FMA.
 
 #define GLM_FORCE_INTRINSICS
-#include "../Harness.h"
+#include "../Each.h"
 #include "../Turns.h"
 
 #include <glm/glm.hpp>
@@ -17,40 +17,22 @@ using glm::quat;
 using glm::vec3;
 using Floats = const float*;
 
-template <class T>
-inline const T& As(const float* floats)
-{
-    return *reinterpret_cast<const T*>(floats);
-}
-
-/// Calls op(result, turns, i) for each element.
-template <class Result, class Op>
-inline void Each(const Work& w, Op op)
-{
-    Result* dst = static_cast<Result*>(w.dst);
-    const Turns& in = *static_cast<const Turns*>(w.src);
-    const int count = w.count;
-    for (int i = 0; i < count; ++i) {
-        op(dst[i], in, i);
-    }
-}
-
 void Slerps(const Work& w)
 {
-    Each<quat>(w, [](quat& res, const Turns& in, int i) {
+    Each<quat, Turns>(w, [](quat& res, const Turns& in, int i) {
         res = glm::slerp(As<quat>(in.from[i]), As<quat>(in.to[i]), in.times[i]);
     });
 }
 
 void SlerpsAtOneTime(const Work& w)
 {
-    Each<quat>(
+    Each<quat, Turns>(
         w, [](quat& res, const Turns& in, int i) { res = glm::slerp(As<quat>(in.from[i]), As<quat>(in.to[i]), 0.3f); });
 }
 
 void Nlerps(const Work& w)
 {
-    Each<quat>(w, [](quat& res, const Turns& in, int i) {
+    Each<quat, Turns>(w, [](quat& res, const Turns& in, int i) {
         const quat &a = As<quat>(in.from[i]), &b = As<quat>(in.to[i]);
         const float t = in.times[i];
         res = glm::normalize(a * (1 - t) + b * (glm::dot(a, b) < 0 ? -t : t));
@@ -59,23 +41,23 @@ void Nlerps(const Work& w)
 
 void Products(const Work& w)
 {
-    Each<quat>(w, [](quat& res, const Turns& in, int i) { res = As<quat>(in.from[i]) * As<quat>(in.to[i]); });
+    Each<quat, Turns>(w, [](quat& res, const Turns& in, int i) { res = As<quat>(in.from[i]) * As<quat>(in.to[i]); });
 }
 
 void ProductsByOne(const Work& w)
 {
     const quat one = As<quat>(static_cast<const Turns*>(w.src)->from[0]);
-    Each<quat>(w, [=](quat& res, const Turns& in, int i) { res = one * As<quat>(in.to[i]); });
+    Each<quat, Turns>(w, [=](quat& res, const Turns& in, int i) { res = one * As<quat>(in.to[i]); });
 }
 
 void NormalizeVectors(const Work& w)
 {
-    Each<vec3>(w, [](vec3& res, const Turns& in, int i) { res = glm::normalize(As<vec3>(in.positions[i])); });
+    Each<vec3, Turns>(w, [](vec3& res, const Turns& in, int i) { res = glm::normalize(As<vec3>(in.positions[i])); });
 }
 
 void NormalizeQuaternions(const Work& w)
 {
-    Each<quat>(w, [](quat& res, const Turns& in, int i) { res = glm::normalize(As<quat>(in.from[i])); });
+    Each<quat, Turns>(w, [](quat& res, const Turns& in, int i) { res = glm::normalize(As<quat>(in.from[i])); });
 }
 
 /// A sample of `keys` rotations from `values`.
@@ -92,19 +74,19 @@ inline quat Sample(const Turns& in, const float (*values)[4], int keys, float ti
 
 void SampleTrack(const Work& w)
 {
-    Each<quat>(w, [](quat& res, const Turns& in, int i) { res = Sample(in, in.to, 1000, in.moments[i]); });
+    Each<quat, Turns>(w, [](quat& res, const Turns& in, int i) { res = Sample(in, in.to, 1000, in.moments[i]); });
 }
 
 void SampleTracks(const Work& w)
 {
-    Each<quat>(w,
-               [](quat& res, const Turns& in, int i) { res = Sample(in, in.to + i * kTrackKeys, kTrackKeys, 7.3f); });
+    Each<quat, Turns>(
+        w, [](quat& res, const Turns& in, int i) { res = Sample(in, in.to + i * kTrackKeys, kTrackKeys, 7.3f); });
 }
 
 void Transforms(const Work& w)
 {
     // GLM turns the other way.
-    Each<glm::mat4>(w, [](glm::mat4& res, const Turns& in, int i) {
+    Each<glm::mat4, Turns>(w, [](glm::mat4& res, const Turns& in, int i) {
         const glm::mat3 turn = glm::mat3_cast(glm::conjugate(As<quat>(in.from[i])));
         const vec3& scale = As<vec3>(in.scales[i]);
         res = glm::mat4(glm::vec4(turn[0] * scale.x, 0), glm::vec4(turn[1] * scale.y, 0),
@@ -120,7 +102,7 @@ struct Quaternion {
 
 void PlainNlerps(const Work& w)
 {
-    Each<Quaternion>(w, [](Quaternion& res, const Turns& in, int i) {
+    Each<Quaternion, Turns>(w, [](Quaternion& res, const Turns& in, int i) {
         const Floats a = in.from[i], b = in.to[i];
         const float t = in.times[i], ka = 1 - t;
         const float kb = std::copysign(t, a[0] * b[0] + a[1] * b[1] + a[2] * b[2] + a[3] * b[3]);
@@ -132,7 +114,7 @@ void PlainNlerps(const Work& w)
 
 void PlainProducts(const Work& w)
 {
-    Each<Quaternion>(w, [](Quaternion& res, const Turns& in, int i) {
+    Each<Quaternion, Turns>(w, [](Quaternion& res, const Turns& in, int i) {
         const Floats a = in.from[i], b = in.to[i];
         res = {a[3] * b[0] + a[0] * b[3] + a[1] * b[2] - a[2] * b[1],
                a[3] * b[1] + a[1] * b[3] + a[2] * b[0] - a[0] * b[2],
@@ -143,7 +125,7 @@ void PlainProducts(const Work& w)
 
 void PlainNormalizeQuaternions(const Work& w)
 {
-    Each<Quaternion>(w, [](Quaternion& res, const Turns& in, int i) {
+    Each<Quaternion, Turns>(w, [](Quaternion& res, const Turns& in, int i) {
         const Floats q = in.from[i];
         const float f = 1 / std::sqrt(q[0] * q[0] + q[1] * q[1] + q[2] * q[2] + q[3] * q[3]);
         res = {q[0] * f, q[1] * f, q[2] * f, q[3] * f};
