@@ -1,11 +1,11 @@
 # Installs headers, library, find_package(ZmMath CONFIG) and pkg-config files, in the components of the packages:
-# Runtime, Development, Tools.
+# Runtime, Development, Tools, Documentation.
 set(ZM_PACKAGE_DIR "${CMAKE_INSTALL_LIBDIR}/cmake/ZmMath")
 set(generated "${PROJECT_BINARY_DIR}/CMake")
 
 list(TRANSFORM ZM_PUBLIC_HEADERS PREPEND "${PROJECT_SOURCE_DIR}/Include/" OUTPUT_VARIABLE headers)
 install(FILES ${headers} DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/ZmMath" COMPONENT Development)
-install(TARGETS ZmMath ZmSameBits EXPORT ZmMathTargets
+install(TARGETS ZmMath ZmMathStatic ZmSameBits EXPORT ZmMathTargets
     RUNTIME COMPONENT Runtime
     LIBRARY COMPONENT Runtime NAMELINK_COMPONENT Development
     ARCHIVE COMPONENT Development)
@@ -33,3 +33,8 @@ if(NOT WIN32)
         DESTINATION "${CMAKE_INSTALL_DATADIR}/gdb/auto-load/usr/${CMAKE_INSTALL_LIBDIR}"
         RENAME "libZmMath.so.${PROJECT_VERSION}-gdb.py")
 endif()
+
+# What a reader of the sources has, so that the links between the pages work.
+set(ZM_DOC_DIR "${CMAKE_INSTALL_DATADIR}/doc/zmmath")
+install(FILES README.md LICENSE CHANGELOG.md DESTINATION "${ZM_DOC_DIR}" COMPONENT Documentation)
+install(DIRECTORY Documentation Examples DESTINATION "${ZM_DOC_DIR}" COMPONENT Documentation)

@@ -1,7 +1,7 @@
 #pragma once
 
-/// ZM_API marks what the shared library exports. Programs that link the library's object files directly define
-/// ZMMATH_STATIC_OBJECTS instead.
+/// ZM_API marks what the shared library exports. Programs that link the static library define ZMMATH_STATIC_OBJECTS
+/// instead; the targets of CMake do so for them.
 #if defined(ZMMATH_STATIC_OBJECTS)
 #define ZM_API
 #elif defined(_WIN32)

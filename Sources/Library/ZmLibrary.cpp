@@ -32,11 +32,15 @@ void OnUnload()
     zm::FreeRuntimeMemory();
 }
 
+}  // namespace
+
 /// The complete start-up, in order. It runs when the library is loaded, before every other initialiser of this module
 /// and of the modules that link it. Everything else needs no code: the constant vectors, the identity matrix, the
 /// sampling factor and the conversion tables are part of the image, and each lock is initialised with the data it
 /// guards.
-__attribute__((constructor(101))) void OnLoad()
+///
+/// Programs that link the static library name it to their linker, for nothing in the archive refers to it.
+extern "C" __attribute__((constructor(101))) void ZmStartLibrary()
 {
     // Functions registered first run last, on every platform. A destructor of the image would not do: on Windows
     // destructors run before all registered functions.
@@ -48,5 +52,3 @@ __attribute__((constructor(101))) void OnLoad()
     ZmThreadStart::WrapMainThread();
     StartLog();
 }
-
-}  // namespace

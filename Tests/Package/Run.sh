@@ -20,6 +20,9 @@ build_user() {
     "$cmake" -S "$here/$project" -B "$scratch/user" -G Ninja -Wno-dev "${toolchain[@]}" "$@" >"$scratch/log" 2>&1 &&
         "$cmake" --build "$scratch/user" >>"$scratch/log" 2>&1 || { cat "$scratch/log" && return 1; }
     run "$scratch/user/User"
+    if [ -e "$scratch"/user/StaticUser* ]; then
+        run "$scratch/user/StaticUser"
+    fi
 }
 
 # run <program> <argument>...
@@ -70,7 +73,12 @@ case $way in
             dpkg-deb -x "$package" "$scratch/root"
         done
         [ "$(for package in *.deb; do dpkg-deb -f "$package" Package; done | sort | paste -sd' ')" = \
-            "libzmmath-dev libzmmath${version%.*} zmmath-tools" ]
+            "libzmmath-dev libzmmath${version%.*} zmmath-doc zmmath-tools" ]
+        [ "$(dpkg-deb -f libzmmath0*.deb Version)" = "$version" ]
+        for package in *.deb; do
+            [ -e "$scratch/root/usr/share/doc/$(dpkg-deb -f "$package" Package)/copyright" ]
+        done
+        dpkg-deb --ctrl-tarfile libzmmath0*.deb | tar -xO ./triggers | grep -q ldconfig
         use_prefix "$scratch/root/usr"
         run "$scratch/root/usr/bin/zmarchive" --version
         ;;
