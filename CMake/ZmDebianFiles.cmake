@@ -1,4 +1,5 @@
-# Run by cpack before it packs: adds copyright and changes to each Debian package, and compresses the manual pages.
+# Run by cpack before it packs: adds copyright and changes to each Debian package, compresses the manual pages,
+# and puts the completions for zsh where Debian's looks for them.
 if(NOT CPACK_GENERATOR STREQUAL "DEB")
     return()
 endif()
@@ -34,6 +35,9 @@ foreach(component IN LISTS CPACK_COMPONENTS_ALL)
     zm_gzip("${CPACK_ZMMATH_SOURCE}/CHANGELOG.md" "${doc}/CHANGELOG.md.gz")
     zm_gzip("${scratch}" "${doc}/changelog.gz")
     configure_file("${CMAKE_CURRENT_LIST_DIR}/DebianCopyright.in" "${doc}/copyright" @ONLY)
+    if(EXISTS "${root}/zsh/site-functions")
+        file(RENAME "${root}/zsh/site-functions" "${root}/zsh/vendor-completions")
+    endif()
     file(GLOB_RECURSE pages "${root}/man/*.1")
     foreach(page IN LISTS pages)
         zm_gzip("${page}" "${page}.gz")

@@ -34,6 +34,9 @@ extern const bool kTextReadsDropReturns;
 [[nodiscard]] int64_t TellFile(FILE* file);
 [[nodiscard]] bool SeekFile(FILE* file, int64_t offset, int whence);
 
+/// The size of a regular file without what its buffer still holds; -1 for anything else.
+[[nodiscard]] int64_t RegularSize(FILE* file);
+
 /// Writes to the system without using the stream's buffer, which must be empty. Returns false if not all was written.
 /// The C library does not know of it: do not ask the stream for its position afterwards.
 [[nodiscard]] bool WriteDirectly(FILE* file, const char* text, size_t length);

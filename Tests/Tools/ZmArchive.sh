@@ -33,7 +33,7 @@ fail() {
 }
 # archive <name>...: creates an archive with entries of one byte, 'x'; names may contain printf escapes.
 archive() {
-    local file=$1 index='' name size=0
+    local LC_ALL=C file=$1 index='' name size=0
     shift
     for name; do
         index+="$name\\0\\1\\0\\0\\0"
@@ -111,14 +111,49 @@ for command in list extract verify 'add none new.txt' 'remove none a' 'reorder n
 done
 [ ! -e none ] || fail 'reading makes a file'
 for arguments in '' 'fold' 'list' 'list in.zmbg more' 'create x' 'list --flat in.zmbg' 'list --none in.zmbg' \
-    'extract in.zmbg --to'; do
+    'extract in.zmbg --to' 'create x y --clash none'; do
     expect 2 '^For help, run zmarchive --help$' $arguments
 done
 expect 0 'lower case' --help
 expect 0 '^zmarchive [0-9]' --version
 expect 0 'new.txt' list -- in.zmbg
 expect 1 '^zmarchive: -x: no such file' list -- -x
-expect 1 '^zmarchive: -: no such file' list -
+expect 0 'in 0 entries' list - # an empty file is an empty archive
+
+# Lists of files, in their order and named as written; streams instead of files; hashes; listings for programs.
+printf './Dir/sub/large.bin\r\n\nREADME.txt\n' >list
+(cd ../in && "${tool[@]}" create --quiet --from ../work/list ../work/listed.zmbg)
+expect 0 '^readme.txt$' list --names listed.zmbg
+[ "$(head -n 1 out)" = dir/sub/large.bin ] || fail 'not in the order of the list'
+printf '../in/README.txt\n' >list
+expect 1 'leads out of the current folder' create up.zmbg --from list
+expect 1 'none cannot be read' create up.zmbg --from none
+"${tool[@]}" create - ../in >piped.zmbg 2>err
+[ ! -s err ] || fail 'talks while the archive goes to the standard output'
+expect 0 '3 entries' create whole.zmbg ../in
+cmp piped.zmbg whole.zmbg
+"${tool[@]}" list --json - <whole.zmbg | tr -d '\r' >json
+printf '[\n  {"name": "%s", "size": %d, "whole": true},\n  {"name": "%s", "size": %d, "whole": true},\n  {"name": "%s", "size": %d, "whole": true}\n]\n' \
+    dir/empty 0 dir/sub/large.bin 700000 readme.txt 7 | cmp - json
+"${tool[@]}" extract --to - whole.zmbg dir/sub/large.bin | cmp - ../in/Dir/sub/large.bin
+for size in 0 1 55 56 63 64 65 119 120; do # around the blocks of the hash
+    mkdir -p hashed && head -c $size ../in/Dir/sub/large.bin >hashed/$size
+done
+"${tool[@]}" create --quiet hashed.zmbg hashed
+"${tool[@]}" list --sha256 hashed.zmbg | tr -d '\r' >sums
+(cd hashed && sha256sum --quiet -c ../sums)
+[ "$(wc -l <sums)" -eq 9 ] || fail 'not a hash for each entry'
+expect 0 'the bytes of the entries against the list' verify --against sums hashed.zmbg
+{ grep -v '  64$' sums && printf '%064d  ./more\n' 0; } | sed 's/^0/1/; t; s/^./0/' >other-sums
+expect 1 '^DAMAGED' verify --against other-sums hashed.zmbg
+grep -q '^64 is not in the list' out && grep -q '^more is not in the archive' out &&
+    grep -q '^120 has other bytes' out || fail 'not every difference'
+expect 1 'no list of SHA-256 hashes' verify --against json hashed.zmbg
+archive strange 'a"b\\c' 'tab\tname' '\xc3\xa9' 'x\xff' '\xed\xa0\x80'
+expect 0 'a\\u0022b\\u005cc' list --json strange
+for text in 'tab\u0009name' $'"\xc3\xa9"' '"x\udcff"' '"\udced\udca0\udc80"'; do
+    grep -qF -- "$text" out || fail "no $text in the listing for programs"
+done
 
 # Damaged and hostile archives.
 printf 'PK' >other
@@ -188,7 +223,17 @@ ln -s ../../in pack/link
 printf 'x' >pack/file
 expect 0 '^pack.zmbg: 1 entry' create pack.zmbg pack # neither what the link leads to nor the pipe
 printf 'x' >'pack/a\b'
-expect 1 'backslashes cannot be packed' create --force pack.zmbg pack
+printf 'y' >pack/FILE
+printf 'z' >pack/file~2
+expect 1 'pack/a.b has a backslash in its name' create --force pack.zmbg pack
+grep -q '^zmarchive: 2 entries cannot be packed' out && grep -q 'pack/FILE and pack/file would both be named file' out ||
+    fail 'not all clashes are named'
+expect 0 '^note: pack/file left out$' create --force --clash skip pack.zmbg pack
+expect 0 '^pack.zmbg: 4 entries' create --force --clash rename pack.zmbg pack
+expect 0 '^a_b$' list --names pack.zmbg
+[ "$(tail -n +2 out | tr '\n' ' ')" = 'file file~3 file~2 ' ] || fail 'not renamed in place'
+expect 0 '' extract pack.zmbg --to pack.d
+[ "$(cat pack.d/file pack.d/file~3 pack.d/file~2)" = yxz ] || fail 'renamed to the wrong names'
 expect 1 'File name too long' create none "$(printf 'n%.0s' {1..300})"
 if command -v script >/dev/null; then
     script -qec "$(printf '%q ' "${tool[@]}" create --force bar.zmbg ../in)" bar.log >/dev/null </dev/null

@@ -5,13 +5,37 @@
 
 namespace {
 
+void SetClash(Arguments& res, const std::string& value)
+{
+    static const char* const kNames[] = {"fail", "skip", "rename"};
+    const auto found = std::find(std::begin(kNames), std::end(kNames), value);
+    if (found == std::end(kNames)) {
+        throw UsageError("--clash is fail, skip or rename, not '" + value + "'");
+    }
+    res.clash = Arguments::Clash(found - std::begin(kNames));
+}
+
 const struct {
     const char* text;
     unsigned option;
+    /// Unless null, what the word after the option is, and where it goes.
+    const char* value;
+    void (*set)(Arguments& res, const std::string& value);
 } kOptions[] = {
-    {"--flat", Arguments::FLAT},       {"--force", Arguments::FORCE}, {"--replace", Arguments::REPLACE},
-    {"--names", Arguments::NAMES},     {"--to", Arguments::TO},       {"--quiet", Arguments::QUIET},
-    {"--version", Arguments::VERSION}, {"--help", Arguments::HELP},   {"-h", Arguments::HELP},
+    {"--flat", Arguments::FLAT, nullptr, nullptr},
+    {"--force", Arguments::FORCE, nullptr, nullptr},
+    {"--replace", Arguments::REPLACE, nullptr, nullptr},
+    {"--names", Arguments::NAMES, nullptr, nullptr},
+    {"--json", Arguments::JSON, nullptr, nullptr},
+    {"--sha256", Arguments::SHA256, nullptr, nullptr},
+    {"--quiet", Arguments::QUIET, nullptr, nullptr},
+    {"--version", Arguments::VERSION, nullptr, nullptr},
+    {"--help", Arguments::HELP, nullptr, nullptr},
+    {"-h", Arguments::HELP, nullptr, nullptr},
+    {"--to", Arguments::TO, "a folder", [](Arguments& res, const std::string& value) { res.target = value; }},
+    {"--from", Arguments::FROM, "a list", [](Arguments& res, const std::string& value) { res.from = value; }},
+    {"--against", Arguments::AGAINST, "a list", [](Arguments& res, const std::string& value) { res.against = value; }},
+    {"--clash", Arguments::CLASH, "fail, skip or rename", SetClash},
 };
 
 const char* TextOf(unsigned option)
@@ -20,14 +44,14 @@ const char* TextOf(unsigned option)
         ->text;
 }
 
-unsigned OptionOf(const std::string& text)
+const auto& OptionOf(const std::string& text)
 {
     const auto* const found =
         std::find_if(std::begin(kOptions), std::end(kOptions), [&](const auto& o) { return text == o.text; });
     if (found == std::end(kOptions)) {
         throw UsageError("unknown option '" + text + "'");
     }
-    return found->option;
+    return *found;
 }
 
 /// Stores the options in `res` and returns all other words.
@@ -42,13 +66,13 @@ std::vector<std::string> TakeOptions(int argc, char** argv, Arguments& res)
         } else if (!options || word.size() < 2 || word[0] != '-') {
             words.push_back(word);
         } else {
-            const unsigned option = OptionOf(word);
-            res.options |= option;
-            if (option == Arguments::TO) {
+            const auto& option = OptionOf(word);
+            res.options |= option.option;
+            if (option.value != nullptr) {
                 if (++i == argc) {
-                    throw UsageError("--to needs a folder");
+                    throw UsageError(word + " needs " + option.value);
                 }
-                res.target = argv[i];
+                option.set(res, argv[i]);
             }
         }
     }
@@ -66,7 +90,7 @@ void Check(const Arguments& arguments, const Shape& shape)
         throw UsageError(arguments.command + " needs an archive");
     }
     const int count = int(arguments.rest.size());
-    if (count < shape.least) {
+    if (count < shape.least && !arguments.Has(Arguments::FROM)) {
         throw UsageError(arguments.command + " needs more arguments");
     }
     if (shape.most >= 0 && count > shape.most) {

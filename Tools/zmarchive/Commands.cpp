@@ -7,9 +7,11 @@
 #include "ZmBigFile.h"
 
 #include <algorithm>
+#include <climits>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <set>
 
 namespace fs = std::filesystem;
@@ -24,15 +26,6 @@ void OpenToChange(ZmBigFile& archive, const Arguments& arguments)
         throw Failure(arguments.archive +
                       " is damaged and was not changed: extract what is left and create a new archive");
     }
-}
-
-uint64_t TotalSize(const ZmBigFile& archive)
-{
-    uint64_t total = 0;
-    for (int i = 0; i < archive.GetEntryCount(); ++i) {
-        total += archive.GetEntrySize(i);
-    }
-    return total;
 }
 
 /// Saves to `path`, or in place for null. Returns 1 if there were warnings, for example about a file that has vanished.
@@ -52,6 +45,23 @@ int Save(ZmBigFile& archive, const char* path, const Arguments& arguments)
     return WarningCount() == 0 ? 0 : 1;
 }
 
+/// Adds a file. The library takes backslashes for slashes, so a path that has one elsewhere is read here.
+bool AppendFile(ZmBigFile& archive, const SourceFile& file, bool replace)
+{
+    if (fs::path::preferred_separator == '\\' || file.path.find('\\') == std::string::npos) {
+        return archive.Append(file.name.c_str(), file.path.c_str(), 1, replace) != 0;
+    }
+    std::ifstream input(file.path, std::ios::binary);
+    const std::string bytes(std::istreambuf_iterator<char>(input), {});
+    if (!input || bytes.size() > INT_MAX) {
+        return false;
+    }
+    if (replace) {
+        archive.Remove(file.name.c_str());
+    }
+    return archive.Append(file.name.c_str(), bytes.data(), unsigned(bytes.size())) != 0;
+}
+
 void AppendAll(ZmBigFile& archive, const std::vector<SourceFile>& files, bool replace)
 {
     std::set<std::string> names;
@@ -62,7 +72,7 @@ void AppendAll(ZmBigFile& archive, const std::vector<SourceFile>& files, bool re
         if (!replace && names.count(file.name) != 0) {
             throw Failure(Printable(file.name) + " is already in the archive (--replace replaces it)");
         }
-        if (!archive.Append(file.name.c_str(), file.path.c_str(), 1, replace)) {
+        if (!AppendFile(archive, file, replace)) {
             throw Failure(Printable(file.path) + " cannot be read");
         }
     }
@@ -110,13 +120,29 @@ bool IsWhole(ZmBigFile& archive, int position)
     return archive.GetEntrySize(position) == 0 || sub.IsValid();
 }
 
+void ReadEntry(ZmBigFile& archive, int position, const std::function<void(const char* bytes, size_t size)>& take)
+{
+    constexpr unsigned kStep = 1 << 18;
+    unsigned rest = archive.GetEntrySize(position);
+    std::vector<char> bytes(std::min(kStep, rest));
+    ZmSubFile sub;
+    archive.GetEntryFile(position, &sub);
+    for (unsigned step; rest != 0; rest -= step) {
+        step = std::min(rest, kStep);
+        sub.Read(bytes.data(), step);  // always says that it has succeeded
+        if (!sub.IsValid()) {
+            throw Failure(IsWhole(archive, position) ? "cannot be read" : "is incomplete in the archive");
+        }
+        take(bytes.data(), step);
+    }
+}
+
 int Create(const Arguments& arguments)
 {
     if (fs::exists(arguments.archive) && !arguments.Has(Arguments::FORCE)) {
         throw Failure(Printable(arguments.archive) + " already exists (--force replaces it)");
     }
-    const std::vector<SourceFile> files =
-        CollectFiles(arguments.rest, arguments.Has(Arguments::FLAT), arguments.archive);
+    const std::vector<SourceFile> files = CollectFiles(arguments);
     ZmBigFile archive;
     AppendAll(archive, files, false);
     const int code = Save(archive, arguments.archive.c_str(), arguments);
@@ -126,8 +152,7 @@ int Create(const Arguments& arguments)
 
 int Add(const Arguments& arguments)
 {
-    const std::vector<SourceFile> files =
-        CollectFiles(arguments.rest, arguments.Has(Arguments::FLAT), arguments.archive);
+    const std::vector<SourceFile> files = CollectFiles(arguments);
     ZmBigFile archive;
     OpenToChange(archive, arguments);
     AppendAll(archive, files, arguments.Has(Arguments::REPLACE));
@@ -167,61 +192,4 @@ int Reorder(const Arguments& arguments)
         throw Failure(Printable(list) + " lists names that are not in the archive; nothing was changed");
     }
     return Save(archive, nullptr, arguments);
-}
-
-int List(const Arguments& arguments)
-{
-    ZmBigFile archive;
-    OpenArchive(archive, arguments);
-    const int count = archive.GetEntryCount();
-    for (int i = 0; i < count; ++i) {
-        const std::string name = Printable(archive.GetEntryName(i));
-        if (arguments.Has(Arguments::NAMES)) {
-            std::printf("%s\n", name.c_str());
-        } else {
-            std::printf("%10s  %s%s\n", SizeText(archive.GetEntrySize(i)).c_str(), name.c_str(),
-                        IsWhole(archive, i) ? "" : "  (incomplete)");
-        }
-    }
-    if (!arguments.Has(Arguments::NAMES)) {
-        std::printf("%10s  in %s\n", SizeText(TotalSize(archive)).c_str(), CountText(uint64_t(count)).c_str());
-    }
-    return 0;
-}
-
-int Verify(const Arguments& arguments)
-{
-    ZmBigFile archive;
-    OpenArchive(archive, arguments);
-    int problems = WarningCount(), again = 0, folders = 0, capitals = 0;
-    uint64_t end = 8;
-    std::set<std::string> names;
-    for (int i = 0; i < archive.GetEntryCount(); ++i) {
-        const std::string name = archive.GetEntryName(i);
-        if (!IsWhole(archive, i)) {
-            std::printf("%s is incomplete\n", Printable(name).c_str());
-            ++problems;
-        }
-        end += name.size() + 5 + archive.GetEntrySize(i);
-        again += !names.insert(name).second;
-        folders += name.find_first_of("/\\") != std::string::npos;
-        capitals += name != LowerCase(name);
-    }
-    const uint64_t size = fs::file_size(arguments.archive);
-    if (problems == 0 && size > end) {
-        std::printf("%s after the last entry belong to no entry\n", SizeText(size - end).c_str());
-        ++problems;
-    }
-    const auto note = [](int count, const char* what) {
-        if (count != 0) {
-            std::printf("note: %s %s\n", CountText(uint64_t(count)).c_str(), what);
-        }
-    };
-    note(again, "with the name of an earlier entry, which is no longer found by name");
-    note(folders, "with a folder in the name, which ZmBigFile::Find() does not find");
-    note(capitals, "with capitals in the name, which cannot be found by name");
-    std::printf("%s: %s of %s\nThe format has no checksum: the structure was checked, not the bytes of the entries.\n",
-                problems == 0 ? "sound" : "DAMAGED", CountText(uint64_t(archive.GetEntryCount())).c_str(),
-                SizeText(TotalSize(archive)).c_str());
-    return problems == 0 ? 0 : 1;
 }

@@ -12,24 +12,6 @@
 
 namespace {
 
-void WriteEntry(ZmBigFile& archive, int position, OutputFile& output)
-{
-    constexpr unsigned kStep = 1 << 18;
-    unsigned rest = archive.GetEntrySize(position);
-    std::vector<char> bytes(std::min(kStep, rest));
-    ZmSubFile sub;
-    archive.GetEntryFile(position, &sub);
-    for (unsigned step; rest != 0; rest -= step) {
-        step = std::min(rest, kStep);
-        sub.Read(bytes.data(), step);  // always says that it has succeeded
-        if (!sub.IsValid()) {
-            throw Failure("cannot be read");
-        }
-        output.Write(bytes.data(), step);
-    }
-    output.Finish();
-}
-
 /// The positions of the named entries, or of all entries if no name is given.
 std::vector<int> Chosen(const ZmBigFile& archive, const std::vector<std::string>& names)
 {
@@ -52,6 +34,20 @@ std::vector<int> Chosen(const ZmBigFile& archive, const std::vector<std::string>
     return res;
 }
 
+/// Writes the entries to the standard output, one after the other.
+int Print(ZmBigFile& archive, const std::vector<int>& chosen)
+{
+    UseBytes(stdout);
+    for (const int position : chosen) {
+        ReadEntry(archive, position, [](const char* bytes, size_t size) {
+            if (std::fwrite(bytes, 1, size, stdout) != size) {
+                throw Failure("the output cannot be written");
+            }
+        });
+    }
+    return 0;
+}
+
 }  // namespace
 
 int Extract(const Arguments& arguments)
@@ -59,23 +55,21 @@ int Extract(const Arguments& arguments)
     ZmBigFile archive;
     OpenArchive(archive, arguments);
     const std::vector<int> chosen = Chosen(archive, arguments.rest);
+    if (IsStream(arguments.target)) {
+        return Print(archive, chosen);
+    }
     std::error_code ignored;
     std::filesystem::create_directories(arguments.target, ignored);
-    const Folder target(arguments.target);
-    if (!target.IsOpen()) {
-        throw Failure("cannot use the folder " + arguments.target + ": " + LastError());
-    }
+    OutputFolders folders(arguments.target);
     ProgressBar progress("extracting", arguments.IsQuiet());
     size_t done = 0;
     uint64_t bytes = 0;
     for (size_t i = 0; i < chosen.size(); ++i) {
         const std::string name = archive.GetEntryName(chosen[i]);
         try {
-            if (!IsWhole(archive, chosen[i])) {
-                throw Failure("is incomplete in the archive");
-            }
-            OutputFile output(target, arguments.target, name, arguments.Has(Arguments::FORCE));
-            WriteEntry(archive, chosen[i], output);
+            OutputFile output(folders, name, arguments.Has(Arguments::FORCE));
+            ReadEntry(archive, chosen[i], [&](const char* piece, size_t size) { output.Write(piece, size); });
+            output.Finish();
             bytes += archive.GetEntrySize(chosen[i]);
             ++done;
         } catch (const std::exception& failure) {

@@ -6,6 +6,7 @@
 #include <chrono>
 #include <cstdint>
 #include <cstdio>
+#include <utility>
 
 namespace {
 
@@ -50,39 +51,71 @@ std::string TemporaryName(const std::string& name, uint32_t number)
 
 }  // namespace
 
-OutputFile::OutputFile(const Folder& target, const std::string& targetPath, const std::string& name, bool replaces)
-    : m_Target(target), m_Place(targetPath), m_Replaces(replaces)
+OutputFolders::OutputFolders(const std::string& path) : m_Path(path), m_Target(path)
 {
-    const std::vector<std::string> parts = PartsOf(name);
-    for (size_t i = 0; i + 1 < parts.size(); ++i) {
-        Enter(parts[i]);
+    if (!m_Target.IsOpen()) {
+        throw Failure("cannot use the folder " + path + ": " + LastError());
     }
-    m_Name = parts.back();
-    CheckPlace();
-    MakeBeside();
 }
 
-void OutputFile::Enter(const std::string& part)
+const Folder& OutputFolders::Enter(const std::vector<std::string>& parts)
 {
-    m_Place += '/' + part;
-    const Folder& parent = Last();
-    parent.MakeFolder(part);  // fails if it is there already
-    m_Folders.emplace_back(parent, part);
-    if (!m_Folders.back().IsOpen()) {
-        const std::string reason = LastError();
+    auto shared = m_Open.begin();
+    for (auto part = parts.begin(); shared != m_Open.end() && part != parts.end() && shared->name == *part; ++part) {
+        ++shared;
+    }
+    m_Open.erase(shared, m_Open.end());
+    while (m_Open.size() < parts.size()) {
+        OpenNext(parts);
+    }
+    return m_Open.empty() ? m_Target : m_Open.back().folder;
+}
+
+void OutputFolders::OpenNext(const std::vector<std::string>& parts)
+{
+    const std::string& part = parts[m_Open.size()];
+    const Folder& parent = m_Open.empty() ? m_Target : m_Open.back().folder;
+    const bool isNew = parent.MakeFolder(part);
+    Folder folder(parent, part);
+    if (!folder.IsOpen()) {
+        const std::string reason = LastError(), place = PlaceOf(parts, m_Open.size() + 1);
         switch (parent.KindOf(part)) {
-        case Folder::A_LINK: throw Failure(m_Place + " is a link, which may lead elsewhere");
+        case Folder::A_LINK: throw Failure(place + " is a link, which may lead elsewhere");
         case Folder::A_FILE:
-        case Folder::OTHER: throw Failure(m_Place + " is not a folder");
-        default: throw Failure(m_Place + " cannot be opened: " + reason);
+        case Folder::OTHER: throw Failure(place + " is not a folder");
+        default: throw Failure(place + " cannot be opened: " + reason);
         }
     }
+    m_Open.push_back({part, std::move(folder), isNew});
 }
 
-void OutputFile::CheckPlace()
+std::string OutputFolders::PlaceOf(const std::vector<std::string>& parts, size_t count) const
 {
-    m_Place += '/' + m_Name;
-    const Folder::Kind kind = Last().KindOf(m_Name);
+    std::string res = m_Path;
+    for (size_t i = 0; i < count; ++i) {
+        res += '/' + parts[i];
+    }
+    return res;
+}
+
+OutputFile::OutputFile(OutputFolders& folders, const std::string& name, bool replaces) : m_Replaces(replaces)
+{
+    std::vector<std::string> parts = PartsOf(name);
+    m_Place = folders.PlaceOf(parts, parts.size());
+    m_Name = parts.back();
+    parts.pop_back();
+    const Folder& folder = folders.Enter(parts);
+    // In a new folder only another entry can have the name. Finish() finds that, too, and the question costs a system
+    // call.
+    if (!folders.IsNew()) {
+        CheckPlace(folder);
+    }
+    MakeBeside(folder);
+}
+
+void OutputFile::CheckPlace(const Folder& folder)
+{
+    const Folder::Kind kind = folder.KindOf(m_Name);
     m_IsThere = kind == Folder::A_FILE;
     if (kind == Folder::A_LINK) {
         throw Failure(m_Place + " is a link, which may lead elsewhere");
@@ -95,9 +128,9 @@ void OutputFile::CheckPlace()
     }
 }
 
-void OutputFile::MakeBeside()
+void OutputFile::MakeBeside(const Folder& folder)
 {
-    m_File = std::make_unique<NewFile>(Last());
+    m_File = std::make_unique<NewFile>(folder);
     auto number = uint32_t(std::chrono::steady_clock::now().time_since_epoch().count());
     NewFile::Result made;
     do {

@@ -6,14 +6,43 @@
 #include <string>
 #include <vector>
 
+/// The folder that entries are extracted to, and the folders on the way to the last entry: they stay open, since the
+/// next entry is often beside it. All functions throw Failure.
+class OutputFolders {
+public:
+    explicit OutputFolders(const std::string& path);
+
+    /// Opens a folder, and makes what is missing of it. Links are refused. The result is valid until the next call.
+    const Folder& Enter(const std::vector<std::string>& parts);
+
+    /// Whether the folder last entered was made for that, so that it holds nothing but extracted files.
+    bool IsNew() const { return !m_Open.empty() && m_Open.back().isNew; }
+
+    /// The path of a folder that has been entered, for messages.
+    std::string PlaceOf(const std::vector<std::string>& parts, size_t count) const;
+
+private:
+    struct Level {
+        std::string name;
+        Folder folder;
+        bool isNew;
+    };
+
+    void OpenNext(const std::vector<std::string>& parts);
+
+    std::string m_Path;
+    Folder m_Target;
+    std::list<Level> m_Open;  ///< each within the one before it
+};
+
 /// The file that an entry is extracted to. It is written beside the place it is for, under a temporary name, and gets
 /// its own name when it is complete: whatever happens before that, an existing file stays as it is. All functions throw
 /// Failure.
 class OutputFile {
 public:
     /// Creates the folders on the way and the file. Refuses names that lead out of the target folder, links, and unless
-    /// `replaces` existing files. `targetPath` is for messages.
-    OutputFile(const Folder& target, const std::string& targetPath, const std::string& name, bool replaces);
+    /// `replaces` existing files.
+    OutputFile(OutputFolders& folders, const std::string& name, bool replaces);
 
     void Write(const char* bytes, size_t size);
 
@@ -21,15 +50,10 @@ public:
     void Finish();
 
 private:
-    void Enter(const std::string& part);
-    void CheckPlace();
-    void MakeBeside();
-    const Folder& Last() const { return m_Folders.empty() ? m_Target : m_Folders.back(); }
+    void CheckPlace(const Folder& folder);
+    void MakeBeside(const Folder& folder);
 
-    const Folder& m_Target;
-    std::string m_Place;          ///< for messages
-    std::list<Folder> m_Folders;  ///< from the target to the file, open until it is written
-    std::string m_Name;
+    std::string m_Name, m_Place;  ///< the latter for messages
     bool m_Replaces, m_IsThere = false;
     std::unique_ptr<NewFile> m_File;
 };

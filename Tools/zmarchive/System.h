@@ -11,6 +11,12 @@
 /// Whether the stream is an interactive terminal.
 bool IsTerminal(FILE* stream);
 
+/// Lets a standard stream pass all bytes as they are.
+void UseBytes(FILE* stream);
+
+/// Makes a folder that only this user can use. Returns false if the name is taken; throws Failure if there can be none.
+bool MakePrivateFolder(const std::string& path);
+
 /// Whether the path is a link of any kind, which may lead elsewhere.
 bool IsLink(const std::string& path);
 
@@ -37,8 +43,8 @@ public:
     /// Opens a folder within another one, but never a link. The other one must stay open.
     Folder(const Folder& parent, const std::string& name);
     ~Folder();
-    Folder(const Folder&) = delete;
-    Folder& operator=(const Folder&) = delete;
+    Folder(Folder&&) noexcept;
+    Folder& operator=(Folder&&) = delete;
 
     bool IsOpen() const;
 

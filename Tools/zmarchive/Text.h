@@ -18,5 +18,9 @@ std::string CountText(uint64_t count);
 /// The text with control characters, which a terminal would execute, replaced by escapes such as "\x1b".
 std::string Printable(const std::string& text);
 
+/// The text as a JSON string. A byte that is not part of UTF-8 becomes a lone surrogate, from "\udc80" on, from which
+/// some readers make the byte again.
+std::string JsonText(const std::string& text);
+
 /// Lower case as the library applies it to stored names.
 std::string LowerCase(std::string text);

@@ -197,6 +197,12 @@ bool SeekFile(FILE* file, int64_t offset, int whence)
     return fseeko(file, offset, whence) == 0;
 }
 
+int64_t RegularSize(FILE* file)
+{
+    struct stat status;
+    return fstat(fileno(file), &status) == 0 && S_ISREG(status.st_mode) ? int64_t(status.st_size) : -1;
+}
+
 bool WriteDirectly(FILE* file, const char* text, size_t length)
 {
     const int descriptor = fileno(file);

@@ -142,6 +142,12 @@ bool SeekFile(FILE* file, int64_t offset, int whence)
     return _fseeki64(file, offset, whence) == 0;
 }
 
+int64_t RegularSize(FILE* file)
+{
+    struct _stat64 status;
+    return _fstat64(_fileno(file), &status) == 0 && (status.st_mode & S_IFMT) == S_IFREG ? int64_t(status.st_size) : -1;
+}
+
 bool WriteDirectly(FILE* file, const char* text, size_t length)
 {
     return _write(_fileno(file), text, unsigned(length)) == int(length);

@@ -1,5 +1,7 @@
 #include "System.h"
 
+#include "Text.h"
+
 #include <errno.h>
 #include <string.h>
 #include <sys/stat.h>
@@ -8,6 +10,17 @@
 bool IsTerminal(FILE* stream)
 {
     return isatty(fileno(stream)) != 0;
+}
+
+void UseBytes(FILE*) {}
+
+bool MakePrivateFolder(const std::string& path)
+{
+    const bool made = mkdir(path.c_str(), S_IRWXU) == 0;
+    if (!made && errno != EEXIST) {
+        throw Failure("cannot make the folder " + Printable(path) + ": " + LastError());
+    }
+    return made;
 }
 
 bool IsLink(const std::string& path)

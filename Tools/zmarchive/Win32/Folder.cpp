@@ -97,6 +97,7 @@ Folder::Folder(const Folder& parent, const std::string& name) : m_State(std::mak
 }
 
 Folder::~Folder() = default;
+Folder::Folder(Folder&&) noexcept = default;
 
 bool Folder::IsOpen() const
 {

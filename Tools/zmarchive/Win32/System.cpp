@@ -1,5 +1,8 @@
 #include "System.h"
 
+#include "Text.h"
+
+#include <fcntl.h>
 #include <io.h>
 #include <string.h>
 #include <windows.h>
@@ -12,6 +15,21 @@ bool IsTerminal(FILE* stream)
     // Other character devices, such as NUL, have no console mode.
     DWORD mode;
     return GetConsoleMode(reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(stream))), &mode) != 0;
+}
+
+void UseBytes(FILE* stream)
+{
+    _setmode(_fileno(stream), _O_BINARY);
+}
+
+// The temporary folder is the user's own, and so is what is made in it.
+bool MakePrivateFolder(const std::string& path)
+{
+    const bool made = CreateDirectoryA(path.c_str(), nullptr) != 0;
+    if (!made && GetLastError() != ERROR_ALREADY_EXISTS) {
+        throw Failure("cannot make the folder " + Printable(path) + ": " + LastError());
+    }
+    return made;
 }
 
 bool IsLink(const std::string& path)
