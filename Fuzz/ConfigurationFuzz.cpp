@@ -24,16 +24,24 @@ std::string Print(const ZmConfigurationSection& section)
 
 std::string Print(const ZmConfiguration& tree)
 {
-    std::string text;
-    auto entry = tree.BeginEntries();
-    while (const ZmConfigurationEntry* child = tree.GetNextEntry(entry)) {
-        text += std::string("\n") + child->GetName() + '=' + child->GetValue();
+    return Print(tree.Root());
+}
+
+bool IsEqual(const ZmConfigurationSection& a, const ZmConfigurationSection& b)
+{
+    bool res =
+        a.GetNumberOfEntries() == b.GetNumberOfEntries() && a.GetNumberOfSubSections() == b.GetNumberOfSubSections();
+    auto entry = a.BeginChildEntry();
+    while (const ZmConfigurationEntry* child = res ? a.GetNextChildEntry(entry) : nullptr) {
+        const ZmConfigurationEntry* other = b.GetEntry(child->GetName());
+        res = other != nullptr && XString(child->GetValue()) == other->GetValue();
     }
-    auto next = tree.BeginSections();
-    while (const ZmConfigurationSection* child = tree.GetNextSection(next)) {
-        text += std::string("\n<") + child->GetName() + '>' + Print(*child) + "\n.";
+    auto next = a.BeginChildSection();
+    while (const ZmConfigurationSection* child = res ? a.GetNextChildSection(next) : nullptr) {
+        const ZmConfigurationSection* other = b.GetSubSection(child->GetName());
+        res = other != nullptr && IsEqual(*child, *other);
     }
-    return text;
+    return res;
 }
 
 bool HasLongLine(const std::string& text)
@@ -86,6 +94,23 @@ void TestBuiltTree(Input input, const std::string& path)
     TestSaving(tree, path);
 }
 
+/// A file that is updated must load as the tree, in whatever order; one that is refused must stay.
+void TestUpdate(Input input, const std::string& path)
+{
+    const std::string all = input.Text(input.UpTo(1000)), old = input.Rest();
+    MakeFile(path, all);
+    ZmConfiguration tree(2), again(0);
+    XString error, why;
+    int line = 0;
+    tree.BuildFromFile(path.c_str(), line, error);
+    MakeFile(path, old);
+    if (tree.UpdateFile(path.c_str(), &why) == 1) {
+        Demand(again.BuildFromFile(path.c_str(), line, error) == 1 && IsEqual(tree.Root(), again.Root()));
+    } else {
+        Demand(!why.IsEmpty() && BytesOf(path) == old);
+    }
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
@@ -94,6 +119,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     static const std::string path = scratch / "configuration";
     if (size != 0 && data[0] == 0xFF) {
         TestBuiltTree(Input(data + 1, size - 1), path);
+        return 0;
+    }
+    if (size != 0 && data[0] == 0xFE) {
+        TestUpdate(Input(data + 1, size - 1), path);
         return 0;
     }
     const std::string text(reinterpret_cast<const char*>(data), size);

@@ -76,6 +76,53 @@ public:
     /// on it.
     ZM_API ZmConfigurationEntry* GetEntry(const char* path, int dots) const;
 
+    /// The two trees.
+    /// @{
+    ZmConfigurationSection& Root() { return m_Root; }
+    const ZmConfigurationSection& Root() const { return m_Root; }
+    ZmConfigurationSection& Defaults() { return m_Defaults; }
+    const ZmConfigurationSection& Defaults() const { return m_Defaults; }
+    /// @}
+
+    /// Values by the path of their entry: "Server.Workers" is the entry "Workers" of the section "Server", "Workers" an
+    /// entry of the root. Each is the first of three that is a value of that type: the entry of the main tree, the
+    /// entry of the defaults, `otherwise`. So a section of a user's file that lacks an entry does not hide its default.
+    ///
+    /// The whole text must be the value: a decimal number, for GetBool() one of true, false, yes, no, on, off, 1, 0 in
+    /// any case. "20k", and numbers outside the range of the type, are none. Numbers have a decimal point in all
+    /// locales. A text is valid until it changes.
+    /// @{
+    ZM_API int GetInt(const char* path, int otherwise = 0) const;
+    ZM_API unsigned int GetUnsigned(const char* path, unsigned int otherwise = 0) const;
+    ZM_API float GetFloat(const char* path, float otherwise = 0.0f) const;
+    ZM_API bool GetBool(const char* path, bool otherwise = false) const;
+    ZM_API const char* GetText(const char* path, const char* otherwise = "") const;
+    /// @}
+
+    /// The same, for programs that tell users what is wrong. If the main tree has an entry of that path, or else the
+    /// defaults, it decides: returns 1 and sets `res` if it is a value of that type. Otherwise returns 0, leaves `res`
+    /// unchanged and sets `why` to a text such as "Server.Workers is '20k' in line 7, which is no whole number".
+    /// @{
+    ZM_API int GetInt(const char* path, int& res, XString& why) const;
+    ZM_API int GetUnsigned(const char* path, unsigned int& res, XString& why) const;
+    ZM_API int GetFloat(const char* path, float& res, XString& why) const;
+    ZM_API int GetBool(const char* path, bool& res, XString& why) const;
+    /// @}
+
+    /// Set the value of an entry of the main tree by its path, and create what is missing. A float becomes the shortest
+    /// text that gives it again, a bool "true" or "false". Return 1, or 0 if memory runs out or the path is null.
+    /// @{
+    ZM_API int SetInt(const char* path, int value);
+    ZM_API int SetUnsigned(const char* path, unsigned int value);
+    ZM_API int SetFloat(const char* path, float value);
+    ZM_API int SetBool(const char* path, bool value);
+    ZM_API int SetText(const char* path, const char* value);
+    /// @}
+
+    /// Returns the entry of a path, as GetInt() finds it: in the main tree or else in the defaults. Null if there is
+    /// none.
+    ZM_API ZmConfigurationEntry* FindEntry(const char* path) const;
+
     /// Empty the main tree or the defaults.
     ZM_API void Clear();
     ZM_API void ClearDefault();
@@ -122,6 +169,15 @@ public:
     /// failure then leaves it damaged. A write-protected file is not replaced.
     ZM_API int SaveToFile(const char* filename) const;
 
+    /// Saves the main tree into an existing file whose comments, order and blank lines stay: only the lines of entries
+    /// that have changed are new. New entries stand behind the last one of their section, new sections at its end; what
+    /// the tree does not contain is left out. Without such a file this is SaveToFile(). The file is replaced as there.
+    ///
+    /// Returns 1, or 0 with the reason in `why`, unless null, and the file unchanged: if CanBeSaved() says no, if the
+    /// file is no configuration (a line of it is wrong, has 1023 or more characters or a NUL), or if the new one cannot
+    /// be written.
+    ZM_API int UpdateFile(const char* filename, XString* why = nullptr) const;
+
     /// Returns 1 if a file saved now would load as this tree: no name or value is of those that the format loses or
     /// reads differently (see above). Otherwise returns 0 and sets `why` to the reason and the path of the first such
     /// name, as in "a value has a line feed, or ends with a carriage return: Server.Motto". SaveToFile() writes such
@@ -140,6 +196,10 @@ private:
     template <class Value>
     int AddDefault(const char* section, const char* name, Value value);
     ZmConfigurationSection* ParentOf(const char* name);
+    template <class Value>
+    int Read(const char* path, Value& res, XString& why) const;
+    template <class Value>
+    Value ReadOr(const char* path, Value otherwise) const;
 
     ZmConfigurationSection m_Root;
     ZmConfigurationSection m_Defaults;

@@ -21,6 +21,10 @@ public:
     /// The section that holds the entry, or that held it before it was removed.
     ZmConfigurationSection* GetParent() const { return m_Parent; }
 
+    /// The number of the line, from 1 on, from which the entry was read; 0 for all other entries. Stays when the value
+    /// changes.
+    int GetLine() const { return m_Line; }
+
     /// Sets the value. Numbers become the text that printf() writes for "%d", "%u" and "%f": a float keeps six decimal
     /// places, and its decimal point is that of the process's locale. Null, and a text of more than 65534 characters,
     /// give an empty value.
@@ -72,4 +76,5 @@ private:
     XString m_Name;
     ZmConfigurationSection* m_Parent;
     XString m_Value;
+    int m_Line = 0;
 };

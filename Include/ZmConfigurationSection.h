@@ -108,7 +108,7 @@ private:
     ZmConfigurationSection(const XBaseString& name, ZmConfigurationSection* parent) : m_Parent(parent), m_Name(name) {}
 
     template <class Value>
-    bool AddValue(const XBaseString& name, const Value& value, ZmConfigurationEntry** entry);
+    bool AddValue(const XBaseString& name, const Value& value, ZmConfigurationEntry** entry, int line = 0);
     ZmConfigurationSection* Create(const XBaseString& name);
     void DropChildren(ZmConfigurationSection*& dropped);
 

@@ -6,34 +6,6 @@
 
 namespace zm {
 
-/// A part of a line, without a terminator.
-class ConfigurationReader::Span : public XBaseString {
-public:
-    Span(const char* begin, const char* end)
-    {
-        m_Buffer = const_cast<char*>(begin);
-        m_Length = uint16_t(end - begin);
-    }
-
-    /// Without blanks at both ends. Carriage returns stay; those at line ends were dropped while reading.
-    static Span Trimmed(const char* begin, const char* end)
-    {
-        while (begin != end && IsBlank(*begin)) {
-            ++begin;
-        }
-        while (begin != end && IsBlank(end[-1])) {
-            --end;
-        }
-        return {begin, end};
-    }
-
-    const char* Begin() const { return m_Buffer; }
-    const char* End() const { return m_Buffer + m_Length; }
-
-private:
-    static bool IsBlank(char c) { return c == ' ' || c == '\t' || c == '\n'; }
-};
-
 int ConfigurationReader::ReadFile(const char* path)
 {
     ZmFile file;
@@ -42,7 +14,7 @@ int ConfigurationReader::ReadFile(const char* path)
         return 0;
     }
     m_Line = 0;
-    char buffer[kMaxLine + 1];
+    char buffer[ConfigurationLine::kMaxLength + 1];
     while (file.GetString(buffer, sizeof(buffer))) {
         if (!ReadLine(buffer, buffer + strlen(buffer))) {
             return 0;
@@ -63,7 +35,7 @@ int ConfigurationReader::ReadText(const char* text, size_t length)
     m_Line = 0;
     const char* const end = text + length;
     for (const char* begin = text; begin != end;) {
-        const size_t most = std::min(size_t(end - begin), size_t(kMaxLine));
+        const size_t most = std::min(size_t(end - begin), size_t(ConfigurationLine::kMaxLength));
         // A line feed after exactly `most` characters still belongs to the line.
         const size_t searched = std::min(size_t(end - begin), most + 1);
         const char* feed = static_cast<const char*>(memchr(begin, '\n', searched));
@@ -80,27 +52,25 @@ int ConfigurationReader::ReadText(const char* text, size_t length)
 
 bool ConfigurationReader::ReadLine(const char* begin, const char* end)
 {
-    const Span line = Span::Trimmed(begin, end);
-    bool done = true;
-    if (!line.IsEmpty() && *line.Begin() != '#') {
-        done = *line.Begin() == '<' ? ReadTag(line.Begin() + 1, line.End()) : ReadEntry(line.Begin(), line.End());
-    }
+    const bool done = Store(ConfigurationLine(begin, end));
     m_Line += done ? 1 : 0;
     return done;
 }
 
-bool ConfigurationReader::ReadTag(const char* begin, const char* end)
+bool ConfigurationReader::Store(const ConfigurationLine& line)
 {
-    while (end != begin && end[-1] != '>') {
-        --end;
+    switch (line.kind) {
+    case ConfigurationLine::ENTRY:
+        return m_Section->AddValue<XBaseString>(line.name, line.value, nullptr, m_Line + 1) || Fail("out of memory");
+    case ConfigurationLine::OPENING: return Open(line.name);
+    case ConfigurationLine::CLOSING: return Close(line.name);
+    case ConfigurationLine::TAG_WITHOUT_END: return Fail("can't find end of section tag");
+    case ConfigurationLine::ENTRY_WITHOUT_EQUAL: return Fail("can't find equal ('=') separator");
+    default: return true;
     }
-    if (end == begin) {
-        return Fail("can't find end of section tag");
-    }
-    return *begin == '/' ? Close({begin + 1, end - 1}) : Open({begin, end - 1});
 }
 
-bool ConfigurationReader::Open(const Span& name)
+bool ConfigurationReader::Open(const XBaseString& name)
 {
     ZmConfigurationSection* section = m_Section->Create(name);
     if (section == nullptr) {
@@ -110,26 +80,13 @@ bool ConfigurationReader::Open(const Span& name)
     return true;
 }
 
-bool ConfigurationReader::Close(const Span& name)
+bool ConfigurationReader::Close(const XBaseString& name)
 {
     // The section in which reading began stays open, whatever its name.
     if (m_Section->m_Name != name || m_Section->GetParent() == nullptr) {
         return Fail("closing bad section : ", name, " != ");
     }
     m_Section = m_Section->GetParent();
-    return true;
-}
-
-bool ConfigurationReader::ReadEntry(const char* begin, const char* end)
-{
-    const char* equal = static_cast<const char*>(memchr(begin, '=', size_t(end - begin)));
-    if (equal == nullptr) {
-        return Fail("can't find equal ('=') separator");
-    }
-    const XBaseString name = Span::Trimmed(begin, equal), value = Span::Trimmed(equal + 1, end);
-    if (!m_Section->AddValue(name, value, nullptr)) {
-        return Fail("out of memory");
-    }
     return true;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Configuration/ConfigurationLine.h"
 #include "ZmConfigurationSection.h"
 
 namespace zm {
@@ -7,9 +8,6 @@ namespace zm {
 /// Reads the text format into a tree, starting in a given section. Counts lines and reports the first error.
 class ConfigurationReader {
 public:
-    /// The longest line; further characters become the next line.
-    static constexpr int kMaxLine = 1023;
-
     ConfigurationReader(ZmConfigurationSection& root, int& line, XString& error)
         : m_Section(&root), m_Line(line), m_Error(error)
     {
@@ -22,13 +20,10 @@ public:
     /// @}
 
 private:
-    class Span;
-
     bool ReadLine(const char* begin, const char* end);
-    bool ReadTag(const char* begin, const char* end);
-    bool ReadEntry(const char* begin, const char* end);
-    bool Open(const Span& name);
-    bool Close(const Span& name);
+    bool Store(const ConfigurationLine& line);
+    bool Open(const XBaseString& name);
+    bool Close(const XBaseString& name);
     bool Fail(const char* message, const XBaseString& name = {}, const char* relation = "");
 
     ZmConfigurationSection* m_Section;

@@ -1,9 +1,12 @@
 #include "ZmConfiguration.h"
 
 #include "Configuration/ConfigurationReader.h"
+#include "Configuration/ConfigurationUpdate.h"
 #include "Configuration/ConfigurationWriter.h"
 #include "Configuration/SectionPath.h"
+#include "Files/RegularFile.h"
 #include "Platform/OrEmpty.h"
+#include "Platform/OsFiles.h"
 #include "Platform/OutOfMemory.h"
 #include "Platform/Replacement.h"
 #include "ZmFile.h"
@@ -190,22 +193,71 @@ int ZmConfiguration::BuildFromMemory(const char* text, int& line, XString& error
     });
 }
 
-int ZmConfiguration::SaveToFile(const char* filename) const
+namespace {
+
+/// Replaces a file by what `write` writes.
+template <class Write>
+bool ReplaceFile(const char* filename, unsigned mode, Write write)
 {
-    if (filename == nullptr) {
-        return 0;
-    }
     zm::Replacement replacement;
     const bool replaces = replacement.Begin(filename, zm::Replacement::EXACT);
     if (!replaces && replacement.HasFailed()) {
-        return 0;  // overwriting the file now could cost its old contents
+        return false;  // overwriting the file now could cost its old contents
     }
     ZmFile file;
-    const auto mode = ZmFile::OpenMode(ZmFile::WRITEONLY | ZmFile::TEXT);
-    const bool written = file.Open(replaces ? replacement.Path() : filename, mode) != 0 &&
-                         zm::WriteConfiguration(file, m_Root, m_Indent);
+    const bool written =
+        file.Open(replaces ? replacement.Path() : filename, ZmFile::OpenMode(mode)) != 0 && write(file);
     const bool done = file.Close() != 0 && written;
     return done && (!replaces || replacement.Commit());
+}
+
+bool ReadWhole(const char* filename, std::string& res)
+{
+    ZmFile file;
+    if (!zm::OpenRegularFile(file, filename, ZmFile::READONLY)) {
+        return false;
+    }
+    res.resize(file.Size());
+    return res.empty() || file.Read(&res[0], unsigned(res.size())) == res.size();
+}
+
+}  // namespace
+
+int ZmConfiguration::SaveToFile(const char* filename) const
+{
+    return filename != nullptr && ReplaceFile(filename, ZmFile::WRITEONLY | ZmFile::TEXT, [&](ZmFile& file) {
+               return zm::WriteConfiguration(file, m_Root, m_Indent);
+           });
+}
+
+int ZmConfiguration::UpdateFile(const char* filename, XString* why) const
+{
+    return zm::UnlessOutOfMemory(0, [&] {
+        XString ignored;
+        XString& reason = why != nullptr ? *why : ignored;
+        if (!CanBeSaved(reason)) {
+            return 0;
+        }
+        std::string old;
+        const bool isThere = filename != nullptr && zm::FileMode(filename) != 0;
+        if (isThere && !ReadWhole(filename, old)) {
+            reason = "the file cannot be read";
+            return 0;
+        }
+        if (!isThere) {
+            const int saved = SaveToFile(filename);
+            reason = saved != 0 ? nullptr : "the file cannot be written";
+            return saved;
+        }
+        zm::OldText text(m_Root);
+        if (!text.Read(old, reason)) {
+            return 0;
+        }
+        const bool done = ReplaceFile(filename, ZmFile::WRITEONLY,
+                                      [&](ZmFile& file) { return zm::WriteUpdate(file, text, m_Indent); });
+        reason = done ? nullptr : "the file cannot be written";
+        return done ? 1 : 0;
+    });
 }
 
 int ZmConfiguration::CanBeSaved(XString& why) const

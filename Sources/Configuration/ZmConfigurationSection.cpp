@@ -12,7 +12,8 @@ ZmConfigurationSection::~ZmConfigurationSection()
 
 // Returns false if memory ran out; nothing is added then. An XString that cannot get its memory is empty.
 template <class Value>
-bool ZmConfigurationSection::AddValue(const XBaseString& name, const Value& value, ZmConfigurationEntry** entry)
+bool ZmConfigurationSection::AddValue(const XBaseString& name, const Value& value, ZmConfigurationEntry** entry,
+                                      int line)
 {
     const EntryTable::Inserted inserted = m_Entries.Insert(name);
     const bool isThere = inserted.position != m_Entries.End();
@@ -28,14 +29,15 @@ bool ZmConfigurationSection::AddValue(const XBaseString& name, const Value& valu
         delete added;
         return false;
     }
+    added->m_Line = line;
     inserted.position->value = added;
     return true;
 }
 
-template bool ZmConfigurationSection::AddValue(const XBaseString&, const XBaseString&, ZmConfigurationEntry**);
-template bool ZmConfigurationSection::AddValue(const XBaseString&, const int&, ZmConfigurationEntry**);
-template bool ZmConfigurationSection::AddValue(const XBaseString&, const unsigned int&, ZmConfigurationEntry**);
-template bool ZmConfigurationSection::AddValue(const XBaseString&, const float&, ZmConfigurationEntry**);
+template bool ZmConfigurationSection::AddValue(const XBaseString&, const XBaseString&, ZmConfigurationEntry**, int);
+template bool ZmConfigurationSection::AddValue(const XBaseString&, const int&, ZmConfigurationEntry**, int);
+template bool ZmConfigurationSection::AddValue(const XBaseString&, const unsigned int&, ZmConfigurationEntry**, int);
+template bool ZmConfigurationSection::AddValue(const XBaseString&, const float&, ZmConfigurationEntry**, int);
 
 void ZmConfigurationSection::AddEntry(const char* name, const char* value, ZmConfigurationEntry** entry)
 {
