@@ -102,7 +102,7 @@ int Run(int argc, char** argv)
         std::puts("zmarchive " ZMMATH_VERSION_STRING);
         return 0;
     }
-    HearWarnings();
+    HearWarnings("zmarchive");
     const Command& command = *std::find_if(std::begin(kCommands), std::end(kCommands), [&](const Command& meant) {
         return arguments.command == meant.shape.command;
     });

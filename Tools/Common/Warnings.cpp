@@ -16,10 +16,10 @@ public:
     void Output(int, int, int, const char*, const char* text) override
     {
         ++g_Count;
-        std::fprintf(stderr, "zmarchive: warning: %s\n", Printable(text).c_str());
+        std::fprintf(stderr, "%s: warning: %s\n", GetName().Text(), Printable(text).c_str());
     }
 
-    static constexpr XGUID kType = {0x7A6D6172, 0x63686976};
+    static constexpr XGUID kType = {0x7A6D746F, 0x6F6C7300};
 
 private:
     explicit Listener(const char* name) : ZmLogListener(name) {}
@@ -27,13 +27,13 @@ private:
 
 }  // namespace
 
-void HearWarnings()
+void HearWarnings(const char* tool)
 {
     ZmLog& log = ZmLog::GetLog();
     log.UnregisterListener("ZmMath");
     log.UnregisterListener("OUTPUTDEBUG LISTENER");
     log.RegisterListenerFactory(Listener::kType, Listener::Make);
-    log.RegisterListener(Listener::kType, "zmarchive", log.RegisterModule("ZmMath"));
+    log.RegisterListener(Listener::kType, tool, log.RegisterModule("ZmMath"));
 }
 
 int WarningCount()
