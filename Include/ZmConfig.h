@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ZmApi.h"
+#include "XString.h"
 
 namespace zm {
 class SettingsKey;
@@ -36,6 +36,11 @@ public:
     static constexpr int kMaxValue = 256;
 
     ZM_API ZmConfig();
+
+    /// Settings of an application of its own: under "Software\" and the name in the registry of the current user, or in
+    /// a folder of that name in $XDG_CONFIG_HOME or ~/.config. '\' separates levels, as in "Maker\Game". Nothing is
+    /// stored under null, or a name with '/' or with a level that is empty, "." or "..".
+    ZM_API explicit ZmConfig(const char* application);
     ZM_API ~ZmConfig();
     ZmConfig(const ZmConfig&) = delete;
     ZmConfig& operator=(const ZmConfig&) = delete;
@@ -54,6 +59,13 @@ public:
     /// read, or if no section is open. Registry values stored by other programs are returned unchanged, whatever their
     /// type; if they lack a terminator and have fewer than kMaxValue bytes, one is added that is not counted.
     ZM_API int ReadStringEntry(const char* name, char* value) const;
+
+    /// Writes a value, as WriteStringEntry() does. Returns 1 once it is stored, or 0.
+    ZM_API int WriteText(const char* name, const char* value);
+
+    /// Reads a value of any length that an XString holds. Returns 1, or 0 with `res` unchanged if there is none or it
+    /// may not be read.
+    ZM_API int ReadText(const char* name, XString& res) const;
 
 private:
     zm::SettingsKey* m_Root;

@@ -51,6 +51,48 @@ TEST(ZmConfigTest, TheModeSaysWhatMayBeDone)
     EXPECT_EQ(settings.ReadStringEntry("mode", value), -1);
 }
 
+TEST(ZmConfigTest, LongValuesAreReadAsStrings)
+{
+    ZmConfig settings;
+    settings.OpenSection("ZmMathTest", ZmConfig::MODE_READWRITE);
+    for (const size_t length : {0u, 254u, 255u, 256u, 4094u, 4095u, 4096u, 60000u}) {
+        const std::string value(length, 'x');
+        XString read("old");
+        EXPECT_EQ(settings.WriteText("long", value.c_str()), 1);
+        EXPECT_EQ(settings.ReadText("long", read), 1) << length;
+        EXPECT_EQ(read.Text(), value);
+    }
+    XString kept("kept");
+    EXPECT_EQ(settings.ReadText("missing", kept), 0);
+    settings.CloseSection("");
+    EXPECT_EQ(settings.ReadText("long", kept) + settings.WriteText("long", "x"), 0);
+    EXPECT_STREQ(kept.Text(), "kept");
+}
+
+TEST(ZmConfigTest, AnApplicationHasSettingsOfItsOwn)
+{
+    const auto write = [](const char* application, const char* value) {
+        ZmConfig settings(application);
+        settings.OpenSection("ZmMathTest", ZmConfig::MODE_WRITE);
+        return settings.WriteText("own", value);
+    };
+    const auto read = [](const char* application) {
+        ZmConfig settings(application);
+        settings.OpenSection("ZmMathTest", ZmConfig::MODE_READ);
+        XString res("none");
+        settings.ReadText("own", res);
+        return std::string(res.Text());
+    };
+    EXPECT_EQ(write("ZmMathTestApplication", "first"), 1);
+    EXPECT_EQ(write("ZmMathTestMaker\\Game", "second"), 1);
+    EXPECT_EQ(read("ZmMathTestApplication"), "first");
+    EXPECT_EQ(read("ZmMathTestMaker\\Game"), "second");
+    EXPECT_EQ(read("ZmMathTestMaker"), "none");
+    for (const char* wrong : {"", ".", "..\\x", "x\\..", "a/b", "a\\\\b", "\\a", "a\\", (const char*)nullptr}) {
+        EXPECT_EQ(write(wrong, "x"), 0) << wrong;
+    }
+}
+
 TEST(ZmConfigTest, ThreadsLoseNoValue)
 {
     constexpr int kThreads = 4, kValues = 10;
