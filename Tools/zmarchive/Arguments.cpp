@@ -1,5 +1,7 @@
 #include "Arguments.h"
 
+#include "Tool.h"
+
 #include <algorithm>
 #include <iterator>
 

@@ -1,13 +1,7 @@
 #pragma once
 
-#include <stdexcept>
 #include <string>
 #include <vector>
-
-/// An invalid command line; the text says why.
-struct UsageError : std::runtime_error {
-    using std::runtime_error::runtime_error;
-};
 
 struct Arguments {
     enum Option : unsigned {

@@ -2,14 +2,12 @@
 
 #include "Commands.h"
 #include "Spool.h"
-#include "Text.h"
+#include "Tool.h"
 #include "Warnings.h"
 #include "ZmVersion.h"
 
 #include <algorithm>
 #include <cstdio>
-#include <exception>
-#include <filesystem>
 #include <iterator>
 
 namespace {
@@ -116,22 +114,5 @@ int Run(int argc, char** argv)
 
 int main(int argc, char** argv)
 {
-    try {
-        const int code = Run(argc, argv);
-        if (std::fflush(stdout) == 0) {
-            return code;
-        }
-        std::fputs("zmarchive: the output cannot be written\n", stderr);
-        return 1;
-    } catch (const UsageError& error) {
-        std::fprintf(stderr, "zmarchive: %s\nFor help, run zmarchive --help\n", Printable(error.what()).c_str());
-        return 2;
-    } catch (const std::filesystem::filesystem_error& error) {
-        std::fprintf(stderr, "zmarchive: %s: %s\n", Printable(error.path1().string()).c_str(),
-                     error.code().message().c_str());
-        return 1;
-    } catch (const std::exception& error) {
-        std::fprintf(stderr, "zmarchive: %s\n", Printable(error.what()).c_str());
-        return 1;
-    }
+    return RunTool("zmarchive", Run, argc, argv);
 }

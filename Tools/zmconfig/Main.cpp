@@ -1,13 +1,12 @@
 // zmconfig: checks, reads and changes configuration files.
 
 #include "Commands.h"
-#include "Text.h"
+#include "Tool.h"
 #include "Warnings.h"
 #include "ZmVersion.h"
 
 #include <algorithm>
 #include <cstdio>
-#include <exception>
 #include <iterator>
 
 namespace {
@@ -41,10 +40,6 @@ const char kUsage[] =
     "made in one step. A '-' stands for the standard input as the file to check, get, list, format or import, and for\n"
     "the standard output as the file that format and import make.\n"
     "Exit codes: 0 success, 1 failure, mistake or missing entry, 2 invalid command line.\n";
-
-struct UsageError : std::runtime_error {
-    using std::runtime_error::runtime_error;
-};
 
 int IndentOf(const char* text)
 {
@@ -111,18 +106,5 @@ int Run(int argc, char** argv)
 
 int main(int argc, char** argv)
 {
-    try {
-        const int code = Run(argc, argv);
-        if (std::fflush(stdout) == 0) {
-            return code;
-        }
-        std::fputs("zmconfig: the output cannot be written\n", stderr);
-        return 1;
-    } catch (const UsageError& error) {
-        std::fprintf(stderr, "zmconfig: %s\nFor help, run zmconfig --help\n", Printable(error.what()).c_str());
-        return 2;
-    } catch (const std::exception& error) {
-        std::fprintf(stderr, "zmconfig: %s\n", Printable(error.what()).c_str());
-        return 1;
-    }
+    return RunTool("zmconfig", Run, argc, argv);
 }
