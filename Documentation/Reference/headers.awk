@@ -15,7 +15,7 @@ function forget() { doc = ""; inComment = 0 }
 }
 
 paragraph != "" {
-    if (/^$/) print "/** @file\n" paragraph "*/"
+    if (/^$/) print "/** @file\n@details\n" paragraph "*/"
     paragraph = ""
 }
 
