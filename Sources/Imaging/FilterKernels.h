@@ -1,45 +1,57 @@
 #pragma once
 
 #include "Imaging/FilterLines.h"
-#include "Imaging/ResizeLanes.h"
+#include "Imaging/LightLanes.h"
 
 // The kernels of FilterLines.h as templates over the lanes of ResizeLanes.h.
 
 namespace zm {
 namespace {
 
-template <class Pixels>
+template <class Pixels, bool Light>
 inline int WidenPixels(float* res, const uint8_t* pixels, int from, int width, bool weighted)
 {
     int x = from;
     for (; x + Pixels::kPixels <= width; x += Pixels::kPixels) {
-        const Pixels wide = Pixels::FromBytes(pixels + ptrdiff_t(x) * 4);
+        Pixels wide;
+        if constexpr (Light) {
+            LoadLight(wide, pixels + ptrdiff_t(x) * 4, g_LightTables);
+        } else {
+            wide = Pixels::FromBytes(pixels + ptrdiff_t(x) * 4);
+        }
         (weighted ? wide.Premultiplied() : wide).Store(res + ptrdiff_t(x) * 4);
     }
     return x;
 }
 
-template <class Pixels, class One>
+template <class Pixels, class One, bool Light>
 inline void WidenBy(float* res, const uint8_t* pixels, int width, bool weighted)
 {
-    WidenPixels<One>(res, pixels, WidenPixels<Pixels>(res, pixels, 0, width, weighted), width, weighted);
+    const int done = WidenPixels<Pixels, Light>(res, pixels, 0, width, weighted);
+    WidenPixels<One, Light>(res, pixels, done, width, weighted);
 }
 
-template <class Pixels>
+template <class Pixels, bool Light>
 inline int NarrowPixels(uint8_t* res, const float* pixels, int from, int width, bool weighted)
 {
     int x = from;
     for (; x + Pixels::kPixels <= width; x += Pixels::kPixels) {
         const Pixels wide = Pixels::Load(pixels + ptrdiff_t(x) * 4);
-        (weighted ? wide.Straight() : wide).AtLeastZero().ToBytes(res + ptrdiff_t(x) * 4);
+        const Pixels colour = (weighted ? wide.Straight() : wide).AtLeastZero();
+        if constexpr (Light) {
+            StoreLight(colour, res + ptrdiff_t(x) * 4, g_LightTables);
+        } else {
+            colour.ToBytes(res + ptrdiff_t(x) * 4);
+        }
     }
     return x;
 }
 
-template <class Pixels, class One>
+template <class Pixels, class One, bool Light>
 inline void NarrowBy(uint8_t* res, const float* pixels, int width, bool weighted)
 {
-    NarrowPixels<One>(res, pixels, NarrowPixels<Pixels>(res, pixels, 0, width, weighted), width, weighted);
+    const int done = NarrowPixels<Pixels, Light>(res, pixels, 0, width, weighted);
+    NarrowPixels<One, Light>(res, pixels, done, width, weighted);
 }
 
 /// The weighted sum of pixels: those at even places, plus those at odd ones. `Count` other than 0 is their number.

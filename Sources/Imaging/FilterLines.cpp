@@ -6,8 +6,9 @@ namespace zm {
 namespace {
 
 template <class Pixel>
-constexpr FilterKernels kKernels = {WidenBy<Pixel, Pixel>, FilterLineBy<PixelPair<Pixel>>, MixLinesOf<Pixel>,
-                                    NarrowBy<Pixel, Pixel>};
+constexpr FilterKernels kKernels = {WidenBy<Pixel, Pixel, false>,   WidenBy<Pixel, Pixel, true>,
+                                    FilterLineBy<PixelPair<Pixel>>, MixLinesOf<Pixel>,
+                                    NarrowBy<Pixel, Pixel, false>,  NarrowBy<Pixel, Pixel, true>};
 
 }  // namespace
 

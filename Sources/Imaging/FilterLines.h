@@ -32,6 +32,9 @@ struct FilterKernels {
     /// Widens bytes to floats. `weighted`: multiplies colours by their alpha.
     void (*widen)(float* res, const uint8_t* pixels, int width, bool weighted);
 
+    /// The same for colours in linear light.
+    void (*widenToLight)(float* res, const uint8_t* pixels, int width, bool weighted);
+
     /// Computes the weighted sums of pixels along a line.
     void (*filterLine)(float* res, const float* pixels, const FilterTable& table, int width);
 
@@ -40,6 +43,9 @@ struct FilterKernels {
 
     /// Rounds to bytes, clamped. `weighted`: divides colours by their alpha.
     void (*narrow)(uint8_t* res, const float* pixels, int width, bool weighted);
+
+    /// The same for colours in linear light.
+    void (*narrowFromLight)(uint8_t* res, const float* pixels, int width, bool weighted);
 };
 
 /// The kernels to use now: reads the feature word.

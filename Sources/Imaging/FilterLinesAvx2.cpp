@@ -23,8 +23,12 @@ struct Avx2PixelPair {
     Pixel Total() const { return {_mm_add_ps(_mm256_castps256_ps128(both.v), _mm256_extractf128_ps(both.v, 1))}; }
 };
 
-constexpr FilterKernels kKernels = {WidenBy<Avx2PixelFloats, SsePixelFloats>, FilterLineBy<Avx2PixelPair>,
-                                    MixLinesOf<Avx2PixelFloats>, NarrowBy<Avx2PixelFloats, SsePixelFloats>};
+constexpr FilterKernels kKernels = {WidenBy<Avx2PixelFloats, SsePixelFloats, false>,
+                                    WidenBy<Avx2PixelFloats, SsePixelFloats, true>,
+                                    FilterLineBy<Avx2PixelPair>,
+                                    MixLinesOf<Avx2PixelFloats>,
+                                    NarrowBy<Avx2PixelFloats, SsePixelFloats, false>,
+                                    NarrowBy<Avx2PixelFloats, SsePixelFloats, true>};
 
 }  // namespace
 

@@ -1,7 +1,6 @@
 #include "Imaging/FloatLines.h"
 
 #include "Imaging/FilterLines.h"
-#include "Imaging/LinearLight.h"
 
 #include <algorithm>
 #include <math.h>
@@ -96,7 +95,7 @@ void FloatSource::Read(int y, float* res)
     if (m_Form.byFields) {
         ReadFields(m_Image.Line(y), res);
     } else if (m_Form.isLight) {
-        LightOfPixels(res, m_Lines.Read(y, 0), m_Image.width, m_Form.isWeighted);
+        KernelsForFilters().widenToLight(res, m_Lines.Read(y, 0), m_Image.width, m_Form.isWeighted);
     } else {
         KernelsForFilters().widen(res, m_Lines.Read(y, 0), m_Image.width, m_Form.isWeighted);
     }
@@ -142,17 +141,14 @@ bool FloatResult::Prepare(const ImageView& image, const FloatForm& form, bool ha
 
 void FloatResult::Write(int y, float* line)
 {
-    const bool toBytes = !m_Form.byFields, divides = toBytes && !m_Form.isLight && m_Form.isWeighted;
     uint8_t* const bytes = m_Bytes != nullptr ? m_Bytes.get() : m_Image.Line(y);
-    if (!divides) {
-        Finish(line);
-    }
+    Finish(line);
     if (m_Form.byFields) {
         WriteFields(bytes, line);
     } else if (m_Form.isLight) {
-        PixelsOfLight(bytes, line, m_Image.width);
+        KernelsForFilters().narrowFromLight(bytes, line, m_Image.width, m_Form.isWeighted);
     } else {
-        KernelsForFilters().narrow(bytes, line, m_Image.width, divides);
+        KernelsForFilters().narrow(bytes, line, m_Image.width, m_Form.isWeighted);
     }
     if (m_Bytes != nullptr) {
         ConvertPixels(m_Convert, bytes, m_Image.Line(y), m_Image.width);
@@ -161,10 +157,11 @@ void FloatResult::Write(int y, float* line)
 
 void FloatResult::Finish(float* line) const
 {
-    void (*const finish)(float* pixel) = m_Form.isWeighted        ? Straighten
-                                         : m_Form.isPremultiplied ? LimitToAlpha
-                                         : m_Form.isNormals       ? MakeUnit
-                                                                  : nullptr;
+    // The kernels for bytes divide by alpha themselves.
+    void (*const finish)(float* pixel) = m_Form.isWeighted && m_Form.byFields ? Straighten
+                                         : m_Form.isPremultiplied             ? LimitToAlpha
+                                         : m_Form.isNormals                   ? MakeUnit
+                                                                              : nullptr;
     for (ptrdiff_t x = 0; finish != nullptr && x < m_Image.width; ++x) {
         finish(line + x * 4);
     }

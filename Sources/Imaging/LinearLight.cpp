@@ -1,11 +1,9 @@
 #include "Imaging/LinearLight.h"
 
-#include <stddef.h>
-
 namespace zm {
 namespace {
 
-/// For numbers from 0 to 1. Newton's method from above falls until it has converged.
+/// For numbers from 0 to 1. Newton's method falls from above until it has converged.
 constexpr double FifthRoot(double x)
 {
     double root = (x + 4) / 5;
@@ -20,73 +18,40 @@ constexpr double FifthRoot(double x)
 
 constexpr double LightOf(double byte)
 {
-    const double stored = byte / 255, square = (stored + 0.055) / 1.055 * ((stored + 0.055) / 1.055);
+    const double stored = byte / 255, base = (stored + 0.055) / 1.055, square = base * base;
     return 255 * (stored <= 0.04045 ? stored / 12.92 : square * FifthRoot(square));
 }
 
-/// The smallest float that is not below a number.
-constexpr float RoundedUp(double x)
+/// The smallest light of each byte, in units of the last bit and rounded up. No light has a byte beyond 255.
+constexpr uint32_t FirstLight(int byte)
 {
-    const float nearest = float(x);
-    return double(nearest) < x ? float(double(nearest) * (1 + 0x1.001p-24)) : nearest;
+    constexpr uint32_t kBeyond = ~0u;
+    const double exact = byte < 256 ? LightOf(byte - 0.5) * (1 << LightTables::kBits) : 0;
+    const uint32_t whole = uint32_t(exact);
+    return byte < 256 ? whole + (double(whole) < exact) : kBeyond;
 }
-
-/// Bytes change at irrational lights, at most one of them in each sixteenth.
-constexpr int kParts = 16;
-
-struct LightTables {
-    float light[256];
-    float begin[257];                 ///< the smallest light of each byte; beyond the last one, of none
-    uint8_t first[255 * kParts + 1];  ///< the byte at the beginning of each part
-};
 
 constexpr LightTables MakeTables()
 {
     LightTables res = {};
     for (int i = 0; i < 256; ++i) {
         res.light[i] = float(LightOf(i));
-        res.begin[i] = i == 0 ? 0 : RoundedUp(LightOf(i - 0.5));
+        res.light[256 + i] = float(i);
     }
-    res.begin[256] = 256;
-    int byte = 0;
-    for (int i = 0; i <= 255 * kParts; ++i) {
-        byte += float(i) / kParts >= res.begin[byte + 1];
-        res.first[i] = uint8_t(byte);
+    constexpr uint32_t kPart = 1u << LightTables::kRestBits;
+    uint32_t byte = 0, next = FirstLight(1);
+    for (uint32_t i = 0; i <= uint32_t(LightTables::kParts); ++i) {
+        if (i * kPart >= next) {
+            next = FirstLight(int(++byte) + 1);
+        }
+        const uint32_t rest = next - i * kPart;
+        res.byte[i] = byte * kPart + (rest < kPart ? kPart - rest : 0);
     }
     return res;
 }
 
-constexpr LightTables kTables = MakeTables();
-
-uint8_t ByteOf(float light)
-{
-    const float clamped = light > 0 ? (light < 255 ? light : 255) : 0;
-    const int first = kTables.first[int(clamped * kParts)];
-    return uint8_t(first + (clamped >= kTables.begin[first + 1]));
-}
-
 }  // namespace
 
-void LightOfPixels(float* res, const uint8_t* pixels, int width, bool weighted)
-{
-    for (ptrdiff_t i = 0; i < ptrdiff_t(width) * 4; i += 4) {
-        const float alpha = pixels[i + 3], weight = weighted ? alpha : 1;
-        for (int c = 0; c < 3; ++c) {
-            res[i + c] = kTables.light[pixels[i + c]] * weight;
-        }
-        res[i + 3] = alpha;
-    }
-}
-
-void PixelsOfLight(uint8_t* res, const float* light, int width)
-{
-    for (ptrdiff_t i = 0; i < ptrdiff_t(width) * 4; i += 4) {
-        const float alpha = light[i + 3];
-        for (int c = 0; c < 3; ++c) {
-            res[i + c] = ByteOf(light[i + c]);
-        }
-        res[i + 3] = uint8_t((alpha > 0 ? (alpha < 255 ? alpha : 255) : 0) + 0.5f);
-    }
-}
+constexpr LightTables g_LightTables = MakeTables();
 
 }  // namespace zm

@@ -2,16 +2,21 @@
 
 #include <stdint.h>
 
-// sRGB bytes and the light that they stand for, from 0 to 255. Both directions give the formula's value, rounded to
-// nearest.
-
 namespace zm {
 
-/// Widens pixels of four bytes to floats: light in the first three, and the fourth as it is, which multiplies the light
-/// if `weighted`.
-void LightOfPixels(float* res, const uint8_t* pixels, int width, bool weighted);
+/// sRGB bytes and the light that they stand for, from 0 to 255.
+struct LightTables {
+    /// Light is split into this many bits: whole parts, in each of which the byte changes at most once, and the rest.
+    static constexpr int kBits = 23, kRestBits = 19;
+    static constexpr int kParts = 255 << (kBits - kRestBits);
 
-/// The reverse, clamped to bytes.
-void PixelsOfLight(uint8_t* res, const float* light, int width);
+    /// The light of each byte, rounded to nearest; then the bytes themselves, for alpha.
+    float light[512];
+    /// For each part, a number to which the rest is added: the bits above the rest are then the byte. Rounds the exact
+    /// byte to nearest, but for two millionths.
+    uint32_t byte[kParts + 1];
+};
+
+extern const LightTables g_LightTables;
 
 }  // namespace zm

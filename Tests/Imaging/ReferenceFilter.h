@@ -100,6 +100,7 @@ inline double ByteOf(double light)
 
 struct Channels {
     double value[4];
+    double loss;  ///< what floats lose in colours beyond rounding: quotients of small numbers are not precise
 };
 
 inline bool HasSlopes(const TestImage& image)
@@ -111,12 +112,13 @@ inline bool HasSlopes(const TestImage& image)
 inline Channels Weighable(const TestImage& image, int x, int y, const ZmImageOptions& options)
 {
     const Fields fields = FieldsOf(image.desc, image.Get(x, y));
-    Channels res;
+    Channels res = {};
     for (int c = 0; c < 4; ++c) {
         const bool isSigned = HasSlopes(image) && c < 2;
         const double value = fields.value[c], whole = pow(2, fields.bits[c]);
         res.value[c] = isSigned && value >= whole / 2 ? value - whole : value;
-        if (!HasSlopes(image) && options.Light == ZMLIGHT_LINEAR && c < 3) {
+        const bool isColour = !HasSlopes(image) && options.Channels != ZMCHANNELS_NORMALS && c < 3;
+        if (isColour && options.Light == ZMLIGHT_LINEAR) {
             res.value[c] = LightOf(value);
         }
     }
@@ -150,13 +152,15 @@ inline Channels Finished(Channels sums, const ZmImageOptions& options)
         for (int c = 0; c < 3; ++c) {
             v[c] = (v[c] / sqrt(square) + 1) * 127.5;
         }
+        sums.loss = 1e-4 / std::max(sqrt(square), 1e-9);
+    } else if (options.Channels == ZMCHANNELS_COLOR) {
+        sums.loss = 0.01 / std::max(v[3], 1e-9);
     }
     v[3] = most;
     return sums;
 }
 
-/// The largest difference between a filtered image and its definition, in units of the result's channels. Colours under
-/// little alpha count by what they are worth, since their quotients are those of small differences.
+/// The largest difference between a filtered image and its definition, in units of the result's channels.
 inline double WorstError(const TestImage& src, const TestImage& dst, const ZmImageOptions& options)
 {
     double worst = 0;
@@ -181,9 +185,7 @@ inline double WorstError(const TestImage& src, const TestImage& dst, const ZmIma
                 const double value = fields.value[c], low = isSigned ? -whole / 2 : 0, high = low + whole - 1;
                 const double error = fabs((isSigned && value >= whole / 2 ? value - whole : value) -
                                           std::min(std::max(expected.value[c], low), high));
-                const double loss =
-                    options.Channels == ZMCHANNELS_COLOR && c < 3 ? 0.01 / std::max(expected.value[3], 1e-9) : 0;
-                worst = fields.bits[c] ? std::max(worst, error - loss) : worst;
+                worst = fields.bits[c] ? std::max(worst, error - (c < 3 ? expected.loss : 0)) : worst;
             }
         }
     }

@@ -24,7 +24,7 @@ const Meaning kMeanings[] = {
     {"premultiplied in linear light", ZMCHANNELS_PREMULTIPLIED, ZMLIGHT_LINEAR, 12, 1},
     {"data", ZMCHANNELS_DATA, ZMLIGHT_STORED, 1, 1},
     {"data in linear light", ZMCHANNELS_DATA, ZMLIGHT_LINEAR, 1, 2},
-    {"normals", ZMCHANNELS_NORMALS, ZMLIGHT_STORED, 1, 10},
+    {"normals, which are no light", ZMCHANNELS_NORMALS, ZMLIGHT_LINEAR, 1, 10},
     {"slopes of 16 bits", ZMCHANNELS_COLOR, ZMLIGHT_STORED, 25, 25},
     {"slopes of 8 bits with luminance", ZMCHANNELS_NORMALS, ZMLIGHT_LINEAR, 27, 27},
 };
