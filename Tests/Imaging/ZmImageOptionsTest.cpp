@@ -196,6 +196,34 @@ TEST(ZmImageOptionsTest, SlopesAreSignedWithoutOptions)
     }
 }
 
+TEST(ZmImageOptionsTest, WideChannelsKeepTheirBits)
+{
+    const struct {
+        const char* name;
+        ZMCHANNELS channels;
+        uint32_t pixels[4], expected;  ///< two bits of alpha above three channels of ten
+    } rows[] = {
+        {"data", ZMCHANNELS_DATA, {0xFFF00001, 0xBFF00001, 0x7FF00003, 0x7FC00003}, 0xBFE00002},
+        {"colour", ZMCHANNELS_COLOR, {0xC0100401, 0xC0300403, 0x3FFFFFFF, 0x3FFFFFFF}, 0x80200402},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        TestImage src(1, 2, 2), dst(1, 1, 1);
+        for (TestImage* image : {&src, &dst}) {
+            image->desc.AlphaMask = 0xC0000000;
+            image->desc.RedMask = 0x3FF00000;
+            image->desc.GreenMask = 0x000FFC00;
+            image->desc.BlueMask = 0x000003FF;
+        }
+        for (int i = 0; i < 4; ++i) {
+            src.Put(i % 2, i / 2, row.pixels[i]);
+        }
+        const ZmImageOptions options = {row.channels, ZMLIGHT_STORED, ZMFILTER_BILINEAR, ZMEDGES_CLAMP};
+        ASSERT_EQ(ZmResizeImage32(src.desc, dst.desc, options), 1);
+        EXPECT_EQ(dst.Get(0, 0), row.expected);
+    }
+}
+
 TEST(ZmImageOptionsTest, ACheckerHasHalfTheLight)
 {
     TestImage src(1, 6, 4), dst(1, 3, 2), rgb(4, 2, 2), level(4, 1, 1);
