@@ -3,6 +3,7 @@
 #include "Imaging/FilterShape.h"
 
 #include <algorithm>
+#include <limits.h>
 #include <math.h>
 
 namespace zm {
@@ -41,7 +42,9 @@ bool FilterAxis::Prepare(int from, int to, ZMFILTER filter, ZMEDGES edges)
     m_Stretch = to < from ? double(from) / to : 1;
     m_Shape = ShapeOf(filter).at;
     m_Radius = ShapeOf(filter).radius * m_Stretch;
-    Measure();
+    if (!Measure()) {
+        return false;
+    }
     const int64_t all = int64_t(to) * m_Count;
     const HeapArray<double> scratch = NewArray<double>(m_Count);
     m_First = NewArray<int>(to);
@@ -100,6 +103,9 @@ FilterAxis::Span FilterAxis::Folded(const Span& span) const
     if (span.begin >= 0 && span.end <= m_From) {
         return span;
     }
+    if (m_Edges == ZMEDGES_WRAP) {
+        return span.end - span.begin <= m_From ? span : Span{0, m_From};
+    }
     Span res = {Folded(span, span.begin), Folded(span, span.begin) + 1};
     for (int64_t pixel = span.begin; pixel < span.end; ++pixel) {
         const int64_t place = Folded(span, pixel);
@@ -108,8 +114,9 @@ FilterAxis::Span FilterAxis::Folded(const Span& span) const
     return res;
 }
 
-/// Finds out how many weights each result pixel needs, and how many pixels around the source.
-void FilterAxis::Measure()
+/// Finds out how many weights each result pixel needs, and how many pixels around the source. Returns false if they
+/// are too many to be counted.
+bool FilterAxis::Measure()
 {
     int64_t most = 2, before = 0, after = 0;
     for (int i = 0; i < m_To; ++i) {
@@ -118,9 +125,12 @@ void FilterAxis::Measure()
         before = std::max(before, -span.begin);
         after = std::max(after, span.end - m_From);
     }
-    m_Count = int(most + most % 2);
+    most += most % 2;
+    const int64_t places = std::max(before + m_From + after, most);
+    m_Count = int(most);
     m_Before = int(before);
-    m_Places = int(std::max<int64_t>(before + m_From + after, m_Count));
+    m_Places = int(places);
+    return places <= INT_MAX;
 }
 
 void FilterAxis::Fill(int i, double* weights)

@@ -31,7 +31,7 @@ private:
     double Weight(int i, int64_t pixel) const;
     int64_t Folded(const Span& span, int64_t pixel) const;
     Span Folded(const Span& span) const;
-    void Measure();
+    bool Measure();
     void Fill(int i, double* weights);
 
     int m_From = 0, m_To = 0, m_Count = 0, m_Places = 0, m_Before = 0;

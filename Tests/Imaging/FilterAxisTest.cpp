@@ -1,6 +1,7 @@
 #include "Imaging/FilterAxis.h"
 
 #include <gtest/gtest.h>
+#include <limits.h>
 
 #include <numeric>
 
@@ -24,6 +25,12 @@ TEST(FilterAxisTest, WeightsAddUpToOne)
             }
         }
     }
+}
+
+TEST(FilterAxisTest, MorePlacesThanCanBeCountedAreRefused)
+{
+    zm::FilterAxis axis;
+    EXPECT_FALSE(axis.Prepare(INT_MAX, 2, ZMFILTER_BILINEAR, ZMEDGES_WRAP));
 }
 
 }  // namespace
