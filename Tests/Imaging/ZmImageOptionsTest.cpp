@@ -268,6 +268,21 @@ TEST(ZmImageOptionsTest, DefaultsAreThoseWithoutOptions)
     }
 }
 
+TEST(ZmImageOptionsTest, OnlyMitchellSmoothsEqualSizes)
+{
+    Random random(1);
+    TestImage src(1, 5, 4);
+    src.Fill(random);
+    for (const ZMFILTER filter : kFilters) {
+        SCOPED_TRACE(testing::Message() << "filter " << filter);
+        const ZmImageOptions options = {ZMCHANNELS_DATA, ZMLIGHT_STORED, filter, ZMEDGES_WRAP};
+        TestImage dst(1, 5, 4);
+        ASSERT_EQ(ZmResizeImage32(src.desc, dst.desc, options), 1);
+        EXPECT_LE(WorstError(src, dst, options), kFilterRounding);
+        EXPECT_EQ(dst.SameBytes(src), filter != ZMFILTER_MITCHELL);
+    }
+}
+
 TEST(ZmImageOptionsTest, UnknownOptionsGiveZero)
 {
     TestImage src(1, 2, 2), dst(1, 1, 1), same(1, 2, 2);
