@@ -23,6 +23,7 @@ extern const Contender kFiles;
 
 extern const Tasks kImagingTasks;
 extern const Contender kImaging;
+extern const Contender kStoredImaging;
 
 extern const Tasks kFoundationTasks;
 extern const Contender kFoundations;

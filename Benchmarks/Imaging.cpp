@@ -81,6 +81,12 @@ constexpr Task kTasks[] = {
     {"Resize/2560x1440", 16, 32, PrepareBytes, {kFrame}, {0.5}, kOtherResults},
     {"Resize/Mipmaps", 16, 8, PrepareBytes, {kTexture}, {0.9}, kOtherResults},
     {"Resize/WithAlpha", 16, 32, PrepareBytes, {kFrame}, {}, kOtherResults},
+    {"Resize/Lanczos3To700x400", 16, 4, PrepareBytes, {kFrame}, {0.7}, kOtherResults},
+    {"Resize/Lanczos3To2560x1440", 16, 32, PrepareBytes, {kFrame}, {0.7}, kOtherResults},
+    {"Resize/LightTo700x400", 16, 4, PrepareBytes, {kFrame}, {1.5}, kOtherResults},
+    {"Resize/LightTo2560x1440", 16, 32, PrepareBytes, {kFrame}, {1.5}, kOtherResults},
+    {"Resize/LightLanczos3To700x400", 16, 4, PrepareBytes, {kFrame}, {1.5}, kOtherResults},
+    {"Resize/LightMipmaps", 16, 8, PrepareBytes, {kTexture}, {1.5}, kOtherResults},
     {"Palette/Photograph", 4, 12, PreparePhotograph, {kPhoto}, {0.14}, kOtherResults},
 };
 
@@ -123,13 +129,24 @@ void Resize(const Work& w)
     ZmResizeImage32(Describe(w, Format, w.src), DescribeSized(Format, Width, Height, static_cast<uint8_t*>(w.dst)));
 }
 
+template <ZMFILTER Filter, ZMLIGHT Light, int Width, int Height>
+void Filtered(const Work& w)
+{
+    const ZmImageOptions options = {ZMCHANNELS_COLOR, Light, Filter, ZMEDGES_CLAMP};
+    ZmResizeImage32(Describe(w, ZM_PF_32_ARGB8888, w.src),
+                    DescribeSized(ZM_PF_32_ARGB8888, Width, Height, static_cast<uint8_t*>(w.dst)), options);
+}
+
+template <ZM_PIXELFORMAT Format, ZMLIGHT Light>
 void MakeMipmaps(const Work& w)
 {
-    ZmImageDescEx level = Describe(w, ZM_PF_32_RGB888, w.src);
+    ZmImageOptions options;
+    options.Light = Light;
+    ZmImageDescEx level = Describe(w, Format, w.src);
     uint8_t* pixels = static_cast<uint8_t*>(w.dst);
     for (int size = kSquare / 2; size > 0; size /= 2) {
-        const ZmImageDescEx next = DescribeSized(ZM_PF_32_RGB888, size, size, pixels);
-        ZmGenerateMipMap(level, next);
+        const ZmImageDescEx next = DescribeSized(Format, size, size, pixels);
+        ZmGenerateMipMap(level, next, options);
         level = next;
         pixels += size * size * 4;
     }
@@ -164,14 +181,29 @@ constexpr Entry kEntries[] = {
     {"Resize/960x540", Resize<ZM_PF_32_RGB888, 960, 540>},
     {"Resize/700x400", Resize<ZM_PF_32_RGB888, 700, 400>},
     {"Resize/2560x1440", Resize<ZM_PF_32_RGB888, 2560, 1440>},
-    {"Resize/Mipmaps", MakeMipmaps},
+    {"Resize/Mipmaps", MakeMipmaps<ZM_PF_32_RGB888, ZMLIGHT_STORED>},
     {"Resize/WithAlpha", Resize<ZM_PF_32_ARGB8888, 2560, 1440>},
+    {"Resize/Lanczos3To700x400", Filtered<ZMFILTER_LANCZOS3, ZMLIGHT_STORED, 700, 400>},
+    {"Resize/Lanczos3To2560x1440", Filtered<ZMFILTER_LANCZOS3, ZMLIGHT_STORED, 2560, 1440>},
+    {"Resize/LightTo700x400", Filtered<ZMFILTER_DEFAULT, ZMLIGHT_LINEAR, 700, 400>},
+    {"Resize/LightTo2560x1440", Filtered<ZMFILTER_DEFAULT, ZMLIGHT_LINEAR, 2560, 1440>},
+    {"Resize/LightLanczos3To700x400", Filtered<ZMFILTER_LANCZOS3, ZMLIGHT_LINEAR, 700, 400>},
+    {"Resize/LightMipmaps", MakeMipmaps<ZM_PF_32_ARGB8888, ZMLIGHT_LINEAR>},
     {"Palette/Photograph", Quantize},
+};
+
+/// What linear light is measured by.
+constexpr Entry kStoredEntries[] = {
+    {"Resize/LightTo700x400", Filtered<ZMFILTER_DEFAULT, ZMLIGHT_STORED, 700, 400>},
+    {"Resize/LightTo2560x1440", Filtered<ZMFILTER_DEFAULT, ZMLIGHT_STORED, 2560, 1440>},
+    {"Resize/LightLanczos3To700x400", Filtered<ZMFILTER_LANCZOS3, ZMLIGHT_STORED, 700, 400>},
+    {"Resize/LightMipmaps", MakeMipmaps<ZM_PF_32_ARGB8888, ZMLIGHT_STORED>},
 };
 
 }  // namespace
 
 constexpr Tasks kImagingTasks{kTasks};
 constexpr Contender kImaging{"ZmMath", Role::OURS, kEntries};
+constexpr Contender kStoredImaging{"ZmMath stored", Role::PEER, kStoredEntries};
 
 }  // namespace bench

@@ -30,13 +30,17 @@ constexpr const Tasks* kTasks[] = {&kPointTasks,         &kArrayTasks, &kSingleT
                                    &kConfigurationTasks, &kThreadTasks};
 
 #define ZM_LIST_PEER(name) &k##name,
-constexpr const Contender* kContenders[] = {&kPoints,        &kScalarPoints,    &kArrays,
-                                            &kSingles,       &kAnimation,       &kAnimationSingly,
-                                            &kRotations,     &kRotationsSingly, &kQueries,
-                                            &kQueriesSingly, &kCulling,         &kCullingSingly,
-                                            &kPicking,       &kPickingSingly,   &kFoundations,
-                                            &kFiles,         &kArchives,        &kImaging,
-                                            &kConfiguration, &kThreads,         ZM_BENCHMARK_PEERS(ZM_LIST_PEER)};
+constexpr const Contender* kContenders[] = {&kPoints,        &kScalarPoints,
+                                            &kArrays,        &kSingles,
+                                            &kAnimation,     &kAnimationSingly,
+                                            &kRotations,     &kRotationsSingly,
+                                            &kQueries,       &kQueriesSingly,
+                                            &kCulling,       &kCullingSingly,
+                                            &kPicking,       &kPickingSingly,
+                                            &kFoundations,   &kFiles,
+                                            &kArchives,      &kImaging,
+                                            &kStoredImaging, &kConfiguration,
+                                            &kThreads,       ZM_BENCHMARK_PEERS(ZM_LIST_PEER)};
 
 #define ZM_LIST_COLUMN(name) &k##name,
 constexpr const Column* kColumns[] = {ZM_BENCHMARK_COLUMNS(ZM_LIST_COLUMN) nullptr};

@@ -1,7 +1,7 @@
 // Operations that combine neighbouring pixels, beside their definitions in doubles: resizing, mipmaps, normal maps and
 // bump maps.
 
-#include "Imaging/ReferencePixels.h"
+#include "Imaging/ReferenceFilter.h"
 #include "Input.h"
 #include "ZmNormalMap.h"
 #include "ZmPixelFormat.h"
@@ -94,6 +94,30 @@ void CompareSlopes(const Heights& heights, const Image& dst, int x, int y)
     }
 }
 
+/// Scaling with any options, valid or not.
+void CompareFiltered(Input& input)
+{
+    constexpr uint32_t kFormats[] = {ZM_PF_32_ARGB8888, ZM_PF_32_RGB888,   ZM_PF_32_RGBA8888,
+                                     ZM_PF_32_ABGR8888, ZM_PF_BUMP_V16U16, ZM_PF_BUMP_L8V8U8};
+    constexpr int kLargest = 11;
+    const ZmImageOptions options = {ZMCHANNELS(input.UpTo(4)), ZMLIGHT(input.UpTo(2)), ZMFILTER(input.UpTo(7)),
+                                    ZMEDGES(input.UpTo(3))};
+    const uint32_t from = kFormats[input.UpTo(5)], to = from >= ZM_PF_BUMP_V16U16 ? from : kFormats[input.UpTo(3)];
+    const int width = 1 + input.UpTo(kLargest), height = 1 + input.UpTo(kLargest);
+    const int newWidth = 1 + input.UpTo(kLargest), newHeight = 1 + input.UpTo(kLargest);
+    TestImage src(from, width, height, input.UpTo(4), input.UpTo(1) != 0), dst(to, newWidth, newHeight);
+    for (int y = 0; y < height; ++y) {
+        input.Fill(src.Line(y), size_t(width) * 4);
+    }
+    const bool isValid = options.Channels <= ZMCHANNELS_NORMALS && options.Light <= ZMLIGHT_LINEAR &&
+                         options.Filter <= ZMFILTER_KAISER && options.Edges <= ZMEDGES_MIRROR;
+    Demand(ZmResizeImage32(src.desc, dst.desc, options) == isValid);
+    Demand(isValid ? dst.MarginsUntouched() : dst.Untouched());
+    const bool isCopy = width == newWidth && height == newHeight && options.Filter != ZMFILTER_MITCHELL;
+    constexpr double kRounding = 0.525;  // in integers, without options
+    Demand(!isValid || isCopy || WorstError(src, dst, options) <= kRounding);
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
@@ -101,7 +125,12 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     constexpr int kFormats[] = {ZM_PF_32_ARGB8888, ZM_PF_32_RGB888, ZM_PF_32_ABGR8888, ZM_PF_32_BGRA8888};
     constexpr int kLargest = 5;
     Input input(data, size);
-    const int operation = input.UpTo(3), from = kFormats[input.UpTo(3)], to = kFormats[input.UpTo(3)];
+    const int choice = input.UpTo(255), operation = choice % 4;
+    if (choice >= 192) {
+        CompareFiltered(input);
+        return 0;
+    }
+    const int from = kFormats[input.UpTo(3)], to = kFormats[input.UpTo(3)];
     const int width = 1 + input.UpTo(kLargest), height = 1 + input.UpTo(kLargest);
     const int bits = 1 + input.UpTo(15), shift = input.UpTo(32 - bits);
     const uint32_t mask = ((1u << bits) - 1) << shift;

@@ -4,6 +4,7 @@
 
 #include "ZmBlit.h"
 #include "ZmImageDescEx.h"
+#include "ZmImageOptions.h"
 #include "ZmNormalMap.h"
 #include "ZmPixelFormat.h"
 #include "ZmQuantization.h"

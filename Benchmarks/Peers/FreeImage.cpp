@@ -1,4 +1,4 @@
-// The same quantiser in FreeImage.
+// The same quantiser and filter in FreeImage.
 
 #include "../Pictures.h"
 
@@ -26,8 +26,22 @@ void Quantize(const Work& w)
     FreeImage_Unload(FreeImage_ColorQuantize(photograph, FIQ_NNQUANT));
 }
 
+/// Four bytes each; the peer treats alpha like a colour.
+template <int Width, int Height>
+void Lanczos(const Work& w)
+{
+    static FIBITMAP* const frame = [&] {
+        const int width = WidthOf(w), height = HeightOf(w);
+        return FreeImage_ConvertFromRawBits(static_cast<BYTE*>(const_cast<void*>(w.src)), width, height, width * 4, 32,
+                                            0xFF0000, 0xFF00, 0xFF, TRUE);
+    }();
+    FreeImage_Unload(FreeImage_Rescale(frame, Width, Height, FILTER_LANCZOS3));
+}
+
 constexpr Entry kEntries[] = {
     {"Palette/Photograph", Quantize},
+    {"Resize/Lanczos3To700x400", Lanczos<700, 400>},
+    {"Resize/Lanczos3To2560x1440", Lanczos<2560, 1440>},
 };
 
 }  // namespace

@@ -12,7 +12,7 @@ int main()
     ModifyProcessorFeatures(0, ZMPROCESSOR_FEATURE_SSE);
     const bool drawn = DrawRows() && DrawProducts() && DrawRotations() && DrawEulerOrder() && DrawHandedness() &&
                        DrawCameras() && DrawClipSpace() && DrawDepths() && DrawScreenSpace() && DrawPixelLayouts() &&
-                       DrawLines();
+                       DrawLines() && DrawFilters() && DrawLight() && DrawNormalLevels();
     if (!drawn) {
         std::fputs("A picture cannot be written\n", stderr);
     }

@@ -12,3 +12,6 @@ bool DrawDepths();
 bool DrawScreenSpace();
 bool DrawPixelLayouts();
 bool DrawLines();
+bool DrawFilters();
+bool DrawLight();
+bool DrawNormalLevels();

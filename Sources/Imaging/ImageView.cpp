@@ -27,11 +27,20 @@ bool ReadLayout(PixelLayout& res, const ZmImageDescEx& desc)
     return used != 0;
 }
 
-bool ReadMasked(ImageView& res, const ZmImageDescEx& desc)
+/// Colour formats are found before bump formats, so L8V8U8 is known by its name only.
+bool HasSlopes(const ZmImageDescEx& desc, uint32_t format)
+{
+    const bool isNamed = desc.CompressedFormat == ZM_PF_BUMP_L8V8U8;
+    return (format >= ZM_PF_BUMP_V8U8 && format <= ZM_PF_BUMP_L6V5U5) ||
+           (isNamed && (format == ZM_PF_32_BGR888 || format == ZM_PF_32_ABGR8888));
+}
+
+bool ReadMasked(ImageView& res, const ZmImageDescEx& desc, uint32_t format)
 {
     const int bits = desc.BitsPerPixel;
     res.kind = PixelKind::MASKED;
     res.bits = bits;
+    res.hasSlopes = HasSlopes(desc, format);
     return (bits == 8 || bits == 16 || bits == 24 || bits == 32) && ReadLayout(res.layout, desc);
 }
 
@@ -52,7 +61,7 @@ bool ReadPixels(ImageView& res, const ZmImageDescEx& desc)
         return ReadIndexed(res, desc);
     }
     if (format < ZM_PF_DXT1 || format > ZM_PF_DXT5) {
-        return ReadMasked(res, desc);
+        return ReadMasked(res, desc, format);
     }
     res.kind = PixelKind::COMPRESSED;
     res.bits = 0;

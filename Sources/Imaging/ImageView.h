@@ -38,6 +38,7 @@ struct ImageView {
     ptrdiff_t pitch;
     int bits;            ///< per pixel; 0 for compressed images
     PixelLayout layout;  ///< of masked images only
+    bool hasSlopes;      ///< the first two channels are signed
     uint32_t format;     ///< of compressed images only
     uint8_t* palette;    ///< of indexed images only
     int entrySize, entries;

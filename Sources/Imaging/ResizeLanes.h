@@ -41,6 +41,14 @@ struct ScalarPixelFloats {
     {
         return f[3] > 0 ? ScalarPixelFloats{{f[0] / f[3], f[1] / f[3], f[2] / f[3], f[3]}} : Zero();
     }
+    ScalarPixelFloats AtLeastZero() const
+    {
+        ScalarPixelFloats res;
+        for (int c = 0; c < 4; ++c) {
+            res.f[c] = f[c] > 0 ? f[c] : 0;
+        }
+        return res;
+    }
     /// Rounds to nearest. Not for negative numbers.
     void ToBytes(uint8_t* p) const
     {
@@ -80,6 +88,7 @@ struct SsePixelFloats {
         const __m128 alpha = _mm_shuffle_ps(v, v, _MM_SHUFFLE(3, 3, 3, 3));
         return {_mm_and_ps(_mm_div_ps(v, AlphaAndOne()), _mm_cmpgt_ps(alpha, _mm_setzero_ps()))};
     }
+    SsePixelFloats AtLeastZero() const { return {_mm_max_ps(v, _mm_setzero_ps())}; }
     void ToBytes(uint8_t* p) const
     {
         const __m128 rounded = _mm_add_ps(_mm_min_ps(v, _mm_set1_ps(255)), _mm_set1_ps(0.5f));
@@ -386,6 +395,7 @@ struct Avx2PixelFloats {
         const __m256 some = _mm256_cmp_ps(_mm256_permute_ps(v, 0xFF), _mm256_setzero_ps(), _CMP_GT_OQ);
         return {_mm256_and_ps(_mm256_div_ps(v, AlphaAndOne()), some)};
     }
+    Avx2PixelFloats AtLeastZero() const { return {_mm256_max_ps(v, _mm256_setzero_ps())}; }
     void ToBytes(uint8_t* p) const
     {
         const __m256 rounded = _mm256_add_ps(_mm256_min_ps(v, _mm256_set1_ps(255)), _mm256_set1_ps(0.5f));

@@ -1,5 +1,6 @@
 #include "ZmResize.h"
 
+#include "Imaging/Filter.h"
 #include "Imaging/IntegerWeights.h"
 #include "Imaging/LineSums.h"
 #include "ZmBlit.h"
@@ -210,24 +211,61 @@ int Half(int size)
     return size > 1 ? size / 2 : 1;
 }
 
+bool AreValid(const ZmImageOptions& options)
+{
+    return options.Channels <= ZMCHANNELS_NORMALS && options.Light <= ZMLIGHT_LINEAR &&
+           options.Filter <= ZMFILTER_KAISER && options.Edges <= ZMEDGES_MIRROR;
+}
+
+/// Edges do not matter to a mean of areas, which lie within the picture.
+bool AreDefault(const ImageView& src, const ImageView& dst, const ZmImageOptions& options)
+{
+    const bool shrinks = src.width >= dst.width && src.height >= dst.height;
+    const bool isBox = options.Filter == ZMFILTER_DEFAULT || (options.Filter == ZMFILTER_BOX && shrinks);
+    return options.Channels == ZMCHANNELS_COLOR && options.Light == ZMLIGHT_STORED && isBox &&
+           (options.Edges == ZMEDGES_CLAMP || shrinks);
+}
+
+bool HasNormals(const ImageView& image)
+{
+    return image.layout.channel[0].bits != 0 && image.layout.channel[1].bits != 0;
+}
+
+/// `isCopy`: the filter changes nothing.
+int Scale(const ZmImageDescEx& src, const ZmImageDescEx& dst, const ZmImageOptions& options, bool isCopy)
+{
+    ImageView from, to;
+    const bool areViewed = ViewMasked(from, src) && ViewMasked(to, dst);
+    if (!areViewed || !AreValid(options) || (options.Channels == ZMCHANNELS_NORMALS && !HasNormals(from))) {
+        return 0;
+    }
+    if (isCopy) {
+        return ZmDoBlit(src, dst);
+    }
+    return !from.hasSlopes && AreDefault(from, to, options) ? Resize(from, to) : Filter(from, to, options);
+}
+
 }  // namespace
 }  // namespace zm
 
 int ZmResizeImage32(const ZmImageDescEx& src, const ZmImageDescEx& dst)
 {
-    zm::ImageView from, to;
-    if (!zm::ViewMasked(from, src) || !zm::ViewMasked(to, dst) || from.bits != 32 || to.bits != 32) {
-        return 0;
-    }
-    return from.width == to.width && from.height == to.height ? ZmDoBlit(src, dst) : zm::Resize(from, to);
+    return ZmResizeImage32(src, dst, {});
+}
+
+int ZmResizeImage32(const ZmImageDescEx& src, const ZmImageDescEx& dst, const ZmImageOptions& options)
+{
+    const bool isCopy = src.Width == dst.Width && src.Height == dst.Height && options.Filter != ZMFILTER_MITCHELL;
+    return src.BitsPerPixel == 32 && dst.BitsPerPixel == 32 ? zm::Scale(src, dst, options, isCopy) : 0;
 }
 
 int ZmGenerateMipMap(const ZmImageDescEx& src, const ZmImageDescEx& dst)
 {
-    zm::ImageView from, to;
-    if (!zm::ViewMasked(from, src) || !zm::ViewMasked(to, dst) || to.width != zm::Half(from.width) ||
-        to.height != zm::Half(from.height)) {
-        return 0;
-    }
-    return from.width == 1 && from.height == 1 ? ZmDoBlit(src, dst) : zm::Resize(from, to);
+    return ZmGenerateMipMap(src, dst, {});
+}
+
+int ZmGenerateMipMap(const ZmImageDescEx& src, const ZmImageDescEx& dst, const ZmImageOptions& options)
+{
+    const bool fits = dst.Width == zm::Half(src.Width) && dst.Height == zm::Half(src.Height);
+    return fits ? zm::Scale(src, dst, options, src.Width == 1 && src.Height == 1) : 0;
 }

@@ -34,6 +34,7 @@ for source in Sources/*/*.cpp; do
 done
 # Headers without a source file: all their functions are inline.
 folder_of[ZmImageDescEx.h]=Imaging
+folder_of[ZmImageOptions.h]=Imaging
 for header in ZmArithmetic ZmBuilders ZmInline ZmInterop ZmInterpolation ZmOBB ZmOperators ZmPrint ZmSphere; do
     folder_of[$header.h]=Math
 done

@@ -181,6 +181,12 @@ int MakeMipMap()
     return ZmGenerateMipMap(Image(100, 100, Pixels(0)), Image(50, 50, Pixels(50000)));
 }
 
+int Filter()
+{
+    const ZmImageOptions options = {ZMCHANNELS_COLOR, ZMLIGHT_LINEAR, ZMFILTER_LANCZOS3, ZMEDGES_WRAP};
+    return ZmResizeImage32(Image(50, 50, Pixels(0)), Image(70, 30, Pixels(50000)), options);
+}
+
 // With colours of its own, or the palette would be learnt from nothing.
 int Quantise()
 {
@@ -229,6 +235,7 @@ const std::vector<Scenario> kSystemScenarios = {
     {"busy threads", Nothing, RunBusyThreads, CheckThread},
     {"image resized", Nothing, Resize, Always},
     {"mipmap", Nothing, MakeMipMap, Always},
+    {"image filtered", Nothing, Filter, Always},
     {"palette", Nothing, Quantise, Always},
     {"image turned", Nothing, BlitUpsideDown, Always},
     {"normal map", Nothing, MakeNormalMap, Always},

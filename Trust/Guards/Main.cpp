@@ -116,12 +116,20 @@ private:
                 m_Done += unsigned(ZmConvertToBumpMap(src, same, src.RedMask, -2));
                 m_Done += unsigned(ZmGenerateMipMap(src, make(std::max(width / 2, 1), std::max(height / 2, 1))));
                 m_Done += unsigned(ZmResizeImage32(src, make(1 + (width * 7 + end) % 19, 1 + width % 4)));
+                // Numbers without a common factor pair each option with all others.
+                m_Option += 1;
+                const ZmImageOptions options = {ZMCHANNELS(m_Option % 4), ZMLIGHT(m_Option / 4 % 2),
+                                                ZMFILTER(m_Option % 7), ZMEDGES(m_Option % 3)};
+                m_Done +=
+                    unsigned(ZmGenerateMipMap(src, make(std::max(width / 2, 1), std::max(height / 2, 1)), options));
+                m_Done += unsigned(ZmResizeImage32(src, make(1 + (width * 7 + end) % 19, 1 + width % 4), options));
             }
         }
     }
 
     const Guarded m_Source{65536}, m_Destination{65536}, m_Palette{4096};
     unsigned long m_Done = 0;
+    unsigned m_Option = 0;
 };
 
 /// What each value of each channel becomes in another format.
