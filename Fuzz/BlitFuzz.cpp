@@ -55,7 +55,7 @@ void ReadPixels(Input& input, Image& image)
     static uint8_t nothing;
     desc.Pixels = desc.Palette = &nothing;
     zm::ImageView view;
-    if (!zm::View(view, desc)) {
+    if (zm::View(view, desc) != nullptr) {
         return;
     }
     const int lines = view.kind == zm::PixelKind::COMPRESSED ? (desc.Height + 3) / 4 : desc.Height;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ZmApi.h"
+#include "XString.h"
 #include "ZmImageDescEx.h"
 
 // Conversions between images of equal size. All functions return 1. They return 0 and write nothing if
@@ -34,3 +34,11 @@ ZM_API int ZmDoBlitUpsideDown(const ZmImageDescEx& src, const ZmImageDescEx& dst
 /// bits per channel, rounded to nearest. If the destination has alpha, it is composed as well and weights the
 /// destination's colours. A source without alpha is copied. Indexed destinations give 0.
 ZM_API int ZmDoAlphaBlit(const ZmImageDescEx& src, const ZmImageDescEx& dst);
+
+/// Whether ZmDoBlit() and ZmDoBlitUpsideDown(), or ZmDoAlphaBlit(), accept the images. Return 1, or 0 with the first
+/// thing wrong in `why`, such as "destination: the pitch is shorter than a line". Where they return 1 the call fails
+/// only for want of memory.
+/// @{
+ZM_API int ZmCanBlit(const ZmImageDescEx& src, const ZmImageDescEx& dst, XString& why);
+ZM_API int ZmCanAlphaBlit(const ZmImageDescEx& src, const ZmImageDescEx& dst, XString& why);
+/// @}

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ZmApi.h"
+#include "XString.h"
 #include "ZmImageDescEx.h"
 
 #include <stdint.h>
@@ -22,3 +22,8 @@ ZM_API int ZmConvertToNormalMap(const ZmImageDescEx& src, const ZmImageDescEx& d
 /// Writes the slopes along U and V to the red and green fields as signed numbers (two's complement): 1 is the largest
 /// value, and steeper slopes are clamped. Blue (the luminance of bump formats) and alpha receive the height.
 ZM_API int ZmConvertToBumpMap(const ZmImageDescEx& src, const ZmImageDescEx& dst, uint32_t heightMask, float scale = 1);
+
+/// Whether both functions accept the arguments. Returns 1, or 0 with the first thing wrong in `why`, as ZmCanBlit()
+/// does.
+ZM_API int ZmCanConvertHeights(const ZmImageDescEx& src, const ZmImageDescEx& dst, uint32_t heightMask, float scale,
+                               XString& why);

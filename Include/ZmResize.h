@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ZmApi.h"
+#include "XString.h"
 #include "ZmImageDescEx.h"
 #include "ZmImageOptions.h"
 
@@ -33,3 +33,12 @@ ZM_API int ZmGenerateMipMap(const ZmImageDescEx& src, const ZmImageDescEx& dst);
 
 /// The same with options.
 ZM_API int ZmGenerateMipMap(const ZmImageDescEx& src, const ZmImageDescEx& dst, const ZmImageOptions& options);
+
+/// Whether ZmResizeImage32() or ZmGenerateMipMap() accepts the images and options. Return 1, or 0 with the first thing
+/// wrong in `why`, as ZmCanBlit() does.
+/// @{
+ZM_API int ZmCanResizeImage32(const ZmImageDescEx& src, const ZmImageDescEx& dst, XString& why,
+                              const ZmImageOptions& options = {});
+ZM_API int ZmCanGenerateMipMap(const ZmImageDescEx& src, const ZmImageDescEx& dst, XString& why,
+                               const ZmImageOptions& options = {});
+/// @}

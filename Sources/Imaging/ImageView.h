@@ -1,5 +1,6 @@
 #pragma once
 
+#include "XString.h"
 #include "ZmImageDescEx.h"
 
 #include <stddef.h>
@@ -49,11 +50,21 @@ struct ImageView {
 /// Returns false unless the mask is one run of at most 16 bits within `pixelBits` bits. An empty mask is no channel.
 bool ReadMask(Channel& res, uint32_t mask, int pixelBits);
 
-/// Returns false if the descriptor is invalid.
-bool View(ImageView& res, const ZmImageDescEx& desc);
+/// Returns what is wrong with the descriptor, or null.
+const char* View(ImageView& res, const ZmImageDescEx& desc);
 
-/// Also returns false for indexed and compressed images.
-bool ViewMasked(ImageView& res, const ZmImageDescEx& desc);
+/// Why a call gives 0: the thing wrong, or null, and the image that it is wrong with, or null for both.
+struct ImageProblem {
+    const char *image, *what;
+};
+
+constexpr ImageProblem kNoProblem = {nullptr, nullptr};
+
+/// Views both images of a call. With `masked` they may be neither indexed nor compressed.
+ImageProblem ViewBoth(ImageView& from, ImageView& to, const ZmImageDescEx& src, const ZmImageDescEx& dst, bool masked);
+
+/// Returns 1 if there is no problem; otherwise 0 and the problem in `why`.
+int Explain(const ImageProblem& problem, XString& why);
 
 /// The same image with its lines in reverse order. Not for compressed images.
 ImageView UpsideDown(const ImageView& image);

@@ -135,9 +135,6 @@ void WritePalette(const ImageView& dst, const Palette& palette)
 
 bool Quantize(const ImageView& src, const ImageView& dst)
 {
-    if (src.kind != PixelKind::MASKED || src.bits < 24 || dst.bits != 8 || dst.entries != kPaletteSize) {
-        return false;
-    }
     // Red first: the order of the components decides between equally near entries.
     const PixelLayout layout = {3, {{0, 8}, {8, 8}, {16, 8}, {0, 0}}};
     const int64_t length = int64_t(src.width) * src.height * 3;
@@ -167,11 +164,30 @@ bool Blit(const ImageView& src, const ImageView& dst)
     return true;
 }
 
-/// Makes both views. Returns false if the images cannot be blitted.
-bool ViewPair(ImageView& from, ImageView& to, const ZmImageDescEx& src, const ZmImageDescEx& dst)
+/// Makes both views, for a blit or, with `composes`, for a composition.
+ImageProblem ViewPair(ImageView& from, ImageView& to, const ZmImageDescEx& src, const ZmImageDescEx& dst, bool composes)
 {
-    return View(from, src) && View(to, dst) && from.width == to.width && from.height == to.height &&
-           to.kind != PixelKind::COMPRESSED;
+    const ImageProblem problem = ViewBoth(from, to, src, dst, false);
+    if (problem.what != nullptr) {
+        return problem;
+    }
+    if (from.width != to.width || from.height != to.height) {
+        return {nullptr, "the sizes differ"};
+    }
+    if (to.kind == PixelKind::COMPRESSED) {
+        return {"destination", "the image is compressed"};
+    }
+    if (to.kind != PixelKind::INDEXED) {
+        return kNoProblem;
+    }
+    if (composes) {
+        return {"destination", "the image is indexed"};
+    }
+    if (to.bits != 8 || to.entries != kPaletteSize) {
+        return {"destination", "a palette to be made has 256 entries, and pixels of 8 bits"};
+    }
+    const bool isLearnt = from.kind == PixelKind::MASKED && from.bits >= 24;
+    return isLearnt ? kNoProblem : ImageProblem{"source", "a palette is made of pixels with masks and 24 or 32 bits"};
 }
 
 bool HasAlpha(const ImageView& image)
@@ -234,20 +250,32 @@ bool Compose(const ImageView& src, const ImageView& dst)
 int ZmDoBlit(const ZmImageDescEx& src, const ZmImageDescEx& dst)
 {
     zm::ImageView from, to;
-    return zm::ViewPair(from, to, src, dst) && zm::Blit(from, to);
+    return zm::ViewPair(from, to, src, dst, false).what == nullptr && zm::Blit(from, to);
 }
 
 int ZmDoBlitUpsideDown(const ZmImageDescEx& src, const ZmImageDescEx& dst)
 {
     zm::ImageView from, to;
-    return zm::ViewPair(from, to, src, dst) && zm::Blit(from, zm::UpsideDown(to));
+    return zm::ViewPair(from, to, src, dst, false).what == nullptr && zm::Blit(from, zm::UpsideDown(to));
 }
 
 int ZmDoAlphaBlit(const ZmImageDescEx& src, const ZmImageDescEx& dst)
 {
     zm::ImageView from, to;
-    if (!zm::ViewPair(from, to, src, dst) || to.kind == zm::PixelKind::INDEXED) {
+    if (zm::ViewPair(from, to, src, dst, true).what != nullptr) {
         return 0;
     }
     return zm::HasAlpha(from) ? zm::Compose(from, to) : zm::Blit(from, to);
+}
+
+int ZmCanBlit(const ZmImageDescEx& src, const ZmImageDescEx& dst, XString& why)
+{
+    zm::ImageView from, to;
+    return zm::Explain(zm::ViewPair(from, to, src, dst, false), why);
+}
+
+int ZmCanAlphaBlit(const ZmImageDescEx& src, const ZmImageDescEx& dst, XString& why)
+{
+    zm::ImageView from, to;
+    return zm::Explain(zm::ViewPair(from, to, src, dst, true), why);
 }

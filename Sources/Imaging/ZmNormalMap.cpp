@@ -78,14 +78,32 @@ uint32_t Slopes(const HeightField& heights, int x, int y, const Channel (&to)[4]
 
 using PixelOf = uint32_t (*)(const HeightField& heights, int x, int y, const Channel (&to)[4]);
 
+ImageProblem ViewHeights(ImageView& from, ImageView& to, Channel& height, const ZmImageDescEx& src,
+                         const ZmImageDescEx& dst, uint32_t heightMask, float scale)
+{
+    const ImageProblem problem = ViewBoth(from, to, src, dst, true);
+    if (problem.what != nullptr) {
+        return problem;
+    }
+    if (from.width != to.width || from.height != to.height) {
+        return {nullptr, "the sizes differ"};
+    }
+    if (!ReadMask(height, heightMask, from.bits) || height.bits == 0) {
+        return {"source", "the height mask is empty, or has a gap, more than 16 bits, or bits outside the pixel"};
+    }
+    if (!isfinite(scale)) {
+        return {nullptr, "the scale is not finite"};
+    }
+    const bool hasSlopes = to.layout.channel[0].bits != 0 && to.layout.channel[1].bits != 0;
+    return hasSlopes ? kNoProblem : ImageProblem{"destination", "slopes need red and green"};
+}
+
 int ConvertHeights(const ZmImageDescEx& src, const ZmImageDescEx& dst, uint32_t heightMask, float scale,
                    PixelOf pixelOf)
 {
     ImageView from, to;
     Channel height;
-    if (!ViewMasked(from, src) || !ViewMasked(to, dst) || from.width != to.width || from.height != to.height ||
-        !ReadMask(height, heightMask, from.bits) || height.bits == 0 || !isfinite(scale) ||
-        to.layout.channel[0].bits == 0 || to.layout.channel[1].bits == 0) {
+    if (ViewHeights(from, to, height, src, dst, heightMask, scale).what != nullptr) {
         return 0;
     }
     const HeightField heights(from, height, scale);
@@ -110,4 +128,12 @@ int ZmConvertToNormalMap(const ZmImageDescEx& src, const ZmImageDescEx& dst, uin
 int ZmConvertToBumpMap(const ZmImageDescEx& src, const ZmImageDescEx& dst, uint32_t heightMask, float scale)
 {
     return zm::ConvertHeights(src, dst, heightMask, scale, zm::Slopes);
+}
+
+int ZmCanConvertHeights(const ZmImageDescEx& src, const ZmImageDescEx& dst, uint32_t heightMask, float scale,
+                        XString& why)
+{
+    zm::ImageView from, to;
+    zm::Channel height;
+    return zm::Explain(zm::ViewHeights(from, to, height, src, dst, heightMask, scale), why);
 }

@@ -231,18 +231,51 @@ bool HasNormals(const ImageView& image)
     return image.layout.channel[0].bits != 0 && image.layout.channel[1].bits != 0;
 }
 
+ImageProblem ViewForScaling(ImageView& from, ImageView& to, const ZmImageDescEx& src, const ZmImageDescEx& dst,
+                            const ZmImageOptions& options)
+{
+    const ImageProblem problem = ViewBoth(from, to, src, dst, true);
+    if (problem.what != nullptr) {
+        return problem;
+    }
+    if (!AreValid(options)) {
+        return {nullptr, "an option has none of its values"};
+    }
+    if (options.Channels == ZMCHANNELS_NORMALS && !HasNormals(from)) {
+        return {"source", "normals need red and green"};
+    }
+    return kNoProblem;
+}
+
 /// `isCopy`: the filter changes nothing.
 int Scale(const ZmImageDescEx& src, const ZmImageDescEx& dst, const ZmImageOptions& options, bool isCopy)
 {
     ImageView from, to;
-    const bool areViewed = ViewMasked(from, src) && ViewMasked(to, dst);
-    if (!areViewed || !AreValid(options) || (options.Channels == ZMCHANNELS_NORMALS && !HasNormals(from))) {
+    if (ViewForScaling(from, to, src, dst, options).what != nullptr) {
         return 0;
     }
     if (isCopy) {
         return ZmDoBlit(src, dst);
     }
     return !from.hasSlopes && AreDefault(from, to, options) ? Resize(from, to) : Filter(from, to, options);
+}
+
+bool HaveWholeWords(const ZmImageDescEx& src, const ZmImageDescEx& dst)
+{
+    return src.BitsPerPixel == 32 && dst.BitsPerPixel == 32;
+}
+
+bool IsNextLevel(const ZmImageDescEx& src, const ZmImageDescEx& dst)
+{
+    return dst.Width == Half(src.Width) && dst.Height == Half(src.Height);
+}
+
+int ExplainScaling(const ZmImageDescEx& src, const ZmImageDescEx& dst, const ZmImageOptions& options, bool fits,
+                   const char* misfit, XString& why)
+{
+    ImageView from, to;
+    const ImageProblem problem = ViewForScaling(from, to, src, dst, options);
+    return Explain(problem.what == nullptr && !fits ? ImageProblem{nullptr, misfit} : problem, why);
 }
 
 }  // namespace
@@ -256,7 +289,7 @@ int ZmResizeImage32(const ZmImageDescEx& src, const ZmImageDescEx& dst)
 int ZmResizeImage32(const ZmImageDescEx& src, const ZmImageDescEx& dst, const ZmImageOptions& options)
 {
     const bool isCopy = src.Width == dst.Width && src.Height == dst.Height && options.Filter != ZMFILTER_MITCHELL;
-    return src.BitsPerPixel == 32 && dst.BitsPerPixel == 32 ? zm::Scale(src, dst, options, isCopy) : 0;
+    return zm::HaveWholeWords(src, dst) ? zm::Scale(src, dst, options, isCopy) : 0;
 }
 
 int ZmGenerateMipMap(const ZmImageDescEx& src, const ZmImageDescEx& dst)
@@ -266,6 +299,17 @@ int ZmGenerateMipMap(const ZmImageDescEx& src, const ZmImageDescEx& dst)
 
 int ZmGenerateMipMap(const ZmImageDescEx& src, const ZmImageDescEx& dst, const ZmImageOptions& options)
 {
-    const bool fits = dst.Width == zm::Half(src.Width) && dst.Height == zm::Half(src.Height);
-    return fits ? zm::Scale(src, dst, options, src.Width == 1 && src.Height == 1) : 0;
+    return zm::IsNextLevel(src, dst) ? zm::Scale(src, dst, options, src.Width == 1 && src.Height == 1) : 0;
+}
+
+int ZmCanResizeImage32(const ZmImageDescEx& src, const ZmImageDescEx& dst, XString& why, const ZmImageOptions& options)
+{
+    return zm::ExplainScaling(src, dst, options, zm::HaveWholeWords(src, dst), "both images need 32 bits per pixel",
+                              why);
+}
+
+int ZmCanGenerateMipMap(const ZmImageDescEx& src, const ZmImageDescEx& dst, XString& why, const ZmImageOptions& options)
+{
+    return zm::ExplainScaling(src, dst, options, zm::IsNextLevel(src, dst),
+                              "the destination is not half the source, rounded down, at least 1", why);
 }

@@ -275,43 +275,60 @@ TEST(ZmBlitTest, TheSamplingFactorIsHandedOn)
 
 using Change = std::function<void(ZmImageDescEx& src, ZmImageDescEx& dst)>;
 const struct {
-    const char* name;
+    const char *name, *why;
     uint32_t to;
     Change change;
 } kRefused[] = {
-    {"no source pixels", 4, [](auto& src, auto&) { src.Pixels = nullptr; }},
-    {"no destination pixels", 4, [](auto&, auto& dst) { dst.Pixels = nullptr; }},
-    {"no width", 4, [](auto& src, auto& dst) { src.Width = dst.Width = 0; }},
-    {"negative height", 4, [](auto& src, auto& dst) { src.Height = dst.Height = -1; }},
-    {"different widths", 4, [](auto&, auto& dst) { --dst.Width; }},
-    {"different heights", 4, [](auto& src, auto&) { --src.Height; }},
-    {"a pitch below the line", 4, [](auto& src, auto&) { src.BytesPerLine = 4 * 9 - 1; }},
-    {"a negative one", 4, [](auto&, auto& dst) { dst.BytesPerLine = -(2 * 9 - 1); }},
-    {"no pitch", 4, [](auto&, auto& dst) { dst.BytesPerLine = 0; }},
-    {"a width that overflows", 4, [](auto& src, auto& dst) { src.Width = dst.Width = INT_MAX; }},
-    {"overlapping masks", 4, [](auto& src, auto&) { src.GreenMask = src.BlueMask; }},
-    {"a mask with a gap", 4, [](auto&, auto& dst) { dst.RedMask = 0xA000; }},
-    {"a mask beyond the pixel", 4, [](auto&, auto& dst) { dst.AlphaMask = 0x10000; }},
-    {"a mask of 17 bits", 4, [](auto& src, auto&) { src.RedMask = 0x1FFFF00, src.GreenMask = src.AlphaMask = 0; }},
-    {"no masks", 4, [](auto&, auto& dst) { dst.RedMask = dst.GreenMask = dst.BlueMask = 0; }},
-    {"a strange depth", 4, [](auto& src, auto&) { src.BitsPerPixel = 31; }},
-    {"a depth of zero", 4, [](auto&, auto& dst) { dst.BitsPerPixel = 0; }},
-    {"a huge depth", 4, [](auto&, auto& dst) { dst.BitsPerPixel = 0x10010; }},
-    {"a compressed destination", 19, [](auto&, auto& dst) { dst.BytesPerLine = 100; }},
-    {"a pitch without the last block", 4,
+    {"no source pixels", "source: the pixels are null", 4, [](auto& src, auto&) { src.Pixels = nullptr; }},
+    {"no destination pixels", "destination: the pixels are null", 4, [](auto&, auto& dst) { dst.Pixels = nullptr; }},
+    {"no width", "source: the size is not positive", 4, [](auto& src, auto& dst) { src.Width = dst.Width = 0; }},
+    {"negative height", "source: the size is not positive", 4,
+     [](auto& src, auto& dst) { src.Height = dst.Height = -1; }},
+    {"different widths", "the sizes differ", 4, [](auto&, auto& dst) { --dst.Width; }},
+    {"different heights", "the sizes differ", 4, [](auto& src, auto&) { --src.Height; }},
+    {"a pitch below the line", "source: the pitch is shorter than a line", 4,
+     [](auto& src, auto&) { src.BytesPerLine = 4 * 9 - 1; }},
+    {"a negative one", "destination: the pitch is shorter than a line", 4,
+     [](auto&, auto& dst) { dst.BytesPerLine = -(2 * 9 - 1); }},
+    {"no pitch", "destination: the pitch is shorter than a line", 4, [](auto&, auto& dst) { dst.BytesPerLine = 0; }},
+    {"a width that overflows", "source: the pitch is shorter than a line", 4,
+     [](auto& src, auto& dst) { src.Width = dst.Width = INT_MAX; }},
+    {"overlapping masks", "source: masks overlap", 4, [](auto& src, auto&) { src.GreenMask = src.BlueMask; }},
+    {"a mask with a gap", "destination: a mask has a gap, more than 16 bits, or bits outside the pixel", 4,
+     [](auto&, auto& dst) { dst.RedMask = 0xA000; }},
+    {"a mask beyond the pixel", "destination: a mask has a gap, more than 16 bits, or bits outside the pixel", 4,
+     [](auto&, auto& dst) { dst.AlphaMask = 0x10000; }},
+    {"a mask of 17 bits", "source: a mask has a gap, more than 16 bits, or bits outside the pixel", 4,
+     [](auto& src, auto&) { src.RedMask = 0x1FFFF00, src.GreenMask = src.AlphaMask = 0; }},
+    {"no masks", "destination: there are no masks, no palette and no compressed format", 4,
+     [](auto&, auto& dst) { dst.RedMask = dst.GreenMask = dst.BlueMask = 0; }},
+    {"a strange depth", "source: pixels with masks have 8, 16, 24 or 32 bits", 4,
+     [](auto& src, auto&) { src.BitsPerPixel = 31; }},
+    {"a depth of zero", "destination: pixels with masks have 8, 16, 24 or 32 bits", 4,
+     [](auto&, auto& dst) { dst.BitsPerPixel = 0; }},
+    {"a huge depth", "destination: pixels with masks have 8, 16, 24 or 32 bits", 4,
+     [](auto&, auto& dst) { dst.BitsPerPixel = 0x10010; }},
+    {"a compressed destination", "destination: the image is compressed", 19,
+     [](auto&, auto& dst) { dst.BytesPerLine = 100; }},
+    {"a pitch without the last block", "source: the pitch is shorter than a line", 4,
      [](auto& src, auto&) { ZmPixelFormat2ImageDesc(ZM_PF_DXT1, src), src.BytesPerLine = 2 * 8; }},
-    {"a pitch without the last half of a byte", 4,
+    {"a pitch without the last half of a byte", "source: the pitch is shorter than a line", 4,
      [](auto& src, auto& dst) {
          ZmPixelFormat2ImageDesc(ZM_PF_INDEXED4, src);
          src.Palette = dst.Pixels, src.PaletteCount = 16, src.PaletteEntrySize = 4, src.BytesPerLine = 4;
      }},
-    {"16 entries", 28, [](auto&, auto& dst) { dst.PaletteCount = 16; }},
-    {"257 entries", 28, [](auto&, auto& dst) { dst.PaletteCount = 257; }},
-    {"entries of two bytes", 28, [](auto&, auto& dst) { dst.PaletteEntrySize = 2; }},
-    {"no colour map", 28, [](auto&, auto& dst) { dst.Palette = nullptr; }},
-    {"indices of four bits", 30, [](auto&, auto&) {}},
-    {"a palette from 16 bits", 28, [](auto& src, auto&) { ZmPixelFormat2ImageDesc(ZM_PF_16_RGB565, src); }},
-    {"a palette from indices", 28,
+    {"16 entries", "destination: a palette to be made has 256 entries, and pixels of 8 bits", 28,
+     [](auto&, auto& dst) { dst.PaletteCount = 16; }},
+    {"257 entries", "destination: a palette to be made has 256 entries, and pixels of 8 bits", 28,
+     [](auto&, auto& dst) { dst.PaletteCount = 257; }},
+    {"entries of two bytes", "destination: palette entries have fewer than three bytes", 28,
+     [](auto&, auto& dst) { dst.PaletteEntrySize = 2; }},
+    {"no colour map", "destination: the palette is null", 28, [](auto&, auto& dst) { dst.Palette = nullptr; }},
+    {"indices of four bits", "destination: a palette to be made has 256 entries, and pixels of 8 bits", 30,
+     [](auto&, auto&) {}},
+    {"a palette from 16 bits", "source: a palette is made of pixels with masks and 24 or 32 bits", 28,
+     [](auto& src, auto&) { ZmPixelFormat2ImageDesc(ZM_PF_16_RGB565, src); }},
+    {"a palette from indices", "source: a palette is made of pixels with masks and 24 or 32 bits", 28,
      [](auto& src, auto& dst) {
          ZmPixelFormat2ImageDesc(ZM_PF_INDEXED8, src);
          src.Palette = dst.Palette, src.PaletteCount = 256, src.PaletteEntrySize = 4;
@@ -331,11 +348,19 @@ TEST(ZmBlitTest, DescriptorsWithoutSenseGiveZeroAndNothingIsWritten)
             row.change(src.desc, dst.desc);
             EXPECT_EQ(function(src.desc, dst.desc), 0);
             EXPECT_TRUE(dst.Untouched() && dst.palette == palette);
+            XString why;
+            EXPECT_EQ(ZmCanBlit(src.desc, dst.desc, why), 0);
+            EXPECT_STREQ(why.Text(), row.why);
         }
     }
+    XString why;
     TestImage src(1, 9, 5), dst(28, 9, 5);
     dst.SetPalette(256, 4);
     EXPECT_EQ(ZmDoAlphaBlit(src.desc, dst.desc), 0);
+    EXPECT_EQ(ZmCanAlphaBlit(src.desc, dst.desc, why), 0);
+    EXPECT_STREQ(why.Text(), "destination: the image is indexed");
+    EXPECT_EQ(ZmCanBlit(src.desc, dst.desc, why), 1);
+    EXPECT_STREQ(why.Text(), "");
 }
 
 TEST(ZmBlitTest, SourcesAreComposedByTheirAlpha)

@@ -85,20 +85,33 @@ TEST(ZmNormalMapTest, BumpMapsHoldSignedSlopesAndTheHeight)
     }
 }
 
+std::string WhyNot(const TestImage& src, const TestImage& dst, uint32_t mask, float scale = 1)
+{
+    XString why;
+    EXPECT_EQ(ZmConvertToNormalMap(src.desc, dst.desc, mask, scale), 0);
+    EXPECT_EQ(ZmConvertToBumpMap(src.desc, dst.desc, mask, scale), 0);
+    EXPECT_EQ(ZmCanConvertHeights(src.desc, dst.desc, mask, scale, why), 0);
+    return why.Text();
+}
+
 TEST(ZmNormalMapTest, WhatMakesNoSenseGivesZero)
 {
     TestImage src(1, 4, 4), dst(1, 4, 4), other(1, 4, 5), indexed(28, 4, 4), twentyFour(3, 4, 4);
     indexed.SetPalette(256, 4);
-    for (const uint32_t mask : {0u, 0x5u, 0x1FFFFu}) {
-        EXPECT_EQ(ZmConvertToNormalMap(src.desc, dst.desc, mask), 0) << mask;
-    }
-    EXPECT_EQ(ZmConvertToBumpMap(twentyFour.desc, dst.desc, 0xFF000000), 0);
-    EXPECT_EQ(ZmConvertToNormalMap(src.desc, other.desc, 0xFF), 0);
-    EXPECT_EQ(ZmConvertToNormalMap(src.desc, indexed.desc, 0xFF), 0);
-    EXPECT_EQ(ZmConvertToBumpMap(indexed.desc, dst.desc, 0xFF), 0);
-    EXPECT_EQ(ZmConvertToNormalMap(src.desc, dst.desc, 0xFF, std::numeric_limits<float>::infinity()), 0);
+    const std::string mask =
+        "source: the height mask is empty, or has a gap, more than 16 bits, or bits outside the pixel";
+    EXPECT_EQ(WhyNot(src, dst, 0), mask);
+    EXPECT_EQ(WhyNot(src, dst, 0x5), mask);
+    EXPECT_EQ(WhyNot(src, dst, 0x1FFFF), mask);
+    EXPECT_EQ(WhyNot(twentyFour, dst, 0xFF000000), mask);
+    EXPECT_EQ(WhyNot(src, other, 0xFF), "the sizes differ");
+    EXPECT_EQ(WhyNot(src, indexed, 0xFF), "destination: the image is indexed or compressed");
+    EXPECT_EQ(WhyNot(indexed, dst, 0xFF), "source: the image is indexed or compressed");
+    EXPECT_EQ(WhyNot(src, dst, 0xFF, std::numeric_limits<float>::infinity()), "the scale is not finite");
+    XString why;
+    EXPECT_EQ(ZmCanConvertHeights(src.desc, dst.desc, 0xFF, 1, why), 1);
     dst.desc.GreenMask = 0;
-    EXPECT_EQ(ZmConvertToBumpMap(src.desc, dst.desc, 0xFF), 0);
+    EXPECT_EQ(WhyNot(src, dst, 0xFF), "destination: slopes need red and green");
     EXPECT_TRUE(dst.Untouched() && other.Untouched() && indexed.Untouched());
 }
 

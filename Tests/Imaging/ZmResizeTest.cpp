@@ -155,22 +155,38 @@ TEST(ZmResizeTest, LevelsGoDownToOnePixelWithoutAShift)
     EXPECT_EQ(level.Get(1, 1), 0xF81Fu);
 }
 
+std::string WhyNotResized(const TestImage& src, const TestImage& dst)
+{
+    XString why;
+    EXPECT_EQ(ZmResizeImage32(src.desc, dst.desc) + ZmCanResizeImage32(src.desc, dst.desc, why), 0);
+    return why.Text();
+}
+
+std::string WhyNoMipMap(const TestImage& src, const TestImage& dst)
+{
+    XString why;
+    EXPECT_EQ(ZmGenerateMipMap(src.desc, dst.desc) + ZmCanGenerateMipMap(src.desc, dst.desc, why), 0);
+    return why.Text();
+}
+
 TEST(ZmResizeTest, WhatDoesNotFitGivesZero)
 {
     TestImage src(1, 8, 8), same(1, 8, 8), half(1, 4, 4), narrow(3, 4, 4), indexed(28, 4, 4), wide(1, 4, 4);
     indexed.SetPalette(256, 4);
-    EXPECT_EQ(ZmResizeImage32(src.desc, narrow.desc), 0);
-    EXPECT_EQ(ZmResizeImage32(narrow.desc, half.desc), 0);
-    EXPECT_EQ(ZmResizeImage32(indexed.desc, half.desc), 0);
-    EXPECT_EQ(ZmGenerateMipMap(src.desc, indexed.desc), 0);
-    EXPECT_EQ(ZmGenerateMipMap(src.desc, same.desc), 0);
-    EXPECT_EQ(ZmGenerateMipMap(half.desc, same.desc), 0);
+    XString why;
+    EXPECT_EQ(ZmCanResizeImage32(src.desc, half.desc, why) + ZmCanGenerateMipMap(src.desc, half.desc, why), 2);
+    EXPECT_EQ(WhyNotResized(src, narrow), "both images need 32 bits per pixel");
+    EXPECT_EQ(WhyNotResized(narrow, half), "both images need 32 bits per pixel");
+    EXPECT_EQ(WhyNotResized(indexed, half), "source: the image is indexed or compressed");
+    EXPECT_EQ(WhyNoMipMap(src, indexed), "destination: the image is indexed or compressed");
+    EXPECT_EQ(WhyNoMipMap(src, same), "the destination is not half the source, rounded down, at least 1");
+    EXPECT_EQ(WhyNoMipMap(half, same), "the destination is not half the source, rounded down, at least 1");
     wide.desc.Width = INT_MAX;
-    EXPECT_EQ(ZmResizeImage32(src.desc, wide.desc), 0);
-    EXPECT_EQ(ZmResizeImage32(wide.desc, half.desc), 0);
+    EXPECT_EQ(WhyNotResized(src, wide), "destination: the pitch is shorter than a line");
+    EXPECT_EQ(WhyNotResized(wide, half), "source: the pitch is shorter than a line");
     half.desc.Pixels = nullptr;
-    EXPECT_EQ(ZmResizeImage32(src.desc, half.desc), 0);
-    EXPECT_EQ(ZmGenerateMipMap(src.desc, half.desc), 0);
+    EXPECT_EQ(WhyNotResized(src, half), "destination: the pixels are null");
+    EXPECT_EQ(WhyNoMipMap(src, half), "destination: the pixels are null");
     EXPECT_TRUE(same.Untouched() && narrow.Untouched() && indexed.Untouched());
 }
 
