@@ -24,19 +24,23 @@ ZM_BENCHMARK_COLUMNS(ZM_DECLARE_COLUMN)
 
 namespace {
 
-constexpr const Tasks* kTasks[] = {&kPointTasks,         &kArrayTasks, &kSingleTasks,  &kAnimationTasks,
-                                   &kRotationTasks,      &kQueryTasks, &kCullingTasks, &kPickingTasks,
-                                   &kFoundationTasks,    &kFileTasks,  &kArchiveTasks, &kImagingTasks,
-                                   &kConfigurationTasks, &kThreadTasks};
+constexpr const Tasks* kTasks[] = {&kPointTasks,         &kArrayTasks,  &kSingleTasks,      &kAnimationTasks,
+                                   &kRotationTasks,      &kQueryTasks,  &kCullingTasks,     &kPickingTasks,
+                                   &kFoundationTasks,    &kFileTasks,   &kArchiveTasks,     &kImagingTasks,
+                                   &kConfigurationTasks, &kThreadTasks, &kTrigonometryTasks};
 
 #define ZM_LIST_PEER(name) &k##name,
-constexpr const Contender* kContenders[] = {&kPoints,        &kScalarPoints,    &kArrays,
-                                            &kSingles,       &kAnimation,       &kAnimationSingly,
-                                            &kRotations,     &kRotationsSingly, &kQueries,
-                                            &kQueriesSingly, &kCulling,         &kCullingSingly,
-                                            &kPicking,       &kPickingSingly,   &kFoundations,
-                                            &kFiles,         &kArchives,        &kImaging,
-                                            &kConfiguration, &kThreads,         ZM_BENCHMARK_PEERS(ZM_LIST_PEER)};
+constexpr const Contender* kContenders[] = {&kPoints,        &kScalarPoints,
+                                            &kArrays,        &kSingles,
+                                            &kAnimation,     &kAnimationSingly,
+                                            &kRotations,     &kRotationsSingly,
+                                            &kQueries,       &kQueriesSingly,
+                                            &kCulling,       &kCullingSingly,
+                                            &kPicking,       &kPickingSingly,
+                                            &kFoundations,   &kFiles,
+                                            &kArchives,      &kImaging,
+                                            &kConfiguration, &kThreads,
+                                            &kTrigonometry,  ZM_BENCHMARK_PEERS(ZM_LIST_PEER)};
 
 #define ZM_LIST_COLUMN(name) &k##name,
 constexpr const Column* kColumns[] = {ZM_BENCHMARK_COLUMNS(ZM_LIST_COLUMN) nullptr};

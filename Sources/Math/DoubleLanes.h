@@ -37,6 +37,9 @@ struct SingleDouble {
     /// a where the mask is set, else b.
     static SingleDouble Select(SingleDouble mask, SingleDouble a, SingleDouble b)
     {
+#ifdef __AVX2__
+        return _mm_blendv_pd(b.v, a.v, mask.v);
+#endif
         return _mm_or_pd(_mm_and_pd(mask.v, a.v), _mm_andnot_pd(mask.v, b.v));
     }
     static SingleDouble Load(const double* p) { return _mm_load_sd(p); }
@@ -51,7 +54,8 @@ struct SingleDouble {
         const __m128i bit = _mm_and_si128(_mm_castpd_si128(v), _mm_set_epi32(0, 0, 0, 1));
         return Bits(_mm_sub_epi64(_mm_setzero_si128(), bit));
     }
-    /// The sign bit where bit 1 is set, else zero.
+    /// The sign bit where bit 0 is set, else zero; the same for bit 1.
+    SingleDouble SignOfBit0() const { return Bits(_mm_slli_epi64(_mm_castpd_si128(v), 63)); }
     SingleDouble SignOfBit1() const { return Bits(_mm_slli_epi64(_mm_castpd_si128(v), 62)) & Splat(-0.0); }
 
 private:
@@ -102,6 +106,7 @@ struct DoublePair {
         const __m128i bit = _mm_and_si128(_mm_castpd_si128(v), _mm_set_epi32(0, 1, 0, 1));
         return Bits(_mm_sub_epi64(_mm_setzero_si128(), bit));
     }
+    DoublePair SignOfBit0() const { return Bits(_mm_slli_epi64(_mm_castpd_si128(v), 63)); }
     DoublePair SignOfBit1() const { return Bits(_mm_slli_epi64(_mm_castpd_si128(v), 62)) & Splat(-0.0); }
 
 private:
@@ -172,6 +177,7 @@ struct DoubleLanes {
         const __m256i bit = _mm256_and_si256(_mm256_castpd_si256(v), _mm256_set1_epi64x(1));
         return Bits(_mm256_sub_epi64(_mm256_setzero_si256(), bit));
     }
+    DoubleLanes SignOfBit0() const { return Bits(_mm256_slli_epi64(_mm256_castpd_si256(v), 63)); }
     DoubleLanes SignOfBit1() const { return Bits(_mm256_slli_epi64(_mm256_castpd_si256(v), 62)) & Splat(-0.0); }
 
 private:
@@ -246,6 +252,7 @@ struct DoubleLanes {
 
     DoubleLanes PlusOneBit() const { return {low.PlusOneBit(), high.PlusOneBit()}; }
     DoubleLanes MaskOfBit0() const { return {low.MaskOfBit0(), high.MaskOfBit0()}; }
+    DoubleLanes SignOfBit0() const { return {low.SignOfBit0(), high.SignOfBit0()}; }
     DoubleLanes SignOfBit1() const { return {low.SignOfBit1(), high.SignOfBit1()}; }
 };
 

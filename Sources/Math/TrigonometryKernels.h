@@ -56,14 +56,14 @@ struct SineOf {
     template <class D>
     D operator()(D x) const
     {
-        return SinCosLanes<D>(x).sine;
+        return SineLanes(x);
     }
 };
 struct CosineOf {
     template <class D>
     D operator()(D x) const
     {
-        return SinCosLanes<D>(x).cosine;
+        return CosineLanes(x);
     }
 };
 struct TangentOf {
@@ -189,6 +189,13 @@ void ArctangentsOfMany(StridedPair pair, StridedOther x)
 
 namespace avx2 {
 
+float Sine(float x);
+float Cosine(float x);
+float Tangent(float x);
+float Arcsine(float x);
+float Arccosine(float x);
+float Arctangent(float x);
+float DirectionAngle(float y, float x);
 void Sines(const StridedPair& pair);
 void Cosines(const StridedPair& pair);
 void Tangents(const StridedPair& pair);

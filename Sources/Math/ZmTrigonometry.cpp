@@ -42,7 +42,7 @@ void Many(ManyForm avx2, const ZmStridedData& res, const ZmStridedData& src, int
 
 StridedOther OtherOf(const ZmStridedData& array)
 {
-    return {static_cast<char*>(array.Ptr), array.Stride};
+    return {static_cast<char*>(array.Ptr), ptrdiff_t(array.Stride)};
 }
 
 }  // namespace
@@ -50,17 +50,17 @@ StridedOther OtherOf(const ZmStridedData& array)
 
 float ZmSin(float angle)
 {
-    return zm::OfOne<zm::SineOf>(angle);
+    return zm::DispatchAvx2(zm::avx2::Sine, zm::OfOne<zm::SineOf>, angle);
 }
 
 float ZmCos(float angle)
 {
-    return zm::OfOne<zm::CosineOf>(angle);
+    return zm::DispatchAvx2(zm::avx2::Cosine, zm::OfOne<zm::CosineOf>, angle);
 }
 
 float ZmTan(float angle)
 {
-    return zm::OfOne<zm::TangentOf>(angle);
+    return zm::DispatchAvx2(zm::avx2::Tangent, zm::OfOne<zm::TangentOf>, angle);
 }
 
 void ZmSinCos(float angle, float* sine, float* cosine)
@@ -72,22 +72,22 @@ void ZmSinCos(float angle, float* sine, float* cosine)
 
 float ZmAsin(float x)
 {
-    return zm::OfOne<zm::ArcsineOf>(x);
+    return zm::DispatchAvx2(zm::avx2::Arcsine, zm::OfOne<zm::ArcsineOf>, x);
 }
 
 float ZmAcos(float x)
 {
-    return zm::OfOne<zm::ArccosineOf>(x);
+    return zm::DispatchAvx2(zm::avx2::Arccosine, zm::OfOne<zm::ArccosineOf>, x);
 }
 
 float ZmAtan(float x)
 {
-    return zm::OfOne<zm::ArctangentOf>(x);
+    return zm::DispatchAvx2(zm::avx2::Arctangent, zm::OfOne<zm::ArctangentOf>, x);
 }
 
 float ZmAtan2(float y, float x)
 {
-    return zm::ArctangentOfOne(y, x);
+    return zm::DispatchAvx2(zm::avx2::DirectionAngle, zm::ArctangentOfOne, y, x);
 }
 
 void ZmSinStrided(const ZmStridedData& res, const ZmStridedData& angles, int count)

@@ -5,6 +5,41 @@
 namespace zm {
 namespace avx2 {
 
+float Sine(float x)
+{
+    return OfOne<SineOf>(x);
+}
+
+float Cosine(float x)
+{
+    return OfOne<CosineOf>(x);
+}
+
+float Tangent(float x)
+{
+    return OfOne<TangentOf>(x);
+}
+
+float Arcsine(float x)
+{
+    return OfOne<ArcsineOf>(x);
+}
+
+float Arccosine(float x)
+{
+    return OfOne<ArccosineOf>(x);
+}
+
+float Arctangent(float x)
+{
+    return OfOne<ArctangentOf>(x);
+}
+
+float DirectionAngle(float y, float x)
+{
+    return ArctangentOfOne(y, x);
+}
+
 void Sines(const StridedPair& pair)
 {
     OfMany<SineOf, DoubleLanes>(pair);
