@@ -128,7 +128,7 @@ D CosineLanes(D x)
     return QuarterSine(LessHalfTurns(x, (turns - rounder) - half)) ^ turns.SignOfBit0();
 }
 
-/// Both for one angle.
+/// SinCosLanes for one angle.
 struct SinCos {
     double sine, cosine;
 
