@@ -12,7 +12,7 @@ ZM_API float ZmSin(float angle);
 ZM_API float ZmCos(float angle);
 ZM_API float ZmTan(float angle);
 
-/// Both in little more than the time of one.
+/// Both, in less than the time of two calls.
 ZM_API void ZmSinCos(float angle, float* sine, float* cosine);
 
 /// Arc sine: from -pi/2 to pi/2; x from -1 to 1.
