@@ -44,6 +44,9 @@ extern const Tasks kRotationTasks;
 extern const Contender kRotations;
 extern const Contender kRotationsSingly;
 
+extern const Tasks kTrigonometryTasks;
+extern const Contender kTrigonometry;
+
 extern const Tasks kQueryTasks;
 extern const Contender kQueries;
 extern const Contender kQueriesSingly;

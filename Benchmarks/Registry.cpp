@@ -24,10 +24,10 @@ ZM_BENCHMARK_COLUMNS(ZM_DECLARE_COLUMN)
 
 namespace {
 
-constexpr const Tasks* kTasks[] = {&kPointTasks,         &kArrayTasks, &kSingleTasks,  &kAnimationTasks,
-                                   &kRotationTasks,      &kQueryTasks, &kCullingTasks, &kPickingTasks,
-                                   &kFoundationTasks,    &kFileTasks,  &kArchiveTasks, &kImagingTasks,
-                                   &kConfigurationTasks, &kThreadTasks};
+constexpr const Tasks* kTasks[] = {&kPointTasks,         &kArrayTasks,  &kSingleTasks,      &kAnimationTasks,
+                                   &kRotationTasks,      &kQueryTasks,  &kCullingTasks,     &kPickingTasks,
+                                   &kFoundationTasks,    &kFileTasks,   &kArchiveTasks,     &kImagingTasks,
+                                   &kConfigurationTasks, &kThreadTasks, &kTrigonometryTasks};
 
 #define ZM_LIST_PEER(name) &k##name,
 constexpr const Contender* kContenders[] = {&kPoints,        &kScalarPoints,
@@ -39,8 +39,9 @@ constexpr const Contender* kContenders[] = {&kPoints,        &kScalarPoints,
                                             &kPicking,       &kPickingSingly,
                                             &kFoundations,   &kFiles,
                                             &kArchives,      &kImaging,
-                                            &kStoredImaging, &kConfiguration,
-                                            &kThreads,       ZM_BENCHMARK_PEERS(ZM_LIST_PEER)};
+                                             &kStoredImaging, &kConfiguration,
+                                             &kThreads,       &kTrigonometry,
+                                             ZM_BENCHMARK_PEERS(ZM_LIST_PEER)};
 
 #define ZM_LIST_COLUMN(name) &k##name,
 constexpr const Column* kColumns[] = {ZM_BENCHMARK_COLUMNS(ZM_LIST_COLUMN) nullptr};

@@ -3,9 +3,8 @@
 #include "ZmApi.h"
 
 // The x87 control word of the calling thread. It governs `long double` arithmetic, all floating-point arithmetic of
-// 32-bit programs that are not built for SSE2, and whatever a C library computes on the x87 unit. The library itself
-// uses SSE; only its calls of the C library (arc functions of rotations, the frustum's tangent) depend on the mode, by
-// less than the precision of float.
+// 32-bit programs that are not built for SSE2, and whatever a C library computes on the x87 unit. The mathematics
+// of the library itself uses SSE.
 //
 // A program's own start-up code may set the word again after the library was loaded, as that of mingw-w64 does. Call
 // ZmSetBaseFPUControlWord() if the mode matters.

@@ -259,44 +259,39 @@ inline void Transpose(float* res, const float* m)
 
 // --- Double precision for exact results ------------------------------------------------
 
-/// The sine and cosine of an angle: the library's own formula with the same bits, within 2^-34 of the true values.
-/// Reduces to an eighth of a turn in two steps (W. J. Cody and W. Waite), then evaluates polynomials with the
-/// coefficients of the float functions of FreeBSD's msun library (B. Evans).
+/// The sine and cosine of an angle of any size; it need not be a float.
+ZM_API void SineCosineOfLarge(double angle, double* sine, double* cosine);
+
+/// The sine and cosine of an angle: the library's own formula with the same bits, within about one unit in the last
+/// place; rounded to float, those of ZmSin and ZmCos. Reduces to an eighth of a turn in two steps (W. J. Cody and
+/// W. Waite), then evaluates minimax polynomials.
 struct SineCosine {
     double sine = 0, cosine = 1;
 
     constexpr explicit SineCosine(double x)
     {
-        if (!(x < 1e5 && x > -1e5)) {
-            SetLarge(float(x));
+        if (!(x < 8192 && x > -8192)) {
+            SineCosineOfLarge(x, &sine, &cosine);
             return;
         }
         const double rounder = 6755399441055744.0;  // 1.5 * 2^52: adding it rounds to an integer
         const double quarters = (x * 0.63661977236758134308 + rounder) - rounder;
-        const double r = (x - quarters * 1.57079632673412561417) - quarters * 6.07710050650619224932e-11, z = r * r;
-        double s = z * 2.7183114939898219064e-6 + -1.98393348360966317347e-4;
-        double c = z * 2.43904487962774090654e-5 + -1.38867637746099294692e-3;
-        s = z * s + 8.3333293858894631756e-3;
-        c = z * c + 4.16666233237390631894e-2;
-        s = z * s + -0.166666666416265235595;
-        c = z * c + -0.499999997251031003120;
-        s = r + r * z * s;
-        c = 1 + z * c;
+        const double r = (x - quarters * 1.57079632673412561417) - quarters * 6.07710050650619224932e-11;
+        const double z = r * r, z2 = z * z;
+        const double s = (-0.1666666666666663 + 0.008333333333321924 * z) +
+                         ((-0.0001984126982946496 + 2.755731358502397e-06 * z) +
+                          (-2.5050742812777328e-08 + 1.5895974919456187e-10 * z) * z2) *
+                             z2;
+        const double c = (-0.4999999999999941 + 0.04166666666648742 * z) +
+                         ((-0.0013888888870563375 + 2.4801578640805042e-05 * z) +
+                          (-2.755524120591199e-07 + 2.06305722663503e-09 * z) * z2) *
+                             z2;
+        const double ofSine = r == 0 ? r : r + r * z * s, ofCosine = 1 + z * c;
         const int quadrant = int(quarters);
-        sine = (quadrant & 1) != 0 ? c : s;
-        cosine = (quadrant & 1) != 0 ? s : c;
+        sine = (quadrant & 1) != 0 ? ofCosine : ofSine;
+        cosine = (quadrant & 1) != 0 ? ofSine : ofCosine;
         sine = (quadrant & 2) != 0 ? -sine : sine;
         cosine = ((quadrant + 1) & 2) != 0 ? -cosine : cosine;
-    }
-
-private:
-    /// Beyond the formula's range the library asks the system's C library.
-    void SetLarge(float x)
-    {
-        ZmMatrix turn;
-        Zm3DMatrixFromEulerAngles(turn, 0, 0, x);
-        sine = turn[0][1];
-        cosine = turn[0][0];
     }
 };
 

@@ -1,6 +1,7 @@
 #include "ZmFrustum.h"
 
 #include "Math/Normalize.h"
+#include "ZmTrigonometry.h"
 
 #include <math.h>
 
@@ -36,7 +37,7 @@ ZmFrustum::ZmFrustum()
 
 ZmFrustum::ZmFrustum(const ZmVector& origin, const ZmVector& right, const ZmVector& up, const ZmVector& dir,
                      float nearPlane, float farPlane, float fov, float aspectRatio)
-    : Origin(origin), Right(right), Up(up), Direction(dir), HalfWidth(tanf(fov * 0.5f) * nearPlane),
+    : Origin(origin), Right(right), Up(up), Direction(dir), HalfWidth(ZmTan(fov * 0.5f) * nearPlane),
       HalfHeight(HalfWidth * aspectRatio), NearDistance(nearPlane), FarDistance(farPlane), Planes{}
 {
     Update();

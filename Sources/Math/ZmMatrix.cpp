@@ -4,6 +4,7 @@
 #include "Math/MatrixKernels.h"
 #include "Math/Normalize.h"
 #include "Platform/FeatureWord.h"
+#include "ZmTrigonometry.h"
 
 #include <math.h>
 
@@ -139,13 +140,13 @@ void Zm3DMatrixToEulerAngles(const ZmMatrix& m, float* eax, float* eay, float* e
     const ZmVector r0 = zm::NormalizedExactly(zm::Row(m, 0)), r1 = zm::NormalizedExactly(zm::Row(m, 1)),
                    r2 = zm::NormalizedExactly(zm::Row(m, 2));
     const float cy = sqrtf(r0.x * r0.x + r0.y * r0.y);
-    *eay = atan2f(-r0.z, cy);
+    *eay = ZmAtan2(-r0.z, cy);
     if (cy <= kGimbal) {
-        *eax = atan2f(-r2.y, r1.y);
+        *eax = ZmAtan2(-r2.y, r1.y);
         *eaz = 0;
     } else {
-        *eax = atan2f(r1.z, r2.z);
-        *eaz = atan2f(r0.y, r0.x);
+        *eax = ZmAtan2(r1.z, r2.z);
+        *eaz = ZmAtan2(r0.y, r0.x);
     }
 }
 

@@ -6,13 +6,14 @@
 #include "Math/SinCos.h"
 #include "Platform/FeatureWord.h"
 #include "ZmInline.h"
+#include "ZmTrigonometry.h"
 
 #include <math.h>
 
 namespace zm {
 namespace {
 
-constexpr float kSmallestAngle = 0x1p-23f;  // below it sin(x) / x is 1
+constexpr double kSmallestAngle = 0x1p-23;  // below it sin(x) / x is 1
 
 ZmQuaternion Scaled(const ZmQuaternion& q, float s)
 {
@@ -95,7 +96,7 @@ void ZmQuaternion::ToRotation(ZmVector& axis, float& angle) const
 {
     // 1 - w is intended, not 1 - w * w: callers depend on it (ZmQuaternionTest, ToRotationDividesByTheRootOfOneMinusW).
     const float f = 1.0f / sqrtf(1.0f - w);
-    angle = 2.0f * acosf(w);
+    angle = 2.0f * ZmAcos(w);
     axis = ZmVector(x * f, y * f, z * f);
 }
 
@@ -148,15 +149,16 @@ ZmQuaternion Zm3DQuaternionDivide(const ZmQuaternion& a, const ZmQuaternion& b)
 ZmQuaternion Ln(const ZmQuaternion& q)
 {
     const float v = sqrtf(q.x * q.x + q.y * q.y + q.z * q.z);
-    const float f = v > 0 ? atan2f(v, q.w) / v : v;
+    const float f = v > 0 ? ZmAtan2(v, q.w) / v : v;
     return {f * q.x, f * q.y, f * q.z, 0};
 }
 
 ZmQuaternion Exp(const ZmQuaternion& q)
 {
-    const float theta = sqrtf(q.x * q.x + q.y * q.y + q.z * q.z);
+    // In double, since the error of a large angle would be that of its sine, too.
+    const double x = q.x, y = q.y, z = q.z, theta = sqrt(x * x + y * y + z * z);
     const zm::SinCos turn(theta);
-    const float f = theta <= zm::kSmallestAngle ? 1.0f : float(turn.sine) / theta;
+    const float f = theta <= zm::kSmallestAngle ? 1.0f : float(turn.sine / theta);
     return {f * q.x, f * q.y, f * q.z, float(turn.cosine)};
 }
 

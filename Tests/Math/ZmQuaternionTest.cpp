@@ -240,6 +240,18 @@ TEST(ZmQuaternionTest, TheExponentialOfNextToNothingIsTheIdentity)
     EXPECT_TRUE(Equal(Exp({0, 0, 0x1p-23f, 5}), {0, 0, 0x1p-23f, 1}));  // w is not read
 }
 
+TEST(ZmQuaternionTest, ExponentialsOfLargeAnglesKeepTheirDigits)
+{
+    if (!SystemSinesAreExact()) {
+        GTEST_SKIP() << "the C library's sines are inexact here";
+    }
+    for (const float size : {1.0f, 300.0f, 12345.0f, 1e6f, 1e9f}) {
+        const ZmQuaternion q = Exp({size, -2 * size, 0.7f * size, 3});
+        const double x = size, z = 0.7f * size, theta = sqrt(5 * x * x + z * z), f = sin(theta) / theta;
+        ExpectNear(q, f * x, f * -2 * x, f * z, cos(theta), 2 * kRounding);
+    }
+}
+
 // --- Interpolation ---------------------------------------------------------------------------------
 
 constexpr double kDegree = 3.14159265358979 / 180;
