@@ -37,8 +37,8 @@ enum ZMEDGES : uint32_t {
 
 /// Options for scaling images.
 struct ZmImageOptions {
-    ZMCHANNELS Channels = ZMCHANNELS_COLOR;
-    ZMLIGHT Light = ZMLIGHT_STORED;
-    ZMFILTER Filter = ZMFILTER_DEFAULT;
-    ZMEDGES Edges = ZMEDGES_CLAMP;
+    ZMCHANNELS Channels = ZMCHANNELS_COLOR;  ///< what the channels mean
+    ZMLIGHT Light = ZMLIGHT_STORED;          ///< in which light colours are averaged
+    ZMFILTER Filter = ZMFILTER_DEFAULT;      ///< how pixels are weighted
+    ZMEDGES Edges = ZMEDGES_CLAMP;           ///< what lies beyond the border
 };

@@ -123,6 +123,9 @@ bool IsWhole(ZmBigFile& archive, int position)
 void ReadEntry(ZmBigFile& archive, int position, const std::function<void(const char* bytes, size_t size)>& take)
 {
     constexpr unsigned kStep = 1 << 18;
+    if (!IsWhole(archive, position)) {
+        throw Failure("is incomplete in the archive");
+    }
     unsigned rest = archive.GetEntrySize(position);
     std::vector<char> bytes(std::min(kStep, rest));
     ZmSubFile sub;
@@ -131,7 +134,7 @@ void ReadEntry(ZmBigFile& archive, int position, const std::function<void(const 
         step = std::min(rest, kStep);
         sub.Read(bytes.data(), step);  // always says that it has succeeded
         if (!sub.IsValid()) {
-            throw Failure(IsWhole(archive, position) ? "cannot be read" : "is incomplete in the archive");
+            throw Failure("cannot be read");
         }
         take(bytes.data(), step);
     }
