@@ -96,9 +96,10 @@ if [ ${#tool[@]} -eq 1 ] && ! grep -q -e __asan_init -e __tsan_init "${tool[0]}"
 1 large.bin_cannot_be_written:_Perm replace -e inject=renameat:error=EACCES
 1 large.bin_cannot_be_created:_No_space replace -P target -e inject=openat:error=ENOSPC:when=2
 1 large.bin:_cannot_be_read replace -P large.zmbg -e inject=read:error=EIO:when=3+
-1 large.bin: replace -P large.zmbg -e inject=lseek:error=EIO:when=6
-1 large.bin: replace -P large.zmbg -e inject=lseek:error=EIO:when=7
-1 large.bin: replace -P large.zmbg -e inject=lseek:error=EIO:when=8
+0 extracted replace -P large.zmbg -e inject=newfstatat:error=EIO:when=3+
+1 large.bin: replace -P large.zmbg -e inject=lseek:error=EIO:when=3
+1 large.bin: replace -P large.zmbg -e inject=lseek:error=EIO:when=4
+1 large.bin: replace -P large.zmbg -e inject=lseek:error=EIO:when=5
 1 large.bin_already_exists extract -e inject=renameat2:error=EINVAL -e inject=linkat:error=EEXIST
 1 large.bin_cannot_be_written:_Perm extract -e inject=renameat2:error=EACCES
 1 cannot_be_read:_Input pack -e inject=getdents64:error=EIO:when=2+
