@@ -20,6 +20,13 @@ inline bool SystemSinesAreExact()
     return fabs(sin(angle) - 0.04574045205686034) < 1e-14;
 }
 
+/// Whether it is so for angles of any size: processors' own sines know too few digits of pi.
+inline bool SystemSinesAreExactForAll()
+{
+    const volatile double angle = 1e22;
+    return SystemSinesAreExact() && fabs(sin(angle) + 0.8522008497671888) < 1e-14;
+}
+
 /// A number and the magnitude that it would have without cancellation, which determines the rounding error.
 struct Num {
     double value, size;
