@@ -12,7 +12,8 @@ void WritePlayersFile()
 {
     ZmFile file;
     file.Open(kFile, ZmFile::OpenMode(ZmFile::WRITEONLY | ZmFile::TEXT));
-    file.Printf("# my settings\nplayer = Ada\n\n<Video>\n  Width=1280    \n<Shadows>\nSize=many\n</Shadows>\n</Video>\n");
+    file.Printf(
+        "# my settings\nplayer = Ada\n\n<Video>\n  Width=1280    \n<Shadows>\nSize=many\n</Shadows>\n</Video>\n");
     file.Close();
 }
 

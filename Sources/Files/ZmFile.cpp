@@ -240,7 +240,8 @@ unsigned int ZmFile::Size()
         return 0;
     }
     // Seeking would empty the buffer. It is left to files with bytes to write, and it ends the state "end of file".
-    const int64_t regular = m_File->direction != OpenedFile::WRITING && feof(stream) == 0 ? zm::RegularSize(stream) : -1;
+    const int64_t regular =
+        m_File->direction != OpenedFile::WRITING && feof(stream) == 0 ? zm::RegularSize(stream) : -1;
     if (regular >= 0) {
         return To32Bits(regular);
     }

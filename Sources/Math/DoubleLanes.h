@@ -7,6 +7,16 @@
 namespace zm {
 namespace {
 
+/// The bits of a where the mask is set, else those of b; the mask is all ones or all zeros in each lane.
+inline __m128d SelectBits(__m128d mask, __m128d a, __m128d b)
+{
+#ifdef __AVX2__
+    return _mm_blendv_pd(b, a, mask);
+#else
+    return _mm_or_pd(_mm_and_pd(mask, a), _mm_andnot_pd(mask, b));
+#endif
+}
+
 /// One double.
 struct SingleDouble {
     __m128d v;
@@ -37,10 +47,7 @@ struct SingleDouble {
     /// a where the mask is set, else b.
     static SingleDouble Select(SingleDouble mask, SingleDouble a, SingleDouble b)
     {
-#ifdef __AVX2__
-        return _mm_blendv_pd(b.v, a.v, mask.v);
-#endif
-        return _mm_or_pd(_mm_and_pd(mask.v, a.v), _mm_andnot_pd(mask.v, b.v));
+        return SelectBits(mask.v, a.v, b.v);
     }
     static SingleDouble Load(const double* p) { return _mm_load_sd(p); }
     void Store(double* p) const { _mm_store_sd(p, v); }

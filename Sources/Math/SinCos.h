@@ -95,7 +95,7 @@ D QuarterSine(D r)
     return r + r * z * (low + high * (z2 * z2));
 }
 
-/// x less so many half turns, which need not be whole.
+/// Subtracts `count` half turns from an angle; the count may have a fraction.
 template <class D>
 D LessHalfTurns(D x, D count)
 {

@@ -2,6 +2,7 @@
 
 #include "Support/Paths.h"
 #include "Support/Reference.h"
+#include "Support/SinesAndCosines.h"
 #include "Support/Strided.h"
 
 #include <limits.h>
@@ -14,36 +15,10 @@ constexpr double kStepError = 4e-7;       // of a whole turn of steps against th
 
 using Many = void (*)(const ZmStridedData&, const ZmStridedData&, int);
 
-void SinesOfBoth(const ZmStridedData& res, const ZmStridedData& src, int count)
-{
-    std::vector<float> cosines(size_t(count < 0 ? 0 : count));
-    ZmSinCosStrided(res, {cosines.data(), 4}, src, count);
-}
-
-void CosinesOfBoth(const ZmStridedData& res, const ZmStridedData& src, int count)
-{
-    std::vector<float> sines(size_t(count < 0 ? 0 : count));
-    ZmSinCosStrided({sines.data(), 4}, res, src, count);
-}
-
 void AnglesOverOne(const ZmStridedData& res, const ZmStridedData& src, int count)
 {
     float one = 1;
     ZmAtan2Strided(res, src, {&one, 0}, count);
-}
-
-float SineOfBoth(float x)
-{
-    float sine, cosine;
-    ZmSinCos(x, &sine, &cosine);
-    return sine;
-}
-
-float CosineOfBoth(float x)
-{
-    float sine, cosine;
-    ZmSinCos(x, &sine, &cosine);
-    return cosine;
 }
 
 float AngleOverOne(float x)

@@ -122,8 +122,8 @@ expect 0 'in 0 entries' list - # an empty file is an empty archive
 
 # Lists of files, in their order and named as written; streams instead of files; hashes; listings for programs.
 printf './Dir/sub/large.bin\r\n\nREADME.txt\n' >list
-(cd ../in && "${tool[@]}" create --quiet --from ../work/list ../work/listed.zmbg)
-expect 0 '^readme.txt$' list --names listed.zmbg
+(cd ../in && "${tool[@]}" create --quiet --from - ../listed.zmbg) <list
+expect 0 '^readme.txt$' list --names ../listed.zmbg
 [ "$(head -n 1 out)" = dir/sub/large.bin ] || fail 'not in the order of the list'
 printf '../in/README.txt\n' >list
 expect 1 'leads out of the current folder' create up.zmbg --from list

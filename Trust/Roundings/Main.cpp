@@ -6,6 +6,7 @@
 // elsewhere.
 
 #include "Support/Paths.h"
+#include "Support/SinesAndCosines.h"
 
 #include <math.h>
 #include <mpfr.h>
@@ -36,7 +37,7 @@ bool IsSame(float a, float b)
     return memcmp(&a, &b, sizeof(a)) == 0 || (isnan(a) && isnan(b));
 }
 
-/// A number of so many bits that the angle of a tiny ratio is not the ratio.
+/// A number with 1000 bits: enough to tell the angle of a tiny ratio from the ratio itself.
 class Exact {
 public:
     explicit Exact(float value = 0)
@@ -100,30 +101,6 @@ struct Tally {
 };
 
 using Many = void (*)(const ZmStridedData&, const ZmStridedData&, int);
-
-/// One of the results of the functions that give both.
-float SineOfBoth(float x)
-{
-    float sine, cosine;
-    ZmSinCos(x, &sine, &cosine);
-    return sine;
-}
-float CosineOfBoth(float x)
-{
-    float sine, cosine;
-    ZmSinCos(x, &sine, &cosine);
-    return cosine;
-}
-void SinesOfBoth(const ZmStridedData& res, const ZmStridedData& src, int count)
-{
-    std::vector<float> cosines(static_cast<size_t>(count));
-    ZmSinCosStrided(res, {cosines.data(), 4}, src, count);
-}
-void CosinesOfBoth(const ZmStridedData& res, const ZmStridedData& src, int count)
-{
-    std::vector<float> sines(static_cast<size_t>(count));
-    ZmSinCosStrided({sines.data(), 4}, res, src, count);
-}
 
 const struct Function {
     const char* name;
