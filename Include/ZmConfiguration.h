@@ -171,7 +171,8 @@ public:
 
     /// Saves the main tree into an existing file whose comments, order and blank lines stay: only the lines of entries
     /// that have changed are new. New entries stand behind the last one of their section, new sections at its end; what
-    /// the tree does not contain is left out. Without such a file this is SaveToFile(). The file is replaced as there.
+    /// the tree does not contain is left out. Sections left open are closed, and all lines end as the first one does.
+    /// Without such a file this is SaveToFile(). The file is replaced as there.
     ///
     /// Returns 1, or 0 with the reason in `why`, unless null, and the file unchanged: if CanBeSaved() says no, if the
     /// file is no configuration (a line of it is wrong, has 1023 or more characters or a NUL), or if the new one cannot

@@ -120,4 +120,17 @@ for arguments in '' 'fold x' 'get x' 'list x y' 'set x y' 'list --none x' 'forma
 done
 expect 0 '' --help
 expect 0 '' --version
+case ${tool[*]} in
+*.exe) ;;
+*)
+    chmod 640 loose.cfg
+    ln -s loose.cfg link.cfg
+    expect 0 '' format link.cfg
+    [ -L link.cfg ] && [ "$(stat -c %a loose.cfg)" = 640 ] || { echo 'a link or permissions are lost' && exit 1; }
+    if [ -e /dev/full ] && "${tool[@]}" list loose.cfg >/dev/full 2>/dev/null; then
+        echo 'a full device is not noticed'
+        exit 1
+    fi
+    ;;
+esac
 [ -z "$(find . -name '*.tmp' -o -name '*.log' ! -name out.log)" ] || { echo 'files left behind' && exit 1; }

@@ -9,7 +9,7 @@ int RunTool(const char* name, int (*run)(int argc, char** argv), int argc, char*
 {
     try {
         const int code = run(argc, argv);
-        if (std::fflush(stdout) == 0) {
+        if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) {
             return code;
         }
         std::fprintf(stderr, "%s: the output cannot be written\n", name);

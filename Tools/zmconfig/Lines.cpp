@@ -1,8 +1,9 @@
 #include "Lines.h"
 
+#include "System.h"
 #include "Text.h"
-#include "ZmFile.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
@@ -10,12 +11,14 @@
 #include <iterator>
 #include <random>
 
+namespace fs = std::filesystem;
+
 std::string ReadFile(const std::string& path)
 {
     std::ifstream file;
     const bool isFile = path != "-";
     if (isFile) {
-        if (!std::filesystem::is_regular_file(path)) {
+        if (!fs::is_regular_file(path)) {
             throw Failure(Printable(path) + ": no such file");
         }
         file.open(path, std::ios::binary);
@@ -34,23 +37,20 @@ void WriteFile(const std::string& path, const std::string& bytes)
         std::fwrite(bytes.data(), 1, bytes.size(), stdout);
         return;
     }
-    // Beside the old file, so that it stays until the new one is complete.
-    const std::string beside = path + '.' + std::to_string(std::random_device()()) + ".tmp";
-    std::error_code error;
-    {
-        std::ofstream file(beside, std::ios::binary);
-        file << bytes;
-        file.close();
-        if (!file) {
-            std::filesystem::remove(beside, error);
-            throw Failure(Printable(path) + " cannot be written");
-        }
+    // Beside the old file, which stays until the new one is complete and on the disk. A link stays, too.
+    const fs::path target = fs::weakly_canonical(fs::absolute(path));
+    const std::string name = target.filename().string();
+    const Folder folder(target.parent_path().string());
+    NewFile file(folder);
+    const bool made = folder.IsOpen() &&
+                      file.Make(name + '.' + std::to_string(std::random_device()()) + ".tmp", false) == NewFile::DONE;
+    if (made) {
+        file.TakePermissionsOf(name);
     }
-    const auto status = std::filesystem::status(path, error);
-    if (std::filesystem::exists(status)) {
-        std::filesystem::permissions(beside, status.permissions(), error);
+    if (!made || !file.Write(bytes.data(), bytes.size()) || !file.Synchronise() ||
+        file.Rename(name, true) != NewFile::DONE) {
+        throw Failure(Printable(path) + " cannot be written: " + LastError());
     }
-    std::filesystem::rename(beside, path);
 }
 
 std::vector<std::string> LinesOf(const std::string& text)

@@ -6,7 +6,7 @@
 #include <memory>
 #include <string>
 
-// What the tool needs from the operating system.
+// What the tools need from the operating system.
 
 /// Whether the stream is an interactive terminal.
 bool IsTerminal(FILE* stream);
